@@ -1,0 +1,232 @@
+#include "agenda/quorvel_view.h"
+
+#include "agenda/date_caption.h"
+#include "agenda/days.h"
+#include "agenda/row_cell.h"
+#include "agenda/row_height.h"
+#include "agenda/row_icon.h"
+#include "agenda/settings.h"
+#include "agenda/settings_loading.h"
+#include "agenda/settings_store.h"
+#include "cell/key_values.h"
+#include "drawing/colored_dot.h"
+#include "platform/ui/ui_image_view.h"
+#include "platform/ui/ui_label.h"
+
+namespace quorvel {
+
+using namespace platform;
+
+namespace {
+
+constexpr CGFloat backgroundInset = 2;
+constexpr CGFloat noRowsHeight = -1;
+
+} // namespace
+
+QuorvelView::QuorvelView(const Platform& platform, const CGRect& frame)
+    : UIView(frame)
+    , m_platform(platform) {}
+
+// The members go in the reverse order of their declaration: items, table, icon, background.
+QuorvelView::~QuorvelView() {
+    dropBackgroundImageView();
+}
+
+// Making, filling and refilling.
+
+void QuorvelView::setBackgroundImage(const std::shared_ptr<const UIImage>& image) {
+    if (!image) {
+        dropBackgroundImageView();
+        return;
+    }
+    if (!m_backgroundImageView) {
+        m_backgroundImageView = std::make_shared<UIImageView>();
+        addSubview(m_backgroundImageView);
+    }
+    m_backgroundImageView->setImage(image);
+}
+
+void QuorvelView::dropBackgroundImageView() {
+    if (m_backgroundImageView) {
+        m_backgroundImageView->removeFromSuperview();
+        m_backgroundImageView.reset();
+    }
+}
+
+void QuorvelView::layoutSubviews() {
+    UIView::layoutSubviews();
+    if (m_backgroundImageView) {
+        m_backgroundImageView->setFrame(CGRectInset(bounds(), backgroundInset, 0));
+    }
+}
+
+void QuorvelView::loadFullView() {
+    // Before there is a table: limitMaxHeight reaches this one only with the first reload.
+    loadPreferences();
+    createTable();
+    applySeparatorStyle();
+    fillTable();
+}
+
+void QuorvelView::createTable() {
+    const auto self = sharedFromThis();
+    m_itemsTableView = std::make_shared<UITableView>(bounds(), UITableViewStyle::plain);
+    m_itemsTableView->setDelegate(std::weak_ptr<UITableViewDelegate>(self));
+    m_itemsTableView->setDataSource(self);
+    m_itemsTableView->setAutoresizingMask(UIViewAutoresizingFlexibleWidth |
+                                          UIViewAutoresizingFlexibleHeight);
+    m_itemsTableView->setBackgroundColor(UIColor::clearColor());
+    addSubview(m_itemsTableView);
+}
+
+void QuorvelView::applySeparatorStyle() {
+    if (m_itemsTableView) {
+        m_itemsTableView->setSeparatorStyle(settings::showSeparatorLines
+                                                ? UITableViewCellSeparatorStyle::singleLine
+                                                : UITableViewCellSeparatorStyle::none);
+    }
+}
+
+void QuorvelView::fillTable() {
+    setItems(getCalendarEventsEK());
+    if (m_itemsTableView) {
+        m_itemsTableView->reloadData();
+    }
+}
+
+void QuorvelView::viewWillAppear() {
+    reloadItems();
+}
+
+void QuorvelView::reloadItems() {
+    loadPreferences();
+    applySeparatorStyle();
+    fillTable();
+}
+
+void QuorvelView::loadPreferences() {
+    const auto dictionary = readSettings(m_platform.preferences, m_platform.systemLog);
+    if (!dictionary) {
+        return;
+    }
+    loadLimitMaxHeight(*dictionary);
+    if (m_itemsTableView) {
+        m_itemsTableView->setScrollEnabled(settings::limitMaxHeight);
+    }
+    loadListSettings(*dictionary);
+    m_swipeAction = loadedSwipeAction(*dictionary);
+    loadRowSettings(*dictionary);
+    loadGatheringSettings(*dictionary);
+    m_icon = loadRowIcon(*dictionary, m_platform, m_icon);
+}
+
+NSDate QuorvelView::endOfDay(NSDate date) const {
+    return lastSecondOfDay(m_platform.dateServices, date);
+}
+
+EventRecords QuorvelView::getCalendarEventsEK() const {
+    return gatherEvents(m_platform);
+}
+
+// The rows.
+
+std::shared_ptr<const UIImage> QuorvelView::getIconForItemNumber(std::int64_t itemNumber) const {
+    switch (rowIconKind(settings::iconFile)) {
+    case RowIconKind::none:
+        return nullptr;
+    case RowIconKind::picture:
+        return m_icon;
+    case RowIconKind::dot:
+        break;
+    }
+    return drawColoredDot(m_platform.graphicsContexts, itemAtRow(itemNumber).calendarColor(),
+                          dotDiameter(settings::iconFile));
+}
+
+NSInteger QuorvelView::numberOfSectionsInTableView(UITableView*) {
+    return 1;
+}
+
+NSInteger QuorvelView::numberOfRowsInSection(UITableView*, NSInteger) {
+    return static_cast<NSInteger>(m_items.size());
+}
+
+CGFloat QuorvelView::heightForRowAtIndexPath(UITableView*, const NSIndexPath& indexPath) {
+    const CGFloat titleLine = lineHeight(m_platform.textMeasurer, settings::textSize);
+    const CGFloat locationLine = lineHeight(m_platform.textMeasurer, settings::subtitleTextSize);
+    return rowHeight(titleLine, locationLine,
+                     hasLocationLine(itemAtRow(indexPath.row).location(), settings::displayLocation,
+                                     settings::sameHeightRows));
+}
+
+std::shared_ptr<UITableViewCell> QuorvelView::cellForRowAtIndexPath(UITableView* tableView,
+                                                                    const NSIndexPath& indexPath) {
+    auto cell = reusableOrNewCell(*tableView);
+    const EKEventQRV& event = itemAtRow(indexPath.row);
+    showEvent(*cell, event, indexPath.row);
+    showLocation(*cell, event.location(), settings::displayLocation);
+    cell->relevanceDateLabel()->setText(
+        event.startDate()
+            ? std::optional(createPrettyDateFrom(*event.startDate(), event.isAllDay()))
+            : std::nullopt);
+    cell->iconView()->setImage(getIconForItemNumber(indexPath.row));
+    cell->setCalendarColor(event.calendarColor());
+    return cell;
+}
+
+// Whether a row can be dragged is settled when its cell is made; a later change of the swipe action
+// reaches only the cells made after it.
+std::shared_ptr<QVL_UITableViewCell> QuorvelView::reusableOrNewCell(UITableView& tableView) {
+    auto cell = std::dynamic_pointer_cast<QVL_UITableViewCell>(
+        tableView.dequeueReusableCellWithIdentifier(rowReuseIdentifier));
+    return cell ? cell : makeRowCell(m_platform.textMeasurer, sharedFromThis(), m_swipeAction != 0);
+}
+
+NSDate QuorvelView::dateWithZeroTimeFromDate(NSDate date) const {
+    return startOfDay(m_platform.dateServices, date);
+}
+
+std::string QuorvelView::createPrettyDateFrom(NSDate date, bool isAllDay) const {
+    return dateCaption(m_platform.dateServices, m_platform.clock, date, isAllDay);
+}
+
+CGFloat QuorvelView::totalItemsHeight() {
+    if (m_items.empty()) {
+        return noRowsHeight;
+    }
+    CGFloat total = 0;
+    for (std::size_t row = 0; row < m_items.size(); ++row) {
+        total += heightForRowAtIndexPath(m_itemsTableView.get(), {0, static_cast<NSInteger>(row)});
+    }
+    return total;
+}
+
+const EKEventQRV& QuorvelView::itemAtRow(std::int64_t row) const {
+    return *m_items.at(static_cast<std::size_t>(row));
+}
+
+std::shared_ptr<QuorvelView> QuorvelView::sharedFromThis() {
+    return std::static_pointer_cast<QuorvelView>(shared_from_this());
+}
+
+// Values by name.
+
+std::vector<std::string_view> QuorvelView::keys() const {
+    return {"swipeAction", "icon", "items"};
+}
+
+KeyValue QuorvelView::valueForKey(std::string_view key) const {
+    if (key == "swipeAction") {
+        return m_swipeAction;
+    }
+    if (key == "icon") {
+        return keyValueOfObject<const UIImage>(m_icon);
+    }
+    if (key == "items") {
+        return std::vector<std::shared_ptr<const KeyValueCoding>>(m_items.begin(), m_items.end());
+    }
+    return UIView::valueForKey(key);
+}
+
+} // namespace quorvel

@@ -1,0 +1,54 @@
+#include "agenda/row_icon.h"
+
+#include "agenda/settings.h"
+#include "agenda/settings_store.h"
+#include "drawing/rounded_image.h"
+#include "platform/image_files.h"
+
+namespace quorvel {
+
+using namespace platform;
+
+namespace {
+
+constexpr std::string_view noIcon = "NONE";
+constexpr std::string_view dotIcon = "DOT";
+constexpr std::string_view largeDotIcon = "DOT_LARGE";
+constexpr CGFloat smallDotDiameter = 30;
+constexpr CGFloat largeDotDiameter = 50;
+constexpr CGFloat iconRounding = 3;
+
+} // namespace
+
+RowIconKind rowIconKind(const std::optional<std::string>& iconFile) {
+    if (iconFile == noIcon) {
+        return RowIconKind::none;
+    }
+    return iconFile == dotIcon || iconFile == largeDotIcon ? RowIconKind::dot
+                                                           : RowIconKind::picture;
+}
+
+CGFloat dotDiameter(const std::optional<std::string>& iconFile) {
+    return iconFile == dotIcon ? smallDotDiameter : largeDotDiameter;
+}
+
+std::shared_ptr<const UIImage> loadRowIcon(const PropertyListDictionary& dictionary,
+                                           const Platform& platform,
+                                           const std::shared_ptr<const UIImage>& previousIcon) {
+    settings::iconFile = stringSetting(dictionary, SettingKey::iconFile);
+    if (!settings::iconFile) {
+        settings::iconFile = std::string(defaultIconFile);
+        settings::iconRoundingNeeded = true;
+    }
+    if (rowIconKind(settings::iconFile) != RowIconKind::picture) {
+        return previousIcon;
+    }
+    auto picture = platform.imageFiles.imageWithContentsOfFile(*settings::iconFile);
+    if (settings::iconFile != defaultIconFile) {
+        return picture;
+    }
+    return roundedRectImageFromImage(platform.graphicsContexts, platform.screen, picture,
+                                     iconRounding);
+}
+
+} // namespace quorvel

@@ -1,0 +1,45 @@
+// Every key that is looked up in the settings, in the order of reading. A lookup takes a
+// SettingKey, so that no key can be read that does not stand here (and in data/settings.tsv).
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+namespace quorvel {
+
+enum class SettingKey : std::size_t {
+    maxHeight,
+    limitMaxHeight,
+    customLaunchAppBundleID,
+    showSeparatorLines,
+    rightAlignedDate,
+    onlySelectedCalendars,
+    displayLocation,
+    sameHeightRows,
+    swipeAction,
+    textColor,
+    textSize,
+    subtitleTextColor,
+    subtitleTextSize,
+    dateTextColor,
+    dateTextSize,
+    daysToDisplay,
+    maxEventsToDisplay,
+    iconFile,
+};
+
+inline constexpr std::array<std::string_view, 18> settingKeyNames{
+    "maxHeight",          "limitMaxHeight",     "customLaunchAppBundleID",
+    "showSeparatorLines", "rightAlignedDate",   "onlySelectedCalendars",
+    "displayLocation",    "sameHeightRows",     "swipeAction",
+    "textColor",          "textSize",           "subtitleTextColor",
+    "subtitleTextSize",   "dateTextColor",      "dateTextSize",
+    "daysToDisplay",      "maxEventsToDisplay", "iconFile",
+};
+
+constexpr std::string_view settingKeyName(SettingKey key) {
+    return settingKeyNames[static_cast<std::size_t>(key)];
+}
+
+} // namespace quorvel

@@ -1,0 +1,25 @@
+// Sets the process-wide settings from a dictionary; an absent key takes its default. The pieces are
+// called in the order of the keys by whoever owns the values in between.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/property_list.h"
+
+namespace quorvel {
+
+void loadLimitMaxHeight(const platform::PropertyListDictionary& dictionary);
+
+// From customLaunchAppBundleID to sameHeightRows.
+void loadListSettings(const platform::PropertyListDictionary& dictionary);
+
+// 0, 2 or 3 where stored so, else 1.
+std::int64_t loadedSwipeAction(const platform::PropertyListDictionary& dictionary);
+
+// From textColor to dateTextSize. An absent textColor leaves titleColorSameAsCalendarColor alone.
+void loadRowSettings(const platform::PropertyListDictionary& dictionary);
+
+// daysToDisplay and maxEventsToDisplay.
+void loadGatheringSettings(const platform::PropertyListDictionary& dictionary);
+
+} // namespace quorvel

@@ -1,0 +1,42 @@
+// What the user wrote on the command line, as plain values.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quorvel::app {
+
+enum class Command { agenda, snapshot, calendars, inspect };
+
+struct CommandLine {
+    Command command = Command::agenda;
+    bool wantsHelp = false;    // of the command, or of the program where there is no command
+    bool wantsVersion = false; // nothing else counts then
+    bool hasCommand = false;
+
+    std::vector<std::string> calendars;
+    std::optional<std::string> preferences;
+    bool sample = false;
+    std::string controller; // empty: the bundle's principal class
+    std::optional<double> width; // points
+    std::optional<std::string> now;
+    std::optional<std::string> timeZone;
+    std::optional<std::string> locale;
+    std::optional<std::string> font;
+    std::optional<double> foundationVersion;
+    std::optional<std::string> bundle;
+    std::optional<std::string> log;
+    bool verbose = false;
+
+    bool json = false;                     // agenda, calendars
+    std::string output;                    // snapshot
+    std::optional<double> scale;           // snapshot
+    std::optional<std::string> background; // snapshot
+    std::vector<std::string> steps;        // inspect
+};
+
+// Options may stand before and after the command. Throws headless::UsageError.
+CommandLine parseCommandLine(int argc, const char* const* argv);
+
+} // namespace quorvel::app

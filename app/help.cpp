@@ -1,0 +1,173 @@
+#include "app/help.h"
+
+#include <algorithm>
+#include <array>
+
+namespace quorvel::app {
+
+namespace {
+
+struct OptionText {
+    std::string_view name;
+    std::string_view usage;
+    std::string_view text; // lines after the first are indented when printed
+};
+
+struct CommandText {
+    Command command;
+    std::string_view name;
+    std::string_view usage;
+    std::string_view summary;
+    std::string_view description;
+};
+
+constexpr std::array<CommandText, 4> commandTexts{{
+    {Command::agenda, "agenda", "quorvel agenda [--json] [OPTION]...",
+     "print the rows of the widget",
+     "Prints the rows as the widget shows them: when, what, and where if the settings\n"
+     "show locations.\n"},
+    {Command::snapshot, "snapshot",
+     "quorvel snapshot -o FILE [--scale N] [--background COLOR] [OPTION]...",
+     "draw the widget to a file", "Draws the widget, in full height, to a picture or a page.\n"},
+    {Command::calendars, "calendars", "quorvel calendars [--json] [OPTION]...",
+     "list the calendars",
+     "Lists the calendars in the store's order, and which of them the widget searches.\n"},
+    {Command::inspect, "inspect", "quorvel inspect [--do STEP]... [OPTION]...",
+     "run a script of host events and print everything as JSON",
+     "Loads the controller, runs the steps in order as a host would, and prints what\n"
+     "happened at each, the settings, the records and the whole tree of views.\n"
+     "\n"
+     "Steps:\n"
+     "  present            the widget is about to be shown, then shown\n"
+     "  dismiss            the widget has been hidden\n"
+     "  size               ask for the preferred size\n"
+     "  layout:W,H         give the view that size, in points, and lay it out\n"
+     "  scroll:Y           set the list's vertical offset, in points\n"
+     "  preferences:DIR    the preferences folder is DIR from here on\n"
+     "  calendars:SOURCE   the calendars are SOURCE from here on\n"
+     "  now:INSTANT        the clock stands there from here on\n"},
+}};
+
+struct CommandOption {
+    OptionText option;
+    std::array<Command, 2> commands; // twice the same where there is one
+};
+
+constexpr std::array<CommandOption, 5> commandOptions{{
+    {{"--json", "--json", "one JSON array instead of text"},
+     {Command::agenda, Command::calendars}},
+    {{"--output", "-o, --output FILE", "the file to draw to: .png, .svg or .pdf"},
+     {Command::snapshot, Command::snapshot}},
+    {{"--scale", "--scale N", "pixels a point (1)"}, {Command::snapshot, Command::snapshot}},
+    {{"--background", "--background COLOR",
+      "what lies behind the widget: #RGB, #RRGGBB, #RRGGBBAA, a common\n"
+      "name, or none (the dark backdrop of a notification centre)"},
+     {Command::snapshot, Command::snapshot}},
+    {{"--do", "--do STEP", "a step of the script; may be given again"},
+     {Command::inspect, Command::inspect}},
+}};
+
+constexpr std::array<OptionText, 15> commonOptions{{
+    {"--calendars", "--calendars SOURCE",
+     "a .ics file, a folder of .ics files, or a folder with one folder a\n"
+     "calendar; may be given again (what ~/.local/share/calendars and\n"
+     "~/.calendars hold)"},
+    {"--preferences", "--preferences DIR",
+     "the folder of the settings' property lists\n"
+     "($XDG_CONFIG_HOME/quorvel/Preferences)"},
+    {"--sample", "--sample",
+     "the calendars and settings that come with the program, dated\n"
+     "around now"},
+    {"--controller", "--controller NAME", "the bundle's class to show (its principal class)"},
+    {"--width", "--width POINTS", "the width that the widget is given (320)"},
+    {"--now", "--now INSTANT",
+     "what every clock shows, for instance 2026-03-10T10:00:00Z; without\n"
+     "an offset it is the time of the chosen zone"},
+    {"--timezone", "--timezone ID", "the time zone, for instance Europe/Berlin (the machine's)"},
+    {"--locale", "--locale ID", "language and region, for instance de_DE (the environment's)"},
+    {"--font", "--font FAMILY", "the font of the widget (the desktop's)"},
+    {"--foundation-version", "--foundation-version N",
+     "above 1047.25 the settings come from the preferences service\n"
+     "instead of their file (1047.25)"},
+    {"--bundle", "--bundle DIR", "the widget bundle (Quorvel.bundle)"},
+    {"--log", "--log FILE", "append the log to FILE instead of sending it to the system log"},
+    {"--verbose", "--verbose", "print the log on standard error too"},
+    {"--help", "-h, --help", "print this help, or that of a command"},
+    {"--version", "--version", "print the version"},
+}};
+
+const CommandText& textOf(Command command) {
+    return *std::ranges::find(commandTexts, command, &CommandText::command);
+}
+
+std::string optionHelp(const OptionText& option) {
+    constexpr std::size_t textColumn = 26;
+    std::string text = "  " + std::string(option.usage);
+    text.append(textColumn > text.size() ? textColumn - text.size() : 2, ' ');
+    for (const char character : option.text) {
+        text += character;
+        if (character == '\n') {
+            text.append(textColumn, ' ');
+        }
+    }
+    return text + '\n';
+}
+
+std::string commonOptionsHelp() {
+    std::string text;
+    for (const OptionText& option : commonOptions) {
+        text += optionHelp(option);
+    }
+    return text;
+}
+
+bool isOptionOf(Command command, const CommandOption& option) {
+    return std::ranges::find(option.commands, command) != option.commands.end();
+}
+
+constexpr std::string_view exitStatusHelp =
+    "Exit status: 0; 1 where something could not be read or written; 2 for wrong usage.\n";
+
+} // namespace
+
+std::string_view commandName(Command command) { return textOf(command).name; }
+
+bool commandTakesOption(Command command, std::string_view option) {
+    return std::ranges::none_of(commandOptions, [&](const CommandOption& candidate) {
+        return candidate.option.name == option && !isOptionOf(command, candidate);
+    });
+}
+
+std::string programHelp() {
+    std::string text = "Usage: quorvel COMMAND [OPTION]...\n"
+                       "\n"
+                       "Your upcoming events, as the agenda widget of a home screen shows them.\n"
+                       "\n"
+                       "Commands:\n";
+    for (const CommandText& command : commandTexts) {
+        std::string line = "  " + std::string(command.name);
+        line.append(14 - line.size(), ' ');
+        text += line + std::string(command.summary) + '\n';
+    }
+    text += "\nOptions of all commands, before or after the command:\n" + commonOptionsHelp();
+    text += "\n'quorvel COMMAND --help' tells more about a command.\n";
+    return text + std::string(exitStatusHelp);
+}
+
+std::string commandHelp(Command command) {
+    const CommandText& description = textOf(command);
+    std::string text = "Usage: " + std::string(description.usage) + "\n\n";
+    text += description.description;
+    text += "\nOptions of " + std::string(description.name) + ":\n";
+    for (const CommandOption& option : commandOptions) {
+        if (isOptionOf(command, option)) {
+            text += optionHelp(option.option);
+        }
+    }
+    text += "\nOptions of all commands:\n" + commonOptionsHelp() + '\n';
+    return text + std::string(exitStatusHelp);
+}
+
+std::string versionText() { return "quorvel " QUORVEL_VERSION "\n"; }
+
+} // namespace quorvel::app

@@ -1,0 +1,209 @@
+// What the widget costs inside a living process, on the platform in memory and on Linux.
+//   Presentation: settings, gathering, heights, captions and the visible cells, at N rows
+//   Caption, RowLayout: one of each
+//   Frame: ten rows drawn at two pixels a point
+//   Scroll: from the top to the bottom of 1,000 rows, a row a step
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "agenda/quorvel_view.h"
+#include "freedesktop/freedesktop_platform.h"
+#include "hosting/quorvel_view_controller_new.h"
+#include "platform/graphics_context.h"
+#include "platform/memory/memory_platform.h"
+#include "platform/ui/ui_table_view.h"
+#include "platform/ui/ui_window.h"
+
+namespace {
+
+using namespace quorvel;
+using namespace quorvel::platform;
+
+// 2026-03-10 10:00:00 UTC.
+constexpr NSDate now{794829600};
+constexpr CGFloat width = 320;
+constexpr CGFloat screenHeight = 568; // of the telephone that the widget was first made for
+
+void fail(const char* what) {
+    std::fprintf(stderr, "widget_bench: %s\n", what);
+    std::exit(1);
+}
+
+// All events lie within the two days that the widget shows by default.
+int minuteOfEvent(int number) {
+    return number % (24 * 60);
+}
+
+class MemorySurroundings {
+public:
+    explicit MemorySurroundings(int events) {
+        m_platform.clock.date = now;
+        m_platform.preferences.files["/var/mobile/Library/Preferences/"
+                                     "org.quorvel.quorvelprefs.plist"] = PropertyListDictionary();
+        m_platform.preferences
+            .files["/private/var/mobile/Library/Preferences/com.apple.mobilecal.plist"] =
+            PropertyListDictionary();
+        const auto calendar =
+            m_platform.calendarStores.addCalendar("work", "Work", UIColor::orangeColor());
+        for (int i = 0; i < events; ++i) {
+            EKEvent event;
+            event.title = "Meeting number " + std::to_string(i);
+            event.location = "Room " + std::to_string(i % 40);
+            event.startDate = now.dateByAddingTimeInterval(60.0 * minuteOfEvent(i));
+            event.endDate = event.startDate.dateByAddingTimeInterval(1800);
+            event.calendar = calendar;
+            event.persistentEvent.eventIdentifier = "work:event-" + std::to_string(i);
+            m_platform.calendarStores.addEvent(event);
+        }
+    }
+    const Platform& platform() const { return m_platform.platform(); }
+    void forgetRecords() {
+        m_platform.calendarStores.predicates.clear();
+        m_platform.preferences.reads.clear();
+    }
+
+private:
+    memory::MemoryPlatform m_platform;
+};
+
+std::string icsText(int events) {
+    std::string text = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nX-WR-CALNAME:Work\r\n";
+    for (int i = 0; i < events; ++i) {
+        const int minute = 10 * 60 + minuteOfEvent(i);
+        char start[32];
+        std::snprintf(start, sizeof start, "202603%02dT%02d%02d00Z", 10 + minute / 1440,
+                      minute / 60 % 24, minute % 60);
+        text += "BEGIN:VEVENT\r\nUID:event-" + std::to_string(i) + "\r\nDTSTART:" + start +
+                "\r\nDURATION:PT30M\r\nSUMMARY:Meeting number " + std::to_string(i) +
+                "\r\nLOCATION:Room " + std::to_string(i % 40) + "\r\nEND:VEVENT\r\n";
+    }
+    return text + "END:VCALENDAR\r\n";
+}
+
+class LinuxSurroundings {
+public:
+    explicit LinuxSurroundings(int events)
+        : m_platform(options(events)) {}
+    const Platform& platform() const { return m_platform.platform(); }
+    void forgetRecords() {}
+
+private:
+    static freedesktop::FreedesktopOptions options(int events) {
+        freedesktop::FreedesktopOptions options;
+        options.timeZone = freedesktop::TimeZone::utc();
+        options.locale = "en_US";
+        options.fontFamily = "Inter";
+        options.dataFolder = DATA_FOLDER;
+        options.preferencesFolder = PREFERENCES_FOLDER;
+        options.calendars = {freedesktop::CalendarSource::inMemory("work", icsText(events))};
+        options.calendarProblemHandler = [](const freedesktop::CalendarProblem& problem) {
+            fail(problem.what.c_str());
+        };
+        options.now = now;
+        options.scale = 2;
+        return options;
+    }
+
+    freedesktop::FreedesktopPlatform m_platform;
+};
+
+// The controller in a window as high as a screen, as a shell has it.
+template <typename Surroundings>
+class Widget {
+public:
+    explicit Widget(int events)
+        : surroundings(events)
+        , m_controller(std::make_shared<QuorvelViewControllerNew>(surroundings.platform())) {
+        m_window->addSubview(m_controller->view());
+        view().setFrame(m_window->bounds());
+        present();
+        if (static_cast<int>(view().items().size()) != events)
+            fail("the widget does not show all events");
+    }
+
+    void present() {
+        m_controller->hostWillPresent();
+        m_window->layoutIfNeeded();
+        m_controller->hostDidPresent();
+    }
+    QuorvelView& view() const { return static_cast<QuorvelView&>(*m_controller->view()); }
+    UIWindow& window() const { return *m_window; }
+
+    Surroundings surroundings;
+
+private:
+    std::shared_ptr<UIWindow> m_window = std::make_shared<UIWindow>(
+        CGRectMake(0, 0, width, screenHeight), surroundings.platform().screen);
+    std::shared_ptr<QuorvelViewControllerNew> m_controller;
+};
+
+template <typename Surroundings>
+void presentation(benchmark::State& state) {
+    Widget<Surroundings> widget(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        widget.present();
+        widget.surroundings.forgetRecords();
+    }
+}
+
+template <typename Surroundings>
+void caption(benchmark::State& state) {
+    Widget<Surroundings> widget(10);
+    const NSDate date = now.dateByAddingTimeInterval(86400);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(widget.view().createPrettyDateFrom(date, false));
+}
+
+template <typename Surroundings>
+void rowLayout(benchmark::State& state) {
+    Widget<Surroundings> widget(10);
+    const auto cell = widget.view().itemsTableView()->visibleCells().front();
+    for (auto _ : state) {
+        cell->setNeedsLayout();
+        cell->layoutIfNeeded();
+    }
+}
+
+template <typename Surroundings>
+void frame(benchmark::State& state) {
+    Widget<Surroundings> widget(10);
+    const CGSize size{width, widget.view().totalItemsHeight()};
+    widget.view().setFrame({{}, size});
+    widget.window().layoutIfNeeded();
+    const auto picture =
+        widget.surroundings.platform().graphicsContexts.beginImageContext(size, false, 2);
+    for (auto _ : state)
+        widget.view().render(picture->context());
+}
+
+template <typename Surroundings>
+void scroll(benchmark::State& state) {
+    Widget<Surroundings> widget(1000);
+    UITableView& table = *widget.view().itemsTableView();
+    const CGFloat step = table.rowHeights().front();
+    const CGFloat bottom = table.contentSize().height - screenHeight;
+    for (auto _ : state)
+        for (CGFloat y = 0; y < bottom; y += step) {
+            table.setContentOffset({0, y});
+            widget.window().layoutIfNeeded();
+        }
+}
+
+BENCHMARK(presentation<MemorySurroundings>)->RangeMultiplier(10)->Range(10, 10000);
+BENCHMARK(presentation<LinuxSurroundings>)->RangeMultiplier(10)->Range(10, 10000);
+BENCHMARK(caption<MemorySurroundings>);
+BENCHMARK(caption<LinuxSurroundings>);
+BENCHMARK(rowLayout<MemorySurroundings>);
+BENCHMARK(rowLayout<LinuxSurroundings>);
+BENCHMARK(frame<LinuxSurroundings>);
+BENCHMARK(scroll<MemorySurroundings>);
+BENCHMARK(scroll<LinuxSurroundings>);
+
+} // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,37 @@
+# How every room of the house is built: the same language, the same warnings.
+
+function(quorvel_compile_options target)
+  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+    $<$<BOOL:${QUORVEL_WARNINGS_AS_ERRORS}>:-Werror>)
+  if(QUORVEL_SANITIZE)
+    target_compile_options(${target} PRIVATE
+      -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+  endif()
+endfunction()
+
+# quorvel_room(NAME SOURCES file... [LINK library...] [SHARED])
+# LINK libraries are part of the room's interface; a wrapped third-party library goes to
+# LINK_PRIVATE, so that its headers reach nobody else.
+function(quorvel_room name)
+  cmake_parse_arguments(room "SHARED" "" "SOURCES;LINK;LINK_PRIVATE" ${ARGN})
+  if(room_SHARED)
+    add_library(${name} SHARED ${room_SOURCES})
+  else()
+    add_library(${name} STATIC ${room_SOURCES})
+  endif()
+  quorvel_compile_options(${name})
+  target_link_libraries(${name} PUBLIC ${room_LINK} PRIVATE ${room_LINK_PRIVATE})
+endfunction()
+
+# quorvel_test(NAME SOURCES file... LINK library...): one test program of a room.
+function(quorvel_test name)
+  cmake_parse_arguments(test "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${test_SOURCES})
+  quorvel_compile_options(${name})
+  target_link_libraries(${name} PRIVATE ${test_LINK} GTest::gmock GTest::gtest_main)
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+endfunction()

@@ -1,0 +1,19 @@
+// Where the program's own files lie, seen from its executable.
+#pragma once
+
+#include <string>
+
+namespace quorvel::freedesktop {
+
+struct ProgramFolders {
+    std::string bundle; // Quorvel.bundle
+    std::string data;   // the pictures and the sample
+};
+
+// Beside the executable, as a build leaves them; else where an installation puts them, whether
+// they are there or not.
+ProgramFolders programFolders(const std::string& executableFolder);
+// Of the running process.
+ProgramFolders programFolders();
+
+} // namespace quorvel::freedesktop

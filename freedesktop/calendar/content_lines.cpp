@@ -1,0 +1,150 @@
+// Cutting a text into content lines, and a content line into name, parameters and value.
+#include "freedesktop/calendar/content_lines.h"
+
+#include <algorithm>
+
+namespace quorvel::freedesktop::ics {
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+char upperCase(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+bool isFold(char c) {
+    return c == ' ' || c == '\t';
+}
+
+bool isLineBreak(char c) {
+    return c == '\n' || c == '\r';
+}
+
+char lineEndOf(std::string_view text) {
+    const std::size_t first = text.find_first_of("\r\n");
+    const bool carriageReturnAlone = first != std::string_view::npos && text[first] == '\r' &&
+                                     (first + 1 >= text.size() || text[first + 1] != '\n');
+    return carriageReturnAlone ? '\r' : '\n';
+}
+
+std::string_view withoutTrailingBreaks(std::string_view text) {
+    while (!text.empty() && isLineBreak(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+// The first of the characters outside quotes.
+std::size_t findUnquoted(std::string_view text, std::string_view characters) {
+    bool quoted = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '"') {
+            quoted = !quoted;
+        } else if (!quoted && characters.find(text[i]) != std::string_view::npos) {
+            return i;
+        }
+    }
+    return std::string_view::npos;
+}
+
+} // namespace
+
+ContentLineReader::ContentLineReader(std::string_view text)
+    : m_rest(text) {
+    if (m_rest.substr(0, byteOrderMark.size()) == byteOrderMark) {
+        m_rest.remove_prefix(byteOrderMark.size());
+    }
+    m_lineEnd = lineEndOf(m_rest);
+}
+
+bool ContentLineReader::next(RawLine& line) {
+    if (m_rest.empty()) {
+        return false;
+    }
+    line.number = ++m_number;
+    line.folded = false;
+    std::size_t end = m_rest.find(m_lineEnd);
+    while (end != std::string_view::npos && end + 1 < m_rest.size() && isFold(m_rest[end + 1])) {
+        line.folded = true;
+        ++m_number;
+        end = m_rest.find(m_lineEnd, end + 1);
+    }
+    line.text = withoutTrailingBreaks(m_rest.substr(0, end));
+    m_rest.remove_prefix(end == std::string_view::npos ? m_rest.size() : end + 1);
+    return true;
+}
+
+std::string_view unfolded(const RawLine& line, std::string& scratch) {
+    if (!line.folded) {
+        return line.text;
+    }
+    scratch.clear();
+    std::string_view rest = line.text;
+    while (!rest.empty()) {
+        const std::size_t end = rest.find_first_of("\r\n");
+        scratch.append(rest.substr(0, end));
+        if (end == std::string_view::npos) {
+            break;
+        }
+        // A break within a content line stands before a fold; a stray one is dropped with it.
+        rest.remove_prefix(end);
+        while (!rest.empty() && isLineBreak(rest.front())) {
+            rest.remove_prefix(1);
+        }
+        if (!rest.empty() && isFold(rest.front())) {
+            rest.remove_prefix(1);
+        }
+    }
+    return scratch;
+}
+
+std::optional<ContentLine> splitContentLine(std::string_view line) {
+    const std::size_t nameEnd = line.find_first_of(":;");
+    if (nameEnd == std::string_view::npos || nameEnd == 0) {
+        return std::nullopt;
+    }
+    ContentLine result;
+    result.name = line.substr(0, nameEnd);
+    if (line[nameEnd] == ':') {
+        result.value = line.substr(nameEnd + 1);
+        return result;
+    }
+    const std::string_view rest = line.substr(nameEnd + 1);
+    std::size_t colon = findUnquoted(rest, ":");
+    if (colon == std::string_view::npos) {
+        colon = rest.find(':'); // a quote that nobody closed
+    }
+    if (colon == std::string_view::npos) {
+        return std::nullopt;
+    }
+    result.parameters = rest.substr(0, colon);
+    result.value = rest.substr(colon + 1);
+    return result;
+}
+
+std::optional<std::string_view> parameterValue(std::string_view parameters, std::string_view name) {
+    while (!parameters.empty()) {
+        const std::size_t end = findUnquoted(parameters, ";");
+        const std::string_view parameter = parameters.substr(0, end);
+        const std::size_t equals = parameter.find('=');
+        if (equals != std::string_view::npos &&
+            equalsIgnoringCase(parameter.substr(0, equals), name)) {
+            std::string_view value = parameter.substr(equals + 1);
+            value = value.substr(0, findUnquoted(value, ","));
+            if (value.size() >= 2 && value.front() == '"' && value.back() == '"') {
+                value = value.substr(1, value.size() - 2);
+            }
+            return value;
+        }
+        parameters.remove_prefix(end == std::string_view::npos ? parameters.size() : end + 1);
+    }
+    return std::nullopt;
+}
+
+bool equalsIgnoringCase(std::string_view text, std::string_view upper) {
+    return text.size() == upper.size() &&
+           std::equal(text.begin(), text.end(), upper.begin(),
+                      [](char a, char b) { return upperCase(a) == upperCase(b); });
+}
+
+} // namespace quorvel::freedesktop::ics

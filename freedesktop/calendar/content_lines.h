@@ -1,0 +1,50 @@
+// The lines of an iCalendar text as they stand in the bytes: cut, unfolded, split. Nothing is
+// copied unless a line is folded, so that 50 MB are walked in a blink.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace quorvel::freedesktop::ics {
+
+// One content line with its continuation lines, line breaks between them included.
+struct RawLine {
+    std::string_view text;
+    bool folded = false;
+    std::size_t number = 0; // of its first line in the file, from 1
+};
+
+// Line breaks are LF or CR LF, or CR alone where the first line ends so. A byte-order mark is
+// passed over. The text must outlive the reader and its lines.
+class ContentLineReader {
+public:
+    explicit ContentLineReader(std::string_view text);
+
+    bool next(RawLine& line); // false at the end of the text
+
+private:
+    std::string_view m_rest;
+    char m_lineEnd = '\n';
+    std::size_t m_number = 0;
+};
+
+// The line without its folds: the line's own bytes where it has none, else in the scratch string.
+std::string_view unfolded(const RawLine& line, std::string& scratch);
+
+struct ContentLine {
+    std::string_view name;
+    std::string_view parameters; // without the first semicolon
+    std::string_view value;
+};
+
+// Absent where there is no colon behind a name.
+std::optional<ContentLine> splitContentLine(std::string_view line);
+
+// The first value of a parameter, without its quotes. Names are compared regardless of case.
+std::optional<std::string_view> parameterValue(std::string_view parameters, std::string_view name);
+
+bool equalsIgnoringCase(std::string_view text, std::string_view upperCase);
+
+} // namespace quorvel::freedesktop::ics

@@ -1,0 +1,127 @@
+// The changes of a defined zone are listed once, by the same bounded expansion as events have.
+#include "freedesktop/calendar/defined_time_zone.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+#include "freedesktop/calendar/recurrence_expansion.h"
+
+namespace quorvel::freedesktop::ics {
+namespace {
+
+constexpr CivilTime firstReading{1900, 1, 1, 0, 0, 0};
+constexpr CivilTime lastReading{2100, 12, 31, 23, 59, 59};
+constexpr std::size_t mostChanges = 20000;
+constexpr auto longestReading = std::chrono::milliseconds(100);
+
+struct Change {
+    std::int64_t at = 0; // seconds since 1970
+    int before = 0;      // seconds east of UTC
+    int after = 0;
+};
+
+class DefinedTimeZone final : public TimeZone {
+public:
+    DefinedTimeZone(std::string name, std::vector<Change> changes)
+        : m_name(std::move(name))
+        , m_changes(std::move(changes)) {}
+
+    const std::string& identifier() const override { return m_name; }
+
+    int secondsFromGMT(platform::NSDate date) const override {
+        return offsetAt(secondsSince1970(date));
+    }
+
+    CivilTime civilTime(platform::NSDate date) const override {
+        const std::int64_t seconds = secondsSince1970(date);
+        return civilFromSeconds(seconds + offsetAt(seconds));
+    }
+
+    platform::NSDate instant(const CivilTime& time) const override {
+        const std::int64_t local = civilSeconds(time);
+        int offset = m_changes.front().before;
+        for (const Change& change : m_changes) {
+            // In a gap the offset before it holds on, which moves the reading forward; of two
+            // instants the change makes the latter.
+            if (local < change.at + change.after) {
+                break;
+            }
+            offset = change.after;
+        }
+        return platform::dateWithTimeIntervalSince1970(static_cast<double>(local - offset));
+    }
+
+private:
+    static std::int64_t secondsSince1970(platform::NSDate date) {
+        constexpr double farthest = 1e13;
+        const double seconds = std::floor(platform::timeIntervalSince1970(date));
+        return static_cast<std::int64_t>(std::clamp(seconds, -farthest, farthest));
+    }
+
+    int offsetAt(std::int64_t seconds) const {
+        const auto next = std::upper_bound(
+            m_changes.begin(), m_changes.end(), seconds,
+            [](std::int64_t value, const Change& change) { return value < change.at; });
+        return next == m_changes.begin() ? next->before : std::prev(next)->after;
+    }
+
+    std::string m_name;
+    std::vector<Change> m_changes; // sorted; never empty
+};
+
+// UNTIL in UTC is read with the offset before the change.
+std::optional<CivilTime> untilReading(const std::string& rule, int offsetFrom) {
+    const auto until = untilOf(rule);
+    if (!until) {
+        return std::nullopt;
+    }
+    return until->isUtc ? civilFromSeconds(civilSeconds(until->civil) + offsetFrom) : until->civil;
+}
+
+void addChanges(const ZoneObservance& observance, std::chrono::steady_clock::time_point deadline,
+                std::vector<Change>& changes) {
+    const auto add = [&](const CivilTime& reading) {
+        changes.push_back({civilSeconds(reading) - observance.offsetFrom, observance.offsetFrom,
+                           observance.offsetTo});
+    };
+    add(observance.start);
+    for (const CivilTime& date : observance.dates) {
+        add(date);
+    }
+    for (const std::string& rule : observance.rules) {
+        if (changes.size() > mostChanges || std::chrono::steady_clock::now() > deadline) {
+            return;
+        }
+        RecurrenceRequest request;
+        request.rule = rule;
+        request.start = observance.start;
+        request.until = untilReading(rule, observance.offsetFrom);
+        request.from = firstReading;
+        request.to = lastReading;
+        request.deadline = deadline;
+        for (const CivilTime& reading : expandRecurrence(request).starts) {
+            add(reading);
+        }
+    }
+}
+
+} // namespace
+
+std::shared_ptr<const TimeZone> makeDefinedTimeZone(const ZoneDefinition& definition) {
+    const auto deadline = std::chrono::steady_clock::now() + longestReading;
+    std::vector<Change> changes;
+    for (const ZoneObservance& observance : definition.observances) {
+        addChanges(observance, deadline, changes);
+    }
+    if (changes.empty()) {
+        return nullptr;
+    }
+    const auto earlier = [](const Change& a, const Change& b) { return a.at < b.at; };
+    std::stable_sort(changes.begin(), changes.end(), earlier);
+    const auto sameInstant = [](const Change& a, const Change& b) { return a.at == b.at; };
+    changes.erase(std::unique(changes.begin(), changes.end(), sameInstant), changes.end());
+    return std::make_shared<DefinedTimeZone>(definition.name, std::move(changes));
+}
+
+} // namespace quorvel::freedesktop::ics

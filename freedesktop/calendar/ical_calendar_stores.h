@@ -1,0 +1,83 @@
+// The user's calendars from .ics files.
+//
+// What a source is:
+// - A file is one calendar, whatever its name ends in.
+// - A folder: each folder in it that holds .ics files (or a file `color` or `displayname`) is one
+//   calendar, a file an event. A folder in it that holds none of them is looked into, down to four
+//   levels. The .ics files that lie in the folder itself are a calendar each, unless the folder is
+//   such a calendar itself: it holds a file `color` or `displayname`, or more than half of its .ics
+//   files hold one event each, name no calendar, and either bear the event's UID in their names or
+//   are more than 24.
+// - A text in memory is one calendar, as if it were a file.
+// Names that begin with a dot are passed over; only regular files are opened. Calendars come in the
+// order of the sources, within one by name. The same file or folder is shown once.
+//
+// A calendar's title: the file `displayname`, or X-WR-CALNAME or NAME, else the name of the file or
+// folder. Its colour: the file `color`, or X-APPLE-CALENDAR-COLOR or COLOR, else one of a palette.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "freedesktop/dates/time_zone.h"
+#include "platform/calendar_store.h"
+
+namespace quorvel::freedesktop {
+
+// Something that could not be read, or is shown otherwise than it is written.
+struct CalendarProblem {
+    std::string file;
+    std::size_t line = 0; // 0: unknown
+    std::string what;
+};
+using CalendarProblemHandler = std::function<void(const CalendarProblem&)>;
+
+struct CalendarSource {
+    std::string name;                // a path, or the name of a text
+    std::optional<std::string> text; // a whole calendar in memory
+
+    static CalendarSource at(std::string path) { return {std::move(path), std::nullopt}; }
+    static CalendarSource inMemory(std::string name, std::string text) {
+        return {std::move(name), std::move(text)};
+    }
+};
+
+// Why the source cannot be read at all; absent where it can.
+std::optional<std::string> problemWithSource(const CalendarSource& source);
+
+// Those that exist of the folders `calendars` in the data folder and `.calendars` at home. The
+// arguments are the values of XDG_DATA_HOME and HOME; an empty or relative one counts as unset.
+std::vector<CalendarSource> defaultCalendarSources(std::string_view xdgDataHome,
+                                                   std::string_view home);
+
+// What was read stays in memory and is shared by the stores: a new store reads again what has
+// changed on disk since, and nothing else. May be used from several threads; the handler is called
+// on the thread that makes or asks a store, once a problem and version of a file.
+class IcalCalendarStores final : public platform::CalendarStores {
+public:
+    IcalCalendarStores(std::shared_ptr<const TimeZone> userZone, CalendarProblemHandler onProblem);
+    ~IcalCalendarStores() override;
+    IcalCalendarStores(const IcalCalendarStores&) = delete;
+    IcalCalendarStores& operator=(const IcalCalendarStores&) = delete;
+
+    // Both hold for the stores made from now on.
+    void setSources(std::vector<CalendarSource> sources);
+    void setTimeZone(std::shared_ptr<const TimeZone> userZone);
+
+    std::unique_ptr<platform::EKEventStore> makeEventStore() override;
+
+    // Whether at least one source could be read when the last store was made; false before that.
+    bool anyReadable() const;
+
+private:
+    class State;
+    class Store;
+    std::shared_ptr<State> m_state;
+};
+
+} // namespace quorvel::freedesktop

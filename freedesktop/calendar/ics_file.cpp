@@ -1,0 +1,615 @@
+// Walking the lines of a calendar: which component they stand in, and which of them are kept.
+#include "freedesktop/calendar/ics_file.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+#include "freedesktop/calendar/content_lines.h"
+#include "freedesktop/calendar/stable_hash.h"
+
+namespace quorvel::freedesktop::ics {
+namespace {
+
+constexpr std::size_t mostProblems = 50;
+constexpr std::size_t mostZones = 200;
+constexpr std::size_t mostObservances = 500;
+constexpr std::size_t mostZoneDates = 1000;
+// Zones lie at most a day off UTC, the user's own included.
+constexpr std::int64_t marginDays = 2;
+constexpr int farthestOffset = 86400;
+constexpr std::int64_t secondsPerDay = 86400;
+
+enum class Property {
+    none,
+    begin,
+    end,
+    uid,
+    summary,
+    location,
+    dtstart,
+    dtend,
+    duration,
+    recurrenceId,
+    status,
+    sequence,
+    rrule,
+    exrule,
+    rdate,
+    exdate,
+    tzid,
+    tzOffsetFrom,
+    tzOffsetTo,
+    calendarName,
+    calendarColour,
+};
+
+struct PropertyName {
+    std::string_view name;
+    Property property;
+};
+
+constexpr PropertyName propertyNames[] = {
+    {"BEGIN", Property::begin},
+    {"END", Property::end},
+    {"UID", Property::uid},
+    {"SUMMARY", Property::summary},
+    {"LOCATION", Property::location},
+    {"DTSTART", Property::dtstart},
+    {"DTEND", Property::dtend},
+    {"DURATION", Property::duration},
+    {"RECURRENCE-ID", Property::recurrenceId},
+    {"STATUS", Property::status},
+    {"SEQUENCE", Property::sequence},
+    {"RRULE", Property::rrule},
+    {"EXRULE", Property::exrule},
+    {"RDATE", Property::rdate},
+    {"EXDATE", Property::exdate},
+    {"TZID", Property::tzid},
+    {"TZOFFSETFROM", Property::tzOffsetFrom},
+    {"TZOFFSETTO", Property::tzOffsetTo},
+    {"X-WR-CALNAME", Property::calendarName},
+    {"NAME", Property::calendarName},
+    {"X-APPLE-CALENDAR-COLOR", Property::calendarColour},
+    {"COLOR", Property::calendarColour},
+};
+
+Property propertyNamed(std::string_view name) {
+    for (const PropertyName& entry : propertyNames) {
+        if (entry.name.size() == name.size() && equalsIgnoringCase(name, entry.name)) {
+            return entry.property;
+        }
+    }
+    return Property::none;
+}
+
+// "+0200", "-023000".
+std::optional<int> readOffset(std::string_view text) {
+    text = trimmed(text);
+    if (text.size() != 5 && text.size() != 7) {
+        return std::nullopt;
+    }
+    int parts[3] = {0, 0, 0};
+    for (std::size_t i = 1; i < text.size(); ++i) {
+        if (text[i] < '0' || text[i] > '9') {
+            return std::nullopt;
+        }
+        parts[(i - 1) / 2] = parts[(i - 1) / 2] * 10 + (text[i] - '0');
+    }
+    const int seconds = parts[0] * 3600 + parts[1] * 60 + parts[2];
+    if ((text[0] != '+' && text[0] != '-') || seconds > farthestOffset) {
+        return std::nullopt;
+    }
+    return text[0] == '-' ? -seconds : seconds;
+}
+
+// For a message: printable, and not the whole of a line of megabytes.
+std::string shown(std::string_view text) {
+    constexpr std::size_t longest = 60;
+    std::string result;
+    for (const char c : validUtf8(text.substr(0, longest))) {
+        const auto byte = static_cast<unsigned char>(c);
+        result += byte < 0x20 || byte == 0x7F ? '?' : c;
+    }
+    return text.size() > longest ? result + "..." : result;
+}
+
+class Reader {
+public:
+    Reader(std::string_view bytes, const std::function<bool(std::string_view)>& zoneIsKnown)
+        : m_lines(bytes)
+        , m_zoneIsKnown(zoneIsKnown) {}
+
+    IcsFile read() {
+        while (m_lines.next(m_raw)) {
+            readLine();
+        }
+        finish();
+        return std::move(m_file);
+    }
+
+private:
+    enum class Place { calendar, event, zone, observance, other };
+
+    void readLine() {
+        if (m_raw.text.empty()) {
+            return;
+        }
+        std::string_view text = m_raw.text;
+        // A fold may stand in the name already; else the name tells whether to unfold at all.
+        std::size_t nameEnd = text.find_first_of(":;\r\n");
+        if (m_raw.folded &&
+            (nameEnd == std::string_view::npos || text[nameEnd] == '\r' || text[nameEnd] == '\n')) {
+            text = unfolded(m_raw, m_scratch);
+            nameEnd = text.find_first_of(":;");
+        }
+        const bool named = nameEnd != std::string_view::npos && nameEnd != 0 &&
+                           (text[nameEnd] == ':' || text[nameEnd] == ';');
+        if (!named) {
+            if (!trimmed(text).empty()) {
+                malformedLine(text);
+            }
+            return;
+        }
+        const Property property = propertyNamed(text.substr(0, nameEnd));
+        if (property == Property::none) {
+            if (text[nameEnd] == ';' && text.find(':', nameEnd) == std::string_view::npos) {
+                malformedLine(text);
+            }
+            return;
+        }
+        const auto line = splitContentLine(unfolded(m_raw, m_scratch));
+        if (!line) {
+            malformedLine(text);
+            return;
+        }
+        readProperty(property, *line);
+    }
+
+    void readProperty(Property property, const ContentLine& line) {
+        if (property == Property::begin) {
+            begin(trimmed(line.value));
+        } else if (property == Property::end) {
+            end(trimmed(line.value));
+        } else if (m_place == Place::event && m_nested == 0) {
+            readEventProperty(property, line);
+        } else if (m_place == Place::zone || m_place == Place::observance) {
+            readZoneProperty(property, line);
+        } else if (m_place == Place::calendar) {
+            readCalendarProperty(property, line);
+        }
+    }
+
+    void begin(std::string_view component) {
+        if (equalsIgnoringCase(component, "VCALENDAR")) {
+            dropOpenEvent();
+            m_sawCalendar = true;
+            m_calendarOpen = true;
+            m_place = Place::calendar;
+            m_nested = 0;
+        } else if (equalsIgnoringCase(component, "VEVENT")) {
+            dropOpenEvent();
+            beginEvent();
+        } else if (m_place == Place::event || m_place == Place::other) {
+            ++m_nested;
+        } else if (equalsIgnoringCase(component, "VTIMEZONE")) {
+            m_place = Place::zone;
+            m_zone = {};
+            m_zoneWanted = false;
+        } else if (m_place == Place::zone && (equalsIgnoringCase(component, "STANDARD") ||
+                                              equalsIgnoringCase(component, "DAYLIGHT"))) {
+            m_place = Place::observance;
+            m_observance = {};
+        } else {
+            m_place = Place::other;
+            m_nested = 0;
+        }
+    }
+
+    void end(std::string_view component) {
+        if (equalsIgnoringCase(component, "VEVENT")) {
+            if (m_place == Place::event) {
+                endEvent();
+                m_place = Place::calendar;
+                m_nested = 0;
+            }
+        } else if (equalsIgnoringCase(component, "VCALENDAR")) {
+            dropOpenEvent();
+            m_calendarOpen = false;
+            m_place = Place::calendar;
+            m_nested = 0;
+        } else if (equalsIgnoringCase(component, "VTIMEZONE")) {
+            if (m_place == Place::zone || m_place == Place::observance) {
+                endZone();
+                m_place = Place::calendar;
+            }
+        } else if (m_place == Place::observance) {
+            endObservance();
+            m_place = Place::zone;
+        } else if (m_nested > 0) {
+            --m_nested;
+        } else if (m_place == Place::other) {
+            m_place = Place::calendar;
+        }
+    }
+
+    // ---- the calendar
+
+    void readCalendarProperty(Property property, const ContentLine& line) {
+        if (property == Property::calendarName && !m_file.calendarName) {
+            m_file.calendarName = readText(line.value);
+        } else if (property == Property::calendarColour && !m_file.calendarColour) {
+            m_file.calendarColour = validUtf8(trimmed(line.value));
+        }
+    }
+
+    // ---- an event
+
+    void beginEvent() {
+        m_place = Place::event;
+        m_nested = 0;
+        m_event = {};
+        m_event.line = m_raw.number;
+        m_event.firstRule = static_cast<std::uint32_t>(m_file.rules.size());
+        m_textBefore = m_file.text.size();
+        m_hasStart = m_hasUid = m_broken = false;
+    }
+
+    void readEventProperty(Property property, const ContentLine& line) {
+        switch (property) {
+        case Property::uid:
+            if (!m_hasUid && !trimmed(line.value).empty()) {
+                m_event.uid = keep(trimmed(line.value));
+                m_hasUid = true;
+            }
+            break;
+        case Property::summary:
+            if (!m_event.title) {
+                m_event.title = keep(line.value);
+            }
+            break;
+        case Property::location:
+            if (!m_event.location) {
+                m_event.location = keep(line.value);
+            }
+            break;
+        case Property::dtstart:
+            if (const auto time = eventTime("DTSTART", line); time && !m_hasStart) {
+                m_event.start = *time;
+                m_hasStart = true;
+            }
+            break;
+        case Property::dtend:
+            if (const auto time = eventTime("DTEND", line); time && !m_event.end) {
+                m_event.end = time;
+            }
+            break;
+        case Property::duration:
+            readEventDuration(line);
+            break;
+        case Property::recurrenceId:
+            if (const auto time = eventTime("RECURRENCE-ID", line); time && !m_event.recurrenceId) {
+                m_event.recurrenceId = time;
+                const auto range = parameterValue(line.parameters, "RANGE");
+                m_event.thisAndFuture = range && equalsIgnoringCase(*range, "THISANDFUTURE");
+            }
+            break;
+        case Property::status:
+            m_event.cancelled = equalsIgnoringCase(trimmed(line.value), "CANCELLED");
+            break;
+        case Property::sequence:
+            m_event.sequence = std::atoi(std::string(line.value.substr(0, 9)).c_str());
+            break;
+        case Property::rrule:
+            keepRule(RuleKind::rrule, line);
+            break;
+        case Property::exrule:
+            keepRule(RuleKind::exrule, line);
+            break;
+        case Property::rdate:
+            keepRule(RuleKind::rdate, line);
+            break;
+        case Property::exdate:
+            keepRule(RuleKind::exdate, line);
+            break;
+        default:
+            break;
+        }
+    }
+
+    void readEventDuration(const ContentLine& line) {
+        const auto duration = readDuration(line.value);
+        if (!duration) {
+            broken("DURATION", line.value);
+        } else if (!m_event.duration) {
+            m_event.duration = duration;
+        }
+    }
+
+    std::optional<EventTime> eventTime(std::string_view property, const ContentLine& line) {
+        const auto value = readTime(line.value);
+        if (!value) {
+            broken(property, line.value);
+            return std::nullopt;
+        }
+        EventTime time;
+        time.civil = value->civil;
+        if (value->isDate) {
+            time.kind = TimeKind::date;
+        } else if (value->isUtc) {
+            time.kind = TimeKind::utc;
+        } else if (const auto zone = parameterValue(line.parameters, "TZID");
+                   zone && !zone->empty()) {
+            time.kind = TimeKind::zoned;
+            time.zone = zoneIndex(*zone);
+        }
+        return time;
+    }
+
+    std::uint32_t zoneIndex(std::string_view name) {
+        auto& names = m_file.zoneNames;
+        for (std::size_t i = names.size(); i > 0 && i + 16 > names.size(); --i) {
+            if (names[i - 1] == name) {
+                return static_cast<std::uint32_t>(i - 1);
+            }
+        }
+        names.emplace_back(name);
+        return static_cast<std::uint32_t>(names.size() - 1);
+    }
+
+    void keepRule(RuleKind kind, const ContentLine& line) {
+        RuleLine rule;
+        rule.kind = kind;
+        rule.parameters = keep(line.parameters);
+        rule.value = keep(line.value);
+        rule.line = m_raw.number;
+        m_file.rules.push_back(rule);
+        ++m_event.ruleCount;
+        m_event.repeats = m_event.repeats || kind == RuleKind::rrule || kind == RuleKind::rdate;
+    }
+
+    void endEvent() {
+        if (!m_broken && !m_hasStart) {
+            problem(m_event.line, "an event without DTSTART is left out");
+            m_broken = true;
+        }
+        if (m_broken) {
+            forgetEvent();
+            return;
+        }
+        if (!m_hasUid) {
+            m_event.uid = keep(madeUpUid());
+        }
+        if (endsBeforeItsStart()) {
+            problem(m_event.line, "DTEND lies before DTSTART; the event is shown without a length");
+        }
+        setDays();
+        m_file.events.push_back(m_event);
+    }
+
+    void forgetEvent() {
+        m_file.text.resize(m_textBefore);
+        m_file.rules.resize(m_event.firstRule);
+    }
+
+    void dropOpenEvent() {
+        if (m_place == Place::event) {
+            problem(m_event.line, "an event without END:VEVENT is left out");
+            forgetEvent();
+            m_place = Place::calendar;
+        }
+    }
+
+    bool endsBeforeItsStart() const {
+        if (!m_event.end) {
+            return false;
+        }
+        const std::int64_t length =
+            civilSeconds(m_event.end->civil) - civilSeconds(m_event.start.civil);
+        const bool sameZone =
+            m_event.end->kind == m_event.start.kind && m_event.end->zone == m_event.start.zone;
+        return length < (sameZone ? 0 : -marginDays * secondsPerDay);
+    }
+
+    // Stays the same as long as the event does.
+    std::string madeUpUid() const {
+        const EventTime& start = m_event.start;
+        std::string source = std::to_string(civilSeconds(start.civil));
+        for (const auto& part : {m_event.title, m_event.location}) {
+            source += '\n';
+            source += part ? m_file.slice(*part) : std::string_view();
+        }
+        return "no-uid-" + hexDigits(stableHash(source), 16);
+    }
+
+    void setDays() {
+        const std::int64_t start = civilDays(m_event.start.civil);
+        std::int64_t first = start;
+        std::int64_t last = start;
+        for (std::uint32_t i = 0; i < m_event.ruleCount; ++i) {
+            widen(m_file.rules[m_event.firstRule + i], first, last);
+        }
+        std::int64_t length = 1;
+        if (m_event.end) {
+            length += std::max<std::int64_t>(civilDays(m_event.end->civil) - start, 0);
+        } else if (m_event.duration) {
+            length += std::max<std::int64_t>(m_event.duration->days, 0) +
+                      std::max<std::int64_t>(m_event.duration->seconds, 0) / secondsPerDay + 1;
+        }
+        constexpr std::int64_t farthest = std::numeric_limits<std::int32_t>::max();
+        m_event.firstDay = static_cast<std::int32_t>(std::max(first - marginDays, -farthest));
+        m_event.lastDay = static_cast<std::int32_t>(std::min(last + length + marginDays, farthest));
+    }
+
+    void widen(const RuleLine& rule, std::int64_t& first, std::int64_t& last) const {
+        if (rule.kind == RuleKind::rrule) {
+            const auto until = untilOf(m_file.slice(rule.value));
+            last = std::max(last, until ? civilDays(until->civil)
+                                        : std::int64_t{std::numeric_limits<std::int32_t>::max()});
+        } else if (rule.kind == RuleKind::rdate) {
+            for (const std::string_view part : listParts(m_file.slice(rule.value))) {
+                if (const auto date = readPeriodOrTime(part)) {
+                    first = std::min(first, civilDays(date->start.civil));
+                    last = std::max(last, lastDayOf(*date));
+                }
+            }
+        }
+    }
+
+    static std::int64_t lastDayOf(const PeriodValue& period) {
+        std::int64_t day = civilDays(period.start.civil);
+        if (period.end) {
+            day = std::max(day, civilDays(period.end->civil));
+        } else if (period.duration) {
+            day += std::max<std::int64_t>(period.duration->days, 0) +
+                   std::max<std::int64_t>(period.duration->seconds, 0) / secondsPerDay + 1;
+        }
+        return day;
+    }
+
+    // ---- a zone's definition
+
+    void readZoneProperty(Property property, const ContentLine& line) {
+        if (m_place == Place::zone) {
+            if (property == Property::tzid) {
+                m_zone.name = trimmed(line.value);
+                m_zoneWanted = m_file.zones.size() < mostZones && !m_zoneIsKnown(m_zone.name);
+            }
+            return;
+        }
+        if (!m_zoneWanted) {
+            return;
+        }
+        if (property == Property::dtstart) {
+            if (const auto time = readTime(line.value)) {
+                m_observance.start = time->civil;
+                m_observanceStarts = true;
+            }
+        } else if (property == Property::tzOffsetFrom) {
+            m_observance.offsetFrom = readOffset(line.value).value_or(0);
+        } else if (property == Property::tzOffsetTo) {
+            if (const auto offset = readOffset(line.value)) {
+                m_observance.offsetTo = *offset;
+                m_observanceHasOffset = true;
+            }
+        } else if (property == Property::rrule && m_observance.rules.size() < mostObservances) {
+            m_observance.rules.emplace_back(line.value);
+        } else if (property == Property::rdate) {
+            for (const std::string_view part : listParts(line.value)) {
+                const auto time = readPeriodOrTime(part);
+                if (time && m_observance.dates.size() < mostZoneDates) {
+                    m_observance.dates.push_back(time->start.civil);
+                }
+            }
+        }
+    }
+
+    void endObservance() {
+        if (m_zoneWanted && m_observanceStarts && m_observanceHasOffset &&
+            m_zone.observances.size() < mostObservances) {
+            m_zone.observances.push_back(std::move(m_observance));
+        }
+        m_observance = {};
+        m_observanceStarts = m_observanceHasOffset = false;
+    }
+
+    void endZone() {
+        if (m_zoneWanted && !m_zone.name.empty() && !m_zone.observances.empty()) {
+            m_file.zones.push_back(std::move(m_zone));
+        }
+        m_zone = {};
+        m_zoneWanted = false;
+    }
+
+    // ---- all of it
+
+    Slice keep(std::string_view text) {
+        const Slice part{static_cast<std::uint32_t>(m_file.text.size()),
+                         static_cast<std::uint32_t>(text.size())};
+        m_file.text.append(text);
+        return part;
+    }
+
+    void malformedLine(std::string_view text) {
+        problem(m_raw.number, "a line without a name and a value: \"" + shown(text) + "\"");
+    }
+
+    void broken(std::string_view property, std::string_view value) {
+        if (!m_broken) {
+            problem(m_raw.number, "an event is left out, its " + std::string(property) +
+                                      " cannot be read: \"" + shown(value) + "\"");
+        }
+        m_broken = true;
+    }
+
+    void problem(std::size_t line, std::string what) {
+        if (m_file.problems.size() < mostProblems) {
+            m_file.problems.push_back({line, std::move(what)});
+        } else {
+            ++m_moreProblems;
+        }
+    }
+
+    void finish() {
+        const std::size_t lastLine = m_raw.number;
+        const bool endsInEvent = m_place == Place::event;
+        dropOpenEvent();
+        if (!m_sawCalendar && m_file.events.empty()) {
+            m_file.problems.clear();
+            m_moreProblems = 0;
+            problem(lastLine == 0 ? 0 : 1, lastLine == 0
+                                               ? "the file is empty"
+                                               : "no calendar: BEGIN:VCALENDAR is missing");
+        } else if (m_calendarOpen && !endsInEvent) {
+            problem(lastLine, "the file ends before END:VCALENDAR");
+        }
+        if (m_moreProblems > 0) {
+            m_file.problems.push_back({0, "and " + std::to_string(m_moreProblems) + " more"});
+        }
+        m_file.text.shrink_to_fit();
+        m_file.events.shrink_to_fit();
+        m_file.rules.shrink_to_fit();
+    }
+
+    ContentLineReader m_lines;
+    const std::function<bool(std::string_view)>& m_zoneIsKnown;
+    RawLine m_raw;
+    std::string m_scratch;
+    IcsFile m_file;
+    std::size_t m_moreProblems = 0;
+
+    Place m_place = Place::calendar;
+    std::size_t m_nested = 0; // components within an event, or within one that is of no interest
+    bool m_sawCalendar = false;
+    bool m_calendarOpen = false;
+
+    IcsEvent m_event;
+    std::size_t m_textBefore = 0;
+    bool m_hasStart = false;
+    bool m_hasUid = false;
+    bool m_broken = false;
+
+    ZoneDefinition m_zone;
+    bool m_zoneWanted = false;
+    ZoneObservance m_observance;
+    bool m_observanceStarts = false;
+    bool m_observanceHasOffset = false;
+};
+
+} // namespace
+
+bool IcsFile::looksLikeOneEvent() const {
+    if (events.empty() || calendarName || calendarColour) {
+        return false;
+    }
+    const std::string_view first = slice(events.front().uid);
+    return std::all_of(events.begin(), events.end(),
+                       [&](const IcsEvent& event) { return slice(event.uid) == first; });
+}
+
+IcsFile readIcsFile(std::string_view bytes,
+                    const std::function<bool(std::string_view)>& zoneIsKnown) {
+    return Reader(bytes, zoneIsKnown).read();
+}
+
+} // namespace quorvel::freedesktop::ics

@@ -1,0 +1,102 @@
+// What is kept of one .ics text: its events' key properties, and the days that each can touch.
+// Everything else is passed over while the bytes are walked, and the text itself is let go.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "freedesktop/calendar/ics_values.h"
+
+namespace quorvel::freedesktop::ics {
+
+// A part of IcsFile::text.
+struct Slice {
+    std::uint32_t offset = 0;
+    std::uint32_t length = 0;
+};
+
+enum class TimeKind : std::uint8_t { date, floating, utc, zoned };
+
+struct EventTime {
+    CivilTime civil;
+    TimeKind kind = TimeKind::floating;
+    std::uint32_t zone = 0; // of IcsFile::zoneNames, where zoned
+};
+
+enum class RuleKind : std::uint8_t { rrule, exrule, rdate, exdate };
+
+struct RuleLine {
+    RuleKind kind = RuleKind::rrule;
+    Slice parameters;
+    Slice value;
+    std::size_t line = 0;
+};
+
+struct IcsEvent {
+    std::size_t line = 0; // of its BEGIN
+    Slice uid;
+    std::optional<Slice> title;    // raw
+    std::optional<Slice> location; // raw
+    EventTime start;
+    std::optional<EventTime> end;
+    std::optional<Duration> duration;
+    std::optional<EventTime> recurrenceId;
+    bool thisAndFuture = false; // the override holds for what follows as well
+    bool cancelled = false;
+    bool repeats = false; // RRULE or RDATE
+    int sequence = 0;
+    std::uint32_t firstRule = 0; // of IcsFile::rules
+    std::uint32_t ruleCount = 0;
+    // Days since 1970 outside of which no occurrence lies, whatever the zones are.
+    std::int32_t firstDay = 0;
+    std::int32_t lastDay = std::numeric_limits<std::int32_t>::max();
+};
+
+// One STANDARD or DAYLIGHT part of a zone's definition.
+struct ZoneObservance {
+    CivilTime start;
+    int offsetFrom = 0; // seconds east of UTC
+    int offsetTo = 0;
+    std::vector<std::string> rules;
+    std::vector<CivilTime> dates;
+};
+
+struct ZoneDefinition {
+    std::string name;
+    std::vector<ZoneObservance> observances;
+};
+
+struct FileProblem {
+    std::size_t line = 0; // 0: unknown
+    std::string what;
+};
+
+struct IcsFile {
+    std::string text; // the kept properties, one behind the other
+    std::vector<IcsEvent> events;
+    std::vector<RuleLine> rules;
+    std::vector<std::string> zoneNames;
+    std::vector<ZoneDefinition> zones; // only those with a name known nowhere else
+    std::optional<std::string> calendarName;
+    std::optional<std::string> calendarColour;
+    std::vector<FileProblem> problems;
+
+    std::string_view slice(Slice part) const {
+        return std::string_view(text).substr(part.offset, part.length);
+    }
+    // Exactly one UID, and no word about a calendar: a file as a vdir holds them.
+    bool looksLikeOneEvent() const;
+};
+
+// Never fails: what cannot be read is left out and named. Zones whose name is known need no
+// definition, and theirs is passed over.
+IcsFile readIcsFile(std::string_view bytes,
+                    const std::function<bool(std::string_view)>& zoneIsKnown);
+
+} // namespace quorvel::freedesktop::ics

@@ -1,0 +1,296 @@
+// Reading dates, durations and text. The producers are many; what is no value is none here.
+#include "freedesktop/calendar/ics_values.h"
+
+#include <algorithm>
+
+#include "freedesktop/calendar/content_lines.h"
+#include "freedesktop/dates/civil_calendar.h"
+
+namespace quorvel::freedesktop::ics {
+namespace {
+
+constexpr std::int64_t secondsPerDay = 86400;
+constexpr std::size_t mostDurationDigits = 9;
+constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+// Absent unless there are that many digits at that place.
+std::optional<int> number(std::string_view text, std::size_t at, std::size_t digits) {
+    if (at + digits > text.size()) {
+        return std::nullopt;
+    }
+    int value = 0;
+    for (const char c : text.substr(at, digits)) {
+        if (!isDigit(c)) {
+            return std::nullopt;
+        }
+        value = value * 10 + (c - '0');
+    }
+    return value;
+}
+
+bool isDay(int year, int month, int day) {
+    if (year < 1 || month < 1 || month > 12 || day < 1 || day > 31) {
+        return false;
+    }
+    const CivilDay same = civilDay(dayNumber(year, month, day));
+    return same.month == month && same.day == day;
+}
+
+// The length of the UTF-8 sequence at the beginning; 0 where it is none.
+std::size_t sequenceLength(std::string_view bytes) {
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+    const auto continues = [&](std::size_t i) {
+        return i < bytes.size() && (byte(i) & 0xC0U) == 0x80U;
+    };
+    const unsigned char first = byte(0);
+    if (first < 0x80) {
+        return first == 0 ? 0 : 1;
+    }
+    if (first >= 0xC2 && first <= 0xDF) {
+        return continues(1) ? 2 : 0;
+    }
+    if (first >= 0xE0 && first <= 0xEF) {
+        if (!continues(1) || !continues(2)) {
+            return 0;
+        }
+        const bool overlong = first == 0xE0 && byte(1) < 0xA0;
+        const bool surrogate = first == 0xED && byte(1) >= 0xA0;
+        return overlong || surrogate ? 0 : 3;
+    }
+    if (first >= 0xF0 && first <= 0xF4) {
+        if (!continues(1) || !continues(2) || !continues(3)) {
+            return 0;
+        }
+        const bool overlong = first == 0xF0 && byte(1) < 0x90;
+        const bool tooLarge = first == 0xF4 && byte(1) >= 0x90;
+        return overlong || tooLarge ? 0 : 4;
+    }
+    return 0;
+}
+
+// An escape that nobody defined stays as it stands: many producers do not escape a backslash.
+std::string unescaped(std::string_view raw) {
+    std::string result;
+    result.reserve(raw.size());
+    for (std::size_t i = 0; i < raw.size(); ++i) {
+        if (raw[i] != '\\' || i + 1 == raw.size()) {
+            result += raw[i];
+            continue;
+        }
+        const char next = raw[i + 1];
+        if (next == 'n' || next == 'N') {
+            result += '\n';
+        } else if (next == '\\' || next == ';' || next == ',' || next == '"') {
+            result += next;
+        } else {
+            result += '\\';
+            continue;
+        }
+        ++i;
+    }
+    return result;
+}
+
+} // namespace
+
+std::string_view trimmed(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(" \t");
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+std::optional<TimeValue> readTime(std::string_view text) {
+    text = trimmed(text);
+    const auto year = number(text, 0, 4);
+    const auto month = number(text, 4, 2);
+    const auto day = number(text, 6, 2);
+    if (!year || !month || !day || !isDay(*year, *month, *day)) {
+        return std::nullopt;
+    }
+    TimeValue result;
+    result.civil = {*year, *month, *day, 0, 0, 0};
+    if (text.size() == 8) {
+        result.isDate = true;
+        return result;
+    }
+    const auto hour = number(text, 9, 2);
+    const auto minute = number(text, 11, 2);
+    const auto second = number(text, 13, 2);
+    const bool separated = text[8] == 'T' || text[8] == 't';
+    if (!separated || !hour || !minute || !second || *hour > 23 || *minute > 59 || *second > 60) {
+        return std::nullopt;
+    }
+    result.civil.hour = *hour;
+    result.civil.minute = *minute;
+    result.civil.second = std::min(*second, 59); // a leap second
+    if (text.size() == 16 && (text[15] == 'Z' || text[15] == 'z')) {
+        result.isUtc = true;
+        return result;
+    }
+    return text.size() == 15 ? std::optional(result) : std::nullopt;
+}
+
+std::optional<Duration> readDuration(std::string_view text) {
+    text = trimmed(text);
+    std::int64_t sign = 1;
+    if (!text.empty() && (text.front() == '+' || text.front() == '-')) {
+        sign = text.front() == '-' ? -1 : 1;
+        text.remove_prefix(1);
+    }
+    if (text.size() < 2 || (text.front() != 'P' && text.front() != 'p')) {
+        return std::nullopt;
+    }
+    text.remove_prefix(1);
+    Duration result;
+    bool inTime = false;
+    bool hasPart = false;
+    while (!text.empty()) {
+        if (text.front() == 'T' || text.front() == 't') {
+            if (inTime) {
+                return std::nullopt;
+            }
+            inTime = true;
+            text.remove_prefix(1);
+            continue;
+        }
+        std::size_t digits = 0;
+        std::int64_t amount = 0;
+        while (digits < text.size() && isDigit(text[digits]) && digits <= mostDurationDigits) {
+            amount = amount * 10 + (text[digits] - '0');
+            ++digits;
+        }
+        if (digits == 0 || digits > mostDurationDigits || digits == text.size()) {
+            return std::nullopt;
+        }
+        switch (text[digits]) {
+        case 'W':
+        case 'w':
+            result.days += amount * 7;
+            break;
+        case 'D':
+        case 'd':
+            result.days += amount;
+            break;
+        case 'H':
+        case 'h':
+            result.seconds += amount * 3600;
+            break;
+        case 'M':
+        case 'm':
+            result.seconds += amount * 60;
+            break;
+        case 'S':
+        case 's':
+            result.seconds += amount;
+            break;
+        default:
+            return std::nullopt;
+        }
+        hasPart = true;
+        text.remove_prefix(digits + 1);
+    }
+    if (!hasPart) {
+        return std::nullopt;
+    }
+    result.days *= sign;
+    result.seconds *= sign;
+    return result;
+}
+
+std::optional<PeriodValue> readPeriodOrTime(std::string_view text) {
+    const std::size_t slash = text.find('/');
+    const auto start = readTime(text.substr(0, slash));
+    if (!start) {
+        return std::nullopt;
+    }
+    PeriodValue result;
+    result.start = *start;
+    if (slash == std::string_view::npos) {
+        return result;
+    }
+    const std::string_view rest = trimmed(text.substr(slash + 1));
+    result.end = readTime(rest);
+    if (!result.end) {
+        result.duration = readDuration(rest);
+        if (!result.duration) {
+            return std::nullopt;
+        }
+    }
+    return result;
+}
+
+std::optional<TimeValue> untilOf(std::string_view rule) {
+    constexpr std::string_view key = "UNTIL=";
+    while (!rule.empty()) {
+        const std::size_t end = rule.find(';');
+        const std::string_view part = trimmed(rule.substr(0, end));
+        if (equalsIgnoringCase(part.substr(0, key.size()), key)) {
+            return readTime(part.substr(key.size()));
+        }
+        rule.remove_prefix(end == std::string_view::npos ? rule.size() : end + 1);
+    }
+    return std::nullopt;
+}
+
+std::vector<std::string_view> listParts(std::string_view text) {
+    std::vector<std::string_view> parts;
+    while (true) {
+        const std::size_t comma = text.find(',');
+        parts.push_back(text.substr(0, comma));
+        if (comma == std::string_view::npos) {
+            return parts;
+        }
+        text.remove_prefix(comma + 1);
+    }
+}
+
+std::string validUtf8(std::string_view bytes) {
+    std::string result;
+    result.reserve(bytes.size());
+    while (!bytes.empty()) {
+        const std::size_t length = sequenceLength(bytes);
+        if (length == 0) {
+            result += replacementCharacter;
+        } else {
+            result += bytes.substr(0, length);
+        }
+        bytes.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return result;
+}
+
+std::string readText(std::string_view raw) {
+    std::string text = raw.find('\\') == std::string_view::npos ? std::string(raw) : unescaped(raw);
+    const bool plain = std::all_of(text.begin(), text.end(), [](char c) {
+        return static_cast<unsigned char>(c) < 0x80 && c != '\0';
+    });
+    return plain ? text : validUtf8(text);
+}
+
+std::int64_t civilDays(const CivilTime& time) {
+    return dayNumber(time.year, time.month, time.day);
+}
+
+std::int64_t civilSeconds(const CivilTime& time) {
+    return civilDays(time) * secondsPerDay + std::int64_t{time.hour} * 3600 +
+           std::int64_t{time.minute} * 60 + time.second;
+}
+
+CivilTime civilFromSeconds(std::int64_t seconds) {
+    std::int64_t days = seconds / secondsPerDay;
+    if (seconds % secondsPerDay < 0) {
+        --days;
+    }
+    const CivilDay day = civilDay(days);
+    const int ofDay = static_cast<int>(seconds - days * secondsPerDay);
+    return {
+        static_cast<int>(day.year), day.month, day.day, ofDay / 3600, ofDay / 60 % 60, ofDay % 60};
+}
+
+} // namespace quorvel::freedesktop::ics

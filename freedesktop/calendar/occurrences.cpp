@@ -1,0 +1,463 @@
+// A recurrence set is what the rules and dates give, less exceptions and overridden instances. Of
+// each rule only what can meet the window is worked out.
+#include "freedesktop/calendar/occurrences.h"
+
+#include <algorithm>
+#include <cmath>
+#include <tuple>
+
+#include "freedesktop/calendar/content_lines.h"
+#include "freedesktop/calendar/defined_time_zone.h"
+#include "freedesktop/calendar/recurrence_expansion.h"
+
+namespace quorvel::freedesktop::ics {
+namespace {
+
+constexpr std::int64_t secondsPerDay = 86400;
+// No reading lies further from its instant, in any zone.
+constexpr std::int64_t marginSeconds = 2 * secondsPerDay;
+constexpr std::int64_t mostDays = 4000000;
+constexpr std::int64_t longestShift = 400 * secondsPerDay;
+constexpr std::size_t mostFutureOverrides = 100;
+constexpr std::size_t mostListedTimes = 100000;
+// One rule's time, and the time of all rules of a search until each gets little only.
+constexpr auto longestRule = std::chrono::milliseconds(200);
+constexpr auto longestSearch = std::chrono::milliseconds(1000);
+constexpr auto shortestRule = std::chrono::milliseconds(1);
+
+std::int64_t bounded(double seconds) {
+    constexpr double farthest = 2.5e11; // the years to 9999
+    return static_cast<std::int64_t>(std::clamp(std::floor(seconds), -farthest, farthest));
+}
+
+std::int64_t dayOf(std::int64_t seconds) {
+    return seconds >= 0 ? seconds / secondsPerDay
+                        : -((-seconds + secondsPerDay - 1) / secondsPerDay);
+}
+
+EventTime moved(EventTime time, std::int64_t seconds) {
+    time.civil = civilFromSeconds(civilSeconds(time.civil) + seconds);
+    return time;
+}
+
+std::int64_t overriddenReading(const EventReference& reference) {
+    return civilSeconds(reference.event->recurrenceId->civil);
+}
+
+std::vector<EventReference>::const_iterator
+firstOverrideFrom(const std::vector<EventReference>& sorted, std::int64_t reading) {
+    return std::lower_bound(sorted.begin(), sorted.end(), reading,
+                            [](const EventReference& one, std::int64_t value) {
+                                return overriddenReading(one) < value;
+                            });
+}
+
+bool isNewest(const EventReference& reference, const OverrideSet* set) {
+    if (set == nullptr) {
+        return true;
+    }
+    const auto found = firstOverrideFrom(set->all, overriddenReading(reference));
+    return found != set->all.end() && found->event == reference.event;
+}
+
+} // namespace
+
+bool belongsTo(const Window& window, std::int64_t start, std::int64_t end) {
+    const auto first = static_cast<double>(start);
+    const auto last = static_cast<double>(end);
+    return (last > window.from || first == window.from) && first <= window.to;
+}
+
+void addOverrides(LoadedFile& file, Overrides& overrides) {
+    for (const IcsEvent& event : file.ics.events) {
+        if (event.recurrenceId) {
+            overrides[file.ics.slice(event.uid)].all.push_back({&file, &event});
+        }
+    }
+}
+
+void sortOverrides(Overrides& overrides) {
+    for (auto& [uid, set] : overrides) {
+        std::reverse(set.all.begin(), set.all.end()); // of equals the last one is the newest
+        std::stable_sort(set.all.begin(), set.all.end(),
+                         [](const EventReference& a, const EventReference& b) {
+                             return std::tuple(overriddenReading(a), -a.event->sequence) <
+                                    std::tuple(overriddenReading(b), -b.event->sequence);
+                         });
+        const auto same = [](const EventReference& a, const EventReference& b) {
+            return overriddenReading(a) == overriddenReading(b);
+        };
+        set.all.erase(std::unique(set.all.begin(), set.all.end(), same), set.all.end());
+        for (const EventReference& one : set.all) {
+            if (one.event->thisAndFuture && set.future.size() < mostFutureOverrides) {
+                set.future.push_back(one);
+            }
+        }
+    }
+}
+
+Expander::Expander(Window window, ZoneClock& userZone, ZoneNames& names,
+                   const ReportExpansion& report)
+    : m_window(window)
+    , m_firstDay(dayOf(bounded(window.from)))
+    , m_lastDay(dayOf(bounded(window.to)))
+    , m_userZone(userZone)
+    , m_names(names)
+    , m_utc(std::make_shared<ZoneClock>(TimeZone::utc()))
+    , m_report(report) {}
+
+void Expander::expand(const EventReference& reference, const Overrides& overrides,
+                      std::vector<Occurrence>& result) {
+    LoadedFile& file = *reference.file;
+    const IcsEvent& event = *reference.event;
+    if (event.cancelled) {
+        return;
+    }
+    const OverrideSet* set = nullptr;
+    if (!overrides.empty()) {
+        const auto found = overrides.find(file.ics.slice(event.uid));
+        set = found == overrides.end() ? nullptr : &found->second;
+    }
+    if (event.recurrenceId) {
+        if (isNewest(reference, set)) {
+            emit(file, event, event.start, lengthOf(file, event),
+                 instantOf(file, *event.recurrenceId), result);
+        }
+    } else if (event.ruleCount > 0 || set != nullptr) {
+        expandSeries(file, event, set, result);
+    } else {
+        emit(file, event, event.start, lengthOf(file, event), std::nullopt, result);
+    }
+}
+
+// ---- times and zones
+
+std::shared_ptr<ZoneClock> Expander::findZone(LoadedFile& file, const std::string& name) {
+    if (auto known = m_names.named(name)) {
+        return known;
+    }
+    for (const ZoneDefinition& definition : file.ics.zones) {
+        if (definition.name == name) {
+            if (auto zone = makeDefinedTimeZone(definition)) {
+                return std::make_shared<ZoneClock>(std::move(zone));
+            }
+        }
+    }
+    m_report(file, 0,
+             "the time zone \"" + validUtf8(name.substr(0, 60)) +
+                 "\" is unknown; its times are taken for local ones");
+    return nullptr;
+}
+
+ZoneClock& Expander::clockOf(LoadedFile& file, const EventTime& time) {
+    if (time.kind == TimeKind::utc) {
+        return *m_utc;
+    }
+    if (time.kind != TimeKind::zoned) {
+        return m_userZone;
+    }
+    if (file.zones.size() <= time.zone) {
+        file.zones.resize(file.ics.zoneNames.size());
+        file.zonesAsked.resize(file.ics.zoneNames.size());
+    }
+    if (!file.zonesAsked[time.zone]) {
+        file.zonesAsked[time.zone] = true;
+        file.zones[time.zone] = findZone(file, file.ics.zoneNames[time.zone]);
+    }
+    const auto& zone = file.zones[time.zone];
+    return zone ? *zone : m_userZone;
+}
+
+std::int64_t Expander::instantOf(LoadedFile& file, const EventTime& time) {
+    if (time.kind == TimeKind::date) {
+        return m_userZone.platformInstant(time.civil);
+    }
+    return clockOf(file, time).instant(time.civil).seconds;
+}
+
+Expander::Length Expander::lengthOf(LoadedFile& file, const IcsEvent& event) {
+    const EventTime& start = event.start;
+    Length length;
+    if (start.kind == TimeKind::date) {
+        if (event.end) {
+            length.days = civilDays(event.end->civil) - civilDays(start.civil);
+        } else if (event.duration) {
+            length.days = event.duration->days +
+                          (event.duration->seconds + secondsPerDay - 1) / secondsPerDay;
+        }
+        length.days = std::clamp<std::int64_t>(length.days, 1, mostDays);
+        return length;
+    }
+    if (event.end) {
+        EventTime end = *event.end;
+        if (end.kind == TimeKind::date) {
+            end.kind = start.kind;
+            end.zone = start.zone;
+        }
+        length.seconds = std::max<std::int64_t>(instantOf(file, end) - instantOf(file, start), 0);
+    } else if (event.duration &&
+               event.duration->days * secondsPerDay + event.duration->seconds > 0) {
+        length.days = std::min(event.duration->days, mostDays);
+        length.seconds = event.duration->seconds;
+    }
+    return length;
+}
+
+std::int64_t Expander::endOf(LoadedFile& file, const EventTime& start, std::int64_t startInstant,
+                             const Length& length) {
+    if (start.kind == TimeKind::date) {
+        return m_userZone.platformInstant(
+            moved(start, length.days * secondsPerDay - 1).civil); // 23:59:59 of its last day
+    }
+    if (length.days == 0) {
+        return startInstant + length.seconds;
+    }
+    const EventTime end = moved(start, length.days * secondsPerDay);
+    return std::max(clockOf(file, end).instant(end.civil).seconds + length.seconds, startInstant);
+}
+
+void Expander::emit(LoadedFile& file, const IcsEvent& event, const EventTime& start,
+                    const Length& length, std::optional<std::int64_t> recurrence,
+                    std::vector<Occurrence>& result) {
+    Occurrence one;
+    one.file = &file;
+    one.event = &event;
+    one.start = instantOf(file, start);
+    one.end = endOf(file, start, one.start, length);
+    one.isAllDay = start.kind == TimeKind::date;
+    one.recurrence = recurrence;
+    if (belongsTo(m_window, one.start, one.end)) {
+        result.push_back(one);
+    }
+}
+
+// ---- series
+
+void Expander::expandSeries(LoadedFile& file, const IcsEvent& event, const OverrideSet* overrides,
+                            std::vector<Occurrence>& result) {
+    Series series{file, event, lengthOf(file, event), {}, {}, {}, {}, {}};
+    const bool mayShift = overrides != nullptr && !overrides->future.empty();
+    const std::int64_t margin = marginSeconds + (mayShift ? longestShift : 0);
+    const std::int64_t reach =
+        (series.length.days + 1) * secondsPerDay + std::max<std::int64_t>(series.length.seconds, 0);
+    series.from = civilFromSeconds(bounded(m_window.from) - reach - margin);
+    series.to = civilFromSeconds(bounded(m_window.to) + margin);
+
+    bool hasRule = false;
+    for (std::uint32_t i = 0; i < event.ruleCount; ++i) {
+        const RuleLine& rule = file.ics.rules[event.firstRule + i];
+        switch (rule.kind) {
+        case RuleKind::rrule:
+            hasRule = true;
+            for (const CivilTime& civil : ruleStarts(series, rule)) {
+                EventTime time = event.start;
+                time.civil = civil;
+                addStart(series, time, std::nullopt);
+            }
+            break;
+        case RuleKind::rdate:
+            addDates(series, rule);
+            break;
+        case RuleKind::exdate:
+            excludeDates(series, rule);
+            break;
+        case RuleKind::exrule:
+            excludeRule(series, rule);
+            break;
+        }
+    }
+    if (!hasRule) {
+        addStart(series, event.start, std::nullopt);
+    }
+    if (overrides != nullptr) {
+        excludeOverridden(series, *overrides);
+    }
+    emitSeries(series, overrides, result);
+}
+
+void Expander::emitSeries(Series& series, const OverrideSet* overrides,
+                          std::vector<Occurrence>& result) {
+    auto& starts = series.starts;
+    std::stable_sort(starts.begin(), starts.end(),
+                     [](const Start& a, const Start& b) { return a.instant < b.instant; });
+    const Start* last = nullptr;
+    for (const Start& start : starts) {
+        const bool repeated = last != nullptr && last->instant == start.instant;
+        last = &start;
+        if (repeated || series.excludedInstants.count(start.instant) != 0 ||
+            series.excludedDays.count(civilDays(start.time.civil)) != 0) {
+            continue;
+        }
+        const bool isOne = series.event.repeats || overrides != nullptr;
+        const auto recurrence = isOne ? std::optional(start.instant) : std::nullopt;
+        const EventReference* from =
+            overrides == nullptr ? nullptr : overrideFrom(*overrides, start.instant);
+        if (from == nullptr) {
+            emit(series.file, series.event, start.time, start.length.value_or(series.length),
+                 recurrence, result);
+        } else if (!from->event->cancelled) {
+            const std::int64_t shift =
+                civilSeconds(from->event->start.civil) - overriddenReading(*from);
+            EventTime time = from->event->start;
+            time.civil = moved(start.time, std::clamp(shift, -longestShift, longestShift)).civil;
+            emit(*from->file, *from->event, time, lengthOf(*from->file, *from->event), recurrence,
+                 result);
+        }
+    }
+}
+
+void Expander::addStart(Series& series, const EventTime& time, std::optional<Length> length) {
+    series.starts.push_back({time, instantOf(series.file, time), length});
+}
+
+std::vector<CivilTime> Expander::ruleStarts(Series& series, const RuleLine& rule) {
+    const IcsEvent& event = series.event;
+    ZoneClock& clock = clockOf(series.file, event.start);
+    RecurrenceRequest request;
+    request.rule = series.file.ics.slice(rule.value);
+    request.start = event.start.civil;
+    request.wholeDays = event.start.kind == TimeKind::date;
+    request.startCounts = rule.kind == RuleKind::rrule;
+    request.from = series.from;
+    request.to = series.to;
+    if (const auto until = untilOf(request.rule)) {
+        request.until = until->civil;
+        if (until->isDate) { // the whole of that day
+            request.until = civilFromSeconds((civilDays(until->civil) + 1) * secondsPerDay - 1);
+        } else if (until->isUtc && !request.wholeDays) {
+            request.until = clock.civil(civilSeconds(until->civil));
+        }
+    }
+    if (!request.wholeDays) {
+        request.exists = [&clock](const CivilTime& time) { return clock.instant(time).exists; };
+    }
+    const auto before = std::chrono::steady_clock::now();
+    request.deadline = before + (m_spent < longestSearch ? longestRule : shortestRule);
+    RecurrenceStarts starts = expandRecurrence(request);
+    m_spent += std::chrono::steady_clock::now() - before;
+    if (!starts.problem.empty()) {
+        m_report(series.file, rule.line,
+                 "a recurrence rule is not followed to its end: " + starts.problem);
+    }
+    return std::move(starts.starts);
+}
+
+EventTime Expander::listedTime(Series& series, const RuleLine& rule, const TimeValue& value) {
+    EventTime time = series.event.start; // without a zone of its own the event's
+    time.civil = value.civil;
+    if (value.isDate) {
+        time.kind = TimeKind::date;
+    } else if (value.isUtc) {
+        time.kind = TimeKind::utc;
+    } else if (const auto zone = parameterValue(series.file.ics.slice(rule.parameters), "TZID")) {
+        auto& names = series.file.ics.zoneNames;
+        const auto found = std::find(names.begin(), names.end(), *zone);
+        time.kind = TimeKind::zoned;
+        time.zone = static_cast<std::uint32_t>(found - names.begin());
+        if (found == names.end()) {
+            names.emplace_back(*zone);
+        }
+    } else if (time.kind == TimeKind::date) {
+        time.kind = TimeKind::floating;
+    }
+    return time;
+}
+
+void Expander::addDates(Series& series, const RuleLine& rule) {
+    const EventTime& like = series.event.start;
+    const std::int64_t from = civilSeconds(series.from);
+    const std::int64_t to = civilSeconds(series.to);
+    for (const std::string_view part : listParts(series.file.ics.slice(rule.value))) {
+        const auto value = readPeriodOrTime(part);
+        if (!value) {
+            m_report(series.file, rule.line, "a date of RDATE cannot be read and is left out");
+            continue;
+        }
+        EventTime time = listedTime(series, rule, value->start);
+        std::optional<Length> length;
+        if (like.kind == TimeKind::date) {
+            time = like;
+            time.civil = civilFromSeconds(civilDays(value->start.civil) * secondsPerDay);
+        } else if (time.kind == TimeKind::date) { // that day, at the event's time
+            time = like;
+            time.civil =
+                civilFromSeconds(civilDays(value->start.civil) * secondsPerDay +
+                                 civilSeconds(like.civil) - civilDays(like.civil) * secondsPerDay);
+        } else if (value->end) {
+            const EventTime end = listedTime(series, rule, *value->end);
+            length = Length{0, std::max<std::int64_t>(
+                                   instantOf(series.file, end) - instantOf(series.file, time), 0)};
+        } else if (value->duration) {
+            length = Length{std::clamp<std::int64_t>(value->duration->days, 0, mostDays),
+                            std::max<std::int64_t>(value->duration->seconds, 0)};
+        }
+        const std::int64_t reading = civilSeconds(time.civil);
+        const bool mayMeet = length || (reading >= from && reading <= to);
+        if (mayMeet && series.starts.size() < mostListedTimes) {
+            addStart(series, time, length);
+        }
+    }
+}
+
+void Expander::excludeDates(Series& series, const RuleLine& rule) {
+    const std::int64_t from = civilSeconds(series.from) - marginSeconds;
+    const std::int64_t to = civilSeconds(series.to) + marginSeconds;
+    for (const std::string_view part : listParts(series.file.ics.slice(rule.value))) {
+        const auto value = readTime(part);
+        if (!value) {
+            if (!trimmed(part).empty()) {
+                m_report(series.file, rule.line, "a date of EXDATE cannot be read and is left out");
+            }
+            continue;
+        }
+        const std::int64_t reading = civilSeconds(value->civil);
+        if (reading >= from && reading <= to) {
+            exclude(series, series.file, listedTime(series, rule, *value));
+        }
+    }
+}
+
+void Expander::excludeRule(Series& series, const RuleLine& rule) {
+    for (const CivilTime& civil : ruleStarts(series, rule)) {
+        EventTime time = series.event.start;
+        time.civil = civil;
+        exclude(series, series.file, time);
+    }
+}
+
+void Expander::excludeOverridden(Series& series, const OverrideSet& overrides) {
+    const std::int64_t from = civilSeconds(series.from) - marginSeconds;
+    const std::int64_t to = civilSeconds(series.to) + marginSeconds;
+    for (auto it = firstOverrideFrom(overrides.all, from);
+         it != overrides.all.end() && overriddenReading(*it) <= to; ++it) {
+        EventTime time = *it->event->recurrenceId;
+        if (time.kind == TimeKind::floating) { // many leave the zone out that the event has
+            time.kind = series.event.start.kind;
+            time.zone = series.event.start.zone;
+            exclude(series, series.file, time);
+        } else {
+            exclude(series, *it->file, time);
+        }
+    }
+}
+
+void Expander::exclude(Series& series, LoadedFile& file, EventTime time) {
+    if (time.kind == TimeKind::date || series.event.start.kind == TimeKind::date) {
+        series.excludedDays.insert(civilDays(time.civil));
+    } else {
+        series.excludedInstants.insert(instantOf(file, time));
+    }
+}
+
+// The last one that holds from an instant before this one on.
+const EventReference* Expander::overrideFrom(const OverrideSet& overrides, std::int64_t instant) {
+    const EventReference* result = nullptr;
+    for (const EventReference& one : overrides.future) {
+        if (instantOf(*one.file, *one.event->recurrenceId) < instant) {
+            result = &one;
+        }
+    }
+    return result;
+}
+
+} // namespace quorvel::freedesktop::ics

@@ -1,0 +1,135 @@
+// From kept events to occurrences: rules, dates, exceptions and overrides put together.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "freedesktop/calendar/ics_file.h"
+#include "freedesktop/calendar/zone_clock.h"
+
+namespace quorvel::freedesktop::ics {
+
+// A file's events with what is worked out for them on demand.
+struct LoadedFile {
+    std::string path; // for messages
+    IcsFile ics;
+    std::vector<std::shared_ptr<ZoneClock>> zones; // of zoneNames, as far as they were asked for
+    std::vector<bool> zonesAsked;
+    std::set<std::pair<std::size_t, std::string>> reported; // what was found while expanding
+};
+
+struct EventReference {
+    LoadedFile* file = nullptr;
+    const IcsEvent* event = nullptr;
+};
+
+// The overrides of one UID, sorted by the reading that they override; of several for one reading
+// only the newest.
+struct OverrideSet {
+    std::vector<EventReference> all;
+    std::vector<EventReference> future; // those of them that hold for what follows as well
+};
+
+// The overrides of a calendar's events, by UID.
+using Overrides = std::unordered_map<std::string_view, OverrideSet>;
+
+void addOverrides(LoadedFile& file, Overrides& overrides);
+void sortOverrides(Overrides& overrides); // once all are added
+
+struct Occurrence {
+    const LoadedFile* file = nullptr;
+    const IcsEvent* event = nullptr; // the master, or the override in its place
+    std::int64_t start = 0;          // seconds since 1970
+    std::int64_t end = 0;
+    bool isAllDay = false;
+    std::optional<std::int64_t> recurrence; // the instant that the rule meant it for
+};
+
+// Both ends in seconds since 1970.
+struct Window {
+    double from = 0;
+    double to = 0;
+};
+
+// Ends after the window's beginning, or starts at it; and starts at or before the window's end.
+bool belongsTo(const Window& window, std::int64_t start, std::int64_t end);
+
+using ReportExpansion = std::function<void(LoadedFile& file, std::size_t line, std::string what)>;
+
+// Expands one event after the other for one search. The clocks, the report and the files must
+// outlive it.
+class Expander {
+public:
+    Expander(Window window, ZoneClock& userZone, ZoneNames& names, const ReportExpansion& report);
+
+    // By the days that an event can touch.
+    bool mayMeetWindow(std::int32_t firstDay, std::int32_t lastDay) const {
+        return firstDay <= m_lastDay && lastDay >= m_firstDay;
+    }
+    // Adds what the event comes to within the window. Overridden occurrences are left to their
+    // overrides, cancelled ones are left out.
+    void expand(const EventReference& reference, const Overrides& overrides,
+                std::vector<Occurrence>& result);
+
+private:
+    struct Length {
+        std::int64_t days = 0; // nominal
+        std::int64_t seconds = 0;
+    };
+    struct Start {
+        EventTime time;
+        std::int64_t instant = 0;
+        std::optional<Length> length; // its own, of a period
+    };
+    struct Series {
+        LoadedFile& file;
+        const IcsEvent& event;
+        Length length;
+        CivilTime from; // the readings that can meet the window
+        CivilTime to;
+        std::vector<Start> starts;
+        std::set<std::int64_t> excludedInstants;
+        std::set<std::int64_t> excludedDays;
+    };
+
+    ZoneClock& clockOf(LoadedFile& file, const EventTime& time);
+    std::shared_ptr<ZoneClock> findZone(LoadedFile& file, const std::string& name);
+    std::int64_t instantOf(LoadedFile& file, const EventTime& time);
+    std::int64_t endOf(LoadedFile& file, const EventTime& start, std::int64_t startInstant,
+                       const Length& length);
+    Length lengthOf(LoadedFile& file, const IcsEvent& event);
+    void emit(LoadedFile& file, const IcsEvent& event, const EventTime& start, const Length& length,
+              std::optional<std::int64_t> recurrence, std::vector<Occurrence>& result);
+    void emitSeries(Series& series, const OverrideSet* overrides, std::vector<Occurrence>& result);
+    void expandSeries(LoadedFile& file, const IcsEvent& event, const OverrideSet* overrides,
+                      std::vector<Occurrence>& result);
+    void addStart(Series& series, const EventTime& time, std::optional<Length> length);
+    std::vector<CivilTime> ruleStarts(Series& series, const RuleLine& rule);
+    void addDates(Series& series, const RuleLine& rule);
+    void excludeDates(Series& series, const RuleLine& rule);
+    void excludeRule(Series& series, const RuleLine& rule);
+    void excludeOverridden(Series& series, const OverrideSet& overrides);
+    void exclude(Series& series, LoadedFile& file, EventTime time);
+    EventTime listedTime(Series& series, const RuleLine& rule, const TimeValue& value);
+    const EventReference* overrideFrom(const OverrideSet& overrides, std::int64_t instant);
+
+    Window m_window;
+    std::int64_t m_firstDay = 0;
+    std::int64_t m_lastDay = 0;
+    ZoneClock& m_userZone;
+    ZoneNames& m_names;
+    std::shared_ptr<ZoneClock> m_utc;
+    const ReportExpansion& m_report;
+    std::chrono::steady_clock::duration m_spent{};
+};
+
+} // namespace quorvel::freedesktop::ics

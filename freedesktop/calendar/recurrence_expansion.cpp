@@ -1,0 +1,332 @@
+// libical walks the rule; what it would take too long for, or reads wrongly, is met here.
+#include "freedesktop/calendar/recurrence_expansion.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <memory>
+
+#include <libical/ical.h>
+
+#include "freedesktop/calendar/content_lines.h"
+#include "freedesktop/calendar/ics_values.h"
+
+namespace quorvel::freedesktop::ics {
+namespace {
+
+constexpr std::size_t longestRule = 4096;
+constexpr std::size_t mostStarts = 20000;
+constexpr std::size_t mostIterations = 200000;
+// What a single call may step over inside the library: some 30 ms of seconds or minutes.
+constexpr std::int64_t mostSteps = 500000;
+constexpr std::int64_t firstYear = 1;
+constexpr std::int64_t lastYear = 9999;
+
+struct FreeIterator {
+    void operator()(icalrecur_iterator* iterator) const { icalrecur_iterator_free(iterator); }
+};
+using Iterator = std::unique_ptr<icalrecur_iterator, FreeIterator>;
+
+// The library's own way to say that something is wrong is to print and abort.
+void keepLibraryQuiet() {
+    static const bool done = [] {
+        icalerror_set_errors_are_fatal(0);
+        for (int error = ICAL_NO_ERROR; error <= ICAL_UNKNOWN_ERROR; ++error) {
+            icalerror_set_error_state(static_cast<icalerrorenum>(error), ICAL_ERROR_NONFATAL);
+        }
+        return true;
+    }();
+    (void)done;
+}
+
+// A rule's parts as far as the guards need them. Text is the rule without UNTIL and COUNT.
+struct RuleParts {
+    std::string text;
+    std::string frequency;
+    std::int64_t interval = 1;
+    std::optional<std::int64_t> count;
+    bool hasBy = false;
+    bool hasSetPosition = false;
+    std::string problem;
+};
+
+std::string upperCase(std::string_view text) {
+    std::string result(text);
+    for (char& c : result) {
+        c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    }
+    return result;
+}
+
+std::optional<std::int64_t> wholeNumber(std::string_view text) {
+    std::int64_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const bool whole = error == std::errc() && end == text.data() + text.size();
+    return whole ? std::optional(value) : std::nullopt;
+}
+
+void readPart(RuleParts& parts, const std::string& key, const std::string& value) {
+    if (key == "UNTIL") {
+        return;
+    }
+    if (key == "COUNT") {
+        parts.count = wholeNumber(value);
+        if (!parts.count || *parts.count < 1) {
+            parts.problem = "COUNT is no positive number";
+        }
+        return;
+    }
+    if (key == "INTERVAL") {
+        const auto interval = wholeNumber(value);
+        constexpr std::int64_t largest = 32767;
+        if (!interval || *interval < 1 || *interval > largest) {
+            parts.problem = "INTERVAL is out of range";
+            return;
+        }
+        parts.interval = *interval;
+    } else if (key == "FREQ") {
+        parts.frequency = value;
+    } else if (key == "BYSETPOS") {
+        parts.hasSetPosition = true;
+    } else if (key.substr(0, 2) == "BY") {
+        parts.hasBy = true;
+    }
+    parts.text += (parts.text.empty() ? "" : ";") + key + "=" + value;
+}
+
+RuleParts readParts(std::string_view rule) {
+    RuleParts parts;
+    if (rule.size() > longestRule) {
+        parts.problem = "it is too long";
+        return parts;
+    }
+    while (!rule.empty()) {
+        const std::size_t end = rule.find(';');
+        const std::string_view part = trimmed(rule.substr(0, end));
+        const std::size_t equals = part.find('=');
+        if (equals != std::string_view::npos) {
+            readPart(parts, upperCase(trimmed(part.substr(0, equals))),
+                     upperCase(trimmed(part.substr(equals + 1))));
+        } else if (!part.empty()) {
+            parts.problem = "a part of it has no value";
+        }
+        rule.remove_prefix(end == std::string_view::npos ? rule.size() : end + 1);
+    }
+    if (parts.frequency.empty()) {
+        parts.problem = "FREQ is missing";
+    } else if (parts.hasSetPosition && !parts.hasBy) {
+        parts.problem = "BYSETPOS stands alone";
+    }
+    return parts;
+}
+
+// Seconds of a step; 0 for those of a day and more, which the library takes quickly.
+std::int64_t stepOf(const RuleParts& parts) {
+    if (parts.frequency == "SECONDLY") {
+        return parts.interval;
+    }
+    if (parts.frequency == "MINUTELY") {
+        return parts.interval * 60;
+    }
+    return parts.frequency == "HOURLY" ? parts.interval * 3600 : 0;
+}
+
+icaltimetype icalTime(const CivilTime& time, bool isDate) {
+    icaltimetype result = icaltime_null_time();
+    result.year = time.year;
+    result.month = time.month;
+    result.day = time.day;
+    result.is_date = isDate ? 1 : 0;
+    if (!isDate) {
+        result.hour = time.hour;
+        result.minute = time.minute;
+        result.second = time.second;
+    }
+    return result;
+}
+
+CivilTime civilTime(const icaltimetype& time) {
+    if (time.is_date != 0) {
+        return {time.year, time.month, time.day, 0, 0, 0};
+    }
+    return {time.year, time.month, time.day, time.hour, time.minute, time.second};
+}
+
+bool isSane(const icaltimetype& time) {
+    return time.year >= firstYear && time.year <= lastYear && time.month >= 1 && time.month <= 12 &&
+           time.day >= 1 && time.day <= 31;
+}
+
+short* endOfList(short* list, std::size_t size) {
+    return std::find(list, list + size, static_cast<short>(ICAL_RECURRENCE_ARRAY_MAX));
+}
+
+// The library walks its lists in the order in which they stand.
+template <std::size_t Size>
+void sortList(short (&list)[Size]) {
+    short* end = endOfList(list, Size);
+    std::sort(list, end);
+    short* last = std::unique(list, end);
+    std::fill(last, end, static_cast<short>(ICAL_RECURRENCE_ARRAY_MAX));
+}
+
+template <std::size_t Size>
+void dropRepeated(short (&list)[Size]) {
+    short* const end = endOfList(list, Size);
+    short* last = list;
+    for (short* it = list; it != end; ++it) {
+        if (std::find(list, last, *it) == last) {
+            *last++ = *it;
+        }
+    }
+    std::fill(last, end, static_cast<short>(ICAL_RECURRENCE_ARRAY_MAX));
+}
+
+short weekdayOf(const CivilTime& time) {
+    const std::int64_t days = civilDays(time);
+    return static_cast<short>((days % 7 + 7 + 4) % 7 + 1); // 1970-01-01 was a Thursday; 1 is Sunday
+}
+
+// Rewrites what the library reads wrongly where another wording means the same.
+void mend(icalrecurrencetype& rule, const CivilTime& start) {
+    sortList(rule.by_second);
+    sortList(rule.by_minute);
+    sortList(rule.by_hour);
+    dropRepeated(rule.by_day);
+    const auto absent = static_cast<short>(ICAL_RECURRENCE_ARRAY_MAX);
+    if (rule.freq == ICAL_YEARLY_RECURRENCE && rule.by_week_no[0] != absent &&
+        rule.by_day[0] == absent && rule.by_month_day[0] == absent &&
+        rule.by_year_day[0] == absent) {
+        rule.by_day[0] = weekdayOf(start);
+        rule.by_day[1] = absent;
+    }
+}
+
+class Expansion {
+public:
+    explicit Expansion(const RecurrenceRequest& request)
+        : m_request(request)
+        , m_start(civilSeconds(request.start))
+        , m_from(civilSeconds(request.from))
+        , m_to(civilSeconds(request.to)) {
+        if (request.until) {
+            m_to = std::min(m_to, civilSeconds(*request.until));
+        }
+    }
+
+    RecurrenceStarts run() {
+        if (m_request.startCounts) {
+            keep(m_start);
+        }
+        m_parts = readParts(m_request.rule);
+        if (!m_parts.problem.empty()) {
+            m_result.problem = m_parts.problem;
+        } else if (m_to >= m_start) {
+            walk();
+        }
+        std::sort(m_seconds.begin(), m_seconds.end());
+        m_seconds.erase(std::unique(m_seconds.begin(), m_seconds.end()), m_seconds.end());
+        for (const std::int64_t seconds : m_seconds) {
+            m_result.starts.push_back(civilFromSeconds(seconds));
+        }
+        return std::move(m_result);
+    }
+
+private:
+    void walk() {
+        keepLibraryQuiet();
+        icalrecurrencetype rule = icalrecurrencetype_from_string(m_parts.text.c_str());
+        if (rule.freq == ICAL_NO_RECURRENCE) {
+            m_result.problem = "it cannot be read";
+            return;
+        }
+        mend(rule, m_request.start);
+        const bool jumps = !m_parts.count && m_from > m_start;
+        const std::int64_t first = jumps ? m_from : m_start;
+        const std::int64_t limit = limitFrom(first);
+        rule.until = icalTime(civilFromSeconds(limit), m_request.wholeDays);
+        Iterator iterator(
+            icalrecur_iterator_new(rule, icalTime(m_request.start, m_request.wholeDays)));
+        if (!iterator) {
+            m_result.problem = "its parts do not go together";
+            return;
+        }
+        if (jumps && !jump(iterator.get())) {
+            return;
+        }
+        iterate(iterator.get(), limit);
+        if (limit < m_to && !m_done && m_result.problem.empty()) {
+            m_result.problem = "it takes too many steps";
+        }
+    }
+
+    std::int64_t limitFrom(std::int64_t first) const {
+        const std::int64_t step = stepOf(m_parts);
+        return step == 0 ? m_to : std::min(m_to, first + step * mostSteps);
+    }
+
+    bool jump(icalrecur_iterator* iterator) {
+        const icaltimetype to = icalTime(m_request.from, m_request.wholeDays);
+        if (icalrecur_iterator_set_start(iterator, to) == 0) {
+            m_result.problem = "its parts do not go together";
+            return false;
+        }
+        return true;
+    }
+
+    void iterate(icalrecur_iterator* iterator, std::int64_t limit) {
+        const std::int64_t first = m_request.startCounts ? m_start + 1 : m_start;
+        std::int64_t counted = m_request.startCounts ? 1 : 0;
+        for (std::size_t i = 0; i < mostIterations; ++i) {
+            if (m_parts.count && counted >= *m_parts.count) {
+                m_done = true;
+                return;
+            }
+            const icaltimetype next = icalrecur_iterator_next(iterator);
+            if (icaltime_is_null_time(next) != 0 || !isSane(next)) {
+                return;
+            }
+            const CivilTime time = civilTime(next);
+            const std::int64_t seconds = civilSeconds(time);
+            if (seconds > limit) {
+                return;
+            }
+            if (seconds >= first && (!m_request.exists || m_request.exists(time))) {
+                ++counted;
+                keep(seconds);
+            }
+            if (m_seconds.size() >= mostStarts) {
+                m_result.problem = "it has too many occurrences";
+                return;
+            }
+            if (std::chrono::steady_clock::now() > m_request.deadline) {
+                m_result.problem = "it takes too long";
+                return;
+            }
+        }
+        m_result.problem = "it takes too many steps";
+    }
+
+    void keep(std::int64_t seconds) {
+        if (seconds >= m_from && seconds <= m_to) {
+            m_seconds.push_back(seconds);
+        }
+    }
+
+    const RecurrenceRequest& m_request;
+    std::int64_t m_start;
+    std::int64_t m_from;
+    std::int64_t m_to;
+    RuleParts m_parts;
+    bool m_done = false;
+    std::vector<std::int64_t> m_seconds;
+    RecurrenceStarts m_result;
+};
+
+} // namespace
+
+RecurrenceStarts expandRecurrence(const RecurrenceRequest& request) {
+    return Expansion(request).run();
+}
+
+} // namespace quorvel::freedesktop::ics

@@ -1,0 +1,92 @@
+// A day's offset is looked up once, as long as the clock stands still around it.
+#include "freedesktop/calendar/zone_clock.h"
+
+#include <cmath>
+
+#include "freedesktop/calendar/ics_values.h"
+
+namespace quorvel::freedesktop::ics {
+namespace {
+
+constexpr std::int64_t secondsPerDay = 86400;
+constexpr std::size_t mostDays = 50000;
+constexpr std::size_t mostNames = 5000;
+constexpr std::size_t longestName = 256;
+
+platform::NSDate dateAt(std::int64_t seconds) {
+    return platform::dateWithTimeIntervalSince1970(static_cast<double>(seconds));
+}
+
+std::int64_t secondsOf(platform::NSDate date) {
+    return static_cast<std::int64_t>(std::llround(platform::timeIntervalSince1970(date)));
+}
+
+} // namespace
+
+ZoneClock::ZoneClock(std::shared_ptr<const TimeZone> zone)
+    : m_zone(std::move(zone)) {}
+
+int ZoneClock::offsetAt(std::int64_t seconds) const {
+    return m_zone->secondsFromGMT(dateAt(seconds));
+}
+
+// The same offset well before and well after the day: no zone changes twice within three days.
+std::optional<int> ZoneClock::steadyOffset(std::int64_t day) {
+    const auto known = m_offsets.find(day);
+    if (known != m_offsets.end()) {
+        return known->second;
+    }
+    if (m_offsets.size() >= mostDays) {
+        m_offsets.clear();
+    }
+    const int before = offsetAt((day - 1) * secondsPerDay);
+    const int after = offsetAt((day + 2) * secondsPerDay);
+    const std::optional<int> offset = before == after ? std::optional(before) : std::nullopt;
+    m_offsets.emplace(day, offset);
+    return offset;
+}
+
+Instant ZoneClock::instant(const CivilTime& time) {
+    const std::int64_t local = civilSeconds(time);
+    if (const auto offset = steadyOffset(civilDays(time))) {
+        return {local - *offset, true};
+    }
+    const std::int64_t late = secondsOf(m_zone->instant(time));
+    if (late + offsetAt(late) != local) {
+        return {late, false};
+    }
+    const int earlierOffset = offsetAt(late - secondsPerDay);
+    const std::int64_t early = local - earlierOffset;
+    const bool twice = early < late && offsetAt(early) == earlierOffset;
+    return {twice ? early : late, true};
+}
+
+std::int64_t ZoneClock::platformInstant(const CivilTime& time) {
+    if (const auto offset = steadyOffset(civilDays(time))) {
+        return civilSeconds(time) - *offset;
+    }
+    return secondsOf(m_zone->instant(time));
+}
+
+CivilTime ZoneClock::civil(std::int64_t seconds) const {
+    return m_zone->civilTime(dateAt(seconds));
+}
+
+std::shared_ptr<ZoneClock> ZoneNames::named(std::string_view name) {
+    const auto known = m_zones.find(name);
+    if (known != m_zones.end()) {
+        return known->second;
+    }
+    if (name.size() > longestName) {
+        return nullptr;
+    }
+    if (m_zones.size() >= mostNames) {
+        m_zones.clear();
+    }
+    auto zone = TimeZone::named(name);
+    auto clock = zone ? std::make_shared<ZoneClock>(std::move(zone)) : nullptr;
+    m_zones.emplace(name, clock);
+    return clock;
+}
+
+} // namespace quorvel::freedesktop::ics

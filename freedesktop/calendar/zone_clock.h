@@ -1,0 +1,50 @@
+// Between a zone's wall clock and instants, for a store that asks the same days again and again.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "freedesktop/dates/time_zone.h"
+
+namespace quorvel::freedesktop::ics {
+
+struct Instant {
+    std::int64_t seconds = 0; // since 1970
+    bool exists = true;       // false: moved forward out of a gap
+};
+
+// Remembers the offset of days on which the clock does not change. Not for several threads at once.
+class ZoneClock {
+public:
+    explicit ZoneClock(std::shared_ptr<const TimeZone> zone);
+
+    // As calendars mean it: of two instants with the same reading, the first.
+    Instant instant(const CivilTime& time);
+    // As the platform means it: of two instants with the same reading, the second.
+    std::int64_t platformInstant(const CivilTime& time);
+    CivilTime civil(std::int64_t seconds) const;
+    const TimeZone& zone() const { return *m_zone; }
+
+private:
+    std::optional<int> steadyOffset(std::int64_t day);
+    int offsetAt(std::int64_t seconds) const;
+
+    std::shared_ptr<const TimeZone> m_zone;
+    std::unordered_map<std::int64_t, std::optional<int>> m_offsets; // by day
+};
+
+// The zones that are known by name, each looked up once. Not for several threads at once.
+class ZoneNames {
+public:
+    std::shared_ptr<ZoneClock> named(std::string_view name); // null: known nowhere
+
+private:
+    std::map<std::string, std::shared_ptr<ZoneClock>, std::less<>> m_zones;
+};
+
+} // namespace quorvel::freedesktop::ics

@@ -1,0 +1,57 @@
+#include "freedesktop/dates/civil_calendar.h"
+
+namespace quorvel::freedesktop {
+namespace {
+
+constexpr std::int64_t daysPerEra = 146097; // of 400 years
+constexpr std::int64_t yearsPerEra = 400;
+constexpr std::int64_t monthsPerYear = 12;
+constexpr std::int64_t daysPerWeek = 7;
+constexpr std::int64_t marchFirstYearZero = 719468; // days before 1970-01-01
+
+std::int64_t floorDivision(std::int64_t value, std::int64_t divisor) {
+    const std::int64_t quotient = value / divisor;
+    return value % divisor < 0 ? quotient - 1 : quotient;
+}
+
+// Days from 1 March to the first of a month that counts from March.
+std::int64_t daysBeforeMonthFromMarch(std::int64_t monthFromMarch) {
+    return (153 * monthFromMarch + 2) / 5;
+}
+
+} // namespace
+
+// Years begin in March here, so that the leap day is the last day of its year.
+std::int64_t dayNumber(std::int64_t year, std::int64_t month, std::int64_t day) {
+    const std::int64_t monthsFromMarch = year * monthsPerYear + month - 3;
+    const std::int64_t marchYear = floorDivision(monthsFromMarch, monthsPerYear);
+    const std::int64_t monthFromMarch = monthsFromMarch - marchYear * monthsPerYear;
+    const std::int64_t era = floorDivision(marchYear, yearsPerEra);
+    const std::int64_t yearOfEra = marchYear - era * yearsPerEra;
+    const std::int64_t firstOfMonth = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 +
+                                      daysBeforeMonthFromMarch(monthFromMarch);
+    return era * daysPerEra + firstOfMonth + day - 1 - marchFirstYearZero;
+}
+
+CivilDay civilDay(std::int64_t number) {
+    const std::int64_t shifted = number + marchFirstYearZero;
+    const std::int64_t era = floorDivision(shifted, daysPerEra);
+    const std::int64_t dayOfEra = shifted - era * daysPerEra;
+    const std::int64_t yearOfEra =
+        (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+    const std::int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
+    const std::int64_t monthFromMarch = (5 * dayOfYear + 2) / 153;
+    const std::int64_t day = dayOfYear - daysBeforeMonthFromMarch(monthFromMarch) + 1;
+    const bool nextYear = monthFromMarch >= 10;
+    return {era * yearsPerEra + yearOfEra + (nextYear ? 1 : 0),
+            static_cast<int>(nextYear ? monthFromMarch - 9 : monthFromMarch + 3),
+            static_cast<int>(day)};
+}
+
+// 1970-01-01 was a Thursday.
+int weekdayOf(std::int64_t number) {
+    const std::int64_t fromSunday = number + 4;
+    return static_cast<int>(fromSunday - floorDivision(fromSunday, daysPerWeek) * daysPerWeek) + 1;
+}
+
+} // namespace quorvel::freedesktop

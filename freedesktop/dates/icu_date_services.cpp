@@ -1,0 +1,271 @@
+#include "freedesktop/dates/icu_date_services.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <utility>
+
+#include <unicode/dtptngen.h>
+#include <unicode/gregocal.h>
+#include <unicode/smpdtfmt.h>
+#include <unicode/timezone.h>
+
+#include "freedesktop/dates/civil_calendar.h"
+#include "freedesktop/dates/relative_day_words.h"
+#include "freedesktop/dates/time_patterns.h"
+
+namespace quorvel::freedesktop {
+namespace {
+
+using platform::NSDate;
+using platform::NSDateComponents;
+using platform::NSDateFormatter;
+using platform::NSDateFormatterStyle;
+
+constexpr double millisecondsPerSecond = 1000;
+// Some 15,000 years either way: calendars that follow the moon take their time beyond.
+constexpr double farthestPrintedSecond = 5e11;
+constexpr std::size_t mostRemembered = 64;
+constexpr std::size_t longestPattern = 256;
+
+std::string utf8(const icu::UnicodeString& text) {
+    std::string result;
+    return text.toUTF8String(result);
+}
+
+icu::UnicodeString fromUtf8(std::string_view text) {
+    return icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
+}
+
+UDate printable(NSDate date) {
+    const double seconds = platform::timeIntervalSince1970(date);
+    if (std::isnan(seconds)) {
+        return 0;
+    }
+    return std::clamp(seconds, -farthestPrintedSecond, farthestPrintedSecond) *
+           millisecondsPerSecond;
+}
+
+icu::DateFormat::EStyle icuStyle(NSDateFormatterStyle style) {
+    return style == NSDateFormatterStyle::none ? icu::DateFormat::kNone : icu::DateFormat::kShort;
+}
+
+// The reform of 1582 is not known to the platform's calendar.
+void makeProleptic(icu::SimpleDateFormat& format) {
+    const icu::Calendar* const calendar = format.getCalendar();
+    if (dynamic_cast<const icu::GregorianCalendar*>(calendar) == nullptr) {
+        return;
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::Calendar> proleptic(calendar->clone());
+    if (auto* const gregorian = dynamic_cast<icu::GregorianCalendar*>(proleptic.get())) {
+        constexpr double beforeEverything = -1e18;
+        gregorian->setGregorianChange(beforeEverything, status);
+        format.adoptCalendar(proleptic.release());
+    }
+}
+
+template <class Map>
+void makeRoom(Map& map) {
+    if (map.size() >= mostRemembered) {
+        map.clear();
+    }
+}
+
+} // namespace
+
+// What is remembered between captions: formatters by what they print, patterns by their skeleton.
+class IcuDateServices::Formats {
+public:
+    explicit Formats(const std::string& locale)
+        : m_locale(icu::Locale::createFromName(locale.c_str())) {}
+
+    void setTimeZone(const TimeZone& zone) {
+        m_zone.reset(icu::TimeZone::createTimeZone(fromUtf8(zone.identifier())));
+        m_byPattern.clear();
+        m_byStyle.clear();
+        m_byDay.clear();
+    }
+
+    std::optional<std::string> bestPattern(std::string_view skeleton);
+    std::string printFixed(const std::string& pattern, NSDate date);
+    std::string printStyles(NSDateFormatterStyle dateStyle, NSDateFormatterStyle timeStyle,
+                            NSDate date);
+    // `day` counts from today.
+    std::string printRelative(bool withTime, std::int64_t day, NSDate date);
+
+private:
+    using Format = std::unique_ptr<icu::SimpleDateFormat>;
+
+    static std::string print(const Format& format, NSDate date) {
+        icu::UnicodeString text;
+        return format ? utf8(format->format(printable(date), text)) : std::string();
+    }
+
+    Format finished(Format format) const {
+        if (format && m_zone) {
+            format->setTimeZone(*m_zone);
+            makeProleptic(*format);
+        }
+        return format;
+    }
+
+    // Made through the styles, so that it keeps what the locale says about numbers in dates.
+    Format styled(NSDateFormatterStyle dateStyle, NSDateFormatterStyle timeStyle) const {
+        std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
+            icuStyle(dateStyle), icuStyle(timeStyle), m_locale));
+        auto* const simple = dynamic_cast<icu::SimpleDateFormat*>(format.get());
+        if (simple == nullptr) {
+            return nullptr;
+        }
+        static_cast<void>(format.release());
+        Format result(simple);
+        icu::UnicodeString pattern;
+        result->applyPattern(
+            withPlainSpaces(withLocalesClock(result->toPattern(pattern), m_locale)));
+        return finished(std::move(result));
+    }
+
+    Format relative(bool withTime, std::int64_t day) {
+        if (!m_words) {
+            m_words.emplace(m_locale);
+        }
+        Format format = styled(NSDateFormatterStyle::shortStyle, NSDateFormatterStyle::shortStyle);
+        if (format) {
+            format->applyPattern(withTime ? m_words->dateAndTimePattern(day)
+                                          : m_words->datePattern(day));
+        }
+        return format;
+    }
+
+    Format fixed(const std::string& pattern) const {
+        UErrorCode status = U_ZERO_ERROR;
+        auto format = std::make_unique<icu::SimpleDateFormat>(fromUtf8(pattern), m_locale, status);
+        return U_SUCCESS(status) ? finished(std::move(format)) : nullptr;
+    }
+
+    icu::Locale m_locale;
+    std::unique_ptr<icu::TimeZone> m_zone;
+    std::unique_ptr<icu::DateTimePatternGenerator> m_generator;
+    std::optional<RelativeDayWords> m_words;
+    std::map<std::string, std::optional<std::string>, std::less<>> m_bestPatterns;
+    std::map<std::string, Format, std::less<>> m_byPattern;
+    std::map<std::pair<NSDateFormatterStyle, NSDateFormatterStyle>, Format> m_byStyle;
+    std::map<std::pair<bool, std::int64_t>, Format> m_byDay;
+};
+
+std::optional<std::string> IcuDateServices::Formats::bestPattern(std::string_view skeleton) {
+    if (const auto found = m_bestPatterns.find(skeleton); found != m_bestPatterns.end()) {
+        return found->second;
+    }
+    if (skeleton.size() > longestPattern) {
+        return std::nullopt;
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    if (!m_generator) {
+        m_generator.reset(icu::DateTimePatternGenerator::createInstance(m_locale, status));
+    }
+    std::optional<std::string> result;
+    if (U_SUCCESS(status) && m_generator) {
+        const icu::UnicodeString pattern = m_generator->getBestPattern(fromUtf8(skeleton), status);
+        if (U_SUCCESS(status) && !pattern.isEmpty()) {
+            result = utf8(withPlainSpaces(pattern));
+        }
+    }
+    makeRoom(m_bestPatterns);
+    return m_bestPatterns.emplace(skeleton, result).first->second;
+}
+
+std::string IcuDateServices::Formats::printFixed(const std::string& pattern, NSDate date) {
+    auto found = m_byPattern.find(pattern);
+    if (found == m_byPattern.end()) {
+        if (pattern.size() > longestPattern) {
+            return print(fixed(pattern), date);
+        }
+        makeRoom(m_byPattern);
+        found = m_byPattern.emplace(pattern, fixed(pattern)).first;
+    }
+    return print(found->second, date);
+}
+
+std::string IcuDateServices::Formats::printStyles(NSDateFormatterStyle dateStyle,
+                                                  NSDateFormatterStyle timeStyle, NSDate date) {
+    Format& format = m_byStyle[{dateStyle, timeStyle}];
+    if (!format) {
+        format = styled(dateStyle, timeStyle);
+    }
+    return print(format, date);
+}
+
+std::string IcuDateServices::Formats::printRelative(bool withTime, std::int64_t day, NSDate date) {
+    constexpr std::int64_t beyondAllWords = 10;
+    day = std::clamp(day, -beyondAllWords, beyondAllWords);
+    Format& format = m_byDay[{withTime, day}];
+    if (!format) {
+        format = relative(withTime, day);
+    }
+    return print(format, date);
+}
+
+IcuDateServices::IcuDateServices(const platform::Clock& clock, std::shared_ptr<const TimeZone> zone,
+                                 const std::string& locale)
+    : m_clock(clock)
+    , m_zone(std::move(zone))
+    , m_formats(std::make_unique<Formats>(locale)) {
+    m_formats->setTimeZone(*m_zone);
+}
+
+IcuDateServices::~IcuDateServices() = default;
+
+void IcuDateServices::setTimeZone(std::shared_ptr<const TimeZone> zone) {
+    m_zone = std::move(zone);
+    m_formats->setTimeZone(*m_zone);
+}
+
+std::int64_t IcuDateServices::dayOf(NSDate date) const {
+    const CivilTime time = m_zone->civilTime(date);
+    return dayNumber(time.year, time.month, time.day);
+}
+
+NSDateComponents IcuDateServices::components(unsigned units, NSDate date) const {
+    const CivilTime time = m_zone->civilTime(date);
+    const auto wanted = [units](platform::NSCalendarUnit unit, int value) {
+        return (units & unit) != 0 ? std::optional(value) : std::nullopt;
+    };
+    const int weekday = weekdayOf(dayNumber(time.year, time.month, time.day));
+    return {wanted(platform::NSYearCalendarUnit, time.year),
+            wanted(platform::NSMonthCalendarUnit, time.month),
+            wanted(platform::NSDayCalendarUnit, time.day),
+            wanted(platform::NSWeekdayCalendarUnit, weekday),
+            wanted(platform::NSHourCalendarUnit, time.hour),
+            wanted(platform::NSMinuteCalendarUnit, time.minute),
+            wanted(platform::NSSecondCalendarUnit, time.second)};
+}
+
+NSDate IcuDateServices::dateFromComponents(const NSDateComponents& components) const {
+    return m_zone->instant({components.year.value_or(1), components.month.value_or(1),
+                            components.day.value_or(1), components.hour.value_or(0),
+                            components.minute.value_or(0), components.second.value_or(0)});
+}
+
+std::optional<std::string>
+IcuDateServices::dateFormatFromTemplate(std::string_view skeleton) const {
+    return m_formats->bestPattern(skeleton);
+}
+
+std::string IcuDateServices::stringFromDate(const NSDateFormatter& formatter, NSDate date) const {
+    if (formatter.dateFormat) {
+        return m_formats->printFixed(*formatter.dateFormat, date);
+    }
+    const bool withDate = formatter.dateStyle != NSDateFormatterStyle::none;
+    const bool withTime = formatter.timeStyle != NSDateFormatterStyle::none;
+    if (!withDate && !withTime) {
+        return {};
+    }
+    if (formatter.doesRelativeDateFormatting && withDate) {
+        return m_formats->printRelative(withTime, dayOf(date) - dayOf(m_clock.now()), date);
+    }
+    return m_formats->printStyles(formatter.dateStyle, formatter.timeStyle, date);
+}
+
+} // namespace quorvel::freedesktop

@@ -1,0 +1,133 @@
+#include "freedesktop/dates/locale_names.h"
+
+#include <algorithm>
+#include <set>
+
+#include <unicode/locid.h>
+#include <unicode/uenum.h>
+#include <unicode/uloc.h>
+
+namespace quorvel::freedesktop {
+namespace {
+
+constexpr std::size_t longestName = 128;
+constexpr const char* posixLocale = "en_US_POSIX";
+
+using Names = std::set<std::string, std::less<>>;
+
+struct KnownNames {
+    Names languages;
+    Names regions;
+};
+
+KnownNames collectKnownNames() {
+    KnownNames known;
+    for (const char* const* region = uloc_getISOCountries(); *region != nullptr; ++region) {
+        known.regions.insert(*region);
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::LocalUEnumerationPointer locales(
+        uloc_openAvailableByType(ULOC_AVAILABLE_WITH_LEGACY_ALIASES, &status));
+    while (const char* name = uenum_next(locales.getAlias(), nullptr, &status)) {
+        const icu::Locale locale(name);
+        known.languages.insert(locale.getLanguage());
+        known.regions.insert(locale.getCountry());
+    }
+    return known;
+}
+
+const KnownNames& knownNames() {
+    static const KnownNames known = collectKnownNames();
+    return known;
+}
+
+bool mayStandInLocale(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+           std::string_view("_-.@=;+").find(c) != std::string_view::npos;
+}
+
+// The modifiers of POSIX that mean a script or a variant; currencies and the like say nothing
+// about dates.
+std::string_view subtagOfModifier(std::string_view modifier) {
+    if (modifier == "latin" || modifier == "Latn") {
+        return "Latn";
+    }
+    if (modifier == "cyrillic" || modifier == "Cyrl") {
+        return "Cyrl";
+    }
+    if (modifier == "devanagari") {
+        return "Deva";
+    }
+    return {};
+}
+
+icu::Locale fromPosix(std::string_view name) {
+    const std::size_t at = name.find('@');
+    const std::string_view modifier =
+        at == std::string_view::npos ? std::string_view() : name.substr(at + 1);
+    const std::string_view plain = name.substr(0, std::min(name.find('.'), at));
+    std::string identifier(plain.substr(0, plain.find_last_not_of('_') + 1));
+    if (modifier.find('=') != std::string_view::npos) {
+        identifier.append("@").append(modifier);
+    } else if (const std::string_view script = subtagOfModifier(modifier); !script.empty()) {
+        const std::size_t afterLanguage = std::min(plain.find('_'), plain.size());
+        identifier.insert(afterLanguage, "_" + std::string(script));
+    } else if (modifier == "valencia") {
+        identifier.append("_VALENCIA");
+    }
+    return icu::Locale::createFromName(identifier.c_str());
+}
+
+// Languages of RFC 5646 are written with hyphens; ICU cuts at what it cannot read.
+std::optional<icu::Locale> fromLanguageTag(std::string_view name) {
+    const std::string tag(name);
+    std::string identifier(longestName * 4, '\0');
+    std::int32_t parsed = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    const std::int32_t length =
+        uloc_forLanguageTag(tag.c_str(), identifier.data(),
+                            static_cast<std::int32_t>(identifier.size()), &parsed, &status);
+    if (U_FAILURE(status) || parsed != static_cast<std::int32_t>(tag.size())) {
+        return std::nullopt;
+    }
+    identifier.resize(static_cast<std::size_t>(length));
+    return icu::Locale(identifier.c_str());
+}
+
+bool isKnown(const icu::Locale& locale) {
+    const KnownNames& known = knownNames();
+    const std::string_view region = locale.getCountry();
+    return !locale.isBogus() && known.languages.count(std::string_view(locale.getLanguage())) > 0 &&
+           *locale.getLanguage() != '\0' && (region.empty() || known.regions.count(region) > 0);
+}
+
+} // namespace
+
+std::optional<std::string> canonicalLocale(std::string_view name) {
+    if (name.empty() || name.size() > longestName ||
+        !std::all_of(name.begin(), name.end(), mayStandInLocale)) {
+        return std::nullopt;
+    }
+    const std::string_view withoutCodeset = name.substr(0, name.find_first_of(".@"));
+    if (withoutCodeset == "C" || withoutCodeset == "POSIX") {
+        return posixLocale;
+    }
+    const bool isTag = name.find('-') != std::string_view::npos &&
+                       name.find_first_of("_.@") == std::string_view::npos;
+    const std::optional<icu::Locale> locale = isTag ? fromLanguageTag(name) : fromPosix(name);
+    if (!locale || !isKnown(*locale)) {
+        return std::nullopt;
+    }
+    return locale->getName();
+}
+
+std::string defaultLocale(std::string_view lcAll, std::string_view lcTime, std::string_view lang) {
+    for (const std::string_view name : {lcAll, lcTime, lang}) {
+        if (auto locale = canonicalLocale(name)) {
+            return *locale;
+        }
+    }
+    return posixLocale;
+}
+
+} // namespace quorvel::freedesktop

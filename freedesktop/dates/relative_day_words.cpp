@@ -1,0 +1,147 @@
+// ICU's own relative formatter counts from the machine's clock. It is asked once for its words, by
+// dates around the machine's today; which word is due is decided by the host's clock elsewhere.
+#include "freedesktop/dates/relative_day_words.h"
+
+#include <cmath>
+
+#include <unicode/ucal.h>
+#include <unicode/udat.h>
+
+#include "freedesktop/dates/time_patterns.h"
+
+namespace quorvel::freedesktop {
+namespace {
+
+constexpr double millisecondsPerDay = 86400000;
+constexpr int mostAttempts = 4;
+
+icu::LocalUDateFormatPointer openFormat(const icu::Locale& locale, UDateFormatStyle date,
+                                        UDateFormatStyle time, UDisplayContext context) {
+    UErrorCode status = U_ZERO_ERROR;
+    icu::LocalUDateFormatPointer format(
+        udat_open(time, date, locale.getName(), u"UTC", -1, nullptr, 0, &status));
+    if (U_SUCCESS(status)) {
+        udat_setContext(format.getAlias(), context, &status);
+    }
+    return format;
+}
+
+icu::UnicodeString patternOf(const icu::LocalUDateFormatPointer& format) {
+    icu::UnicodeString pattern;
+    if (format.isNull()) {
+        return pattern;
+    }
+    constexpr std::int32_t capacity = 256;
+    UErrorCode status = U_ZERO_ERROR;
+    char16_t* const buffer = pattern.getBuffer(capacity);
+    const std::int32_t length = udat_toPattern(format.getAlias(), false, buffer, capacity, &status);
+    pattern.releaseBuffer(U_SUCCESS(status) ? length : 0);
+    return pattern;
+}
+
+icu::UnicodeString formatted(const icu::LocalUDateFormatPointer& format, double date) {
+    icu::UnicodeString text;
+    if (format.isNull()) {
+        return text;
+    }
+    constexpr std::int32_t capacity = 256;
+    UErrorCode status = U_ZERO_ERROR;
+    char16_t* const buffer = text.getBuffer(capacity);
+    const std::int32_t length =
+        udat_format(format.getAlias(), date, buffer, capacity, nullptr, &status);
+    text.releaseBuffer(U_SUCCESS(status) ? length : 0);
+    return text;
+}
+
+double machinesDay() {
+    return std::floor(ucal_getNow() / millisecondsPerDay);
+}
+
+icu::UnicodeString quoted(icu::UnicodeString word) {
+    word.findAndReplace(u"'", u"''");
+    return u"'" + word + u"'";
+}
+
+} // namespace
+
+RelativeDayWords::RelativeDayWords(const icu::Locale& locale) {
+    readPatterns(locale);
+    readWords(locale);
+}
+
+// The pattern of both holds the patterns of each; what remains joins them. Locales have a joint of
+// their own for relative dates, so it is read from the relative formatter.
+void RelativeDayWords::readPatterns(const icu::Locale& locale) {
+    const auto pattern = [&locale](UDateFormatStyle date, UDateFormatStyle time) {
+        return patternOf(openFormat(locale, date, time, UDISPCTX_CAPITALIZATION_NONE));
+    };
+    m_datePattern = pattern(UDAT_SHORT_RELATIVE, UDAT_NONE);
+    m_timePattern = pattern(UDAT_NONE, UDAT_SHORT);
+    const icu::UnicodeString both = pattern(UDAT_SHORT_RELATIVE, UDAT_SHORT);
+    const std::int32_t date = both.indexOf(m_datePattern);
+    const std::int32_t time = both.indexOf(m_timePattern);
+    if (date < 0 || time < 0) {
+        m_betweenThem = u" ";
+    } else {
+        m_dateFirst = date < time;
+        const std::int32_t first = m_dateFirst ? date : time;
+        const std::int32_t second = m_dateFirst ? time : date;
+        const std::int32_t firstEnd =
+            first + (m_dateFirst ? m_datePattern : m_timePattern).length();
+        const std::int32_t secondEnd =
+            second + (m_dateFirst ? m_timePattern : m_datePattern).length();
+        m_beforeFirst = icu::UnicodeString(both, 0, first);
+        m_betweenThem = icu::UnicodeString(both, firstEnd, second - firstEnd);
+        m_afterSecond = icu::UnicodeString(both, secondEnd);
+    }
+    m_timePattern = withPlainSpaces(withLocalesClock(m_timePattern, locale));
+}
+
+// A day without a word is printed as a plain date. Should the machine's midnight pass in between,
+// the words are read again.
+void RelativeDayWords::readWords(const icu::Locale& locale) {
+    const auto listItem = openFormat(locale, UDAT_SHORT_RELATIVE, UDAT_NONE,
+                                     UDISPCTX_CAPITALIZATION_FOR_UI_LIST_OR_MENU);
+    const auto plain =
+        openFormat(locale, UDAT_SHORT_RELATIVE, UDAT_NONE, UDISPCTX_CAPITALIZATION_NONE);
+    const auto date = openFormat(locale, UDAT_SHORT, UDAT_NONE, UDISPCTX_CAPITALIZATION_NONE);
+    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+        const double today = machinesDay();
+        for (std::int64_t day = -farthestDay; day <= farthestDay; ++day) {
+            const double noon = (today + static_cast<double>(day) + 0.5) * millisecondsPerDay;
+            Word& word = m_words[static_cast<std::size_t>(day + farthestDay)];
+            word = {formatted(listItem, noon), formatted(plain, noon)};
+            if (word.plain == formatted(date, noon)) {
+                word = {};
+            }
+        }
+        if (machinesDay() == today) {
+            return;
+        }
+    }
+}
+
+const RelativeDayWords::Word* RelativeDayWords::wordFor(std::int64_t day) const {
+    if (day < -farthestDay || day > farthestDay) {
+        return nullptr;
+    }
+    const Word& word = m_words[static_cast<std::size_t>(day + farthestDay)];
+    return word.alone.isEmpty() ? nullptr : &word;
+}
+
+icu::UnicodeString RelativeDayWords::datePattern(std::int64_t day) const {
+    const Word* const word = wordFor(day);
+    return word == nullptr ? m_datePattern : quoted(word->alone);
+}
+
+// A word that follows the time is not at the beginning, and so not capitalised.
+icu::UnicodeString RelativeDayWords::dateAndTimePattern(std::int64_t day) const {
+    const Word* const word = wordFor(day);
+    const bool atStart = m_dateFirst && m_beforeFirst.isEmpty();
+    const icu::UnicodeString date =
+        word == nullptr ? m_datePattern : quoted(atStart ? word->alone : word->plain);
+    return m_beforeFirst + (m_dateFirst ? date : m_timePattern) + m_betweenThem +
+           (m_dateFirst ? m_timePattern : date) + m_afterSecond;
+}
+
+} // namespace quorvel::freedesktop

@@ -1,0 +1,333 @@
+// Zones are ICU's; their names come from strangers and are matched, never opened.
+#include "freedesktop/dates/time_zone.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <map>
+#include <mutex>
+
+#include <unicode/basictz.h>
+#include <unicode/strenum.h>
+#include <unicode/timezone.h>
+
+#include "freedesktop/dates/civil_calendar.h"
+
+namespace quorvel::freedesktop {
+namespace {
+
+constexpr std::int64_t secondsPerDay = 86400;
+constexpr double millisecondsPerSecond = 1000;
+// Some 300,000 years either way: far beyond any calendar, well within ICU's range.
+constexpr double farthestSecond = 1e13;
+constexpr std::size_t longestName = 200;
+constexpr std::size_t mostNamesRemembered = 4096;
+
+double withinReach(double secondsSince1970) {
+    if (std::isnan(secondsSince1970)) {
+        return 0;
+    }
+    return std::clamp(secondsSince1970, -farthestSecond, farthestSecond);
+}
+
+int clampedToInt(std::int64_t value) {
+    return static_cast<int>(std::clamp<std::int64_t>(value, std::numeric_limits<int>::min(),
+                                                     std::numeric_limits<int>::max()));
+}
+
+class IcuTimeZone final : public TimeZone {
+public:
+    IcuTimeZone(std::unique_ptr<icu::BasicTimeZone> zone, std::string identifier)
+        : m_zone(std::move(zone))
+        , m_identifier(std::move(identifier)) {}
+
+    const std::string& identifier() const override { return m_identifier; }
+
+    int secondsFromGMT(platform::NSDate date) const override {
+        return offsetAt(std::floor(withinReach(platform::timeIntervalSince1970(date))));
+    }
+
+    CivilTime civilTime(platform::NSDate date) const override {
+        const double second = std::floor(withinReach(platform::timeIntervalSince1970(date)));
+        const std::int64_t local = static_cast<std::int64_t>(second) + offsetAt(second);
+        std::int64_t days = local / secondsPerDay;
+        if (local % secondsPerDay < 0) {
+            --days;
+        }
+        const CivilDay day = civilDay(days);
+        const int ofDay = static_cast<int>(local - days * secondsPerDay);
+        return {clampedToInt(day.year), day.month,       day.day,
+                ofDay / 3600,           ofDay / 60 % 60, ofDay % 60};
+    }
+
+    platform::NSDate instant(const CivilTime& time) const override {
+        const std::int64_t days = dayNumber(time.year, time.month, time.day);
+        const std::int64_t ofDay = std::int64_t{time.hour} * 3600 + std::int64_t{time.minute} * 60 +
+                                   std::int64_t{time.second};
+        const double local = withinReach(static_cast<double>(days * secondsPerDay + ofDay));
+        return platform::dateWithTimeIntervalSince1970(local - offsetFromLocal(local));
+    }
+
+private:
+    int offsetAt(double second) const {
+        UErrorCode status = U_ZERO_ERROR;
+        std::int32_t raw = 0;
+        std::int32_t saving = 0;
+        m_zone->getOffset(second * millisecondsPerSecond, 0, raw, saving, status);
+        return U_SUCCESS(status) ? (raw + saving) / 1000 : 0;
+    }
+
+    // Within a gap the offset before it moves the reading forward; of two instants the latter.
+    int offsetFromLocal(double local) const {
+        UErrorCode status = U_ZERO_ERROR;
+        std::int32_t raw = 0;
+        std::int32_t saving = 0;
+        m_zone->getOffsetFromLocal(local * millisecondsPerSecond, UCAL_TZ_LOCAL_FORMER,
+                                   UCAL_TZ_LOCAL_LATTER, raw, saving, status);
+        return U_SUCCESS(status) ? (raw + saving) / 1000 : 0;
+    }
+
+    std::unique_ptr<icu::BasicTimeZone> m_zone;
+    std::string m_identifier;
+};
+
+using SharedZone = std::shared_ptr<const TimeZone>;
+
+bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+bool mayStandInName(char c) {
+    return isLetter(c) || isDigit(c) ||
+           std::string_view("_+-/.: ()").find(c) != std::string_view::npos;
+}
+
+std::string lowerCase(std::string_view text) {
+    std::string result(text);
+    for (char& c : result) {
+        if (c >= 'A' && c <= 'Z') {
+            c = static_cast<char>(c - 'A' + 'a');
+        }
+    }
+    return result;
+}
+
+std::string_view trimmed(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+// ICU knows these abbreviations from elsewhere; no zone of the IANA bears them, and they mean
+// different places to different producers ("BST" would be Dhaka, "IST" Kolkata).
+bool isAmbiguousAbbreviation(std::string_view lowerCaseName) {
+    static constexpr std::array names{"act", "aet", "agt", "art", "ast", "bet", "bst", "cat", "cnt",
+                                      "cst", "ctt", "eat", "ect", "iet", "ist", "jst", "mit", "net",
+                                      "nst", "plt", "pnt", "prt", "pst", "sst", "vst"};
+    return std::find(names.begin(), names.end(), lowerCaseName) != names.end();
+}
+
+using NameTable = std::map<std::string, std::string, std::less<>>;
+
+// Every name that ICU knows, by its lower-case form.
+NameTable makeNameTable() {
+    NameTable table;
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::StringEnumeration> names(
+        icu::TimeZone::createTimeZoneIDEnumeration(UCAL_ZONE_TYPE_ANY, nullptr, nullptr, status));
+    if (U_FAILURE(status) || !names) {
+        return table;
+    }
+    std::int32_t length = 0;
+    while (const char* name = names->next(&length, status)) {
+        std::string text(name, static_cast<std::size_t>(length));
+        std::string key = lowerCase(text);
+        if (!isAmbiguousAbbreviation(key) && text != "Etc/Unknown") {
+            table.emplace(std::move(key), std::move(text));
+        }
+    }
+    return table;
+}
+
+const NameTable& nameTable() {
+    static const NameTable table = makeNameTable();
+    return table;
+}
+
+std::optional<std::string> ianaName(std::string_view name) {
+    const NameTable& table = nameTable();
+    const auto found = table.find(lowerCase(name));
+    return found == table.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<std::string> nameFromWindows(std::string_view name) {
+    if (name.find('/') != std::string_view::npos) {
+        return std::nullopt; // a resource path to ICU
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    icu::UnicodeString id;
+    const icu::UnicodeString windows =
+        icu::UnicodeString::fromUTF8({name.data(), static_cast<std::int32_t>(name.size())});
+    icu::TimeZone::getIDForWindowsID(windows, nullptr, id, status);
+    if (U_FAILURE(status) || id.isEmpty()) {
+        return std::nullopt;
+    }
+    std::string result;
+    return id.toUTF8String(result);
+}
+
+// "/mozilla.org/20050126_1/Europe/Berlin": what follows the prefix is the longest known end.
+std::optional<std::string> nameBehindPrefix(std::string_view name) {
+    if (name.substr(0, 1) != "/" && name.find("://") == std::string_view::npos) {
+        return std::nullopt;
+    }
+    for (std::size_t slash = name.find('/'); slash != std::string_view::npos;
+         slash = name.find('/', slash + 1)) {
+        const std::string_view end = trimmed(name.substr(slash + 1));
+        if (auto known = ianaName(end)) {
+            return known;
+        }
+        if (auto known = nameFromWindows(end)) {
+            return known;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<int> smallNumber(std::string_view digits) {
+    if (digits.empty() || digits.size() > 2 ||
+        !std::all_of(digits.begin(), digits.end(), isDigit)) {
+        return std::nullopt;
+    }
+    int value = 0;
+    for (const char c : digits) {
+        value = value * 10 + (c - '0');
+    }
+    return value;
+}
+
+struct FixedOffset {
+    bool east = true;
+    int hours = 0;
+    int minutes = 0;
+};
+
+// "GMT+5:30", "UTC-3", "GMT+0530": east of Greenwich is positive.
+std::optional<FixedOffset> fixedOffset(std::string_view name) {
+    const std::string head = lowerCase(name.substr(0, 3));
+    if ((head != "gmt" && head != "utc") || name.size() < 5 || (name[3] != '+' && name[3] != '-')) {
+        return std::nullopt;
+    }
+    const std::string_view digits = name.substr(4);
+    const std::size_t colon = digits.find(':');
+    const std::size_t hourDigits =
+        colon != std::string_view::npos ? colon : (digits.size() == 4 ? 2 : digits.size());
+    const auto hours = smallNumber(digits.substr(0, hourDigits));
+    std::optional<int> minutes = 0;
+    if (hourDigits < digits.size()) {
+        const std::string_view rest =
+            digits.substr(hourDigits + (colon != std::string_view::npos ? 1 : 0));
+        minutes = rest.size() == 2 ? smallNumber(rest) : std::nullopt;
+    }
+    if (!hours || !minutes || *hours > 18 || *minutes > 59) {
+        return std::nullopt;
+    }
+    return FixedOffset{name[3] == '+', *hours, *minutes};
+}
+
+std::string nameOf(const FixedOffset& offset) {
+    if (offset.hours == 0 && offset.minutes == 0) {
+        return "GMT";
+    }
+    const auto twoDigits = [](int value) {
+        return std::string{static_cast<char>('0' + value / 10),
+                           static_cast<char>('0' + value % 10)};
+    };
+    return std::string("GMT") + (offset.east ? "+" : "-") + twoDigits(offset.hours) + ":" +
+           twoDigits(offset.minutes);
+}
+
+std::optional<std::string> knownName(std::string_view name) {
+    if (name.size() > longestName || !std::all_of(name.begin(), name.end(), mayStandInName)) {
+        return std::nullopt;
+    }
+    const std::string_view asked = trimmed(name);
+    if (asked.empty()) {
+        return std::nullopt;
+    }
+    if (auto known = ianaName(asked)) {
+        return known;
+    }
+    if (auto known = nameFromWindows(asked)) {
+        return known;
+    }
+    if (const auto offset = fixedOffset(asked)) {
+        return nameOf(*offset);
+    }
+    return nameBehindPrefix(asked);
+}
+
+SharedZone wrapped(icu::TimeZone* owned, std::string identifier) {
+    std::unique_ptr<icu::TimeZone> zone(owned);
+    auto* const basic = dynamic_cast<icu::BasicTimeZone*>(zone.get());
+    if (basic == nullptr) {
+        return nullptr;
+    }
+    static_cast<void>(zone.release());
+    return std::make_shared<IcuTimeZone>(std::unique_ptr<icu::BasicTimeZone>(basic),
+                                         std::move(identifier));
+}
+
+SharedZone openZone(std::string_view name) {
+    auto known = knownName(name);
+    if (!known) {
+        return nullptr;
+    }
+    icu::TimeZone* const zone = icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(*known));
+    return wrapped(zone, std::move(*known));
+}
+
+} // namespace
+
+std::shared_ptr<const TimeZone> TimeZone::named(std::string_view name) {
+    static std::mutex mutex;
+    static std::map<std::string, SharedZone, std::less<>> remembered;
+    const std::lock_guard lock(mutex);
+    if (const auto found = remembered.find(name); found != remembered.end()) {
+        return found->second;
+    }
+    SharedZone zone = openZone(name);
+    if (name.size() <= longestName && remembered.size() < mostNamesRemembered) {
+        remembered.emplace(name, zone);
+    }
+    return zone;
+}
+
+std::shared_ptr<const TimeZone> TimeZone::utc() {
+    return named("UTC");
+}
+
+// A zone that the machine describes without a known name is kept by its offset.
+std::shared_ptr<const TimeZone> TimeZone::host() {
+    const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
+    if (!zone || *zone == icu::TimeZone::getUnknown()) {
+        return utc();
+    }
+    icu::UnicodeString id;
+    std::string identifier;
+    if (SharedZone known = named(zone->getID(id).toUTF8String(identifier))) {
+        return known;
+    }
+    const int minutes = zone->getRawOffset() / 60000;
+    return named(nameOf({minutes >= 0, std::abs(minutes) / 60, std::abs(minutes) % 60}));
+}
+
+} // namespace quorvel::freedesktop

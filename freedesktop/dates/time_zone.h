@@ -1,0 +1,44 @@
+// A time zone by name, and the way between its wall clock and instants.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/ns_date.h"
+
+namespace quorvel::freedesktop {
+
+// A wall-clock reading in the proleptic Gregorian calendar. Month and day count from 1. Fields
+// beyond their range carry over, as in 25:00 on the 31st.
+struct CivilTime {
+    int year = 1;
+    int month = 1;
+    int day = 1;
+    int hour = 0;
+    int minute = 0;
+    int second = 0;
+    bool operator==(const CivilTime&) const = default;
+};
+
+// Immutable and shared.
+class TimeZone {
+public:
+    virtual ~TimeZone() = default;
+
+    // Null where the name is known to nobody. Known are IANA names and their aliases, the names of
+    // Windows, and either behind a prefix such as "/freeassociation.sourceforge.net/". The name is
+    // never used as a path.
+    static std::shared_ptr<const TimeZone> named(std::string_view name);
+    static std::shared_ptr<const TimeZone> utc();
+    static std::shared_ptr<const TimeZone> host(); // the machine's own, read afresh
+
+    virtual const std::string& identifier() const = 0; // IANA
+    virtual int secondsFromGMT(platform::NSDate date) const = 0;
+    virtual CivilTime civilTime(platform::NSDate date) const = 0; // fractions are cut off
+    // A reading that does not exist moves forward by the gap; one that comes twice is the second.
+    virtual platform::NSDate instant(const CivilTime& time) const = 0;
+};
+
+} // namespace quorvel::freedesktop

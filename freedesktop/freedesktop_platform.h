@@ -1,0 +1,63 @@
+// The whole platform on Linux, put together from plain options.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "freedesktop/calendar/ical_calendar_stores.h"
+#include "freedesktop/dates/time_zone.h"
+#include "freedesktop/text/text_lines.h"
+#include "platform/ns_date.h"
+#include "platform/platform.h"
+#include "platform/system_log.h"
+
+namespace quorvel::freedesktop {
+
+class LoadedBundle;
+
+struct FreedesktopOptions {
+    std::shared_ptr<const TimeZone> timeZone; // never null
+    std::string locale;                       // as canonicalLocale() gives it
+    std::optional<std::string> fontFamily;    // absent: the desktop's
+    std::string dataFolder;                   // with the pictures that come with the program
+    std::string preferencesFolder;
+    double foundationVersionNumber = 1047.25;
+    std::vector<CalendarSource> calendars;
+    std::function<void(const CalendarProblem&)> calendarProblemHandler;
+    std::optional<platform::NSDate> now; // absent: the clock runs
+    platform::CGFloat scale = 1;         // pixels a point
+    std::vector<std::shared_ptr<platform::SystemLog>> logs;
+};
+
+// For one thread. Lives longer than everything that is made with its platform.
+class FreedesktopPlatform {
+public:
+    explicit FreedesktopPlatform(FreedesktopOptions options);
+    ~FreedesktopPlatform();
+    FreedesktopPlatform(const FreedesktopPlatform&) = delete;
+    FreedesktopPlatform& operator=(const FreedesktopPlatform&) = delete;
+
+    const platform::Platform& platform() const;
+    // What texts are painted with, for pictures of the widget.
+    const std::shared_ptr<TextLines>& textLines() const;
+
+    // Throws BundleError. From here on the platform finds the bundle by its classes.
+    std::shared_ptr<const LoadedBundle> loadBundle(const std::string& path);
+
+    // Whether there is a calendar at all, and at least one source of them that could be read.
+    bool hasReadableCalendars() const;
+
+    // What is read after the call is read from there.
+    void setPreferencesFolder(const std::string& folder);
+    void setCalendars(std::vector<CalendarSource> calendars);
+    void setNow(platform::NSDate date);
+
+private:
+    struct Services;
+    std::unique_ptr<Services> m_services;
+};
+
+} // namespace quorvel::freedesktop

@@ -1,0 +1,74 @@
+// The graphics context of the Linux platform, over any surface of the painting library.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "freedesktop/text/text_lines.h"
+#include "platform/graphics_context.h"
+
+struct _cairo; // the painting library's context
+
+namespace quorvel::freedesktop {
+
+// Painting anything empties the path. A restore or an end without its beginning, a figure without
+// size, and coordinates that are not numbers do nothing.
+class CairoGraphicsContext final : public platform::GraphicsContext {
+public:
+    // The context is shared, and its units at this moment are the points. On a surface of pixels
+    // pictures stand on whole pixels, so that they are sharp.
+    CairoGraphicsContext(struct _cairo* context, std::shared_ptr<TextLines> lines);
+    ~CairoGraphicsContext() override;
+    CairoGraphicsContext(const CairoGraphicsContext&) = delete;
+    CairoGraphicsContext& operator=(const CairoGraphicsContext&) = delete;
+
+    void saveGState() override;
+    void restoreGState() override;
+    void translateCTM(platform::CGFloat tx, platform::CGFloat ty) override;
+    void scaleCTM(platform::CGFloat sx, platform::CGFloat sy) override;
+    void beginTransparencyLayer(platform::CGFloat alpha) override;
+    void endTransparencyLayer() override;
+
+    void beginPath() override;
+    void moveToPoint(platform::CGFloat x, platform::CGFloat y) override;
+    void addArcToPoint(platform::CGFloat x1, platform::CGFloat y1, platform::CGFloat x2,
+                       platform::CGFloat y2, platform::CGFloat radius) override;
+    void closePath() override;
+    void clip() override;
+    void clipToRect(const platform::CGRect& rect) override;
+
+    void setLineWidth(platform::CGFloat width) override;
+    void setStrokeColor(const platform::UIColor& color) override;
+    void setFillColor(const platform::UIColor& color) override;
+    void strokeEllipseInRect(const platform::CGRect& rect) override;
+    void fillEllipseInRect(const platform::CGRect& rect) override;
+    void fillRect(const platform::CGRect& rect) override;
+
+    void drawImage(const platform::UIImage& image, const platform::CGRect& rect) override;
+    void drawText(std::string_view text, const platform::UIFont& font,
+                  const platform::UIColor& color, const platform::CGRect& rect) override;
+
+private:
+    enum class Layer { none, plain, group };
+
+    // What the painting library's own state does not hold, and what began with this state.
+    struct State {
+        platform::UIColor strokeColor = platform::UIColor::blackColor();
+        platform::UIColor fillColor = platform::UIColor::blackColor();
+        Layer layer = Layer::none;
+        platform::CGFloat layerAlpha = 1;
+    };
+
+    State& state() { return m_states.back(); }
+    void pushState(Layer layer, platform::CGFloat alpha);
+    void popState();
+    void hideEverything();
+    void addEllipse(const platform::CGRect& rect);
+
+    struct _cairo* m_context;
+    std::shared_ptr<TextLines> m_lines;
+    std::vector<State> m_states{State{}};
+    bool m_isRaster;
+};
+
+} // namespace quorvel::freedesktop

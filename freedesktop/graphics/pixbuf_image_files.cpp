@@ -1,0 +1,218 @@
+#include "freedesktop/graphics/pixbuf_image_files.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include <fcntl.h>
+#include <gdk-pixbuf/gdk-pixbuf.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "freedesktop/graphics/cairo_pixels.h"
+
+namespace quorvel::freedesktop {
+
+using platform::CGFloat;
+using platform::UIImage;
+
+namespace {
+
+constexpr std::string_view stockIconPath = "/Applications/MobileCal.app/icon-about@2x.png";
+constexpr std::string_view stockIconName = "icon-about@2x.png";
+constexpr off_t maximumFileSize = off_t{32} << 20;
+constexpr std::int64_t maximumFilePixels = std::int64_t{1} << 25;
+constexpr std::size_t maximumRemembered = 8;
+constexpr int maximumRememberedPixels = 1 << 20;
+
+struct ObjectUnref {
+    void operator()(gpointer object) const { g_object_unref(object); }
+};
+using LoaderHandle = std::unique_ptr<GdkPixbufLoader, ObjectUnref>;
+using PixbufHandle = std::unique_ptr<GdkPixbuf, ObjectUnref>;
+
+class OpenFile {
+public:
+    // A pipe or a device is opened without waiting for it, so that it can be told and left.
+    explicit OpenFile(const std::string& path)
+        : m_descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {}
+    ~OpenFile() {
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+    }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+
+    int descriptor() const { return m_descriptor; }
+
+private:
+    int m_descriptor;
+};
+
+std::optional<std::string> contentsOf(int descriptor, std::size_t size) {
+    std::string contents(size, '\0');
+    std::size_t filled = 0;
+    while (filled < size) {
+        const ssize_t count = ::read(descriptor, contents.data() + filled, size - filled);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return std::nullopt;
+        if (count == 0)
+            break;
+        filled += static_cast<std::size_t>(count);
+    }
+    contents.resize(filled);
+    return contents;
+}
+
+bool isPng(std::string_view contents) {
+    return contents.starts_with("\x89PNG\r\n\x1A\n");
+}
+
+bool isJpeg(std::string_view contents) {
+    return contents.starts_with("\xFF\xD8\xFF");
+}
+
+// The last chunk, with its checksum.
+bool hasEndOfPng(std::string_view contents) {
+    return contents.rfind("IEND\xAE\x42\x60\x82") != std::string_view::npos;
+}
+
+// Naming the two usual formats spares the library a look at every format there is.
+LoaderHandle createLoader(std::string_view contents) {
+    const char* format = isPng(contents) ? "png" : isJpeg(contents) ? "jpeg" : nullptr;
+    GdkPixbufLoader* loader =
+        format != nullptr ? gdk_pixbuf_loader_new_with_type(format, nullptr) : nullptr;
+    return LoaderHandle(loader != nullptr ? loader : gdk_pixbuf_loader_new());
+}
+
+struct Progress {
+    bool tooLarge = false;
+    int decodedRows = 0;
+};
+
+void checkSize(GdkPixbufLoader* loader, gint width, gint height, gpointer progress) {
+    if (width <= 0 || height <= 0 || width > maximumSide || height > maximumSide ||
+        std::int64_t{width} * height > maximumFilePixels) {
+        static_cast<Progress*>(progress)->tooLarge = true;
+        gdk_pixbuf_loader_set_size(loader, 0, 0); // makes the format's reader give up
+    }
+}
+
+void countRows(GdkPixbufLoader*, gint, gint y, gint, gint height, gpointer progress) {
+    int& rows = static_cast<Progress*>(progress)->decodedRows;
+    rows = std::max(rows, y + height);
+}
+
+// The library takes the two usual formats for whole where the file breaks off.
+bool isTorn(std::string_view contents, const GdkPixbuf* pixbuf, const Progress& progress) {
+    if (isPng(contents))
+        return !hasEndOfPng(contents);
+    return isJpeg(contents) && progress.decodedRows < gdk_pixbuf_get_height(pixbuf);
+}
+
+PixbufHandle decode(std::string_view contents) {
+    const LoaderHandle loader = createLoader(contents);
+    Progress progress;
+    g_signal_connect(loader.get(), "size-prepared", G_CALLBACK(checkSize), &progress);
+    g_signal_connect(loader.get(), "area-updated", G_CALLBACK(countRows), &progress);
+    bool good = true;
+    constexpr std::size_t pieceSize = 65536; // so that a picture too large is left early
+    for (std::size_t at = 0; good && !progress.tooLarge && at < contents.size(); at += pieceSize) {
+        const std::string_view piece = contents.substr(at, pieceSize);
+        good = gdk_pixbuf_loader_write(loader.get(), reinterpret_cast<const guchar*>(piece.data()),
+                                       piece.size(), nullptr) != 0;
+    }
+    // To be closed even after an error.
+    good = gdk_pixbuf_loader_close(loader.get(), nullptr) != 0 && good && !progress.tooLarge;
+    GdkPixbuf* pixbuf = good ? gdk_pixbuf_loader_get_pixbuf(loader.get()) : nullptr;
+    if (pixbuf == nullptr || isTorn(contents, pixbuf, progress))
+        return nullptr;
+    return PixbufHandle(gdk_pixbuf_apply_embedded_orientation(pixbuf)); // as a camera notes it
+}
+
+std::uint32_t premultiplied(const guchar* pixel, bool hasAlpha) {
+    const std::uint32_t alpha = hasAlpha ? pixel[3] : 255;
+    const auto component = [alpha](guchar value) {
+        return (std::uint32_t{value} * alpha + 127) / 255;
+    };
+    return alpha << 24 | component(pixel[0]) << 16 | component(pixel[1]) << 8 | component(pixel[2]);
+}
+
+SurfaceHandle surfaceOf(const GdkPixbuf* pixbuf) {
+    const int width = gdk_pixbuf_get_width(pixbuf);
+    const int height = gdk_pixbuf_get_height(pixbuf);
+    const bool hasAlpha = gdk_pixbuf_get_has_alpha(pixbuf) != 0;
+    SurfaceHandle surface = createPixels(width, height);
+    if (!surface || gdk_pixbuf_get_bits_per_sample(pixbuf) != 8)
+        return nullptr;
+    const guchar* from = gdk_pixbuf_read_pixels(pixbuf);
+    unsigned char* to = cairo_image_surface_get_data(surface.get());
+    const std::ptrdiff_t fromStride = gdk_pixbuf_get_rowstride(pixbuf);
+    const std::ptrdiff_t toStride = cairo_image_surface_get_stride(surface.get());
+    const int channels = gdk_pixbuf_get_n_channels(pixbuf);
+    for (int y = 0; y < height; ++y) {
+        const guchar* pixel = from + y * fromStride;
+        auto* row = reinterpret_cast<std::uint32_t*>(to + y * toStride);
+        for (int x = 0; x < width; ++x, pixel += channels)
+            row[x] = premultiplied(pixel, hasAlpha);
+    }
+    cairo_surface_mark_dirty(surface.get());
+    return surface;
+}
+
+bool isWorthRemembering(const UIImage& image) {
+    return image.size().width * image.size().height * image.scale() * image.scale() <=
+           maximumRememberedPixels;
+}
+
+} // namespace
+
+CGFloat scaleOfFileName(std::string_view path) {
+    const std::string_view name = path.substr(path.rfind('/') + 1);
+    const std::string_view stem = name.substr(0, name.rfind('.'));
+    if (stem.size() == name.size())
+        return 1;
+    return stem.ends_with("@2x") ? 2 : stem.ends_with("@3x") ? 3 : 1;
+}
+
+PixbufImageFiles::PixbufImageFiles(std::string dataFolder)
+    : m_dataFolder(std::move(dataFolder)) {}
+
+std::shared_ptr<const UIImage> PixbufImageFiles::imageWithContentsOfFile(std::string_view path) {
+    if (path.empty() || path.find('\0') != std::string_view::npos)
+        return nullptr;
+    const std::string file = path == stockIconPath
+                                 ? (std::filesystem::path(m_dataFolder) / stockIconName).string()
+                                 : std::string(path);
+    const OpenFile open(file);
+    struct stat status = {};
+    if (open.descriptor() < 0 || ::fstat(open.descriptor(), &status) != 0 ||
+        !S_ISREG(status.st_mode) || status.st_size > maximumFileSize)
+        return nullptr;
+    FileStamp stamp{file,           status.st_dev,         status.st_ino,
+                    status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+    for (const Remembered& remembered : m_remembered) {
+        if (remembered.stamp == stamp)
+            return remembered.image;
+    }
+    const auto contents = contentsOf(open.descriptor(), static_cast<std::size_t>(status.st_size));
+    const PixbufHandle pixbuf = contents ? decode(*contents) : nullptr;
+    SurfaceHandle surface = pixbuf ? surfaceOf(pixbuf.get()) : nullptr;
+    if (!surface)
+        return nullptr;
+    auto image = imageOfPixels(std::move(surface), scaleOfFileName(file));
+    if (isWorthRemembering(*image)) {
+        m_remembered.push_front({std::move(stamp), image});
+        if (m_remembered.size() > maximumRemembered)
+            m_remembered.pop_back();
+    }
+    return image;
+}
+
+} // namespace quorvel::freedesktop

@@ -1,0 +1,141 @@
+#include "freedesktop/graphics/snapshot.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <string_view>
+#include <utility>
+
+#include <cairo-pdf.h>
+#include <cairo-svg.h>
+
+#include "freedesktop/graphics/cairo_graphics_context.h"
+#include "freedesktop/graphics/cairo_handles.h"
+#include "freedesktop/graphics/file_replacement.h"
+#include "freedesktop/graphics/pixel_length.h"
+
+namespace quorvel::freedesktop {
+
+using platform::CGFloat;
+using platform::CGSize;
+
+namespace {
+
+enum class Format { png, svg, pdf };
+
+constexpr CGFloat maximumPictureSide = 32767; // the most that the painting library holds
+constexpr CGFloat maximumPicturePixels = 1 << 27;
+constexpr CGFloat maximumPageSide = 1e6; // its coordinates end at some millions
+
+std::optional<Format> formatOf(const std::string& path) {
+    std::string extension = std::filesystem::path(path).extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + ('a' - 'A')) : letter;
+    });
+    if (extension == ".png")
+        return Format::png;
+    if (extension == ".svg")
+        return Format::svg;
+    if (extension == ".pdf")
+        return Format::pdf;
+    return std::nullopt;
+}
+
+// In pixels; whole ones for a picture of pixels.
+CGSize deviceSize(Format format, const Snapshot& snapshot) {
+    const CGSize points = {std::max(snapshot.size.width, 1.0), std::max(snapshot.size.height, 1.0)};
+    if (format == Format::png)
+        return {std::max(pixelLength(points.width, snapshot.scale), 1.0),
+                std::max(pixelLength(points.height, snapshot.scale), 1.0)};
+    return {points.width * snapshot.scale, points.height * snapshot.scale};
+}
+
+bool canBeHeld(Format format, CGSize size) {
+    const CGFloat side = std::max(size.width, size.height);
+    if (format == Format::png)
+        return side <= maximumPictureSide && size.width * size.height <= maximumPicturePixels;
+    return side <= maximumPageSide;
+}
+
+cairo_status_t append(void* contents, const unsigned char* bytes, unsigned int count) {
+    static_cast<std::string*>(contents)->append(reinterpret_cast<const char*>(bytes), count);
+    return CAIRO_STATUS_SUCCESS;
+}
+
+SurfaceHandle createSurface(Format format, CGSize size, std::string& contents) {
+    if (format == Format::png)
+        return SurfaceHandle(cairo_image_surface_create(
+            CAIRO_FORMAT_ARGB32, static_cast<int>(size.width), static_cast<int>(size.height)));
+    if (format == Format::svg) {
+        SurfaceHandle surface(
+            cairo_svg_surface_create_for_stream(append, &contents, size.width, size.height));
+        cairo_svg_surface_set_document_unit(surface.get(), CAIRO_SVG_UNIT_PX);
+        return surface;
+    }
+    SurfaceHandle surface(
+        cairo_pdf_surface_create_for_stream(append, &contents, size.width, size.height));
+    // The day on which the picture is made is no part of it.
+    cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE,
+                                   "2001-01-01T00:00:00Z");
+    return surface;
+}
+
+void paintOn(cairo_surface_t* surface, const Snapshot& snapshot,
+             const std::shared_ptr<TextLines>& lines) {
+    const ContextHandle context(cairo_create(surface));
+    if (const auto& backdrop = snapshot.backdrop) {
+        cairo_set_source_rgba(context.get(), backdrop->red, backdrop->green, backdrop->blue,
+                              backdrop->alpha);
+        cairo_paint(context.get());
+    }
+    cairo_scale(context.get(), snapshot.scale, snapshot.scale);
+    CairoGraphicsContext graphics(context.get(), lines);
+    snapshot.paint(graphics);
+}
+
+struct Rendered {
+    std::string contents;
+    cairo_status_t status = CAIRO_STATUS_SUCCESS;
+};
+
+Rendered render(Format format, CGSize size, const Snapshot& snapshot,
+                const std::shared_ptr<TextLines>& lines) {
+    Rendered rendered;
+    const SurfaceHandle surface = createSurface(format, size, rendered.contents);
+    rendered.status = cairo_surface_status(surface.get());
+    if (rendered.status != CAIRO_STATUS_SUCCESS)
+        return rendered;
+    paintOn(surface.get(), snapshot, lines);
+    if (format == Format::png) {
+        rendered.status =
+            cairo_surface_write_to_png_stream(surface.get(), append, &rendered.contents);
+        return rendered;
+    }
+    cairo_surface_finish(surface.get());
+    rendered.status = cairo_surface_status(surface.get());
+    return rendered;
+}
+
+} // namespace
+
+std::optional<std::string> writeSnapshot(const std::string& path, const Snapshot& snapshot,
+                                         const std::shared_ptr<TextLines>& lines) {
+    const std::optional<Format> format = formatOf(path);
+    if (!format)
+        return "the name of the picture \"" + path + "\" does not end in .png, .svg or .pdf";
+    if (!std::isnormal(snapshot.scale) || snapshot.scale < 0 ||
+        !std::isfinite(snapshot.size.width) || !std::isfinite(snapshot.size.height))
+        return "the picture has no size that can be drawn";
+    const CGSize size = deviceSize(*format, snapshot);
+    if (!canBeHeld(*format, size))
+        return "a picture of " + std::to_string(std::llround(size.width)) + " x " +
+               std::to_string(std::llround(size.height)) + " pixels is too large";
+    const Rendered rendered = render(*format, size, snapshot, lines);
+    if (rendered.status != CAIRO_STATUS_SUCCESS)
+        return std::string("cannot draw the picture: ") + cairo_status_to_string(rendered.status);
+    if (const auto failure = replaceFile(path, rendered.contents))
+        return "cannot write \"" + path + "\": " + *failure;
+    return std::nullopt;
+}
+
+} // namespace quorvel::freedesktop

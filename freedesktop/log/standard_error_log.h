@@ -1,0 +1,13 @@
+// The log on standard error, for a user who asked to see it.
+#pragma once
+
+#include "platform/system_log.h"
+
+namespace quorvel::freedesktop {
+
+class StandardErrorLog final : public platform::SystemLog {
+public:
+    void log(std::string_view message) override;
+};
+
+} // namespace quorvel::freedesktop

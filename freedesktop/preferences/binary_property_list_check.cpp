@@ -1,0 +1,196 @@
+#include "freedesktop/preferences/binary_property_list_check.h"
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "freedesktop/preferences/property_list_budget.h"
+
+namespace quorvel::freedesktop {
+namespace {
+
+constexpr std::string_view magic = "bplist00";
+constexpr std::size_t trailerSize = 32;
+
+class Walk {
+public:
+    explicit Walk(std::span<const std::byte> bytes)
+        : m_bytes(bytes)
+        , m_objectsEnd(bytes.size() - trailerSize) {}
+
+    std::string problem() {
+        const std::size_t trailer = m_objectsEnd;
+        m_offsetSize = byteAt(trailer + 6);
+        m_referenceSize = byteAt(trailer + 7);
+        m_objectCount = numberAt(trailer + 8, 8);
+        const std::uint64_t root = numberAt(trailer + 16, 8);
+        m_offsetTable = numberAt(trailer + 24, 8);
+        const bool sane = isWidth(m_offsetSize) && isWidth(m_referenceSize) &&
+                          m_offsetTable >= magic.size() && m_offsetTable <= m_objectsEnd &&
+                          m_objectCount <= (m_objectsEnd - m_offsetTable) / m_offsetSize;
+        if (!sane) {
+            return "the binary list is damaged";
+        }
+        visit(root, 0, false);
+        return m_problem;
+    }
+
+private:
+    struct Header {
+        unsigned kind = 0;          // upper half of the marker
+        std::uint64_t count = 0;    // lower half, or the number that follows
+        std::uint64_t contents = 0; // where they begin
+    };
+
+    static bool isWidth(std::uint64_t size) { return size >= 1 && size <= 8; }
+
+    unsigned byteAt(std::uint64_t at) const { return std::to_integer<unsigned>(m_bytes[at]); }
+
+    std::uint64_t numberAt(std::uint64_t at, std::uint64_t width) const {
+        std::uint64_t value = 0;
+        for (std::uint64_t i = 0; i < width; ++i) {
+            value = value << 8U | byteAt(at + i);
+        }
+        return value;
+    }
+
+    // Objects lie between the magic and the offset table.
+    bool holds(std::uint64_t at, std::uint64_t count, std::uint64_t width) const {
+        return at <= m_offsetTable && count <= (m_offsetTable - at) / width;
+    }
+
+    bool fail(const char* problem) {
+        if (m_problem.empty()) {
+            m_problem = problem;
+        }
+        return false;
+    }
+
+    bool damaged() { return fail("the binary list is damaged"); }
+
+    std::optional<Header> headerAt(std::uint64_t at) const {
+        if (at < magic.size() || !holds(at, 1, 1)) {
+            return std::nullopt;
+        }
+        const unsigned marker = byteAt(at);
+        Header header{marker >> 4U, marker & 0xFU, at + 1};
+        const bool counted = header.kind >= 4 && header.kind != 8;
+        if (!counted || header.count != 0xF) {
+            return header;
+        }
+        if (!holds(at + 1, 1, 1) || byteAt(at + 1) >> 4U != 1 || (byteAt(at + 1) & 0xFU) > 3) {
+            return std::nullopt;
+        }
+        const std::uint64_t width = std::uint64_t{1} << (byteAt(at + 1) & 0xFU);
+        if (!holds(at + 2, width, 1)) {
+            return std::nullopt;
+        }
+        header.count = numberAt(at + 2, width);
+        header.contents = at + 2 + width;
+        return header;
+    }
+
+    bool content(const Header& header, std::uint64_t width) {
+        if (!holds(header.contents, header.count, width)) {
+            return damaged();
+        }
+        m_contentBytes += header.count * width;
+        return m_contentBytes <= PropertyListBudget::contentBytes ||
+               fail("its texts are too large");
+    }
+
+    bool scalar(const Header& header) {
+        switch (header.kind) {
+        case 0x0:
+            return header.count == 8 || header.count == 9 || damaged();
+        case 0x1:
+            return (header.count <= 4 && holds(header.contents, 1U << header.count, 1)) ||
+                   damaged();
+        case 0x2:
+            return ((header.count == 2 || header.count == 3) &&
+                    holds(header.contents, 1U << header.count, 1)) ||
+                   damaged();
+        case 0x3:
+            return (header.count == 3 && holds(header.contents, 8, 1)) || damaged();
+        case 0x4:
+        case 0x5:
+            return content(header, 1);
+        case 0x6:
+            return content(header, 2);
+        case 0x8:
+            return (header.count < 8 && holds(header.contents, header.count + 1, 1)) || damaged();
+        default:
+            return damaged();
+        }
+    }
+
+    bool children(const Header& header, std::size_t depth) {
+        const bool isDictionary = header.kind == 0xD;
+        const std::uint64_t width = m_referenceSize * (isDictionary ? 2 : 1);
+        if (!holds(header.contents, header.count, width)) {
+            return damaged();
+        }
+        const std::uint64_t references = header.count * (isDictionary ? 2 : 1);
+        for (std::uint64_t i = 0; i < references; ++i) {
+            const std::uint64_t child =
+                numberAt(header.contents + i * m_referenceSize, m_referenceSize);
+            if (!visit(child, depth + 1, isDictionary && i < header.count)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    // Shared objects are counted each time, as the library unfolds them.
+    bool visit(std::uint64_t object, std::size_t depth, bool isKey) {
+        if (depth > PropertyListBudget::depth) {
+            return fail("it is nested too deep");
+        }
+        if (++m_objects > PropertyListBudget::objects) {
+            return fail("it holds too many objects");
+        }
+        if (object >= m_objectCount) {
+            return damaged();
+        }
+        const auto header = headerAt(numberAt(m_offsetTable + object * m_offsetSize, m_offsetSize));
+        if (!header) {
+            return damaged();
+        }
+        const bool isText = header->kind == 0x5 || header->kind == 0x6;
+        if (isKey && !isText) {
+            return damaged();
+        }
+        const bool isContainer = header->kind == 0xA || header->kind == 0xD;
+        return isContainer ? children(*header, depth) : scalar(*header);
+    }
+
+    std::span<const std::byte> m_bytes;
+    std::uint64_t m_objectsEnd;
+    std::uint64_t m_offsetSize = 0;
+    std::uint64_t m_referenceSize = 0;
+    std::uint64_t m_objectCount = 0;
+    std::uint64_t m_offsetTable = 0;
+    std::size_t m_objects = 0;
+    std::uint64_t m_contentBytes = 0;
+    std::string m_problem;
+};
+
+} // namespace
+
+bool looksLikeBinaryPropertyList(std::span<const std::byte> bytes) {
+    const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    return text.substr(0, 6) == magic.substr(0, 6);
+}
+
+std::string problemOfBinaryPropertyList(std::span<const std::byte> bytes) {
+    const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    if (text.substr(0, magic.size()) != magic) {
+        return "its binary format is of an unknown version";
+    }
+    if (bytes.size() < magic.size() + trailerSize) {
+        return "the binary list is damaged";
+    }
+    return Walk(bytes).problem();
+}
+
+} // namespace quorvel::freedesktop

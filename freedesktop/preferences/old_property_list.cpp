@@ -1,0 +1,250 @@
+#include "freedesktop/preferences/old_property_list.h"
+
+#include <algorithm>
+
+#include "freedesktop/preferences/property_list_budget.h"
+#include "freedesktop/preferences/utf8_text.h"
+
+namespace quorvel::freedesktop {
+namespace {
+
+using platform::PropertyListArray;
+using platform::PropertyListData;
+using platform::PropertyListDictionary;
+using platform::PropertyListValue;
+using MaybeValue = std::optional<PropertyListValue>;
+
+bool isUnquoted(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+           std::string_view("_$/:.-").find(c) != std::string_view::npos;
+}
+
+int hexDigit(char c) {
+    if (c >= '0' && c <= '9') {
+        return c - '0';
+    }
+    if (c >= 'a' && c <= 'f') {
+        return c - 'a' + 10;
+    }
+    return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
+}
+
+class Parser {
+public:
+    explicit Parser(std::string_view text)
+        : m_rest(text) {}
+
+    PropertyListReading run() {
+        skipSpace();
+        if (m_rest.empty()) {
+            return {PropertyListValue{PropertyListDictionary()}, {}, false};
+        }
+        const std::string_view all = m_rest;
+        MaybeValue value = object(0);
+        skipSpace();
+        if (value && !m_rest.empty() && std::holds_alternative<std::string>(value->value)) {
+            m_rest = all; // the first key of a strings file
+            value = pairs(0, '\0');
+        }
+        skipSpace();
+        if (!value || !m_rest.empty()) {
+            return {std::nullopt, m_problem.empty() ? "it is no property list" : m_problem, false};
+        }
+        return {std::move(value), {}, false};
+    }
+
+private:
+    void skipSpace() {
+        while (!m_rest.empty()) {
+            if (m_rest.front() == ' ' || (m_rest.front() >= '\t' && m_rest.front() <= '\r')) {
+                m_rest.remove_prefix(1);
+            } else if (m_rest.substr(0, 2) == "//") {
+                m_rest.remove_prefix(std::min(m_rest.find_first_of("\r\n"), m_rest.size()));
+            } else if (m_rest.substr(0, 2) == "/*") {
+                const std::size_t end = m_rest.find("*/", 2);
+                m_rest.remove_prefix(end == m_rest.npos ? m_rest.size() : end + 2);
+            } else {
+                return;
+            }
+        }
+    }
+
+    bool skip(char c) {
+        skipSpace();
+        if (m_rest.empty() || m_rest.front() != c) {
+            return false;
+        }
+        m_rest.remove_prefix(1);
+        return true;
+    }
+
+    MaybeValue fail(const char* problem) {
+        m_problem = problem;
+        return std::nullopt;
+    }
+
+    MaybeValue object(std::size_t depth) {
+        if (depth > PropertyListBudget::depth) {
+            return fail("it is nested too deep");
+        }
+        if (++m_objects > PropertyListBudget::objects) {
+            return fail("it holds too many objects");
+        }
+        if (skip('{')) {
+            return pairs(depth, '}');
+        }
+        if (skip('(')) {
+            return array(depth);
+        }
+        if (skip('<')) {
+            return data();
+        }
+        if (auto text = string()) {
+            return PropertyListValue{std::move(*text)};
+        }
+        return std::nullopt;
+    }
+
+    // Up to `end`, or up to the end of the text.
+    MaybeValue pairs(std::size_t depth, char end) {
+        PropertyListDictionary dictionary;
+        while (true) {
+            skipSpace();
+            if (end == '\0' ? m_rest.empty() : skip(end)) {
+                return PropertyListValue{std::move(dictionary)};
+            }
+            auto key = string();
+            if (!key) {
+                return std::nullopt;
+            }
+            MaybeValue value = skip('=') ? object(depth + 1) : PropertyListValue{*key};
+            if (!value || !skip(';')) {
+                return std::nullopt;
+            }
+            dictionary.insert_or_assign(std::move(*key), std::move(*value));
+        }
+    }
+
+    MaybeValue array(std::size_t depth) {
+        PropertyListArray values;
+        while (!skip(')')) {
+            MaybeValue value = object(depth + 1);
+            if (!value) {
+                return std::nullopt;
+            }
+            values.push_back(std::move(*value));
+            if (!skip(',')) {
+                return skip(')') ? MaybeValue(PropertyListValue{std::move(values)}) : std::nullopt;
+            }
+        }
+        return PropertyListValue{std::move(values)};
+    }
+
+    MaybeValue data() {
+        PropertyListData bytes;
+        while (!skip('>')) {
+            if (m_rest.size() < 2 || hexDigit(m_rest[0]) < 0 || hexDigit(m_rest[1]) < 0) {
+                return std::nullopt;
+            }
+            bytes.push_back(static_cast<std::byte>(hexDigit(m_rest[0]) * 16 + hexDigit(m_rest[1])));
+            m_rest.remove_prefix(2);
+        }
+        return PropertyListValue{std::move(bytes)};
+    }
+
+    std::optional<std::string> string() {
+        skipSpace();
+        if (m_rest.empty()) {
+            return std::nullopt;
+        }
+        if (m_rest.front() == '"' || m_rest.front() == '\'') {
+            return quoted();
+        }
+        std::size_t length = 0;
+        while (length < m_rest.size() && isUnquoted(m_rest[length])) {
+            ++length;
+        }
+        if (length == 0) {
+            return std::nullopt;
+        }
+        std::string text(m_rest.substr(0, length));
+        m_rest.remove_prefix(length);
+        return text;
+    }
+
+    std::optional<std::string> quoted() {
+        const char quote = m_rest.front();
+        m_rest.remove_prefix(1);
+        std::string text;
+        while (!m_rest.empty()) {
+            const char c = m_rest.front();
+            m_rest.remove_prefix(1);
+            if (c == quote) {
+                return wellFormedUtf8(text);
+            }
+            if (c != '\\') {
+                text += c;
+            } else if (m_rest.empty()) {
+                break;
+            } else {
+                escape(text);
+            }
+        }
+        return std::nullopt;
+    }
+
+    void escape(std::string& text) {
+        const char c = m_rest.front();
+        if (c >= '0' && c <= '7') {
+            return appendUtf8(text, number(8, 3));
+        }
+        m_rest.remove_prefix(1);
+        static constexpr std::string_view letters = "abfnrtv";
+        static constexpr std::string_view controls = "\a\b\f\n\r\t\v";
+        if (const std::size_t at = letters.find(c); at != std::string_view::npos) {
+            text += controls[at];
+        } else if (c == 'U' || c == 'u') {
+            unicode(text);
+        } else {
+            text += c;
+        }
+    }
+
+    // A character beyond 16 bits is written as its two surrogates.
+    void unicode(std::string& text) {
+        char32_t character = number(16, 4);
+        const bool high = character >= 0xD800 && character < 0xDC00;
+        if (high && (m_rest.substr(0, 2) == "\\U" || m_rest.substr(0, 2) == "\\u")) {
+            m_rest.remove_prefix(2);
+            const char32_t low = number(16, 4);
+            const bool pair = low >= 0xDC00 && low < 0xE000;
+            character = pair ? 0x10000 + ((character - 0xD800) << 10U) + (low - 0xDC00) : character;
+        }
+        appendUtf8(text, character);
+    }
+
+    char32_t number(int base, std::size_t mostDigits) {
+        char32_t value = 0;
+        for (std::size_t i = 0; i < mostDigits && !m_rest.empty(); ++i) {
+            const int digit = hexDigit(m_rest.front());
+            if (digit < 0 || digit >= base) {
+                break;
+            }
+            value = value * static_cast<char32_t>(base) + static_cast<char32_t>(digit);
+            m_rest.remove_prefix(1);
+        }
+        return value;
+    }
+
+    std::string_view m_rest;
+    std::size_t m_objects = 0;
+    std::string m_problem;
+};
+
+} // namespace
+
+PropertyListReading readOldPropertyList(std::string_view text) {
+    return Parser(text).run();
+}
+
+} // namespace quorvel::freedesktop

@@ -1,0 +1,202 @@
+#include "freedesktop/preferences/property_list_file.h"
+
+#include <clocale>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+
+#include <locale.h>
+#include <plist/plist.h>
+
+#include "freedesktop/preferences/binary_property_list_check.h"
+#include "freedesktop/preferences/old_property_list.h"
+#include "freedesktop/preferences/property_list_budget.h"
+#include "freedesktop/preferences/regular_file.h"
+#include "freedesktop/preferences/utf8_text.h"
+#include "freedesktop/preferences/xml_property_list_cleaner.h"
+
+namespace quorvel::freedesktop {
+namespace {
+
+using platform::PropertyListArray;
+using platform::PropertyListData;
+using platform::PropertyListDictionary;
+using platform::PropertyListValue;
+
+struct NodeDeleter {
+    void operator()(void* node) const { plist_free(node); }
+};
+using Node = std::unique_ptr<void, NodeDeleter>;
+
+struct MallocDeleter {
+    void operator()(void* memory) const { std::free(memory); }
+};
+template <class T>
+using Malloced = std::unique_ptr<T, MallocDeleter>;
+
+// The library reads numbers as the locale writes them. This thread's is "C" meanwhile.
+class NumbersWithPoint {
+public:
+    NumbersWithPoint()
+        : m_locale(newlocale(LC_NUMERIC_MASK, "C", nullptr))
+        , m_before(uselocale(m_locale)) {}
+    ~NumbersWithPoint() {
+        uselocale(m_before);
+        freelocale(m_locale);
+    }
+    NumbersWithPoint(const NumbersWithPoint&) = delete;
+    NumbersWithPoint& operator=(const NumbersWithPoint&) = delete;
+
+private:
+    locale_t m_locale;
+    locale_t m_before;
+};
+
+PropertyListValue valueOf(plist_t node);
+
+std::string textOf(plist_t node, void (*get)(plist_t, char**)) {
+    char* text = nullptr;
+    get(node, &text);
+    const Malloced<char> owned(text);
+    return owned ? wellFormedUtf8(owned.get()) : std::string();
+}
+
+PropertyListData dataOf(plist_t node) {
+    char* bytes = nullptr;
+    std::uint64_t length = 0;
+    plist_get_data_val(node, &bytes, &length);
+    const Malloced<char> owned(bytes);
+    const auto* const first = reinterpret_cast<const std::byte*>(owned.get());
+    return owned ? PropertyListData(first, first + length) : PropertyListData();
+}
+
+// Seconds and microseconds since the reference date.
+platform::NSDate dateOf(plist_t node) {
+    std::int32_t seconds = 0;
+    std::int32_t microseconds = 0;
+    plist_get_date_val(node, &seconds, &microseconds);
+    return {static_cast<double>(seconds) + static_cast<double>(microseconds) / 1e6};
+}
+
+PropertyListArray arrayOf(plist_t node) {
+    PropertyListArray values;
+    plist_array_iter iterator = nullptr;
+    plist_array_new_iter(node, &iterator);
+    const Malloced<void> owned(iterator);
+    while (true) {
+        plist_t item = nullptr;
+        plist_array_next_item(node, iterator, &item);
+        if (item == nullptr) {
+            return values;
+        }
+        values.push_back(valueOf(item));
+    }
+}
+
+PropertyListDictionary dictionaryOf(plist_t node) {
+    PropertyListDictionary values;
+    plist_dict_iter iterator = nullptr;
+    plist_dict_new_iter(node, &iterator);
+    const Malloced<void> owned(iterator);
+    while (true) {
+        char* key = nullptr;
+        plist_t item = nullptr;
+        plist_dict_next_item(node, iterator, &key, &item);
+        const Malloced<char> ownedKey(key);
+        if (item == nullptr || !ownedKey) {
+            return values;
+        }
+        values.insert_or_assign(wellFormedUtf8(ownedKey.get()), valueOf(item));
+    }
+}
+
+PropertyListValue valueOf(plist_t node) {
+    std::uint64_t number = 0;
+    switch (plist_get_node_type(node)) {
+    case PLIST_BOOLEAN: {
+        std::uint8_t truth = 0;
+        plist_get_bool_val(node, &truth);
+        return {truth != 0};
+    }
+    case PLIST_UINT:
+        plist_get_uint_val(node, &number);
+        return {static_cast<std::int64_t>(number)};
+    case PLIST_REAL: {
+        double real = 0;
+        plist_get_real_val(node, &real);
+        return {real};
+    }
+    case PLIST_DATE:
+        return {dateOf(node)};
+    case PLIST_DATA:
+        return {dataOf(node)};
+    case PLIST_ARRAY:
+        return {arrayOf(node)};
+    case PLIST_DICT:
+        return {dictionaryOf(node)};
+    case PLIST_UID:
+        plist_get_uid_val(node, &number);
+        return {PropertyListDictionary{{"CF$UID", {static_cast<std::int64_t>(number)}}}};
+    default:
+        return {textOf(node, plist_get_string_val)};
+    }
+}
+
+PropertyListReading failure(std::string problem) {
+    return {std::nullopt, std::move(problem), false};
+}
+
+using LibraryReader = void (*)(const char*, std::uint32_t, plist_t*);
+
+PropertyListReading readWith(LibraryReader reader, std::string_view bytes, const char* problem) {
+    plist_t root = nullptr;
+    const NumbersWithPoint numbers;
+    reader(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &root);
+    const Node owned(root);
+    return owned ? PropertyListReading{valueOf(root), {}, false} : failure(problem);
+}
+
+PropertyListReading readBinary(std::span<const std::byte> bytes) {
+    std::string problem = problemOfBinaryPropertyList(bytes);
+    if (!problem.empty()) {
+        return failure(std::move(problem));
+    }
+    return readWith(plist_from_bin, {reinterpret_cast<const char*>(bytes.data()), bytes.size()},
+                    "the binary list is damaged");
+}
+
+PropertyListReading readXml(std::string_view text) {
+    CleanedXml cleaned = cleanedXmlPropertyList(text);
+    if (!cleaned.problem.empty()) {
+        return failure(std::move(cleaned.problem));
+    }
+    return readWith(plist_from_xml, cleaned.xml, "the XML is damaged");
+}
+
+} // namespace
+
+PropertyListReading readPropertyList(std::span<const std::byte> bytes) {
+    if (bytes.empty()) {
+        return failure("it is empty");
+    }
+    if (bytes.size() > PropertyListBudget::fileBytes) {
+        return failure("it is too large");
+    }
+    if (looksLikeBinaryPropertyList(bytes)) {
+        return readBinary(bytes);
+    }
+    const std::string text =
+        decodedText({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    return looksLikeXml(text) ? readXml(text) : readOldPropertyList(text);
+}
+
+PropertyListReading readPropertyListFile(const std::string& path) {
+    FileReading file = readRegularFile(path, PropertyListBudget::fileBytes);
+    if (!file.bytes) {
+        return {std::nullopt, std::move(file.problem), file.missing};
+    }
+    return readPropertyList(*file.bytes);
+}
+
+} // namespace quorvel::freedesktop

@@ -1,0 +1,30 @@
+#include "freedesktop/text/font_context.h"
+
+namespace quorvel::freedesktop {
+
+ObjectHandle<PangoContext> createFontContext(const std::string& locale) {
+    ObjectHandle<PangoContext> context(
+        pango_font_map_create_context(pango_cairo_font_map_get_default()));
+    // Neither the glyphs nor the distances between them follow a pixel grid: a text twice as large
+    // is exactly twice as wide.
+    pango_context_set_round_glyph_positions(context.get(), FALSE);
+    cairo_font_options_t* options = cairo_font_options_create();
+    cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
+    cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
+    cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
+    pango_cairo_context_set_font_options(context.get(), options);
+    cairo_font_options_destroy(options);
+    const std::string language = locale.substr(0, locale.find_first_of(".@"));
+    if (!language.empty())
+        pango_context_set_language(context.get(), pango_language_from_string(language.c_str()));
+    return context;
+}
+
+FontDescriptionHandle describeFont(const std::string& family) {
+    FontDescriptionHandle description(pango_font_description_new());
+    pango_font_description_set_family(description.get(), family.c_str());
+    pango_font_description_set_absolute_size(description.get(), shapedSize * PANGO_SCALE);
+    return description;
+}
+
+} // namespace quorvel::freedesktop

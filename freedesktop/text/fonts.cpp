@@ -1,0 +1,112 @@
+#include "freedesktop/text/fonts.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+
+#include <fontconfig/fontconfig.h>
+#include <gio/gio.h>
+
+#include "freedesktop/text/font_context.h"
+
+namespace quorvel::freedesktop {
+
+namespace {
+
+struct SchemaUnref {
+    void operator()(GSettingsSchema* schema) const { g_settings_schema_unref(schema); }
+};
+
+bool isSameName(const FcChar8* name, const std::string& other) {
+    return FcStrCmpIgnoreCase(name, reinterpret_cast<const FcChar8*>(other.c_str())) == 0;
+}
+
+bool isGeneralName(const std::string& family) {
+    constexpr std::array names = {"sans", "sans-serif", "serif", "monospace", "system-ui"};
+    return std::any_of(names.begin(), names.end(), [&](const char* name) {
+        return isSameName(reinterpret_cast<const FcChar8*>(name), family);
+    });
+}
+
+// A font may bear several names, in several languages.
+bool hasFamilyName(FcPattern* font, const std::string& family) {
+    FcChar8* name = nullptr;
+    for (int i = 0; FcPatternGetString(font, FC_FAMILY, i, &name) == FcResultMatch; ++i) {
+        if (isSameName(name, family))
+            return true;
+    }
+    return false;
+}
+
+bool isFamilyOfAnyFont(const std::string& family) {
+    const FcFontSet* fonts = FcConfigGetFonts(nullptr, FcSetSystem);
+    for (int i = 0; fonts != nullptr && i < fonts->nfont; ++i) {
+        if (hasFamilyName(fonts->fonts[i], family))
+            return true;
+    }
+    return false;
+}
+
+// The list of fonts is read in the background; loading a font waits for it, and costs nothing for a
+// font that will be used anyway.
+void waitForFonts(PangoContext* context, const std::string& likelyFamily) {
+    const ObjectHandle<PangoFont> font(
+        pango_context_load_font(context, describeFont(likelyFamily).get()));
+}
+
+// Reading the desktop's settings costs a millisecond, so it is left out where no desktop can have
+// written any.
+bool hasDesktopSession() {
+    if (std::getenv("DBUS_SESSION_BUS_ADDRESS") != nullptr)
+        return true;
+    const char* runtimeFolder = std::getenv("XDG_RUNTIME_DIR");
+    std::error_code ignored;
+    return runtimeFolder != nullptr &&
+           std::filesystem::exists(std::filesystem::path(runtimeFolder) / "bus", ignored);
+}
+
+std::optional<std::string> desktopFontFamily() {
+    if (!hasDesktopSession())
+        return std::nullopt;
+    GSettingsSchemaSource* source = g_settings_schema_source_get_default();
+    if (source == nullptr)
+        return std::nullopt;
+    // Looked up first: opening settings that the system does not know ends the process.
+    const std::unique_ptr<GSettingsSchema, SchemaUnref> schema(
+        g_settings_schema_source_lookup(source, "org.gnome.desktop.interface", TRUE));
+    if (!schema || g_settings_schema_has_key(schema.get(), "font-name") == 0)
+        return std::nullopt;
+    const ObjectHandle<GSettings> settings(g_settings_new_full(schema.get(), nullptr, nullptr));
+    const GlibString name(g_settings_get_string(settings.get(), "font-name"));
+    const FontDescriptionHandle description(pango_font_description_from_string(name.get()));
+    const char* family = pango_font_description_get_family(description.get());
+    if (family == nullptr || *family == '\0')
+        return std::nullopt;
+    return family;
+}
+
+} // namespace
+
+bool isFontInstalled(const std::string& family) {
+    if (family.empty() || g_utf8_validate(family.c_str(), -1, nullptr) == 0)
+        return false;
+    waitForFonts(createFontContext({}).get(), family);
+    return isGeneralName(family) || isFamilyOfAnyFont(family);
+}
+
+std::string systemFontFamily(PangoContext* context, const std::optional<std::string>& requested) {
+    if (requested && !requested->empty())
+        return *requested;
+    const std::optional<std::string> desktopFamily = desktopFontFamily();
+    waitForFonts(context, desktopFamily.value_or("Inter"));
+    if (desktopFamily && isFamilyOfAnyFont(*desktopFamily))
+        return *desktopFamily;
+    for (const char* family : {"Inter", "Cantarell", "Noto Sans", "DejaVu Sans"}) {
+        if (isFamilyOfAnyFont(family))
+            return family;
+    }
+    return "sans-serif";
+}
+
+} // namespace quorvel::freedesktop

@@ -1,0 +1,33 @@
+// Owners of the text library's objects. For this folder's own sources.
+#pragma once
+
+#include <memory>
+
+#include <pango/pangocairo.h>
+
+namespace quorvel::freedesktop {
+
+struct ObjectUnref {
+    void operator()(gpointer object) const { g_object_unref(object); }
+};
+template <typename T>
+using ObjectHandle = std::unique_ptr<T, ObjectUnref>;
+
+struct FontDescriptionFree {
+    void operator()(PangoFontDescription* description) const {
+        pango_font_description_free(description);
+    }
+};
+using FontDescriptionHandle = std::unique_ptr<PangoFontDescription, FontDescriptionFree>;
+
+struct FontMetricsUnref {
+    void operator()(PangoFontMetrics* metrics) const { pango_font_metrics_unref(metrics); }
+};
+using FontMetricsHandle = std::unique_ptr<PangoFontMetrics, FontMetricsUnref>;
+
+struct GlibFree {
+    void operator()(gpointer memory) const { g_free(memory); }
+};
+using GlibString = std::unique_ptr<char, GlibFree>;
+
+} // namespace quorvel::freedesktop

@@ -1,0 +1,239 @@
+// Lines are shaped at one size and scaled, when they are measured and when they are painted: a text
+// is shaped once for all sizes, and no size leaves the range of the library's whole numbers.
+#include "freedesktop/text/text_lines.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+
+#include "freedesktop/text/font_context.h"
+#include "freedesktop/text/least_recently_used.h"
+#include "freedesktop/text/line_text.h"
+
+namespace quorvel::freedesktop {
+
+using platform::CGFloat;
+using platform::CGRect;
+using platform::CGSize;
+using platform::UIColor;
+using platform::UIFont;
+
+namespace {
+
+constexpr CGFloat maximumSize = 1e6; // points
+// A rectangle as wide as the text was measured holds it, whatever the sums did to the last digits.
+constexpr CGFloat widthTolerance = 0.05;
+constexpr int notCut = -1;
+
+struct LineView;
+
+struct LineKey {
+    explicit LineKey(const LineView& view);
+    std::string text; // as far as it is looked at
+    std::string family;
+    std::size_t textSize; // of the whole text, or one above the limit
+    int cutWidth;
+};
+
+struct LineView {
+    LineView(std::string_view wholeText, const UIFont& font, int width)
+        : text(wholeText.substr(0, lineTextMaximumBytes))
+        , family(font.familyName)
+        , textSize(std::min(wholeText.size(), lineTextMaximumBytes + 1))
+        , cutWidth(width) {}
+    explicit LineView(const LineKey& key)
+        : text(key.text)
+        , family(key.family)
+        , textSize(key.textSize)
+        , cutWidth(key.cutWidth) {}
+    bool operator==(const LineView&) const = default;
+
+    std::string_view text;
+    std::string_view family;
+    std::size_t textSize;
+    int cutWidth;
+};
+
+LineKey::LineKey(const LineView& view)
+    : text(view.text)
+    , family(view.family)
+    , textSize(view.textSize)
+    , cutWidth(view.cutWidth) {}
+
+struct LineHash {
+    std::size_t operator()(const LineView& view) const {
+        std::size_t hash = std::hash<std::string_view>{}(view.text);
+        const auto add = [&hash](std::size_t part) {
+            hash ^= part + 0x9E3779B97F4A7C15 + (hash << 6) + (hash >> 2);
+        };
+        if (!view.family.empty())
+            add(std::hash<std::string_view>{}(view.family));
+        add(view.textSize);
+        add(static_cast<std::size_t>(view.cutWidth));
+        return hash;
+    }
+};
+
+// Where a family's lines stand, at the shaped size.
+struct LineMetrics {
+    CGFloat ascent = 0;
+    CGFloat descent = 0;
+    CGFloat height() const { return ascent + descent; }
+};
+
+struct ShapedLine {
+    ObjectHandle<PangoLayout> layout;
+    CGFloat width = 0; // at the shaped size
+};
+
+bool isShown(std::string_view text, const UIFont& font) {
+    return !text.empty() && font.pointSize > 0;
+}
+
+// From the shaped size to the font's.
+CGFloat enlargement(const UIFont& font) {
+    return std::min(font.pointSize, maximumSize) / shapedSize;
+}
+
+CGFloat toPoints(int units) {
+    return static_cast<CGFloat>(units) / PANGO_SCALE;
+}
+
+int toUnits(CGFloat points) {
+    constexpr CGFloat maximum = 1 << 20; // points; far below the largest int
+    return static_cast<int>(std::floor(std::min(points, maximum) * PANGO_SCALE));
+}
+
+} // namespace
+
+class TextLines::Shaper {
+public:
+    Shaper(std::optional<std::string> family, const std::string& locale)
+        : m_requestedFamily(std::move(family))
+        , m_context(createFontContext(locale)) {}
+
+    CGFloat width(std::string_view text, const UIFont& font) {
+        const LineView view(text, font, notCut);
+        if (const CGFloat* known = m_widths.find(view))
+            return *known;
+        return m_widths.remember(LineKey(view), line(view, text).width, view.text.size());
+    }
+
+    // The line as it stands in that width.
+    const ShapedLine& lineOfWidth(std::string_view text, const UIFont& font, CGFloat width) {
+        const ShapedLine& whole = line(LineView(text, font, notCut), text);
+        if (enlargement(font) * whole.width <= width + widthTolerance)
+            return whole;
+        return line(LineView(text, font, toUnits(width / enlargement(font))), text);
+    }
+
+    const LineMetrics& metrics(const UIFont& font) {
+        const LineView view({}, font, notCut);
+        if (const LineMetrics* known = m_metrics.find(view))
+            return *known;
+        return m_metrics.remember(LineKey(view), measuredMetrics(font.familyName),
+                                  view.family.size());
+    }
+
+    const std::string& systemFamily() {
+        if (m_systemFamily.empty())
+            m_systemFamily = systemFontFamily(m_context.get(), m_requestedFamily);
+        return m_systemFamily;
+    }
+
+private:
+    const ShapedLine& line(const LineView& view, std::string_view text) {
+        if (const ShapedLine* known = m_lines.find(view))
+            return *known;
+        LineKey key(view);
+        ShapedLine line = shaped(text, key.family, key.cutWidth);
+        return m_lines.remember(std::move(key), std::move(line), view.text.size());
+    }
+
+    ShapedLine shaped(std::string_view text, const std::string& family, int cutWidth) {
+        ShapedLine line{ObjectHandle<PangoLayout>(pango_layout_new(m_context.get()))};
+        PangoLayout* layout = line.layout.get();
+        pango_layout_set_font_description(layout, description(family).get());
+        pango_layout_set_single_paragraph_mode(layout, TRUE);
+        if (cutWidth != notCut) {
+            pango_layout_set_ellipsize(layout, PANGO_ELLIPSIZE_END);
+            pango_layout_set_width(layout, cutWidth);
+        }
+        const std::string shown = lineText(text);
+        pango_layout_set_text(layout, shown.data(), static_cast<int>(shown.size()));
+        PangoRectangle extents = {};
+        pango_layout_line_get_extents(pango_layout_get_line_readonly(layout, 0), nullptr, &extents);
+        line.width = std::max(0.0, toPoints(extents.width));
+        return line;
+    }
+
+    LineMetrics measuredMetrics(const std::string& family) {
+        const ObjectHandle<PangoFont> font(
+            pango_context_load_font(m_context.get(), description(family).get()));
+        if (font) {
+            const FontMetricsHandle found(pango_font_get_metrics(font.get(), nullptr));
+            const LineMetrics metrics = {toPoints(pango_font_metrics_get_ascent(found.get())),
+                                         toPoints(pango_font_metrics_get_descent(found.get()))};
+            if (metrics.height() >= shapedSize / 2 && metrics.height() <= shapedSize * 4)
+                return metrics;
+        }
+        // No font at all, or a font whose own figures are nonsense: what most fonts have.
+        return {shapedSize * 0.95, shapedSize * 0.25};
+    }
+
+    FontDescriptionHandle description(const std::string& family) {
+        return describeFont(family.empty() ? systemFamily() : family);
+    }
+
+    std::optional<std::string> m_requestedFamily;
+    std::string m_systemFamily; // empty until the first text
+    ObjectHandle<PangoContext> m_context;
+    // A width is small, a shaped line holds a few kilobytes.
+    LeastRecentlyUsed<LineKey, LineView, CGFloat, LineHash> m_widths{16384, std::size_t{1} << 20};
+    LeastRecentlyUsed<LineKey, LineView, ShapedLine, LineHash> m_lines{512, std::size_t{1} << 16};
+    LeastRecentlyUsed<LineKey, LineView, LineMetrics, LineHash> m_metrics{64, std::size_t{1} << 16};
+};
+
+TextLines::TextLines(std::optional<std::string> family, const std::string& locale)
+    : m_shaper(std::make_unique<Shaper>(std::move(family), locale)) {}
+
+TextLines::~TextLines() = default;
+
+CGSize TextLines::size(std::string_view text, const UIFont& font) {
+    if (!isShown(text, font))
+        return {};
+    return {enlargement(font) * m_shaper->width(text, font),
+            enlargement(font) * m_shaper->metrics(font).height()};
+}
+
+const std::string& TextLines::systemFamily() {
+    return m_shaper->systemFamily();
+}
+
+void TextLines::paint(struct _cairo* context, std::string_view text, const UIFont& font,
+                      const UIColor& color, const CGRect& rect) {
+    if (!isShown(text, font) || !(rect.size.width > 0) || !(rect.size.height > 0))
+        return;
+    const CGFloat scale = enlargement(font);
+    const LineMetrics metrics = m_shaper->metrics(font);
+    const ShapedLine& line = m_shaper->lineOfWidth(text, font, rect.size.width);
+    const CGFloat baseline = CGRectGetMinY(rect) +
+                             (rect.size.height - scale * metrics.height()) / 2 +
+                             scale * metrics.ascent;
+    const bool isWider = scale * line.width > rect.size.width + widthTolerance;
+    cairo_save(context);
+    if (isWider) { // not even the ellipsis has room
+        cairo_new_path(context);
+        cairo_rectangle(context, CGRectGetMinX(rect), CGRectGetMinY(rect), rect.size.width,
+                        rect.size.height);
+        cairo_clip(context);
+    }
+    cairo_set_source_rgba(context, color.red, color.green, color.blue, color.alpha);
+    cairo_move_to(context, CGRectGetMinX(rect), baseline);
+    cairo_scale(context, scale, scale);
+    pango_cairo_show_layout_line(context, pango_layout_get_line_readonly(line.layout.get(), 0));
+    cairo_restore(context);
+    cairo_new_path(context);
+}
+
+} // namespace quorvel::freedesktop

@@ -1,0 +1,41 @@
+#include "hosting/bundle_classes.h"
+
+#include "hosting/process_wide_values.h"
+#include "hosting/quorvel_view_controller_new.h"
+#include "hosting/quorvel_view_controller_new_today.h"
+
+namespace quorvel {
+
+using namespace platform;
+
+namespace {
+
+std::vector<std::string_view> controllerClassNames() {
+    return {QuorvelViewControllerNew::className(), QuorvelViewControllerNewToday::className()};
+}
+
+std::shared_ptr<_SBUIWidgetViewController> makeController(std::string_view className,
+                                                          const Platform& platform) {
+    if (className == QuorvelViewControllerNew::className()) {
+        return std::make_shared<QuorvelViewControllerNew>(platform);
+    }
+    if (className == QuorvelViewControllerNewToday::className()) {
+        return std::make_shared<QuorvelViewControllerNewToday>(platform);
+    }
+    return nullptr;
+}
+
+const KeyValueCoding& processWideValues() {
+    static const ProcessWideValues values;
+    return values;
+}
+
+} // namespace
+
+const WidgetBundle& widgetBundle() {
+    static constexpr WidgetBundle bundle{widgetBundleInterfaceVersion, controllerClassNames,
+                                         makeController, processWideValues};
+    return bundle;
+}
+
+} // namespace quorvel

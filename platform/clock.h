@@ -1,0 +1,14 @@
+// The current moment, as the host tells it.
+#pragma once
+
+#include "platform/ns_date.h"
+
+namespace quorvel::platform {
+
+class Clock {
+public:
+    virtual ~Clock() = default;
+    virtual NSDate now() const = 0;
+};
+
+} // namespace quorvel::platform

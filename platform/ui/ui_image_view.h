@@ -1,0 +1,52 @@
+// A picture, fitted into a rectangle.
+#pragma once
+
+#include <memory>
+
+#include "platform/ui/ui_view.h"
+#include "platform/ui_image.h"
+
+namespace quorvel::platform {
+
+enum class UIViewContentMode {
+    scaleToFill = 0,
+    scaleAspectFit,
+    scaleAspectFill,
+    redraw,
+    center,
+    top,
+    bottom,
+    left,
+    right,
+    topLeft,
+    topRight,
+    bottomLeft,
+    bottomRight,
+};
+
+// The mode's name as a script reads it: "scaleAspectFit" and so on.
+std::string_view contentModeName(UIViewContentMode mode);
+
+// Where a picture of that size stands in the bounds.
+CGRect imageRect(UIViewContentMode mode, CGSize imageSize, const CGRect& bounds);
+
+// Takes no touches until told to.
+class UIImageView : public UIView {
+public:
+    explicit UIImageView(const CGRect& frame = {});
+
+    std::string_view className() const override { return "UIImageView"; }
+
+    const std::shared_ptr<const UIImage>& image() const { return m_image; } // may be null
+    void setImage(std::shared_ptr<const UIImage> image);
+    UIViewContentMode contentMode() const { return m_contentMode; }
+    void setContentMode(UIViewContentMode mode) { m_contentMode = mode; }
+
+    void drawRect(GraphicsContext& context) override;
+
+private:
+    std::shared_ptr<const UIImage> m_image;
+    UIViewContentMode m_contentMode = UIViewContentMode::scaleToFill;
+};
+
+} // namespace quorvel::platform

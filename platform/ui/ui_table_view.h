@@ -1,0 +1,136 @@
+// The plain table: rows under each other, cells for the visible ones only.
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/ui/ns_index_path.h"
+#include "platform/ui/ui_scroll_view.h"
+#include "platform/ui/ui_table_view_cell.h"
+
+namespace quorvel::platform {
+
+class UITableView;
+
+enum class UITableViewStyle { plain = 0 };
+enum class UITableViewCellSeparatorStyle { none = 0, singleLine = 1 };
+
+class UITableViewDataSource {
+public:
+    virtual ~UITableViewDataSource() = default;
+    virtual NSInteger numberOfSectionsInTableView(UITableView*) { return 1; }
+    virtual NSInteger numberOfRowsInSection(UITableView* tableView, NSInteger section) = 0;
+    // Never null.
+    virtual std::shared_ptr<UITableViewCell>
+    cellForRowAtIndexPath(UITableView* tableView, const NSIndexPath& indexPath) = 0;
+};
+
+class UITableViewDelegate : public UIScrollViewDelegate {
+public:
+    // Points.
+    virtual CGFloat heightForRowAtIndexPath(UITableView* tableView,
+                                            const NSIndexPath& indexPath) = 0;
+};
+
+class UITableView : public UIScrollView {
+public:
+    UITableView(const CGRect& frame, UITableViewStyle style);
+
+    std::string_view className() const override { return "UITableView"; }
+    UITableViewStyle style() const { return m_style; }
+
+    // Neither is owned; a table whose data source is gone keeps what it shows and asks nobody.
+    // After a change of either the next layout reloads.
+    void setDataSource(std::weak_ptr<UITableViewDataSource> dataSource);
+    std::shared_ptr<UITableViewDataSource> dataSource() const { return m_dataSource.lock(); }
+    void setDelegate(std::weak_ptr<UITableViewDelegate> delegate);
+
+    UITableViewCellSeparatorStyle separatorStyle() const { return m_separatorStyle; }
+    void setSeparatorStyle(UITableViewCellSeparatorStyle style);
+    const UIColor& separatorColor() const { return m_separatorColor; }
+    void setSeparatorColor(const UIColor& color);
+    const UIEdgeInsets& separatorInset() const { return m_separatorInset; }
+    void setSeparatorInset(const UIEdgeInsets& inset);
+    // Of rows whose height no delegate gives, from the next reload on, and of the empty rows that
+    // fill the table below the last one.
+    CGFloat rowHeight() const { return m_rowHeight; }
+    void setRowHeight(CGFloat height) { m_rowHeight = height; }
+
+    // Asks for the counts and every row's height at once, and for cells at the next layout. A
+    // height that is below zero or no number counts as 0. An offset past the new end moves there.
+    void reloadData();
+    // A cell that is out of use, the one that has been so for the longest; null where there is
+    // none.
+    std::shared_ptr<UITableViewCell> dequeueReusableCellWithIdentifier(std::string_view identifier);
+
+    NSInteger numberOfSections() const;
+    NSInteger numberOfRowsInSection(NSInteger section) const;
+    std::vector<CGFloat> rowHeights() const; // of all rows, in order
+    // The row's rectangle in the table's coordinates; empty for a row that does not exist.
+    CGRect rectForRowAtIndexPath(const NSIndexPath& indexPath) const;
+    // Null where the row has no cell now.
+    std::shared_ptr<UITableViewCell> cellForRowAtIndexPath(const NSIndexPath& indexPath) const;
+    std::vector<std::shared_ptr<UITableViewCell>> visibleCells() const; // top down
+    // Absent where the cell shows no row.
+    std::optional<NSIndexPath> indexPathForCell(const UITableViewCell& cell) const;
+
+    void layoutSubviews() override;
+    void drawRect(GraphicsContext& context) override; // the separators below the last row
+
+private:
+    using Cell = std::shared_ptr<UITableViewCell>;
+
+    // The rows of all sections, one after the other.
+    struct Rows {
+        std::vector<std::size_t> sectionStarts; // the number of its first row; one more at the end
+        std::vector<CGFloat> heights;
+        std::vector<CGFloat> tops; // one more at the end
+
+        CGFloat totalHeight() const { return tops.back(); }
+    };
+    struct RowRange {
+        std::size_t first;
+        std::size_t end;
+    };
+
+    Rows askForRows(UITableViewDataSource& source);
+    CGFloat askForHeight(const NSIndexPath& indexPath);
+    std::optional<std::size_t> rowNumber(const NSIndexPath& indexPath) const;
+    NSIndexPath indexPathOfRow(std::size_t row) const;
+    CGRect rowRect(std::size_t row) const;
+    RowRange rowsInBounds() const;
+
+    void layoutRows();
+    void keepOffsetInside();
+    void takeBackCell(const Cell& cell);
+    void takeBackCellsOutside(const RowRange& range);
+    bool makeMissingCells(const RowRange& range);
+    void forgetCell(const Cell& cell);
+    void placeCells();
+    void removeUnusedCells();
+    std::optional<UITableViewCellSeparator> separator();
+
+    UITableViewStyle m_style;
+    std::weak_ptr<UITableViewDataSource> m_dataSource;
+    std::weak_ptr<UITableViewDelegate> m_tableDelegate;
+    UITableViewCellSeparatorStyle m_separatorStyle = UITableViewCellSeparatorStyle::singleLine;
+    UIColor m_separatorColor;
+    UIEdgeInsets m_separatorInset;
+    CGFloat m_rowHeight = 44;
+
+    Rows m_rows;
+    std::map<std::size_t, Cell> m_cells;                             // by row: those in use
+    std::map<std::string, std::deque<Cell>, std::less<>> m_reusable; // by identifier
+    std::vector<Cell> m_takenBack; // since the last layout; they may still be subviews
+    CGFloat m_laidOutHeight = 0;
+    bool m_needsReload = true;
+    bool m_asking = false; // the data source or the delegate is at work
+};
+
+} // namespace quorvel::platform

@@ -1,0 +1,42 @@
+// A picture: a size in points, a scale, and pixels that only the platform that made them knows.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include "platform/geometry.h"
+
+namespace quorvel::platform {
+
+// The pixels, as the platform that made the picture keeps them. A graphics context paints the
+// pixels of its own platform and passes others over.
+class ImagePixels {
+public:
+    virtual ~ImagePixels() = default;
+};
+
+// Immutable and shared.
+class UIImage {
+public:
+    UIImage(std::shared_ptr<const ImagePixels> pixels, CGSize size, CGFloat scale,
+            std::optional<UIEdgeInsets> capInsets = std::nullopt)
+        : m_pixels(std::move(pixels))
+        , m_size(size)
+        , m_scale(scale)
+        , m_capInsets(capInsets) {}
+
+    CGSize size() const { return m_size; }    // points
+    CGFloat scale() const { return m_scale; } // pixels a point
+    // Borders that keep their size when the picture is stretched, in points; absent: none.
+    const std::optional<UIEdgeInsets>& capInsets() const { return m_capInsets; }
+    const ImagePixels* pixels() const { return m_pixels.get(); }
+
+private:
+    std::shared_ptr<const ImagePixels> m_pixels;
+    CGSize m_size;
+    CGFloat m_scale;
+    std::optional<UIEdgeInsets> m_capInsets;
+};
+
+} // namespace quorvel::platform

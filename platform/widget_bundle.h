@@ -1,0 +1,32 @@
+// What a widget bundle's shared object gives the loader: its classes by name.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace quorvel::platform {
+
+class KeyValueCoding;
+class _SBUIWidgetViewController; // NOLINT(bugprone-reserved-identifier): declared elsewhere
+struct Platform;
+
+// Raised whenever anything that crosses the bundle's border changes its shape.
+inline constexpr std::uint32_t widgetBundleInterfaceVersion = 1;
+
+struct WidgetBundle {
+    std::uint32_t interfaceVersion; // stands first in every version
+    std::vector<std::string_view> (*controllerClassNames)();
+    // Null for a name that is not a controller of the bundle. `platform` outlives the controller.
+    std::shared_ptr<_SBUIWidgetViewController> (*makeController)(std::string_view className,
+                                                                 const Platform& platform);
+    // The bundle's process-wide values, by name.
+    const KeyValueCoding& (*processWideValues)();
+};
+
+// The one symbol that the shared object exports: a function of this type and name.
+using WidgetBundleEntry = const WidgetBundle* (*)();
+inline constexpr const char* widgetBundleEntrySymbol = "quorvelWidgetBundle";
+
+} // namespace quorvel::platform

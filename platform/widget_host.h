@@ -1,0 +1,28 @@
+// The host's own side, as a controller sees it.
+#pragma once
+
+#include "platform/geometry.h"
+
+namespace quorvel::platform {
+
+class SBUIWidgetHost;
+
+// Lays out the list of widgets.
+class SBUIWidgetHostDelegate {
+public:
+    virtual ~SBUIWidgetHostDelegate() = default;
+    virtual bool respondsToDidUpdatePreferredSize() const = 0;
+    virtual void didUpdatePreferredSize(SBUIWidgetHost& widget, CGSize size) = 0;
+};
+
+// Shows one widget. What a host may lack is asked for each time, before it is sent.
+class SBUIWidgetHost {
+public:
+    virtual ~SBUIWidgetHost() = default;
+    virtual SBUIWidgetHostDelegate* delegate() = 0; // may be null
+    virtual bool respondsToInvalidatePreferredViewSize() const = 0;
+    // Asks the host to query preferredViewSize again.
+    virtual void invalidatePreferredViewSize() = 0;
+};
+
+} // namespace quorvel::platform

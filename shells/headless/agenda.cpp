@@ -1,0 +1,158 @@
+#include "shells/headless/agenda.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+#include <variant>
+
+#include "freedesktop/dates/instant_text.h"
+#include "platform/key_value_coding.h"
+#include "platform/ui/ui_label.h"
+#include "platform/ui/ui_table_view.h"
+#include "platform/ui/ui_view.h"
+#include "shells/headless/json.h"
+#include "shells/headless/terminal_text.h"
+#include "shells/headless/widget_session.h"
+
+namespace quorvel::headless {
+
+using platform::CGFloat;
+using platform::CGRect;
+using platform::EKEvent;
+using platform::KeyValueCoding;
+using platform::NSDate;
+using platform::NSIndexPath;
+using platform::NSURL;
+using platform::UILabel;
+using platform::UITableView;
+using platform::UITableViewCell;
+using platform::UIView;
+
+namespace {
+
+// Points of the list that have cells at one time: enough for speed, little for memory.
+constexpr CGFloat pageHeight = 2000;
+
+template <typename Value>
+std::optional<Value> valueOf(const KeyValueCoding& object, std::string_view key) {
+    platform::KeyValue value = object.valueForKey(key);
+    if (auto* held = std::get_if<Value>(&value)) {
+        return std::move(*held);
+    }
+    return std::nullopt;
+}
+
+std::string captionOfCell(const UITableViewCell& cell) {
+    const auto view = valueOf<std::shared_ptr<UIView>>(cell, "relevanceDateLabel");
+    const auto* label = view ? dynamic_cast<const UILabel*>(view->get()) : nullptr;
+    return label != nullptr ? label->text().value_or("") : std::string();
+}
+
+AgendaRow rowOfRecord(const KeyValueCoding& record) {
+    AgendaRow row;
+    row.title = valueOf<std::string>(record, "title");
+    row.location = valueOf<std::string>(record, "location");
+    row.start = valueOf<NSDate>(record, "startDate").value_or(NSDate{});
+    row.end = valueOf<NSDate>(record, "endDate").value_or(NSDate{});
+    row.allDay = valueOf<bool>(record, "isAllDay").value_or(false);
+    if (const auto url = valueOf<NSURL>(record, "URL")) {
+        row.url = url->absoluteString();
+    }
+    return row;
+}
+
+// A record stands for the event at its place among those that the store gave, absent ones left out.
+void addCalendars(std::vector<AgendaRow>& rows, const std::optional<RecordedQuery>& query) {
+    if (!query) {
+        return;
+    }
+    auto row = rows.begin();
+    for (const std::shared_ptr<const EKEvent>& event : query->events) {
+        if (row == rows.end()) {
+            return;
+        }
+        if (event) {
+            row->calendar = event->calendar;
+            ++row;
+        }
+    }
+}
+
+// Makes the row the first of the page and reads what the page shows of it and the rows after it;
+// the number of rows read.
+std::size_t readPageFrom(std::size_t first, UITableView& table, WidgetSession& session,
+                         std::vector<AgendaRow>& rows) {
+    const CGRect rect = table.rectForRowAtIndexPath({0, static_cast<std::int64_t>(first)});
+    table.setContentOffset({0, rect.origin.y});
+    session.layOut();
+    std::size_t next = first;
+    while (next < rows.size()) {
+        const auto cell = table.cellForRowAtIndexPath({0, static_cast<std::int64_t>(next)});
+        if (!cell) {
+            break;
+        }
+        rows[next].caption = captionOfCell(*cell);
+        ++next;
+    }
+    return next - first;
+}
+
+Json instantJson(NSDate date, const freedesktop::TimeZone& zone) {
+    return freedesktop::rfc3339(date, zone);
+}
+
+} // namespace
+
+Agenda readAgenda(WidgetSession& session, CGFloat width) {
+    session.load();
+    session.present();
+    session.resizeView({width, std::min(session.preferredViewSize().height, pageHeight)});
+
+    Agenda agenda;
+    for (const auto& record : session.items()) {
+        agenda.rows.push_back(rowOfRecord(*record));
+    }
+    addCalendars(agenda.rows, session.latestQuery());
+    agenda.showsLocations =
+        valueOf<bool>(session.processWideValues(), "displayLocation").value_or(false);
+    if (UITableView* table = session.table()) {
+        for (std::size_t row = 0; row < agenda.rows.size();) {
+            row += std::max<std::size_t>(readPageFrom(row, *table, session, agenda.rows), 1);
+        }
+    }
+    return agenda;
+}
+
+std::string agendaText(const Agenda& agenda) {
+    if (agenda.rows.empty()) {
+        return "No events.\n";
+    }
+    std::vector<std::vector<std::string>> rows;
+    for (const AgendaRow& row : agenda.rows) {
+        std::vector<std::string> cells{harmlessText(row.caption),
+                                       harmlessText(row.title.value_or(""))};
+        if (agenda.showsLocations) {
+            cells.push_back(harmlessText(row.location.value_or("")));
+        }
+        rows.push_back(std::move(cells));
+    }
+    return textInColumns(rows);
+}
+
+std::string agendaDocument(const Agenda& agenda, const freedesktop::TimeZone& zone) {
+    Json document = Json::array();
+    for (const AgendaRow& row : agenda.rows) {
+        Json& json = document.emplace_back(Json::object());
+        json["caption"] = row.caption;
+        json["title"] = textJson(row.title);
+        json["location"] = textJson(row.location);
+        json["start"] = instantJson(row.start, zone);
+        json["end"] = instantJson(row.end, zone);
+        json["allDay"] = row.allDay;
+        json["calendar"] = row.calendar ? Json(row.calendar->title) : Json(nullptr);
+        json["url"] = textJson(row.url);
+    }
+    return documentText(document);
+}
+
+} // namespace quorvel::headless

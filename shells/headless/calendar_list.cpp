@@ -1,0 +1,62 @@
+#include "shells/headless/calendar_list.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "shells/headless/color_text.h"
+#include "shells/headless/json.h"
+#include "shells/headless/terminal_text.h"
+#include "shells/headless/widget_session.h"
+
+namespace quorvel::headless {
+
+using platform::EKCalendar;
+
+namespace {
+
+bool wasSearched(const EKCalendar& calendar, const std::optional<RecordedQuery>& query) {
+    return query && std::ranges::any_of(query->predicate.calendars, [&](const auto& searched) {
+               return searched && searched->calendarIdentifier == calendar.calendarIdentifier;
+           });
+}
+
+} // namespace
+
+std::vector<ListedCalendar> readCalendars(WidgetSession& session) {
+    session.load();
+    session.present();
+    const std::optional<RecordedQuery> query = session.latestQuery();
+    std::vector<ListedCalendar> calendars;
+    for (const auto& calendar : session.platform().calendarStores.makeEventStore()->calendars()) {
+        calendars.push_back({calendar, wasSearched(*calendar, query)});
+    }
+    return calendars;
+}
+
+std::string calendarsText(const std::vector<ListedCalendar>& calendars) {
+    if (calendars.empty()) {
+        return "No calendars.\n";
+    }
+    std::vector<std::vector<std::string>> rows{{"IDENTIFIER", "TITLE", "COLOR", "SELECTED"}};
+    for (const ListedCalendar& listed : calendars) {
+        const EKCalendar& calendar = *listed.calendar;
+        rows.push_back({harmlessText(calendar.calendarIdentifier), harmlessText(calendar.title),
+                        calendar.CGColor ? colorText(*calendar.CGColor) : "-",
+                        listed.isSelected ? "yes" : "no"});
+    }
+    return textInColumns(rows);
+}
+
+std::string calendarsDocument(const std::vector<ListedCalendar>& calendars) {
+    Json document = Json::array();
+    for (const ListedCalendar& listed : calendars) {
+        Json& json = document.emplace_back(Json::object());
+        json["identifier"] = listed.calendar->calendarIdentifier;
+        json["title"] = listed.calendar->title;
+        json["color"] = colorJson(listed.calendar->CGColor);
+        json["selected"] = listed.isSelected;
+    }
+    return documentText(document);
+}
+
+} // namespace quorvel::headless

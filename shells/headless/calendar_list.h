@@ -1,0 +1,26 @@
+// The calendars in the store's order, for people and for scripts.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/calendar_store.h"
+
+namespace quorvel::headless {
+
+class WidgetSession;
+
+struct ListedCalendar {
+    std::shared_ptr<const platform::EKCalendar> calendar; // never null
+    bool isSelected = false; // whether the widget searched it when it was presented
+};
+
+// Loads the widget and presents it once, to see which calendars it searches.
+std::vector<ListedCalendar> readCalendars(WidgetSession& session);
+
+std::string calendarsText(const std::vector<ListedCalendar>& calendars);
+// An array of {"identifier", "title", "color", "selected"}.
+std::string calendarsDocument(const std::vector<ListedCalendar>& calendars);
+
+} // namespace quorvel::headless

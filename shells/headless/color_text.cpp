@@ -1,0 +1,103 @@
+#include "shells/headless/color_text.h"
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <utility>
+
+namespace quorvel::headless {
+
+using platform::CGFloat;
+using platform::UIColor;
+
+namespace {
+
+unsigned byteOf(CGFloat component) {
+    // Written so that a component that is no number counts as 0.
+    if (!(component > 0)) {
+        return 0;
+    }
+    return component >= 1 ? 255U : static_cast<unsigned>(std::lround(component * 255));
+}
+
+std::optional<unsigned> hexDigit(char character) {
+    if (character >= '0' && character <= '9') {
+        return static_cast<unsigned>(character - '0');
+    }
+    const char lower = static_cast<char>(character | 0x20);
+    if (lower >= 'a' && lower <= 'f') {
+        return static_cast<unsigned>(lower - 'a') + 10;
+    }
+    return std::nullopt;
+}
+
+std::optional<UIColor> parseHexadecimal(std::string_view digits) {
+    const bool isShort = digits.size() == 3;
+    if (!isShort && digits.size() != 6 && digits.size() != 8) {
+        return std::nullopt;
+    }
+    std::array<unsigned, 4> bytes{0, 0, 0, 255};
+    const std::size_t width = isShort ? 1 : 2;
+    for (std::size_t index = 0; index < digits.size(); ++index) {
+        const std::optional<unsigned> digit = hexDigit(digits[index]);
+        if (!digit) {
+            return std::nullopt;
+        }
+        unsigned& byte = bytes[index / width];
+        const bool isFirst = index % width == 0;
+        byte = isShort ? *digit * 17 : (isFirst ? *digit : byte * 16 + *digit);
+    }
+    return UIColor{bytes[0] / 255.0, bytes[1] / 255.0, bytes[2] / 255.0, bytes[3] / 255.0};
+}
+
+bool equalsIgnoringCase(std::string_view text, std::string_view lower) {
+    if (text.size() != lower.size()) {
+        return false;
+    }
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        const char character = text[index];
+        const bool isCapital = character >= 'A' && character <= 'Z';
+        if ((isCapital ? static_cast<char>(character | 0x20) : character) != lower[index]) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// The names and values of the basic colours of style sheets, and a few more that people try.
+constexpr std::array<std::pair<std::string_view, std::string_view>, 26> namedColors{{
+    {"black", "000000"},   {"silver", "c0c0c0"}, {"gray", "808080"},    {"grey", "808080"},
+    {"white", "ffffff"},   {"maroon", "800000"}, {"red", "ff0000"},     {"purple", "800080"},
+    {"fuchsia", "ff00ff"}, {"green", "008000"},  {"lime", "00ff00"},    {"olive", "808000"},
+    {"yellow", "ffff00"},  {"navy", "000080"},   {"blue", "0000ff"},    {"teal", "008080"},
+    {"aqua", "00ffff"},    {"orange", "ffa500"}, {"pink", "ffc0cb"},    {"brown", "a52a2a"},
+    {"cyan", "00ffff"},    {"magenta", "ff00ff"}, {"gold", "ffd700"},   {"indigo", "4b0082"},
+    {"darkgray", "a9a9a9"}, {"transparent", "00000000"},
+}};
+
+} // namespace
+
+std::string colorText(const UIColor& color) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string text = "#";
+    for (const CGFloat component : {color.red, color.green, color.blue, color.alpha}) {
+        const unsigned byte = byteOf(component);
+        text += digits[byte / 16];
+        text += digits[byte % 16];
+    }
+    return text;
+}
+
+std::optional<UIColor> parseColor(std::string_view text) {
+    if (text.starts_with('#')) {
+        return parseHexadecimal(text.substr(1));
+    }
+    for (const auto& [name, digits] : namedColors) {
+        if (equalsIgnoringCase(text, name)) {
+            return parseHexadecimal(digits);
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace quorvel::headless

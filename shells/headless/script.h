@@ -1,0 +1,51 @@
+// The steps of a script of host events.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "platform/geometry.h"
+#include "platform/ns_date.h"
+
+namespace quorvel::freedesktop {
+class TimeZone;
+} // namespace quorvel::freedesktop
+
+namespace quorvel::headless {
+
+struct PresentStep {};
+struct DismissStep {};
+struct SizeStep {};
+struct LayoutStep {
+    platform::CGSize size; // points
+};
+struct ScrollStep {
+    platform::CGFloat offset = 0; // points
+};
+struct PreferencesStep {
+    std::string folder;
+};
+struct CalendarsStep {
+    std::string source;
+};
+struct NowStep {
+    platform::NSDate date;
+};
+
+struct Step {
+    std::string text; // as it was written
+    std::variant<PresentStep, DismissStep, SizeStep, LayoutStep, ScrollStep, PreferencesStep,
+                 CalendarsStep, NowStep>
+        action;
+};
+
+// An instant without an offset is read in `zone`. Throws UsageError.
+Step parseStep(std::string_view text, const freedesktop::TimeZone& zone);
+
+// A whole decimal number, with or without a fraction or an exponent, that is finite; throws
+// UsageError naming `what`.
+double parseNumber(std::string_view text, std::string_view what);
+
+} // namespace quorvel::headless

@@ -1,0 +1,222 @@
+// How the agenda view is built, filled and refilled.
+#include "agenda/quorvel_view.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/ui/ui_image_view.h"
+#include "tests/agenda/agenda_fixture.h"
+
+namespace quorvel {
+namespace {
+
+using namespace platform;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class QuorvelViewTest : public AgendaFixture {
+protected:
+    QuorvelViewTest() {
+        setSettings({});
+        setStockPreferences();
+    }
+
+    UITableView& table() { return *view->itemsTableView(); }
+
+    std::shared_ptr<QuorvelView> view =
+        std::make_shared<QuorvelView>(platform(), CGRectMake(0, 0, 320, 300));
+};
+
+TEST_F(QuorvelViewTest, StartsWithoutATable) {
+    EXPECT_EQ(view->className(), "QuorvelView");
+    EXPECT_EQ(view->frame(), CGRectMake(0, 0, 320, 300));
+    EXPECT_EQ(view->itemsTableView(), nullptr);
+    EXPECT_THAT(view->items(), IsEmpty());
+    EXPECT_THAT(view->subviews(), IsEmpty());
+    EXPECT_EQ(view->totalItemsHeight(), -1);
+    EXPECT_THAT(memory.preferences.reads, IsEmpty());
+}
+
+TEST_F(QuorvelViewTest, BuildsItsTable) {
+    addEvent("Lunch", at(0, 12));
+    view->loadFullView();
+    ASSERT_THAT(view->subviews(), ElementsAre(view->itemsTableView()));
+    EXPECT_EQ(table().style(), UITableViewStyle::plain);
+    EXPECT_EQ(table().frame(), CGRectMake(0, 0, 320, 300));
+    EXPECT_EQ(table().autoresizingMask(), 18U);
+    EXPECT_EQ(table().backgroundColor(), UIColor::clearColor());
+    EXPECT_EQ(table().separatorStyle(), UITableViewCellSeparatorStyle::singleLine);
+    EXPECT_EQ(table().dataSource(), view);
+    EXPECT_EQ(table().numberOfRowsInSection(0), 1);
+    EXPECT_THAT(table().rowHeights(), ElementsAre(43.5));
+}
+
+TEST_F(QuorvelViewTest, LoadsSettingsBeforeItGathers) {
+    view->loadFullView();
+    EXPECT_THAT(memory.preferences.reads,
+                ElementsAre("dictionary " + std::string(settingsFilePath),
+                            "dictionary " + std::string(stockCalendarPreferencesPath)));
+    view->reloadItems();
+    EXPECT_THAT(memory.preferences.reads, SizeIs(4));
+    EXPECT_EQ(memory.preferences.reads[2], memory.preferences.reads[0]);
+    EXPECT_EQ(memory.calendarStores.storesMade, 2U);
+}
+
+TEST_F(QuorvelViewTest, FitsTheTableIntoItsBounds) {
+    view->setBounds(CGRectMake(0, 0, 200, 100));
+    view->loadFullView();
+    EXPECT_EQ(table().frame(), CGRectMake(0, 0, 200, 100));
+    view->setFrame(CGRectMake(5, 5, 320, 350));
+    EXPECT_EQ(table().frame(), CGRectMake(0, 0, 320, 350));
+}
+
+TEST_F(QuorvelViewTest, IsEmptyWithoutEvents) {
+    view->loadFullView();
+    EXPECT_THAT(view->items(), IsEmpty());
+    EXPECT_EQ(table().numberOfSections(), 1);
+    EXPECT_EQ(table().numberOfRowsInSection(0), 0);
+    EXPECT_EQ(view->totalItemsHeight(), -1);
+}
+
+TEST_F(QuorvelViewTest, LimitsScrollingOnlyFromTheFirstReloadOn) {
+    setSettings({{"limitMaxHeight", plist(false)}});
+    view->loadFullView();
+    EXPECT_TRUE(table().isScrollEnabled());
+    view->reloadItems();
+    EXPECT_FALSE(table().isScrollEnabled());
+    setSettings({{"limitMaxHeight", plist(true)}});
+    view->reloadItems();
+    EXPECT_TRUE(table().isScrollEnabled());
+}
+
+TEST_F(QuorvelViewTest, LeavesScrollingAloneWhereSettingsCannotBeRead) {
+    view->loadFullView();
+    memory.preferences.foundationVersion = 1048;
+    view->reloadItems();
+    EXPECT_TRUE(table().isScrollEnabled());
+}
+
+TEST_F(QuorvelViewTest, ShowsSeparatorsFromTheNextReloadOn) {
+    setSettings({{"showSeparatorLines", plist(false)}});
+    view->loadFullView();
+    EXPECT_EQ(table().separatorStyle(), UITableViewCellSeparatorStyle::none);
+    setSettings({{"showSeparatorLines", plist(true)}});
+    EXPECT_EQ(table().separatorStyle(), UITableViewCellSeparatorStyle::none);
+    view->reloadItems();
+    EXPECT_EQ(table().separatorStyle(), UITableViewCellSeparatorStyle::singleLine);
+}
+
+TEST_F(QuorvelViewTest, ReloadsIntoTheSameTable) {
+    view->loadFullView();
+    const auto first = view->itemsTableView();
+    addEvent("Lunch", at(0, 12));
+    EXPECT_THAT(view->items(), IsEmpty());
+    view->reloadItems();
+    EXPECT_THAT(view->items(), SizeIs(1));
+    EXPECT_EQ(view->itemsTableView(), first);
+    EXPECT_EQ(first->numberOfRowsInSection(0), 1);
+    EXPECT_THAT(view->subviews(), SizeIs(1));
+}
+
+TEST_F(QuorvelViewTest, ReloadsWhenItsHostSaysThatItAppears) {
+    view->loadFullView();
+    addEvent("Lunch", at(0, 12));
+    view->viewWillAppear();
+    EXPECT_THAT(view->items(), SizeIs(1));
+}
+
+TEST_F(QuorvelViewTest, ReloadsWithoutATable) {
+    addEvent("Lunch", at(0, 12));
+    view->reloadItems();
+    EXPECT_THAT(view->items(), SizeIs(1));
+    EXPECT_EQ(view->itemsTableView(), nullptr);
+}
+
+TEST_F(QuorvelViewTest, PutsASecondTableOverTheFirst) {
+    addEvent("Lunch", at(0, 12));
+    view->loadFullView();
+    const auto first = view->itemsTableView();
+    addEvent("Tea", at(0, 16));
+    view->loadFullView();
+    const auto second = view->itemsTableView();
+    EXPECT_NE(first, second);
+    EXPECT_THAT(view->subviews(), ElementsAre(first, second));
+    EXPECT_EQ(first->dataSource(), view);
+    EXPECT_EQ(first->numberOfRowsInSection(0), 1);
+    EXPECT_EQ(second->numberOfRowsInSection(0), 2);
+
+    addEvent("Dinner", at(0, 19));
+    view->reloadItems();
+    EXPECT_EQ(first->numberOfRowsInSection(0), 1);
+    EXPECT_EQ(second->numberOfRowsInSection(0), 3);
+}
+
+TEST_F(QuorvelViewTest, LimitsScrollingOfTheFirstTableInASecondLoad) {
+    view->loadFullView();
+    const auto first = view->itemsTableView();
+    view->loadFullView();
+    EXPECT_FALSE(first->isScrollEnabled());
+    EXPECT_TRUE(view->itemsTableView()->isScrollEnabled());
+}
+
+TEST_F(QuorvelViewTest, PutsTheBackgroundPictureOnTop) {
+    view->loadFullView();
+    const auto picture = memory::makeImage({10, 10});
+    view->setBackgroundImage(picture);
+    ASSERT_THAT(view->subviews(), SizeIs(2));
+    const auto first = std::dynamic_pointer_cast<UIImageView>(view->subviews()[1]);
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->image(), picture);
+
+    const auto other = memory::makeImage({20, 20});
+    view->setBackgroundImage(other);
+    EXPECT_THAT(view->subviews(), ElementsAre(view->itemsTableView(), first));
+    EXPECT_EQ(first->image(), other);
+
+    view->setBackgroundImage(nullptr);
+    EXPECT_THAT(view->subviews(), ElementsAre(view->itemsTableView()));
+    view->setBackgroundImage(nullptr);
+
+    view->setBackgroundImage(picture);
+    ASSERT_THAT(view->subviews(), SizeIs(2));
+    EXPECT_NE(view->subviews()[1], first);
+}
+
+TEST_F(QuorvelViewTest, InsetsTheBackgroundPicture) {
+    view->setBackgroundImage(memory::makeImage({10, 10}));
+    view->setNeedsLayout();
+    view->layoutIfNeeded();
+    EXPECT_EQ(view->subviews()[0]->frame(), CGRectMake(2, 0, 316, 300));
+}
+
+TEST_F(QuorvelViewTest, TakesItsBackgroundPictureAlong) {
+    view->loadFullView();
+    view->setBackgroundImage(memory::makeImage({10, 10}));
+    const auto table = view->itemsTableView();
+    const auto background = view->subviews()[1];
+    view.reset();
+    EXPECT_EQ(background->superview(), nullptr);
+    EXPECT_EQ(table->superview(), nullptr);
+    EXPECT_EQ(table->dataSource(), nullptr);
+    table->reloadData();
+    table->layoutIfNeeded();
+}
+
+TEST_F(QuorvelViewTest, NamesItsValues) {
+    memory.imageFiles.images["/star.png"] = memory::makeImage({20, 20});
+    setSettings({{"swipeAction", plist(3)}, {"iconFile", plist("/star.png")}});
+    addEvent("Lunch", at(0, 12));
+    EXPECT_EQ(view->valueForKey("icon").index(), 0U);
+    view->loadFullView();
+    EXPECT_THAT(view->keys(), ElementsAre("swipeAction", "icon", "items"));
+    EXPECT_EQ(std::get<std::int64_t>(view->valueForKey("swipeAction")), 3);
+    EXPECT_EQ(std::get<std::shared_ptr<const UIImage>>(view->valueForKey("icon")), view->icon());
+    const auto items =
+        std::get<std::vector<std::shared_ptr<const KeyValueCoding>>>(view->valueForKey("items"));
+    ASSERT_THAT(items, SizeIs(1));
+    EXPECT_EQ(std::get<std::string>(items[0]->valueForKey("title")), "Lunch");
+    EXPECT_EQ(view->valueForKey("table").index(), 0U);
+}
+
+} // namespace
+} // namespace quorvel

@@ -1,0 +1,116 @@
+#include "app/command_line.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "app/help.h"
+#include "shells/headless/usage_error.h"
+
+namespace quorvel::app {
+namespace {
+
+using headless::UsageError;
+
+CommandLine parsed(std::vector<const char*> arguments) {
+    arguments.insert(arguments.begin(), "quorvel");
+    return parseCommandLine(static_cast<int>(arguments.size()), arguments.data());
+}
+
+std::string complaint(const std::vector<const char*>& arguments) {
+    try {
+        parsed(arguments);
+    } catch (const UsageError& error) {
+        return error.what();
+    }
+    return "no complaint";
+}
+
+TEST(CommandLine, TakesOptionsOnBothSidesOfTheCommand) {
+    for (const auto& line : {parsed({"--now", "2026-03-10", "agenda", "--json"}),
+                             parsed({"--json", "agenda", "--now=2026-03-10"})}) {
+        EXPECT_EQ(line.command, Command::agenda);
+        EXPECT_EQ(line.now, "2026-03-10");
+        EXPECT_TRUE(line.json);
+    }
+}
+
+TEST(CommandLine, CollectsWhatMayBeRepeated) {
+    const auto line = parsed({"--calendars", "a", "inspect", "--do", "size", "--do", "layout:1,2",
+                              "--calendars", "[b]"});
+    EXPECT_EQ(line.calendars, (std::vector<std::string>{"a", "[b]"}));
+    EXPECT_EQ(line.steps, (std::vector<std::string>{"size", "layout:1,2"}));
+}
+
+TEST(CommandLine, TakesTheLastOfWhatIsSaidTwice) {
+    EXPECT_EQ(parsed({"agenda", "--width", "100", "--width", "200"}).width, 200);
+}
+
+TEST(CommandLine, LeavesWhatIsNotSaidOpen) {
+    const auto line = parsed({"snapshot", "-o", "x.png"});
+    EXPECT_EQ(line.output, "x.png");
+    EXPECT_FALSE(line.width);
+    EXPECT_FALSE(line.scale);
+    EXPECT_FALSE(line.foundationVersion);
+    EXPECT_FALSE(line.background);
+    EXPECT_FALSE(line.preferences);
+    EXPECT_TRUE(line.controller.empty());
+}
+
+TEST(CommandLine, GivesHelpWithAndWithoutACommand) {
+    EXPECT_TRUE(parsed({"--help"}).wantsHelp);
+    EXPECT_TRUE(parsed({"snapshot", "-h"}).wantsHelp);
+    EXPECT_TRUE(parsed({"--version"}).wantsVersion);
+}
+
+TEST(CommandLine, SaysInOneLineWhatIsWrong) {
+    EXPECT_EQ(complaint({}), "no command: see 'quorvel --help'");
+    EXPECT_EQ(complaint({"agendas"}), "unknown command 'agendas': see 'quorvel --help'");
+    EXPECT_EQ(complaint({"show"}), "unknown command 'show': see 'quorvel --help'");
+    EXPECT_EQ(complaint({"agenda", "--wide"}), "unknown option '--wide': see 'quorvel --help'");
+    EXPECT_EQ(complaint({"agenda", "-x"}), "unknown option '-x': see 'quorvel --help'");
+    EXPECT_EQ(complaint({"agenda", "inspect"}),
+              "'inspect' is one argument too many: see 'quorvel --help'");
+    EXPECT_EQ(complaint({"agenda", "--now"}),
+              "the option --now needs a value: see 'quorvel --help'");
+    EXPECT_EQ(complaint({"agenda", "--calendars"}),
+              "the option --calendars needs a value: see 'quorvel --help'");
+    EXPECT_EQ(complaint({"agenda", "--json=maybe"}),
+              "the option --json takes no such value: see 'quorvel --help'");
+    EXPECT_EQ(complaint({"agenda", "--scale", "2"}),
+              "the option --scale is not one of agenda: see 'quorvel agenda --help'");
+    EXPECT_EQ(complaint({"snapshot", "--json", "-o", "x.png"}),
+              "the option --json is not one of snapshot: see 'quorvel snapshot --help'");
+    EXPECT_EQ(complaint({"snapshot"}),
+              "no file to draw to: name one with -o, ending in .png, .svg or .pdf");
+    EXPECT_EQ(complaint({"agenda", "--width", "wide"}),
+              "the width cannot be 'wide': give a decimal number");
+    EXPECT_EQ(complaint({"agenda", "--width", "-5"}),
+              "the width cannot be '-5': give a number above 0 and up to 100000");
+    EXPECT_EQ(complaint({"snapshot", "-o", "x.png", "--scale", "0"}),
+              "the scale cannot be '0': give a number above 0 and up to 64");
+    EXPECT_EQ(complaint({"agenda", "--width", "nan"}),
+              "the width cannot be 'nan': give a decimal number");
+    EXPECT_EQ(complaint({"agenda", "--foundation-version", "new"}),
+              "the Foundation version cannot be 'new': give a decimal number");
+}
+
+TEST(CommandLine, PassesEmptyValuesOn) {
+    EXPECT_EQ(parsed({"agenda", "--timezone", ""}).timeZone, "");
+    EXPECT_EQ(parsed({"agenda", "--calendars", ""}).calendars, std::vector<std::string>{""});
+}
+
+TEST(Help, NamesEveryOptionOfACommand) {
+    EXPECT_NE(commandHelp(Command::snapshot).find("--background"), std::string::npos);
+    EXPECT_EQ(commandHelp(Command::agenda).find("--background"), std::string::npos);
+    EXPECT_NE(commandHelp(Command::inspect).find("preferences:DIR"), std::string::npos);
+    for (const Command command :
+         {Command::agenda, Command::snapshot, Command::calendars, Command::inspect}) {
+        EXPECT_NE(commandHelp(command).find("--timezone ID"), std::string::npos);
+        EXPECT_NE(programHelp().find(commandName(command)), std::string::npos);
+    }
+}
+
+} // namespace
+} // namespace quorvel::app

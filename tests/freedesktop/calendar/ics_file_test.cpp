@@ -1,0 +1,165 @@
+// What is kept of a text, and what is named as wrong with it.
+#include "freedesktop/calendar/ics_file.h"
+
+#include <gtest/gtest.h>
+
+namespace quorvel::freedesktop::ics {
+namespace {
+
+IcsFile read(std::string_view text) {
+    return readIcsFile(text, [](std::string_view name) { return name == "Europe/Berlin"; });
+}
+
+std::string calendar(const std::string& content) {
+    return "BEGIN:VCALENDAR\r\n" + content + "END:VCALENDAR\r\n";
+}
+
+std::string event(const std::string& uid,
+                  const std::string& more = "DTSTART:20240101T100000Z\r\n") {
+    return "BEGIN:VEVENT\r\nUID:" + uid + "\r\n" + more + "END:VEVENT\r\n";
+}
+
+std::string uidsOf(const IcsFile& file) {
+    std::string result;
+    for (const IcsEvent& one : file.events) {
+        result += (result.empty() ? "" : " ") + std::string(file.slice(one.uid));
+    }
+    return result;
+}
+
+std::string problemsOf(const IcsFile& file) {
+    std::string result;
+    for (const FileProblem& problem : file.problems) {
+        result += std::to_string(problem.line) + ": " + problem.what + "\n";
+    }
+    return result;
+}
+
+TEST(IcsFile, KeepsEventsOnly) {
+    const IcsFile file =
+        read(calendar("BEGIN:VTODO\r\nUID:t\r\nDTSTART:20240101\r\nEND:VTODO\r\n" + event("a") +
+                      "BEGIN:VJOURNAL\r\nUID:j\r\nEND:VJOURNAL\r\n" + event("b")));
+    EXPECT_EQ(uidsOf(file), "a b");
+    EXPECT_EQ(problemsOf(file), "");
+}
+
+TEST(IcsFile, PassesOverWhatStandsInAnAlarm) {
+    const IcsFile file =
+        read(calendar(event("a", "DTSTART:20240101T100000Z\r\nBEGIN:VALARM\r\nSUMMARY:alarm\r\n"
+                                 "DURATION:PT5M\r\nUID:x\r\nEND:VALARM\r\nSUMMARY:right\r\n")));
+    ASSERT_EQ(uidsOf(file), "a");
+    EXPECT_EQ(file.slice(*file.events[0].title), "right");
+    EXPECT_FALSE(file.events[0].duration);
+}
+
+TEST(IcsFile, ReadsNameAndColourOfTheCalendarOnly) {
+    const IcsFile file = read(calendar("X-WR-CALNAME:My\\, own\r\nCOLOR:red\r\n" +
+                                       event("a", "DTSTART:20240101\r\nCOLOR:blue\r\n")));
+    EXPECT_EQ(file.calendarName, "My, own");
+    EXPECT_EQ(file.calendarColour, "red");
+}
+
+TEST(IcsFile, SkipsAndNamesMalformedEvents) {
+    const IcsFile file =
+        read(calendar(event("a") + event("b", "DTSTART:20240231\r\n") +
+                      event("c", "SUMMARY:x\r\n") + event("d", "DTSTART:20241301T000000\r\n") +
+                      event("e", "DTSTART:20240101\r\nDURATION:long\r\n") + event("f")));
+    EXPECT_EQ(uidsOf(file), "a f");
+    EXPECT_EQ(problemsOf(file),
+              "8: an event is left out, its DTSTART cannot be read: \"20240231\"\n"
+              "10: an event without DTSTART is left out\n"
+              "16: an event is left out, its DTSTART cannot be read: \"20241301T000000\"\n"
+              "21: an event is left out, its DURATION cannot be read: \"long\"\n");
+}
+
+TEST(IcsFile, ThatEndsInTheMiddleKeepsWholeEvents) {
+    const IcsFile file =
+        read("BEGIN:VCALENDAR\r\n" + event("a") + "BEGIN:VEVENT\r\nUID:b\r\nDTSTART:2024");
+    EXPECT_EQ(uidsOf(file), "a");
+    EXPECT_NE(problemsOf(file).find("6: an event without END:VEVENT"), std::string::npos)
+        << problemsOf(file);
+    EXPECT_EQ(problemsOf(read("BEGIN:VCALENDAR\r\n" + event("a"))),
+              "5: the file ends before END:VCALENDAR\n");
+}
+
+TEST(IcsFile, ThatIsNoCalendarIsNamed) {
+    EXPECT_EQ(problemsOf(read("")), "0: the file is empty\n");
+    EXPECT_EQ(problemsOf(read("<html>\n<body>\n")), "1: no calendar: BEGIN:VCALENDAR is missing\n");
+}
+
+TEST(IcsFile, NamesLinesThatAreNone) {
+    const IcsFile file =
+        read(calendar(event("a", "DTSTART:20240101\r\nDESCRIPTION:one\r\ntwo\r\n")));
+    EXPECT_EQ(uidsOf(file), "a");
+    EXPECT_EQ(problemsOf(file), "6: a line without a name and a value: \"two\"\n");
+}
+
+TEST(IcsFile, ReadsAnyLineBreaks) {
+    std::string text = calendar(event("a") + event("b"));
+    for (const std::string& lineBreak : {"\n", "\r"}) {
+        std::string other = text;
+        for (std::size_t at = other.find("\r\n"); at != std::string::npos;
+             at = other.find("\r\n")) {
+            other.replace(at, 2, lineBreak);
+        }
+        EXPECT_EQ(uidsOf(read(other)), "a b");
+        EXPECT_EQ(uidsOf(read("\xEF\xBB\xBF" + other)), "a b");
+    }
+}
+
+TEST(IcsFile, MakesUpAStableUid) {
+    const std::string text =
+        calendar("BEGIN:VEVENT\r\nDTSTART:20240101\r\nSUMMARY:x\r\nEND:VEVENT\r\n");
+    EXPECT_EQ(uidsOf(read(text)), uidsOf(read(text)));
+    EXPECT_EQ(uidsOf(read(text)).substr(0, 7), "no-uid-");
+}
+
+TEST(IcsFile, BoundsTheDaysOfAnEvent) {
+    const auto days = [](const std::string& more) {
+        const IcsFile file = read(calendar(event("a", more)));
+        const std::int64_t start = civilDays(file.events.at(0).start.civil);
+        return std::pair(file.events[0].firstDay - start, file.events[0].lastDay - start);
+    };
+    EXPECT_EQ(days("DTSTART:20240101T100000Z\r\n"), std::pair(std::int64_t{-2}, std::int64_t{3}));
+    EXPECT_EQ(days("DTSTART:20240101\r\nDTEND:20240111\r\n").second, 13);
+    EXPECT_EQ(days("DTSTART:20240101\r\nRRULE:FREQ=DAILY;UNTIL=20240201\r\n").second, 34);
+    EXPECT_GT(days("DTSTART:20240101\r\nRRULE:FREQ=DAILY\r\n").second, 1000000);
+    EXPECT_EQ(days("DTSTART:20240111\r\nRDATE;VALUE=DATE:20240101,20240301\r\n"),
+              std::pair(std::int64_t{-12}, std::int64_t{53}));
+}
+
+TEST(IcsFile, KeepsDefinitionsOfUnknownZonesOnly) {
+    const auto zone = [](const std::string& name) {
+        return "BEGIN:VTIMEZONE\r\nTZID:" + name +
+               "\r\nBEGIN:STANDARD\r\nDTSTART:19700101T000000\r\nTZOFFSETFROM:+0000\r\n"
+               "TZOFFSETTO:-0330\r\nRDATE:20000101T000000\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\n";
+    };
+    const IcsFile file = read(calendar(zone("Europe/Berlin") + zone("Own") + event("a")));
+    EXPECT_EQ(uidsOf(file), "a");
+    ASSERT_EQ(file.zones.size(), 1U);
+    EXPECT_EQ(file.zones[0].name, "Own");
+    ASSERT_EQ(file.zones[0].observances.size(), 1U);
+    EXPECT_EQ(file.zones[0].observances[0].offsetTo, -12600);
+    EXPECT_EQ(file.zones[0].observances[0].dates.size(), 1U);
+}
+
+TEST(IcsFile, OfHostileShapeIsReadInALine) {
+    std::string nested = "BEGIN:VCALENDAR\r\n";
+    for (int i = 0; i < 300000; ++i) {
+        nested += "BEGIN:VALARM\r\n";
+    }
+    EXPECT_EQ(uidsOf(read(nested + event("a"))), "a");
+    const std::string title(3U << 20U, 'x');
+    const IcsFile file =
+        read(calendar(event("a", "DTSTART:20240101\r\nSUMMARY:" + title + "\r\n")));
+    ASSERT_EQ(uidsOf(file), "a");
+    EXPECT_EQ(file.slice(*file.events[0].title).size(), title.size());
+    std::string folded = "DTSTART:20240101\r\nSUMMARY:";
+    for (int i = 0; i < 300000; ++i) {
+        folded += "\r\n x";
+    }
+    EXPECT_EQ(uidsOf(read(calendar(event("a", folded + "\r\n")))), "a");
+}
+
+} // namespace
+} // namespace quorvel::freedesktop::ics

@@ -1,0 +1,64 @@
+// Locales as users, desktops and libraries write them.
+#include "freedesktop/dates/locale_names.h"
+
+#include <gtest/gtest.h>
+
+namespace quorvel::freedesktop {
+namespace {
+
+std::string canonical(std::string_view name) {
+    return canonicalLocale(name).value_or("absent");
+}
+
+TEST(LocaleNames, AreMadeCanonical) {
+    EXPECT_EQ(canonical("de_DE"), "de_DE");
+    EXPECT_EQ(canonical("de-DE"), "de_DE");
+    EXPECT_EQ(canonical("de_de"), "de_DE");
+    EXPECT_EQ(canonical("DE"), "de");
+    EXPECT_EQ(canonical("de_DE.UTF-8"), "de_DE");
+    EXPECT_EQ(canonical("de_DE@euro"), "de_DE");
+    EXPECT_EQ(canonical("de_DE.ISO-8859-15@euro"), "de_DE");
+    EXPECT_EQ(canonical("zh-Hant-TW"), "zh_Hant_TW");
+    EXPECT_EQ(canonical("zh_TW.Big5"), "zh_TW");
+    EXPECT_EQ(canonical("es_419"), "es_419");
+    EXPECT_EQ(canonical("sq_XK"), "sq_XK");
+    EXPECT_EQ(canonical("eo"), "eo");
+    EXPECT_EQ(canonical("en_"), "en");
+    EXPECT_EQ(canonical("no_NO"), "no_NO");
+    EXPECT_EQ(canonical("iw_IL"), "iw_IL");
+}
+
+TEST(LocaleNames, KeepScriptsAndExtensions) {
+    EXPECT_EQ(canonical("sr_RS@latin"), "sr_Latn_RS");
+    EXPECT_EQ(canonical("uz_UZ@cyrillic"), "uz_Cyrl_UZ");
+    EXPECT_EQ(canonical("ca_ES.UTF-8@valencia"), "ca_ES_VALENCIA");
+    EXPECT_EQ(canonical("en-US-u-hc-h23"), "en_US@hours=h23");
+    EXPECT_EQ(canonical("en_US@hours=h23"), "en_US@hours=h23");
+}
+
+TEST(LocaleNames, PosixLocaleIsAmericanEnglish) {
+    for (const char* name : {"C", "POSIX", "C.UTF-8", "C.utf8"}) {
+        EXPECT_EQ(canonical(name), "en_US_POSIX") << name;
+    }
+}
+
+TEST(LocaleNames, UnknownOnesAreRefused) {
+    for (const char* name : {"", "xx_YY", "xx", "de_XX", "e", "english", "root", "und", "_DE", "@",
+                             ".", "de_DE@a=b=c;;", "de-DE-", "en US", "../../etc/passwd", "de_DE\n",
+                             "i-klingon", "a_b_c_d", "\xC3\xA9"}) {
+        EXPECT_EQ(canonical(name), "absent") << name;
+    }
+    EXPECT_EQ(canonical("de_" + std::string(1 << 20, 'D')), "absent");
+}
+
+TEST(LocaleNames, EnvironmentIsReadInItsOrder) {
+    EXPECT_EQ(defaultLocale("fr_FR.UTF-8", "de_DE.UTF-8", "en_US.UTF-8"), "fr_FR");
+    EXPECT_EQ(defaultLocale("", "de_DE.UTF-8", "en_US.UTF-8"), "de_DE");
+    EXPECT_EQ(defaultLocale("", "", "en_GB.UTF-8"), "en_GB");
+    EXPECT_EQ(defaultLocale("", "", ""), "en_US_POSIX");
+    EXPECT_EQ(defaultLocale("C.UTF-8", "de_DE.UTF-8", ""), "en_US_POSIX");
+    EXPECT_EQ(defaultLocale("tlh_XX", "xx_YY", "ja_JP.UTF-8"), "ja_JP");
+}
+
+} // namespace
+} // namespace quorvel::freedesktop

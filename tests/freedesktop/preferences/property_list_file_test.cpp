@@ -1,0 +1,353 @@
+// The three formats, and files that are made to hurt.
+#include "freedesktop/preferences/property_list_file.h"
+
+#include <chrono>
+#include <clocale>
+#include <cmath>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+namespace quorvel::freedesktop {
+namespace {
+
+using namespace std::string_literals;
+using platform::NSDate;
+using platform::PropertyListArray;
+using platform::PropertyListData;
+using platform::PropertyListDictionary;
+using platform::PropertyListValue;
+
+PropertyListReading read(std::string_view bytes) {
+    return readPropertyList(std::as_bytes(std::span(bytes.data(), bytes.size())));
+}
+
+PropertyListReading readXmlObject(std::string_view object) {
+    return read("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//X\" "
+                "\"http://example.org/x.dtd\">\n<plist version=\"1.0\">" +
+                std::string(object) + "</plist>\n");
+}
+
+template <class Kind>
+Kind as(const PropertyListReading& reading) {
+    EXPECT_TRUE(reading.value) << reading.problem;
+    if (!reading.value || !std::holds_alternative<Kind>(reading.value->value)) {
+        ADD_FAILURE() << "of another kind";
+        return Kind();
+    }
+    return std::get<Kind>(reading.value->value);
+}
+
+template <class Kind>
+Kind entry(const PropertyListReading& reading, std::string_view key) {
+    const auto dictionary = as<PropertyListDictionary>(reading);
+    const auto found = dictionary.find(key);
+    if (found == dictionary.end() || !std::holds_alternative<Kind>(found->second.value)) {
+        ADD_FAILURE() << "no such entry: " << key;
+        return Kind();
+    }
+    return std::get<Kind>(found->second.value);
+}
+
+std::string bigEndian(std::uint64_t value, int width) {
+    std::string bytes;
+    for (int i = width - 1; i >= 0; --i) {
+        bytes += static_cast<char>(value >> (8 * i) & 0xFFU);
+    }
+    return bytes;
+}
+
+// A binary list of these objects, the first of which is the root; references have two bytes.
+std::string binary(const std::vector<std::string>& objects) {
+    std::string bytes = "bplist00";
+    std::string offsets;
+    for (const std::string& object : objects) {
+        offsets += bigEndian(bytes.size(), 4);
+        bytes += object;
+    }
+    const std::size_t table = bytes.size();
+    return bytes + offsets + std::string(6, '\0') + '\x04' + '\x02' + bigEndian(objects.size(), 8) +
+           bigEndian(0, 8) + bigEndian(table, 8);
+}
+
+std::string marker(unsigned kind, std::size_t count) {
+    if (count < 15) {
+        return {static_cast<char>(kind << 4U | count)};
+    }
+    return std::string{static_cast<char>(kind << 4U | 0xFU), '\x12'} + bigEndian(count, 4);
+}
+
+std::string text(const std::string& ascii) {
+    return marker(5, ascii.size()) + ascii;
+}
+
+std::string container(unsigned kind, std::size_t count, const std::vector<unsigned>& references) {
+    std::string bytes = marker(kind, count);
+    for (const unsigned reference : references) {
+        bytes += bigEndian(reference, 2);
+    }
+    return bytes;
+}
+
+class Stopwatch {
+public:
+    double seconds() const {
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
+    }
+
+private:
+    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+};
+
+TEST(XmlPropertyList, HasEveryKind) {
+    const auto reading = readXmlObject(R"(<dict>
+        <key>yes</key><true/> <key>no</key><false></false>
+        <key>int</key><integer>-42</integer> <key>hex</key><integer>0x1F</integer>
+        <key>big</key><integer>18446744073709551615</integer>
+        <key>real</key><real>1.75</real>
+        <key>text</key><string>Gr&#252;&#xDF;e &amp; &lt;b&gt; <![CDATA[<&>]]>!</string>
+        <key>empty</key><string/>
+        <key>date</key><date>2026-03-10T10:00:00Z</date>
+        <key>data</key><data> AQID
+        BA== </data>
+        <!-- <dict> -- >
+        --><key>list</key><array><integer>1</integer><string>two</string><array/></array>
+        <key>inner</key><dict><key>a</key><string>b</string></dict></dict>)");
+    EXPECT_EQ(entry<bool>(reading, "yes"), true);
+    EXPECT_EQ(entry<bool>(reading, "no"), false);
+    EXPECT_EQ(entry<std::int64_t>(reading, "int"), -42);
+    EXPECT_EQ(entry<std::int64_t>(reading, "hex"), 31);
+    EXPECT_EQ(entry<std::int64_t>(reading, "big"), -1);
+    EXPECT_EQ(entry<double>(reading, "real"), 1.75);
+    EXPECT_EQ(entry<std::string>(reading, "text"), "Grüße & <b> <&>!");
+    EXPECT_EQ(entry<std::string>(reading, "empty"), "");
+    EXPECT_EQ(entry<NSDate>(reading, "date"), NSDate{794829600});
+    EXPECT_EQ(entry<PropertyListData>(reading, "data"),
+              (PropertyListData{std::byte{1}, std::byte{2}, std::byte{3}, std::byte{4}}));
+    EXPECT_EQ(entry<PropertyListArray>(reading, "list").size(), 3U);
+    EXPECT_EQ(entry<PropertyListDictionary>(reading, "inner").size(), 1U);
+}
+
+TEST(XmlPropertyList, NumbersDoNotFollowTheLocale) {
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    bool comma = false;
+    for (const char* locale : {"de_DE.UTF-8", "fr_FR.UTF-8", "de_DE.utf8"}) {
+        comma = comma || std::setlocale(LC_ALL, locale) != nullptr;
+    }
+    EXPECT_EQ(as<double>(readXmlObject("<real>1.75</real>")), 1.75);
+    EXPECT_EQ(as<double>(readXmlObject("<real>-2.5e3</real>")), -2500);
+    std::setlocale(LC_ALL, before.c_str());
+    if (!comma) {
+        GTEST_SKIP() << "no locale with a decimal comma is installed; read under " << before;
+    }
+}
+
+TEST(XmlPropertyList, IsReadAsTheSystemReadsIt) {
+    EXPECT_EQ(as<std::string>(readXmlObject("<string>a</string>")), "a");
+    EXPECT_EQ(entry<std::string>(read("<dict><key>a</key><string>b</string></dict>"), "a"), "b");
+    EXPECT_EQ(as<std::int64_t>(read("<plist><integer>7</integer></plist> junk <")), 7);
+    EXPECT_EQ(as<std::int64_t>(read("\xEF\xBB\xBF<plist><integer>7</integer></plist>")), 7);
+    EXPECT_EQ(as<std::int64_t>(read("\n <plist><integer>7</integer></plist>")), 7);
+    EXPECT_EQ(as<std::int64_t>(read("<!DOCTYPE plist [ <!ENTITY a \">\"> ]><plist>"
+                                    "<integer>7</integer></plist>")),
+              7);
+    const std::string ascii = "<plist><string>h</string></plist>";
+    std::string utf16 = "\xFE\xFF";
+    for (const char c : ascii) {
+        utf16 += '\0';
+        utf16 += c;
+    }
+    EXPECT_EQ(as<std::string>(read(utf16)), "h");
+    EXPECT_EQ(as<std::string>(readXmlObject("<string>a\xFFz]]&gt;</string>")), "a\uFFFDz]]>");
+    EXPECT_EQ(as<std::string>(readXmlObject("<string> a\n b </string>")), " a\n b ");
+}
+
+TEST(XmlPropertyList, LastOfTwoEntriesCounts) {
+    const auto reading = readXmlObject(
+        "<dict><key>a</key><integer>1</integer><key>a</key><integer>2</integer></dict>");
+    EXPECT_EQ(entry<std::int64_t>(reading, "a"), 2);
+}
+
+TEST(XmlPropertyList, SaysWhatIsWrong) {
+    EXPECT_EQ(read("<plist><dict><key>a</key>").problem, "the XML breaks off");
+    EXPECT_EQ(read("<plist><dict></array>").problem, "the elements of the XML do not match");
+    EXPECT_EQ(read("<plist><true/><true/></plist>").problem, "the XML has more than one object");
+    EXPECT_EQ(read("<plist><sum/></plist>").problem,
+              "the XML has elements that are not those of a property list");
+    EXPECT_EQ(read("<plist>a</plist>").problem, "the XML has text between its elements");
+    EXPECT_EQ(read("<plist></plist>").problem, "the XML holds no object");
+    EXPECT_EQ(readXmlObject("<string>&lol;</string>").problem, "the XML has an unknown entity");
+    EXPECT_EQ(readXmlObject("<string>&</string>").problem, "the XML has an unknown entity");
+    EXPECT_EQ(readXmlObject("<string><true/></string>").problem,
+              "the XML has elements that are not those of a property list");
+    for (const char* object :
+         {"<dict><key>a</key></dict>", "<dict><string>a</string></dict>",
+          "<dict><key>a</key><key>b</key></dict>", "<array><key>a</key></array>", "<key>a</key>"}) {
+        EXPECT_EQ(readXmlObject(object).problem,
+                  "the XML has a key without a value, or a value without a key")
+            << object;
+    }
+    EXPECT_FALSE(read("<plist><integer>&lt;a</integer></plist>").value);
+}
+
+TEST(XmlPropertyList, HostileOnesAreBounded) {
+    const Stopwatch watch;
+    std::string deep;
+    for (int i = 0; i < 200000; ++i) {
+        deep += "<array>";
+    }
+    EXPECT_EQ(read("<plist>" + deep).problem, "it is nested too deep");
+    std::string many = "<plist><array>";
+    for (int i = 0; i < 300000; ++i) {
+        many += "<true/>";
+    }
+    EXPECT_EQ(read(many + "</array></plist>").problem, "it holds too many objects");
+    std::string entities;
+    for (int i = 0; i < 400000; ++i) {
+        entities += "&amp;";
+    }
+    EXPECT_EQ(as<std::string>(readXmlObject("<string>" + entities + "</string>")),
+              std::string(400000, '&'));
+    std::string sections;
+    for (int i = 0; i < 200000; ++i) {
+        sections += "]]&gt;";
+    }
+    EXPECT_EQ(as<std::string>(readXmlObject("<string>" + sections + "</string>")).size(), 600000U);
+    std::string wide = "<dict>";
+    for (int i = 0; i < 90000; ++i) {
+        wide += "<key>k" + std::to_string(i) + "</key><true/>";
+    }
+    EXPECT_EQ(as<PropertyListDictionary>(readXmlObject(wide + "</dict>")).size(), 90000U);
+    EXPECT_FALSE(read("<plist>" + std::string(1 << 22, '<')).value);
+    EXPECT_FALSE(read("<plist><integer>" + std::string(1 << 22, '9') + "</integer>").value);
+    EXPECT_LT(watch.seconds(), 10);
+}
+
+TEST(BinaryPropertyList, HasEveryKind) {
+    const std::string real = "\x23"s + bigEndian(0x3FFC000000000000U, 8); // 1.75
+    const std::string date = "\x33"s + bigEndian(0x41C7B018A0000000U, 8); // some 794,833,216
+    const auto reading = read(
+        binary({container(0xD, 9, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18}),
+                text("yes"), text("byte"), text("int"), text("real"), text("text"), text("wide"),
+                text("data"), text("date"), text("list"), "\x09"s, "\x10\xFF"s,
+                "\x13"s + bigEndian(static_cast<std::uint64_t>(-42), 8), real,
+                text("a longer text, of more than 15"), marker(6, 2) + "\0\xFC\x65\xE5"s,
+                marker(4, 2) + "\x01\x02"s, date, container(0xA, 2, {10, 11})}));
+    EXPECT_EQ(entry<bool>(reading, "yes"), true);
+    EXPECT_EQ(entry<std::int64_t>(reading, "byte"), 255);
+    EXPECT_EQ(entry<std::int64_t>(reading, "int"), -42);
+    EXPECT_EQ(entry<double>(reading, "real"), 1.75);
+    EXPECT_EQ(entry<std::string>(reading, "text"), "a longer text, of more than 15");
+    EXPECT_EQ(entry<std::string>(reading, "wide"), "ü日");
+    EXPECT_EQ(entry<PropertyListData>(reading, "data"),
+              (PropertyListData{std::byte{1}, std::byte{2}}));
+    EXPECT_EQ(entry<NSDate>(reading, "date").timeIntervalSinceReferenceDate,
+              std::trunc(0x1.7B018Ap29));
+    EXPECT_EQ(entry<PropertyListArray>(reading, "list").size(), 2U);
+}
+
+TEST(BinaryPropertyList, HasUnsignedNumbersAndReferences) {
+    EXPECT_EQ(as<std::int64_t>(
+                  read(binary({"\x14"s + bigEndian(0, 8) + bigEndian(0xFFFFFFFFFFFFFFFFU, 8)}))),
+              -1);
+    EXPECT_EQ(entry<std::int64_t>(read(binary({"\x80\x05"s})), "CF$UID"), 5);
+}
+
+TEST(BinaryPropertyList, DamagedOnesAreRefused) {
+    const std::string good = binary({container(0xD, 1, {1, 2}), text("key"), "\x10\x07"s});
+    ASSERT_EQ(entry<std::int64_t>(read(good), "key"), 7);
+    for (std::size_t size = 6; size < good.size(); ++size) { // less is an old list of one text
+        EXPECT_FALSE(read(std::string_view(good).substr(0, size)).value) << size;
+    }
+    EXPECT_EQ(read("bplist99" + good.substr(8)).problem,
+              "its binary format is of an unknown version");
+    for (const std::string& bytes :
+         {binary({container(0xA, 1, {7})}), binary({container(0xD, 1, {1, 1}), "\x08"s}),
+          binary({marker(5, 4000000) + "a"}), binary({"\x5F\x13"s + std::string(8, '\xFF')}),
+          binary({"\x6F\x13"s + std::string(8, '\xFF')}),
+          binary({"\xAF\x13"s + bigEndian(0x8000000000000000U, 8)}), binary({"\x17"s}),
+          binary({"\x00"s}), binary({"\xC0"s}), binary({""}), binary({})}) {
+        EXPECT_EQ(read(bytes).problem, "the binary list is damaged");
+    }
+}
+
+TEST(BinaryPropertyList, EveryChangedByteIsSurvived) {
+    const std::string good =
+        binary({container(0xD, 2, {1, 2, 3, 4}), text("key"), text("list"), "\x10\x07"s,
+                container(0xA, 3, {1, 3, 5}), "\x23"s + std::string(8, '\x40')});
+    for (std::size_t at = 0; at < good.size(); ++at) {
+        for (int value = 0; value < 256; ++value) {
+            std::string bytes = good;
+            bytes[at] = static_cast<char>(value);
+            const auto reading = read(bytes);
+            EXPECT_EQ(reading.value.has_value(), reading.problem.empty());
+        }
+    }
+}
+
+TEST(BinaryPropertyList, HostileOnesAreBounded) {
+    const Stopwatch watch;
+    std::vector<std::string> bomb;
+    for (unsigned i = 1; i < 12; ++i) {
+        bomb.push_back(container(0xA, 10, std::vector<unsigned>(10, i)));
+    }
+    bomb.push_back(text("boom"));
+    EXPECT_EQ(read(binary(bomb)).problem, "it holds too many objects");
+    EXPECT_EQ(read(binary({container(0xA, 1, {0})})).problem, "it is nested too deep");
+    std::vector<std::string> deep;
+    for (unsigned i = 1; i < 60000; ++i) {
+        deep.push_back(container(0xA, 1, {i}));
+    }
+    deep.push_back(text("end"));
+    EXPECT_EQ(read(binary(deep)).problem, "it is nested too deep");
+    EXPECT_EQ(read(binary({container(0xA, 100, std::vector<unsigned>(100, 1)),
+                           text(std::string(1 << 20, 'x'))}))
+                  .problem,
+              "its texts are too large");
+    EXPECT_LT(watch.seconds(), 5);
+}
+
+TEST(OldPropertyList, IsRead) {
+    const auto reading = read(R"(// settings
+        { textSize = 18; "date text" = 'a "b"'; list = (one, "two", ); short; nested = { a = (); };
+          data = <0fbd 77>; /* none */ escaped = "\"\n\\\101\U00fc\Ud83d\ude00"; })");
+    EXPECT_EQ(entry<std::string>(reading, "textSize"), "18");
+    EXPECT_EQ(entry<std::string>(reading, "date text"), "a \"b\"");
+    EXPECT_EQ(entry<PropertyListArray>(reading, "list").size(), 2U);
+    EXPECT_EQ(entry<std::string>(reading, "short"), "short");
+    EXPECT_EQ(entry<PropertyListDictionary>(reading, "nested").size(), 1U);
+    EXPECT_EQ(entry<PropertyListData>(reading, "data"),
+              (PropertyListData{std::byte{0x0F}, std::byte{0xBD}, std::byte{0x77}}));
+    EXPECT_EQ(entry<std::string>(reading, "escaped"), "\"\n\\Aü😀");
+    EXPECT_EQ(entry<std::string>(read("a = b;\n\"c\" = d;"), "c"), "d");
+    EXPECT_EQ(as<std::string>(read("hello")), "hello");
+    EXPECT_EQ(as<PropertyListDictionary>(read(" \n\t")).size(), 0U);
+}
+
+TEST(OldPropertyList, NeedsItsPunctuation) {
+    for (const char* bad :
+         {"{ a = b }", "{ a = b; ", "( a b )", "( a, b", "<0f", "<0>", "\"abc", "{ a = b; } junk",
+          "{ = b; }", "a = b", "#", "\\", "{ a = ; }", "this is no list"}) {
+        const auto reading = read(bad);
+        EXPECT_FALSE(reading.value) << bad;
+        EXPECT_EQ(reading.problem, "it is no property list") << bad;
+    }
+}
+
+TEST(OldPropertyList, HostileOnesAreBounded) {
+    EXPECT_EQ(read(std::string(1 << 20, '(')).problem, "it is nested too deep");
+    std::string many = "(";
+    for (int i = 0; i < 300000; ++i) {
+        many += "a,";
+    }
+    EXPECT_EQ(read(many + ")").problem, "it holds too many objects");
+}
+
+TEST(PropertyListFile, EmptyBytesAreNothing) {
+    EXPECT_EQ(read("").problem, "it is empty");
+    EXPECT_FALSE(read("").value);
+    EXPECT_EQ(read(std::string((16 << 20) + 1, ' ')).problem, "it is too large");
+}
+
+} // namespace
+} // namespace quorvel::freedesktop

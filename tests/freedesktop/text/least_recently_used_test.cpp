@@ -1,0 +1,48 @@
+#include "freedesktop/text/least_recently_used.h"
+
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+
+namespace quorvel::freedesktop {
+namespace {
+
+using Memory = LeastRecentlyUsed<std::string, std::string_view, int, std::hash<std::string_view>>;
+
+TEST(LeastRecentlyUsed, FindsWhatItRemembers) {
+    Memory memory(2, 100);
+    EXPECT_EQ(memory.find("a"), nullptr);
+    EXPECT_EQ(memory.remember("a", 1, 1), 1);
+    ASSERT_NE(memory.find("a"), nullptr);
+    EXPECT_EQ(*memory.find("a"), 1);
+}
+
+TEST(LeastRecentlyUsed, ForgetsWhatWasAskedForLongestAgo) {
+    Memory memory(2, 100);
+    memory.remember("a", 1, 1);
+    memory.remember("b", 2, 1);
+    memory.find("a");
+    memory.remember("c", 3, 1);
+    EXPECT_NE(memory.find("a"), nullptr);
+    EXPECT_EQ(memory.find("b"), nullptr);
+    EXPECT_NE(memory.find("c"), nullptr);
+    EXPECT_EQ(memory.count(), 2u);
+}
+
+TEST(LeastRecentlyUsed, HeavyEntriesPushOthersOut) {
+    Memory memory(10, 100);
+    memory.remember("a", 1, 40);
+    memory.remember("b", 2, 40);
+    memory.remember("c", 3, 60);
+    EXPECT_EQ(memory.find("a"), nullptr);
+    EXPECT_NE(memory.find("b"), nullptr);
+    memory.remember("d", 4, 500);
+    EXPECT_EQ(memory.count(), 1u);
+    EXPECT_NE(memory.find("d"), nullptr);
+    memory.remember("e", 5, 1);
+    EXPECT_EQ(memory.count(), 1u);
+}
+
+} // namespace
+} // namespace quorvel::freedesktop

@@ -1,0 +1,77 @@
+#include "platform/ui/ui_label.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/memory/recording_context.h"
+
+namespace quorvel::platform {
+namespace {
+
+std::vector<std::string> painted(UILabel& label) {
+    memory::RecordingContext context;
+    label.drawRect(context);
+    return context.operations;
+}
+
+TEST(UILabelTest, StartsAsThePlatformDoes) {
+    const UILabel label;
+    EXPECT_EQ(label.text(), std::nullopt);
+    EXPECT_EQ(label.attributedText(), std::nullopt);
+    EXPECT_EQ(label.font(), UIFont::systemFontOfSize(17));
+    EXPECT_EQ(label.textColor(), UIColor::blackColor());
+    EXPECT_FALSE(label.isUserInteractionEnabled());
+    EXPECT_EQ(label.className(), "UILabel");
+}
+
+TEST(UILabelTest, AnAttributedTextGivesTextAndColour) {
+    UILabel label;
+    label.setAttributedText(NSAttributedString{"Lunch", UIColor::redColor()});
+    EXPECT_EQ(label.text(), "Lunch");
+    EXPECT_EQ(label.textColor(), UIColor::redColor());
+    label.setText("Dinner");
+    EXPECT_EQ(label.attributedText(), std::nullopt);
+    EXPECT_EQ(label.text(), "Dinner");
+    EXPECT_EQ(label.textColor(), UIColor::redColor());
+}
+
+TEST(UILabelTest, AnAttributedTextWithoutColourLeavesTheLabels) {
+    UILabel label;
+    label.setTextColor(UIColor::blueColor());
+    label.setAttributedText(NSAttributedString{"a", std::nullopt});
+    EXPECT_EQ(label.textColor(), UIColor::blueColor());
+    label.setAttributedText(std::nullopt);
+    EXPECT_EQ(label.text(), std::nullopt);
+}
+
+TEST(UILabelTest, AColourReachesTheWholeAttributedText) {
+    UILabel label;
+    label.setAttributedText(NSAttributedString{"a", UIColor::redColor()});
+    label.setTextColor(UIColor::greenColor());
+    EXPECT_EQ(label.attributedText(), (NSAttributedString{"a", UIColor::greenColor()}));
+    label.setTextColor(std::nullopt);
+    EXPECT_EQ(label.textColor(), UIColor::blackColor());
+    EXPECT_EQ(label.attributedText()->foregroundColor, UIColor::blackColor());
+}
+
+TEST(UILabelTest, PaintsItsTextInItsBounds) {
+    UILabel label(CGRectMake(5, 6, 100, 20));
+    EXPECT_TRUE(painted(label).empty());
+    label.setText("");
+    EXPECT_TRUE(painted(label).empty());
+    label.setText("Hi");
+    label.setFont(UIFont::systemFontOfSize(12));
+    EXPECT_EQ(painted(label), std::vector<std::string>{"drawText \"Hi\" 12 0 0 0 1 0 0 100 20"});
+    label.setAttributedText(NSAttributedString{"Ho", UIColor::redColor()});
+    EXPECT_EQ(painted(label), std::vector<std::string>{"drawText \"Ho\" 12 1 0 0 1 0 0 100 20"});
+}
+
+TEST(UILabelTest, PaintsNothingWithoutRoom) {
+    UILabel label(CGRectMake(0, 0, -10, 20));
+    label.setText("Hi");
+    memory::RecordingContext context;
+    label.render(context);
+    EXPECT_EQ(context.operations, (std::vector<std::string>{"saveGState", "restoreGState"}));
+}
+
+} // namespace
+} // namespace quorvel::platform

@@ -1,0 +1,73 @@
+#include "platform/ui/ui_scroll_view.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "platform/memory/recording_context.h"
+
+namespace quorvel::platform {
+namespace {
+
+class CountingDelegate : public UIScrollViewDelegate {
+public:
+    void scrollViewDidScroll(UIScrollView* view) override {
+        ++scrolls;
+        lastOffset = view->contentOffset();
+    }
+    int scrolls = 0;
+    CGPoint lastOffset;
+};
+
+TEST(UIScrollViewTest, StartsAsThePlatformDoes) {
+    const UIScrollView view(CGRectMake(1, 2, 3, 4));
+    EXPECT_TRUE(view.isScrollEnabled());
+    EXPECT_TRUE(view.bounces());
+    EXPECT_FALSE(view.alwaysBounceHorizontal());
+    EXPECT_FALSE(view.alwaysBounceVertical());
+    EXPECT_TRUE(view.clipsToBounds());
+    EXPECT_TRUE(view.isUserInteractionEnabled());
+    EXPECT_EQ(view.contentOffset(), CGPoint{});
+    EXPECT_EQ(view.contentSize(), CGSize{});
+    EXPECT_EQ(view.className(), "UIScrollView");
+}
+
+TEST(UIScrollViewTest, TheOffsetIsTheOriginOfTheBounds) {
+    const auto view = std::make_shared<UIScrollView>(CGRectMake(10, 10, 100, 100));
+    const auto content = std::make_shared<UIView>(CGRectMake(0, 50, 20, 20));
+    view->addSubview(content);
+    view->setContentOffset({-30, 40});
+    EXPECT_EQ(view->bounds(), CGRectMake(-30, 40, 100, 100));
+    EXPECT_EQ(view->frame(), CGRectMake(10, 10, 100, 100));
+    EXPECT_EQ(view->hitTest({1, 55}), content);
+
+    memory::RecordingContext context;
+    content->setBackgroundColor(UIColor::redColor());
+    view->render(context);
+    EXPECT_EQ(
+        context.operations,
+        (std::vector<std::string>{"saveGState", "translateCTM 30 -40", "clipToRect -30 40 100 100",
+                                  "saveGState", "translateCTM 0 50", "setFillColor 1 0 0 1",
+                                  "fillRect 0 0 20 20", "restoreGState", "restoreGState"}));
+}
+
+TEST(UIScrollViewTest, TellsItsDelegateOfARealChange) {
+    UIScrollView view;
+    auto delegate = std::make_shared<CountingDelegate>();
+    view.setDelegate(delegate);
+    EXPECT_EQ(view.delegate(), delegate);
+    view.setContentOffset({0, 5});
+    view.setContentOffset({0, 5});
+    EXPECT_EQ(delegate->scrolls, 1);
+    EXPECT_EQ(delegate->lastOffset, (CGPoint{0, 5}));
+    view.setContentOffset({0, std::nan("")});
+    EXPECT_EQ(view.contentOffset(), (CGPoint{0, 5}));
+    EXPECT_EQ(delegate->scrolls, 1);
+    delegate.reset();
+    view.setContentOffset({0, 6});
+    EXPECT_EQ(view.delegate(), nullptr);
+    EXPECT_EQ(view.contentOffset(), (CGPoint{0, 6}));
+}
+
+} // namespace
+} // namespace quorvel::platform
