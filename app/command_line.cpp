@@ -63,13 +63,15 @@ void declareOptions(CLI::App& app, CommandLine& line, RawNumbers& numbers, std::
     throw UsageError(what + ": see 'quorvel --help'");
 }
 
-// The library's own messages begin with the option's name and a colon.
+// The library's messages name the option somewhere, behind its two dashes.
 [[noreturn]] void throwParseError(const CLI::ParseError& error) {
     const std::string message = error.what();
-    const std::string name = message.substr(0, message.find_first_of(": "));
-    if (!name.starts_with('-')) {
+    const std::size_t start = message.find('-');
+    if (start == std::string::npos) {
         throwUsage(message.substr(0, message.find('\n')));
     }
+    const std::size_t end = message.find_first_of(": =", start);
+    const std::string name = message.substr(start, end - start);
     if (message.find("required") != std::string::npos) {
         throwUsage("the option " + name + " needs a value");
     }

@@ -18,7 +18,7 @@ struct CommandLine {
     std::vector<std::string> calendars;
     std::optional<std::string> preferences;
     bool sample = false;
-    std::string controller; // empty: the bundle's principal class
+    std::string controller;      // empty: the bundle's principal class
     std::optional<double> width; // points
     std::optional<std::string> now;
     std::optional<std::string> timeZone;

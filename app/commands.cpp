@@ -38,6 +38,7 @@ constexpr int exitFailure = 1;
 constexpr int exitUsage = 2;
 
 constexpr double standardWidth = 320; // points
+
 // Everything that a command needs, made and checked before it does anything.
 class Program {
 public:
@@ -85,8 +86,8 @@ private:
 
     int snapshot() {
         headless::WidgetPicture picture = headless::pictureOfWidget(m_session, width());
-        const freedesktop::Snapshot snapshot{picture.size, m_line.scale.value_or(1), m_setup.backdrop,
-                                             std::move(picture.paint)};
+        const freedesktop::Snapshot snapshot{picture.size, m_line.scale.value_or(1),
+                                             m_setup.backdrop, std::move(picture.paint)};
         if (const auto failure =
                 freedesktop::writeSnapshot(m_line.output, snapshot, m_platform.textLines())) {
             throw std::runtime_error(*failure + ": name another file with -o, or draw less");

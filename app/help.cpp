@@ -54,8 +54,7 @@ struct CommandOption {
 };
 
 constexpr std::array<CommandOption, 5> commandOptions{{
-    {{"--json", "--json", "one JSON array instead of text"},
-     {Command::agenda, Command::calendars}},
+    {{"--json", "--json", "one JSON array instead of text"}, {Command::agenda, Command::calendars}},
     {{"--output", "-o, --output FILE", "the file to draw to: .png, .svg or .pdf"},
      {Command::snapshot, Command::snapshot}},
     {{"--scale", "--scale N", "pixels a point (1)"}, {Command::snapshot, Command::snapshot}},
@@ -130,7 +129,9 @@ constexpr std::string_view exitStatusHelp =
 
 } // namespace
 
-std::string_view commandName(Command command) { return textOf(command).name; }
+std::string_view commandName(Command command) {
+    return textOf(command).name;
+}
 
 bool commandTakesOption(Command command, std::string_view option) {
     return std::ranges::none_of(commandOptions, [&](const CommandOption& candidate) {
@@ -168,6 +169,8 @@ std::string commandHelp(Command command) {
     return text + std::string(exitStatusHelp);
 }
 
-std::string versionText() { return "quorvel " QUORVEL_VERSION "\n"; }
+std::string versionText() {
+    return "quorvel " QUORVEL_VERSION "\n";
+}
 
 } // namespace quorvel::app

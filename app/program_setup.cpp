@@ -86,8 +86,7 @@ std::optional<NSDate> nowOf(const CommandLine& line, const TimeZone& zone) {
     }
     const std::optional<NSDate> now = freedesktop::parseInstant(*line.now, zone);
     if (!now) {
-        throw UsageError("'" + *line.now +
-                         "' is no instant: write it like 2026-03-10T10:00:00Z");
+        throw UsageError("'" + *line.now + "' is no instant: write it like 2026-03-10T10:00:00Z");
     }
     return now;
 }
@@ -101,7 +100,9 @@ CalendarSource checkedSource(const std::string& path) {
     return source;
 }
 
-std::string sampleFolder(const std::string& dataFolder) { return dataFolder + "/sample"; }
+std::string sampleFolder(const std::string& dataFolder) {
+    return dataFolder + "/sample";
+}
 
 std::vector<CalendarSource> calendarsOf(const CommandLine& line, const std::string& dataFolder,
                                         NSDate now, const TimeZone& zone) {

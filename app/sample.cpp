@@ -115,8 +115,8 @@ std::vector<SampleCalendar> readSampleCalendars(const std::string& folder, NSDat
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
         if (entry.path().extension() == ".ics") {
-            calendars.push_back({entry.path().stem().string(),
-                                 filledTemplate(fileText(entry.path()), now, zone)});
+            calendars.push_back(
+                {entry.path().stem().string(), filledTemplate(fileText(entry.path()), now, zone)});
         }
     }
     if (calendars.empty()) {

@@ -70,7 +70,9 @@ FreedesktopPlatform::FreedesktopPlatform(FreedesktopOptions options)
 
 FreedesktopPlatform::~FreedesktopPlatform() = default;
 
-const Platform& FreedesktopPlatform::platform() const { return m_services->platform; }
+const Platform& FreedesktopPlatform::platform() const {
+    return m_services->platform;
+}
 
 const std::shared_ptr<TextLines>& FreedesktopPlatform::textLines() const {
     return m_services->textLines;
@@ -83,8 +85,7 @@ std::shared_ptr<const LoadedBundle> FreedesktopPlatform::loadBundle(const std::s
 }
 
 bool FreedesktopPlatform::hasReadableCalendars() const {
-    IcalCalendarStores& stores = m_services->calendarStores;
-    return !stores.makeEventStore()->calendars().empty() && stores.anyReadable();
+    return m_services->calendarStores.anyReadable() && m_services->calendarStores.anyCalendar();
 }
 
 void FreedesktopPlatform::setPreferencesFolder(const std::string& folder) {
@@ -95,6 +96,8 @@ void FreedesktopPlatform::setCalendars(std::vector<CalendarSource> calendars) {
     m_services->calendarStores.setSources(std::move(calendars));
 }
 
-void FreedesktopPlatform::setNow(platform::NSDate date) { m_services->clock.setNow(date); }
+void FreedesktopPlatform::setNow(platform::NSDate date) {
+    m_services->clock.setNow(date);
+}
 
 } // namespace quorvel::freedesktop

@@ -62,12 +62,11 @@ std::string quotedList(const std::vector<std::string_view>& names) {
 // The scales in the order in which their pictures serve the screen: its own, the larger ones from
 // below, then the smaller ones from above.
 std::array<int, 3> scalesByPreference(double screenScale) {
-    const int wanted = std::clamp(static_cast<int>(std::ceil(std::clamp(screenScale, 1.0, 3.0))),
-                                  1, 3);
+    const int wanted =
+        std::clamp(static_cast<int>(std::ceil(std::clamp(screenScale, 1.0, 3.0))), 1, 3);
     std::array<int, 3> scales{1, 2, 3};
-    std::ranges::sort(scales, {}, [wanted](int scale) {
-        return scale >= wanted ? scale - wanted : 10 - scale;
-    });
+    std::ranges::sort(
+        scales, {}, [wanted](int scale) { return scale >= wanted ? scale - wanted : 10 - scale; });
     return scales;
 }
 

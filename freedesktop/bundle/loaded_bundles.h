@@ -12,9 +12,7 @@ namespace quorvel::freedesktop {
 
 class LoadedBundles final : public platform::Bundles {
 public:
-    void add(std::shared_ptr<const LoadedBundle> bundle) {
-        m_bundles.push_back(std::move(bundle));
-    }
+    void add(std::shared_ptr<const LoadedBundle> bundle) { m_bundles.push_back(std::move(bundle)); }
     std::shared_ptr<const platform::NSBundle>
     bundleForClass(std::string_view className) const override {
         for (const auto& bundle : m_bundles) {

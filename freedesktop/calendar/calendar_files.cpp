@@ -219,9 +219,16 @@ std::shared_ptr<LoadedCalendar> calendarOfFile(const std::shared_ptr<LoadedFile>
     return makeCalendar(names, {file});
 }
 
+// One of them stands in the other, and is long enough for that to be no accident.
 bool nameTellsUid(std::string_view stem, std::string_view uid) {
-    return !stem.empty() &&
-           (stem.find(uid) != std::string_view::npos || uid.find(stem) != std::string_view::npos);
+    constexpr std::size_t shortestPart = 8;
+    if (stem == uid) {
+        return true;
+    }
+    const bool isShorter = stem.size() < uid.size();
+    const std::string_view part = isShorter ? stem : uid;
+    const std::string_view whole = isShorter ? uid : stem;
+    return part.size() >= shortestPart && whole.find(part) != std::string_view::npos;
 }
 
 } // namespace

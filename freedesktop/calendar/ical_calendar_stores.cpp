@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cmath>
+#include <iterator>
 #include <map>
 #include <mutex>
 #include <set>
@@ -69,6 +71,31 @@ bool comesBefore(const std::shared_ptr<const platform::EKEvent>& a,
     }
     return std::tie(a->title, a->persistentEvent.eventIdentifier) <
            std::tie(b->title, b->persistentEvent.eventIdentifier);
+}
+
+std::int64_t wholeSeconds(platform::NSDate date) {
+    return std::llround(platform::timeIntervalSince1970(date));
+}
+
+bool belongsTo(const ics::Window& window, const platform::EKEvent& event) {
+    return ics::belongsTo(window, wholeSeconds(event.startDate), wholeSeconds(event.endDate));
+}
+
+// Those of the calendars that are asked for.
+Snapshot calendarsIn(const Snapshot& snapshot, const platform::EKCalendars& wanted) {
+    std::unordered_set<std::string_view> identifiers;
+    for (const auto& calendar : wanted) {
+        if (calendar) {
+            identifiers.insert(calendar->calendarIdentifier);
+        }
+    }
+    Snapshot result;
+    for (const auto& loaded : snapshot) {
+        if (identifiers.count(loaded->calendar->calendarIdentifier) != 0) {
+            result.push_back(loaded);
+        }
+    }
+    return result;
 }
 
 bool isAbsolute(std::string_view path) {
@@ -159,6 +186,7 @@ public:
         Snapshot snapshot;
         std::unordered_set<std::string_view> shown;
         m_anyReadable = false;
+        m_anyCalendar = false;
         for (ics::CalendarFiles* const files : m_current) {
             files->refresh(context);
             m_anyReadable = m_anyReadable || files->isReadable();
@@ -168,6 +196,7 @@ public:
                 }
             }
         }
+        m_anyCalendar = !snapshot.empty();
         return {std::move(snapshot), m_userZone};
     }
 
@@ -176,10 +205,29 @@ public:
         return m_anyReadable;
     }
 
-    platform::EKEvents find(const Snapshot& snapshot, ics::ZoneClock& userZone,
+    bool anyCalendar() const {
+        const std::lock_guard lock(m_mutex);
+        return m_anyCalendar;
+    }
+
+    platform::EKEvents find(const Snapshot& snapshot,
+                            const std::shared_ptr<ics::ZoneClock>& userZone,
                             const platform::EKEventPredicate& predicate);
 
 private:
+    // What was searched, and all that was found.
+    struct Search {
+        Snapshot calendars;
+        std::shared_ptr<ics::ZoneClock> userZone;
+        ics::Window window;
+        platform::EKEvents events;
+    };
+
+    bool isRemembered(const Snapshot& calendars, const std::shared_ptr<ics::ZoneClock>& userZone,
+                      const ics::Window& window) const;
+    platform::EKEvents expand(const Snapshot& calendars, ics::ZoneClock& userZone,
+                              const ics::Window& window);
+
     void reportExpansion(ics::LoadedFile& file, std::size_t line, std::string what) {
         if (file.reported.size() < mostProblemsWhileExpanding &&
             file.reported.emplace(line, what).second) {
@@ -196,7 +244,9 @@ private:
              std::unique_ptr<ics::CalendarFiles>>
         m_known; // those that were asked for before stay, with what was read
     std::vector<ics::CalendarFiles*> m_current;
+    Search m_lastSearch; // a presentation asks again for what the one before has asked
     bool m_anyReadable = false;
+    bool m_anyCalendar = false;
 };
 
 class IcalCalendarStores::Store final : public platform::EKEventStore {
@@ -226,7 +276,7 @@ public:
 
     platform::EKEvents
     eventsMatchingPredicate(const platform::EKEventPredicate& predicate) override {
-        return m_state->find(m_snapshot, *m_userZone, predicate);
+        return m_state->find(m_snapshot, m_userZone, predicate);
     }
 
 private:
@@ -236,9 +286,10 @@ private:
 };
 
 platform::EKEvents IcalCalendarStores::State::find(const Snapshot& snapshot,
-                                                   ics::ZoneClock& userZone,
+                                                   const std::shared_ptr<ics::ZoneClock>& userZone,
                                                    const platform::EKEventPredicate& predicate) {
     constexpr double farthest = 2.5e11; // some 8,000 years either way
+    constexpr double hour = 3600;
     ics::Window window{platform::timeIntervalSince1970(predicate.startDate),
                        platform::timeIntervalSince1970(predicate.endDate)};
     if (!(window.from <= window.to)) {
@@ -248,23 +299,36 @@ platform::EKEvents IcalCalendarStores::State::find(const Snapshot& snapshot,
     window.to = std::clamp(window.to, -farthest, farthest);
 
     const std::lock_guard lock(m_mutex);
-    CivilTime last = userZone.civil(static_cast<std::int64_t>(window.from));
+    CivilTime last = userZone->civil(static_cast<std::int64_t>(window.from));
     last.year += longestRangeYears;
-    window.to = std::min(window.to, static_cast<double>(userZone.platformInstant(last)));
+    window.to = std::min(window.to, static_cast<double>(userZone->platformInstant(last)));
 
-    std::unordered_set<std::string_view> wanted;
-    for (const auto& calendar : predicate.calendars) {
-        if (calendar) {
-            wanted.insert(calendar->calendarIdentifier);
-        }
+    const Snapshot wanted = calendarsIn(snapshot, predicate.calendars);
+    // From the full hour, so that the search that follows a moment later finds it remembered.
+    const ics::Window searched{std::floor(window.from / hour) * hour, window.to};
+    if (!isRemembered(wanted, userZone, searched)) {
+        m_lastSearch = {wanted, userZone, searched, expand(wanted, *userZone, searched)};
     }
+    platform::EKEvents events;
+    std::copy_if(m_lastSearch.events.begin(), m_lastSearch.events.end(), std::back_inserter(events),
+                 [&window](const auto& event) { return belongsTo(window, *event); });
+    return events;
+}
+
+bool IcalCalendarStores::State::isRemembered(const Snapshot& calendars,
+                                             const std::shared_ptr<ics::ZoneClock>& userZone,
+                                             const ics::Window& window) const {
+    return m_lastSearch.calendars == calendars && m_lastSearch.userZone == userZone &&
+           m_lastSearch.window.from == window.from && m_lastSearch.window.to == window.to;
+}
+
+platform::EKEvents IcalCalendarStores::State::expand(const Snapshot& calendars,
+                                                     ics::ZoneClock& userZone,
+                                                     const ics::Window& window) {
     platform::EKEvents events;
     ics::Expander expander(window, userZone, m_zones, m_reportExpansion);
     std::vector<ics::Occurrence> occurrences;
-    for (const auto& loaded : snapshot) {
-        if (wanted.count(loaded->calendar->calendarIdentifier) == 0) {
-            continue;
-        }
+    for (const auto& loaded : calendars) {
         occurrences.clear();
         for (const auto& entry : loaded->entries) {
             if (expander.mayMeetWindow(entry.firstDay, entry.lastDay)) {
@@ -299,6 +363,10 @@ std::unique_ptr<platform::EKEventStore> IcalCalendarStores::makeEventStore() {
 
 bool IcalCalendarStores::anyReadable() const {
     return m_state->anyReadable();
+}
+
+bool IcalCalendarStores::anyCalendar() const {
+    return m_state->anyCalendar();
 }
 
 } // namespace quorvel::freedesktop

@@ -73,6 +73,8 @@ public:
 
     // Whether at least one source could be read when the last store was made; false before that.
     bool anyReadable() const;
+    // Whether the last store had a calendar at all; false before that.
+    bool anyCalendar() const;
 
 private:
     class State;

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 #include <libical/ical.h>
 
@@ -17,8 +18,11 @@ namespace {
 constexpr std::size_t longestRule = 4096;
 constexpr std::size_t mostStarts = 20000;
 constexpr std::size_t mostIterations = 200000;
-// What a single call may step over inside the library: some 30 ms of seconds or minutes.
+// A step inside the library takes up to 2.5 us, and nothing can stop it in between: it walks a few
+// steps at a time, more where time is left.
 constexpr std::int64_t mostSteps = 500000;
+constexpr std::int64_t fewestStepsAtOnce = 256;
+constexpr std::int64_t mostStepsAtOnce = 4096;
 constexpr std::int64_t firstYear = 1;
 constexpr std::int64_t lastYear = 9999;
 
@@ -120,15 +124,23 @@ RuleParts readParts(std::string_view rule) {
     return parts;
 }
 
-// Seconds of a step; 0 for those of a day and more, which the library takes quickly.
+// Seconds from one step to the next; 0 for months and years, of which there are never many.
 std::int64_t stepOf(const RuleParts& parts) {
-    if (parts.frequency == "SECONDLY") {
-        return parts.interval;
+    static constexpr std::pair<std::string_view, std::int64_t> units[] = {
+        {"SECONDLY", 1}, {"MINUTELY", 60}, {"HOURLY", 3600}, {"DAILY", 86400}, {"WEEKLY", 604800}};
+    for (const auto& [frequency, seconds] : units) {
+        if (parts.frequency == frequency) {
+            return parts.interval * seconds;
+        }
     }
-    if (parts.frequency == "MINUTELY") {
-        return parts.interval * 60;
-    }
-    return parts.frequency == "HOURLY" ? parts.interval * 3600 : 0;
+    return 0;
+}
+
+// Seconds between the occurrences of a rule of days or weeks without BY parts; 0 for other rules.
+std::int64_t plainStepOf(const RuleParts& parts) {
+    const bool isPlain =
+        !parts.hasBy && (parts.frequency == "DAILY" || parts.frequency == "WEEKLY");
+    return isPlain ? stepOf(parts) : 0;
 }
 
 icaltimetype icalTime(const CivilTime& time, bool isDate) {
@@ -202,6 +214,12 @@ void mend(icalrecurrencetype& rule, const CivilTime& start) {
     }
 }
 
+struct FreeText {
+    void operator()(char* text) const { icalmemory_free_buffer(text); }
+};
+
+constexpr const char* unreadable = "its parts do not go together";
+
 class Expansion {
 public:
     explicit Expansion(const RecurrenceRequest& request)
@@ -217,12 +235,14 @@ public:
     RecurrenceStarts run() {
         if (m_request.startCounts) {
             keep(m_start);
+            m_counted = 1;
         }
         m_parts = readParts(m_request.rule);
         if (!m_parts.problem.empty()) {
             m_result.problem = m_parts.problem;
         } else if (m_to >= m_start) {
-            walk();
+            const std::int64_t step = plainStepOf(m_parts);
+            step != 0 ? walkPlain(step) : walk();
         }
         std::sort(m_seconds.begin(), m_seconds.end());
         m_seconds.erase(std::unique(m_seconds.begin(), m_seconds.end()), m_seconds.end());
@@ -233,53 +253,105 @@ public:
     }
 
 private:
+    // The most frequent rules by far; simple sums answer them many times faster than the library.
+    void walkPlain(std::int64_t step) {
+        std::int64_t seconds = m_start + (canJump() ? (m_from - m_start) / step * step : 0);
+        if (seconds == m_start && m_request.startCounts) {
+            seconds += step;
+        }
+        for (; seconds <= m_to; seconds += step) {
+            if (m_parts.count && m_counted >= *m_parts.count) {
+                return;
+            }
+            if (!m_request.exists || m_request.exists(civilFromSeconds(seconds))) {
+                ++m_counted;
+                keep(seconds);
+            }
+            if (m_seconds.size() >= mostStarts || ++m_iterations >= mostIterations) {
+                m_result.problem = "it has too many occurrences";
+                return;
+            }
+        }
+    }
+
     void walk() {
         keepLibraryQuiet();
         icalrecurrencetype rule = icalrecurrencetype_from_string(m_parts.text.c_str());
+        const std::unique_ptr<char, FreeText> scale(rule.rscale); // nobody else frees it
         if (rule.freq == ICAL_NO_RECURRENCE) {
             m_result.problem = "it cannot be read";
             return;
         }
         mend(rule, m_request.start);
-        const bool jumps = !m_parts.count && m_from > m_start;
-        const std::int64_t first = jumps ? m_from : m_start;
-        const std::int64_t limit = limitFrom(first);
-        rule.until = icalTime(civilFromSeconds(limit), m_request.wholeDays);
-        Iterator iterator(
-            icalrecur_iterator_new(rule, icalTime(m_request.start, m_request.wholeDays)));
+        if (const std::int64_t step = stepOf(m_parts)) {
+            walkInPieces(rule, step);
+        } else {
+            walkWhole(rule);
+        }
+    }
+
+    bool canJump() const { return !m_parts.count && m_from > m_start; }
+
+    void walkWhole(icalrecurrencetype& rule) {
+        const Iterator iterator = makeIterator(rule, m_start, m_to);
         if (!iterator) {
-            m_result.problem = "its parts do not go together";
             return;
         }
-        if (jumps && !jump(iterator.get())) {
+        if (canJump() && icalrecur_iterator_set_start(
+                             iterator.get(), icalTime(m_request.from, m_request.wholeDays)) == 0) {
+            m_result.problem = unreadable;
             return;
         }
-        iterate(iterator.get(), limit);
-        if (limit < m_to && !m_done && m_result.problem.empty()) {
-            m_result.problem = "it takes too many steps";
+        iterate(iterator.get(), m_start, m_to);
+    }
+
+    // Each piece starts whole steps after the first occurrence, so that it is the same rule.
+    void walkInPieces(icalrecurrencetype& rule, std::int64_t step) {
+        const std::int64_t skipped = canJump() ? (m_from - m_start) / step : 0;
+        std::int64_t begin = m_start + skipped * step;
+        std::int64_t stepsAtOnce = fewestStepsAtOnce;
+        for (std::int64_t steps = 0; begin <= m_to && m_goesOn; steps += stepsAtOnce) {
+            if (steps > mostSteps) {
+                m_result.problem = "it takes too many steps";
+                return;
+            }
+            if (steps > 0 && isLate()) {
+                return;
+            }
+            stepsAtOnce = std::min(2 * stepsAtOnce, mostStepsAtOnce);
+            const std::int64_t end = begin + stepsAtOnce * step;
+            const Iterator iterator = makeIterator(rule, begin, std::min(m_to, end - 1));
+            if (!iterator) {
+                return;
+            }
+            iterate(iterator.get(), begin, std::min(m_to, end - 1));
+            begin = end;
         }
     }
 
-    std::int64_t limitFrom(std::int64_t first) const {
-        const std::int64_t step = stepOf(m_parts);
-        return step == 0 ? m_to : std::min(m_to, first + step * mostSteps);
+    Iterator makeIterator(icalrecurrencetype& rule, std::int64_t begin, std::int64_t end) {
+        rule.until = icalTime(civilFromSeconds(end), m_request.wholeDays);
+        Iterator iterator(
+            icalrecur_iterator_new(rule, icalTime(civilFromSeconds(begin), m_request.wholeDays)));
+        if (!iterator) {
+            m_result.problem = unreadable;
+        }
+        return iterator;
     }
 
-    bool jump(icalrecur_iterator* iterator) {
-        const icaltimetype to = icalTime(m_request.from, m_request.wholeDays);
-        if (icalrecur_iterator_set_start(iterator, to) == 0) {
-            m_result.problem = "its parts do not go together";
+    bool isLate() {
+        if (std::chrono::steady_clock::now() <= m_request.deadline) {
             return false;
         }
+        m_result.problem = "it takes too long";
         return true;
     }
 
-    void iterate(icalrecur_iterator* iterator, std::int64_t limit) {
-        const std::int64_t first = m_request.startCounts ? m_start + 1 : m_start;
-        std::int64_t counted = m_request.startCounts ? 1 : 0;
-        for (std::size_t i = 0; i < mostIterations; ++i) {
-            if (m_parts.count && counted >= *m_parts.count) {
-                m_done = true;
+    // What there is from the one reading to the other. No more is to come where it does not go on.
+    void iterate(icalrecur_iterator* iterator, std::int64_t begin, std::int64_t end) {
+        while (true) {
+            if (m_parts.count && m_counted >= *m_parts.count) {
+                m_goesOn = false;
                 return;
             }
             const icaltimetype next = icalrecur_iterator_next(iterator);
@@ -288,23 +360,22 @@ private:
             }
             const CivilTime time = civilTime(next);
             const std::int64_t seconds = civilSeconds(time);
-            if (seconds > limit) {
+            if (seconds > end) {
                 return;
             }
-            if (seconds >= first && (!m_request.exists || m_request.exists(time))) {
-                ++counted;
+            const bool isStart = seconds == m_start && m_request.startCounts;
+            if (seconds >= begin && !isStart && (!m_request.exists || m_request.exists(time))) {
+                ++m_counted;
                 keep(seconds);
             }
-            if (m_seconds.size() >= mostStarts) {
+            if (m_seconds.size() >= mostStarts || ++m_iterations >= mostIterations) {
                 m_result.problem = "it has too many occurrences";
-                return;
             }
-            if (std::chrono::steady_clock::now() > m_request.deadline) {
-                m_result.problem = "it takes too long";
+            if (!m_result.problem.empty() || isLate()) {
+                m_goesOn = false;
                 return;
             }
         }
-        m_result.problem = "it takes too many steps";
     }
 
     void keep(std::int64_t seconds) {
@@ -318,7 +389,9 @@ private:
     std::int64_t m_from;
     std::int64_t m_to;
     RuleParts m_parts;
-    bool m_done = false;
+    std::int64_t m_counted = 0;
+    std::size_t m_iterations = 0;
+    bool m_goesOn = true;
     std::vector<std::int64_t> m_seconds;
     RecurrenceStarts m_result;
 };

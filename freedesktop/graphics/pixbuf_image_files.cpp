@@ -110,10 +110,10 @@ void countRows(GdkPixbufLoader*, gint, gint y, gint, gint height, gpointer progr
 }
 
 // The library takes the two usual formats for whole where the file breaks off.
-bool isTorn(std::string_view contents, const GdkPixbuf* pixbuf, const Progress& progress) {
+bool isTorn(std::string_view contents, const GdkPixbuf* pixbuf, int decodedRows) {
     if (isPng(contents))
         return !hasEndOfPng(contents);
-    return isJpeg(contents) && progress.decodedRows < gdk_pixbuf_get_height(pixbuf);
+    return isJpeg(contents) && decodedRows < gdk_pixbuf_get_height(pixbuf);
 }
 
 PixbufHandle decode(std::string_view contents) {
@@ -128,10 +128,11 @@ PixbufHandle decode(std::string_view contents) {
         good = gdk_pixbuf_loader_write(loader.get(), reinterpret_cast<const guchar*>(piece.data()),
                                        piece.size(), nullptr) != 0;
     }
+    const int decodedRows = progress.decodedRows; // closing makes up those that are missing
     // To be closed even after an error.
     good = gdk_pixbuf_loader_close(loader.get(), nullptr) != 0 && good && !progress.tooLarge;
     GdkPixbuf* pixbuf = good ? gdk_pixbuf_loader_get_pixbuf(loader.get()) : nullptr;
-    if (pixbuf == nullptr || isTorn(contents, pixbuf, progress))
+    if (pixbuf == nullptr || isTorn(contents, pixbuf, decodedRows))
         return nullptr;
     return PixbufHandle(gdk_pixbuf_apply_embedded_orientation(pixbuf)); // as a camera notes it
 }

@@ -66,12 +66,12 @@ bool equalsIgnoringCase(std::string_view text, std::string_view lower) {
 
 // The names and values of the basic colours of style sheets, and a few more that people try.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 26> namedColors{{
-    {"black", "000000"},   {"silver", "c0c0c0"}, {"gray", "808080"},    {"grey", "808080"},
-    {"white", "ffffff"},   {"maroon", "800000"}, {"red", "ff0000"},     {"purple", "800080"},
-    {"fuchsia", "ff00ff"}, {"green", "008000"},  {"lime", "00ff00"},    {"olive", "808000"},
-    {"yellow", "ffff00"},  {"navy", "000080"},   {"blue", "0000ff"},    {"teal", "008080"},
-    {"aqua", "00ffff"},    {"orange", "ffa500"}, {"pink", "ffc0cb"},    {"brown", "a52a2a"},
-    {"cyan", "00ffff"},    {"magenta", "ff00ff"}, {"gold", "ffd700"},   {"indigo", "4b0082"},
+    {"black", "000000"},    {"silver", "c0c0c0"},        {"gray", "808080"}, {"grey", "808080"},
+    {"white", "ffffff"},    {"maroon", "800000"},        {"red", "ff0000"},  {"purple", "800080"},
+    {"fuchsia", "ff00ff"},  {"green", "008000"},         {"lime", "00ff00"}, {"olive", "808000"},
+    {"yellow", "ffff00"},   {"navy", "000080"},          {"blue", "0000ff"}, {"teal", "008080"},
+    {"aqua", "00ffff"},     {"orange", "ffa500"},        {"pink", "ffc0cb"}, {"brown", "a52a2a"},
+    {"cyan", "00ffff"},     {"magenta", "ff00ff"},       {"gold", "ffd700"}, {"indigo", "4b0082"},
     {"darkgray", "a9a9a9"}, {"transparent", "00000000"},
 }};
 

@@ -27,7 +27,8 @@ LayoutStep parseLayout(std::string_view size, std::string_view step) {
     if (comma == std::string_view::npos) {
         throwBadStep(step, "write it as layout:WIDTH,HEIGHT");
     }
-    return {{numberOfStep(size.substr(0, comma), step), numberOfStep(size.substr(comma + 1), step)}};
+    return {
+        {numberOfStep(size.substr(0, comma), step), numberOfStep(size.substr(comma + 1), step)}};
 }
 
 NowStep parseNow(std::string_view instant, std::string_view step, const TimeZone& zone) {

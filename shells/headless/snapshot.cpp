@@ -9,9 +9,8 @@ WidgetPicture pictureOfWidget(WidgetSession& session, platform::CGFloat width) {
     session.load();
     session.present();
     session.resizeView({width, session.preferredViewSize().height});
-    return {session.view().bounds().size, [&session](platform::GraphicsContext& context) {
-                session.view().render(context);
-            }};
+    return {session.view().bounds().size,
+            [&session](platform::GraphicsContext& context) { session.view().render(context); }};
 }
 
 } // namespace quorvel::headless

@@ -62,9 +62,8 @@ void addLabel(Json& json, const UILabel& label, TextMeasurer& textMeasurer) {
     json["text"] = textJson(label.text());
     json["textColor"] = colorJson(label.textColor());
     json["fontSize"] = numberJson(label.font().pointSize);
-    json["textSize"] = sizeJson(label.text()
-                                    ? textMeasurer.sizeWithFont(*label.text(), label.font())
-                                    : CGSize{});
+    json["textSize"] =
+        sizeJson(label.text() ? textMeasurer.sizeWithFont(*label.text(), label.font()) : CGSize{});
     Json& attributed = json["attributedText"] = nullptr;
     if (label.attributedText()) {
         attributed = Json::object();

@@ -20,9 +20,15 @@ using platform::UIWindow;
 namespace {
 
 Platform withRecords(const Platform& platform, RecordingCalendarStores& stores, RecordingLog& log) {
-    return Platform{platform.clock,       platform.dateServices, stores,
-                    platform.preferences, platform.textMeasurer, platform.imageFiles,
-                    platform.graphicsContexts, platform.screen,  log,
+    return Platform{platform.clock,
+                    platform.dateServices,
+                    stores,
+                    platform.preferences,
+                    platform.textMeasurer,
+                    platform.imageFiles,
+                    platform.graphicsContexts,
+                    platform.screen,
+                    log,
                     platform.bundles};
 }
 
@@ -67,9 +73,13 @@ void WidgetSession::present() {
     m_controller->hostDidPresent();
 }
 
-void WidgetSession::dismiss() { m_controller->hostDidDismiss(); }
+void WidgetSession::dismiss() {
+    m_controller->hostDidDismiss();
+}
 
-CGSize WidgetSession::preferredViewSize() { return m_controller->preferredViewSize(); }
+CGSize WidgetSession::preferredViewSize() {
+    return m_controller->preferredViewSize();
+}
 
 void WidgetSession::resizeView(CGSize size) {
     m_window->setFrame({{}, size});
@@ -77,17 +87,25 @@ void WidgetSession::resizeView(CGSize size) {
     layOut();
 }
 
-void WidgetSession::layOut() { m_window->layoutIfNeeded(); }
+void WidgetSession::layOut() {
+    m_window->layoutIfNeeded();
+}
 
-const KeyValueCoding& WidgetSession::controller() const { return *m_controller; }
+const KeyValueCoding& WidgetSession::controller() const {
+    return *m_controller;
+}
 
 const KeyValueCoding& WidgetSession::processWideValues() const {
     return m_bundle.processWideValues();
 }
 
-UIView& WidgetSession::view() const { return *m_controller->view(); }
+UIView& WidgetSession::view() const {
+    return *m_controller->view();
+}
 
-UITableView* WidgetSession::table() const { return frontTableBelow(view()); }
+UITableView* WidgetSession::table() const {
+    return frontTableBelow(view());
+}
 
 std::vector<std::shared_ptr<const KeyValueCoding>> WidgetSession::items() const {
     using Items = std::vector<std::shared_ptr<const KeyValueCoding>>;

@@ -54,7 +54,8 @@ private:
 
 // Both pipes at once, so that neither fills up while the other is waited for.
 void readBoth(const Pipe& output, const Pipe& errors, RunResult& result) {
-    std::array<pollfd, 2> polled{pollfd{output.end(0), POLLIN, 0}, pollfd{errors.end(0), POLLIN, 0}};
+    std::array<pollfd, 2> polled{pollfd{output.end(0), POLLIN, 0},
+                                 pollfd{errors.end(0), POLLIN, 0}};
     std::array<std::string*, 2> texts{&result.output, &result.errors};
     std::array<char, 65536> buffer{};
     while (polled[0].fd >= 0 || polled[1].fd >= 0) {
@@ -128,8 +129,8 @@ CommandTest::CommandTest() {
                      {"PATH", "/usr/bin:/bin"},
                      {"LANG", "en_US.UTF-8"},
                      {"TZ", "UTC"}};
-    // The libraries under the program keep some memory for good; that is no leak of ours.
-    m_environment["ASAN_OPTIONS"] = "detect_leaks=0";
+    // Sanitizers are to speak of errors only.
+    m_environment["LSAN_OPTIONS"] = "print_suppressions=0";
 }
 
 CommandTest::~CommandTest() {

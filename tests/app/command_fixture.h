@@ -34,7 +34,8 @@ protected:
     // With calendars and settings of this test, on 10 March 2026 at 10:00 UTC, a Tuesday.
     RunResult runHere(std::vector<std::string> arguments) const;
     // Standard output goes to that file instead of coming back.
-    RunResult runInto(const std::string& outputPath, const std::vector<std::string>& arguments) const;
+    RunResult runInto(const std::string& outputPath,
+                      const std::vector<std::string>& arguments) const;
 
     std::filesystem::path write(const std::string& name, std::string_view text) const;
     // One calendar file of the folder that runHere() shows; `events` are whole VEVENTs.

@@ -40,11 +40,13 @@ TEST(ParseStep, ReadsInstantsWithAndWithoutAnOffset) {
 
 TEST(ParseStep, RefusesEverythingElse) {
     for (const char* text :
-         {"", "presents", "present:", "present:1", "size:1", "layout", "layout:", "layout:1",
-          "layout:1,", "layout:1,2,3", "layout:a,b", "layout:1, 2", "layout:inf,1", "scroll:",
-          "scroll:nan", "scroll:1x", "scroll:+1", "preferences:", "preferences", "calendars:",
-          "now:", "now:today", "now", "pull:0:90", "drag:1,1:2,2", "tap:1,1", "full-view",
-          "placeholder", "unload", " present", "Present"}) {
+         {"",           "presents",    "present:",     "present:1",   "size:1",
+          "layout",     "layout:",     "layout:1",     "layout:1,",   "layout:1,2,3",
+          "layout:a,b", "layout:1, 2", "layout:inf,1", "scroll:",     "scroll:nan",
+          "scroll:1x",  "scroll:+1",   "preferences:", "preferences", "calendars:",
+          "now:",       "now:today",   "now",          "pull:0:90",   "drag:1,1:2,2",
+          "tap:1,1",    "full-view",   "placeholder",  "unload",      " present",
+          "Present"}) {
         EXPECT_THROW(parsed(text), UsageError) << text;
     }
 }

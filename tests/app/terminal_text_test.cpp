@@ -18,8 +18,7 @@ TEST(HarmlessText, StaysOnOneLine) {
 }
 
 TEST(HarmlessText, ReplacesControlCharacters) {
-    EXPECT_EQ(harmlessText(std::string("\x1b[31m\x07\0x\x7f", 9)),
-              "\uFFFD[31m\uFFFD\uFFFDx\uFFFD");
+    EXPECT_EQ(harmlessText(std::string("\x1b[31m\x07\0x\x7f", 9)), "\uFFFD[31m\uFFFD\uFFFDx\uFFFD");
     EXPECT_EQ(harmlessText("\u009b31m"), "\uFFFD31m");
 }
 
@@ -27,10 +26,10 @@ TEST(HarmlessText, ReplacesDamagedBytes) {
     EXPECT_EQ(harmlessText("a\xff"
                            "b"),
               "a\uFFFDb");
-    EXPECT_EQ(harmlessText("\xc0\xaf"), "\uFFFD\uFFFD");             // overlong
-    EXPECT_EQ(harmlessText("\xed\xa0\x80"), "\uFFFD\uFFFD\uFFFD");   // half of a pair
+    EXPECT_EQ(harmlessText("\xc0\xaf"), "\uFFFD\uFFFD");                // overlong
+    EXPECT_EQ(harmlessText("\xed\xa0\x80"), "\uFFFD\uFFFD\uFFFD");      // half of a pair
     EXPECT_EQ(harmlessText("\xf4\x90\x80\x80").substr(0, 3), "\uFFFD"); // beyond the last
-    EXPECT_EQ(harmlessText("\xe2\x82"), "\uFFFD\uFFFD");             // cut off
+    EXPECT_EQ(harmlessText("\xe2\x82"), "\uFFFD\uFFFD");                // cut off
 }
 
 TEST(HarmlessText, TakesOutWhatTurnsTheLineAround) {

@@ -103,10 +103,10 @@ TEST_P(Golden, LooksAsItDid) {
 INSTANTIATE_TEST_SUITE_P(Pictures, Golden,
                          testing::Combine(testing::ValuesIn(settings), testing::ValuesIn(locales),
                                           testing::ValuesIn(scales)),
-                         [](const auto& info) {
+                         [](const auto& test) {
                              std::string name =
-                                 pictureName(std::get<0>(info.param), std::get<1>(info.param),
-                                             std::get<2>(info.param));
+                                 pictureName(std::get<0>(test.param), std::get<1>(test.param),
+                                             std::get<2>(test.param));
                              for (char& c : name)
                                  if (!isalnum(static_cast<unsigned char>(c)))
                                      c = '_';

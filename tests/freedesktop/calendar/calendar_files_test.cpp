@@ -9,7 +9,7 @@ namespace {
 class CalendarFilesTest : public StoreFixture {
 protected:
     void use(const std::string& name = "") {
-        stores.setSources({CalendarSource::at(name.empty() ? folder.string() : folder / name)});
+        stores.setSources({CalendarSource::at(name.empty() ? folder : folder / name)});
     }
     static std::string one(const std::string& uid) {
         return calendarText(

@@ -110,7 +110,7 @@ TEST_F(IcalStore, DurationHasNominalDaysAndExactHours) {
                                              "hours 20260328T120000-20260329T130000\n"
                                              "back 20260328T140000-20260328T140000\n");
     EXPECT_EQ(problems,
-              "test:13: DTEND lies before DTSTART; the event is shown without a length\n");
+              "test:15: DTEND lies before DTSTART; the event is shown without a length\n");
 }
 
 TEST_F(IcalStore, AddsAndExcludesDates) {

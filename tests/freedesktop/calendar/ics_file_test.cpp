@@ -96,7 +96,7 @@ TEST(IcsFile, NamesLinesThatAreNone) {
 
 TEST(IcsFile, ReadsAnyLineBreaks) {
     std::string text = calendar(event("a") + event("b"));
-    for (const std::string& lineBreak : {"\n", "\r"}) {
+    for (const char* lineBreak : {"\n", "\r"}) {
         std::string other = text;
         for (std::size_t at = other.find("\r\n"); at != std::string::npos;
              at = other.find("\r\n")) {

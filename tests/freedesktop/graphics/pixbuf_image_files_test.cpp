@@ -101,7 +101,7 @@ TEST_F(ImageFiles, WhatIsNoPictureIsNone) {
 TEST_F(ImageFiles, AJpegIsAPictureAndATornOneIsNot) {
     GdkPixbuf* pixbuf = gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, 300, 200);
     guchar* bytes = gdk_pixbuf_get_pixels(pixbuf);
-    for (int i = 0; i < gdk_pixbuf_get_rowstride(pixbuf) * 200; ++i)
+    for (unsigned i = 0; i < static_cast<unsigned>(gdk_pixbuf_get_rowstride(pixbuf)) * 200; ++i)
         bytes[i] = static_cast<guchar>(i * i >> 3);
     ASSERT_TRUE(gdk_pixbuf_save(pixbuf, inFolder("a@2x.jpg").c_str(), "jpeg", nullptr, nullptr));
     g_object_unref(pixbuf);

@@ -1,0 +1,72 @@
+// The pictures that the program draws.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "tests/app/command_fixture.h"
+
+namespace quorvel::app {
+namespace {
+
+class SnapshotCommandTest : public CommandTest {
+protected:
+    std::string drawn(const std::string& name, std::vector<std::string> more = {}) const {
+        std::vector<std::string> arguments{"snapshot", "-o", path(name).string()};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        const RunResult result = runHere(arguments);
+        EXPECT_EQ(result.status, 0) << result.errors;
+        EXPECT_EQ(result.output, "");
+        std::ifstream file(path(name), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    }
+
+    void SetUp() override {
+        writeCalendar("Work", event("a", "Review", "DTSTART:20260310T120000Z"));
+    }
+};
+
+unsigned bigEndian(const std::string& bytes, std::size_t offset) {
+    unsigned number = 0;
+    for (std::size_t index = 0; index < 4; ++index) {
+        number = number * 256 + static_cast<unsigned char>(bytes.at(offset + index));
+    }
+    return number;
+}
+
+TEST_F(SnapshotCommandTest, DrawsEachKindOfFile) {
+    EXPECT_TRUE(drawn("x.png").starts_with("\x89PNG"));
+    EXPECT_TRUE(drawn("x.svg").starts_with("<?xml"));
+    EXPECT_TRUE(drawn("x.pdf").starts_with("%PDF"));
+}
+
+TEST_F(SnapshotCommandTest, IsAsLargeAsTheWidgetTimesTheScale) {
+    const double height = runHere({"inspect", "--do", "present"}).json().at("totalHeight");
+    const std::string once = drawn("x.png");
+    EXPECT_EQ(bigEndian(once, 16), 320U);
+    EXPECT_NEAR(bigEndian(once, 20), height, 1);
+    const std::string twice = drawn("x.png", {"--scale", "2", "--width", "400"});
+    EXPECT_EQ(bigEndian(twice, 16), 800U);
+    EXPECT_NEAR(bigEndian(twice, 20), height * 2, 1);
+}
+
+TEST_F(SnapshotCommandTest, IsTheSameEveryTimeAndFollowsTheBackground) {
+    const std::string standard = drawn("x.png");
+    EXPECT_EQ(drawn("x.png"), standard);
+    EXPECT_NE(drawn("x.png", {"--background", "none"}), standard);
+    EXPECT_NE(drawn("x.png", {"--background", "#f00"}), standard);
+    EXPECT_EQ(drawn("x.png", {"--background", "#F00"}), drawn("x.png", {"--background", "red"}));
+}
+
+TEST_F(SnapshotCommandTest, AnEmptyAgendaIsAPictureToo) {
+    writeCalendar("Work", "");
+    EXPECT_EQ(bigEndian(drawn("x.png"), 20), 300U);
+}
+
+TEST_F(SnapshotCommandTest, WritesNothingElse) {
+    drawn("x.png");
+    EXPECT_EQ(files(), (std::vector<std::string>{"calendars/Work.ics", "x.png"}));
+}
+
+} // namespace
+} // namespace quorvel::app

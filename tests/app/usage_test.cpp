@@ -1,0 +1,121 @@
+// What the program says to wrong usage and to what it cannot read or write.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/app/command_fixture.h"
+
+namespace quorvel::app {
+namespace {
+
+namespace fs = std::filesystem;
+
+class UsageTest : public CommandTest {
+protected:
+    void expectComplaint(const RunResult& result, int status, const std::string& part) const {
+        EXPECT_EQ(result.status, status) << result.errors;
+        EXPECT_EQ(result.output, "");
+        EXPECT_TRUE(result.errors.starts_with("quorvel: ")) << result.errors;
+        EXPECT_NE(result.errors.find(part), std::string::npos) << result.errors;
+        EXPECT_EQ(std::ranges::count(result.errors, '\n'), 1) << result.errors;
+    }
+};
+
+TEST_F(UsageTest, EveryWrongWordEndsWithTwoAndOneLine) {
+    expectComplaint(runHere({"agenda", "--wrong"}), 2, "'--wrong'");
+    expectComplaint(run({}), 2, "no command");
+    expectComplaint(run({"show"}), 2, "'show'");
+    expectComplaint(runHere({"agenda", "--timezone", "Mars/Olympus"}), 2, "'Mars/Olympus'");
+    expectComplaint(runHere({"agenda", "--timezone", "../../etc/passwd"}), 2, "time zone");
+    expectComplaint(runHere({"agenda", "--locale", "xx_YY"}), 2, "'xx_YY'");
+    expectComplaint(runHere({"agenda", "--controller", "NSObject"}), 2,
+                    "QuorvelViewControllerNewToday");
+    expectComplaint(runHere({"agenda", "--now", "soon"}), 2, "'soon'");
+    expectComplaint(runHere({"agenda", "--font", "No Such Font"}), 2, "'No Such Font'");
+    expectComplaint(runHere({"agenda", "--calendars", path("missing").string()}), 2, "missing");
+    expectComplaint(runHere({"agenda", "--calendars", ""}), 2, "calendars");
+    expectComplaint(runHere({"agenda", "--width", "0"}), 2, "width");
+    expectComplaint(runHere({"snapshot"}), 2, "-o");
+    expectComplaint(runHere({"snapshot", "-o", path("x.gif").string()}), 2, "x.gif");
+    expectComplaint(runHere({"snapshot", "-o", path("x.png").string(), "--background", "mud"}), 2,
+                    "'mud'");
+    expectComplaint(runHere({"snapshot", "-o", path("x.png").string(), "--scale", "1e9"}), 2,
+                    "scale");
+    EXPECT_FALSE(fs::exists(path("x.png")));
+}
+
+TEST_F(UsageTest, StepsAreCheckedBeforeAnythingRuns) {
+    for (const char* step : {"pull:0:90", "tap:1,1", "drag:1,1:2,2", "unload", "layout:1", ""}) {
+        expectComplaint(runHere({"inspect", "--do", "present", "--do", step}), 2, "step");
+    }
+    expectComplaint(runHere({"inspect", "--do", "calendars:" + path("missing").string()}), 2,
+                    "missing");
+}
+
+TEST_F(UsageTest, TellsWhatIsWrongWithABundle) {
+    const auto bundle = path("Other.bundle");
+    const auto information = [&](const std::string& executable) {
+        write("Other.bundle/Info.plist",
+              propertyList("<dict><key>CFBundleExecutable</key><string>" + executable +
+                           "</string><key>NSPrincipalClass</key><string>X</string></dict>"));
+    };
+    const auto complaint = [&](const std::string& part) {
+        expectComplaint(runHere({"agenda", "--bundle", bundle.string()}), 1, part);
+    };
+    complaint("is not there");
+    fs::create_directory(bundle);
+    complaint("has no Info.plist");
+    write("Other.bundle/Info.plist", "<plist><dict><key>");
+    complaint("cannot be read");
+    information("");
+    complaint("names no executable");
+    information("../libm.so.6");
+    complaint("outside itself");
+    information("Other.so");
+    complaint("lacks its executable");
+    write("Other.bundle/Other.so", "no shared object\nat all");
+    complaint("cannot be loaded");
+}
+
+TEST_F(UsageTest, AWordFromOutsideCannotSteerTheTerminal) {
+    const RunResult result = runHere({"agenda", "--timezone", "\x1b[31m\nred"});
+    expectComplaint(result, 2, "red");
+    EXPECT_EQ(result.errors.find('\x1b'), std::string::npos);
+}
+
+TEST_F(UsageTest, UnwritablePlacesEndWithOne) {
+    expectComplaint(runHere({"snapshot", "-o", path("no/such/folder.png").string()}), 1,
+                    "folder.png");
+    expectComplaint(runHere({"agenda", "--log", path("no/such/log").string()}), 1, "log");
+    const RunResult full = runInto("/dev/full", {"--help"});
+    EXPECT_EQ(full.status, 1);
+    EXPECT_NE(full.errors.find("No space left"), std::string::npos) << full.errors;
+}
+
+TEST_F(UsageTest, NoCalendarsAtAllIsNotAnEmptyAgenda) {
+    const RunResult none = run({"agenda", "--json"});
+    EXPECT_EQ(none.status, 1);
+    EXPECT_EQ(none.json(), Json::array());
+    EXPECT_NE(none.errors.find("--sample"), std::string::npos);
+    EXPECT_EQ(runHere({"agenda"}).status, 1); // an empty folder
+    EXPECT_EQ(runHere({"inspect"}).status, 0);
+}
+
+TEST_F(UsageTest, HelpAndVersionGoToStandardOutput) {
+    for (const std::vector<std::string>& arguments :
+         std::vector<std::vector<std::string>>{{"--help"},
+                                               {"agenda", "--help"},
+                                               {"snapshot", "-h"},
+                                               {"calendars", "--help"},
+                                               {"inspect", "--help"},
+                                               {"--version"}}) {
+        const RunResult result = run(arguments);
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(result.errors, "");
+        EXPECT_FALSE(result.output.empty());
+    }
+    EXPECT_NE(run({"inspect", "--help"}).output.find("layout:W,H"), std::string::npos);
+}
+
+} // namespace
+} // namespace quorvel::app

@@ -1,0 +1,153 @@
+#include "freedesktop/bundle/loaded_bundle.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+
+#include "freedesktop/bundle/loaded_bundles.h"
+#include "platform/key_value_coding.h"
+#include "platform/screen.h"
+
+namespace quorvel::freedesktop {
+namespace {
+
+namespace fs = std::filesystem;
+
+using ::testing::HasSubstr;
+
+class TestScreen : public platform::Screen {
+public:
+    platform::CGFloat scale() const override { return m_scale; }
+    platform::CGFloat m_scale = 1;
+};
+
+class LoadedBundleTest : public ::testing::Test {
+protected:
+    LoadedBundleTest() {
+        std::string name = (fs::temp_directory_path() / "quorvel-bundle-XXXXXX").string();
+        EXPECT_NE(mkdtemp(name.data()), nullptr);
+        m_folder = name;
+    }
+    ~LoadedBundleTest() override {
+        std::error_code error;
+        fs::remove_all(m_folder, error);
+    }
+
+    void writeInformation(const fs::path& folder, const std::string& executable) const {
+        fs::create_directories(folder);
+        std::ofstream(folder / "Info.plist")
+            << "<plist version=\"1.0\"><dict><key>CFBundleExecutable</key><string>" << executable
+            << "</string><key>NSPrincipalClass</key><string>Principal</string></dict></plist>";
+    }
+    // A bundle around one of the shared objects made for this test.
+    std::string complaintAbout(const std::string& kind) const {
+        writeInformation(m_folder, kind + ".so");
+        fs::copy_file(fs::path(QUORVEL_TEST_BUNDLES) / (kind + ".so"), m_folder / (kind + ".so"));
+        return complaint();
+    }
+    std::string complaint() const {
+        try {
+            const LoadedBundle bundle(m_folder.string(), m_screen);
+        } catch (const BundleError& error) {
+            return error.what();
+        }
+        return "no complaint";
+    }
+
+    fs::path m_folder;
+    TestScreen m_screen;
+};
+
+TEST_F(LoadedBundleTest, KnowsItsClassesAndValues) {
+    const auto bundle = std::make_shared<const LoadedBundle>(QUORVEL_BUNDLE, m_screen);
+    EXPECT_EQ(bundle->principalClass(), "QuorvelViewControllerNew");
+    EXPECT_FALSE(bundle->identifier().empty());
+    EXPECT_TRUE(bundle->hasClass("QuorvelViewControllerNewToday"));
+    EXPECT_FALSE(bundle->hasClass("NSObject"));
+    EXPECT_FALSE(bundle->processWideValues().keys().empty());
+    EXPECT_EQ(bundle->bundlePath(), QUORVEL_BUNDLE);
+
+    LoadedBundles bundles;
+    EXPECT_EQ(bundles.bundleForClass("QuorvelViewControllerNew"), nullptr);
+    bundles.add(bundle);
+    EXPECT_EQ(bundles.bundleForClass("QuorvelViewControllerNew"), bundle);
+    EXPECT_EQ(bundles.bundleForClass("NSObject"), nullptr);
+}
+
+// Nothing but the C++ runtime and the platform's own library.
+TEST_F(LoadedBundleTest, NeedsNoOtherLibrary) {
+    const std::string command = std::string("ldd '") + QUORVEL_BUNDLE + "/Quorvel.so'";
+    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
+    ASSERT_NE(pipe, nullptr);
+    std::array<char, 1024> line{};
+    int libraries = 0;
+    while (std::fgets(line.data(), static_cast<int>(line.size()), pipe.get()) != nullptr) {
+        const std::string text(line.data());
+        bool isKnown = false;
+        for (const char* known : {"linux-vdso", "ld-linux", "libstdc++", "libm.so", "libgcc_s",
+                                  "libc.so", "libquorvel_platform", "libasan", "libubsan"}) {
+            isKnown = isKnown || text.find(known) != std::string::npos;
+        }
+        EXPECT_TRUE(isKnown) << text;
+        ++libraries;
+    }
+    EXPECT_GT(libraries, 2);
+}
+
+TEST_F(LoadedBundleTest, RefusesWhatIsNoBundleOfOurs) {
+    EXPECT_THAT(complaintAbout("foreign"), HasSubstr("is not a widget bundle"));
+    EXPECT_THAT(complaintAbout("null_entry"), HasSubstr("is not a widget bundle"));
+    EXPECT_THAT(complaintAbout("other_version"), HasSubstr("built for version 2"));
+}
+
+TEST_F(LoadedBundleTest, RefusesBrokenFolders) {
+    EXPECT_THAT(complaint(), HasSubstr("has no Info.plist"));
+    std::ofstream(m_folder / "Info.plist") << "<plist version=\"1.0\"><array/></plist>";
+    EXPECT_THAT(complaint(), HasSubstr("it holds no dictionary"));
+    std::ofstream(m_folder / "Info.plist") << "<plist";
+    EXPECT_THAT(complaint(), HasSubstr("cannot be read"));
+    for (const char* name : {"..", ".", "/lib/libm.so.6", "../x.so", "a/b.so"}) {
+        writeInformation(m_folder, name);
+        EXPECT_THAT(complaint(), HasSubstr("outside itself")) << name;
+    }
+    writeInformation(m_folder, "missing.so");
+    EXPECT_THAT(complaint(), HasSubstr("lacks its executable"));
+    writeInformation(m_folder, "folder.so");
+    fs::create_directory(m_folder / "folder.so");
+    EXPECT_THAT(complaint(), HasSubstr("lacks its executable"));
+    EXPECT_THROW(LoadedBundle((m_folder / "none").string(), m_screen), BundleError);
+}
+
+TEST_F(LoadedBundleTest, ChoosesResourcesByTheScreensScale) {
+    // The real shared object, with pictures of this test beside it.
+    writeInformation(m_folder, "Quorvel.so");
+    fs::create_symlink(fs::path(QUORVEL_BUNDLE) / "Quorvel.so", m_folder / "Quorvel.so");
+    const LoadedBundle bundle(m_folder.string(), m_screen);
+    const auto chosen = [&](double scale) {
+        m_screen.m_scale = scale;
+        const auto path = bundle.pathForResource("Icon", "png");
+        return path ? fs::path(*path).filename().string() : "none";
+    };
+    EXPECT_EQ(chosen(1), "none");
+    std::ofstream(m_folder / "Icon@2x.png") << "2";
+    EXPECT_EQ(chosen(1), "Icon@2x.png");
+    EXPECT_EQ(chosen(3), "Icon@2x.png");
+    std::ofstream(m_folder / "Icon.png") << "1";
+    std::ofstream(m_folder / "Icon@3x.png") << "3";
+    EXPECT_EQ(chosen(0.5), "Icon.png");
+    EXPECT_EQ(chosen(1), "Icon.png");
+    EXPECT_EQ(chosen(1.5), "Icon@2x.png");
+    EXPECT_EQ(chosen(2), "Icon@2x.png");
+    EXPECT_EQ(chosen(64), "Icon@3x.png");
+    EXPECT_FALSE(bundle.pathForResource("../Icon", "png"));
+    EXPECT_FALSE(bundle.pathForResource("", ""));
+}
+
+} // namespace
+} // namespace quorvel::freedesktop
