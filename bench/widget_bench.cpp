@@ -42,7 +42,7 @@ int minuteOfEvent(int number) {
 class MemorySurroundings {
 public:
     explicit MemorySurroundings(int events) {
-        m_platform.clock.date = now;
+        m_platform.clock.setNow(now);
         m_platform.preferences.files["/var/mobile/Library/Preferences/"
                                      "org.quorvel.quorvelprefs.plist"] = PropertyListDictionary();
         m_platform.preferences

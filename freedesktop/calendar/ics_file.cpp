@@ -2,8 +2,8 @@
 #include "freedesktop/calendar/ics_file.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
+#include <unordered_map>
 
 #include "freedesktop/calendar/content_lines.h"
 #include "freedesktop/calendar/stable_hash.h"
@@ -550,6 +550,28 @@ private:
         }
     }
 
+    // Of several versions of an event in one file the newest holds.
+    void dropSuperseded() {
+        auto& events = m_file.events;
+        if (events.size() < 2) {
+            return;
+        }
+        std::unordered_map<std::string_view, int> newest;
+        for (const IcsEvent& event : events) {
+            if (!event.recurrenceId) {
+                int& sequence =
+                    newest.emplace(m_file.slice(event.uid), event.sequence).first->second;
+                sequence = std::max(sequence, event.sequence);
+            }
+        }
+        events.erase(std::remove_if(events.begin(), events.end(),
+                                    [&](const IcsEvent& event) {
+                                        return !event.recurrenceId &&
+                                               event.sequence < newest[m_file.slice(event.uid)];
+                                    }),
+                     events.end());
+    }
+
     void finish() {
         const std::size_t lastLine = m_raw.number;
         const bool endsInEvent = m_place == Place::event;
@@ -566,6 +588,7 @@ private:
         if (m_moreProblems > 0) {
             m_file.problems.push_back({0, "and " + std::to_string(m_moreProblems) + " more"});
         }
+        dropSuperseded();
         m_file.text.shrink_to_fit();
         m_file.events.shrink_to_fit();
         m_file.rules.shrink_to_fit();

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstdint>
 #include <memory>
+#include <numeric>
 #include <utility>
 
 #include <libical/ical.h>
@@ -75,8 +76,10 @@ void readPart(RuleParts& parts, const std::string& key, const std::string& value
     }
     if (key == "COUNT") {
         parts.count = wholeNumber(value);
-        if (!parts.count || *parts.count < 1) {
+        if (!parts.count || *parts.count == 0) {
             parts.problem = "COUNT is no positive number";
+        } else if (*parts.count < 0) {
+            parts.count = std::nullopt; // some write -1 where they mean none
         }
         return;
     }
@@ -305,12 +308,18 @@ private:
         iterate(iterator.get(), m_start, m_to);
     }
 
-    // Each piece starts whole steps after the first occurrence, so that it is the same rule.
+    // Each piece starts whole steps after the first occurrence, and where its time of day or its
+    // minutes are the same, so that it is the same rule to the library.
     void walkInPieces(icalrecurrencetype& rule, std::int64_t step) {
-        const std::int64_t skipped = canJump() ? (m_from - m_start) / step : 0;
-        std::int64_t begin = m_start + skipped * step;
+        const std::int64_t like = rule.freq == ICAL_SECONDLY_RECURRENCE ? 3600 : 86400;
+        const std::int64_t shortest = std::lcm(step, like);
+        std::int64_t begin = m_start;
+        if (canJump()) {
+            begin += (m_from - m_start) / shortest * shortest;
+        }
         std::int64_t stepsAtOnce = fewestStepsAtOnce;
-        for (std::int64_t steps = 0; begin <= m_to && m_goesOn; steps += stepsAtOnce) {
+        std::int64_t steps = 0;
+        while (begin <= m_to && m_goesOn) {
             if (steps > mostSteps) {
                 m_result.problem = "it takes too many steps";
                 return;
@@ -318,14 +327,16 @@ private:
             if (steps > 0 && isLate()) {
                 return;
             }
-            stepsAtOnce = std::min(2 * stepsAtOnce, mostStepsAtOnce);
-            const std::int64_t end = begin + stepsAtOnce * step;
-            const Iterator iterator = makeIterator(rule, begin, std::min(m_to, end - 1));
+            const std::int64_t pieces = std::max<std::int64_t>(stepsAtOnce * step / shortest, 1);
+            const std::int64_t last = std::min(m_to, begin + pieces * shortest - 1);
+            const Iterator iterator = makeIterator(rule, begin, last);
             if (!iterator) {
                 return;
             }
-            iterate(iterator.get(), begin, std::min(m_to, end - 1));
-            begin = end;
+            iterate(iterator.get(), begin, last);
+            begin += pieces * shortest;
+            steps += pieces * shortest / step;
+            stepsAtOnce = std::min(2 * stepsAtOnce, mostStepsAtOnce);
         }
     }
 

@@ -108,21 +108,36 @@ private:
     // Up to `end`, or up to the end of the text.
     MaybeValue pairs(std::size_t depth, char end) {
         PropertyListDictionary dictionary;
+        if (!readPairs(depth, end, dictionary)) {
+            return std::nullopt;
+        }
+        return PropertyListValue{std::move(dictionary)};
+    }
+
+    bool readPairs(std::size_t depth, char end, PropertyListDictionary& dictionary) {
         while (true) {
             skipSpace();
             if (end == '\0' ? m_rest.empty() : skip(end)) {
-                return PropertyListValue{std::move(dictionary)};
+                return true;
             }
             auto key = string();
             if (!key) {
-                return std::nullopt;
+                return false;
             }
-            MaybeValue value = skip('=') ? object(depth + 1) : PropertyListValue{*key};
+            MaybeValue value = valueOf(*key, depth);
             if (!value || !skip(';')) {
-                return std::nullopt;
+                return false;
             }
             dictionary.insert_or_assign(std::move(*key), std::move(*value));
         }
+    }
+
+    // A key without a value is its own.
+    MaybeValue valueOf(const std::string& key, std::size_t depth) {
+        if (skip('=')) {
+            return object(depth + 1);
+        }
+        return PropertyListValue{key};
     }
 
     MaybeValue array(std::size_t depth) {

@@ -114,6 +114,14 @@ TEST(IcsFile, MakesUpAStableUid) {
     EXPECT_EQ(uidsOf(read(text)).substr(0, 7), "no-uid-");
 }
 
+TEST(IcsFile, KeepsTheNewestVersionOfAnEvent) {
+    const std::string start = "DTSTART:20240101\r\n";
+    EXPECT_EQ(uidsOf(read(calendar(event("a", start + "SEQUENCE:1\r\n") +
+                                   event("a", start + "SEQUENCE:3\r\n") + event("b", start) +
+                                   event("b", start)))),
+              "a b b");
+}
+
 TEST(IcsFile, BoundsTheDaysOfAnEvent) {
     const auto days = [](const std::string& more) {
         const IcsFile file = read(calendar(event("a", more)));

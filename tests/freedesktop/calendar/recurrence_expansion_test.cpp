@@ -80,6 +80,20 @@ TEST(Recurrence, CountsFromTheStart) {
     EXPECT_EQ(expanded("FREQ=DAILY;COUNT=3", "20240101T080000", "20250102", "20260101"), "");
 }
 
+TEST(Recurrence, TakesANegativeCountForNone) {
+    EXPECT_EQ(expanded("FREQ=DAILY;COUNT=-1", "20240101T080000", "20240102", "20240104"),
+              "20240102T0800 20240103T0800");
+}
+
+// The library must be led on in pieces that it takes for the same rule.
+TEST(Recurrence, OfSecondsAndHoursGoesOnAcrossPieces) {
+    EXPECT_EQ(expanded("FREQ=SECONDLY;COUNT=3;BYMINUTE=1;BYSECOND=0", "20100322T120100", "20100322",
+                       "20100323"),
+              "20100322T1201 20100322T1301 20100322T1401");
+    EXPECT_EQ(expanded("FREQ=HOURLY;INTERVAL=18", "20240101T080000", "20260101", "20260103"),
+              "20260101T1400 20260102T0800");
+}
+
 TEST(Recurrence, DoesNotCountWhatDoesNotExist) {
     auto request = requestFor("FREQ=DAILY;COUNT=3", "20240101T080000", "20240101", "20250101");
     request.exists = [](const CivilTime& time) { return time.day != 2; };
@@ -110,7 +124,7 @@ TEST(Recurrence, MendsWeekNumbersWithoutWeekdays) {
 
 TEST(Recurrence, ThatCannotBeReadLeavesTheStart) {
     for (const char* rule :
-         {"", "FREQ=NEVER", "FREQ=DAILY;INTERVAL=0", "FREQ=DAILY;COUNT=0", "FREQ=DAILY;COUNT=-5",
+         {"", "FREQ=NEVER", "FREQ=DAILY;INTERVAL=0", "FREQ=DAILY;COUNT=0", "FREQ=DAILY;COUNT=x",
           "FREQ=DAILY;BYSETPOS=1", "COUNT=3", "FREQ=DAILY;BYMONTH=99", "FREQ=DAILY;BYDAY",
           "FREQ=DAILY;INTERVAL=99999999999999999999"}) {
         const auto starts =
