@@ -1,7 +1,7 @@
 // Writes a vdir collection of made-up calendars, the same for the same arguments:
 //   make_calendars DIR EVENTS [CALENDARS]
-// Events lie within two years of 2026-03-10: 15 in 100 repeat weekly, 10 in 100 last all day, the
-// others are in Berlin's or in New York's time.
+// Events lie within two years of 2026-03-10: 15 in 100 repeat weekly, every other of them without
+// an end, 10 in 100 last all day, the others are in Berlin's or in New York's time.
 
 #include <charconv>
 #include <cstdint>
@@ -52,7 +52,7 @@ public:
                            std::to_string(number) + "@example.org\r\nDTSTAMP:20260101T000000Z\r\n";
         text += times(day);
         if (between(1, 100) <= 15)
-            text += "RRULE:FREQ=WEEKLY;COUNT=" + std::to_string(between(4, 60)) + "\r\n";
+            text += rule();
         text += "SUMMARY:Meeting number " + std::to_string(number) + " about things\r\n";
         if (between(1, 2) == 1)
             text += "LOCATION:Room " + std::to_string(between(1, 400)) + "\r\n";
@@ -64,6 +64,12 @@ public:
 private:
     int between(int low, int high) {
         return low + static_cast<int>(m_random() % static_cast<unsigned>(high - low + 1));
+    }
+
+    std::string rule() {
+        const std::string end =
+            between(1, 2) == 1 ? "" : ";COUNT=" + std::to_string(between(4, 60));
+        return "RRULE:FREQ=WEEKLY" + end + "\r\n";
     }
 
     std::string times(std::int64_t day) {

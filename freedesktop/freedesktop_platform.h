@@ -47,7 +47,7 @@ public:
     // Throws BundleError. From here on the platform finds the bundle by its classes.
     std::shared_ptr<const LoadedBundle> loadBundle(const std::string& path);
 
-    // Whether the last event store had a calendar at all, and a source of them that could be read.
+    // Whether the last event store had a calendar at all that could be read.
     bool hasReadableCalendars() const;
 
     // What is read after the call is read from there.

@@ -7,6 +7,8 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <future>
+#include <span>
 #include <system_error>
 #include <utility>
 
@@ -260,9 +262,9 @@ struct CalendarFiles::Walk {
     const ReadContext& context;
     std::set<std::pair<dev_t, ino_t>> visited; // against loops of links
     int depth = 0;
-    std::string buffer;
 
-    bool refreshFile(File& file, int folder, const std::string& path, bool isMetadata);
+    bool refreshFiles(std::span<File> files, int descriptor, const std::string& path,
+                      bool isMetadata) const;
     bool refreshList(std::vector<File>& files, std::vector<std::string> names, int descriptor,
                      const std::string& path, bool isMetadata);
 };
@@ -293,23 +295,54 @@ std::optional<std::string> CalendarFiles::Folder::metadataNamed(std::string_view
     return std::nullopt;
 }
 
-bool CalendarFiles::Walk::refreshFile(File& file, int folder, const std::string& path,
-                                      bool isMetadata) {
+// Reads the files of a folder, one after the other, with one buffer.
+class CalendarFiles::FileReader {
+public:
+    FileReader(const ReadContext& context, int folder, std::string path, bool isMetadata)
+        : m_context(context)
+        , m_folder(folder)
+        , m_path(std::move(path))
+        , m_isMetadata(isMetadata) {}
+
+    // Whether one of them is not what it was.
+    bool refresh(std::span<File> files) {
+        bool changed = false;
+        for (File& file : files) {
+            changed = refresh(file) || changed;
+        }
+        return changed;
+    }
+
+    bool refresh(File& file);
+
+private:
+    std::string pathOf(const File& file) const {
+        return m_path.empty() ? file.name : m_path + "/" + file.name;
+    }
+
+    const ReadContext& m_context;
+    int m_folder;
+    std::string m_path; // empty: the files' names are whole paths
+    bool m_isMetadata;
+    std::string m_buffer;
+};
+
+bool CalendarFiles::FileReader::refresh(File& file) {
     struct stat status {};
-    const bool wasRead = file.loaded || isMetadata;
-    if (wasRead && fstatat(folder, file.name.c_str(), &status, 0) == 0 &&
+    const bool wasRead = file.loaded || m_isMetadata;
+    if (wasRead && fstatat(m_folder, file.name.c_str(), &status, 0) == 0 &&
         versionOf(status) == file.version) {
         return false;
     }
-    const Descriptor descriptor(openRegular(folder, file.name.c_str(), status));
+    const Descriptor descriptor(openRegular(m_folder, file.name.c_str(), status));
     int error = descriptor.isOpen() ? 0 : errno;
-    const std::size_t largest = isMetadata ? largestMetadata : largestFile;
+    const std::size_t largest = m_isMetadata ? largestMetadata : largestFile;
     if (error == 0 && static_cast<std::size_t>(status.st_size) > largest) {
         error = EFBIG;
     }
     if (error == 0) {
         error =
-            readAll(descriptor.get(), static_cast<std::size_t>(status.st_size), largest, buffer);
+            readAll(descriptor.get(), static_cast<std::size_t>(status.st_size), largest, m_buffer);
     }
     if (error != 0) {
         const bool isNew = error != file.error;
@@ -317,18 +350,43 @@ bool CalendarFiles::Walk::refreshFile(File& file, int folder, const std::string&
         file.error = error;
         file.loaded = nullptr;
         if (isNew) {
-            context.report({path, 0, "it cannot be read: " + reasonOf(error)});
+            m_context.report({pathOf(file), 0, "it cannot be read: " + reasonOf(error)});
         }
         return isNew || hadContent;
     }
     file.error = 0;
     file.version = versionOf(status);
-    if (isMetadata) {
-        file.metadata = buffer;
+    if (m_isMetadata) {
+        file.metadata = m_buffer;
     } else {
-        file.loaded = load(path, buffer, context);
+        file.loaded = load(pathOf(file), m_buffer, m_context);
     }
     return true;
+}
+
+// Many files are read by two threads, half of them each; what is wrong is told in their order.
+bool CalendarFiles::Walk::refreshFiles(std::span<File> files, int descriptor,
+                                       const std::string& path, bool isMetadata) const {
+    constexpr std::size_t fewestForTwo = 200;
+    FileReader reader(context, descriptor, path, isMetadata);
+    if (files.size() < fewestForTwo) {
+        return reader.refresh(files);
+    }
+    std::vector<CalendarProblem> problems;
+    const ReadContext otherContext{
+        context.zoneIsKnown,
+        [&problems](const CalendarProblem& problem) { problems.push_back(problem); }};
+    FileReader otherReader(otherContext, descriptor, path, isMetadata);
+    const std::size_t half = files.size() / 2;
+    std::future<bool> other = std::async(std::launch::async, [&otherReader, files, half] {
+        return otherReader.refresh(files.subspan(half));
+    });
+    const bool changed = reader.refresh(files.first(half));
+    const bool otherChanged = other.get();
+    for (const CalendarProblem& problem : problems) {
+        context.report(problem);
+    }
+    return changed || otherChanged;
 }
 
 // Names are sorted, as the files are; both are walked side by side.
@@ -351,9 +409,8 @@ bool CalendarFiles::Walk::refreshList(std::vector<File>& files, std::vector<std:
             files.emplace_back();
             files.back().name = std::move(name);
         }
-        File& file = files.back();
-        changed = refreshFile(file, descriptor, path + "/" + file.name, isMetadata) || changed;
     }
+    changed = refreshFiles(files, descriptor, path, isMetadata) || changed;
     return changed || old != before.end();
 }
 
@@ -393,7 +450,7 @@ bool CalendarFiles::refreshPath(const ReadContext& context) {
         return true;
     }
     m_problem.clear();
-    Walk walk{context, {}, 0, {}};
+    Walk walk{context, {}, 0};
     struct stat status {};
     if (stat(m_source.name.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
         const bool isNew = m_folder == nullptr;
@@ -416,7 +473,7 @@ bool CalendarFiles::refreshPath(const ReadContext& context) {
         m_file = std::make_unique<File>();
         m_file->name = m_source.name;
     }
-    const bool changed = walk.refreshFile(*m_file, AT_FDCWD, m_source.name, false);
+    const bool changed = FileReader(context, AT_FDCWD, {}, false).refresh(*m_file);
     m_isReadable = m_file->error == 0;
     return changed || isNew;
 }

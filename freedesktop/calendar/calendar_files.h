@@ -32,7 +32,7 @@ struct LoadedCalendar {
 };
 
 struct ReadContext {
-    std::function<bool(std::string_view)> zoneIsKnown;
+    std::function<bool(std::string_view)> zoneIsKnown; // from any thread
     CalendarProblemHandler report;
 };
 
@@ -53,6 +53,7 @@ private:
     struct File;
     struct Folder;
     struct Walk;
+    class FileReader;
 
     bool refreshText(const ReadContext& context);
     bool refreshPath(const ReadContext& context);

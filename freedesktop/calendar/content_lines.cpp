@@ -20,8 +20,16 @@ bool isLineBreak(char c) {
     return c == '\n' || c == '\r';
 }
 
+// The library's search for one of several characters is slow on short texts, and these are many.
+template <typename Wanted>
+std::size_t findIf(std::string_view text, Wanted isWanted) {
+    const auto found = std::find_if(text.begin(), text.end(), isWanted);
+    return found == text.end() ? std::string_view::npos
+                               : static_cast<std::size_t>(found - text.begin());
+}
+
 char lineEndOf(std::string_view text) {
-    const std::size_t first = text.find_first_of("\r\n");
+    const std::size_t first = findIf(text, isLineBreak);
     const bool carriageReturnAlone = first != std::string_view::npos && text[first] == '\r' &&
                                      (first + 1 >= text.size() || text[first + 1] != '\n');
     return carriageReturnAlone ? '\r' : '\n';
@@ -34,17 +42,13 @@ std::string_view withoutTrailingBreaks(std::string_view text) {
     return text;
 }
 
-// The first of the characters outside quotes.
-std::size_t findUnquoted(std::string_view text, std::string_view characters) {
+// The first such character outside quotes.
+std::size_t findUnquoted(std::string_view text, char wanted) {
     bool quoted = false;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '"') {
-            quoted = !quoted;
-        } else if (!quoted && characters.find(text[i]) != std::string_view::npos) {
-            return i;
-        }
-    }
-    return std::string_view::npos;
+    return findIf(text, [wanted, &quoted](char c) {
+        quoted = c == '"' ? !quoted : quoted;
+        return !quoted && c == wanted;
+    });
 }
 
 } // namespace
@@ -81,7 +85,7 @@ std::string_view unfolded(const RawLine& line, std::string& scratch) {
     scratch.clear();
     std::string_view rest = line.text;
     while (!rest.empty()) {
-        const std::size_t end = rest.find_first_of("\r\n");
+        const std::size_t end = findIf(rest, isLineBreak);
         scratch.append(rest.substr(0, end));
         if (end == std::string_view::npos) {
             break;
@@ -99,7 +103,7 @@ std::string_view unfolded(const RawLine& line, std::string& scratch) {
 }
 
 std::optional<ContentLine> splitContentLine(std::string_view line) {
-    const std::size_t nameEnd = line.find_first_of(":;");
+    const std::size_t nameEnd = findIf(line, [](char c) { return c == ':' || c == ';'; });
     if (nameEnd == std::string_view::npos || nameEnd == 0) {
         return std::nullopt;
     }
@@ -110,7 +114,7 @@ std::optional<ContentLine> splitContentLine(std::string_view line) {
         return result;
     }
     const std::string_view rest = line.substr(nameEnd + 1);
-    std::size_t colon = findUnquoted(rest, ":");
+    std::size_t colon = findUnquoted(rest, ':');
     if (colon == std::string_view::npos) {
         colon = rest.find(':'); // a quote that nobody closed
     }
@@ -124,13 +128,13 @@ std::optional<ContentLine> splitContentLine(std::string_view line) {
 
 std::optional<std::string_view> parameterValue(std::string_view parameters, std::string_view name) {
     while (!parameters.empty()) {
-        const std::size_t end = findUnquoted(parameters, ";");
+        const std::size_t end = findUnquoted(parameters, ';');
         const std::string_view parameter = parameters.substr(0, end);
         const std::size_t equals = parameter.find('=');
         if (equals != std::string_view::npos &&
             equalsIgnoringCase(parameter.substr(0, equals), name)) {
             std::string_view value = parameter.substr(equals + 1);
-            value = value.substr(0, findUnquoted(value, ","));
+            value = value.substr(0, findUnquoted(value, ','));
             if (value.size() >= 2 && value.front() == '"' && value.back() == '"') {
                 value = value.substr(1, value.size() - 2);
             }

@@ -81,6 +81,13 @@ bool belongsTo(const ics::Window& window, const platform::EKEvent& event) {
     return ics::belongsTo(window, wholeSeconds(event.startDate), wholeSeconds(event.endDate));
 }
 
+// A folder of events may be empty; of files that are there, one at least must be a calendar's.
+bool couldBeRead(const std::shared_ptr<ics::LoadedCalendar>& calendar) {
+    const auto& files = calendar->files;
+    return files.empty() || std::any_of(files.begin(), files.end(),
+                                        [](const auto& file) { return file->ics.isCalendar; });
+}
+
 // Those of the calendars that are asked for.
 Snapshot calendarsIn(const Snapshot& snapshot, const platform::EKCalendars& wanted) {
     std::unordered_set<std::string_view> identifiers;
@@ -181,8 +188,12 @@ public:
     // The calendars as they are on disk now, and the clock that their floating times follow.
     std::pair<Snapshot, std::shared_ptr<ics::ZoneClock>> refresh() {
         const std::lock_guard lock(m_mutex);
-        const ics::ReadContext context{
-            [this](std::string_view name) { return m_zones.named(name) != nullptr; }, m_report};
+        std::mutex zonesMutex; // files are read by more than one thread
+        const ics::ReadContext context{[this, &zonesMutex](std::string_view name) {
+                                           const std::lock_guard zonesLock(zonesMutex);
+                                           return m_zones.named(name) != nullptr;
+                                       },
+                                       m_report};
         Snapshot snapshot;
         std::unordered_set<std::string_view> shown;
         m_anyReadable = false;
@@ -196,7 +207,7 @@ public:
                 }
             }
         }
-        m_anyCalendar = !snapshot.empty();
+        m_anyCalendar = std::any_of(snapshot.begin(), snapshot.end(), couldBeRead);
         return {std::move(snapshot), m_userZone};
     }
 

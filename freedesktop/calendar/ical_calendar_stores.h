@@ -73,7 +73,7 @@ public:
 
     // Whether at least one source could be read when the last store was made; false before that.
     bool anyReadable() const;
-    // Whether the last store had a calendar at all; false before that.
+    // Whether the last store had a calendar that could be read; false before that.
     bool anyCalendar() const;
 
 private:

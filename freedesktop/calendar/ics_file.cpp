@@ -576,7 +576,8 @@ private:
         const std::size_t lastLine = m_raw.number;
         const bool endsInEvent = m_place == Place::event;
         dropOpenEvent();
-        if (!m_sawCalendar && m_file.events.empty()) {
+        m_file.isCalendar = m_sawCalendar || !m_file.events.empty();
+        if (!m_file.isCalendar) {
             m_file.problems.clear();
             m_moreProblems = 0;
             problem(lastLine == 0 ? 0 : 1, lastLine == 0

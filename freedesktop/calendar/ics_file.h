@@ -86,6 +86,7 @@ struct IcsFile {
     std::optional<std::string> calendarName;
     std::optional<std::string> calendarColour;
     std::vector<FileProblem> problems;
+    bool isCalendar = false; // false: nothing of it could be read
 
     std::string_view slice(Slice part) const {
         return std::string_view(text).substr(part.offset, part.length);

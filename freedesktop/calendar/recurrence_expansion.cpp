@@ -17,8 +17,8 @@ namespace quorvel::freedesktop::ics {
 namespace {
 
 constexpr std::size_t longestRule = 4096;
-constexpr std::size_t mostStarts = 20000;
-constexpr std::size_t mostIterations = 200000;
+constexpr std::size_t mostStarts = 100000;
+constexpr std::size_t mostIterations = 1000000;
 // A step inside the library takes up to 2.5 us, and nothing can stop it in between: it walks a few
 // steps at a time, more where time is left.
 constexpr std::int64_t mostSteps = 500000;

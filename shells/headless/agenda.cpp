@@ -104,8 +104,7 @@ Json instantJson(NSDate date, const freedesktop::TimeZone& zone) {
 } // namespace
 
 Agenda readAgenda(WidgetSession& session, CGFloat width) {
-    session.load();
-    session.present();
+    session.load(); // which gathers; presenting would gather the same once more
     session.resizeView({width, std::min(session.preferredViewSize().height, pageHeight)});
 
     Agenda agenda;

@@ -34,8 +34,7 @@ struct Agenda {
     bool showsLocations = false; // whether the widget's settings show them
 };
 
-// Loads the widget, presents it once at that width (points) and reads its rows, scrolling page by
-// page.
+// Loads the widget at that width (points) and reads its rows, scrolling page by page.
 Agenda readAgenda(WidgetSession& session, platform::CGFloat width);
 
 // A line a row; one line that says so where there is none.

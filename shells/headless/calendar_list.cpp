@@ -24,7 +24,6 @@ bool wasSearched(const EKCalendar& calendar, const std::optional<RecordedQuery>&
 
 std::vector<ListedCalendar> readCalendars(WidgetSession& session) {
     session.load();
-    session.present();
     const std::optional<RecordedQuery> query = session.latestQuery();
     std::vector<ListedCalendar> calendars;
     for (const auto& calendar : session.platform().calendarStores.makeEventStore()->calendars()) {

@@ -13,10 +13,10 @@ class WidgetSession;
 
 struct ListedCalendar {
     std::shared_ptr<const platform::EKCalendar> calendar; // never null
-    bool isSelected = false; // whether the widget searched it when it was presented
+    bool isSelected = false;                              // whether the widget searches it
 };
 
-// Loads the widget and presents it once, to see which calendars it searches.
+// Loads the widget, to see which calendars it searches.
 std::vector<ListedCalendar> readCalendars(WidgetSession& session);
 
 std::string calendarsText(const std::vector<ListedCalendar>& calendars);

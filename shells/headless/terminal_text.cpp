@@ -83,48 +83,48 @@ bool isControl(char32_t character) {
     return character < 0x20 || (character >= 0x7F && character < 0xA0);
 }
 
-// The widths of characters are the C library's, in the locale that knows all of Unicode whatever
-// the user's own locale is.
-class UnicodeWidths {
+struct FreeLocale {
+    void operator()(locale_t locale) const { freelocale(locale); }
+};
+using Locale = std::unique_ptr<std::remove_pointer_t<locale_t>, FreeLocale>;
+
+// While it lives, the C library knows all of Unicode, whatever the user's own locale is.
+class UnicodeLocale {
 public:
-    UnicodeWidths()
-        : m_locale(newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr)) {
-        if (m_locale) {
-            m_previous = uselocale(m_locale.get());
+    UnicodeLocale() {
+        static const Locale unicode(newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr)); // slow to make
+        if (unicode) {
+            m_previous = uselocale(unicode.get());
         }
     }
-    ~UnicodeWidths() {
-        if (m_locale) {
+    ~UnicodeLocale() {
+        if (m_previous != nullptr) {
             uselocale(m_previous);
         }
     }
-    UnicodeWidths(const UnicodeWidths&) = delete;
-    UnicodeWidths& operator=(const UnicodeWidths&) = delete;
-
-    std::size_t widthOf(char32_t character) const {
-        if (character < 0x7F) {
-            return 1;
-        }
-        const int width = wcwidth(static_cast<wchar_t>(character));
-        return width < 0 ? 1 : static_cast<std::size_t>(width);
-    }
+    UnicodeLocale(const UnicodeLocale&) = delete;
+    UnicodeLocale& operator=(const UnicodeLocale&) = delete;
 
 private:
-    struct FreeLocale {
-        void operator()(locale_t locale) const { freelocale(locale); }
-    };
-    std::unique_ptr<std::remove_pointer_t<locale_t>, FreeLocale> m_locale;
     locale_t m_previous = nullptr;
 };
 
+std::size_t widthOf(char32_t character) {
+    if (character < 0x7F) {
+        return 1;
+    }
+    const UnicodeLocale unicode;
+    const int width = wcwidth(static_cast<wchar_t>(character));
+    return width < 0 ? 1 : static_cast<std::size_t>(width);
+}
+
 // Bytes of the longest beginning that takes no more than so many columns.
 std::size_t lengthFitting(std::string_view text, std::size_t columns) {
-    const UnicodeWidths widths;
     std::size_t used = 0;
     std::size_t length = 0;
     while (length < text.size()) {
         const DecodedCharacter next = decodeCharacter(text.substr(length));
-        used += widths.widthOf(next.character.value_or(replacementCharacter));
+        used += widthOf(next.character.value_or(replacementCharacter));
         if (used > columns) {
             break;
         }
@@ -152,12 +152,11 @@ std::string harmlessText(std::string_view text) {
 }
 
 std::size_t displayWidth(std::string_view text) {
-    const UnicodeWidths widths;
     std::size_t width = 0;
     while (!text.empty()) {
         const DecodedCharacter next = decodeCharacter(text);
         text.remove_prefix(next.length);
-        width += widths.widthOf(next.character.value_or(replacementCharacter));
+        width += widthOf(next.character.value_or(replacementCharacter));
     }
     return width;
 }

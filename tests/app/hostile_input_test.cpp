@@ -33,8 +33,10 @@ TEST_F(HostileInputTest, ShowsTheOtherCalendarsWhereOneIsGarbage) {
 TEST_F(HostileInputTest, GarbageAloneIsNamed) {
     const std::string file = write("garbage.ics", "garbage\n").string();
     const RunResult result = runHere({"agenda", "--json", "--calendars", file});
+    EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.json(), Json::array());
-    EXPECT_NE(result.errors.find("garbage.ics"), std::string::npos) << result.errors;
+    EXPECT_NE(result.errors.find("garbage.ics:1: "), std::string::npos) << result.errors;
+    EXPECT_NE(result.errors.find("not one calendar could be read"), std::string::npos);
 }
 
 TEST_F(HostileInputTest, StrangeTitlesBreakNoRowAndNoDocument) {

@@ -148,7 +148,7 @@ TEST(Recurrence, IsBoundedWhateverItSays) {
         const auto starts = expandRecurrence(request);
         const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - before;
         EXPECT_LT(taken.count(), 2.0) << rule;
-        EXPECT_LE(starts.starts.size(), 20000U) << rule;
+        EXPECT_LE(starts.starts.size(), 100000U) << rule;
     }
 }
 
