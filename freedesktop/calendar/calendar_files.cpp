@@ -26,7 +26,7 @@ namespace {
 
 constexpr std::size_t largestFile = std::size_t{256} << 20U;
 constexpr std::size_t largestMetadata = 4096;
-constexpr int deepestFolder = 4;
+constexpr int deepestFolder = 16;
 constexpr std::size_t mostFolders = 5000;
 constexpr std::size_t mostUnnamedCalendars = 24;
 constexpr std::size_t longestSlug = 40;

@@ -3,11 +3,11 @@
 // What a source is:
 // - A file is one calendar, whatever its name ends in.
 // - A folder: each folder in it that holds .ics files (or a file `color` or `displayname`) is one
-//   calendar, a file an event. A folder in it that holds none of them is looked into, down to four
-//   levels. The .ics files that lie in the folder itself are a calendar each, unless the folder is
-//   such a calendar itself: it holds a file `color` or `displayname`, or more than half of its .ics
-//   files hold one event each, name no calendar, and either bear the event's UID in their names or
-//   are more than 24.
+//   calendar, a file an event. A folder in it that holds none of them is looked into, down to
+//   sixteen levels. The .ics files that lie in the folder itself are a calendar each, unless the
+//   folder is such a calendar itself: it holds a file `color` or `displayname`, or more than half
+//   of its .ics files hold one event each, name no calendar, and either bear the event's UID in
+//   their names or are more than 24.
 // - A text in memory is one calendar, as if it were a file.
 // Names that begin with a dot are passed over; only regular files are opened. Calendars come in the
 // order of the sources, within one by name. The same file or folder is shown once.
