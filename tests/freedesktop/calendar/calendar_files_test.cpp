@@ -148,6 +148,28 @@ TEST_F(CalendarFilesTest, IdentifiersAreStableAndPlain) {
     EXPECT_EQ(first->title, "Über: alles?");
 }
 
+TEST_F(CalendarFilesTest, ManyFilesAreAllReadAndProblemsComeInOrder) {
+    constexpr int files = 450;
+    std::string expected;
+    for (int i = 0; i < files; ++i) {
+        const std::string name = "many/" + std::to_string(1000 + i) + ".ics";
+        if (i % 100 == 50) {
+            write(name, "garbage");
+            expected += (folder / name).string() + ":1: no calendar: BEGIN:VCALENDAR is missing\n";
+        } else {
+            write(name, calendarText(eventText("UID:" + std::to_string(1000 + i) +
+                                               "|SUMMARY:e|DTSTART:20260310T100000")));
+        }
+    }
+    stores.setSources({CalendarSource::at(folder)});
+    EXPECT_EQ(events("20260310", "20260311").size(), 446U);
+    EXPECT_EQ(problems, expected);
+    write("many/1400.ics", calendarText(eventText("UID:1400|SUMMARY:moved|DTSTART:20270101")));
+    std::filesystem::remove(folder / "many/1000.ics");
+    EXPECT_EQ(events("20260310", "20260311").size(), 444U);
+    EXPECT_EQ(problems, expected);
+}
+
 TEST_F(CalendarFilesTest, MissingSourceIsNamed) {
     use("nowhere");
     EXPECT_EQ(today(), "");

@@ -47,6 +47,21 @@ TEST_F(IcalStore, KeepsWhatOverlapsTheRange) {
               "last 20260310T120000-20260310T130000\n");
 }
 
+TEST_F(IcalStore, AsksAgainWithinTheHourAsIfForTheFirstTime) {
+    useText(eventText("UID:1|SUMMARY:ends|DTSTART:20260310T080000|DTEND:20260310T103000") +
+            eventText("UID:2|SUMMARY:stays|DTSTART:20260310T110000|DTEND:20260310T120000"));
+    const std::string stays = "stays 20260310T110000-20260310T120000\n";
+    EXPECT_EQ(found("20260310T101500", "20260310T235959"),
+              "ends 20260310T080000-20260310T103000\n" + stays);
+    EXPECT_EQ(found("20260310T104500", "20260310T235959"), stays);
+    EXPECT_EQ(found("20260310T101500", "20260310T103000"),
+              "ends 20260310T080000-20260310T103000\n");
+    const auto store = stores.makeEventStore();
+    EXPECT_TRUE(
+        store->eventsMatchingPredicate({date("20260310T101500"), date("20260310T235959"), {}})
+            .empty());
+}
+
 TEST_F(IcalStore, SortsByStartKindTitleIdentifier) {
     useText(eventText("UID:1|SUMMARY:b|DTSTART:20260310T000000") +
             eventText("UID:3|SUMMARY:a|DTSTART:20260310T000000") +
