@@ -47,6 +47,7 @@ constexpr std::array namedValues{
 
 std::vector<std::string_view> ProcessWideValues::keys() const {
     std::vector<std::string_view> names;
+    names.reserve(namedValues.size());
     for (const NamedValue& entry : namedValues) {
         names.push_back(entry.name);
     }

@@ -192,7 +192,9 @@ void UIView::insertSubview(const std::shared_ptr<UIView>& view, std::size_t inde
     if (!view || view.get() == this || (!view->m_subviews.empty() && isDescendantOfView(*view))) {
         return;
     }
-    const std::shared_ptr<UIView> added = view; // the argument may stand in a list changed below
+    // The argument may stand in a list that is changed below.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it keeps the view alive
+    const std::shared_ptr<UIView> added = view;
     const UIWindow* oldWindow = added->window();
     added->removeFromSuperview();
     const auto position = static_cast<std::ptrdiff_t>(std::min(index, m_subviews.size()));
