@@ -378,9 +378,11 @@ bool CalendarFiles::Walk::refreshFiles(std::span<File> files, int descriptor,
         [&problems](const CalendarProblem& problem) { problems.push_back(problem); }};
     FileReader otherReader(otherContext, descriptor, path, isMetadata);
     const std::size_t half = files.size() / 2;
-    std::future<bool> other = std::async(std::launch::async, [&otherReader, files, half] {
-        return otherReader.refresh(files.subspan(half));
-    });
+    // Deferred where the system has no thread to give: one reads them all then.
+    std::future<bool> other =
+        std::async(std::launch::async | std::launch::deferred, [&otherReader, files, half] {
+            return otherReader.refresh(files.subspan(half));
+        });
     const bool changed = reader.refresh(files.first(half));
     const bool otherChanged = other.get();
     for (const CalendarProblem& problem : problems) {

@@ -197,7 +197,6 @@ public:
         Snapshot snapshot;
         std::unordered_set<std::string_view> shown;
         m_anyReadable = false;
-        m_anyCalendar = false;
         for (ics::CalendarFiles* const files : m_current) {
             files->refresh(context);
             m_anyReadable = m_anyReadable || files->isReadable();
