@@ -23,7 +23,7 @@ class UIView;
 using KeyValue =
     std::variant<std::monostate, bool, std::int64_t, CGFloat, std::string, NSDate, NSURL, UIColor,
                  std::shared_ptr<const UIImage>, std::shared_ptr<UIView>,
-                 std::vector<std::shared_ptr<const KeyValueCoding>>>;
+                 std::vector<std::shared_ptr<const KeyValueCoding>>, std::vector<std::string>>;
 
 class KeyValueCoding {
 public:

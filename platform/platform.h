@@ -8,11 +8,13 @@ class CalendarStores;
 class Clock;
 class DateServices;
 class GraphicsContexts;
+class HomeScreenShell;
 class ImageFiles;
 class Preferences;
 class Screen;
 class SystemLog;
 class TextMeasurer;
+class UIApplication;
 
 // The host owns the services and keeps them alive for as long as any controller or view.
 struct Platform {
@@ -26,6 +28,8 @@ struct Platform {
     Screen& screen;
     SystemLog& systemLog;
     Bundles& bundles;
+    UIApplication& application;
+    HomeScreenShell& homeScreenShell;
 };
 
 } // namespace quorvel::platform

@@ -1,6 +1,7 @@
 // A picture: a size in points, a scale, and pixels that only the platform that made them knows.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -31,6 +32,11 @@ public:
     // Borders that keep their size when the picture is stretched, in points; absent: none.
     const std::optional<UIEdgeInsets>& capInsets() const { return m_capInsets; }
     const ImagePixels* pixels() const { return m_pixels.get(); }
+
+    // The same picture, of which only the one point right of the left cap, and the one below the
+    // top cap, are stretched. Caps are in points; on an axis with a cap of 0 all is stretched.
+    std::shared_ptr<const UIImage>
+    stretchableImageWithLeftCapWidth(std::int64_t leftCapWidth, std::int64_t topCapHeight) const;
 
 private:
     std::shared_ptr<const ImagePixels> m_pixels;

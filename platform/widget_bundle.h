@@ -8,19 +8,23 @@
 
 namespace quorvel::platform {
 
+class BBWeeAppController;
 class KeyValueCoding;
 class _SBUIWidgetViewController; // NOLINT(bugprone-reserved-identifier): declared elsewhere
 struct Platform;
 
 // Raised whenever anything that crosses the bundle's border changes its shape.
-inline constexpr std::uint32_t widgetBundleInterfaceVersion = 1;
+inline constexpr std::uint32_t widgetBundleInterfaceVersion = 2;
 
 struct WidgetBundle {
     std::uint32_t interfaceVersion; // stands first in every version
+    // The controllers of either kind.
     std::vector<std::string_view> (*controllerClassNames)();
-    // Null for a name that is not a controller of the bundle. `platform` outlives the controller.
+    // Null for a name that is not a controller of that kind. `platform` outlives the controller.
     std::shared_ptr<_SBUIWidgetViewController> (*makeController)(std::string_view className,
                                                                  const Platform& platform);
+    std::shared_ptr<BBWeeAppController> (*makeWeeAppController)(std::string_view className,
+                                                                const Platform& platform);
     // The bundle's process-wide values, by name.
     const KeyValueCoding& (*processWideValues)();
 };

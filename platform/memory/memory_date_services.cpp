@@ -161,10 +161,11 @@ int MemoryDateServices::offsetAt(NSDate date) const {
     return offset;
 }
 
-NSDateComponents MemoryDateServices::components(unsigned units, NSDate date) const {
+NSDateComponents MemoryDateServices::components(unsigned wanted, NSDate date) const {
+    units.push_back(wanted);
     const LocalTime time = localTime(wholeSecondsSince1970(date) + offsetAt(date));
-    const auto asked = [units](NSCalendarUnit unit, int value) {
-        return (units & unit) != 0 ? std::optional<int>(value) : std::nullopt;
+    const auto asked = [wanted](NSCalendarUnit unit, int value) {
+        return (wanted & unit) != 0 ? std::optional<int>(value) : std::nullopt;
     };
     NSDateComponents result;
     result.year = asked(NSYearCalendarUnit, time.year);

@@ -39,6 +39,7 @@ public:
     std::vector<OffsetChange> changes; // earliest first
     std::optional<std::string> hourPattern = "h a";
 
+    mutable std::vector<unsigned> units;             // that dates were taken apart into, in order
     mutable std::vector<NSDateFormatter> formatters; // that dates were formatted with, in order
     mutable std::vector<std::string> skeletons;      // that patterns were asked for, in order
 

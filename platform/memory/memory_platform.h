@@ -5,10 +5,12 @@
 #include "platform/memory/fixed_screen.h"
 #include "platform/memory/fixed_width_text_measurer.h"
 #include "platform/memory/list_log.h"
+#include "platform/memory/memory_application.h"
 #include "platform/memory/memory_bundles.h"
 #include "platform/memory/memory_calendar_stores.h"
 #include "platform/memory/memory_date_services.h"
 #include "platform/memory/memory_graphics_contexts.h"
+#include "platform/memory/memory_home_screen_shell.h"
 #include "platform/memory/memory_image_files.h"
 #include "platform/memory/memory_preferences.h"
 #include "platform/platform.h"
@@ -33,10 +35,13 @@ public:
     MemoryGraphicsContexts graphicsContexts{screen};
     ListLog systemLog;
     MemoryBundles bundles;
+    MemoryApplication application;
+    MemoryHomeScreenShell homeScreenShell;
 
 private:
-    Platform m_platform{clock,      dateServices,     calendarStores, preferences, textMeasurer,
-                        imageFiles, graphicsContexts, screen,         systemLog,   bundles};
+    Platform m_platform{clock,        dateServices, calendarStores,   preferences,
+                        textMeasurer, imageFiles,   graphicsContexts, screen,
+                        systemLog,    bundles,      application,      homeScreenShell};
 };
 
 } // namespace quorvel::platform::memory

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <utility>
 
+#include "platform/ui/scroll_physics.h"
 #include "platform/ui/ui_view.h"
 
 namespace quorvel::platform {
@@ -14,6 +16,13 @@ class UIScrollViewDelegate {
 public:
     virtual ~UIScrollViewDelegate() = default;
     virtual void scrollViewDidScroll(UIScrollView*) {}
+    virtual void scrollViewWillBeginDragging(UIScrollView*) {}
+    // Once for each drag that began, when the finger lifts, with the offset of that moment; not for
+    // one whose finger was taken away. `willDecelerate`: the content goes on moving by itself.
+    virtual void scrollViewDidEndDragging(UIScrollView*, bool willDecelerate) {
+        static_cast<void>(willDecelerate);
+    }
+    virtual void scrollViewDidEndDecelerating(UIScrollView*) {}
 };
 
 // Clips its content.
@@ -26,7 +35,8 @@ public:
     CGSize contentSize() const { return m_contentSize; }
     void setContentSize(CGSize size) { m_contentSize = size; }
     CGPoint contentOffset() const { return bounds().origin; }
-    void setContentOffset(const CGPoint& offset); // taken as it is, also past an edge
+    // Taken as it is, also past an edge; ends a motion.
+    void setContentOffset(const CGPoint& offset);
 
     bool isScrollEnabled() const { return m_scrollEnabled; }
     void setScrollEnabled(bool enabled) { m_scrollEnabled = enabled; }
@@ -37,6 +47,25 @@ public:
     bool alwaysBounceVertical() const { return m_alwaysBounceVertical; }
     void setAlwaysBounceVertical(bool bounces) { m_alwaysBounceVertical = bounces; }
 
+    // Moves the content as little as it takes to show the rectangle (in the view's coordinates);
+    // its top counts where it is too high. The content stays within its edges.
+    void scrollToShow(const CGRect& rect);
+
+    // Whether a drag on that axis would move the content: scrolling is on, and the content is
+    // larger than the view or always bounces.
+    bool canMoveHorizontally() const;
+    bool canMoveVertically() const;
+    bool isDragging() const { return m_isDragging; }
+    // It moves by itself: deceleration or spring-back.
+    bool isDecelerating() const { return m_motion.has_value(); }
+
+    // As if a finger had dragged the content to that offset and lifted there at rest: the delegate
+    // hears of the beginning and the end, then the content springs back. Nothing happens, and the
+    // answer is false, where a finger could not have done it.
+    bool dragTo(const CGPoint& offset, double time);
+    // Ends a drag and a motion silently, with the content inside its edges at once.
+    void settle();
+
     // Not owned; nothing is sent to a delegate that is gone.
     std::shared_ptr<UIScrollViewDelegate> delegate() const { return m_delegate.lock(); }
     void setDelegate(std::weak_ptr<UIScrollViewDelegate> delegate) {
@@ -44,12 +73,44 @@ public:
     }
 
 private:
+    friend class TouchTracking;
+    friend class UIWindow;
+
+    // The edges that it was planned for, and how each axis goes.
+    struct Motion {
+        double start; // seconds of the frame clock
+        ScrollRange across;
+        ScrollRange down;
+        AxisMotion x;
+        AxisMotion y;
+        double duration() const;
+    };
+
+    // Of a finger: velocities are the finger's, in points a second.
+    void beginDrag();
+    void dragBy(const CGPoint& translation); // since the beginning
+    void endDrag(const CGPoint& fingerVelocity, double time);
+    void cancelDrag(double time);
+
+    void stopMotion() { m_motion.reset(); }
+    void startMotion(const CGPoint& velocity, double time); // of the offset
+    bool advanceMotion(double time);                        // true while it goes on
+    Motion plannedMotion(const CGPoint& velocity, double time) const;
+    void replanForNewEdges(double time);
+    void finishMotion();
+    void moveContentTo(const CGPoint& offset);
+    ScrollRange horizontalRange() const;
+    ScrollRange verticalRange() const;
+
     CGSize m_contentSize;
     bool m_scrollEnabled = true;
     bool m_bounces = true;
     bool m_alwaysBounceHorizontal = false;
     bool m_alwaysBounceVertical = false;
     std::weak_ptr<UIScrollViewDelegate> m_delegate;
+    bool m_isDragging = false;
+    CGPoint m_dragStart; // the offset without edges, when the drag began
+    std::optional<Motion> m_motion;
 };
 
 } // namespace quorvel::platform

@@ -21,6 +21,18 @@ CGFloat usableHeight(CGFloat height) {
     return std::isfinite(height) && height > 0 ? height : 0;
 }
 
+void settleScrollViewsBelow(const UIView& view) {
+    std::vector<std::shared_ptr<UIView>> views(view.subviews());
+    while (!views.empty()) {
+        const std::shared_ptr<UIView> next = std::move(views.back());
+        views.pop_back();
+        if (auto* scrollView = dynamic_cast<UIScrollView*>(next.get())) {
+            scrollView->settle();
+        }
+        views.insert(views.end(), next->subviews().begin(), next->subviews().end());
+    }
+}
+
 // Holds a flag up for as long as it lives.
 class Raised {
 public:
@@ -243,7 +255,12 @@ void UITableView::layoutRows() {
     }
 }
 
+// A pulled row must neither act for the event that the cell shows next nor carry its offset there.
 void UITableView::takeBackCell(const Cell& cell) {
+    if (UIWindow* top = window()) {
+        top->letGoBelow(*cell);
+    }
+    settleScrollViewsBelow(*cell);
     m_takenBack.push_back(cell);
     if (const auto& identifier = cell->reuseIdentifier()) {
         m_reusable[*identifier].push_back(cell);

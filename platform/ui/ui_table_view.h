@@ -26,7 +26,7 @@ public:
     virtual ~UITableViewDataSource() = default;
     virtual NSInteger numberOfSectionsInTableView(UITableView*) { return 1; }
     virtual NSInteger numberOfRowsInSection(UITableView* tableView, NSInteger section) = 0;
-    // Never null.
+    // Null: the row stays empty.
     virtual std::shared_ptr<UITableViewCell>
     cellForRowAtIndexPath(UITableView* tableView, const NSIndexPath& indexPath) = 0;
 };

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <utility>
 
+#include "platform/ui/ui_event.h"
 #include "platform/ui/ui_window.h"
 
 namespace quorvel::platform {
@@ -110,16 +111,22 @@ UIView::UIView(const CGRect& frame)
     : m_origin(frame.origin)
     , m_bounds{{}, frame.size} {}
 
+// A subview that goes may still be told to leave its superview: none keeps one that has let it go.
 UIView::~UIView() {
-    std::vector<std::shared_ptr<UIView>> orphans = std::move(m_subviews);
+    std::vector<std::shared_ptr<UIView>> orphans;
+    const auto takeSubviews = [&orphans](UIView& view) {
+        for (auto& subview : view.m_subviews) {
+            subview->m_superview = nullptr;
+            orphans.push_back(std::move(subview));
+        }
+        view.m_subviews.clear();
+    };
+    takeSubviews(*this);
     while (!orphans.empty()) {
         const std::shared_ptr<UIView> view = std::move(orphans.back());
         orphans.pop_back();
-        view->m_superview = nullptr;
         if (view.use_count() == 1) { // it goes as well, and its subviews outside its destructor
-            std::move(view->m_subviews.begin(), view->m_subviews.end(),
-                      std::back_inserter(orphans));
-            view->m_subviews.clear();
+            takeSubviews(*view);
         }
     }
 }
@@ -331,6 +338,42 @@ CGPoint UIView::convertPointToView(const CGPoint& point, const UIView* view) con
     const CGPoint inTree = plus(point, originInTree());
     return view != nullptr ? minus(inTree, view->originInTree()) : inTree;
 }
+
+// Touches.
+
+bool UIView::canBeTouched() const {
+    const UIView* view = this;
+    while (view != nullptr && view->takesTouches()) {
+        view = view->m_superview;
+    }
+    return view == nullptr;
+}
+
+void UIView::touchesBegan(const UITouchSet& touches, UIEvent& event) {
+    if (m_superview != nullptr) {
+        m_superview->touchesBegan(touches, event);
+    }
+}
+
+void UIView::touchesMoved(const UITouchSet& touches, UIEvent& event) {
+    if (m_superview != nullptr) {
+        m_superview->touchesMoved(touches, event);
+    }
+}
+
+void UIView::touchesEnded(const UITouchSet& touches, UIEvent& event) {
+    if (m_superview != nullptr) {
+        m_superview->touchesEnded(touches, event);
+    }
+}
+
+void UIView::touchesCancelled(const UITouchSet& touches, UIEvent& event) {
+    if (m_superview != nullptr) {
+        m_superview->touchesCancelled(touches, event);
+    }
+}
+
+// Painting.
 
 bool UIView::isPainted(const std::optional<CGRect>& clip) const {
     if (m_hidden || !(m_alpha > 0)) {

@@ -11,10 +11,12 @@
 #include "platform/geometry.h"
 #include "platform/graphics_context.h"
 #include "platform/key_value_coding.h"
+#include "platform/ui/ui_touch.h"
 #include "platform/ui_color.h"
 
 namespace quorvel::platform {
 
+class UIEvent;
 class UIWindow;
 
 // Which parts of a view's place follow its superview's size; to be or-ed together.
@@ -87,6 +89,17 @@ public:
     virtual bool pointInside(const CGPoint& point) const;
     // `view` null: the coordinates of the top of the tree.
     CGPoint convertPointToView(const CGPoint& point, const UIView* view) const;
+
+    // What happens to a touch that came down on this view, on the view itself first. Unless a class
+    // does something of its own, the message goes on to the superview, up to the window. A view
+    // goes on getting its touch while a scroll view moves with it.
+    virtual void touchesBegan(const UITouchSet& touches, UIEvent& event);
+    virtual void touchesMoved(const UITouchSet& touches, UIEvent& event);
+    virtual void touchesEnded(const UITouchSet& touches, UIEvent& event);
+    virtual void touchesCancelled(const UITouchSet& touches, UIEvent& event);
+    // Whether a finger on it would reach it: neither it nor a view above it is hidden, transparent
+    // or without interaction.
+    bool canBeTouched() const;
 
     // Paints this view and its subviews, as they are laid out now; the context's origin is the
     // view's bounds origin.

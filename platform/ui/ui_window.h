@@ -1,24 +1,64 @@
-// The top of a view tree, on a screen.
+// The top of a view tree, on a screen: where the host's input comes in and its frames are counted.
 #pragma once
 
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "platform/ui/ui_touch.h"
 #include "platform/ui/ui_view.h"
 
 namespace quorvel::platform {
 
 class Screen;
+class TouchTracking;
+class UIScrollView;
 
+// What the host tells of a finger. Times are seconds on the host's frame clock, the same that
+// advance() is given; they never run backwards.
+struct FingerReport {
+    std::int64_t finger = 0; // tells fingers apart
+    UITouchPhase phase = UITouchPhase::began;
+    CGPoint location; // points, in the window's coordinates
+    double time = 0;
+};
+
+// A finger that comes down stops what moves under it. Beyond a slop of 10 points it drags: the
+// dominant axis decides, and the deepest scroll view under the finger that can move on that axis
+// moves with it, alone, until the finger lifts. A second finger is ignored.
 class UIWindow : public UIView {
 public:
     // The screen outlives the window.
-    UIWindow(const CGRect& frame, const Screen& screen)
-        : UIView(frame)
-        , m_screen(screen) {}
+    UIWindow(const CGRect& frame, const Screen& screen);
+    ~UIWindow() override;
 
     std::string_view className() const override { return "UIWindow"; }
     const Screen& screen() const { return m_screen; }
 
+    void sendFinger(const FingerReport& report);
+    // As if the finger that is down were taken away by the system: no action runs.
+    void cancelFinger(double time);
+    bool isFingerDown() const;
+    // The scroll view that the finger drags; null where it drags none.
+    std::shared_ptr<UIScrollView> draggedScrollView() const;
+
+    // Moves what is in motion to where it is at that time; the motion does not depend on how often
+    // this is called. True while something goes on moving.
+    bool advance(double time);
+    bool isMoving() const;
+
+    // The view shows something else from now on: the finger goes on without the scroll views at and
+    // below it, and no action runs.
+    void letGoBelow(const UIView& view);
+
 private:
+    friend class UIScrollView;
+    void addMoving(const std::shared_ptr<UIScrollView>& view);
+
     const Screen& m_screen;
+    double m_latestTime = 0;
+    std::shared_ptr<TouchTracking> m_tracking; // null while no finger is down
+    std::vector<std::weak_ptr<UIScrollView>> m_moving;
 };
 
 } // namespace quorvel::platform

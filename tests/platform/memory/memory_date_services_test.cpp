@@ -58,6 +58,8 @@ TEST_F(MemoryDateServicesTest, TakesADateApart) {
     EXPECT_EQ(before.month, 12);
     EXPECT_EQ(before.second, 59);
     EXPECT_EQ(dates.components(NSDayCalendarUnit, NSDate{0}).year, std::nullopt);
+    EXPECT_EQ(dates.units, (std::vector<unsigned>{allUnits | NSWeekdayCalendarUnit, allUnits,
+                                                  NSDayCalendarUnit}));
 }
 
 TEST_F(MemoryDateServicesTest, PutsADateTogether) {

@@ -26,6 +26,46 @@ TEST(MemoryPlatformTest, HandsOutItsOwnServices) {
     EXPECT_EQ(&platform.dateServices, &memory.dateServices);
     EXPECT_EQ(&platform.calendarStores, &memory.calendarStores);
     EXPECT_EQ(&platform.preferences, &memory.preferences);
+    EXPECT_EQ(&platform.application, &memory.application);
+    EXPECT_EQ(&platform.homeScreenShell, &memory.homeScreenShell);
+}
+
+TEST(MemoryPlatformTest, KeepsTheLinksThatItWasToOpen) {
+    MemoryApplication application;
+    EXPECT_TRUE(application.opened.empty());
+    application.openURL(*NSURL::URLWithString("one://a?b=c"));
+    application.openURL(*NSURL::URLWithString(""));
+    application.openURL(*NSURL::URLWithString("one://a?b=c"));
+    EXPECT_EQ(application.opened, (std::vector<std::string>{"one://a?b=c", "", "one://a?b=c"}));
+}
+
+TEST(MemoryPlatformTest, ActivatesInstalledApplications) {
+    MemoryHomeScreenShell memory;
+    memory.installed = {"org.example.App"};
+    HomeScreenShell& shell = memory;
+    SBApplicationController* applications = shell.applicationController();
+    SBUIController* controller = shell.uiController();
+    ASSERT_NE(applications, nullptr);
+    ASSERT_NE(controller, nullptr);
+    const auto application = applications->applicationWithDisplayIdentifier("org.example.App");
+    EXPECT_NE(application, nullptr);
+    const auto other = applications->applicationWithDisplayIdentifier("org.example.Other");
+    EXPECT_EQ(other, nullptr);
+    controller->activateApplicationAnimated(application);
+    controller->activateApplicationAnimated(other);
+    EXPECT_EQ(memory.lookedUp, (std::vector<std::string>{"org.example.App", "org.example.Other"}));
+    EXPECT_EQ(memory.activated, (std::vector<std::string>{"org.example.App", ""}));
+}
+
+TEST(MemoryPlatformTest, AShellMayLackEitherClass) {
+    MemoryHomeScreenShell shell;
+    shell.hasApplicationController = false;
+    EXPECT_EQ(shell.applicationController(), nullptr);
+    EXPECT_NE(shell.uiController(), nullptr);
+    shell.hasApplicationController = true;
+    shell.hasUIController = false;
+    EXPECT_NE(shell.applicationController(), nullptr);
+    EXPECT_EQ(shell.uiController(), nullptr);
 }
 
 TEST(MemoryPlatformTest, MeasuresCodePoints) {
