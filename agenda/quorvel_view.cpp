@@ -1,5 +1,7 @@
 #include "agenda/quorvel_view.h"
 
+#include <stdexcept>
+
 #include "agenda/date_caption.h"
 #include "agenda/days.h"
 #include "agenda/row_cell.h"
@@ -8,8 +10,12 @@
 #include "agenda/settings.h"
 #include "agenda/settings_loading.h"
 #include "agenda/settings_store.h"
+#include "agenda/swipe_action.h"
 #include "cell/key_values.h"
 #include "drawing/colored_dot.h"
+#include "drawing/hex_string.h"
+#include "platform/cg_color.h"
+#include "platform/system_log.h"
 #include "platform/ui/ui_image_view.h"
 #include "platform/ui/ui_label.h"
 
@@ -129,6 +135,13 @@ EventRecords QuorvelView::getCalendarEventsEK() const {
     return gatherEvents(m_platform);
 }
 
+std::string QuorvelView::hexStringForColor(const CGColor& color) const {
+    m_platform.systemLog.log("QRV: hexStringForColor");
+    std::string text = hexStringOfColor(color);
+    m_platform.systemLog.log("QRV: got calendar color string: " + text);
+    return text;
+}
+
 // The rows.
 
 std::shared_ptr<const UIImage> QuorvelView::getIconForItemNumber(std::int64_t itemNumber) const {
@@ -140,7 +153,11 @@ std::shared_ptr<const UIImage> QuorvelView::getIconForItemNumber(std::int64_t it
     case RowIconKind::dot:
         break;
     }
-    return drawColoredDot(m_platform.graphicsContexts, itemAtRow(itemNumber).calendarColor(),
+    const auto event = itemAtRow(itemNumber);
+    if (!event) {
+        throw std::out_of_range("QuorvelView: there is no such row");
+    }
+    return drawColoredDot(m_platform.graphicsContexts, event->calendarColor(),
                           dotDiameter(settings::iconFile));
 }
 
@@ -153,26 +170,39 @@ NSInteger QuorvelView::numberOfRowsInSection(UITableView*, NSInteger) {
 }
 
 CGFloat QuorvelView::heightForRowAtIndexPath(UITableView*, const NSIndexPath& indexPath) {
+    const auto event = itemAtRow(indexPath.row);
+    if (!event) {
+        return 0;
+    }
     const CGFloat titleLine = lineHeight(m_platform.textMeasurer, settings::textSize);
     const CGFloat locationLine = lineHeight(m_platform.textMeasurer, settings::subtitleTextSize);
-    return rowHeight(titleLine, locationLine,
-                     hasLocationLine(itemAtRow(indexPath.row).location(), settings::displayLocation,
-                                     settings::sameHeightRows));
+    return rowHeight(
+        titleLine, locationLine,
+        hasLocationLine(event->location(), settings::displayLocation, settings::sameHeightRows));
 }
 
 std::shared_ptr<UITableViewCell> QuorvelView::cellForRowAtIndexPath(UITableView* tableView,
                                                                     const NSIndexPath& indexPath) {
+    const auto event = itemAtRow(indexPath.row);
+    if (!event) {
+        return nullptr;
+    }
     auto cell = reusableOrNewCell(*tableView);
-    const EKEventQRV& event = itemAtRow(indexPath.row);
-    showEvent(*cell, event, indexPath.row);
-    showLocation(*cell, event.location(), settings::displayLocation);
-    cell->relevanceDateLabel()->setText(
-        event.startDate()
-            ? std::optional(createPrettyDateFrom(*event.startDate(), event.isAllDay()))
-            : std::nullopt);
+    showEvent(*cell, *event, indexPath.row);
+    showLocation(*cell, event->location(), settings::displayLocation);
+    cell->relevanceDateLabel()->setText(captionOf(*event));
     cell->iconView()->setImage(getIconForItemNumber(indexPath.row));
-    cell->setCalendarColor(event.calendarColor());
+    cell->setCalendarColor(event->calendarColor());
     return cell;
+}
+
+void QuorvelView::scrollViewDidEndDragging(UIScrollView* scrollView, bool) {
+    if (!isPulledFarEnough(scrollView->contentOffset())) {
+        return;
+    }
+    if (const auto event = itemAtRow(scrollView->tag())) {
+        runSwipeAction(static_cast<SwipeAction>(m_swipeAction), *event, m_platform);
+    }
 }
 
 // Whether a row can be dragged is settled when its cell is made; a later change of the swipe action
@@ -202,8 +232,25 @@ CGFloat QuorvelView::totalItemsHeight() {
     return total;
 }
 
-const EKEventQRV& QuorvelView::itemAtRow(std::int64_t row) const {
-    return *m_items.at(static_cast<std::size_t>(row));
+std::shared_ptr<const EKEventQRV> QuorvelView::itemAtRow(std::int64_t row) const {
+    const bool isThere = row >= 0 && static_cast<std::size_t>(row) < m_items.size();
+    return isThere ? m_items[static_cast<std::size_t>(row)] : nullptr;
+}
+
+std::optional<std::string> QuorvelView::captionOf(const EKEventQRV& event) const {
+    if (!event.startDate()) {
+        return std::nullopt;
+    }
+    return createPrettyDateFrom(*event.startDate(), event.isAllDay());
+}
+
+std::vector<std::string> QuorvelView::captions() const {
+    std::vector<std::string> captions;
+    captions.reserve(m_items.size());
+    for (const auto& event : m_items) {
+        captions.push_back(captionOf(*event).value_or(""));
+    }
+    return captions;
 }
 
 std::shared_ptr<QuorvelView> QuorvelView::sharedFromThis() {
@@ -213,7 +260,7 @@ std::shared_ptr<QuorvelView> QuorvelView::sharedFromThis() {
 // Values by name.
 
 std::vector<std::string_view> QuorvelView::keys() const {
-    return {"swipeAction", "icon", "items"};
+    return {"swipeAction", "icon", "items", "captions"};
 }
 
 KeyValue QuorvelView::valueForKey(std::string_view key) const {
@@ -225,6 +272,9 @@ KeyValue QuorvelView::valueForKey(std::string_view key) const {
     }
     if (key == "items") {
         return std::vector<std::shared_ptr<const KeyValueCoding>>(m_items.begin(), m_items.end());
+    }
+    if (key == "captions") {
+        return captions();
     }
     return UIView::valueForKey(key);
 }

@@ -17,8 +17,9 @@
 #include "platform/ui/ui_view.h"
 
 namespace quorvel::platform {
+struct CGColor;
 class UIImageView;
-}
+} // namespace quorvel::platform
 
 namespace quorvel {
 
@@ -47,17 +48,25 @@ public:
     void loadPreferences();
     platform::NSDate endOfDay(platform::NSDate date) const;
     EventRecords getCalendarEventsEK() const;
+    // "#RRGGBB"; tells the log of the call and of its result.
+    std::string hexStringForColor(const platform::CGColor& color) const;
     // Null: no icon. Throws std::out_of_range where a dot is wanted for a row that is not there.
     std::shared_ptr<const platform::UIImage> getIconForItemNumber(std::int64_t itemNumber) const;
 
     platform::NSInteger numberOfSectionsInTableView(platform::UITableView* tableView) override;
     platform::NSInteger numberOfRowsInSection(platform::UITableView* tableView,
                                               platform::NSInteger section) override;
+    // A table of an earlier load may still ask for rows that are gone: those have no height and no
+    // cell.
     platform::CGFloat heightForRowAtIndexPath(platform::UITableView* tableView,
                                               const platform::NSIndexPath& indexPath) override;
     std::shared_ptr<platform::UITableViewCell>
     cellForRowAtIndexPath(platform::UITableView* tableView,
                           const platform::NSIndexPath& indexPath) override;
+
+    // Runs the swipe action where a row was pulled far enough to the right; nothing happens where
+    // the row is gone.
+    void scrollViewDidEndDragging(platform::UIScrollView* scrollView, bool willDecelerate) override;
 
     platform::NSDate dateWithZeroTimeFromDate(platform::NSDate date) const;
     std::string createPrettyDateFrom(platform::NSDate date, bool isAllDay) const;
@@ -79,7 +88,11 @@ public:
     platform::KeyValue valueForKey(std::string_view key) const override;
 
 private:
-    const EKEventQRV& itemAtRow(std::int64_t row) const;
+    // Null where no item has that row.
+    std::shared_ptr<const EKEventQRV> itemAtRow(std::int64_t row) const;
+    // Absent where the event has no start.
+    std::optional<std::string> captionOf(const EKEventQRV& event) const;
+    std::vector<std::string> captions() const;
     std::shared_ptr<QVL_UITableViewCell> reusableOrNewCell(platform::UITableView& tableView);
     void createTable();
     void applySeparatorStyle();

@@ -1,6 +1,7 @@
 #include "hosting/bundle_classes.h"
 
 #include "hosting/process_wide_values.h"
+#include "hosting/quorvel_view_controller.h"
 #include "hosting/quorvel_view_controller_new.h"
 #include "hosting/quorvel_view_controller_new_today.h"
 
@@ -11,7 +12,8 @@ using namespace platform;
 namespace {
 
 std::vector<std::string_view> controllerClassNames() {
-    return {QuorvelViewControllerNew::className(), QuorvelViewControllerNewToday::className()};
+    return {QuorvelViewControllerNew::className(), QuorvelViewControllerNewToday::className(),
+            QuorvelViewController::className()};
 }
 
 std::shared_ptr<_SBUIWidgetViewController> makeController(std::string_view className,
@@ -25,6 +27,13 @@ std::shared_ptr<_SBUIWidgetViewController> makeController(std::string_view class
     return nullptr;
 }
 
+std::shared_ptr<BBWeeAppController> makeWeeAppController(std::string_view className,
+                                                         const Platform& platform) {
+    return className == QuorvelViewController::className()
+               ? std::make_shared<QuorvelViewController>(platform)
+               : nullptr;
+}
+
 const KeyValueCoding& processWideValues() {
     static const ProcessWideValues values;
     return values;
@@ -34,7 +43,7 @@ const KeyValueCoding& processWideValues() {
 
 const WidgetBundle& widgetBundle() {
     static constexpr WidgetBundle bundle{widgetBundleInterfaceVersion, controllerClassNames,
-                                         makeController, processWideValues};
+                                         makeController, makeWeeAppController, processWideValues};
     return bundle;
 }
 

@@ -9,6 +9,7 @@
 #include <variant>
 
 #include "freedesktop/preferences/property_list_file.h"
+#include "platform/bb_wee_app_controller.h"
 #include "platform/property_list.h"
 #include "platform/sbui_widget_view_controller.h"
 #include "platform/screen.h"
@@ -172,6 +173,11 @@ LoadedBundle::makeController(std::string_view className, const Platform& platfor
                                 "': it has " + quotedList(controllerClassNames()));
     }
     return controller;
+}
+
+std::shared_ptr<platform::BBWeeAppController>
+LoadedBundle::makeWeeAppController(std::string_view className, const Platform& platform) const {
+    return m_bundle->makeWeeAppController(className, platform);
 }
 
 const KeyValueCoding& LoadedBundle::processWideValues() const {

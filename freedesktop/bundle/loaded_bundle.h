@@ -11,6 +11,7 @@
 #include "platform/bundle.h"
 
 namespace quorvel::platform {
+class BBWeeAppController;
 class _SBUIWidgetViewController; // NOLINT(bugprone-reserved-identifier): declared elsewhere
 class KeyValueCoding;
 class Screen;
@@ -52,6 +53,9 @@ public:
     // Throws UnknownClassError. `platform` outlives the controller.
     std::shared_ptr<platform::_SBUIWidgetViewController>
     makeController(std::string_view className, const platform::Platform& platform) const;
+    // A controller for older hosts; null where the bundle has no such class of that kind.
+    std::shared_ptr<platform::BBWeeAppController>
+    makeWeeAppController(std::string_view className, const platform::Platform& platform) const;
     const platform::KeyValueCoding& processWideValues() const;
 
 private:

@@ -3,7 +3,9 @@
 
 #include <gmock/gmock.h>
 
+#include "platform/cg_color.h"
 #include "platform/ui/ui_image_view.h"
+#include "platform/ui/ui_window.h"
 #include "tests/agenda/agenda_fixture.h"
 
 namespace quorvel {
@@ -151,6 +153,34 @@ TEST_F(QuorvelViewTest, PutsASecondTableOverTheFirst) {
     EXPECT_EQ(second->numberOfRowsInSection(0), 3);
 }
 
+TEST_F(QuorvelViewTest, HasNothingForTheRowsOfTheFirstTableThatAreGone) {
+    for (const char* title : {"a", "b", "c", "d", "e"}) {
+        addEvent(title, at(0, 12));
+    }
+    view->setFrame(CGRectMake(0, 0, 320, 80));
+    view->loadFullView();
+    view->layoutIfNeeded();
+    const auto first = view->itemsTableView();
+    ASSERT_THAT(first->visibleCells(), SizeIs(2)); // of 43.5 points each
+    const auto second = first->visibleCells()[1];
+
+    memory.calendarStores.events.resize(1);
+    view->loadFullView();
+    view->setFrame(CGRectMake(0, 0, 320, 300));
+    view->layoutIfNeeded();
+    EXPECT_EQ(first->numberOfRowsInSection(0), 5);
+    EXPECT_THAT(first->visibleCells(), SizeIs(2)); // no more than it had
+    EXPECT_EQ(first->visibleCells()[1], second);
+    EXPECT_EQ(first->cellForRowAtIndexPath({0, 2}), nullptr);
+    EXPECT_THAT(table().visibleCells(), SizeIs(1));
+
+    first->setContentOffset({0, 100});
+    first->setContentOffset({0, 0});
+    view->layoutIfNeeded();
+    first->reloadData(); // somebody tells it in the end
+    EXPECT_EQ(first->numberOfRowsInSection(0), 1);
+}
+
 TEST_F(QuorvelViewTest, LimitsScrollingOfTheFirstTableInASecondLoad) {
     view->loadFullView();
     const auto first = view->itemsTableView();
@@ -202,13 +232,26 @@ TEST_F(QuorvelViewTest, TakesItsBackgroundPictureAlong) {
     table->layoutIfNeeded();
 }
 
+TEST_F(QuorvelViewTest, GoesWithItsWindow) {
+    auto window = std::make_shared<UIWindow>(CGRectMake(0, 0, 320, 480), memory.screen);
+    window->addSubview(view);
+    view->loadFullView();
+    view->setBackgroundImage(memory::makeImage({10, 10}));
+    const auto background = view->subviews()[1];
+    const std::weak_ptr<QuorvelView> gone = view;
+    view.reset();
+    window.reset();
+    EXPECT_TRUE(gone.expired());
+    EXPECT_EQ(background->superview(), nullptr);
+}
+
 TEST_F(QuorvelViewTest, NamesItsValues) {
     memory.imageFiles.images["/star.png"] = memory::makeImage({20, 20});
     setSettings({{"swipeAction", plist(3)}, {"iconFile", plist("/star.png")}});
     addEvent("Lunch", at(0, 12));
     EXPECT_EQ(view->valueForKey("icon").index(), 0U);
     view->loadFullView();
-    EXPECT_THAT(view->keys(), ElementsAre("swipeAction", "icon", "items"));
+    EXPECT_THAT(view->keys(), ElementsAre("swipeAction", "icon", "items", "captions"));
     EXPECT_EQ(std::get<std::int64_t>(view->valueForKey("swipeAction")), 3);
     EXPECT_EQ(std::get<std::shared_ptr<const UIImage>>(view->valueForKey("icon")), view->icon());
     const auto items =
@@ -216,6 +259,32 @@ TEST_F(QuorvelViewTest, NamesItsValues) {
     ASSERT_THAT(items, SizeIs(1));
     EXPECT_EQ(std::get<std::string>(items[0]->valueForKey("title")), "Lunch");
     EXPECT_EQ(view->valueForKey("table").index(), 0U);
+}
+
+TEST_F(QuorvelViewTest, NamesTheCaptionOfEveryRow) {
+    memory.dateServices.useTwentyFourHourClock();
+    const auto captions = [this] {
+        return std::get<std::vector<std::string>>(view->valueForKey("captions"));
+    };
+    EXPECT_THAT(captions(), IsEmpty());
+    addEvent("Lunch", at(0, 12));
+    addEvent("Tea", at(1, 16));
+    view->loadFullView();
+    EXPECT_THAT(captions(), ElementsAre("12:00", "Tomorrow, 16:00"));
+
+    auto items = view->items();
+    items.insert(items.begin() + 1, std::make_shared<EKEventQRV>());
+    view->setItems(items);
+    EXPECT_THAT(captions(), ElementsAre("12:00", "", "Tomorrow, 16:00"));
+}
+
+TEST_F(QuorvelViewTest, WritesAColorAndTellsTheLog) {
+    EXPECT_EQ(view->hexStringForColor({{1.0, 0.5, 0.0, 0.3}}), "#FF7F00");
+    EXPECT_THAT(memory.systemLog.lines,
+                ElementsAre("QRV: hexStringForColor", "QRV: got calendar color string: #FF7F00"));
+    view->hexStringForColor({});
+    EXPECT_THAT(memory.systemLog.lines, SizeIs(4));
+    EXPECT_EQ(memory.systemLog.lines[3], "QRV: got calendar color string: #000000");
 }
 
 } // namespace

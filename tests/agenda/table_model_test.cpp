@@ -240,6 +240,18 @@ TEST_F(TableModelTest, SettlesTouchesWhenACellIsMade) {
     EXPECT_FALSE(later->scrollView()->isUserInteractionEnabled());
 }
 
+TEST_F(TableModelTest, HasNothingForARowThatIsNotThere) {
+    addEvent("Lunch", at(0, 12));
+    load();
+    const auto shown = shownCell(0);
+    view->itemsTableView()->reloadData(); // the cell waits to be used again
+    for (const std::int64_t row : {std::int64_t{-1}, std::int64_t{1}, std::int64_t{1} << 62}) {
+        EXPECT_EQ(height(row), 0) << row;
+        EXPECT_EQ(cell(row), nullptr) << row;
+    }
+    EXPECT_EQ(shownCell(0), shown);
+}
+
 TEST_F(TableModelTest, ShowsAnEventThatLacksEverything) {
     load();
     view->setItems({std::make_shared<EKEventQRV>()});

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "hosting/process_wide_values.h"
+#include "hosting/quorvel_view_controller.h"
 #include "hosting/quorvel_view_controller_new.h"
 #include "hosting/quorvel_view_controller_new_today.h"
 #include "tests/agenda/agenda_fixture.h"
@@ -19,15 +20,29 @@ TEST_F(BundleClassesTest, MakesItsControllersByName) {
     const WidgetBundle& bundle = widgetBundle();
     EXPECT_EQ(bundle.interfaceVersion, widgetBundleInterfaceVersion);
     EXPECT_THAT(bundle.controllerClassNames(),
-                ElementsAre("QuorvelViewControllerNew", "QuorvelViewControllerNewToday"));
+                ElementsAre("QuorvelViewControllerNew", "QuorvelViewControllerNewToday",
+                            "QuorvelViewController"));
     EXPECT_NE(std::dynamic_pointer_cast<QuorvelViewControllerNew>(
                   bundle.makeController("QuorvelViewControllerNew", platform())),
               nullptr);
     EXPECT_NE(std::dynamic_pointer_cast<QuorvelViewControllerNewToday>(
                   bundle.makeController("QuorvelViewControllerNewToday", platform())),
               nullptr);
+    EXPECT_NE(std::dynamic_pointer_cast<QuorvelViewController>(
+                  bundle.makeWeeAppController("QuorvelViewController", platform())),
+              nullptr);
     for (const char* name : {"", "QuorvelView", "quorvelViewControllerNew", "EKEventQRV"}) {
         EXPECT_EQ(bundle.makeController(name, platform()), nullptr) << name;
+        EXPECT_EQ(bundle.makeWeeAppController(name, platform()), nullptr) << name;
+    }
+}
+
+TEST_F(BundleClassesTest, MakesEachControllerAsOfOneKind) {
+    const WidgetBundle& bundle = widgetBundle();
+    for (const std::string_view name : bundle.controllerClassNames()) {
+        const bool isLegacy = name == "QuorvelViewController";
+        EXPECT_EQ(bundle.makeController(name, platform()) == nullptr, isLegacy) << name;
+        EXPECT_EQ(bundle.makeWeeAppController(name, platform()) != nullptr, isLegacy) << name;
     }
 }
 

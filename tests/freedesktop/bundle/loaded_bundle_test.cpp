@@ -11,7 +11,10 @@
 #include <memory>
 
 #include "freedesktop/bundle/loaded_bundles.h"
+#include "platform/bb_wee_app_controller.h"
 #include "platform/key_value_coding.h"
+#include "platform/memory/memory_platform.h"
+#include "platform/sbui_widget_view_controller.h"
 #include "platform/screen.h"
 
 namespace quorvel::freedesktop {
@@ -80,6 +83,24 @@ TEST_F(LoadedBundleTest, KnowsItsClassesAndValues) {
     EXPECT_EQ(bundles.bundleForClass("NSObject"), nullptr);
 }
 
+TEST_F(LoadedBundleTest, MakesControllersOfBothKinds) {
+    const LoadedBundle bundle(QUORVEL_BUNDLE, m_screen);
+    const platform::memory::MemoryPlatform memory;
+    EXPECT_NE(bundle.makeController("QuorvelViewControllerNew", memory.platform()), nullptr);
+    EXPECT_EQ(bundle.makeWeeAppController("QuorvelViewControllerNew", memory.platform()), nullptr);
+
+    EXPECT_TRUE(bundle.hasClass("QuorvelViewController"));
+    const auto legacy = bundle.makeWeeAppController("QuorvelViewController", memory.platform());
+    ASSERT_NE(legacy, nullptr);
+    EXPECT_EQ(legacy->viewHeight(), 70);
+    EXPECT_THROW(bundle.makeController("QuorvelViewController", memory.platform()),
+                 UnknownClassError);
+
+    EXPECT_EQ(bundle.makeWeeAppController("NSObject", memory.platform()), nullptr);
+    EXPECT_THROW(bundle.makeController("NSObject", memory.platform()), UnknownClassError);
+    EXPECT_THROW(bundle.makeController("", memory.platform()), BundleError);
+}
+
 // Nothing but the C++ runtime and the platform's own library.
 TEST_F(LoadedBundleTest, NeedsNoOtherLibrary) {
     const std::string command = std::string("ldd '") + QUORVEL_BUNDLE + "/Quorvel.so'";
@@ -103,7 +124,7 @@ TEST_F(LoadedBundleTest, NeedsNoOtherLibrary) {
 TEST_F(LoadedBundleTest, RefusesWhatIsNoBundleOfOurs) {
     EXPECT_THAT(complaintAbout("foreign"), HasSubstr("is not a widget bundle"));
     EXPECT_THAT(complaintAbout("null_entry"), HasSubstr("is not a widget bundle"));
-    EXPECT_THAT(complaintAbout("other_version"), HasSubstr("built for version 2"));
+    EXPECT_THAT(complaintAbout("other_version"), HasSubstr("built for version 3"));
 }
 
 TEST_F(LoadedBundleTest, RefusesBrokenFolders) {

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 
 namespace quorvel::freedesktop {
 namespace {
@@ -20,13 +21,24 @@ TEST(ProgramFolders, PrefersWhatStandsBesideTheProgram) {
     EXPECT_TRUE(installed.bundle.ends_with("/quorvel/Quorvel.bundle")) << installed.bundle;
     EXPECT_TRUE(installed.bundle.starts_with(name + "/lib")) << installed.bundle;
     EXPECT_EQ(installed.data, name + "/share/quorvel");
+    EXPECT_EQ(installed.window, name + "/libexec/quorvel/quorvel-window");
 
     fs::create_directories(bin / "Quorvel.bundle");
     fs::create_directories(bin / "share/quorvel");
+    std::ofstream(bin / "quorvel-window") << "a program";
     const ProgramFolders beside = programFolders(bin.string());
     EXPECT_EQ(beside.bundle, (bin / "Quorvel.bundle").string());
     EXPECT_EQ(beside.data, (bin / "share/quorvel").string());
+    EXPECT_EQ(beside.window, (bin / "quorvel-window").string());
     fs::remove_all(name);
+}
+
+TEST(ProgramFolders, AreTheSameForAProgramThatTheCommandsStart) {
+    const ProgramFolders command = programFolders("/opt/quorvel/bin");
+    const ProgramFolders helper = programFolders("/opt/quorvel/libexec/quorvel");
+    EXPECT_EQ(helper.bundle, command.bundle);
+    EXPECT_EQ(helper.data, "/opt/quorvel/share/quorvel");
+    EXPECT_EQ(helper.data, command.data);
 }
 
 } // namespace
