@@ -21,7 +21,7 @@ struct CommandText {
     std::string_view description;
 };
 
-constexpr std::array<CommandText, 4> commandTexts{{
+constexpr std::array<CommandText, 5> commandTexts{{
     {Command::agenda, "agenda", "quorvel agenda [--json] [OPTION]...",
      "print the rows of the widget",
      "Prints the rows as the widget shows them: when, what, and where if the settings\n"
@@ -32,10 +32,23 @@ constexpr std::array<CommandText, 4> commandTexts{{
     {Command::calendars, "calendars", "quorvel calendars [--json] [OPTION]...",
      "list the calendars",
      "Lists the calendars in the store's order, and which of them the widget searches.\n"},
+    {Command::show, "show", "quorvel show [--background COLOR] [--decorated] [OPTION]...",
+     "open the widget in a window",
+     "Opens the widget in a window, which is always up to date. A row that is pulled to\n"
+     "the right and let go opens its event; rows below the edge are reached by scrolling;\n"
+     "where no row is, the window can be moved.\n"
+     "\n"
+     "Keys:\n"
+     "  Up, Down, Page Up, Page Down, Home, End\n"
+     "                     choose a row\n"
+     "  Enter, space       open the chosen row, as a pull does\n"
+     "  F5                 bring everything up to date\n"
+     "  Escape             close the window\n"},
     {Command::inspect, "inspect", "quorvel inspect [--do STEP]... [OPTION]...",
      "run a script of host events and print everything as JSON",
      "Loads the controller, runs the steps in order as a host would, and prints what\n"
-     "happened at each, the settings, the records and the whole tree of views.\n"
+     "happened at each, the settings, the records and the whole tree of views. Links\n"
+     "and applications are recorded, not opened.\n"
      "\n"
      "Steps:\n"
      "  present            the widget is about to be shown, then shown\n"
@@ -43,6 +56,13 @@ constexpr std::array<CommandText, 4> commandTexts{{
      "  size               ask for the preferred size\n"
      "  layout:W,H         give the view that size, in points, and lay it out\n"
      "  scroll:Y           set the list's vertical offset, in points\n"
+     "  pull:ROW:DX        pull that row (from 0) DX points to the right and let go\n"
+     "  drag:X,Y:DX,DY     a finger comes down at X,Y of the view, moves, rests and lifts\n"
+     "  tap:X,Y            a finger comes down there and lifts; a controller for older\n"
+     "                     hosts is told of the tap instead\n"
+     "  full-view          controllers for older hosts: load the full view\n"
+     "  placeholder        controllers for older hosts: load the placeholder\n"
+     "  unload             controllers for older hosts: let the view go\n"
      "  preferences:DIR    the preferences folder is DIR from here on\n"
      "  calendars:SOURCE   the calendars are SOURCE from here on\n"
      "  now:INSTANT        the clock stands there from here on\n"},
@@ -53,7 +73,7 @@ struct CommandOption {
     std::array<Command, 2> commands; // twice the same where there is one
 };
 
-constexpr std::array<CommandOption, 5> commandOptions{{
+constexpr std::array<CommandOption, 6> commandOptions{{
     {{"--json", "--json", "one JSON array instead of text"}, {Command::agenda, Command::calendars}},
     {{"--output", "-o, --output FILE", "the file to draw to: .png, .svg or .pdf"},
      {Command::snapshot, Command::snapshot}},
@@ -61,7 +81,9 @@ constexpr std::array<CommandOption, 5> commandOptions{{
     {{"--background", "--background COLOR",
       "what lies behind the widget: #RGB, #RRGGBB, #RRGGBBAA, a common\n"
       "name, or none (the dark backdrop of a notification centre)"},
-     {Command::snapshot, Command::snapshot}},
+     {Command::snapshot, Command::show}},
+    {{"--decorated", "--decorated", "with a title bar and a frame"},
+     {Command::show, Command::show}},
     {{"--do", "--do STEP", "a step of the script; may be given again"},
      {Command::inspect, Command::inspect}},
 }};
@@ -81,7 +103,8 @@ constexpr std::array<OptionText, 15> commonOptions{{
     {"--width", "--width POINTS", "the width that the widget is given (320)"},
     {"--now", "--now INSTANT",
      "what every clock shows, for instance 2026-03-10T10:00:00Z; without\n"
-     "an offset it is the time of the chosen zone"},
+     "an offset it is the time of the chosen zone; 'show' lets it run on\n"
+     "from there"},
     {"--timezone", "--timezone ID", "the time zone, for instance Europe/Berlin (the machine's)"},
     {"--locale", "--locale ID", "language and region, for instance de_DE (the environment's)"},
     {"--font", "--font FAMILY", "the font of the widget (the desktop's)"},

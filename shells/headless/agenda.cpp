@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <utility>
-#include <variant>
 
 #include "freedesktop/dates/instant_text.h"
 #include "platform/key_value_coding.h"
@@ -13,6 +12,7 @@
 #include "shells/headless/json.h"
 #include "shells/headless/terminal_text.h"
 #include "shells/headless/widget_session.h"
+#include "shells/widget/value_of.h"
 
 namespace quorvel::headless {
 
@@ -27,20 +27,13 @@ using platform::UILabel;
 using platform::UITableView;
 using platform::UITableViewCell;
 using platform::UIView;
+using shells::HostedWidget;
+using shells::valueOf;
 
 namespace {
 
 // Points of the list that have cells at one time: enough for speed, little for memory.
 constexpr CGFloat pageHeight = 2000;
-
-template <typename Value>
-std::optional<Value> valueOf(const KeyValueCoding& object, std::string_view key) {
-    platform::KeyValue value = object.valueForKey(key);
-    if (auto* held = std::get_if<Value>(&value)) {
-        return std::move(*held);
-    }
-    return std::nullopt;
-}
 
 std::string captionOfCell(const UITableViewCell& cell) {
     const auto view = valueOf<std::shared_ptr<UIView>>(cell, "relevanceDateLabel");
@@ -104,17 +97,18 @@ Json instantJson(NSDate date, const freedesktop::TimeZone& zone) {
 } // namespace
 
 Agenda readAgenda(WidgetSession& session, CGFloat width) {
-    session.load(); // which gathers; presenting would gather the same once more
-    session.resizeView({width, std::min(session.preferredViewSize().height, pageHeight)});
+    session.loadWithRows(); // which gathers; presenting would gather the same once more
+    session.resizeView({width, pageHeight});
 
+    HostedWidget& widget = session.widget();
     Agenda agenda;
-    for (const auto& record : session.items()) {
+    for (const auto& record : widget.items()) {
         agenda.rows.push_back(rowOfRecord(*record));
     }
     addCalendars(agenda.rows, session.latestQuery());
     agenda.showsLocations =
-        valueOf<bool>(session.processWideValues(), "displayLocation").value_or(false);
-    if (UITableView* table = session.table()) {
+        valueOf<bool>(widget.processWideValues(), "displayLocation").value_or(false);
+    if (UITableView* table = widget.table()) {
         for (std::size_t row = 0; row < agenda.rows.size();) {
             row += std::max<std::size_t>(readPageFrom(row, *table, session, agenda.rows), 1);
         }

@@ -23,7 +23,7 @@ bool wasSearched(const EKCalendar& calendar, const std::optional<RecordedQuery>&
 } // namespace
 
 std::vector<ListedCalendar> readCalendars(WidgetSession& session) {
-    session.load();
+    session.loadWithRows();
     const std::optional<RecordedQuery> query = session.latestQuery();
     std::vector<ListedCalendar> calendars;
     for (const auto& calendar : session.platform().calendarStores.makeEventStore()->calendars()) {

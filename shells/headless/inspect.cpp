@@ -1,5 +1,6 @@
 #include "shells/headless/inspect.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 #include <variant>
@@ -9,13 +10,16 @@
 #include "platform/ui/ui_view.h"
 #include "shells/headless/json.h"
 #include "shells/headless/script.h"
+#include "shells/headless/usage_error.h"
 #include "shells/headless/view_json.h"
 #include "shells/headless/widget_session.h"
 
 namespace quorvel::headless {
 
 using platform::CGFloat;
+using platform::CGSize;
 using platform::KeyValueCoding;
+using shells::HostedWidget;
 
 namespace {
 
@@ -24,25 +28,60 @@ class StepRunner {
 public:
     StepRunner(WidgetSession& session, Surroundings& surroundings)
         : m_session(session)
+        , m_widget(session.widget())
         , m_surroundings(surroundings) {}
 
     Json operator()(const PresentStep&) const {
-        m_session.present();
+        m_widget.present();
         return nullptr;
     }
     Json operator()(const DismissStep&) const {
-        m_session.dismiss();
+        m_widget.dismiss();
         return nullptr;
     }
-    Json operator()(const SizeStep&) const { return sizeJson(m_session.preferredViewSize()); }
+    Json operator()(const SizeStep&) const {
+        const CGSize size = m_widget.preferredViewSize();
+        return m_widget.isLegacy() ? numberJson(size.height) : sizeJson(size);
+    }
+    Json operator()(const FullViewStep&) const {
+        m_session.makeView();
+        m_widget.loadFullView();
+        return nullptr;
+    }
+    Json operator()(const PlaceholderStep&) const {
+        m_session.makeView();
+        m_widget.loadPlaceholderView();
+        return nullptr;
+    }
+    Json operator()(const UnloadStep&) const {
+        m_widget.unloadView();
+        return nullptr;
+    }
     Json operator()(const LayoutStep& step) const {
         m_session.resizeView(step.size);
         return nullptr;
     }
     Json operator()(const ScrollStep& step) const {
-        if (platform::UITableView* table = m_session.table()) {
+        if (platform::UITableView* table = m_widget.table()) {
             table->setContentOffset({table->contentOffset().x, step.offset});
         }
+        return nullptr;
+    }
+    Json operator()(const PullStep& step) const {
+        m_session.pullRow(step.row, step.distance);
+        return nullptr;
+    }
+    Json operator()(const DragStep& step) const {
+        m_session.drag(step.start, step.way);
+        return nullptr;
+    }
+    Json operator()(const TapStep& step) const {
+        if (m_widget.isLegacy()) {
+            m_session.makeView();
+            const auto url = m_widget.launchURLForTapLocation(step.location);
+            return url ? Json(url->absoluteString()) : Json(nullptr);
+        }
+        m_session.drag(step.location, {});
         return nullptr;
     }
     Json operator()(const PreferencesStep& step) const {
@@ -60,8 +99,25 @@ public:
 
 private:
     WidgetSession& m_session;
+    HostedWidget& m_widget;
     Surroundings& m_surroundings;
 };
+
+bool isForLegacyControllers(const Step& step) {
+    return std::holds_alternative<FullViewStep>(step.action) ||
+           std::holds_alternative<PlaceholderStep>(step.action) ||
+           std::holds_alternative<UnloadStep>(step.action);
+}
+
+void checkSteps(const HostedWidget& widget, const std::vector<Step>& steps) {
+    const auto wrong = std::ranges::find_if(steps, isForLegacyControllers);
+    if (!widget.isLegacy() && wrong != steps.end()) {
+        throw UsageError("the step '" + wrong->text +
+                         "' cannot be run: " + widget.controllerName() +
+                         " has no such operation, name a controller for older hosts with "
+                         "--controller");
+    }
+}
 
 Json hostMessagesJson(const std::vector<HostMessage>& messages) {
     Json array = Json::array();
@@ -75,33 +131,55 @@ Json hostMessagesJson(const std::vector<HostMessage>& messages) {
     return array;
 }
 
-// What the step left behind, the tree laid out so that visible rows have cells.
+Json touchMessagesJson(const std::vector<TouchMessage>& messages) {
+    Json array = Json::array();
+    for (const TouchMessage& message : messages) {
+        Json& json = array.emplace_back(Json::object());
+        json["view"] = message.view;
+        json["message"] = message.message;
+        json["phase"] = static_cast<int>(message.phase);
+    }
+    return array;
+}
+
+// What the step left behind.
 Json stepJson(WidgetSession& session, const std::string& text, Json result) {
-    session.layOut();
     Json json = Json::object();
     json["do"] = text;
     json["result"] = std::move(result);
     json["host"] = hostMessagesJson(session.takeHostMessages());
-    json["opened"] = Json::array();
-    json["activated"] = Json::array();
-    json["touches"] = Json::array();
+    json["opened"] = session.takeOpened();
+    json["activated"] = session.takeActivated();
+    json["touches"] = touchMessagesJson(session.takeTouchMessages());
     json["log"] = session.takeLogLines();
     return json;
 }
 
-Json settingsJson(const WidgetSession& session) {
+Json stepsJson(WidgetSession& session, Surroundings& surroundings, const std::vector<Step>& steps) {
+    Json entries = Json::array();
+    entries.push_back(stepJson(session, "load", nullptr));
+    const StepRunner runner(session, surroundings);
+    for (const Step& step : steps) {
+        Json result = std::visit(runner, step.action);
+        session.settle();
+        entries.push_back(stepJson(session, step.text, std::move(result)));
+    }
+    return entries;
+}
+
+Json settingsJson(HostedWidget& widget) {
     Json json = Json::object();
-    const KeyValueCoding& values = session.processWideValues();
+    const KeyValueCoding& values = widget.processWideValues();
     for (const std::string_view key : values.keys()) {
         json[std::string(key)] = valueJson(values.valueForKey(key));
     }
-    json["swipeAction"] = valueJson(session.view().valueForKey("swipeAction"));
+    json["swipeAction"] = valueJson(widget.view().valueForKey("swipeAction"));
     return json;
 }
 
-Json itemsJson(const WidgetSession& session) {
+Json itemsJson(HostedWidget& widget) {
     Json array = Json::array();
-    for (const auto& record : session.items()) {
+    for (const auto& record : widget.items()) {
         Json& json = array.emplace_back(Json::object());
         for (const std::string_view key :
              {"title", "location", "URL", "isAllDay", "startDate", "endDate", "calendarColor"}) {
@@ -111,32 +189,21 @@ Json itemsJson(const WidgetSession& session) {
     return array;
 }
 
-void loadAtWidth(WidgetSession& session, const std::optional<CGFloat>& width) {
-    session.load();
-    if (width) {
-        session.resizeView({*width, session.view().frame().size.height});
-    }
-}
-
 } // namespace
 
 std::string inspectDocument(WidgetSession& session, Surroundings& surroundings,
                             const std::vector<Step>& steps, const std::optional<CGFloat>& width) {
+    HostedWidget& widget = session.widget();
+    checkSteps(widget, steps);
+    session.load(width);
     Json document = Json::object();
-    document["controller"] = session.controllerName();
-    Json entries = Json::array();
-    loadAtWidth(session, width);
-    entries.push_back(stepJson(session, "load", nullptr));
-    const StepRunner runner(session, surroundings);
-    for (const Step& step : steps) {
-        Json result = std::visit(runner, step.action);
-        entries.push_back(stepJson(session, step.text, std::move(result)));
-    }
-    document["steps"] = std::move(entries);
-    document["settings"] = settingsJson(session);
-    document["items"] = itemsJson(session);
-    document["totalHeight"] = valueJson(session.controller().valueForKey("totalHeight"));
-    document["view"] = viewJson(session.view(), session.platform().textMeasurer);
+    document["controller"] = widget.controllerName();
+    document["steps"] = stepsJson(session, surroundings, steps);
+    session.makeView(); // a legacy controller may have none
+    document["settings"] = settingsJson(widget);
+    document["items"] = itemsJson(widget);
+    document["totalHeight"] = valueJson(widget.controller().valueForKey("totalHeight"));
+    document["view"] = viewJson(widget.view(), session.platform().textMeasurer);
     return documentText(document);
 }
 

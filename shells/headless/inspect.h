@@ -23,8 +23,9 @@ public:
 };
 
 // Loads the session's controller, runs the steps and gives the JSON document about it. The host
-// only records: it neither asks for the size again nor resizes the view, except to `width` (points)
-// once after the load, where that is given.
+// only records: it neither opens nor activates anything, nor asks for the size again, nor resizes
+// the view, except to `width` (points) once after it was made, where that is given. Throws
+// UsageError, before anything runs, for a step that the controller does not have.
 std::string inspectDocument(WidgetSession& session, Surroundings& surroundings,
                             const std::vector<Step>& steps,
                             const std::optional<platform::CGFloat>& width);

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <type_traits>
 #include <variant>
+#include <vector>
 
 #include "shells/headless/color_text.h"
 
@@ -57,7 +58,8 @@ Json valueJson(const KeyValue& value) {
             } else if constexpr (std::is_same_v<Held, UIColor>) {
                 return colorText(held);
             } else if constexpr (std::is_same_v<Held, bool> || std::is_same_v<Held, std::int64_t> ||
-                                 std::is_same_v<Held, std::string>) {
+                                 std::is_same_v<Held, std::string> ||
+                                 std::is_same_v<Held, std::vector<std::string>>) {
                 return held;
             } else {
                 return nullptr;

@@ -22,7 +22,7 @@ Json sizeJson(platform::CGSize size);
 Json rectJson(const platform::CGRect& rect);
 Json colorJson(const std::optional<platform::UIColor>& color); // "#RRGGBBAA" or null
 Json textJson(const std::optional<std::string>& text);
-// A value read by name; null for one that is not set. Pictures, views and lists are passed over.
+// A value read by name; null for one that is not set. Pictures, views and records are passed over.
 Json valueJson(const platform::KeyValue& value);
 
 // Indented, with a newline at the end. Damaged UTF-8 becomes U+FFFD.

@@ -1,7 +1,7 @@
 // The steps of a script of host events.
 #pragma once
 
-#include <memory>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -18,11 +18,25 @@ namespace quorvel::headless {
 struct PresentStep {};
 struct DismissStep {};
 struct SizeStep {};
+struct FullViewStep {};
+struct PlaceholderStep {};
+struct UnloadStep {};
 struct LayoutStep {
     platform::CGSize size; // points
 };
 struct ScrollStep {
     platform::CGFloat offset = 0; // points
+};
+struct PullStep {
+    std::size_t row = 0;
+    platform::CGFloat distance = 0; // points to the right
+};
+struct DragStep {
+    platform::CGPoint start; // points, in the view's coordinates
+    platform::CGSize way;    // points
+};
+struct TapStep {
+    platform::CGPoint location; // points, in the view's coordinates
 };
 struct PreferencesStep {
     std::string folder;
@@ -34,11 +48,13 @@ struct NowStep {
     platform::NSDate date;
 };
 
+using StepAction = std::variant<PresentStep, DismissStep, SizeStep, FullViewStep, PlaceholderStep,
+                                UnloadStep, LayoutStep, ScrollStep, PullStep, DragStep, TapStep,
+                                PreferencesStep, CalendarsStep, NowStep>;
+
 struct Step {
     std::string text; // as it was written
-    std::variant<PresentStep, DismissStep, SizeStep, LayoutStep, ScrollStep, PreferencesStep,
-                 CalendarsStep, NowStep>
-        action;
+    StepAction action;
 };
 
 // An instant without an offset is read in `zone`. Throws UsageError.

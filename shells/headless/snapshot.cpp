@@ -6,11 +6,12 @@
 namespace quorvel::headless {
 
 WidgetPicture pictureOfWidget(WidgetSession& session, platform::CGFloat width) {
-    session.load();
-    session.present();
-    session.resizeView({width, session.preferredViewSize().height});
-    return {session.view().bounds().size,
-            [&session](platform::GraphicsContext& context) { session.view().render(context); }};
+    shells::HostedWidget& widget = session.widget();
+    session.loadWithRows();
+    widget.present();
+    session.resizeView({width, widget.preferredViewSize().height});
+    return {widget.view().bounds().size,
+            [&widget](platform::GraphicsContext& context) { widget.view().render(context); }};
 }
 
 } // namespace quorvel::headless

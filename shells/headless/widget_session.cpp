@@ -1,25 +1,24 @@
 #include "shells/headless/widget_session.h"
 
-#include <variant>
-
-#include "freedesktop/bundle/loaded_bundle.h"
-#include "platform/sbui_widget_view_controller.h"
-#include "platform/ui/ui_table_view.h"
-#include "platform/ui/ui_window.h"
+#include "platform/ui/ui_view.h"
 
 namespace quorvel::headless {
 
+using platform::CGFloat;
+using platform::CGPoint;
 using platform::CGRect;
 using platform::CGSize;
-using platform::KeyValueCoding;
 using platform::Platform;
-using platform::UITableView;
-using platform::UIView;
-using platform::UIWindow;
+using platform::UITouchPhase;
 
 namespace {
 
-Platform withRecords(const Platform& platform, RecordingCalendarStores& stores, RecordingLog& log) {
+constexpr double frameTime = 1.0 / 60; // seconds
+constexpr double restBeforeLift = 1;   // seconds; long enough for nothing to be flung
+constexpr double longestMotion = 60;   // seconds
+
+Platform withRecords(const Platform& platform, RecordingCalendarStores& stores, RecordingLog& log,
+                     RecordingLauncher& launcher) {
     return Platform{platform.clock,
                     platform.dateServices,
                     stores,
@@ -29,61 +28,52 @@ Platform withRecords(const Platform& platform, RecordingCalendarStores& stores, 
                     platform.graphicsContexts,
                     platform.screen,
                     log,
-                    platform.bundles};
-}
-
-UITableView* frontTableBelow(const UIView& view) {
-    const auto& subviews = view.subviews();
-    for (auto subview = subviews.rbegin(); subview != subviews.rend(); ++subview) {
-        if (auto* table = dynamic_cast<UITableView*>(subview->get())) {
-            return table;
-        }
-        if (UITableView* table = frontTableBelow(**subview)) {
-            return table;
-        }
-    }
-    return nullptr;
+                    platform.bundles,
+                    launcher,
+                    launcher};
 }
 
 } // namespace
 
 WidgetSession::WidgetSession(const freedesktop::LoadedBundle& bundle,
                              std::string_view controllerName, const Platform& platform)
-    : m_bundle(bundle)
-    , m_controllerName(controllerName.empty() ? bundle.principalClass() : controllerName)
-    , m_stores(platform.calendarStores)
+    : m_stores(platform.calendarStores)
     , m_log(platform.systemLog)
-    , m_platform(withRecords(platform, m_stores, m_log))
-    , m_controller(bundle.makeController(m_controllerName, m_platform)) {
-    m_controller->setWidgetHost(&m_host);
-}
+    , m_platform(withRecords(platform, m_stores, m_log, m_launcher))
+    , m_window(std::make_shared<RecordingWindow>(CGRect{}, platform.screen))
+    , m_widget(bundle, controllerName, m_platform, m_host, *m_window) {}
 
 WidgetSession::~WidgetSession() = default;
 
-void WidgetSession::load() {
-    const std::shared_ptr<UIView>& view = m_controller->view();
-    const CGRect frame{{}, view->frame().size};
-    m_window = std::make_shared<UIWindow>(frame, m_platform.screen);
-    m_window->addSubview(view);
+void WidgetSession::load(std::optional<CGFloat> width) {
+    m_width = width;
+    if (!m_widget.isLegacy()) {
+        makeView();
+    }
+}
+
+void WidgetSession::loadWithRows() {
+    load();
+    makeView();
+    m_widget.loadFullView();
     layOut();
 }
 
-void WidgetSession::present() {
-    m_controller->hostWillPresent();
-    m_controller->hostDidPresent();
-}
-
-void WidgetSession::dismiss() {
-    m_controller->hostDidDismiss();
-}
-
-CGSize WidgetSession::preferredViewSize() {
-    return m_controller->preferredViewSize();
+void WidgetSession::makeView() {
+    if (m_widget.hasView()) {
+        return;
+    }
+    const CGSize size = m_widget.view().frame().size;
+    m_window->setFrame({{}, size});
+    if (m_width) {
+        resizeView({*m_width, size.height});
+    }
+    layOut();
 }
 
 void WidgetSession::resizeView(CGSize size) {
     m_window->setFrame({{}, size});
-    view().setFrame({{}, size});
+    m_widget.resizeView(size);
     layOut();
 }
 
@@ -91,27 +81,35 @@ void WidgetSession::layOut() {
     m_window->layoutIfNeeded();
 }
 
-const KeyValueCoding& WidgetSession::controller() const {
-    return *m_controller;
+void WidgetSession::settle() {
+    const double end = m_time + longestMotion;
+    while (m_window->isMoving() && m_time < end) {
+        m_time += frameTime;
+        m_window->advance(m_time);
+    }
+    layOut();
 }
 
-const KeyValueCoding& WidgetSession::processWideValues() const {
-    return m_bundle.processWideValues();
+void WidgetSession::pullRow(std::size_t row, CGFloat distance) {
+    m_widget.pullRow(row, distance, m_time);
 }
 
-UIView& WidgetSession::view() const {
-    return *m_controller->view();
+void WidgetSession::drag(const CGPoint& start, CGSize way) {
+    makeView();
+    const CGPoint down = m_widget.view().convertPointToView(start, m_window.get());
+    const CGPoint up{down.x + way.width, down.y + way.height};
+    sendFinger(UITouchPhase::began, down);
+    if (up != down) {
+        sendFinger(UITouchPhase::moved, up);
+    }
+    m_time += restBeforeLift;
+    sendFinger(UITouchPhase::ended, up);
 }
 
-UITableView* WidgetSession::table() const {
-    return frontTableBelow(view());
-}
-
-std::vector<std::shared_ptr<const KeyValueCoding>> WidgetSession::items() const {
-    using Items = std::vector<std::shared_ptr<const KeyValueCoding>>;
-    const platform::KeyValue value = view().valueForKey("items");
-    const auto* items = std::get_if<Items>(&value);
-    return items != nullptr ? *items : Items{};
+void WidgetSession::sendFinger(UITouchPhase phase, const CGPoint& location) {
+    constexpr std::int64_t finger = 1;
+    m_time += frameTime;
+    m_window->sendFinger({finger, phase, location, m_time});
 }
 
 } // namespace quorvel::headless

@@ -1,4 +1,4 @@
-// One controller of a bundle, in a window, driven as a shell drives it.
+// One controller of a bundle, in a window that only records, driven as a shell drives it.
 #pragma once
 
 #include <memory>
@@ -11,19 +11,10 @@
 #include "platform/platform.h"
 #include "shells/headless/recording_calendar_stores.h"
 #include "shells/headless/recording_host.h"
+#include "shells/headless/recording_launcher.h"
 #include "shells/headless/recording_log.h"
-
-namespace quorvel::platform {
-class _SBUIWidgetViewController; // NOLINT(bugprone-reserved-identifier): declared elsewhere
-class KeyValueCoding;
-class UITableView;
-class UIView;
-class UIWindow;
-} // namespace quorvel::platform
-
-namespace quorvel::freedesktop {
-class LoadedBundle;
-} // namespace quorvel::freedesktop
+#include "shells/headless/recording_window.h"
+#include "shells/widget/hosted_widget.h"
 
 namespace quorvel::headless {
 
@@ -37,39 +28,48 @@ public:
     WidgetSession(const WidgetSession&) = delete;
     WidgetSession& operator=(const WidgetSession&) = delete;
 
-    // Makes the controller's view and puts it into a window of its size. Before anything else.
-    void load();
-    void present();
-    void dismiss();
-    platform::CGSize preferredViewSize();
+    // Before anything else. A legacy controller's view waits until it is needed. `width` (points)
+    // is for every view that comes up from here on; without it a view keeps its own.
+    void load(std::optional<platform::CGFloat> width = std::nullopt);
+    // load(), with the rows: a legacy controller's full view too.
+    void loadWithRows();
+    // The view stands in a window of its size afterwards; one that is there already stays as it is.
+    void makeView();
+    shells::HostedWidget& widget() { return m_widget; }
+
     // Gives the view that size, in a window as large, and lays it out.
     void resizeView(platform::CGSize size);
     void layOut();
+    // Runs every motion to its end, then lays out.
+    void settle();
 
-    const std::string& controllerName() const { return m_controllerName; }
-    const platform::KeyValueCoding& controller() const;
-    const platform::KeyValueCoding& processWideValues() const;
-    platform::UIView& view() const;
-    // The list of events; null where the view shows none.
-    platform::UITableView* table() const;
-    // The view's records, one a row.
-    std::vector<std::shared_ptr<const platform::KeyValueCoding>> items() const;
+    // Ends a drag of the row with its content `distance` points to the right.
+    void pullRow(std::size_t row, platform::CGFloat distance);
+    // A finger comes down at a point of the view, moves, rests and lifts.
+    void drag(const platform::CGPoint& start, platform::CGSize way);
+
     // What the widget's latest query of the calendars was; absent where it made none.
     const std::optional<RecordedQuery>& latestQuery() const { return m_stores.latestQuery(); }
-
+    // Since the last call of each.
     std::vector<HostMessage> takeHostMessages() { return m_host.takeMessages(); }
+    std::vector<std::string> takeOpened() { return m_launcher.takeOpened(); }
+    std::vector<std::string> takeActivated() { return m_launcher.takeActivated(); }
+    std::vector<TouchMessage> takeTouchMessages() { return m_window->takeTouchMessages(); }
     std::vector<std::string> takeLogLines() { return m_log.takeLines(); }
     const platform::Platform& platform() const { return m_platform; }
 
 private:
-    const freedesktop::LoadedBundle& m_bundle;
-    std::string m_controllerName;
+    void sendFinger(platform::UITouchPhase phase, const platform::CGPoint& location);
+
     RecordingCalendarStores m_stores;
     RecordingLog m_log;
     RecordingHost m_host;
-    platform::Platform m_platform; // the host's, with the two records in it
-    std::shared_ptr<platform::UIWindow> m_window;
-    std::shared_ptr<platform::_SBUIWidgetViewController> m_controller;
+    RecordingLauncher m_launcher;
+    platform::Platform m_platform; // the host's, with the records in it
+    std::shared_ptr<RecordingWindow> m_window;
+    shells::HostedWidget m_widget;
+    std::optional<platform::CGFloat> m_width; // points
+    double m_time = 0; // seconds of a frame clock that runs only while something happens
 };
 
 } // namespace quorvel::headless

@@ -67,7 +67,7 @@ TEST(CommandLine, GivesHelpWithAndWithoutACommand) {
 TEST(CommandLine, SaysInOneLineWhatIsWrong) {
     EXPECT_EQ(complaint({}), "no command: see 'quorvel --help'");
     EXPECT_EQ(complaint({"agendas"}), "unknown command 'agendas': see 'quorvel --help'");
-    EXPECT_EQ(complaint({"show"}), "unknown command 'show': see 'quorvel --help'");
+    EXPECT_EQ(complaint({"shown"}), "unknown command 'shown': see 'quorvel --help'");
     EXPECT_EQ(complaint({"agenda", "--wide"}), "unknown option '--wide': see 'quorvel --help'");
     EXPECT_EQ(complaint({"agenda", "-x"}), "unknown option '-x': see 'quorvel --help'");
     EXPECT_EQ(complaint({"agenda", "inspect"}),
@@ -106,7 +106,7 @@ TEST(Help, NamesEveryOptionOfACommand) {
     EXPECT_EQ(commandHelp(Command::agenda).find("--background"), std::string::npos);
     EXPECT_NE(commandHelp(Command::inspect).find("preferences:DIR"), std::string::npos);
     for (const Command command :
-         {Command::agenda, Command::snapshot, Command::calendars, Command::inspect}) {
+         {Command::agenda, Command::snapshot, Command::calendars, Command::inspect, Command::show}) {
         EXPECT_NE(commandHelp(command).find("--timezone ID"), std::string::npos);
         EXPECT_NE(programHelp().find(commandName(command)), std::string::npos);
     }

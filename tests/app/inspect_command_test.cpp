@@ -3,59 +3,10 @@
 
 #include <numeric>
 
-#include "tests/app/command_fixture.h"
+#include "tests/app/inspect_fixture.h"
 
 namespace quorvel::app {
 namespace {
-
-class InspectCommandTest : public CommandTest {
-protected:
-    Json inspected(const std::vector<std::string>& steps,
-                   const std::vector<std::string>& more = {}) const {
-        std::vector<std::string> arguments{"inspect"};
-        for (const std::string& step : steps) {
-            arguments.insert(arguments.end(), {"--do", step});
-        }
-        arguments.insert(arguments.end(), more.begin(), more.end());
-        const RunResult result = runHere(arguments);
-        EXPECT_EQ(result.status, 0) << result.errors;
-        return result.json();
-    }
-    Json settingsWith(const std::string& entries) const {
-        writeSettings(entries);
-        return inspected({}).at("settings");
-    }
-    // Another folder of settings, for a step that changes it.
-    std::string otherSettings(const std::string& name, const std::string& entries) const {
-        write(name + "/org.quorvel.quorvelprefs.plist",
-              propertyList("<dict>" + entries + "</dict>"));
-        return "preferences:" + path(name).string();
-    }
-    void writeEvents(int count, const std::string& location = {}) const {
-        std::string events;
-        for (int number = 0; number < count; ++number) {
-            events += event("e" + std::to_string(number), "Event " + std::to_string(number),
-                            "DTSTART:20260310T1" + std::to_string(number) + "3000Z", location);
-        }
-        writeCalendar("Work", events);
-    }
-};
-
-std::string integer(const std::string& key, int value) {
-    return "<key>" + key + "</key><integer>" + std::to_string(value) + "</integer>";
-}
-
-std::string flag(const std::string& key, bool value) {
-    return "<key>" + key + "</key>" + (value ? "<true/>" : "<false/>");
-}
-
-std::string text(const std::string& key, const std::string& value) {
-    return "<key>" + key + "</key><string>" + value + "</string>";
-}
-
-Json labelOf(const Json& cell, std::size_t index) {
-    return viewsOfClass(cell, "UILabel").at(index); // title, location, caption
-}
 
 TEST_F(InspectCommandTest, TheDocumentHasEveryKey) {
     writeEvents(2);
@@ -73,7 +24,9 @@ TEST_F(InspectCommandTest, TheDocumentHasEveryKey) {
         }
         EXPECT_EQ(step.at("result"), nullptr);
     }
+    EXPECT_EQ(document.size(), 6U);
     EXPECT_EQ(document.at("items").at(0).size(), 7U);
+    EXPECT_EQ(document.dump().find("captions"), std::string::npos);
     EXPECT_EQ(document.at("items").at(0).at("calendarColor"), "#336699FF");
     const Json& view = document.at("view");
     EXPECT_EQ(view.at("class"), "QuorvelView");

@@ -24,7 +24,7 @@ protected:
 TEST_F(UsageTest, EveryWrongWordEndsWithTwoAndOneLine) {
     expectComplaint(runHere({"agenda", "--wrong"}), 2, "'--wrong'");
     expectComplaint(run({}), 2, "no command");
-    expectComplaint(run({"show"}), 2, "'show'");
+    expectComplaint(run({"shown"}), 2, "'shown'");
     expectComplaint(runHere({"agenda", "--timezone", "Mars/Olympus"}), 2, "'Mars/Olympus'");
     expectComplaint(runHere({"agenda", "--timezone", "../../etc/passwd"}), 2, "time zone");
     expectComplaint(runHere({"agenda", "--locale", "xx_YY"}), 2, "'xx_YY'");
@@ -45,7 +45,8 @@ TEST_F(UsageTest, EveryWrongWordEndsWithTwoAndOneLine) {
 }
 
 TEST_F(UsageTest, StepsAreCheckedBeforeAnythingRuns) {
-    for (const char* step : {"pull:0:90", "tap:1,1", "drag:1,1:2,2", "unload", "layout:1", ""}) {
+    for (const char* step : {"pull:0", "pull:-1:90", "tap:1", "drag:1,1", "drag:1,1:nan,0",
+                             "unload", "full-view", "placeholder", "layout:1", "jump", ""}) {
         expectComplaint(runHere({"inspect", "--do", "present", "--do", step}), 2, "step");
     }
     expectComplaint(runHere({"inspect", "--do", "calendars:" + path("missing").string()}), 2,
@@ -114,7 +115,13 @@ TEST_F(UsageTest, HelpAndVersionGoToStandardOutput) {
         EXPECT_EQ(result.errors, "");
         EXPECT_FALSE(result.output.empty());
     }
-    EXPECT_NE(run({"inspect", "--help"}).output.find("layout:W,H"), std::string::npos);
+    const std::string steps = run({"inspect", "--help"}).output;
+    for (const char* step :
+         {"present ", "dismiss ", "size ", "layout:W,H ", "scroll:Y ", "pull:ROW:DX ",
+          "drag:X,Y:DX,DY ", "tap:X,Y ", "full-view ", "placeholder ", "unload ",
+          "preferences:DIR ", "calendars:SOURCE ", "now:INSTANT "}) {
+        EXPECT_NE(steps.find("  " + std::string(step)), std::string::npos) << step;
+    }
 }
 
 } // namespace

@@ -1,0 +1,63 @@
+#include "shells/widget/row_descriptions.h"
+
+#include <cstdint>
+#include <utility>
+
+#include "platform/ui/ui_view.h"
+#include "shells/widget/hosted_widget.h"
+#include "shells/widget/value_of.h"
+
+namespace quorvel::shells {
+
+using platform::NSDate;
+using platform::NSURL;
+
+namespace {
+
+void appendPart(std::string& name, const std::optional<std::string>& part) {
+    if (part && !part->empty()) {
+        name += (name.empty() ? "" : ", ") + *part;
+    }
+}
+
+// Bringing an application to the front takes the name of one.
+bool runsActions(HostedWidget& widget) {
+    constexpr std::int64_t none = 0;
+    constexpr std::int64_t launchApplication = 3;
+    const auto action = valueOf<std::int64_t>(widget.view(), "swipeAction").value_or(none);
+    if (action == launchApplication) {
+        return !valueOf<std::string>(widget.processWideValues(), "customLaunchAppBundleID")
+                    .value_or("")
+                    .empty();
+    }
+    return action != none;
+}
+
+} // namespace
+
+std::vector<RowDescription> describeRows(HostedWidget& widget) {
+    const platform::UIView& view = widget.view(); // first: making it loads the settings
+    const bool showsLocation =
+        valueOf<bool>(widget.processWideValues(), "displayLocation").value_or(false);
+    const bool hasActions = runsActions(widget);
+    const auto captions =
+        valueOf<std::vector<std::string>>(view, "captions").value_or(std::vector<std::string>{});
+    std::vector<RowDescription> rows;
+    for (const auto& item : widget.items()) {
+        RowDescription row;
+        appendPart(row.name, valueOf<std::string>(*item, "title"));
+        appendPart(row.name,
+                   showsLocation ? valueOf<std::string>(*item, "location") : std::nullopt);
+        if (rows.size() < captions.size()) {
+            appendPart(row.name, captions[rows.size()]);
+        }
+        row.start = valueOf<NSDate>(*item, "startDate");
+        row.end = valueOf<NSDate>(*item, "endDate");
+        row.isAllDay = valueOf<bool>(*item, "isAllDay").value_or(false);
+        row.hasAction = hasActions && valueOf<NSURL>(*item, "URL").has_value();
+        rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
+} // namespace quorvel::shells

@@ -1,0 +1,96 @@
+#include "shells/widget/row_descriptions.h"
+
+#include <gmock/gmock.h>
+
+#include "platform/ui/ui_window.h"
+#include "shells/headless/recording_host.h"
+#include "shells/widget/hosted_widget.h"
+#include "tests/shells/widget/shell_fixture.h"
+
+namespace quorvel::shells {
+namespace {
+
+using namespace platform;
+using testing::IsEmpty;
+
+class RowDescriptionsTest : public ShellFixture {
+protected:
+    std::vector<RowDescription> described(std::string_view controller = notificationController) {
+        HostedWidget widget(bundle, controller, memory.platform(), host, *window);
+        widget.loadFullView();
+        return describeRows(widget);
+    }
+    bool hasAction(PropertyListDictionary settings) {
+        setSettings(std::move(settings));
+        return described().at(0).hasAction;
+    }
+
+    headless::RecordingHost host;
+    std::shared_ptr<UIWindow> window =
+        std::make_shared<UIWindow>(CGRectMake(0, 0, 320, 480), memory.screen);
+};
+
+TEST_F(RowDescriptionsTest, NoRowsAreNoDescriptions) {
+    EXPECT_THAT(described(), IsEmpty());
+}
+
+TEST_F(RowDescriptionsTest, ARowIsItsTitleLocationAndCaption) {
+    memory.dateServices.useTwentyFourHourClock();
+    EKEvent lunch = event("Lunch", at(0, 12, 30));
+    lunch.location = "Café Sol";
+    memory.calendarStores.addEvent(lunch);
+    EXPECT_EQ(described().at(0).name, "Lunch, 12:30");
+    setSettings({{"displayLocation", {true}}});
+    EXPECT_EQ(described().at(0).name, "Lunch, Café Sol, 12:30");
+    EXPECT_EQ(described(legacyController).at(0).name, "Lunch, Café Sol, 12:30");
+}
+
+TEST_F(RowDescriptionsTest, WhatARowLacksIsLeftOut) {
+    memory.dateServices.useTwentyFourHourClock();
+    setSettings({{"displayLocation", {true}}});
+    EKEvent untitled = event("x", at(0, 12, 30));
+    untitled.title.reset();
+    untitled.location = "";
+    memory.calendarStores.addEvent(untitled);
+    EXPECT_EQ(described().at(0).name, "12:30");
+}
+
+TEST_F(RowDescriptionsTest, EveryRowHasItsTimesWhetherItIsInSightOrNot) {
+    memory.dateServices.useTwentyFourHourClock();
+    addEvents(50);
+    EKEvent day = event("Holiday", at(1, 0));
+    day.endDate = at(1, 23, 59);
+    day.isAllDay = true;
+    memory.calendarStores.addEvent(day);
+    const std::vector<RowDescription> rows = described();
+    ASSERT_EQ(rows.size(), 51U);
+    EXPECT_EQ(rows[49].name, "e49, 12:49");
+    EXPECT_EQ(rows[49].start, at(0, 12, 49));
+    EXPECT_EQ(rows[49].end, at(0, 13, 49));
+    EXPECT_FALSE(rows[49].isAllDay);
+    EXPECT_EQ(rows[50].name, "Holiday, Tomorrow");
+    EXPECT_EQ(rows[50].start, at(1, 0));
+    EXPECT_TRUE(rows[50].isAllDay);
+}
+
+TEST_F(RowDescriptionsTest, ARowHasAnActionWhereAPullDoesSomething) {
+    addEvents(1);
+    const PropertyListValue application{std::string("org.example.App")};
+    EXPECT_TRUE(hasAction({}));
+    EXPECT_TRUE(hasAction({{"swipeAction", {std::int64_t{2}}}}));
+    EXPECT_TRUE(
+        hasAction({{"swipeAction", {std::int64_t{3}}}, {"customLaunchAppBundleID", application}}));
+    EXPECT_FALSE(hasAction({{"swipeAction", {std::int64_t{3}}}})) << "no application is named";
+    EXPECT_FALSE(
+        hasAction({{"swipeAction", {std::int64_t{0}}}, {"customLaunchAppBundleID", application}}));
+}
+
+TEST_F(RowDescriptionsTest, ARowWithoutALinkHasNoAction) {
+    EKEvent unlinked = event("unlinked", at(0, 11));
+    unlinked.persistentEvent.eventIdentifier = "home:not a link";
+    memory.calendarStores.addEvent(unlinked);
+    EXPECT_FALSE(described().at(0).hasAction);
+}
+
+} // namespace
+} // namespace quorvel::shells

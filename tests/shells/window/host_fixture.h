@@ -1,0 +1,94 @@
+// A host of the real bundle on a platform in memory, with a record of what it tells.
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/ui/ui_table_view.h"
+#include "shells/window/agenda_host.h"
+#include "tests/shells/widget/shell_fixture.h"
+
+namespace quorvel::window {
+
+class RecordingObserver : public AgendaObserver {
+public:
+    void agendaLooksDifferent() override { ++looks; }
+    void agendaWantsSize() override { ++sizes; }
+    void agendaPresented() override { ++presentations; }
+    void agendaFocusMoved() override { ++focusMoves; }
+    void agendaFingerCameOrWent() override { ++fingers; }
+
+    int looks = 0;
+    int sizes = 0;
+    int presentations = 0;
+    int focusMoves = 0;
+    int fingers = 0;
+};
+
+class HostFixture : public shells::ShellFixture {
+protected:
+    std::unique_ptr<AgendaHost> makeHost(const std::string& controller) {
+        AgendaHostOptions options;
+        options.controllerName = controller;
+        options.width = width;
+        options.noCalendarsText = "There are no calendars";
+        options.hasCalendars = [this] { return hasCalendars; };
+        options.frameTime = [this] { return time; };
+        auto host = std::make_unique<AgendaHost>(bundle, memory.platform(), std::move(options));
+        host->setObserver(&observer);
+        return host;
+    }
+    // Presented, in an area of the size that it wants.
+    std::unique_ptr<AgendaHost>
+    makeShownHost(const std::string& controller = shells::notificationController) {
+        auto host = makeHost(controller);
+        host->present();
+        host->setAreaSize(host->wantedSize());
+        return host;
+    }
+
+    // All that stand in the host's window, those in front last.
+    template <class Kind>
+    static std::vector<std::shared_ptr<Kind>> viewsOf(AgendaHost& host) {
+        std::vector<std::shared_ptr<Kind>> found;
+        std::vector<std::shared_ptr<platform::UIView>> due{host.window().shared_from_this()};
+        while (!due.empty()) {
+            const auto view = due.back();
+            due.pop_back();
+            if (auto kind = std::dynamic_pointer_cast<Kind>(view)) {
+                found.push_back(kind);
+            }
+            due.insert(due.end(), view->subviews().rbegin(), view->subviews().rend());
+        }
+        return found;
+    }
+    static platform::UITableView& tableOf(AgendaHost& host) {
+        return *viewsOf<platform::UITableView>(host).at(0);
+    }
+    // The one that fills the window.
+    static platform::UIScrollView& scrollerOf(AgendaHost& host) {
+        return *viewsOf<platform::UIScrollView>(host).at(0);
+    }
+    static platform::CGFloat heightOfRows(AgendaHost& host) {
+        platform::CGFloat height = 0;
+        for (const platform::CGFloat row : tableOf(host).rowHeights()) {
+            height += row;
+        }
+        return height;
+    }
+    static std::string linkOfRow(int row) {
+        return "x-apple-calevent://home/e" + std::to_string(row) +
+               "?o=" + std::to_string(43200 + row * 60) + ".0";
+    }
+    std::vector<std::string> takeOpened() { return std::exchange(memory.application.opened, {}); }
+
+    std::optional<platform::CGFloat> width;
+    bool hasCalendars = true;
+    double time = 100; // of the frame clock
+    RecordingObserver observer;
+};
+
+} // namespace quorvel::window
