@@ -1,0 +1,84 @@
+// The handler of the links that the widget opens: shows the event or the day in the calendar
+// application that is installed.
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <string>
+#include <string_view>
+
+#include "freedesktop/launch/calendar_opener.h"
+#include "freedesktop/launch/openable_link.h"
+
+namespace {
+
+using namespace quorvel::freedesktop;
+
+constexpr int exitUsage = 2;
+
+constexpr const char* help = "Usage: quorvel-open LINK\n"
+                             "\n"
+                             "Opens a link of the agenda in your calendar application:\n"
+                             "  x-apple-calevent://CALENDAR/UID?o=SECONDS   an event\n"
+                             "  fantastical2://show?date=YEAR-MONTH-DAY     a day\n"
+                             "\n"
+                             "Options:\n"
+                             "  -h, --help    print this help\n"
+                             "  --version     print the version\n"
+                             "\n"
+                             "Exit status: 0; 1 where nothing could open it; 2 for wrong usage.\n";
+
+int complain(const std::string& what, int status) {
+    std::fprintf(stderr, "quorvel-open: %s\n", what.c_str());
+    return status;
+}
+
+int openLink(std::string_view link) {
+    if (const auto problem = problemWithLink(link)) {
+        return complain("the link cannot be opened (" + *problem + "): see 'quorvel-open --help'",
+                        exitUsage);
+    }
+    const auto parsed = parseCalendarLink(link);
+    if (!parsed) {
+        return complain("the link names neither an event nor a day: see 'quorvel-open --help'",
+                        exitUsage);
+    }
+    const OpeningOutcome outcome = openInCalendarApplication(*parsed);
+    if (!outcome.isOpened) {
+        notifyUser("The event cannot be shown", outcome.problem);
+        return complain(outcome.problem, EXIT_FAILURE);
+    }
+    return EXIT_SUCCESS;
+}
+
+int run(int argc, char** argv) {
+    if (argc != 2) {
+        return complain(argc < 2 ? "no link: see 'quorvel-open --help'"
+                                 : "one link at a time: see 'quorvel-open --help'",
+                        exitUsage);
+    }
+    const std::string_view argument = argv[1];
+    if (argument == "-h" || argument == "--help") {
+        std::fputs(help, stdout);
+        return EXIT_SUCCESS;
+    }
+    if (argument == "--version") {
+        std::puts("quorvel-open " QUORVEL_VERSION);
+        return EXIT_SUCCESS;
+    }
+    if (argument.starts_with('-')) {
+        return complain("unknown option: see 'quorvel-open --help'", exitUsage);
+    }
+    return openLink(argument);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::setlocale(LC_ALL, ""); // an application may want a date as the user writes it
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& error) {
+        return complain(error.what(), EXIT_FAILURE);
+    }
+}

@@ -1,0 +1,120 @@
+#include "freedesktop/launch/calendar_applications.h"
+
+#include <array>
+#include <cmath>
+#include <ctime>
+
+namespace quorvel::freedesktop {
+
+namespace {
+
+constexpr double referenceDateSince1970 = 978307200;
+
+std::string formatted(const std::tm& time, const char* format) {
+    std::array<char, 256> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), format, &time)};
+}
+
+std::time_t unixTime(platform::NSDate date) {
+    return static_cast<std::time_t>(
+        std::floor(date.timeIntervalSinceReferenceDate + referenceDateSince1970));
+}
+
+// Noon: no clock change moves it to another day.
+std::tm noonOf(const DayLink& day) {
+    std::tm time{};
+    time.tm_year = day.year - 1900;
+    time.tm_mon = day.month - 1;
+    time.tm_mday = day.day;
+    time.tm_hour = 12;
+    time.tm_isdst = -1;
+    return time;
+}
+
+std::tm localDay(const CalendarLink& link) {
+    std::tm time{};
+    if (const auto* event = std::get_if<EventLink>(&link)) {
+        const std::time_t start = unixTime(event->start);
+        localtime_r(&start, &time);
+        return time;
+    }
+    time = noonOf(std::get<DayLink>(link));
+    const std::time_t noon = std::mktime(&time);
+    localtime_r(&noon, &time);
+    return time;
+}
+
+std::string utcInstant(const CalendarLink& link) {
+    std::tm day = localDay(link);
+    const auto* event = std::get_if<EventLink>(&link);
+    const std::time_t instant = event != nullptr ? unixTime(event->start) : std::mktime(&day);
+    std::tm utc{};
+    gmtime_r(&instant, &utc);
+    return formatted(utc, "%Y%m%dT%H%M%SZ");
+}
+
+bool isUnreserved(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||
+           c == '.' || c == '_' || c == '~';
+}
+
+std::string percentEncoded(std::string_view text) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string encoded;
+    for (const char c : text) {
+        if (isUnreserved(c)) {
+            encoded += c;
+        } else {
+            const auto byte = static_cast<unsigned char>(c);
+            encoded += {'%', digits[byte >> 4U], digits[byte & 0xFU]};
+        }
+    }
+    return encoded;
+}
+
+CalendarOpening evolutionOpening(const CalendarLink& link, const EventLink* event) {
+    constexpr std::string_view start = "calendar:///?";
+    if (event != nullptr) {
+        return {std::string(start) + "source-uid=" + percentEncoded(event->calendar) +
+                    "&comp-uid=" + percentEncoded(event->uid),
+                {}};
+    }
+    return {std::string(start) + "startdate=" + utcInstant(link), {}};
+}
+
+CalendarOpening gnomeCalendarOpening(const CalendarLink& link, const EventLink* event) {
+    if (event != nullptr) {
+        return {std::nullopt, {"--uuid", event->calendar + ':' + event->uid}};
+    }
+    return {std::nullopt, {"--date", formatted(localDay(link), "%x")}};
+}
+
+} // namespace
+
+CalendarApplication calendarApplicationOfEntry(std::string_view desktopEntryName) {
+    if (desktopEntryName == "org.gnome.Evolution.desktop" ||
+        desktopEntryName == "evolution-calendar.desktop" ||
+        desktopEntryName == "org.gnome.Evolution-calendar.desktop") {
+        return CalendarApplication::evolution;
+    }
+    if (desktopEntryName == "org.gnome.Calendar.desktop") {
+        return CalendarApplication::gnomeCalendar;
+    }
+    return CalendarApplication::other;
+}
+
+CalendarOpening openingOf(const CalendarLink& link, CalendarApplication application,
+                          bool isKnownSource) {
+    const EventLink* event = isKnownSource ? std::get_if<EventLink>(&link) : nullptr;
+    switch (application) {
+    case CalendarApplication::evolution:
+        return evolutionOpening(link, event);
+    case CalendarApplication::gnomeCalendar:
+        return gnomeCalendarOpening(link, event);
+    case CalendarApplication::other:
+        break;
+    }
+    return {};
+}
+
+} // namespace quorvel::freedesktop

@@ -1,0 +1,76 @@
+#include "freedesktop/launch/calendar_link.h"
+
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <cmath>
+
+namespace quorvel::freedesktop {
+
+using platform::NSDate;
+
+namespace {
+
+constexpr std::string_view eventPrefix = "x-apple-calevent://";
+constexpr std::string_view startKey = "?o=";
+constexpr std::string_view dayPrefix = "fantastical2://show?date=";
+// Year 1 to year 9999, seconds since the reference date.
+constexpr double earliestStart = -63114076800.0;
+constexpr double latestStart = 252423993600.0;
+
+template <class Number>
+std::optional<Number> wholeNumber(std::string_view text) {
+    Number number{};
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool isWhole = result.ec == std::errc() && result.ptr == text.data() + text.size();
+    return isWhole ? std::optional(number) : std::nullopt;
+}
+
+std::optional<CalendarLink> parseEventLink(std::string_view text) {
+    const std::size_t query = text.rfind(startKey);
+    const std::size_t slash = text.find('/');
+    if (query == std::string_view::npos || slash == 0 || slash >= query - 1) {
+        return std::nullopt;
+    }
+    const auto start = wholeNumber<double>(text.substr(query + startKey.size()));
+    if (!start || !(*start >= earliestStart && *start <= latestStart)) {
+        return std::nullopt;
+    }
+    return EventLink{std::string(text.substr(0, slash)),
+                     std::string(text.substr(slash + 1, query - slash - 1)), NSDate{*start}};
+}
+
+std::optional<CalendarLink> parseDayLink(std::string_view text) {
+    const std::size_t first = text.find('-');
+    const std::size_t second = first == std::string_view::npos ? first : text.find('-', first + 1);
+    if (second == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const auto year = wholeNumber<unsigned>(text.substr(0, first));
+    const auto month = wholeNumber<unsigned>(text.substr(first + 1, second - first - 1));
+    const auto day = wholeNumber<unsigned>(text.substr(second + 1));
+    constexpr unsigned latestYear = 9999;
+    if (!year || !month || !day || *year < 1 || *year > latestYear) {
+        return std::nullopt;
+    }
+    const std::chrono::year_month_day date{std::chrono::year(static_cast<int>(*year)),
+                                           std::chrono::month(*month), std::chrono::day(*day)};
+    if (!date.ok()) {
+        return std::nullopt;
+    }
+    return DayLink{static_cast<int>(*year), static_cast<int>(*month), static_cast<int>(*day)};
+}
+
+} // namespace
+
+std::optional<CalendarLink> parseCalendarLink(std::string_view text) {
+    if (text.starts_with(eventPrefix)) {
+        return parseEventLink(text.substr(eventPrefix.size()));
+    }
+    if (text.starts_with(dayPrefix)) {
+        return parseDayLink(text.substr(dayPrefix.size()));
+    }
+    return std::nullopt;
+}
+
+} // namespace quorvel::freedesktop

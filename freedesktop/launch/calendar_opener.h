@@ -1,0 +1,23 @@
+// Shows an event or a day in the calendar application that is installed.
+#pragma once
+
+#include <string>
+
+#include "freedesktop/launch/calendar_link.h"
+
+namespace quorvel::freedesktop {
+
+struct OpeningOutcome {
+    bool isOpened = false;
+    std::string problem; // "what is wrong: what to do"; empty where it was opened
+};
+
+// The user's own choice for calendars where it is one that can be told what to show, else one of
+// those where it is installed, else his own choice as it is. Waits for the application's answer,
+// each step for a bounded time.
+OpeningOutcome openInCalendarApplication(const CalendarLink& link);
+
+// A notification of the desktop's; false where nobody shows any.
+bool notifyUser(const std::string& summary, const std::string& body);
+
+} // namespace quorvel::freedesktop

@@ -1,0 +1,67 @@
+#include "freedesktop/launch/calendar_applications.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <ctime>
+
+namespace quorvel::freedesktop {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class CalendarApplicationsTest : public testing::Test {
+protected:
+    CalendarApplicationsTest() {
+        setenv("TZ", "Europe/Berlin", 1);
+        tzset();
+    }
+    ~CalendarApplicationsTest() override {
+        setenv("TZ", "UTC", 1);
+        tzset();
+    }
+
+    // 2014-03-07 18:45 in Berlin.
+    const CalendarLink event = EventLink{"source 1", "uid/2@x", {415907100}};
+    const CalendarLink day = DayLink{2014, 3, 7};
+};
+
+TEST_F(CalendarApplicationsTest, KnowsTheApplicationsByTheirEntries) {
+    EXPECT_EQ(calendarApplicationOfEntry("org.gnome.Evolution.desktop"),
+              CalendarApplication::evolution);
+    EXPECT_EQ(calendarApplicationOfEntry("org.gnome.Calendar.desktop"),
+              CalendarApplication::gnomeCalendar);
+    EXPECT_EQ(calendarApplicationOfEntry("org.kde.korganizer.desktop"), CalendarApplication::other);
+}
+
+TEST_F(CalendarApplicationsTest, EvolutionOpensAnEventThatItKnows) {
+    EXPECT_EQ(openingOf(event, CalendarApplication::evolution, true).link,
+              "calendar:///?source-uid=source%201&comp-uid=uid%2F2%40x");
+}
+
+TEST_F(CalendarApplicationsTest, EvolutionOpensTheDayOtherwise) {
+    EXPECT_EQ(openingOf(event, CalendarApplication::evolution, false).link,
+              "calendar:///?startdate=20140307T174500Z");
+    EXPECT_EQ(openingOf(day, CalendarApplication::evolution, false).link,
+              "calendar:///?startdate=20140307T110000Z"); // noon in Berlin
+}
+
+TEST_F(CalendarApplicationsTest, GnomeCalendarIsToldByArguments) {
+    EXPECT_THAT(openingOf(event, CalendarApplication::gnomeCalendar, true).arguments,
+                ElementsAre("--uuid", "source 1:uid/2@x"));
+    EXPECT_THAT(openingOf(event, CalendarApplication::gnomeCalendar, false).arguments,
+                ElementsAre("--date", "03/07/14")); // as the C locale writes a date
+    EXPECT_THAT(openingOf(day, CalendarApplication::gnomeCalendar, true).arguments,
+                ElementsAre("--date", "03/07/14"));
+}
+
+TEST_F(CalendarApplicationsTest, AnotherApplicationJustComesToTheFront) {
+    const CalendarOpening opening = openingOf(event, CalendarApplication::other, false);
+    EXPECT_EQ(opening.link, std::nullopt);
+    EXPECT_THAT(opening.arguments, IsEmpty());
+}
+
+} // namespace
+} // namespace quorvel::freedesktop
