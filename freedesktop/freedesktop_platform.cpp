@@ -8,6 +8,7 @@
 #include "freedesktop/dates/icu_date_services.h"
 #include "freedesktop/graphics/cairo_graphics_contexts.h"
 #include "freedesktop/graphics/pixbuf_image_files.h"
+#include "freedesktop/launch/desktop_launcher.h"
 #include "freedesktop/log/combined_log.h"
 #include "freedesktop/preferences/preferences_folder.h"
 #include "freedesktop/text/pango_text_measurer.h"
@@ -25,6 +26,7 @@ public:
     explicit ScaledScreen(CGFloat scale)
         : m_scale(scale) {}
     CGFloat scale() const override { return m_scale; }
+    void setScale(CGFloat scale) { m_scale = scale; }
 
 private:
     CGFloat m_scale;
@@ -34,22 +36,36 @@ private:
 
 struct FreedesktopPlatform::Services {
     explicit Services(FreedesktopOptions options)
-        : textLines(std::make_shared<TextLines>(options.fontFamily, options.locale))
+        : followsTimeZone(options.followsTimeZone)
+        , followsLocale(options.followsLocale)
+        , timeZone(options.timeZone)
+        , locale(options.locale)
+        , clockFormat(options.clockFormat)
+        , textLines(std::make_shared<TextLines>(options.fontFamily, options.locale))
         , systemLog(std::move(options.logs))
-        , dateServices(clock, options.timeZone, options.locale)
-        , calendarStores(options.timeZone, std::move(options.calendarProblemHandler))
+        , dateServices(clock, timeZone, locale)
+        , calendarStores(timeZone, std::move(options.calendarProblemHandler))
         , preferences(options.preferencesFolder, options.foundationVersionNumber, systemLog)
         , textMeasurer(textLines)
         , imageFiles(options.dataFolder)
         , screen(options.scale)
-        , graphicsContexts(screen, textLines) {
+        , graphicsContexts(screen, textLines)
+        , launcher(systemLog) {
+        dateServices.setClockFormat(clockFormat);
         calendarStores.setSources(std::move(options.calendars));
-        if (options.now) {
+        if (options.now && options.clockRuns) {
+            clock.runFrom(*options.now);
+        } else if (options.now) {
             clock.setNow(*options.now);
         }
     }
 
-    // First, as it reads the list of fonts while the rest is made.
+    bool followsTimeZone;
+    bool followsLocale;
+    std::shared_ptr<const TimeZone> timeZone;
+    std::string locale;
+    ClockFormat clockFormat;
+    // First of the services, as it reads the list of fonts while the rest is made.
     std::shared_ptr<TextLines> textLines;
     CombinedLog systemLog;
     AdjustableClock clock;
@@ -61,8 +77,10 @@ struct FreedesktopPlatform::Services {
     ScaledScreen screen;
     CairoGraphicsContexts graphicsContexts;
     LoadedBundles bundles;
-    Platform platform{clock,      dateServices,     calendarStores, preferences, textMeasurer,
-                      imageFiles, graphicsContexts, screen,         systemLog,   bundles};
+    DesktopLauncher launcher;
+    Platform platform{clock,        dateServices, calendarStores,   preferences,
+                      textMeasurer, imageFiles,   graphicsContexts, screen,
+                      systemLog,    bundles,      launcher,         launcher};
 };
 
 FreedesktopPlatform::FreedesktopPlatform(FreedesktopOptions options)
@@ -98,6 +116,63 @@ void FreedesktopPlatform::setCalendars(std::vector<CalendarSource> calendars) {
 
 void FreedesktopPlatform::setNow(platform::NSDate date) {
     m_services->clock.setNow(date);
+}
+
+void FreedesktopPlatform::setTimeZone(std::shared_ptr<const TimeZone> zone) {
+    m_services->timeZone = std::move(zone);
+    m_services->dateServices.setTimeZone(m_services->timeZone);
+    m_services->calendarStores.setTimeZone(m_services->timeZone);
+}
+
+void FreedesktopPlatform::setLocale(const std::string& locale) {
+    m_services->locale = locale;
+    m_services->dateServices.setLocale(locale);
+    m_services->textLines->setLocale(locale);
+}
+
+void FreedesktopPlatform::setClockFormat(ClockFormat clockFormat) {
+    m_services->clockFormat = clockFormat;
+    m_services->dateServices.setClockFormat(clockFormat);
+}
+
+void FreedesktopPlatform::setScale(CGFloat scale) {
+    m_services->screen.setScale(scale);
+}
+
+bool FreedesktopPlatform::followsTimeZone() const {
+    return m_services->followsTimeZone;
+}
+
+bool FreedesktopPlatform::followsLocale() const {
+    return m_services->followsLocale;
+}
+
+const std::shared_ptr<const TimeZone>& FreedesktopPlatform::timeZone() const {
+    return m_services->timeZone;
+}
+
+const std::string& FreedesktopPlatform::locale() const {
+    return m_services->locale;
+}
+
+ClockFormat FreedesktopPlatform::clockFormat() const {
+    return m_services->clockFormat;
+}
+
+std::optional<platform::NSDate> FreedesktopPlatform::systemInstant(platform::NSDate instant) const {
+    return m_services->clock.systemInstant(instant);
+}
+
+std::vector<WatchedPath> FreedesktopPlatform::watchedPaths() const {
+    std::vector<WatchedPath> paths{{m_services->preferences.folder(), 0, mayHoldPropertyList}};
+    for (std::string& path : m_services->calendarStores.paths()) {
+        paths.push_back({std::move(path), deepestCalendarFolder, mayBelongToCalendar});
+    }
+    return paths;
+}
+
+bool FreedesktopPlatform::waitForLaunches(double seconds) {
+    return m_services->launcher.waitForLaunches(seconds);
 }
 
 } // namespace quorvel::freedesktop

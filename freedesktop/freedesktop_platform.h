@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "freedesktop/calendar/ical_calendar_stores.h"
+#include "freedesktop/dates/clock_format.h"
 #include "freedesktop/dates/time_zone.h"
+#include "freedesktop/session/watched_path.h"
 #include "freedesktop/text/text_lines.h"
 #include "platform/ns_date.h"
 #include "platform/platform.h"
@@ -20,14 +22,18 @@ class LoadedBundle;
 
 struct FreedesktopOptions {
     std::shared_ptr<const TimeZone> timeZone; // never null
+    bool followsTimeZone = true;              // false: the user has chosen this one
     std::string locale;                       // as canonicalLocale() gives it
-    std::optional<std::string> fontFamily;    // absent: the desktop's
-    std::string dataFolder;                   // with the pictures that come with the program
+    bool followsLocale = true;                // false: the user has chosen this one
+    ClockFormat clockFormat = ClockFormat::ofLocale;
+    std::optional<std::string> fontFamily; // absent: the desktop's
+    std::string dataFolder;                // with the pictures that come with the program
     std::string preferencesFolder;
     double foundationVersionNumber = 1047.25;
     std::vector<CalendarSource> calendars;
     std::function<void(const CalendarProblem&)> calendarProblemHandler;
-    std::optional<platform::NSDate> now; // absent: the clock runs
+    std::optional<platform::NSDate> now; // absent: the system's clock
+    bool clockRuns = false;              // from `now` on; false: it stands there
     platform::CGFloat scale = 1;         // pixels a point
     std::vector<std::shared_ptr<platform::SystemLog>> logs;
 };
@@ -53,7 +59,30 @@ public:
     // What is read after the call is read from there.
     void setPreferencesFolder(const std::string& folder);
     void setCalendars(std::vector<CalendarSource> calendars);
-    void setNow(platform::NSDate date);
+    void setNow(platform::NSDate date); // the clock stands there
+
+    // What is shown after the call follows.
+    void setTimeZone(std::shared_ptr<const TimeZone> zone); // never null
+    void setLocale(const std::string& locale);              // as canonicalLocale() gives it
+    void setClockFormat(ClockFormat clockFormat);
+    void setScale(platform::CGFloat scale); // pixels a point
+
+    // Whether the host is to follow the session's time zone, and its locale and clock format.
+    bool followsTimeZone() const;
+    bool followsLocale() const;
+    const std::shared_ptr<const TimeZone>& timeZone() const;
+    const std::string& locale() const;
+    ClockFormat clockFormat() const;
+
+    // What the system's clock reads at that instant of the platform's; absent where that stands.
+    std::optional<platform::NSDate> systemInstant(platform::NSDate instant) const;
+
+    // Where the settings and the calendars come from.
+    std::vector<WatchedPath> watchedPaths() const;
+
+    // Runs the default main context until every launch was answered, or the time is over. True: all
+    // were answered.
+    bool waitForLaunches(double seconds);
 
 private:
     struct Services;

@@ -11,16 +11,26 @@ namespace {
 
 std::string besideOrInstalled(const fs::path& beside, const fs::path& installed) {
     std::error_code error;
-    return (fs::is_directory(beside, error) ? beside : installed.lexically_normal()).string();
+    return (fs::exists(beside, error) ? beside : installed.lexically_normal()).string();
+}
+
+// Of an installation, seen from either of its folders of executables.
+fs::path commandFolder(const fs::path& folder) {
+    const fs::path commands = (folder / QUORVEL_RELATIVE_COMMAND_FOLDER).lexically_normal();
+    const fs::path helpers = (commands / QUORVEL_RELATIVE_HELPER_FOLDER).lexically_normal();
+    return helpers == folder ? commands : folder;
 }
 
 } // namespace
 
 ProgramFolders programFolders(const std::string& executableFolder) {
     const fs::path folder(executableFolder);
+    const fs::path commands = commandFolder(folder);
     return {besideOrInstalled(folder / "Quorvel.bundle",
-                              folder / QUORVEL_RELATIVE_LIBRARY_FOLDER / "Quorvel.bundle"),
-            besideOrInstalled(folder / "share/quorvel", folder / QUORVEL_RELATIVE_DATA_FOLDER)};
+                              commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "Quorvel.bundle"),
+            besideOrInstalled(folder / "share/quorvel", commands / QUORVEL_RELATIVE_DATA_FOLDER),
+            besideOrInstalled(folder / "quorvel-window",
+                              commands / QUORVEL_RELATIVE_HELPER_FOLDER / "quorvel-window")};
 }
 
 ProgramFolders programFolders() {

@@ -26,7 +26,6 @@ namespace {
 
 constexpr std::size_t largestFile = std::size_t{256} << 20U;
 constexpr std::size_t largestMetadata = 4096;
-constexpr int deepestFolder = 16;
 constexpr std::size_t mostFolders = 5000;
 constexpr std::size_t mostUnnamedCalendars = 24;
 constexpr std::size_t longestSlug = 40;
@@ -117,6 +116,10 @@ int openRegular(int folder, const char* name, struct stat& status) {
 bool endsLikeCalendar(std::string_view name) {
     return name.size() > calendarSuffix.size() &&
            equalsIgnoringCase(name.substr(name.size() - calendarSuffix.size()), ".ICS");
+}
+
+bool isMetadataName(std::string_view name) {
+    return name == "color" || name == "displayname";
 }
 
 std::string_view stemOf(std::string_view name) {
@@ -522,7 +525,7 @@ bool CalendarFiles::refreshFolder(Folder& folder, Walk& walk) {
             folders.emplace_back(name);
         } else if (isFile && endsLikeCalendar(name)) {
             calendars.emplace_back(name);
-        } else if (isFile && (name == "color" || name == "displayname")) {
+        } else if (isFile && isMetadataName(name)) {
             metadata.emplace_back(name);
         }
     }
@@ -537,7 +540,7 @@ bool CalendarFiles::refreshFolder(Folder& folder, Walk& walk) {
 }
 
 bool CalendarFiles::refreshChildren(Folder& folder, std::vector<std::string> names, Walk& walk) {
-    if (walk.depth >= deepestFolder) {
+    if (walk.depth >= deepestCalendarFolder) {
         names.clear();
     }
     std::sort(names.begin(), names.end());
@@ -598,3 +601,11 @@ void CalendarFiles::buildFolder(const Folder& folder, bool isRoot) {
 }
 
 } // namespace quorvel::freedesktop::ics
+
+namespace quorvel::freedesktop {
+
+bool mayBelongToCalendar(std::string_view name) {
+    return ics::endsLikeCalendar(name) || ics::isMetadataName(name);
+}
+
+} // namespace quorvel::freedesktop

@@ -169,7 +169,11 @@ public:
     void setSources(std::vector<CalendarSource> sources) {
         const std::lock_guard lock(m_mutex);
         m_current.clear();
+        m_paths.clear();
         for (CalendarSource& source : sources) {
+            if (!source.text) {
+                m_paths.push_back(source.name);
+            }
             auto key = std::pair(source.name, source.text);
             auto& known = m_known[std::move(key)];
             if (!known) {
@@ -183,6 +187,11 @@ public:
     void setTimeZone(std::shared_ptr<const TimeZone> userZone) {
         const std::lock_guard lock(m_mutex);
         m_userZone = std::make_shared<ics::ZoneClock>(std::move(userZone));
+    }
+
+    std::vector<std::string> paths() const {
+        const std::lock_guard lock(m_mutex);
+        return m_paths;
     }
 
     // The calendars as they are on disk now, and the clock that their floating times follow.
@@ -254,7 +263,8 @@ private:
              std::unique_ptr<ics::CalendarFiles>>
         m_known; // those that were asked for before stay, with what was read
     std::vector<ics::CalendarFiles*> m_current;
-    Search m_lastSearch; // a presentation asks again for what the one before has asked
+    std::vector<std::string> m_paths; // of those that are not texts
+    Search m_lastSearch;              // a presentation asks again for what the one before has asked
     bool m_anyReadable = false;
     bool m_anyCalendar = false;
 };
@@ -365,6 +375,10 @@ void IcalCalendarStores::setSources(std::vector<CalendarSource> sources) {
 
 void IcalCalendarStores::setTimeZone(std::shared_ptr<const TimeZone> userZone) {
     m_state->setTimeZone(std::move(userZone));
+}
+
+std::vector<std::string> IcalCalendarStores::paths() const {
+    return m_state->paths();
 }
 
 std::unique_ptr<platform::EKEventStore> IcalCalendarStores::makeEventStore() {

@@ -47,6 +47,11 @@ struct CalendarSource {
     }
 };
 
+// Of a source that is a folder: how many levels of folders are looked into, and whether a file of
+// that name may say something about a calendar.
+inline constexpr int deepestCalendarFolder = 16;
+bool mayBelongToCalendar(std::string_view name);
+
 // Why the source cannot be read at all; absent where it can.
 std::optional<std::string> problemWithSource(const CalendarSource& source);
 
@@ -68,6 +73,9 @@ public:
     // Both hold for the stores made from now on.
     void setSources(std::vector<CalendarSource> sources);
     void setTimeZone(std::shared_ptr<const TimeZone> userZone);
+
+    // Of the sources that are files and folders; not all of them need exist.
+    std::vector<std::string> paths() const;
 
     std::unique_ptr<platform::EKEventStore> makeEventStore() override;
 

@@ -4,14 +4,29 @@
 
 namespace quorvel::freedesktop {
 
-platform::NSDate SystemClock::now() const {
+using platform::NSDate;
+
+NSDate SystemClock::now() const {
     const std::chrono::duration<double> since1970 =
         std::chrono::system_clock::now().time_since_epoch();
     return platform::dateWithTimeIntervalSince1970(since1970.count());
 }
 
-platform::NSDate AdjustableClock::now() const {
-    return m_instant ? *m_instant : SystemClock().now();
+void AdjustableClock::setNow(NSDate instant) {
+    m_standsAt = instant;
+}
+
+void AdjustableClock::runFrom(NSDate instant) {
+    m_standsAt.reset();
+    m_ahead = instant.timeIntervalSinceDate(SystemClock().now());
+}
+
+NSDate AdjustableClock::now() const {
+    return m_standsAt ? *m_standsAt : SystemClock().now().dateByAddingTimeInterval(m_ahead);
+}
+
+std::optional<NSDate> AdjustableClock::systemInstant(NSDate instant) const {
+    return m_standsAt ? std::nullopt : std::optional(instant.dateByAddingTimeInterval(-m_ahead));
 }
 
 } // namespace quorvel::freedesktop

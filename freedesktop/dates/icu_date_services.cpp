@@ -77,8 +77,9 @@ void makeRoom(Map& map) {
 // What is remembered between captions: formatters by what they print, patterns by their skeleton.
 class IcuDateServices::Formats {
 public:
-    explicit Formats(const std::string& locale)
-        : m_locale(icu::Locale::createFromName(locale.c_str())) {}
+    Formats(const std::string& locale, ClockFormat clockFormat)
+        : m_locale(withClockFormat(icu::Locale::createFromName(locale.c_str()), clockFormat))
+        , m_clockFormat(clockFormat) {}
 
     void setTimeZone(const TimeZone& zone) {
         m_zone.reset(icu::TimeZone::createTimeZone(fromUtf8(zone.identifier())));
@@ -110,6 +111,11 @@ private:
         return format;
     }
 
+    // The locale data has clocks that lack their marker.
+    icu::UnicodeString withUsersClock(const icu::UnicodeString& pattern) const {
+        return patternWithClock(pattern, m_clockFormat);
+    }
+
     // Made through the styles, so that it keeps what the locale says about numbers in dates.
     Format styled(NSDateFormatterStyle dateStyle, NSDateFormatterStyle timeStyle) const {
         std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
@@ -121,8 +127,8 @@ private:
         static_cast<void>(format.release());
         Format result(simple);
         icu::UnicodeString pattern;
-        result->applyPattern(
-            withPlainSpaces(withLocalesClock(result->toPattern(pattern), m_locale)));
+        result->applyPattern(withPlainSpaces(
+            withUsersClock(withLocalesClock(result->toPattern(pattern), m_locale))));
         return finished(std::move(result));
     }
 
@@ -132,7 +138,7 @@ private:
         }
         Format format = styled(NSDateFormatterStyle::shortStyle, NSDateFormatterStyle::shortStyle);
         if (format) {
-            format->applyPattern(withTime ? m_words->dateAndTimePattern(day)
+            format->applyPattern(withTime ? withUsersClock(m_words->dateAndTimePattern(day))
                                           : m_words->datePattern(day));
         }
         return format;
@@ -140,11 +146,13 @@ private:
 
     Format fixed(const std::string& pattern) const {
         UErrorCode status = U_ZERO_ERROR;
-        auto format = std::make_unique<icu::SimpleDateFormat>(fromUtf8(pattern), m_locale, status);
+        auto format = std::make_unique<icu::SimpleDateFormat>(withUsersClock(fromUtf8(pattern)),
+                                                              m_locale, status);
         return U_SUCCESS(status) ? finished(std::move(format)) : nullptr;
     }
 
     icu::Locale m_locale;
+    ClockFormat m_clockFormat;
     std::unique_ptr<icu::TimeZone> m_zone;
     std::unique_ptr<icu::DateTimePatternGenerator> m_generator;
     std::optional<RelativeDayWords> m_words;
@@ -167,9 +175,10 @@ std::optional<std::string> IcuDateServices::Formats::bestPattern(std::string_vie
     }
     std::optional<std::string> result;
     if (U_SUCCESS(status) && m_generator) {
-        const icu::UnicodeString pattern = m_generator->getBestPattern(fromUtf8(skeleton), status);
+        const icu::UnicodeString pattern = m_generator->getBestPattern(
+            skeletonWithClock(fromUtf8(skeleton), m_clockFormat), status);
         if (U_SUCCESS(status) && !pattern.isEmpty()) {
-            result = utf8(withPlainSpaces(pattern));
+            result = utf8(withPlainSpaces(withUsersClock(pattern)));
         }
     }
     makeRoom(m_bestPatterns);
@@ -208,17 +217,32 @@ std::string IcuDateServices::Formats::printRelative(bool withTime, std::int64_t 
 }
 
 IcuDateServices::IcuDateServices(const platform::Clock& clock, std::shared_ptr<const TimeZone> zone,
-                                 const std::string& locale)
+                                 std::string locale)
     : m_clock(clock)
     , m_zone(std::move(zone))
-    , m_formats(std::make_unique<Formats>(locale)) {
-    m_formats->setTimeZone(*m_zone);
+    , m_locale(std::move(locale)) {
+    makeFormats();
 }
 
 IcuDateServices::~IcuDateServices() = default;
 
 void IcuDateServices::setTimeZone(std::shared_ptr<const TimeZone> zone) {
     m_zone = std::move(zone);
+    m_formats->setTimeZone(*m_zone);
+}
+
+void IcuDateServices::setLocale(const std::string& locale) {
+    m_locale = locale;
+    makeFormats();
+}
+
+void IcuDateServices::setClockFormat(ClockFormat clockFormat) {
+    m_clockFormat = clockFormat;
+    makeFormats();
+}
+
+void IcuDateServices::makeFormats() {
+    m_formats = std::make_unique<Formats>(m_locale, m_clockFormat);
     m_formats->setTimeZone(*m_zone);
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "freedesktop/dates/clock_format.h"
 #include "freedesktop/dates/time_zone.h"
 #include "platform/clock.h"
 #include "platform/date_services.h"
@@ -23,12 +24,15 @@ class IcuDateServices final : public platform::DateServices {
 public:
     // The clock must outlive this. `locale` is an identifier as canonicalLocale() gives it.
     IcuDateServices(const platform::Clock& clock, std::shared_ptr<const TimeZone> zone,
-                    const std::string& locale);
+                    std::string locale);
     ~IcuDateServices() override;
     IcuDateServices(const IcuDateServices&) = delete;
     IcuDateServices& operator=(const IcuDateServices&) = delete;
 
     void setTimeZone(std::shared_ptr<const TimeZone> zone);
+    void setLocale(const std::string& locale);
+    // Goes before what the locale says, in patterns of the caller's own too.
+    void setClockFormat(ClockFormat clockFormat);
 
     platform::NSDateComponents components(unsigned units, platform::NSDate date) const override;
     platform::NSDate
@@ -40,10 +44,13 @@ public:
 private:
     class Formats;
 
+    void makeFormats();
     std::int64_t dayOf(platform::NSDate date) const;
 
     const platform::Clock& m_clock;
     std::shared_ptr<const TimeZone> m_zone;
+    std::string m_locale;
+    ClockFormat m_clockFormat = ClockFormat::ofLocale;
     std::unique_ptr<Formats> m_formats;
 };
 

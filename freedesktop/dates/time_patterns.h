@@ -5,7 +5,17 @@
 #include <unicode/locid.h>
 #include <unicode/unistr.h>
 
+#include "freedesktop/dates/clock_format.h"
+
 namespace quorvel::freedesktop {
+
+// The locale with the user's clock named in it.
+icu::Locale withClockFormat(icu::Locale locale, ClockFormat clockFormat);
+// The skeleton with its hours ("j" too) as that clock counts them.
+icu::UnicodeString skeletonWithClock(const icu::UnicodeString& skeleton, ClockFormat clockFormat);
+// The pattern with its hours as that clock counts them, and with the AM/PM marker that it needs or
+// without the one that it must not have. Quoted text stays as it is.
+icu::UnicodeString patternWithClock(const icu::UnicodeString& pattern, ClockFormat clockFormat);
 
 // The pattern with a plain space beside the AM/PM marker.
 icu::UnicodeString withPlainSpaces(icu::UnicodeString pattern);

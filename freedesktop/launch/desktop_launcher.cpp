@@ -48,8 +48,8 @@ private:
 namespace {
 
 struct InstalledApplication final : SBApplication {
-    explicit InstalledApplication(GAppInfo* info)
-        : info(info) {}
+    explicit InstalledApplication(GAppInfo* application)
+        : info(application) {}
     ObjectHandle<GAppInfo> info;
 };
 

@@ -15,6 +15,7 @@ using platform::PropertyListDictionary;
 constexpr std::array<std::string_view, 2> preferencesDirectories{
     "/var/mobile/Library/Preferences/", "/private/var/mobile/Library/Preferences/"};
 constexpr std::string_view stockCalendarFile = "com.apple.mobilecal.plist";
+constexpr std::string_view propertyListSuffix = ".plist";
 
 // The part of a path below the platform's preferences directories.
 std::optional<std::string_view> nameInPreferences(std::string_view path) {
@@ -43,6 +44,11 @@ PropertyListDictionary noDeselectedCalendars() {
 }
 
 } // namespace
+
+bool mayHoldPropertyList(std::string_view name) {
+    return name.size() > propertyListSuffix.size() &&
+           name.substr(name.size() - propertyListSuffix.size()) == propertyListSuffix;
+}
 
 PreferencesFolder::PreferencesFolder(std::string folder, double foundationVersionNumber,
                                      platform::SystemLog& log)
@@ -112,7 +118,7 @@ std::optional<PropertyListArray> PreferencesFolder::arrayWithContentsOfFile(std:
 
 std::optional<PropertyListDictionary> PreferencesFolder::domainDictionary(std::string_view domain) {
     const auto path = domain.find('/') == std::string_view::npos && !domain.empty()
-                          ? pathInFolder(std::string(domain) + ".plist")
+                          ? pathInFolder(std::string(domain).append(propertyListSuffix))
                           : std::nullopt;
     bool missing = false;
     return path ? readAs<PropertyListDictionary>(*path, "dictionary", missing) : std::nullopt;

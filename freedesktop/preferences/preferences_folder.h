@@ -3,6 +3,7 @@
 
 #include <map>
 #include <string>
+#include <string_view>
 
 #include "platform/preferences.h"
 #include "platform/system_log.h"
@@ -12,6 +13,9 @@ namespace quorvel::freedesktop {
 // The last version whose settings are read from the file itself.
 inline constexpr double defaultFoundationVersionNumber = 1047.25;
 
+// Whether a file of that name may be read as settings.
+bool mayHoldPropertyList(std::string_view name);
+
 // The platform's preferences directories stand for the folder; no path through them leaves it.
 // Other paths are read as they are. What is there but cannot be read is said in the log, once until
 // it changes.
@@ -20,6 +24,7 @@ public:
     // The log must outlive this. The folder need not exist.
     PreferencesFolder(std::string folder, double foundationVersionNumber, platform::SystemLog& log);
 
+    const std::string& folder() const { return m_folder; }
     void setFolder(std::string folder) { m_folder = std::move(folder); }
 
     double foundationVersionNumber() const override { return m_foundationVersionNumber; }

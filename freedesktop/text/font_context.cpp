@@ -3,8 +3,9 @@
 namespace quorvel::freedesktop {
 
 ObjectHandle<PangoContext> createFontContext(const std::string& locale) {
-    ObjectHandle<PangoContext> context(
-        pango_font_map_create_context(pango_cairo_font_map_get_default()));
+    // Not the thread's own map: a toolkit uses that, perhaps while texts are shaped elsewhere.
+    const ObjectHandle<PangoFontMap> fonts(pango_cairo_font_map_new());
+    ObjectHandle<PangoContext> context(pango_font_map_create_context(fonts.get()));
     // Neither the glyphs nor the distances between them follow a pixel grid: a text twice as large
     // is exactly twice as wide.
     pango_context_set_round_glyph_positions(context.get(), FALSE);

@@ -2,21 +2,15 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
-#include <filesystem>
 
 #include <fontconfig/fontconfig.h>
-#include <gio/gio.h>
 
+#include "freedesktop/session/desktop_settings.h"
 #include "freedesktop/text/font_context.h"
 
 namespace quorvel::freedesktop {
 
 namespace {
-
-struct SchemaUnref {
-    void operator()(GSettingsSchema* schema) const { g_settings_schema_unref(schema); }
-};
 
 bool isSameName(const FcChar8* name, const std::string& other) {
     return FcStrCmpIgnoreCase(name, reinterpret_cast<const FcChar8*>(other.c_str())) == 0;
@@ -55,31 +49,11 @@ void waitForFonts(PangoContext* context, const std::string& likelyFamily) {
         pango_context_load_font(context, describeFont(likelyFamily).get()));
 }
 
-// Reading the desktop's settings costs a millisecond, so it is left out where no desktop can have
-// written any.
-bool hasDesktopSession() {
-    if (std::getenv("DBUS_SESSION_BUS_ADDRESS") != nullptr)
-        return true;
-    const char* runtimeFolder = std::getenv("XDG_RUNTIME_DIR");
-    std::error_code ignored;
-    return runtimeFolder != nullptr &&
-           std::filesystem::exists(std::filesystem::path(runtimeFolder) / "bus", ignored);
-}
-
 std::optional<std::string> desktopFontFamily() {
-    if (!hasDesktopSession())
+    const auto name = DesktopSetting("org.gnome.desktop.interface", "font-name").value();
+    if (!name)
         return std::nullopt;
-    GSettingsSchemaSource* source = g_settings_schema_source_get_default();
-    if (source == nullptr)
-        return std::nullopt;
-    // Looked up first: opening settings that the system does not know ends the process.
-    const std::unique_ptr<GSettingsSchema, SchemaUnref> schema(
-        g_settings_schema_source_lookup(source, "org.gnome.desktop.interface", TRUE));
-    if (!schema || g_settings_schema_has_key(schema.get(), "font-name") == 0)
-        return std::nullopt;
-    const ObjectHandle<GSettings> settings(g_settings_new_full(schema.get(), nullptr, nullptr));
-    const GlibString name(g_settings_get_string(settings.get(), "font-name"));
-    const FontDescriptionHandle description(pango_font_description_from_string(name.get()));
+    const FontDescriptionHandle description(pango_font_description_from_string(name->c_str()));
     const char* family = pango_font_description_get_family(description.get());
     if (family == nullptr || *family == '\0')
         return std::nullopt;

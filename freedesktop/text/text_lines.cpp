@@ -195,9 +195,14 @@ private:
 };
 
 TextLines::TextLines(std::optional<std::string> family, const std::string& locale)
-    : m_shaper(std::make_unique<Shaper>(std::move(family), locale)) {}
+    : m_family(std::move(family))
+    , m_shaper(std::make_unique<Shaper>(m_family, locale)) {}
 
 TextLines::~TextLines() = default;
+
+void TextLines::setLocale(const std::string& locale) {
+    m_shaper = std::make_unique<Shaper>(m_family, locale);
+}
 
 CGSize TextLines::size(std::string_view text, const UIFont& font) {
     if (!isShown(text, font))

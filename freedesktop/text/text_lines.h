@@ -29,6 +29,9 @@ public:
     TextLines(const TextLines&) = delete;
     TextLines& operator=(const TextLines&) = delete;
 
+    // As in the constructor. What was shaped is shaped anew.
+    void setLocale(const std::string& locale);
+
     // The text's width, and the line height of the font itself: a character that another font lends
     // does not make the line higher. In points, not rounded; nothing for a size that is not above
     // 0.
@@ -43,6 +46,7 @@ public:
 
 private:
     class Shaper;
+    std::optional<std::string> m_family;
     std::unique_ptr<Shaper> m_shaper;
 };
 

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include <gtest/gtest.h>
+#include <unicode/locid.h>
 
 #include "freedesktop/dates/clocks.h"
 #include "freedesktop/dates/instant_text.h"
@@ -176,6 +177,79 @@ TEST(IcuDateServices, LocaleMayChooseItsClock) {
     EXPECT_EQ(fixture.dateAndTime("2031-07-15T14:30"), "7/15/31, 14:30");
     Fixture german("de_DE@hours=h12");
     EXPECT_EQ(german.relative("2031-07-16T14:30"), "morgen, 2:30 PM");
+}
+
+TEST(IcuDateServices, TheUsersTwentyFourHoursGoBeforeTheLocale) {
+    Fixture fixture("en_US");
+    fixture.services().setClockFormat(ClockFormat::twentyFourHours);
+    EXPECT_EQ(fixture.services().dateFormatFromTemplate("j"), "HH");
+    EXPECT_EQ(fixture.services().dateFormatFromTemplate("jmm"), "HH:mm");
+    EXPECT_EQ(fixture.services().dateFormatFromTemplate("hmma"), "HH:mm");
+    EXPECT_EQ(fixture.time("2031-07-15T14:30"), "14:30");
+    EXPECT_EQ(fixture.relative("2031-07-16T14:30"), "Tomorrow, 14:30");
+    EXPECT_EQ(fixture.dateAndTime("2031-07-15T08:05"), "7/15/31, 08:05");
+    EXPECT_EQ(fixture.date("2031-07-15"), "7/15/31");
+    EXPECT_EQ(fixture.fixed("EEE, h:mm a", "2031-07-15T14:30"), "Tue, 14:30");
+    EXPECT_EQ(fixture.fixed("EEE, HH:mm", "2031-07-15T14:30"), "Tue, 14:30");
+    fixture.services().setClockFormat(ClockFormat::ofLocale);
+    EXPECT_EQ(fixture.relative("2031-07-16T14:30"), "Tomorrow, 2:30 PM");
+    EXPECT_EQ(fixture.services().dateFormatFromTemplate("j"), "h a");
+}
+
+TEST(IcuDateServices, TheUsersTwelveHoursGoBeforeTheLocale) {
+    Fixture fixture("de_DE");
+    fixture.services().setClockFormat(ClockFormat::twelveHours);
+    EXPECT_EQ(fixture.services().dateFormatFromTemplate("j"), "h 'Uhr' a");
+    EXPECT_EQ(fixture.services().dateFormatFromTemplate("Hmm"), "h:mm a");
+    EXPECT_EQ(fixture.time("2031-07-15T14:30"), "2:30 PM");
+    EXPECT_EQ(fixture.relative("2031-07-16T14:30"), "morgen, 2:30 PM");
+    EXPECT_EQ(fixture.dateAndTime("2031-07-15T14:30"), "15.07.31, 2:30 PM");
+    EXPECT_EQ(fixture.fixed("EEE, HH:mm", "2031-07-15T14:30"), "Di., 02:30 PM");
+    EXPECT_EQ(fixture.fixed("EEE, h:mm a", "2031-07-15T14:30"), "Di., 2:30 PM");
+    fixture.services().setTimeZone(TimeZone::named("UTC"));
+    EXPECT_EQ(fixture.time("2031-07-15T14:30"), "12:30 PM") << "and stay, whatever else changes";
+    fixture.services().setLocale("fr_FR");
+    EXPECT_EQ(fixture.time("2031-07-15T14:30"), "12:30 PM");
+}
+
+TEST(IcuDateServices, TheUsersClockGoesBeforeTheOneThatTheLocaleNames) {
+    Fixture fixture("en_US@hours=h23");
+    fixture.services().setClockFormat(ClockFormat::twelveHours);
+    EXPECT_EQ(fixture.relative("2031-07-16T14:30"), "Tomorrow, 2:30 PM");
+}
+
+TEST(IcuDateServices, AnotherLocaleCounts) {
+    Fixture fixture("en_US");
+    EXPECT_EQ(fixture.relative("2031-07-16T14:30"), "Tomorrow, 2:30 PM");
+    fixture.services().setLocale("de_DE");
+    EXPECT_EQ(fixture.relative("2031-07-16T14:30"), "morgen, 14:30");
+    EXPECT_EQ(fixture.fixed("EEEE", "2031-07-15"), "Dienstag");
+    EXPECT_EQ(fixture.services().dateFormatFromTemplate("j"), "HH 'Uhr'");
+}
+
+// The captions decide by the marker in the hour's pattern: in no locale may the two disagree.
+TEST(IcuDateServices, EveryLocaleFollowsTheUsersClock) {
+    std::int32_t count = 0;
+    const icu::Locale* const locales = icu::Locale::getAvailableLocales(count);
+    ASSERT_GT(count, 500);
+    AdjustableClock clock;
+    for (std::int32_t i = 0; i < count; ++i) {
+        SCOPED_TRACE(locales[i].getName());
+        IcuDateServices services(clock, TimeZone::utc(), locales[i].getName());
+        services.setClockFormat(ClockFormat::twelveHours);
+        EXPECT_NE(services.dateFormatFromTemplate("j").value().find('a'), std::string::npos);
+        const NSDateFormatter time{false, none, shortStyle, {}};
+        const NSDate morning{9.5 * 3600};
+        const NSDate evening{21.5 * 3600};
+        EXPECT_NE(services.stringFromDate(time, morning), services.stringFromDate(time, evening));
+        const std::string evenings12 = services.stringFromDate(time, evening);
+        services.setClockFormat(ClockFormat::twentyFourHours);
+        EXPECT_EQ(services.dateFormatFromTemplate("j").value().find('a'), std::string::npos);
+        EXPECT_NE(services.stringFromDate(time, evening), evenings12);
+        EXPECT_EQ(services.stringFromDate(time, evening).size(),
+                  services.stringFromDate(time, morning.dateByAddingTimeInterval(3600)).size())
+            << "no marker";
+    }
 }
 
 TEST(IcuDateServices, PatternOverridesStyles) {

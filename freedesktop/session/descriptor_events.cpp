@@ -1,0 +1,45 @@
+#include "freedesktop/session/descriptor_events.h"
+
+#include <utility>
+
+#include <glib-unix.h>
+#include <unistd.h>
+
+#include "freedesktop/session/main_source.h"
+
+namespace quorvel::freedesktop {
+
+FileDescriptor::~FileDescriptor() {
+    if (isOpen()) {
+        close(m_descriptor);
+    }
+}
+
+struct DescriptorEvents::Source {
+    session::MainSource source;
+};
+
+DescriptorEvents::DescriptorEvents(const FileDescriptor& descriptor, std::function<void()> readable)
+    : m_descriptor(descriptor)
+    , m_readable(std::move(readable))
+    , m_source(std::make_unique<Source>()) {}
+
+DescriptorEvents::~DescriptorEvents() = default;
+
+void DescriptorEvents::listen() {
+    if (!m_descriptor.isOpen() || m_source->source) {
+        return;
+    }
+    const GUnixFDSourceFunc call = [](gint, GIOCondition, gpointer data) -> gboolean {
+        static_cast<DescriptorEvents*>(data)->m_readable();
+        return G_SOURCE_CONTINUE;
+    };
+    m_source->source = session::MainSource(g_unix_fd_source_new(m_descriptor.get(), G_IO_IN),
+                                           G_SOURCE_FUNC(call), this);
+}
+
+void DescriptorEvents::pause() {
+    m_source->source.reset();
+}
+
+} // namespace quorvel::freedesktop

@@ -1,0 +1,133 @@
+#include "freedesktop/session/desktop_settings.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <utility>
+
+#include "freedesktop/session/glib_handles.h"
+
+namespace quorvel::freedesktop {
+
+using session::ObjectHandle;
+using session::SchemaHandle;
+using session::VariantHandle;
+
+namespace {
+
+// Reading the desktop's settings costs a millisecond, so it is left out where no desktop can have
+// written any.
+bool hasDesktopSession() {
+    if (std::getenv("DBUS_SESSION_BUS_ADDRESS") != nullptr) {
+        return true;
+    }
+    const char* const runtimeFolder = std::getenv("XDG_RUNTIME_DIR");
+    std::error_code ignored;
+    return runtimeFolder != nullptr &&
+           std::filesystem::exists(std::filesystem::path(runtimeFolder) / "bus", ignored);
+}
+
+// Null where the system does not know them; opening them would end the process then.
+ObjectHandle<GSettings> openSettings(const char* name, const char* key) {
+    GSettingsSchemaSource* const source =
+        hasDesktopSession() ? g_settings_schema_source_get_default() : nullptr;
+    const SchemaHandle schema(
+        source != nullptr ? g_settings_schema_source_lookup(source, name, TRUE) : nullptr);
+    if (!schema || g_settings_schema_has_key(schema.get(), key) == 0) {
+        return nullptr;
+    }
+    return ObjectHandle<GSettings>(g_settings_new_full(schema.get(), nullptr, nullptr));
+}
+
+std::optional<std::string> textOf(const VariantHandle& value) {
+    if (!value || g_variant_is_of_type(value.get(), G_VARIANT_TYPE_STRING) == 0) {
+        return std::nullopt;
+    }
+    return g_variant_get_string(value.get(), nullptr);
+}
+
+} // namespace
+
+class DesktopSetting::Store {
+public:
+    Store(ObjectHandle<GSettings> settings, const char* key)
+        : m_settings(std::move(settings))
+        , m_key(key) {}
+    ~Store() {
+        if (m_handler != 0) {
+            g_signal_handler_disconnect(m_settings.get(), m_handler);
+        }
+    }
+    Store(const Store&) = delete;
+    Store& operator=(const Store&) = delete;
+
+    std::optional<std::string> value() const {
+        return textOf(VariantHandle(g_settings_get_value(m_settings.get(), m_key.c_str())));
+    }
+    std::optional<std::string> userValue() const {
+        return textOf(VariantHandle(g_settings_get_user_value(m_settings.get(), m_key.c_str())));
+    }
+
+    void whenChanged(std::function<void()> changed) {
+        using Handler = void (*)(GSettings*, const char*, gpointer);
+        const Handler tell = [](GSettings*, const char*, gpointer data) {
+            static_cast<Store*>(data)->m_changed();
+        };
+        m_changed = std::move(changed);
+        m_handler = g_signal_connect(m_settings.get(), ("changed::" + m_key).c_str(),
+                                     G_CALLBACK(tell), this);
+        value(); // changes are told of what was read
+    }
+
+private:
+    ObjectHandle<GSettings> m_settings;
+    std::string m_key;
+    std::function<void()> m_changed;
+    gulong m_handler = 0;
+};
+
+DesktopSetting::DesktopSetting(const char* schema, const char* key) {
+    if (auto settings = openSettings(schema, key)) {
+        m_store = std::make_unique<Store>(std::move(settings), key);
+    }
+}
+
+DesktopSetting::~DesktopSetting() = default;
+
+std::optional<std::string> DesktopSetting::value() const {
+    return m_store ? m_store->value() : std::nullopt;
+}
+
+std::optional<std::string> DesktopSetting::userValue() const {
+    return m_store ? m_store->userValue() : std::nullopt;
+}
+
+void DesktopSetting::whenChanged(std::function<void()> changed) {
+    if (m_store) {
+        m_store->whenChanged(std::move(changed));
+    }
+}
+
+ClockFormatSetting::ClockFormatSetting()
+    : DesktopSetting("org.gnome.desktop.interface", "clock-format") {}
+
+ClockFormat ClockFormatSetting::clockFormat() const {
+    const auto set = userValue();
+    if (set == "12h") {
+        return ClockFormat::twelveHours;
+    }
+    return set == "24h" ? ClockFormat::twentyFourHours : ClockFormat::ofLocale;
+}
+
+RegionSetting::RegionSetting()
+    : DesktopSetting("org.gnome.system.locale", "region") {}
+
+std::optional<std::string> RegionSetting::region() const {
+    auto set = userValue();
+    return set && !set->empty() ? std::move(set) : std::nullopt;
+}
+
+ClockFormat desktopClockFormat() {
+    return ClockFormatSetting().clockFormat();
+}
+
+} // namespace quorvel::freedesktop

@@ -1,0 +1,147 @@
+#include <chrono>
+
+#include <gtest/gtest.h>
+
+#include "freedesktop/dates/clocks.h"
+#include "freedesktop/session/delayed_call.h"
+#include "freedesktop/session/wall_clock_timer.h"
+#include "tests/freedesktop/session/session_testing.h"
+
+namespace quorvel::freedesktop {
+namespace {
+
+using namespace testing_session;
+
+double secondsOf(const std::function<void()>& action) {
+    const auto begin = std::chrono::steady_clock::now();
+    action();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+TEST(DelayedCall, ComesOnceAndNotEarly) {
+    int calls = 0;
+    DelayedCall call([&calls] { ++calls; });
+    EXPECT_FALSE(call.isStarted());
+    call.start(0.05);
+    EXPECT_TRUE(call.isStarted());
+    EXPECT_GE(secondsOf([&] { runUntil([&] { return calls > 0; }); }), 0.045);
+    EXPECT_FALSE(call.isStarted());
+    runFor(0.15);
+    EXPECT_EQ(calls, 1);
+}
+
+TEST(DelayedCall, StartedAgainItComesAtTheLaterTime) {
+    int calls = 0;
+    DelayedCall call([&calls] { ++calls; });
+    call.start(0.02);
+    call.start(0.2);
+    runFor(0.1);
+    EXPECT_EQ(calls, 0);
+    EXPECT_TRUE(runUntil([&] { return calls == 1; }));
+}
+
+TEST(DelayedCall, StoppedItDoesNotCome) {
+    int calls = 0;
+    DelayedCall call([&calls] { ++calls; });
+    call.start(0.01);
+    call.stop();
+    runFor(0.05);
+    EXPECT_EQ(calls, 0);
+}
+
+TEST(DelayedCall, NothingComesAfterItsEnd) {
+    int calls = 0;
+    {
+        DelayedCall([&calls] { ++calls; }).start(0);
+    }
+    runFor(0.05);
+    EXPECT_EQ(calls, 0);
+}
+
+TEST(DelayedCall, MayBeEndedAndStartedFromItsCall) {
+    int calls = 0;
+    std::unique_ptr<DelayedCall> call;
+    call = std::make_unique<DelayedCall>([&] {
+        if (++calls == 1) {
+            call->start(0);
+        } else {
+            call.reset();
+        }
+    });
+    call->start(0);
+    EXPECT_TRUE(runUntil([&] { return call == nullptr; }));
+    EXPECT_EQ(calls, 2);
+}
+
+class WallClockTimerTest : public testing::Test {
+protected:
+    static platform::NSDate inSeconds(double seconds) {
+        return SystemClock().now().dateByAddingTimeInterval(seconds);
+    }
+
+    RecordedLog log;
+    int instants = 0;
+    int settings = 0;
+    std::unique_ptr<WallClockTimer> timer = std::make_unique<WallClockTimer>(
+        log, [this] { ++instants; }, [this] { ++settings; });
+};
+
+TEST_F(WallClockTimerTest, ComesOnceWhenTheClockReadsTheInstantOrLater) {
+    for (int i = 0; i < 20; ++i) {
+        const platform::NSDate instant = inSeconds(0.01);
+        instants = 0;
+        timer->await(instant);
+        ASSERT_TRUE(runUntil([this] { return instants > 0; }));
+        EXPECT_GE(SystemClock().now(), instant);
+    }
+    runFor(0.05);
+    EXPECT_EQ(instants, 1);
+    EXPECT_EQ(settings, 0);
+}
+
+TEST_F(WallClockTimerTest, APastInstantComesAtOnceAndFromTheMainLoop) {
+    for (const platform::NSDate past : {inSeconds(-1), platform::NSDate{-1e10}}) {
+        instants = 0;
+        timer->await(past);
+        EXPECT_EQ(instants, 0);
+        EXPECT_LT(secondsOf([this] { runUntil([this] { return instants == 1; }); }), 1);
+    }
+}
+
+TEST_F(WallClockTimerTest, AnotherInstantTakesThePlaceOfTheFirst) {
+    timer->await(inSeconds(0.02));
+    timer->await(inSeconds(1e9));
+    runFor(0.1);
+    EXPECT_EQ(instants, 0);
+}
+
+TEST_F(WallClockTimerTest, StoppedOrEndedItDoesNotCome) {
+    timer->await(inSeconds(0.01));
+    timer->stop();
+    runFor(0.05);
+    timer->await(inSeconds(0));
+    timer.reset();
+    runFor(0.05);
+    EXPECT_EQ(instants, 0);
+    EXPECT_TRUE(log.lines.empty());
+}
+
+TEST_F(WallClockTimerTest, TellsOfAClockThatWasSet) {
+    timer->await(inSeconds(0.01));
+    Kernel::instance().saysClockWasSet = true;
+    EXPECT_TRUE(runUntil([this] { return settings == 1; }));
+    runFor(0.05);
+    EXPECT_EQ(settings, 1);
+    EXPECT_EQ(instants, 0);
+    timer->await(inSeconds(0.01));
+    EXPECT_TRUE(runUntil([this] { return instants == 1; })) << "and goes on";
+}
+
+TEST_F(WallClockTimerTest, WaitingWakesNobody) {
+    timer->await(inSeconds(3600));
+    runFor(0.01);
+    EXPECT_EQ(wakeUpsDuring(0.5), 0);
+}
+
+} // namespace
+} // namespace quorvel::freedesktop
