@@ -127,8 +127,7 @@ TEST_F(AgendaHostTest, FewerRowsLeaveNothingScrolledOut) {
     memory.clock.setNow(shells::at(0, 13, 10)); // 11 of them are over
     host->present();
     const UIScrollView& scroller = scrollerOf(*host);
-    EXPECT_EQ(scroller.contentOffset().y,
-              std::min(300.0, scroller.contentSize().height - 200));
+    EXPECT_EQ(scroller.contentOffset().y, std::min(300.0, scroller.contentSize().height - 200));
     memory.clock.setNow(shells::at(0, 13, 28)); // two are left at most
     host->present();
     EXPECT_EQ(scrollerOf(*host).contentOffset().y, 0);

@@ -1,0 +1,375 @@
+// With real files, the real main loop, and a message bus of the test's own in place of the
+// system's.
+#include "shells/live/live_presenter.h"
+
+#include <chrono>
+
+#include <gmock/gmock.h>
+
+#include "freedesktop/dates/instant_text.h"
+#include "freedesktop/freedesktop_platform.h"
+#include "freedesktop/session/desktop_session.h"
+#include "platform/clock.h"
+#include "platform/date_services.h"
+#include "tests/freedesktop/session/private_bus.h"
+#include "tests/freedesktop/session/settings_writer.h"
+
+namespace quorvel::shells {
+namespace {
+
+using namespace testing_session;
+using freedesktop::CalendarSource;
+using freedesktop::ClockFormat;
+using freedesktop::FreedesktopOptions;
+using freedesktop::FreedesktopPlatform;
+using freedesktop::TimeZone;
+using platform::NSDate;
+using testing::IsEmpty;
+namespace fs = std::filesystem;
+
+using SteadyClock = std::chrono::steady_clock;
+
+double secondsSince(SteadyClock::time_point begin) {
+    return std::chrono::duration<double>(SteadyClock::now() - begin).count();
+}
+
+class LivePresenterTest : public testing::Test {
+protected:
+    LivePresenterTest() {
+        fs::create_directories(folder / "Preferences");
+        fs::create_directories(folder / "calendars/home");
+        write(folder / "one.ics", "1");
+        options.timeZone = TimeZone::named("Europe/Berlin");
+        options.locale = "en_US";
+        options.preferencesFolder = folder / "Preferences";
+        options.calendars = {CalendarSource::at(folder / "one.ics"),
+                             CalendarSource::at(folder / "calendars"),
+                             CalendarSource::inMemory("text", "")};
+        options.logs = {log};
+    }
+
+    NSDate at(std::string_view text) const {
+        return freedesktop::parseInstant(text, *options.timeZone).value();
+    }
+    // The clock is moved there, and runs on.
+    void startAt(std::string_view text) {
+        options.now = at(text);
+        options.clockRuns = true;
+        start();
+    }
+    void start() {
+        platform.emplace(options);
+        presenter = std::make_unique<LivePresenter>(
+            *platform,
+            [this] {
+                ++presentations;
+                lastClock = platform->platform().clock.now();
+                presenter->presented(rows);
+            },
+            freedesktop::HostTimeZone{folder / "localtime",
+                                      [this] { return TimeZone::named(zoneName); }});
+        presenter->presented(rows);
+    }
+    void addRow(std::string_view rowStart, std::string_view rowEnd) {
+        RowDescription row;
+        row.start = at(rowStart);
+        row.end = at(rowEnd);
+        rows.push_back(row);
+    }
+
+    bool isPresented(int times = 1) {
+        const bool happened =
+            runUntil([this, times] { return presentations >= times; }, 1); // within a second
+        runFor(0.3);
+        const bool exactly = presentations == times;
+        presentations = 0;
+        return happened && exactly;
+    }
+    bool isLeftAlone() {
+        runFor(0.7);
+        return presentations == 0;
+    }
+
+    EnvironmentVariable desktop{"DBUS_SESSION_BUS_ADDRESS", "disabled:"};
+    EnvironmentVariable noZone{"TZ", nullptr};
+    EnvironmentVariable noLocale{"LC_ALL", nullptr};
+    TemporaryFolder folder;
+    std::string zoneName = "Europe/Berlin";
+    std::shared_ptr<RecordedLog> log = std::make_shared<RecordedLog>();
+    SettingsWriter interface { "org.gnome.desktop.interface" };
+    SettingsWriter regions{"org.gnome.system.locale"};
+    PrivateBus bus;
+    FakeSystemServices services{bus};
+
+    FreedesktopOptions options;
+    std::optional<FreedesktopPlatform> platform;
+    std::vector<RowDescription> rows;
+    int presentations = 0;
+    NSDate lastClock;
+    std::unique_ptr<LivePresenter> presenter;
+};
+
+TEST_F(LivePresenterTest, AtMidnight) {
+    startAt("2026-03-10T23:59:59.7");
+    EXPECT_EQ(presentations, 0);
+    EXPECT_TRUE(isPresented());
+    EXPECT_GE(lastClock, at("2026-03-11T00:00:00"));
+    EXPECT_LT(lastClock, at("2026-03-11T00:00:01"));
+    EXPECT_TRUE(isLeftAlone());
+}
+
+TEST_F(LivePresenterTest, AtTheStartAndAtTheEndOfARow) {
+    addRow("2026-03-10T10:00:00.3", "2026-03-10T10:00:01.2");
+    startAt("2026-03-10T10:00:00");
+    EXPECT_TRUE(isPresented());
+    EXPECT_GE(lastClock, *rows[0].start);
+    EXPECT_TRUE(isPresented());
+    EXPECT_GE(lastClock, *rows[0].end);
+    EXPECT_LT(lastClock.timeIntervalSinceDate(*rows[0].end), 0.5);
+    EXPECT_TRUE(isLeftAlone());
+}
+
+TEST_F(LivePresenterTest, RowsThatEndTogetherAreOnePresentation) {
+    for (int i = 0; i < 5; ++i) {
+        addRow("2026-03-10T09:00:00", "2026-03-10T10:00:00.2");
+    }
+    startAt("2026-03-10T10:00:00");
+    EXPECT_TRUE(isPresented());
+}
+
+TEST_F(LivePresenterTest, TheRowsShownLastCount) {
+    addRow("2026-03-10T09:00:00", "2026-03-10T10:00:00.2");
+    startAt("2026-03-10T10:00:00");
+    presenter->presented({});
+    EXPECT_TRUE(isLeftAlone());
+}
+
+TEST_F(LivePresenterTest, AClockThatStandsBringsNothing) {
+    options.now = at("2026-03-10T23:59:59.9");
+    start();
+    EXPECT_TRUE(isLeftAlone());
+}
+
+TEST_F(LivePresenterTest, WhenTheClockIsSetOrTheSystemWakes) {
+    addRow("2026-03-10T09:00:00", "2026-03-10T10:00:00.2");
+    startAt("2026-03-10T10:00:00");
+    Kernel::instance().saysClockWasSet = true;
+    EXPECT_TRUE(isPresented());
+    ASSERT_TRUE(runUntil([this] { return services.hasListener("org.freedesktop.login1"); }));
+    services.prepareForSleep(true);
+    EXPECT_TRUE(isLeftAlone());
+    services.prepareForSleep(false);
+    EXPECT_TRUE(isPresented());
+}
+
+TEST_F(LivePresenterTest, WhenAFileOfSettingsIsWrittenOrReplaced) {
+    const std::string settings = folder / "Preferences/org.quorvel.quorvelprefs.plist";
+    start();
+    write(settings, "{}");
+    EXPECT_TRUE(isPresented());
+    replace(settings, "{a=b;}");
+    EXPECT_TRUE(isPresented());
+    fs::remove(settings);
+    EXPECT_TRUE(isPresented());
+    write(folder / "Preferences/.settings.swp", "");
+    write(folder / "Preferences/4913", "");
+    EXPECT_TRUE(isLeftAlone());
+}
+
+TEST_F(LivePresenterTest, WhenTheFolderOfSettingsComesUp) {
+    options.preferencesFolder = folder / "config/quorvel/Preferences";
+    start();
+    fs::create_directories(options.preferencesFolder);
+    EXPECT_TRUE(isPresented());
+    write(options.preferencesFolder + "/org.quorvel.quorvelprefs.plist", "{}");
+    EXPECT_TRUE(isPresented());
+}
+
+TEST_F(LivePresenterTest, WhenACalendarIsWrittenReplacedAddedOrRemoved) {
+    start();
+    write(folder / "one.ics", "2");
+    EXPECT_TRUE(isPresented());
+    replace(folder / "one.ics", "3");
+    EXPECT_TRUE(isPresented());
+    write(folder / "calendars/home/event.ics", "1");
+    EXPECT_TRUE(isPresented());
+    write(folder / "calendars/home/color", "#FF0000");
+    EXPECT_TRUE(isPresented());
+    fs::create_directories(folder / "calendars/work");
+    EXPECT_TRUE(isPresented());
+    write(folder / "calendars/work/event.ics", "1");
+    EXPECT_TRUE(isPresented());
+    fs::remove_all(folder / "calendars/work");
+    EXPECT_TRUE(isPresented());
+    fs::remove(folder / "one.ics");
+    EXPECT_TRUE(isPresented());
+    write(folder / "calendars/home/event.ics.tmp", "1");
+    write(folder / "two.ics", "1");
+    EXPECT_TRUE(isLeftAlone());
+    EXPECT_THAT(log->lines, IsEmpty());
+}
+
+TEST_F(LivePresenterTest, ABurstIsOnePresentation) {
+    start();
+    for (int i = 0; i < 50; ++i) {
+        write(folder / ("calendars/home/" + std::to_string(i) + ".ics"), "1");
+        runFor(0.002);
+    }
+    EXPECT_TRUE(isPresented());
+}
+
+TEST_F(LivePresenterTest, AStreamOfChangesDoesNotPutItOffForEver) {
+    start();
+    const auto begin = SteadyClock::now();
+    while (presentations == 0 && secondsSince(begin) < 5) {
+        write(folder / "one.ics", "1");
+        runFor(0.01);
+    }
+    EXPECT_LT(secondsSince(begin), 1);
+    while (secondsSince(begin) < 2) {
+        write(folder / "one.ics", "1");
+        runFor(0.01);
+    }
+    EXPECT_GE(presentations, 2);
+    EXPECT_LE(presentations, 6);
+}
+
+TEST_F(LivePresenterTest, WhenTheTimeZoneChangesThePlatformFollowsFirst) {
+    start();
+    zoneName = "Asia/Tokyo";
+    write(folder / "localtime", "Tokyo");
+    EXPECT_TRUE(isPresented());
+    EXPECT_EQ(platform->timeZone()->identifier(), "Asia/Tokyo");
+    const auto hour = platform->platform().dateServices.components(platform::NSHourCalendarUnit,
+                                                                   at("2026-03-10T10:00:00"));
+    EXPECT_EQ(hour.hour, 18);
+    write(folder / "localtime", "Tokyo again");
+    EXPECT_TRUE(isLeftAlone()) << "the same zone";
+}
+
+TEST_F(LivePresenterTest, WhenTheLocaleChangesThePlatformFollowsFirst) {
+    start();
+    regions.set("region", "de_DE.UTF-8");
+    EXPECT_TRUE(isPresented());
+    EXPECT_EQ(platform->locale(), "de_DE");
+    EXPECT_EQ(platform->platform().dateServices.stringFromDate({false, {}, {}, "EEEE"},
+                                                               at("2026-03-10T10:00:00")),
+              "Dienstag");
+    regions.set("region", "de_DE");
+    EXPECT_TRUE(isLeftAlone()) << "the same locale";
+    regions.reset("region");
+    presentations = 0;
+    runFor(0.7);
+    presentations = 0;
+    ASSERT_TRUE(runUntil([this] { return services.hasListener("org.freedesktop.locale1"); }));
+    services.setLocale({"LANG=it_IT.UTF-8"}, false);
+    EXPECT_TRUE(isPresented());
+    EXPECT_EQ(platform->locale(), "it_IT");
+}
+
+TEST_F(LivePresenterTest, WhenTheClockFormatChangesThePlatformFollowsFirst) {
+    start();
+    const auto time = [this] {
+        const platform::NSDateFormatter formatter{false,
+                                                  platform::NSDateFormatterStyle::none,
+                                                  platform::NSDateFormatterStyle::shortStyle,
+                                                  {}};
+        return platform->platform().dateServices.stringFromDate(formatter,
+                                                                at("2026-03-10T14:30:00"));
+    };
+    EXPECT_EQ(time(), "2:30 PM");
+    interface.set("clock-format", "24h");
+    EXPECT_TRUE(isPresented());
+    EXPECT_EQ(time(), "14:30");
+    interface.set("clock-format", "12h");
+    EXPECT_TRUE(isPresented());
+    EXPECT_EQ(time(), "2:30 PM");
+}
+
+TEST_F(LivePresenterTest, WhatTheUserHasChosenDoesNotFollowTheSession) {
+    options.followsTimeZone = false;
+    options.followsLocale = false;
+    start();
+    ASSERT_TRUE(runUntil([this] { return services.hasListener("org.freedesktop.login1"); }));
+    zoneName = "Asia/Tokyo";
+    write(folder / "localtime", "Tokyo");
+    regions.set("region", "de_DE.UTF-8");
+    interface.set("clock-format", "24h");
+    services.setLocale({"LANG=it_IT.UTF-8"}, true);
+    EXPECT_TRUE(isLeftAlone());
+    EXPECT_EQ(platform->locale(), "en_US");
+    EXPECT_EQ(platform->timeZone()->identifier(), "Europe/Berlin");
+    EXPECT_EQ(platform->clockFormat(), ClockFormat::ofLocale);
+}
+
+TEST_F(LivePresenterTest, WhileHeldBackNothingIsPresentedAndThenOnce) {
+    addRow("2026-03-10T09:00:00", "2026-03-10T10:00:00.2");
+    startAt("2026-03-10T10:00:00");
+    presenter->setHeldBack(true);
+    write(folder / "one.ics", "2");
+    EXPECT_TRUE(isLeftAlone());
+    presenter->setHeldBack(false);
+    EXPECT_EQ(presentations, 0) << "not from within the call";
+    EXPECT_TRUE(isPresented());
+    presenter->setHeldBack(true);
+    presenter->setHeldBack(false);
+    EXPECT_TRUE(isLeftAlone());
+}
+
+TEST_F(LivePresenterTest, APresentationByTheHostCountsForWhatHasCome) {
+    start();
+    write(folder / "one.ics", "2");
+    runFor(0.05);
+    presenter->presented(rows);
+    EXPECT_TRUE(isLeftAlone());
+    presenter->setHeldBack(true);
+    write(folder / "one.ics", "3");
+    runFor(0.3);
+    presenter->presented(rows);
+    presenter->setHeldBack(false);
+    EXPECT_TRUE(isLeftAlone());
+}
+
+TEST_F(LivePresenterTest, NothingIsPresentedAfterItsEnd) {
+    addRow("2026-03-10T09:00:00", "2026-03-10T10:00:00.4");
+    startAt("2026-03-10T10:00:00");
+    ASSERT_TRUE(runUntil([this] { return services.hasListener("org.freedesktop.login1"); }));
+    write(folder / "one.ics", "2");
+    runFor(0.01); // the change is known, the presentation not yet due
+    write(folder / "Preferences/a.plist", "{}");
+    zoneName = "Asia/Tokyo";
+    write(folder / "localtime", "Tokyo");
+    regions.set("region", "de_DE.UTF-8");
+    interface.set("clock-format", "24h");
+    services.prepareForSleep(false);
+    services.setLocale({"LANG=it_IT.UTF-8"}, false);
+    presenter.reset();
+    EXPECT_TRUE(isLeftAlone());
+    EXPECT_EQ(platform->timeZone()->identifier(), "Europe/Berlin");
+}
+
+TEST_F(LivePresenterTest, APresentationMayEndIt) {
+    platform.emplace(options);
+    presenter = std::make_unique<LivePresenter>(*platform, [this] {
+        ++presentations;
+        presenter.reset();
+    });
+    presenter->presented({});
+    write(folder / "one.ics", "2");
+    EXPECT_TRUE(isPresented());
+    write(folder / "one.ics", "3");
+    EXPECT_TRUE(isLeftAlone());
+}
+
+TEST_F(LivePresenterTest, WaitingWakesNobody) {
+    addRow("2026-03-10T09:00:00", "2026-03-10T11:00:00");
+    startAt("2026-03-10T10:00:00");
+    write(folder / "one.ics", "2");
+    EXPECT_TRUE(isPresented());
+    ASSERT_TRUE(runUntil([this] { return services.hasListener("org.freedesktop.locale1"); }));
+    runFor(0.2);
+    EXPECT_EQ(wakeUpsDuring(1.5), 0);
+}
+
+} // namespace
+} // namespace quorvel::shells
