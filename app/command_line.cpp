@@ -56,6 +56,7 @@ void declareOptions(CLI::App& app, CommandLine& line, RawNumbers& numbers, std::
     addValue("-o,--output", line.output);
     addValue("--scale", numbers.scale);
     addValue("--background", line.background);
+    app.add_flag("--decorated", line.decorated);
     addList("--do", line.steps);
 }
 
@@ -93,8 +94,8 @@ void parseArguments(CLI::App& app, int argc, const char* const* argv) {
 }
 
 Command commandNamed(const std::string& name) {
-    for (const Command command :
-         {Command::agenda, Command::snapshot, Command::calendars, Command::inspect}) {
+    for (const Command command : {Command::agenda, Command::snapshot, Command::calendars,
+                                  Command::inspect, Command::show}) {
         if (commandName(command) == name) {
             return command;
         }

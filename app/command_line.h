@@ -7,7 +7,7 @@
 
 namespace quorvel::app {
 
-enum class Command { agenda, snapshot, calendars, inspect };
+enum class Command { agenda, snapshot, calendars, inspect, show };
 
 struct CommandLine {
     Command command = Command::agenda;
@@ -32,7 +32,8 @@ struct CommandLine {
     bool json = false;                     // agenda, calendars
     std::string output;                    // snapshot
     std::optional<double> scale;           // snapshot
-    std::optional<std::string> background; // snapshot
+    std::optional<std::string> background; // snapshot, show
+    bool decorated = false;                // show
     std::vector<std::string> steps;        // inspect
 };
 

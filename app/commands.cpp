@@ -59,6 +59,8 @@ public:
             return calendars();
         case Command::inspect:
             return inspect();
+        case Command::show:
+            break;
         }
         return exitFailure;
     }
@@ -130,7 +132,7 @@ private:
     WidgetSession m_session;
 };
 
-int runCommand(int argc, const char* const* argv) {
+int runCommand(int argc, const char* const* argv, const ShowCommand& show) {
     const CommandLine line = parseCommandLine(argc, argv);
     if (line.wantsHelp) {
         print(line.hasCommand ? commandHelp(line.command) : programHelp());
@@ -140,16 +142,16 @@ int runCommand(int argc, const char* const* argv) {
         print(versionText());
         return EXIT_SUCCESS;
     }
-    return Program(line).run();
+    return line.command == Command::show ? show(line) : Program(line).run();
 }
 
 } // namespace
 
-int runProgram(int argc, const char* const* argv) {
+int runProgram(int argc, const char* const* argv, const ShowCommand& show) {
     // A reader that goes away is an error of the write, not the end of the process.
     std::signal(SIGPIPE, SIG_IGN);
     try {
-        return runCommand(argc, argv);
+        return runCommand(argc, argv, show);
     } catch (const UsageError& error) {
         complain(error.what());
         return exitUsage;

@@ -1,6 +1,9 @@
 // The command: one widget, driven from a terminal.
 #include "app/commands.h"
+#include "app/window_start.h"
 
 int main(int argc, char** argv) {
-    return quorvel::app::runProgram(argc, argv);
+    return quorvel::app::runProgram(argc, argv, [argv](const quorvel::app::CommandLine&) {
+        return quorvel::app::becomeWindowProgram(argv);
+    });
 }

@@ -17,6 +17,7 @@
 #include "freedesktop/log/file_log.h"
 #include "freedesktop/log/standard_error_log.h"
 #include "freedesktop/log/syslog_log.h"
+#include "freedesktop/session/desktop_settings.h"
 #include "freedesktop/text/fonts.h"
 #include "shells/headless/color_text.h"
 #include "shells/headless/usage_error.h"
@@ -35,6 +36,9 @@ namespace {
 
 // A notification centre lies on a darkened picture; this is its tone, near black and a little blue.
 constexpr UIColor standardBackdrop{0x17 / 255.0, 0x1A / 255.0, 0x21 / 255.0, 1};
+// What is behind a window shines through a little.
+constexpr UIColor windowBackdrop{standardBackdrop.red, standardBackdrop.green,
+                                 standardBackdrop.blue, 0.9};
 
 std::string_view environmentValue(const char* name) {
     const char* value = std::getenv(name);
@@ -177,7 +181,7 @@ std::vector<headless::Step> stepsOf(const CommandLine& line, const TimeZone& zon
 // Absent: transparent.
 std::optional<UIColor> backdropOf(const CommandLine& line) {
     if (!line.background) {
-        return standardBackdrop;
+        return line.command == Command::show ? windowBackdrop : standardBackdrop;
     }
     if (*line.background == "none") {
         return std::nullopt;
@@ -216,6 +220,11 @@ FreedesktopOptions platformOptions(const CommandLine& line, const std::string& d
     options.calendars = calendarsOf(line, dataFolder, now, *zone);
     options.calendarProblemHandler = reportCalendarProblem;
     options.scale = line.scale.value_or(1);
+    options.followsTimeZone = !line.timeZone;
+    options.followsLocale = !line.locale;
+    options.clockFormat =
+        line.locale ? freedesktop::ClockFormat::ofLocale : freedesktop::desktopClockFormat();
+    options.clockRuns = line.command == Command::show;
     options.timeZone = std::move(zone);
     return options;
 }

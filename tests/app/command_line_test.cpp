@@ -105,8 +105,8 @@ TEST(Help, NamesEveryOptionOfACommand) {
     EXPECT_NE(commandHelp(Command::snapshot).find("--background"), std::string::npos);
     EXPECT_EQ(commandHelp(Command::agenda).find("--background"), std::string::npos);
     EXPECT_NE(commandHelp(Command::inspect).find("preferences:DIR"), std::string::npos);
-    for (const Command command :
-         {Command::agenda, Command::snapshot, Command::calendars, Command::inspect, Command::show}) {
+    for (const Command command : {Command::agenda, Command::snapshot, Command::calendars,
+                                  Command::inspect, Command::show}) {
         EXPECT_NE(commandHelp(command).find("--timezone ID"), std::string::npos);
         EXPECT_NE(programHelp().find(commandName(command)), std::string::npos);
     }

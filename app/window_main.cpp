@@ -1,0 +1,9 @@
+// The window: what `quorvel show` becomes.
+#include "app/commands.h"
+#include "app/show_command.h"
+#include "shells/window/toolkit.h"
+
+int main(int argc, char** argv) {
+    quorvel::window::prepareToolkit();
+    return quorvel::app::runProgram(argc, argv, quorvel::app::showInWindow);
+}
