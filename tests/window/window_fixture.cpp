@@ -1,0 +1,227 @@
+#include "tests/window/window_fixture.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace quorvel::window {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr double patience = 20; // seconds; a sanitized program is slow
+
+std::string contents(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::stringstream bytes;
+    bytes << file.rdbuf();
+    return bytes.str();
+}
+
+void replaceFile(const fs::path& path, const std::string& text) {
+    const fs::path fresh = path.string() + ".new";
+    std::ofstream(fresh) << text;
+    fs::rename(fresh, path);
+}
+
+const char* environmentValue(const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
+} // namespace
+
+WindowTest::WindowTest() {
+    std::string name = (fs::temp_directory_path() / "quorvel-window-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) {
+        throw std::runtime_error("no folder");
+    }
+    m_folder = name;
+    for (const char* folder :
+         {"home", "calendars", "preferences", "data/applications", "config", "cache", "runtime"}) {
+        fs::create_directories(m_folder / folder);
+    }
+    fs::permissions(m_folder / "runtime", fs::perms::owner_all);
+    m_display = std::make_unique<VirtualDisplay>(path("display.log").string());
+    m_environment = {{"HOME", path("home").string()},
+                     {"XDG_DATA_HOME", path("data").string()},
+                     {"XDG_CONFIG_HOME", path("config").string()},
+                     {"XDG_CACHE_HOME", path("cache").string()},
+                     {"XDG_RUNTIME_DIR", path("runtime").string()},
+                     {"DBUS_SESSION_BUS_ADDRESS", environmentValue("DBUS_SESSION_BUS_ADDRESS")},
+                     {"DISPLAY", m_display->name()},
+                     {"GDK_BACKEND", "x11"},
+                     {"NO_AT_BRIDGE", "1"},
+                     {"PATH", "/usr/bin:/bin"},
+                     {"LANG", "en_US.UTF-8"},
+                     {"TZ", "UTC"},
+                     {"ASAN_OPTIONS", environmentValue("ASAN_OPTIONS")},
+                     {"UBSAN_OPTIONS", environmentValue("UBSAN_OPTIONS")},
+                     {"LSAN_OPTIONS", "print_suppressions=0"}};
+    installHandler("handler", "x-scheme-handler/x-apple-calevent");
+    writeSettings("");
+}
+
+WindowTest::~WindowTest() {
+    m_program.reset();
+    m_display.reset();
+    std::error_code ignored;
+    fs::remove_all(m_folder, ignored);
+}
+
+void WindowTest::writeCalendar(const std::string& events) const {
+    replaceFile(path("calendars/work.ics"),
+                "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n" + events + "END:VCALENDAR\r\n");
+}
+
+void WindowTest::writeThreeEvents() const {
+    writeCalendar(event("first", "Breakfast", "20260310T110000Z", "20260310T120000Z") +
+                  event("second", "Lunch", "20260310T120000Z", "20260310T130000Z") +
+                  event("third", "Tea", "20260310T140000Z", "20260310T150000Z"));
+}
+
+void WindowTest::writeSettings(const std::string& entries) const {
+    replaceFile(path("preferences/org.quorvel.quorvelprefs.plist"),
+                "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>" +
+                    entries + "</dict></plist>");
+}
+
+void WindowTest::installHandler(const std::string& entryName, const std::string& type,
+                                int milliseconds) const {
+    std::ofstream(path("data/applications/" + entryName + ".desktop"))
+        << "[Desktop Entry]\nType=Application\nName=" << entryName << "\nExec=" << RECORDER << ' '
+        << path("opened").string() << ' ' << milliseconds << ' '
+        << (type.empty() ? entryName : "%u") << "\nMimeType=" << type << ";\n";
+    if (!type.empty()) {
+        std::ofstream(path("config/mimeapps.list"), std::ios::app)
+            << "[Default Applications]\n"
+            << type << '=' << entryName << ".desktop\n";
+    }
+}
+
+void WindowTest::show(const std::vector<std::string>& more, const std::string& now) {
+    std::vector<std::string> arguments{"show",
+                                       "--calendars",
+                                       path("calendars").string(),
+                                       "--preferences",
+                                       path("preferences").string(),
+                                       "--locale",
+                                       "en_US",
+                                       "--timezone",
+                                       "UTC",
+                                       "--now",
+                                       now,
+                                       "--log",
+                                       path("log").string()};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    showWith(arguments);
+}
+
+void WindowTest::showWith(const std::vector<std::string>& arguments) {
+    std::vector<std::string> words{QUORVEL_PROGRAM};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    m_program = std::make_unique<ChildProcess>(words, m_environment, path("errors").string());
+    ASSERT_TRUE(becomesTrue(patience, [this] {
+        m_window = m_display->window();
+        return m_window != 0;
+    })) << errors();
+    input({"windowfocus", std::to_string(m_window)});
+    steadyPicture();
+}
+
+Picture WindowTest::picture() const {
+    return m_display->picture(m_window).value_or(Picture{});
+}
+
+Picture WindowTest::steadyPicture() const {
+    Picture last = picture();
+    double since = secondsNow();
+    becomesTrue(patience, [&] {
+        Picture next = picture();
+        if (next != last || next.width == 0) {
+            last = std::move(next);
+            since = secondsNow();
+        }
+        return secondsNow() - since > 0.3;
+    });
+    return last;
+}
+
+bool WindowTest::pictureBecomes(const Picture& wanted, double seconds) const {
+    return becomesTrue(seconds, [&] { return picture() == wanted; });
+}
+
+bool WindowTest::pictureChangesFrom(const Picture& old, double seconds) const {
+    return becomesTrue(seconds, [&] { return picture() != old; });
+}
+
+void WindowTest::input(const std::vector<std::string>& words) const {
+    std::vector<std::string> command{XDOTOOL};
+    command.insert(command.end(), words.begin(), words.end());
+    ChildProcess tool(command, m_environment, path("xdotool.log").string());
+    EXPECT_EQ(tool.exitStatus(patience), 0) << contents(path("xdotool.log"));
+}
+
+void WindowTest::moveTo(int x, int y) const {
+    input(
+        {"mousemove", "--window", std::to_string(m_window), std::to_string(x), std::to_string(y)});
+}
+
+void WindowTest::press(int x, int y) const {
+    moveTo(x, y);
+    input({"mousedown", "1"});
+}
+
+void WindowTest::release() const {
+    input({"mouseup", "1"});
+}
+
+void WindowTest::drag(int fromX, int fromY, int toX, int toY) const {
+    press(fromX, fromY);
+    moveTo((fromX + toX) / 2, (fromY + toY) / 2);
+    moveTo(toX, toY);
+    rest(0.2);
+    release();
+}
+
+void WindowTest::key(const std::string& name) const {
+    input({"key", name});
+}
+
+std::vector<std::string> WindowTest::opened() const {
+    std::vector<std::string> links;
+    std::string link;
+    for (const char c : contents(path("opened"))) {
+        if (c == '\0') {
+            links.push_back(std::exchange(link, ""));
+        } else if (c != '\n') {
+            link += c;
+        }
+    }
+    return links;
+}
+
+bool WindowTest::opensLinks(std::size_t count) const {
+    return becomesTrue(10, [&] { return opened().size() >= count; });
+}
+
+std::string WindowTest::errors() const {
+    return contents(path("errors"));
+}
+
+int distanceForOffset(double offset) {
+    constexpr double width = 320;
+    constexpr double slop = 10;
+    return static_cast<int>(std::lround((1 / (1 - offset / width) - 1) * width / 0.55 + slop));
+}
+
+std::string event(const std::string& uid, const std::string& title, const std::string& start,
+                  const std::string& end) {
+    return "BEGIN:VEVENT\r\nUID:" + uid + "\r\nDTSTART:" + start + "\r\nDTEND:" + end +
+           "\r\nSUMMARY:" + title + "\r\nEND:VEVENT\r\n";
+}
+
+} // namespace quorvel::window

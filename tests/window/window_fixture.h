@@ -1,0 +1,69 @@
+// `quorvel show` on a display of its own, with calendars, settings and a desktop of the test's, and
+// a handler that writes down the links that it is given.
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/window/child_process.h"
+#include "tests/window/virtual_display.h"
+
+namespace quorvel::window {
+
+class WindowTest : public testing::Test {
+protected:
+    WindowTest();
+    ~WindowTest() override;
+
+    // Three events of 10 March 2026, from 11:00 to 12:00, 13:00 and 15:00 UTC.
+    void writeThreeEvents() const;
+    void writeCalendar(const std::string& events) const;  // replaces the file whole
+    void writeSettings(const std::string& entries) const; // likewise
+    void installHandler(const std::string& entryName, const std::string& type,
+                        int milliseconds = 0) const;
+    std::filesystem::path path(const std::string& name) const { return m_folder / name; }
+
+    // At 10:00 UTC of that day unless `now` says otherwise; the clock runs.
+    void show(const std::vector<std::string>& more = {},
+              const std::string& now = "2026-03-10T10:00:00Z");
+    void showWith(const std::vector<std::string>& arguments); // nothing else
+    Picture picture() const;
+    // Once it stays the same for a moment.
+    Picture steadyPicture() const;
+    bool pictureBecomes(const Picture& wanted, double seconds) const;
+    bool pictureChangesFrom(const Picture& old, double seconds) const;
+
+    // Real input: words of xdotool.
+    void input(const std::vector<std::string>& words) const;
+    void press(int x, int y) const;
+    void moveTo(int x, int y) const;
+    void release() const;
+    void drag(int fromX, int fromY, int toX, int toY) const; // rests before the lift
+    void key(const std::string& name) const;
+
+    std::vector<std::string> opened() const; // links, in order
+    bool opensLinks(std::size_t count) const;
+    std::string errors() const; // what the program has said, less what the display server says
+
+    std::map<std::string, std::string> m_environment;
+    std::unique_ptr<VirtualDisplay> m_display;
+    std::unique_ptr<ChildProcess> m_program;
+
+private:
+    std::filesystem::path m_folder;
+    unsigned long m_window = 0;
+};
+
+// A finger distance that pulls a row of 320 points that far, the slop of 10 included.
+int distanceForOffset(double offset);
+
+// A VEVENT from one time to another, written as 20260310T110000Z.
+std::string event(const std::string& uid, const std::string& title, const std::string& start,
+                  const std::string& end);
+
+} // namespace quorvel::window
