@@ -3,13 +3,19 @@
 //   Caption, RowLayout: one of each
 //   Frame: ten rows drawn at two pixels a point
 //   Scroll: from the top to the bottom of 1,000 rows, a row a step
+//   DragFrame: a finger pulls one of ten rows: a touch moved, layout, drawing, at two pixels a
+//   point FlingFrames: each frame of a fling over 1,000 rows at 60 a second: motion, layout,
+//   drawing
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "agenda/quorvel_view.h"
 #include "freedesktop/freedesktop_platform.h"
@@ -194,6 +200,78 @@ void scroll(benchmark::State& state) {
         }
 }
 
+// A picture of the window's size, at two pixels a point.
+std::unique_ptr<ImageContext> pictureOf(const Widget<LinuxSurroundings>& widget) {
+    return widget.surroundings.platform().graphicsContexts.beginImageContext(
+        widget.window().bounds().size, false, 2);
+}
+
+void dragFrame(benchmark::State& state) {
+    Widget<LinuxSurroundings> widget(10);
+    UIWindow& window = widget.window();
+    const auto picture = pictureOf(widget);
+    double time = 0;
+    const auto report = [&](UITouchPhase phase, CGFloat x) {
+        window.sendFinger({1, phase, {x, 20}, time});
+    };
+    report(UITouchPhase::began, 60);
+    report(UITouchPhase::moved, 120);
+    if (!window.draggedScrollView())
+        fail("the row is not dragged");
+    for (auto _ : state) {
+        time += 1.0 / 120;
+        report(UITouchPhase::moved, 100 + 10 * (static_cast<int>(time * 120) % 12));
+        window.layoutIfNeeded();
+        window.render(picture->context());
+    }
+}
+
+// One fling from the top; the cost of each frame in milliseconds.
+std::vector<double> flingFrameCosts(Widget<LinuxSurroundings>& widget, ImageContext& picture) {
+    constexpr double frame = 1.0 / 60;
+    UIWindow& window = widget.window();
+    widget.view().itemsTableView()->setContentOffset({0, 0});
+    CGFloat y = screenHeight - 10;
+    double time = 0;
+    window.sendFinger({1, UITouchPhase::began, {width / 2, y}, time});
+    for (int i = 0; i < 5; ++i) {
+        y -= 100;
+        time += frame;
+        window.sendFinger({1, UITouchPhase::moved, {width / 2, y}, time});
+    }
+    window.sendFinger({1, UITouchPhase::ended, {width / 2, y}, time});
+    std::vector<double> costs;
+    for (bool moving = true; moving;) {
+        time += frame;
+        const auto start = std::chrono::steady_clock::now();
+        moving = window.advance(time);
+        window.layoutIfNeeded();
+        window.render(picture.context());
+        const std::chrono::duration<double, std::milli> cost =
+            std::chrono::steady_clock::now() - start;
+        costs.push_back(cost.count());
+    }
+    return costs;
+}
+
+void flingFrames(benchmark::State& state) {
+    Widget<LinuxSurroundings> widget(1000);
+    const auto picture = pictureOf(widget);
+    std::vector<double> costs;
+    for (auto _ : state) {
+        const std::vector<double> fling = flingFrameCosts(widget, *picture);
+        costs.insert(costs.end(), fling.begin(), fling.end());
+    }
+    const CGFloat way = widget.view().itemsTableView()->contentOffset().y;
+    if (way < screenHeight)
+        fail("the fling does not move the list");
+    std::sort(costs.begin(), costs.end());
+    state.counters["frames"] = static_cast<double>(costs.size());
+    state.counters["way_points"] = way;
+    state.counters["median_ms"] = costs[costs.size() / 2];
+    state.counters["p99_ms"] = costs[costs.size() * 99 / 100];
+}
+
 BENCHMARK(presentation<MemorySurroundings>)->RangeMultiplier(10)->Range(10, 10000);
 BENCHMARK(presentation<LinuxSurroundings>)->RangeMultiplier(10)->Range(10, 10000);
 BENCHMARK(caption<MemorySurroundings>);
@@ -203,6 +281,8 @@ BENCHMARK(rowLayout<LinuxSurroundings>);
 BENCHMARK(frame<LinuxSurroundings>);
 BENCHMARK(scroll<MemorySurroundings>);
 BENCHMARK(scroll<LinuxSurroundings>);
+BENCHMARK(dragFrame);
+BENCHMARK(flingFrames)->Unit(benchmark::kMillisecond);
 
 } // namespace
 
