@@ -92,9 +92,7 @@ CalendarOpening gnomeCalendarOpening(const CalendarLink& link, const EventLink* 
 } // namespace
 
 CalendarApplication calendarApplicationOfEntry(std::string_view desktopEntryName) {
-    if (desktopEntryName == "org.gnome.Evolution.desktop" ||
-        desktopEntryName == "evolution-calendar.desktop" ||
-        desktopEntryName == "org.gnome.Evolution-calendar.desktop") {
+    if (desktopEntryName == "org.gnome.Evolution.desktop") {
         return CalendarApplication::evolution;
     }
     if (desktopEntryName == "org.gnome.Calendar.desktop") {

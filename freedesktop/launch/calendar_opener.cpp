@@ -26,6 +26,12 @@ const char* entryName(GAppInfo* application) {
     return name != nullptr ? name : "";
 }
 
+// A calendar is a text too, so where no application is meant for it the editor is offered.
+bool isTextEditor(GAppInfo* application) {
+    const ObjectHandle<GAppInfo> editor(g_app_info_get_default_for_type("text/plain", FALSE));
+    return editor && g_app_info_equal(application, editor.get()) != FALSE;
+}
+
 // Null where there is no calendar application.
 ObjectHandle<GAppInfo> installedCalendarApplication() {
     ObjectHandle<GAppInfo> chosen(g_app_info_get_default_for_type("text/calendar", FALSE));
@@ -38,7 +44,8 @@ ObjectHandle<GAppInfo> installedCalendarApplication() {
             return ObjectHandle<GAppInfo>(G_APP_INFO(info));
         }
     }
-    if (chosen && std::string_view(entryName(chosen.get())) == ownEntry) {
+    if (chosen &&
+        (isTextEditor(chosen.get()) || std::string_view(entryName(chosen.get())) == ownEntry)) {
         chosen.reset();
     }
     return chosen;

@@ -18,11 +18,6 @@ struct ErrorFree {
 };
 using ErrorHandle = std::unique_ptr<GError, ErrorFree>;
 
-struct TextFree {
-    void operator()(char* text) const { g_free(text); }
-};
-using TextHandle = std::unique_ptr<char, TextFree>;
-
 struct VariantUnref {
     void operator()(GVariant* variant) const { g_variant_unref(variant); }
 };

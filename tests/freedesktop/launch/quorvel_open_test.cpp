@@ -71,6 +71,14 @@ TEST_F(QuorvelOpenTest, SaysWhereThereIsNoCalendarApplication) {
                               "or GNOME Calendar\n");
 }
 
+TEST_F(QuorvelOpenTest, ATextEditorIsNoCalendarApplication) {
+    install("editor", "editor %U", "MimeType=text/plain;text/calendar;");
+    write(folder() / "mimeapps.list", "[Default Applications]\ntext/plain=editor.desktop\n"
+                                      "text/calendar=editor.desktop\n");
+    EXPECT_EQ(quorvelOpen({eventLink}).status, 1);
+    EXPECT_THAT(startedMeanwhile(), IsEmpty());
+}
+
 TEST_F(QuorvelOpenTest, RefusesWrongUsage) {
     install("org.gnome.Evolution", "%U");
     for (const std::vector<std::string>& arguments :
