@@ -169,8 +169,9 @@ void rowExtents(AtkComponent* component, int* x, int* y, int* width, int* height
         atk_component_get_extents(ATK_COMPONENT(row->list), x, y, &listWidth, &listHeight,
                                   coordinates);
     }
-    *x += wholePixels(frame.origin.x);
-    *y += wholePixels(frame.origin.y);
+    // A list that is not shown stands at the least number that there is.
+    *x = wholePixels(*x + frame.origin.x);
+    *y = wholePixels(*y + frame.origin.y);
     *width = wholePixels(frame.size.width);
     *height = wholePixels(frame.size.height);
 }
@@ -276,13 +277,19 @@ void initialiseList(AtkObject* object, gpointer widget) {
     g_object_set_data(G_OBJECT(widget), accessibleKey, list);
 }
 
+// The widget goes, and readers may hold the list for longer.
+void forgetWidget(GtkAccessible* accessible) {
+    ListObject* list = listOf(accessible);
+    dropChildren(list);
+    list->state->rows = nullptr;
+    g_object_set_data(G_OBJECT(widgetOf(list)), accessibleKey, nullptr);
+    GTK_ACCESSIBLE_CLASS(listParentClass)->widget_unset(accessible);
+}
+
 void finalizeList(GObject* object) {
     ListObject* list = listOf(object);
     for (auto& [number, child] : list->state->children) {
         rowOf(child.get())->list = nullptr;
-    }
-    if (GtkWidget* widget = widgetOf(list)) {
-        g_object_set_data(G_OBJECT(widget), accessibleKey, nullptr);
     }
     delete list->state;
     G_OBJECT_CLASS(listParentClass)->finalize(object);
@@ -294,6 +301,7 @@ void initialiseListClass(gpointer listClass, gpointer) {
     objectClass->initialize = initialiseList;
     objectClass->get_n_children = childCount;
     objectClass->ref_child = refChild;
+    GTK_ACCESSIBLE_CLASS(listClass)->widget_unset = forgetWidget;
     G_OBJECT_CLASS(listClass)->finalize = finalizeList;
 }
 
