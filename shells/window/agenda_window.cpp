@@ -95,6 +95,10 @@ void AgendaWindow::connectSignals() {
         window->guarded([&] { window->paintBehind(context); });
         return FALSE;
     };
+    const Painter paintedAll = [](GtkWidget*, cairo_t* context, AgendaWindow* window) -> gboolean {
+        window->guarded([&] { window->paintAbove(context); });
+        return FALSE;
+    };
     using KeyHandler = gboolean (*)(GtkWidget*, GdkEventKey*, AgendaWindow*);
     const KeyHandler keyPressed = [](GtkWidget*, GdkEventKey* event,
                                      AgendaWindow* window) -> gboolean {
@@ -125,6 +129,7 @@ void AgendaWindow::connectSignals() {
         window->guarded([&] { window->changeScale(); });
     };
     g_signal_connect(m_window, "draw", G_CALLBACK(painted), this);
+    g_signal_connect_after(m_window, "draw", G_CALLBACK(paintedAll), this);
     g_signal_connect(m_window, "key-press-event", G_CALLBACK(keyPressed), this);
     g_signal_connect(m_window, "delete-event", G_CALLBACK(closed), this);
     g_signal_connect(m_window, "window-state-event", G_CALLBACK(stateChanged), this);
@@ -217,13 +222,24 @@ void AgendaWindow::agendaFingerCameOrWent() {
 
 // The window itself.
 
-void AgendaWindow::paintBehind(cairo_t* context) {
+bool AgendaWindow::isTranslucent() const {
+    return gdk_screen_is_composited(gtk_widget_get_screen(m_window)) != 0;
+}
+
+CGRect AgendaWindow::placeOfArea() const {
     GtkAllocation place;
     gtk_widget_get_allocation(m_area, &place);
-    const CGRect rect = platform::CGRectMake(place.x, place.y, place.width, place.height);
-    const bool isTranslucent = gdk_screen_is_composited(gtk_widget_get_screen(m_window)) != 0;
-    paintBackdrop(context, rect, m_options.backdrop, isTranslucent,
-                  m_options.isDecorated ? 0 : cornerRadius);
+    return platform::CGRectMake(place.x, place.y, place.width, place.height);
+}
+
+void AgendaWindow::paintBehind(cairo_t* context) {
+    paintBackdrop(context, placeOfArea(), m_options.backdrop, isTranslucent());
+}
+
+void AgendaWindow::paintAbove(cairo_t* context) {
+    if (isTranslucent() && !m_options.isDecorated) {
+        cutCorners(context, placeOfArea(), cornerRadius);
+    }
 }
 
 void AgendaWindow::fitToMonitor() {

@@ -60,7 +60,10 @@ private:
     void connectScreenSignals();
     void present();
     void describeMissingCalendars();
+    bool isTranslucent() const;
+    platform::CGRect placeOfArea() const;
     void paintBehind(cairo_t* context);
+    void paintAbove(cairo_t* context);
     bool pressKey(const GdkEventKey& event);
     void run(KeyCommand command);
     bool pressButton(const GdkEventButton& event);

@@ -32,11 +32,6 @@ void addRoundedRect(cairo_t* context, const CGRect& rect, CGFloat wantedRadius) 
     cairo_close_path(context);
 }
 
-void addRect(cairo_t* context, const CGRect& rect) {
-    cairo_new_path(context);
-    cairo_rectangle(context, rect.origin.x, rect.origin.y, rect.size.width, rect.size.height);
-}
-
 bool isEmpty(const CGRect& rect) {
     return !(rect.size.width > 0 && rect.size.height > 0);
 }
@@ -44,22 +39,38 @@ bool isEmpty(const CGRect& rect) {
 } // namespace
 
 void paintBackdrop(cairo_t* context, const CGRect& rect, const std::optional<UIColor>& color,
-                   bool isTranslucent, CGFloat cornerRadius) {
+                   bool isTranslucent) {
+    const UIColor shown = color.value_or(UIColor::clearColor());
     cairo_save(context);
     cairo_set_operator(context, CAIRO_OPERATOR_SOURCE);
-    cairo_set_source_rgba(context, 0, 0, 0, isTranslucent ? 0 : 1);
-    addRect(context, rect);
+    cairo_set_source_rgba(context, shown.red, shown.green, shown.blue,
+                          isTranslucent ? shown.alpha : 1);
+    cairo_new_path(context);
+    cairo_rectangle(context, rect.origin.x, rect.origin.y, rect.size.width, rect.size.height);
     cairo_fill(context);
-    if (color && !isEmpty(rect)) {
-        cairo_set_operator(context, CAIRO_OPERATOR_OVER);
-        cairo_set_source_rgba(context, color->red, color->green, color->blue,
-                              isTranslucent ? color->alpha : 1);
-        if (isTranslucent && cornerRadius > 0) {
-            addRoundedRect(context, rect, cornerRadius);
-        } else {
-            addRect(context, rect);
+    cairo_restore(context);
+}
+
+// A corner at a time, so that little is touched: between the two there is nothing to take away.
+void cutCorners(cairo_t* context, const CGRect& rect, CGFloat radius) {
+    if (isEmpty(rect)) {
+        return;
+    }
+    cairo_save(context);
+    cairo_set_operator(context, CAIRO_OPERATOR_CLEAR);
+    cairo_set_fill_rule(context, CAIRO_FILL_RULE_EVEN_ODD);
+    for (const CGFloat x : {CGRectGetMinX(rect), CGRectGetMaxX(rect) - radius}) {
+        for (const CGFloat y : {CGRectGetMinY(rect), CGRectGetMaxY(rect) - radius}) {
+            cairo_save(context);
+            cairo_new_path(context);
+            cairo_rectangle(context, x, y, radius, radius);
+            cairo_clip(context);
+            addRoundedRect(context, rect, radius);
+            cairo_rectangle(context, rect.origin.x, rect.origin.y, rect.size.width,
+                            rect.size.height);
+            cairo_fill(context);
+            cairo_restore(context);
         }
-        cairo_fill(context);
     }
     cairo_restore(context);
 }

@@ -11,10 +11,12 @@ struct _cairo; // the painting library's context
 namespace quorvel::window {
 
 // Replaces what is there with the backdrop; absent: with nothing. Where the screen cannot show what
-// lies behind a window, the backdrop is opaque and fills the corners too.
+// lies behind a window, the backdrop is opaque.
 void paintBackdrop(struct _cairo* context, const platform::CGRect& rect,
-                   const std::optional<platform::UIColor>& color, bool isTranslucent,
-                   platform::CGFloat cornerRadius);
+                   const std::optional<platform::UIColor>& color, bool isTranslucent);
+
+// Takes away what has been painted outside the rectangle's rounded corners, but inside its own.
+void cutCorners(struct _cairo* context, const platform::CGRect& rect, platform::CGFloat radius);
 
 // The outline of the row that has the focus.
 void paintFocus(struct _cairo* context, const platform::CGRect& row);

@@ -40,38 +40,54 @@ protected:
                                                            cairo_destroy};
 };
 
-TEST_F(PaintingTest, ATranslucentBackdropHasRoundedCorners) {
-    paintBackdrop(m_context.get(), CGRectMake(0, 0, 100, 60), translucentWhite, true, 12);
+TEST_F(PaintingTest, TheBackdropTakesThePlaceOfWhatIsThere) {
+    paintBackdrop(m_context.get(), CGRectMake(0, 0, 100, 60), translucentWhite, true);
     EXPECT_EQ(pixel(50, 30), 0x80808080U);
-    EXPECT_EQ(pixel(50, 0), 0x80808080U);
-    EXPECT_EQ(pixel(0, 0), 0U);
-    EXPECT_EQ(pixel(99, 0), 0U);
-    EXPECT_EQ(pixel(0, 59), 0U);
-    EXPECT_EQ(pixel(99, 59), 0U);
+    EXPECT_EQ(pixel(0, 0), 0x80808080U);
 }
 
-TEST_F(PaintingTest, WithoutACompositorItIsOpaqueToTheCorners) {
-    paintBackdrop(m_context.get(), CGRectMake(0, 0, 100, 60), translucentWhite, false, 12);
+TEST_F(PaintingTest, WithoutACompositorTheBackdropIsOpaque) {
+    paintBackdrop(m_context.get(), CGRectMake(0, 0, 100, 60), translucentWhite, false);
     EXPECT_EQ(pixel(50, 30), 0xFFFFFFFFU);
-    EXPECT_EQ(pixel(0, 0), 0xFFFFFFFFU);
     EXPECT_EQ(pixel(99, 59), 0xFFFFFFFFU);
 }
 
 TEST_F(PaintingTest, WithoutAColourNothingIsLeft) {
-    paintBackdrop(m_context.get(), CGRectMake(0, 0, 100, 60), std::nullopt, true, 12);
+    paintBackdrop(m_context.get(), CGRectMake(0, 0, 100, 60), std::nullopt, true);
     EXPECT_EQ(pixel(50, 30), 0U);
-    paintBackdrop(m_context.get(), CGRectMake(0, 0, 100, 60), std::nullopt, false, 12);
+    paintBackdrop(m_context.get(), CGRectMake(0, 0, 100, 60), std::nullopt, false);
     EXPECT_EQ(pixel(50, 30), 0xFF000000U) << "nothing shines through without a compositor";
 }
 
 TEST_F(PaintingTest, TheBackdropStaysInItsPlace) {
-    paintBackdrop(m_context.get(), CGRectMake(10, 20, 80, 30), translucentWhite, true, 0);
+    paintBackdrop(m_context.get(), CGRectMake(10, 20, 80, 30), translucentWhite, true);
     EXPECT_EQ(pixel(10, 20), 0x80808080U);
+    EXPECT_EQ(pixel(89, 49), 0x80808080U);
     EXPECT_EQ(pixel(9, 20), 0xFFFF0000U);
     EXPECT_EQ(pixel(10, 19), 0xFFFF0000U);
     EXPECT_EQ(pixel(90, 49), 0xFFFF0000U);
-    paintBackdrop(m_context.get(), CGRectMake(10, 20, 0, 0), translucentWhite, true, 12);
-    EXPECT_EQ(pixel(10, 20), 0x80808080U);
+}
+
+TEST_F(PaintingTest, CornersAreCutOutAndNothingElse) {
+    cutCorners(m_context.get(), CGRectMake(10, 10, 80, 40), 12);
+    for (const int x : {10, 89}) {
+        for (const int y : {10, 49}) {
+            EXPECT_EQ(pixel(x, y), 0U) << x << ", " << y;
+        }
+    }
+    EXPECT_EQ(pixel(9, 9), 0xFFFF0000U);
+    EXPECT_EQ(pixel(14, 14), 0xFFFF0000U) << "inside the arc";
+    EXPECT_EQ(pixel(22, 10), 0xFFFF0000U);
+    EXPECT_EQ(pixel(10, 22), 0xFFFF0000U);
+    EXPECT_EQ(pixel(50, 30), 0xFFFF0000U);
+}
+
+TEST_F(PaintingTest, CornersOfSomethingSmallMeetInItsMiddle) {
+    cutCorners(m_context.get(), CGRectMake(10, 10, 10, 10), 12);
+    EXPECT_EQ(pixel(10, 10), 0U);
+    EXPECT_EQ(pixel(15, 15), 0xFFFF0000U);
+    cutCorners(m_context.get(), CGRectMake(50, 30, 0, 0), 12);
+    EXPECT_EQ(pixel(50, 30), 0xFFFF0000U);
 }
 
 TEST_F(PaintingTest, TheFocusIsAnOutlineInsideTheRow) {
