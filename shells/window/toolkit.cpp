@@ -15,7 +15,7 @@ constexpr const char* glSettings = "GDK_GL";
 void doWithoutGl() {
     const bool isOurs = g_getenv(glSettings) == nullptr;
     g_setenv(glSettings, "disable", FALSE);
-    gdk_parse_args(nullptr, nullptr); // reads the environment
+    gtk_parse_args(nullptr, nullptr); // reads the environment, once for all
     if (isOurs) {
         g_unsetenv(glSettings);
     }
