@@ -41,7 +41,6 @@ public:
     void resize(CGSize size);
     CGSize wantedSize() const;
     void letGo();
-    bool isTouchedBy(const GdkEventSequence* finger) const;
     bool scroll(const GdkEventScroll& event);
 
     // No exception leaves a function that GTK calls.
@@ -261,11 +260,6 @@ void AreaState::close() {
     m_drag.reset();
 }
 
-bool AreaState::isTouchedBy(const GdkEventSequence* finger) const {
-    return m_input && m_input->isPressed() &&
-           gtk_gesture_single_get_current_sequence(GTK_GESTURE_SINGLE(m_drag.get())) == finger;
-}
-
 bool AreaState::scroll(const GdkEventScroll& event) {
     if (!m_input) {
         return false;
@@ -348,13 +342,14 @@ gboolean scrolled(GtkWidget* widget, GdkEventScroll* event) {
     return isTaken ? GDK_EVENT_STOP : GDK_EVENT_PROPAGATE;
 }
 
-// The gestures of GTK 3 pass over a touch that the window system takes back.
+// The gestures of GTK 3 pass over a touch that the window system takes back. The one that stands
+// for the pointer is the one that they know.
 gboolean touched(GtkWidget* widget, GdkEventTouch* event) {
-    AreaState* state = stateOf(widget);
-    if (event->type == GDK_TOUCH_CANCEL && state->isTouchedBy(event->sequence)) {
+    if (event->type == GDK_TOUCH_CANCEL && event->emulating_pointer != 0) {
+        AreaState* state = stateOf(widget);
         state->guarded([&] { state->letGo(); });
     }
-    return GDK_EVENT_PROPAGATE;
+    return parentClass->touch_event(widget, event); // where the gestures are asked
 }
 
 void unmap(GtkWidget* widget) {
