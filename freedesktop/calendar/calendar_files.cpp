@@ -126,6 +126,11 @@ std::string_view stemOf(std::string_view name) {
     return endsLikeCalendar(name) ? name.substr(0, name.size() - calendarSuffix.size()) : name;
 }
 
+bool isFolder(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 std::string_view lastPart(std::string_view path) {
     while (path.size() > 1 && path.back() == '/') {
         path.remove_suffix(1);
@@ -444,20 +449,20 @@ bool CalendarFiles::refreshText(const ReadContext& context) {
 }
 
 bool CalendarFiles::refreshPath(const ReadContext& context) {
+    const bool isAFolder = isFolder(m_source.name);
+    if (m_source.isOptionalFolder && !isAFolder) {
+        return forget();
+    }
     if (const auto problem = problemWithSource(m_source)) {
         if (*problem != m_problem) {
             m_problem = *problem;
             context.report({m_source.name, 0, *problem});
         }
-        m_isReadable = false;
-        m_file = nullptr;
-        m_folder = nullptr;
-        return true;
+        return forget();
     }
     m_problem.clear();
     Walk walk{context, {}, 0};
-    struct stat status {};
-    if (stat(m_source.name.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
+    if (isAFolder) {
         const bool isNew = m_folder == nullptr;
         m_file = nullptr;
         if (isNew) {
@@ -481,6 +486,13 @@ bool CalendarFiles::refreshPath(const ReadContext& context) {
     const bool changed = FileReader(context, AT_FDCWD, {}, false).refresh(*m_file);
     m_isReadable = m_file->error == 0;
     return changed || isNew;
+}
+
+bool CalendarFiles::forget() {
+    m_isReadable = false;
+    m_file = nullptr;
+    m_folder = nullptr;
+    return true;
 }
 
 bool CalendarFiles::refreshFolder(Folder& folder, Walk& walk) {

@@ -57,6 +57,7 @@ private:
 
     bool refreshText(const ReadContext& context);
     bool refreshPath(const ReadContext& context);
+    bool forget(); // there is nothing to be read any longer
     bool refreshFolder(Folder& folder, Walk& walk);
     bool refreshChildren(Folder& folder, std::vector<std::string> names, Walk& walk);
     void build();

@@ -109,11 +109,10 @@ bool isAbsolute(std::string_view path) {
     return !path.empty() && path.front() == '/';
 }
 
-void addFolder(std::string path, std::vector<CalendarSource>& sources) {
-    struct stat status {};
-    if (stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
-        sources.push_back(CalendarSource::at(std::move(path)));
-    }
+CalendarSource optionalFolder(std::string path) {
+    CalendarSource source = CalendarSource::at(std::move(path));
+    source.isOptionalFolder = true;
+    return source;
 }
 
 } // namespace
@@ -146,12 +145,12 @@ std::vector<CalendarSource> defaultCalendarSources(std::string_view xdgDataHome,
                                                    std::string_view home) {
     std::vector<CalendarSource> sources;
     if (isAbsolute(xdgDataHome)) {
-        addFolder(std::string(xdgDataHome) + "/calendars", sources);
+        sources.push_back(optionalFolder(std::string(xdgDataHome) + "/calendars"));
     } else if (isAbsolute(home)) {
-        addFolder(std::string(home) + "/.local/share/calendars", sources);
+        sources.push_back(optionalFolder(std::string(home) + "/.local/share/calendars"));
     }
     if (isAbsolute(home)) {
-        addFolder(std::string(home) + "/.calendars", sources);
+        sources.push_back(optionalFolder(std::string(home) + "/.calendars"));
     }
     return sources;
 }

@@ -40,6 +40,7 @@ using CalendarProblemHandler = std::function<void(const CalendarProblem&)>;
 struct CalendarSource {
     std::string name;                // a path, or the name of a text
     std::optional<std::string> text; // a whole calendar in memory
+    bool isOptionalFolder = false;   // nothing is amiss where there is no such folder
 
     static CalendarSource at(std::string path) { return {std::move(path), std::nullopt}; }
     static CalendarSource inMemory(std::string name, std::string text) {
@@ -55,7 +56,7 @@ bool mayBelongToCalendar(std::string_view name);
 // Why the source cannot be read at all; absent where it can.
 std::optional<std::string> problemWithSource(const CalendarSource& source);
 
-// Those that exist of the folders `calendars` in the data folder and `.calendars` at home. The
+// The folders `calendars` in the data folder and `.calendars` at home, which need not exist. The
 // arguments are the values of XDG_DATA_HOME and HOME; an empty or relative one counts as unset.
 std::vector<CalendarSource> defaultCalendarSources(std::string_view xdgDataHome,
                                                    std::string_view home);

@@ -25,9 +25,4 @@ struct FontMetricsUnref {
 };
 using FontMetricsHandle = std::unique_ptr<PangoFontMetrics, FontMetricsUnref>;
 
-struct GlibFree {
-    void operator()(gpointer memory) const { g_free(memory); }
-};
-using GlibString = std::unique_ptr<char, GlibFree>;
-
 } // namespace quorvel::freedesktop

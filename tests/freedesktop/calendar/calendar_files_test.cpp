@@ -180,18 +180,30 @@ TEST_F(CalendarFilesTest, MissingSourceIsNamed) {
     EXPECT_TRUE(stores.anyReadable());
 }
 
-TEST_F(CalendarFilesTest, DefaultSourcesAreThoseThatExist) {
+TEST_F(CalendarFilesTest, DefaultSourcesAreTwoFolders) {
     const std::string home = folder;
-    EXPECT_TRUE(defaultCalendarSources("", home).empty());
-    std::filesystem::create_directories(folder / ".calendars");
-    std::filesystem::create_directories(folder / ".local/share/calendars");
-    std::filesystem::create_directories(folder / "data/calendars");
     const auto sources = defaultCalendarSources("", home);
     ASSERT_EQ(sources.size(), 2U);
     EXPECT_EQ(sources[0].name, home + "/.local/share/calendars");
     EXPECT_EQ(sources[1].name, home + "/.calendars");
     EXPECT_EQ(defaultCalendarSources(home + "/data", "").at(0).name, home + "/data/calendars");
     EXPECT_TRUE(defaultCalendarSources("relative", "relative").empty());
+}
+
+TEST_F(CalendarFilesTest, DefaultSourcesNeedNotExist) {
+    stores.setSources(defaultCalendarSources("", folder.string()));
+    EXPECT_EQ(titles(), "");
+    EXPECT_FALSE(stores.anyReadable());
+    write(".calendars", "no folder");
+    EXPECT_EQ(titles(), "");
+    EXPECT_FALSE(stores.anyReadable());
+    write(".local/share/calendars/home.ics", one("a"));
+    EXPECT_EQ(titles(), "home") << "it has come up meanwhile";
+    EXPECT_TRUE(stores.anyReadable());
+    std::filesystem::remove_all(folder / ".local");
+    EXPECT_EQ(titles(), "");
+    EXPECT_FALSE(stores.anyReadable());
+    EXPECT_EQ(problems, "");
 }
 
 TEST(CalendarSource, OfAKindThatIsNotReadIsNamed) {

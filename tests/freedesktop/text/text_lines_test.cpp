@@ -41,8 +41,10 @@ public:
     Canvas& operator=(const Canvas&) = delete;
 
     void paint(std::string_view text, const CGRect& rect, double size = 14) {
-        sharedLines()->paint(m_context, text, UIFont::systemFontOfSize(size), UIColor::whiteColor(),
-                             rect);
+        paint(*sharedLines(), text, rect, size);
+    }
+    void paint(TextLines& lines, std::string_view text, const CGRect& rect, double size) {
+        lines.paint(m_context, text, UIFont::systemFontOfSize(size), UIColor::whiteColor(), rect);
         cairo_surface_flush(m_surface);
     }
     bool isEmpty() const { return right() < 0; }
@@ -209,6 +211,24 @@ TEST(TextPainting, HostileTextsKeepTheirRow) {
     lines.paint("one\ntwo\nthree", CGRectMake(0, 20, 100, 20));
     EXPECT_GE(lines.top(), 20);
     EXPECT_LT(lines.bottom(), 40);
+}
+
+// The character for "bone" has a corner on the one side in Japan, on the other in China.
+TEST(TextPainting, AnotherLocaleHasItsOwnForms) {
+    const auto painted = [](TextLines& lines) {
+        auto canvas = std::make_unique<Canvas>();
+        canvas->paint(lines, "\u9AA8", CGRectMake(0, 0, 60, 60), 48);
+        return canvas;
+    };
+    TextLines japanese(std::nullopt, "ja_JP");
+    TextLines chinese(std::nullopt, "zh_CN");
+    EXPECT_FALSE(*painted(japanese) == *painted(chinese));
+    japanese.setLocale("zh_CN");
+    EXPECT_TRUE(*painted(japanese) == *painted(chinese));
+    EXPECT_EQ(japanese.systemFamily(), chinese.systemFamily());
+    TextLines family("DejaVu Serif", "ja_JP");
+    family.setLocale("zh_CN");
+    EXPECT_EQ(family.systemFamily(), "DejaVu Serif");
 }
 
 TEST(TextPainting, HugeSizesAreHarmless) {

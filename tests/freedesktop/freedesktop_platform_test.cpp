@@ -1,0 +1,148 @@
+#include "freedesktop/freedesktop_platform.h"
+
+#include <memory>
+
+#include <gmock/gmock.h>
+
+#include "freedesktop/dates/instant_text.h"
+#include "platform/calendar_store.h"
+#include "platform/clock.h"
+#include "platform/date_services.h"
+#include "platform/screen.h"
+
+namespace quorvel::freedesktop {
+namespace {
+
+using platform::NSDate;
+using platform::NSDateFormatter;
+using platform::NSDateFormatterStyle;
+using testing::ElementsAre;
+using testing::Field;
+
+class FreedesktopPlatformTest : public testing::Test {
+protected:
+    FreedesktopPlatformTest() {
+        options.timeZone = TimeZone::named("Europe/Berlin");
+        options.locale = "en_US";
+        options.preferencesFolder = "/nonexistent/Preferences";
+    }
+
+    void make() { made = std::make_unique<FreedesktopPlatform>(options); }
+    NSDate at(std::string_view text) const { return *parseInstant(text, *options.timeZone); }
+    NSDate now() const { return made->platform().clock.now(); }
+    std::string relative(std::string_view date) const {
+        const NSDateFormatter formatter{
+            true, NSDateFormatterStyle::shortStyle, NSDateFormatterStyle::shortStyle, {}};
+        return made->platform().dateServices.stringFromDate(formatter, at(date));
+    }
+
+    FreedesktopOptions options;
+    std::unique_ptr<FreedesktopPlatform> made;
+};
+
+TEST_F(FreedesktopPlatformTest, TheClockIsTheSystemsOrStandsOrRunsFromAnInstant) {
+    make();
+    EXPECT_EQ(made->systemInstant({1000}), NSDate{1000});
+    options.now = at("2031-07-15T23:59:59");
+    make();
+    EXPECT_EQ(now(), options.now);
+    EXPECT_EQ(made->systemInstant({1000}), std::nullopt);
+    options.clockRuns = true;
+    make();
+    EXPECT_GE(now(), *options.now);
+    EXPECT_LT(now().timeIntervalSinceDate(*options.now), 5);
+    ASSERT_TRUE(made->systemInstant(*options.now).has_value());
+    made->setNow(at("2040-01-01T12:00"));
+    EXPECT_EQ(now(), at("2040-01-01T12:00"));
+}
+
+TEST_F(FreedesktopPlatformTest, AMovedClockMovesTheRelativeWords) {
+    options.now = at("2031-07-15T12:00");
+    options.clockRuns = true;
+    make();
+    EXPECT_EQ(relative("2031-07-16T14:30"), "Tomorrow, 2:30 PM");
+}
+
+TEST_F(FreedesktopPlatformTest, ZoneLocaleAndClockFormatMayChange) {
+    options.now = at("2031-07-15T12:00");
+    options.clockFormat = ClockFormat::twentyFourHours;
+    make();
+    EXPECT_EQ(relative("2031-07-16T14:30"), "Tomorrow, 14:30");
+    made->setLocale("de_DE");
+    EXPECT_EQ(relative("2031-07-16T14:30"), "morgen, 14:30");
+    made->setClockFormat(ClockFormat::twelveHours);
+    EXPECT_EQ(relative("2031-07-16T14:30"), "morgen, 2:30 PM");
+    made->setClockFormat(ClockFormat::ofLocale);
+    EXPECT_EQ(relative("2031-07-16T14:30"), "morgen, 14:30");
+    made->setTimeZone(TimeZone::named("Asia/Tokyo"));
+    EXPECT_EQ(relative("2031-07-16T14:30"), "morgen, 21:30");
+    EXPECT_EQ(made->locale(), "de_DE");
+    EXPECT_EQ(made->timeZone()->identifier(), "Asia/Tokyo");
+    EXPECT_EQ(made->clockFormat(), ClockFormat::ofLocale);
+}
+
+TEST_F(FreedesktopPlatformTest, WholeDaysFollowTheZone) {
+    options.calendars = {CalendarSource::inMemory(
+        "home", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nUID:1\r\n"
+                "DTSTART;VALUE=DATE:20310716\r\nSUMMARY:Holiday\r\nEND:VEVENT\r\n"
+                "END:VCALENDAR\r\n")};
+    make();
+    const auto start = [this] {
+        const auto store = made->platform().calendarStores.makeEventStore();
+        return store
+            ->eventsMatchingPredicate(
+                {at("2031-07-15T00:00"), at("2031-07-18T00:00"), store->calendars()})
+            .at(0)
+            ->startDate;
+    };
+    EXPECT_EQ(start(), at("2031-07-16T00:00"));
+    made->setTimeZone(TimeZone::named("UTC"));
+    EXPECT_EQ(start(), at("2031-07-16T02:00"));
+}
+
+TEST_F(FreedesktopPlatformTest, TheScreensScaleMayChange) {
+    options.scale = 2;
+    make();
+    EXPECT_EQ(made->platform().screen.scale(), 2);
+    made->setScale(1.5);
+    EXPECT_EQ(made->platform().screen.scale(), 1.5);
+}
+
+TEST_F(FreedesktopPlatformTest, TellsWhatTheUserHasChosen) {
+    make();
+    EXPECT_TRUE(made->followsTimeZone());
+    EXPECT_TRUE(made->followsLocale());
+    options.followsTimeZone = false;
+    options.followsLocale = false;
+    make();
+    EXPECT_FALSE(made->followsTimeZone());
+    EXPECT_FALSE(made->followsLocale());
+}
+
+TEST_F(FreedesktopPlatformTest, TellsWhereSettingsAndCalendarsComeFrom) {
+    options.calendars = {CalendarSource::at("/nonexistent/calendars"),
+                         CalendarSource::inMemory("text", ""), CalendarSource::at("a.ics")};
+    make();
+    const std::vector<WatchedPath> paths = made->watchedPaths();
+    EXPECT_THAT(paths, ElementsAre(Field(&WatchedPath::path, "/nonexistent/Preferences"),
+                                   Field(&WatchedPath::path, "/nonexistent/calendars"),
+                                   Field(&WatchedPath::path, "a.ics")));
+    EXPECT_EQ(paths[0].depth, 0);
+    EXPECT_TRUE(paths[0].matters("org.quorvel.quorvelprefs.plist"));
+    for (const char* const name : {".plist", "a.plist~", "plist", "a.ics"}) {
+        EXPECT_FALSE(paths[0].matters(name)) << name;
+    }
+    EXPECT_EQ(paths[1].depth, 16);
+    for (const char* const name : {"a.ics", "A.ICS", "color", "displayname"}) {
+        EXPECT_TRUE(paths[1].matters(name)) << name;
+    }
+    for (const char* const name : {".ics", "a.ics.tmp", "a.txt", "colors"}) {
+        EXPECT_FALSE(paths[1].matters(name)) << name;
+    }
+    made->setPreferencesFolder("/elsewhere");
+    made->setCalendars({});
+    EXPECT_THAT(made->watchedPaths(), ElementsAre(Field(&WatchedPath::path, "/elsewhere")));
+}
+
+} // namespace
+} // namespace quorvel::freedesktop
