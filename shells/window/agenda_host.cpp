@@ -40,9 +40,9 @@ std::shared_ptr<UILabel> makeLine(const std::string& text) {
     return label;
 }
 
-CGFloat windowLength(CGFloat length, CGFloat least) {
+CGFloat windowLength(CGFloat length) {
     constexpr CGFloat greatest = std::numeric_limits<std::int16_t>::max(); // of a window
-    return std::clamp(std::ceil(length), least, greatest);
+    return std::clamp(std::ceil(length), 1.0, greatest);
 }
 
 template <class Kind>
@@ -167,8 +167,10 @@ bool AgendaHost::isShowingNoCalendars() const {
     return !m_noCalendars->isHidden();
 }
 
+// In place of the widget, whose table rules lines where it has no rows.
 void AgendaHost::showNoCalendars(bool shown) {
     m_noCalendars->setHidden(!shown);
+    m_scroller->setHidden(shown);
 }
 
 CGFloat AgendaHost::width() const {
@@ -187,9 +189,8 @@ CGFloat AgendaHost::contentHeight() const {
 }
 
 CGSize AgendaHost::wantedSize() const {
-    const CGFloat least = isShowingNoCalendars() ? lineHeight : 1;
-    return {windowLength(width(), 1),
-            windowLength(std::min(contentHeight(), m_greatestHeight), least)};
+    const CGFloat height = isShowingNoCalendars() ? lineHeight : contentHeight();
+    return {windowLength(width()), windowLength(std::min(height, m_greatestHeight))};
 }
 
 void AgendaHost::setGreatestHeight(CGFloat height) {

@@ -159,6 +159,9 @@ void AgendaWindow::show() {
         m_platform.setScale(gdk_monitor_get_scale_factor(monitor));
     }
     fitToMonitor();
+    // Watches already what is read now.
+    m_presenter = std::make_unique<shells::LivePresenter>(
+        m_platform, [this] { guarded([this] { present(); }); });
     // Deferred where the system has no thread to give.
     auto presentation =
         std::async(std::launch::async | std::launch::deferred, [this] { m_host.present(); });
@@ -182,10 +185,6 @@ void AgendaWindow::present() {
 }
 
 void AgendaWindow::agendaPresented() {
-    if (!m_presenter) {
-        m_presenter = std::make_unique<shells::LivePresenter>(
-            m_platform, [this] { guarded([this] { present(); }); });
-    }
     m_presenter->presented(m_host.rows().descriptions());
     agendaAreaPresented(m_area);
     describeMissingCalendars();
@@ -193,10 +192,9 @@ void AgendaWindow::agendaPresented() {
 
 // For those who cannot read the line.
 void AgendaWindow::describeMissingCalendars() {
-    if (m_host.isShowingNoCalendars()) {
-        atk_object_set_description(gtk_widget_get_accessible(m_area),
-                                   m_host.noCalendarsText().c_str());
-    }
+    const bool isMissing = m_host.isShowingNoCalendars();
+    atk_object_set_description(gtk_widget_get_accessible(m_area),
+                               isMissing ? m_host.noCalendarsText().c_str() : "");
 }
 
 void AgendaWindow::agendaLooksDifferent() {

@@ -80,7 +80,7 @@ private:
     AgendaHost m_host;
     GtkWidget* m_window = nullptr; // GTK's own; null before it is shown
     GtkWidget* m_area = nullptr;
-    std::unique_ptr<shells::LivePresenter> m_presenter; // from the first presentation on
+    std::unique_ptr<shells::LivePresenter> m_presenter; // while the window is open
 };
 
 } // namespace quorvel::window

@@ -192,14 +192,16 @@ TEST_F(AgendaHostTest, AnUnknownControllerIsRefused) {
 
 TEST_F(AgendaHostTest, ALineSaysThatThereAreNoCalendars) {
     hasCalendars = false;
-    setSettings({{"maxHeight", {std::int64_t{0}}}});
     const auto host = makeShownHost();
     EXPECT_TRUE(host->isShowingNoCalendars());
     EXPECT_EQ(lineOf(*host).text(), "There are no calendars");
     EXPECT_FALSE(lineOf(*host).isHidden());
-    EXPECT_EQ(host->wantedSize(), (CGSize{320, 44})) << "room for the line";
+    EXPECT_EQ(host->wantedSize(), (CGSize{320, 44})) << "the line alone";
+    EXPECT_TRUE(scrollerOf(*host).isHidden());
     hasCalendars = true;
     host->present();
+    EXPECT_FALSE(scrollerOf(*host).isHidden());
+    EXPECT_EQ(host->wantedSize(), (CGSize{320, 300})) << "asked for again after no events";
     EXPECT_FALSE(host->isShowingNoCalendars());
     EXPECT_TRUE(lineOf(*host).isHidden());
 }
