@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "freedesktop/launch/calendar_opener.h"
+#include "freedesktop/launch/notification.h"
 #include "freedesktop/launch/openable_link.h"
 
 namespace {
@@ -45,7 +46,9 @@ int openLink(std::string_view link) {
     }
     const OpeningOutcome outcome = openInCalendarApplication(*parsed);
     if (!outcome.isOpened) {
-        notifyUser("The event cannot be shown", outcome.problem);
+        const bool isEvent = std::holds_alternative<EventLink>(*parsed);
+        notifyUser(isEvent ? "The event cannot be shown" : "The day cannot be shown",
+                   asSentence(outcome.problem));
         return complain(outcome.problem, EXIT_FAILURE);
     }
     return EXIT_SUCCESS;

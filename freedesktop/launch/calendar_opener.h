@@ -13,11 +13,8 @@ struct OpeningOutcome {
 };
 
 // The user's own choice for calendars where it is one that can be told what to show, else one of
-// those where it is installed, else his own choice as it is. Waits for the application's answer,
-// each step for a bounded time.
+// those where it is installed, else his own choice as it is; never this program itself. Runs the
+// default main context until the application has answered, each step for a few seconds at most.
 OpeningOutcome openInCalendarApplication(const CalendarLink& link);
-
-// A notification of the desktop's; false where nobody shows any.
-bool notifyUser(const std::string& summary, const std::string& body);
 
 } // namespace quorvel::freedesktop

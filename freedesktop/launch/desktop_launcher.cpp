@@ -1,74 +1,80 @@
 #include "freedesktop/launch/desktop_launcher.h"
 
+#include <map>
 #include <string>
 #include <utility>
 
-#include <gio/gdesktopappinfo.h>
-
-#include "freedesktop/launch/gio_handles.h"
+#include "freedesktop/launch/application_start.h"
 #include "freedesktop/launch/openable_link.h"
+#include "freedesktop/launch/timer.h"
 #include "platform/ns_url.h"
 
 namespace quorvel::freedesktop {
 
-using launch::ErrorHandle;
+using launch::EntryHandle;
 using launch::ObjectHandle;
 using launch::SourceHandle;
 using platform::NSURL;
 using platform::SBApplication;
 using platform::SystemLog;
 
-// What is under way. The replies hold it, so that one that comes after the launcher finds it empty.
+// What is under way. It goes with the launcher, and then nothing of it is called any more.
 class DesktopLauncher::Launches {
 public:
-    explicit Launches(SystemLog& log)
-        : m_log(&log)
-        , m_cancellable(g_cancellable_new()) {}
+    Launches(SystemLog& log, double patience)
+        : m_log(log)
+        , m_patience(patience) {}
 
-    void add() { ++m_pending; }
-    void finish(const std::string& what, const GError* error) {
-        --m_pending;
-        if (error != nullptr && m_log != nullptr) {
-            m_log->log("QRV: " + what + ": " + shortened(error->message));
+    // `failure`: how it is told.
+    void start(EntryHandle application, std::optional<std::string> link, std::string failure) {
+        const int number = m_next++;
+        auto underWay = launch::startApplication(
+            std::move(application), {std::move(link), {}}, m_patience,
+            [this, number, failure = std::move(failure)](const std::string& problem) {
+                if (!problem.empty()) {
+                    m_log.log("QRV: " + failure + ": " + problem);
+                }
+                m_underWay.erase(number);
+            });
+        if (underWay) {
+            m_underWay.emplace(number, std::move(underWay));
         }
     }
-    void abandon() {
-        m_log = nullptr;
-        g_cancellable_cancel(m_cancellable.get());
-    }
-    bool isPending() const { return m_pending > 0; }
-    GCancellable* cancellable() const { return m_cancellable.get(); }
+    bool isPending() const { return !m_underWay.empty(); }
 
 private:
-    SystemLog* m_log; // null once the launcher is gone
-    ObjectHandle<GCancellable> m_cancellable;
-    int m_pending = 0;
+    SystemLog& m_log;
+    double m_patience;
+    int m_next = 0;
+    std::map<int, std::shared_ptr<launch::StartUnderWay>> m_underWay;
 };
 
 namespace {
 
 struct InstalledApplication final : SBApplication {
-    explicit InstalledApplication(GAppInfo* application)
-        : info(application) {}
-    ObjectHandle<GAppInfo> info;
+    explicit InstalledApplication(EntryHandle application)
+        : entry(std::move(application)) {}
+    EntryHandle entry;
 };
 
-// What a reply is handed: whose it is, and how a failure is told.
-template <class Launches>
-struct Reply {
-    std::shared_ptr<Launches> launches;
-    std::string what;
-};
+EntryHandle sharedHandle(const EntryHandle& entry) {
+    return EntryHandle(G_DESKTOP_APP_INFO(g_object_ref(entry.get())));
+}
+
+// Null where nobody opens such links.
+EntryHandle handlerOf(const std::string& scheme) {
+    ObjectHandle<GAppInfo> handler(g_app_info_get_default_for_uri_scheme(scheme.c_str()));
+    return EntryHandle(G_IS_DESKTOP_APP_INFO(handler.get()) ? G_DESKTOP_APP_INFO(handler.release())
+                                                            : nullptr);
+}
 
 } // namespace
 
-DesktopLauncher::DesktopLauncher(SystemLog& log)
+DesktopLauncher::DesktopLauncher(SystemLog& log, double patience)
     : m_log(log)
-    , m_launches(std::make_shared<Launches>(log)) {}
+    , m_launches(std::make_unique<Launches>(log, patience)) {}
 
-DesktopLauncher::~DesktopLauncher() {
-    m_launches->abandon();
-}
+DesktopLauncher::~DesktopLauncher() = default;
 
 void DesktopLauncher::openURL(const NSURL& url) {
     const std::string& link = url.absoluteString();
@@ -77,24 +83,24 @@ void DesktopLauncher::openURL(const NSURL& url) {
         return;
     }
     const std::string scheme = link.substr(0, link.find(':'));
-    // NOLINTNEXTLINE(misc-const-correctness): the library takes it as its own
-    ObjectHandle<GAppInfo> handler(g_app_info_get_default_for_uri_scheme(scheme.c_str()));
+    EntryHandle handler = handlerOf(scheme);
     if (!handler) {
         m_log.log("QRV: no application opens " + scheme + " links");
         return;
     }
-    start(handler.get(), link.c_str(), "the link " + shortened(link) + " could not be opened");
+    m_launches->start(std::move(handler), link,
+                      "the link " + shortened(link) + " could not be opened");
 }
 
 std::shared_ptr<SBApplication>
 DesktopLauncher::applicationWithDisplayIdentifier(std::string_view identifier) {
     const auto name = desktopEntryName(identifier);
-    GDesktopAppInfo* info = name ? g_desktop_app_info_new(name->c_str()) : nullptr;
-    if (info == nullptr) {
+    EntryHandle entry(name ? g_desktop_app_info_new(name->c_str()) : nullptr);
+    if (!entry) {
         m_log.log("QRV: there is no application " + shortened(identifier));
         return nullptr;
     }
-    return std::make_shared<InstalledApplication>(G_APP_INFO(info));
+    return std::make_shared<InstalledApplication>(std::move(entry));
 }
 
 void DesktopLauncher::activateApplicationAnimated(
@@ -104,40 +110,14 @@ void DesktopLauncher::activateApplicationAnimated(
         m_log.log("QRV: there is no application to bring to the front");
         return;
     }
-    start(installed->info.get(), nullptr,
-          std::string("the application ") + g_app_info_get_id(installed->info.get()) +
-              " could not be brought to the front");
-}
-
-// `link` may be null: the application itself. One that the session bus can activate is activated
-// there, any other is started directly; there is no shell on the way.
-void DesktopLauncher::start(_GAppInfo* application, const char* link, std::string failure) {
-    using LaunchReply = Reply<Launches>;
-    GList links{const_cast<char*>(link), nullptr, nullptr};
-    m_launches->add();
-    g_app_info_launch_uris_async(
-        application, link != nullptr ? &links : nullptr, nullptr, m_launches->cancellable(),
-        [](GObject* source, GAsyncResult* result, gpointer data) {
-            const std::unique_ptr<LaunchReply> reply(static_cast<LaunchReply*>(data));
-            GError* error = nullptr;
-            g_app_info_launch_uris_finish(G_APP_INFO(source), result, &error);
-            const ErrorHandle held(error);
-            reply->launches->finish(reply->what, error);
-        },
-        new LaunchReply{m_launches, std::move(failure)});
+    m_launches->start(sharedHandle(installed->entry), std::nullopt,
+                      "the application " + launch::nameOf(installed->entry.get()) +
+                          " could not be brought to the front");
 }
 
 bool DesktopLauncher::waitForLaunches(double seconds) {
     bool isOver = false;
-    const SourceHandle timeout(g_timeout_source_new(static_cast<guint>(seconds * 1000)));
-    g_source_set_callback(
-        timeout.get(),
-        [](gpointer over) -> gboolean {
-            *static_cast<bool*>(over) = true;
-            return G_SOURCE_REMOVE;
-        },
-        &isOver, nullptr);
-    g_source_attach(timeout.get(), nullptr);
+    const SourceHandle timeout = launch::callAfter(seconds, [&isOver] { isOver = true; });
     while (m_launches->isPending() && !isOver) {
         g_main_context_iteration(nullptr, TRUE);
     }

@@ -10,20 +10,20 @@
 #include "platform/system_log.h"
 #include "platform/ui_application.h"
 
-struct _GAppInfo; // an application, as the desktop's library knows it
-
 namespace quorvel::freedesktop {
 
-// Nothing waits: what fails later is told to the log. Replies arrive while the default main context
-// runs. For one thread.
+// Nothing waits: what fails later is told to the log, and so is an application that does not answer
+// in time. Replies arrive while the default main context runs. For one thread.
 class DesktopLauncher final : public platform::UIApplication,
                               public platform::HomeScreenShell,
                               private platform::SBApplicationController,
                               private platform::SBUIController {
 public:
-    // The log outlives the launcher.
-    explicit DesktopLauncher(platform::SystemLog& log);
-    // What is still under way is abandoned; nothing is called afterwards.
+    static constexpr double usualPatience = 20; // seconds
+
+    // The log outlives the launcher. `patience`: seconds that an application has for its answer.
+    explicit DesktopLauncher(platform::SystemLog& log, double patience = usualPatience);
+    // What is still under way is abandoned; nothing is started or logged afterwards.
     ~DesktopLauncher() override;
     DesktopLauncher(const DesktopLauncher&) = delete;
     DesktopLauncher& operator=(const DesktopLauncher&) = delete;
@@ -33,8 +33,8 @@ public:
     platform::SBApplicationController* applicationController() override { return this; }
     platform::SBUIController* uiController() override { return this; }
 
-    // Runs the default main context until every launch was answered, or the time is over. True: all
-    // were answered.
+    // Runs the default main context until every launch has succeeded or failed, or the time is
+    // over. True: none is left. What is no time (negative, not a number) is none at all.
     bool waitForLaunches(double seconds);
 
 private:
@@ -44,11 +44,9 @@ private:
     void activateApplicationAnimated(
         const std::shared_ptr<platform::SBApplication>& application) override;
 
-    void start(struct _GAppInfo* application, const char* link, std::string failure);
-
     class Launches;
     platform::SystemLog& m_log;
-    std::shared_ptr<Launches> m_launches;
+    std::unique_ptr<Launches> m_launches;
 };
 
 } // namespace quorvel::freedesktop

@@ -23,6 +23,16 @@ struct VariantUnref {
 };
 using VariantHandle = std::unique_ptr<GVariant, VariantUnref>;
 
+struct BytesFree {
+    void operator()(gpointer bytes) const { g_free(bytes); }
+};
+using TextHandle = std::unique_ptr<char, BytesFree>;
+
+struct TextsFree {
+    void operator()(char** texts) const { g_strfreev(texts); }
+};
+using TextsHandle = std::unique_ptr<char*, TextsFree>; // ends with a null
+
 struct SourceDestroy {
     void operator()(GSource* source) const {
         g_source_destroy(source);

@@ -1,12 +1,17 @@
 #include "freedesktop/launch/desktop_launcher.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <chrono>
+#include <limits>
 #include <memory>
 
 #include <gmock/gmock.h>
+#include <sys/wait.h>
 
 #include "platform/memory/list_log.h"
 #include "platform/ns_url.h"
+#include "tests/freedesktop/launch/bus_testing.h"
 #include "tests/freedesktop/launch/launch_fixture.h"
 
 namespace quorvel::freedesktop {
@@ -14,10 +19,45 @@ namespace {
 
 using platform::NSURL;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::SizeIs;
+using testing::StartsWith;
+using testing_launch::BusApplication;
+using testing_launch::SilentBus;
 
 constexpr const char* eventScheme = "x-scheme-handler/x-apple-calevent";
+
+// How long the main loop did not come round.
+class LongestPause {
+public:
+    LongestPause()
+        : m_source(g_timeout_add(5, beat, this)) {}
+    ~LongestPause() { g_source_remove(m_source); }
+    LongestPause(const LongestPause&) = delete;
+    LongestPause& operator=(const LongestPause&) = delete;
+
+    int beats() const { return m_beats; }
+    double milliseconds() const { return m_longest; }
+
+private:
+    static gboolean beat(gpointer data) {
+        auto& self = *static_cast<LongestPause*>(data);
+        const Clock::time_point now = Clock::now();
+        const std::chrono::duration<double, std::milli> pause =
+            now - std::exchange(self.m_last, now);
+        self.m_longest = std::max(self.m_longest, pause.count());
+        ++self.m_beats;
+        return G_SOURCE_CONTINUE;
+    }
+
+    using Clock = std::chrono::steady_clock;
+    Clock::time_point m_last = Clock::now();
+    double m_longest = 0;
+    int m_beats = 0;
+    guint m_source;
+};
 
 class DesktopLauncherTest : public LaunchTest {
 protected:
@@ -79,7 +119,7 @@ TEST_F(DesktopLauncherTest, DoesNotWaitForAHandler) {
     associate(eventScheme, "slow");
     const auto start = std::chrono::steady_clock::now();
     open("x-apple-calevent://work/42?o=1.0");
-    EXPECT_THAT(started(1), testing::SizeIs(1));
+    EXPECT_THAT(started(1), SizeIs(1));
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(2500));
 }
 
@@ -100,63 +140,233 @@ TEST_F(DesktopLauncherTest, SaysWhereThereIsNoSuchApplication) {
                                        "QRV: there is no application to bring to the front"));
 }
 
-// An application on the bus, which counts how often it was called.
-class BusApplication {
-public:
-    explicit BusApplication(const char* name) {
-        m_bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
-        static const char* xml =
-            "<node><interface name='org.freedesktop.Application'>"
-            "<method name='Activate'><arg type='a{sv}' direction='in'/></method>"
-            "<method name='Open'><arg type='as' direction='in'/>"
-            "<arg type='a{sv}' direction='in'/></method>"
-            "</interface></node>";
-        m_node = g_dbus_node_info_new_for_xml(xml, nullptr);
-        static const GDBusInterfaceVTable table{called, nullptr, nullptr, {}};
-        m_object = g_dbus_connection_register_object(
-            m_bus, "/org/example/Bus", m_node->interfaces[0], &table, this, nullptr, nullptr);
-        GVariant* reply = g_dbus_connection_call_sync(
-            m_bus, "org.freedesktop.DBus", "/", "org.freedesktop.DBus", "RequestName",
-            g_variant_new("(su)", name, 0U), nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr);
-        g_variant_unref(reply);
-    }
-    ~BusApplication() {
-        g_dbus_connection_unregister_object(m_bus, m_object);
-        g_dbus_node_info_unref(m_node);
-        g_object_unref(m_bus);
-    }
-    BusApplication(const BusApplication&) = delete;
-    BusApplication& operator=(const BusApplication&) = delete;
-
-    std::vector<std::string> calls;
-
-private:
-    static void called(GDBusConnection*, const char*, const char*, const char*, const char* method,
-                       GVariant*, GDBusMethodInvocation* invocation, gpointer self) {
-        static_cast<BusApplication*>(self)->calls.emplace_back(method);
-        g_dbus_method_invocation_return_value(invocation, nullptr);
-    }
-
-    GDBusConnection* m_bus = nullptr;
-    GDBusNodeInfo* m_node = nullptr;
-    guint m_object = 0;
-};
-
 TEST_F(DesktopLauncherTest, ActivatesOverTheBusAndWaitsForTheReply) {
-    BusApplication application("org.example.Bus");
+    const BusApplication application;
     install("org.example.Bus", "started", "DBusActivatable=true");
     activate("org.example.Bus");
-    EXPECT_THAT(application.calls, IsEmpty()); // nothing has waited so far
+    EXPECT_THAT(application.calls(), IsEmpty()); // nothing has waited so far
     EXPECT_TRUE(launcher->waitForLaunches(10));
-    EXPECT_THAT(application.calls, ElementsAre("Activate"));
+    EXPECT_THAT(application.calls(), ElementsAre("Activate({},)"));
+    EXPECT_THAT(startedMeanwhile(), IsEmpty());
+    EXPECT_THAT(log.lines, IsEmpty());
+}
+
+TEST_F(DesktopLauncherTest, HandsALinkOverTheBus) {
+    const BusApplication application;
+    install("org.example.Bus", "started %u", "DBusActivatable=true");
+    associate(eventScheme, "org.example.Bus");
+    open("x-apple-calevent://a/;$(touch,x)*&b=%0A--help?o=1.0");
+    EXPECT_TRUE(launcher->waitForLaunches(10));
+    EXPECT_THAT(application.calls(),
+                ElementsAre("Open(['x-apple-calevent://a/;$(touch,x)*&b=%0A--help?o=1.0'], {})"));
     EXPECT_THAT(startedMeanwhile(), IsEmpty());
 }
 
-TEST_F(DesktopLauncherTest, IsSilentOnceItIsGone) {
+TEST_F(DesktopLauncherTest, StartsTheProgramWhereTheBusDoesNotKnowIt) {
     install("org.example.Nobody", "started", "DBusActivatable=true");
     activate("org.example.Nobody");
+    EXPECT_TRUE(launcher->waitForLaunches(10));
+    EXPECT_THAT(started(1), ElementsAre(ElementsAre("started")));
+    EXPECT_THAT(log.lines, IsEmpty());
+}
+
+TEST_F(DesktopLauncherTest, TellsWhatAnApplicationOnTheBusComplainsOf) {
+    const testing_launch::FakeService broken("org.example.Broken", "/org/example/Broken",
+                                             "<node><interface name='org.example.Other'/></node>",
+                                             [](const std::string&, GVariant*) { return nullptr; });
+    install("org.example.Broken", "started", "DBusActivatable=true");
+    activate("org.example.Broken");
+    EXPECT_TRUE(launcher->waitForLaunches(10));
+    EXPECT_THAT(log.lines,
+                ElementsAre(StartsWith("QRV: the application org.example.Broken.desktop could not "
+                                       "be brought to the front: ")));
+    EXPECT_THAT(startedMeanwhile(), IsEmpty());
+}
+
+TEST_F(DesktopLauncherTest, DropsAnApplicationThatDoesNotAnswerInTime) {
+    launcher = std::make_unique<DesktopLauncher>(log, 1);
+    const BusApplication silent(false);
+    install("org.example.Bus", "started %u", "DBusActivatable=true");
+    associate(eventScheme, "org.example.Bus");
+    activate("org.example.Bus");
+    open("x-apple-calevent://work/42?o=1.0");
+    EXPECT_TRUE(launcher->waitForLaunches(10));
+    EXPECT_THAT(log.lines,
+                ElementsAre("QRV: the application org.example.Bus.desktop could not be brought to "
+                            "the front: it did not answer",
+                            "QRV: the link x-apple-calevent://work/42?o=1.0 could not be opened: "
+                            "it did not answer"));
+    EXPECT_THAT(silent.calls(), SizeIs(2));
+    EXPECT_THAT(startedMeanwhile(), IsEmpty());
+    EXPECT_THAT(log.lines, SizeIs(2));
+}
+
+TEST_F(DesktopLauncherTest, ASilentApplicationHasTwentySeconds) {
+    EXPECT_EQ(DesktopLauncher::usualPatience, 20);
+    const BusApplication silent(false);
+    install("org.example.Bus", "started", "DBusActivatable=true");
+    activate("org.example.Bus");
+    EXPECT_FALSE(launcher->waitForLaunches(0.5));
+    EXPECT_THAT(silent.calls(), ElementsAre("Activate({},)"));
+    EXPECT_THAT(log.lines, IsEmpty());
+}
+
+TEST_F(DesktopLauncherTest, ASilentApplicationDoesNotHoldTheLoopUp) {
+    const BusApplication silent(false);
+    install("org.example.Bus", "started", "DBusActivatable=true");
+    const LongestPause pause;
+    for (int i = 0; i < 20; ++i) {
+        activate("org.example.Bus");
+        startedMeanwhile();
+    }
+    EXPECT_GT(pause.beats(), 50);
+    EXPECT_LT(pause.milliseconds(), 500);
+}
+
+TEST_F(DesktopLauncherTest, OddTimesToWaitAreNoneAtAll) {
+    const BusApplication silent(false);
+    install("org.example.Bus", "started", "DBusActivatable=true");
+    activate("org.example.Bus");
+    for (const double seconds : {0.0, -1.0, -1e300, std::numeric_limits<double>::quiet_NaN(),
+                                 -std::numeric_limits<double>::infinity()}) {
+        EXPECT_FALSE(launcher->waitForLaunches(seconds));
+    }
+}
+
+TEST_F(DesktopLauncherTest, HugeTimesToWaitEndWithTheLaunch) {
+    launcher = std::make_unique<DesktopLauncher>(log, 0.2);
+    const BusApplication silent(false);
+    install("org.example.Bus", "started", "DBusActivatable=true");
+    for (const double seconds : {1e12, 1e300, std::numeric_limits<double>::infinity()}) {
+        activate("org.example.Bus");
+        EXPECT_TRUE(launcher->waitForLaunches(seconds));
+    }
+    EXPECT_THAT(log.lines, SizeIs(3));
+}
+
+TEST_F(DesktopLauncherTest, LeavesNoProcessesBehind) {
+    install("handler", "%u");
+    associate(eventScheme, "handler");
+    install("org.example.App", "front");
+    for (int i = 0; i < 10; ++i) {
+        open("x-apple-calevent://work/42?o=1.0");
+        activate("org.example.App");
+    }
+    EXPECT_THAT(started(20), SizeIs(20));
+    EXPECT_TRUE(launcher->waitForLaunches(5));
+    siginfo_t child{};
+    const bool hasNone = waitid(P_ALL, 0, &child, WEXITED | WNOHANG | WNOWAIT) != 0;
+    EXPECT_TRUE(hasNone && errno == ECHILD) << "process " << child.si_pid;
+}
+
+TEST_F(DesktopLauncherTest, HasATerminalStartedForThoseThatNeedOne) {
+    const std::filesystem::path programs = folder() / "programs";
+    std::filesystem::create_directories(programs);
+    std::filesystem::remove(programs / "x-terminal-emulator");
+    const char* path = std::getenv("PATH");
+    const std::string before = path != nullptr ? path : "";
+    setenv("PATH", programs.c_str(), 1);
+    install("org.example.Shell", "front", "Terminal=true");
+    activate("org.example.Shell");
+    EXPECT_THAT(log.lines, ElementsAre(EndsWith("it needs a terminal, and there is none")));
+    write(programs / "x-terminal-emulator",
+          "#!/bin/sh\n[ \"$1\" = -e ] && shift && exec \"$@\" in-terminal\n");
+    std::filesystem::permissions(programs / "x-terminal-emulator",
+                                 std::filesystem::perms::owner_all);
+    activate("org.example.Shell");
+    EXPECT_THAT(started(1), ElementsAre(ElementsAre("front", "in-terminal")));
+    setenv("PATH", before.c_str(), 1);
+}
+
+TEST_F(DesktopLauncherTest, NothingIsHandedToAShellsScript) {
+    write(folder() / "applications/script.desktop",
+          "[Desktop Entry]\nType=Application\nName=script\nExec=sh -c \"" RECORDER " " +
+              record().string() + " 0 [%u]\"\n");
+    associate(eventScheme, "script");
+    open("x-apple-calevent://a/$(touch,x);b?o=1.0");
+    EXPECT_THAT(started(1), ElementsAre(ElementsAre("[]")));
+}
+
+TEST_F(DesktopLauncherTest, NothingHappensOnceItIsGone) {
+    launcher = std::make_unique<DesktopLauncher>(log, 1);
+    const BusApplication silent(false);
+    install("org.example.Nobody", "started", "DBusActivatable=true");
+    install("org.example.Bus", "started", "DBusActivatable=true");
+    activate("org.example.Bus");
+    EXPECT_TRUE(launcher->waitForLaunches(10));
+    ASSERT_THAT(log.lines, SizeIs(1)); // it was dropped
+    activate("org.example.Bus");
+    for (int i = 0; i < 100 && silent.calls().size() < 2; ++i) {
+        g_main_context_iteration(nullptr, TRUE);
+    }
+    activate("org.example.Nobody");
     launcher.reset();
+    for (int i = 0; i < 8; ++i) { // longer than it would have had patience
+        EXPECT_THAT(startedMeanwhile(), IsEmpty());
+    }
+    EXPECT_THAT(log.lines, SizeIs(1));
+}
+
+class SilentSessionTest : public DesktopLauncherTest {
+protected:
+    // The process shares one connection, which must be gone first.
+    SilentSessionTest() {
+        GDBusConnection* connection = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
+        g_object_add_weak_pointer(G_OBJECT(connection), reinterpret_cast<gpointer*>(&connection));
+        g_object_unref(connection);
+        for (int i = 0; i < 100 && connection != nullptr; ++i) {
+            startedMeanwhile();
+        }
+        EXPECT_EQ(connection, nullptr);
+        setenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str(), 1);
+    }
+    ~SilentSessionTest() override {
+        setenv("DBUS_SESSION_BUS_ADDRESS", before.c_str(), 1);
+        startedMeanwhile();
+    }
+
+    const std::string before = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+    SilentBus bus{folder()};
+};
+
+TEST_F(SilentSessionTest, AProgramNeedsNoBus) {
+    install("handler", "%u");
+    associate(eventScheme, "handler");
+    open("x-apple-calevent://work/42?o=1.0");
+    EXPECT_THAT(started(1), SizeIs(1));
+    EXPECT_EQ(bus.connections(), 0);
+}
+
+TEST_F(SilentSessionTest, AnApplicationOfTheBusIsStartedWithoutItAndHoldsNothingUp) {
+    install("org.example.Bus", "started", "DBusActivatable=true");
+    const LongestPause pause;
+    activate("org.example.Bus");
+    EXPECT_TRUE(launcher->waitForLaunches(10));
+    EXPECT_THAT(started(1), ElementsAre(ElementsAre("started")));
+    EXPECT_LT(pause.milliseconds(), 500);
+    EXPECT_GT(bus.connections(), 0);
+    EXPECT_THAT(log.lines, IsEmpty());
+}
+
+TEST_F(SilentSessionTest, ThePatienceHoldsForTheBusToo) {
+    launcher = std::make_unique<DesktopLauncher>(log, 0.2);
+    install("org.example.Bus", "started", "DBusActivatable=true");
+    activate("org.example.Bus");
+    EXPECT_TRUE(launcher->waitForLaunches(10));
+    EXPECT_THAT(log.lines, ElementsAre(EndsWith("it did not answer")));
+    EXPECT_THAT(startedMeanwhile(), IsEmpty());
+}
+
+TEST_F(SilentSessionTest, NothingHappensOnceItIsGone) {
+    install("org.example.Bus", "started", "DBusActivatable=true");
+    activate("org.example.Bus");
     startedMeanwhile();
+    EXPECT_GT(bus.connections(), 0);
+    launcher.reset();
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(2500);
+    while (std::chrono::steady_clock::now() < end) {
+        EXPECT_THAT(startedMeanwhile(), IsEmpty());
+    }
     EXPECT_THAT(log.lines, IsEmpty());
 }
 

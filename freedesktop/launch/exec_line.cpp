@@ -1,0 +1,91 @@
+#include "freedesktop/launch/exec_line.h"
+
+#include <string_view>
+
+#include "freedesktop/launch/gio_handles.h"
+
+namespace quorvel::freedesktop {
+
+using launch::TextsHandle;
+
+namespace {
+
+bool isLinkCode(std::string_view text) {
+    return text == "%u" || text == "%U";
+}
+
+bool takesLinkAsValue(std::string_view word) {
+    const std::size_t equals = word.find('=');
+    return word.starts_with('-') && equals != std::string_view::npos &&
+           isLinkCode(word.substr(equals + 1));
+}
+
+// Codes of files and those that nobody uses any more stand for nothing.
+std::string withoutCodes(std::string_view word, const EntryFacts& facts) {
+    std::string text;
+    for (std::size_t i = 0; i < word.size(); ++i) {
+        if (word[i] != '%') {
+            text += word[i];
+            continue;
+        }
+        ++i;
+        const char code = i < word.size() ? word[i] : '%';
+        if (code == '%') {
+            text += '%';
+        } else if (code == 'c') {
+            text += facts.name;
+        } else if (code == 'k') {
+            text += facts.file;
+        }
+    }
+    return text;
+}
+
+void append(std::vector<std::string>& arguments, std::string_view word, const EntryFacts& facts,
+            const std::optional<std::string>& link) {
+    if (isLinkCode(word)) {
+        if (link) {
+            arguments.push_back(*link);
+        }
+    } else if (takesLinkAsValue(word)) {
+        if (link) {
+            arguments.push_back(std::string(word.substr(0, word.size() - 2)) + *link);
+        }
+    } else if (word == "%i") {
+        if (!facts.icon.empty()) {
+            arguments.insert(arguments.end(), {"--icon", facts.icon});
+        }
+    } else {
+        std::string text = withoutCodes(word, facts);
+        if (!text.empty() || word.empty()) {
+            arguments.push_back(std::move(text));
+        }
+    }
+}
+
+} // namespace
+
+std::optional<std::vector<std::string>> argumentsOf(const std::string& execLine,
+                                                    const EntryFacts& facts,
+                                                    const std::optional<std::string>& link) {
+    int count = 0;
+    char** words = nullptr;
+    // It only takes quotes away: nothing is run.
+    if (g_shell_parse_argv(execLine.c_str(), &count, &words, nullptr) == FALSE) {
+        return std::nullopt;
+    }
+    const TextsHandle held(words);
+    if (isLinkCode(words[0])) {
+        return std::nullopt; // the link would be the program
+    }
+    std::vector<std::string> arguments;
+    for (int i = 0; i < count; ++i) {
+        append(arguments, words[i], facts, link);
+    }
+    if (arguments.empty() || arguments.front().empty()) {
+        return std::nullopt;
+    }
+    return arguments;
+}
+
+} // namespace quorvel::freedesktop
