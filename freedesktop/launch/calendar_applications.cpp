@@ -1,5 +1,6 @@
 #include "freedesktop/launch/calendar_applications.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <ctime>
@@ -50,7 +51,10 @@ std::string utcInstant(const CalendarLink& link) {
     const std::time_t instant = event != nullptr ? unixTime(event->start) : std::mktime(&day);
     std::tm utc{};
     gmtime_r(&instant, &utc);
-    return formatted(utc, "%Y%m%dT%H%M%SZ");
+    // The early years have four digits too.
+    constexpr std::size_t length = std::string_view("20140307T174500Z").size();
+    const std::string text = formatted(utc, "%Y%m%dT%H%M%SZ");
+    return std::string(length - std::min(length, text.size()), '0') + text;
 }
 
 bool isUnreserved(char c) {

@@ -14,9 +14,9 @@ namespace {
 constexpr std::string_view eventPrefix = "x-apple-calevent://";
 constexpr std::string_view startKey = "?o=";
 constexpr std::string_view dayPrefix = "fantastical2://show?date=";
-// Year 1 to year 9999, seconds since the reference date.
-constexpr double earliestStart = -63114076800.0;
-constexpr double latestStart = 252423993600.0;
+// The first second of the year 1 and that of the year 10000, since the reference date.
+constexpr double earliestStart = -63113904000.0;
+constexpr double endOfStarts = 252423993600.0;
 
 template <class Number>
 std::optional<Number> wholeNumber(std::string_view text) {
@@ -33,7 +33,7 @@ std::optional<CalendarLink> parseEventLink(std::string_view text) {
         return std::nullopt;
     }
     const auto start = wholeNumber<double>(text.substr(query + startKey.size()));
-    if (!start || !(*start >= earliestStart && *start <= latestStart)) {
+    if (!start || !(*start >= earliestStart && *start < endOfStarts)) {
         return std::nullopt;
     }
     return EventLink{std::string(text.substr(0, slash)),

@@ -48,6 +48,12 @@ TEST_F(CalendarApplicationsTest, EvolutionOpensTheDayOtherwise) {
               "calendar:///?startdate=20140307T110000Z"); // noon in Berlin
 }
 
+TEST_F(CalendarApplicationsTest, AnEarlyYearHasFourDigitsToo) {
+    EXPECT_EQ(
+        openingOf(EventLink{"a", "b", {-63113904000}}, CalendarApplication::evolution, false).link,
+        "calendar:///?startdate=00010101T000000Z");
+}
+
 TEST_F(CalendarApplicationsTest, GnomeCalendarIsToldByArguments) {
     EXPECT_THAT(openingOf(event, CalendarApplication::gnomeCalendar, true).arguments,
                 ElementsAre("--uuid", "source 1:uid/2@x"));

@@ -15,6 +15,15 @@ TEST(CalendarLinkTest, TakesAnEventsLinkApart) {
     EXPECT_DOUBLE_EQ(event.start.timeIntervalSinceReferenceDate, 415911600);
 }
 
+TEST(CalendarLinkTest, TakesEventsOfTheYears1To9999) {
+    for (const char* start : {"-63113904000.0", "252423993599.9"}) {
+        EXPECT_TRUE(parseCalendarLink(std::string("x-apple-calevent://a/b?o=") + start)) << start;
+    }
+    for (const char* start : {"-63113904000.1", "252423993600.0"}) {
+        EXPECT_FALSE(parseCalendarLink(std::string("x-apple-calevent://a/b?o=") + start)) << start;
+    }
+}
+
 TEST(CalendarLinkTest, TakesADaysLinkApart) {
     const auto link = parseCalendarLink("fantastical2://show?date=2014-3-7");
     ASSERT_TRUE(link);
