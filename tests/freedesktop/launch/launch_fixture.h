@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-#include <gio/gio.h>
+#include <gio/gdesktopappinfo.h>
 #include <gtest/gtest.h>
 
 namespace quorvel::freedesktop {
@@ -43,10 +43,12 @@ protected:
               "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=" + RECORDER + " " +
                   record().string() + " " + std::to_string(milliseconds) + " " + arguments + "\n" +
                   more + "\n");
+        EXPECT_TRUE(becomesTrue([&] { return isInstalled(name + ".desktop"); })) << name;
     }
     static void associate(const std::string& type, const std::string& name) {
         write(folder() / "mimeapps.list",
               "[Default Applications]\n" + type + "=" + name + ".desktop\n");
+        EXPECT_TRUE(becomesTrue([&] { return defaultFor(type) == name + ".desktop"; })) << name;
     }
 
     // The argument lists of everything that was started, once there are so many.
@@ -70,7 +72,31 @@ protected:
         return readRecord();
     }
 
+    // The library hears of changed folders a moment later.
+    template <class Condition>
+    static bool becomesTrue(Condition condition) {
+        for (int i = 0; i < 1000 && !condition(); ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return condition();
+    }
+
 private:
+    static bool isInstalled(const std::string& entryName) {
+        GDesktopAppInfo* const entry = g_desktop_app_info_new(entryName.c_str());
+        if (entry != nullptr) {
+            g_object_unref(entry);
+        }
+        return entry != nullptr;
+    }
+    static std::string defaultFor(const std::string& type) {
+        GAppInfo* const entry = g_app_info_get_default_for_type(type.c_str(), FALSE);
+        const std::string name = entry != nullptr ? g_app_info_get_id(entry) : "";
+        if (entry != nullptr) {
+            g_object_unref(entry);
+        }
+        return name;
+    }
     static std::filesystem::path makeFolder() {
         std::string name = (std::filesystem::temp_directory_path() / "launch-XXXXXX").string();
         if (mkdtemp(name.data()) == nullptr) {
