@@ -1,6 +1,8 @@
-// How scrolled content moves: the rubber band under a finger past an edge, and on one axis the
-// motion after the finger has lifted, as a closed function of time.
+// How scrolled content moves: the rubber band under a finger past an edge, and after the lift the
+// glide within the edges and the spring past one, as closed functions of time.
 #pragma once
+
+#include <optional>
 
 #include "platform/geometry.h"
 
@@ -19,38 +21,44 @@ CGFloat clampedOffset(CGFloat offset, const ScrollRange& range);
 // view of that length: always less than the length. Neither is negative.
 CGFloat rubberBand(CGFloat overshoot, CGFloat viewLength);
 
-// The offset under a finger that would have moved the content to `offset` if it had no edges.
+// Where the content stands under a finger that would have moved it to `offset` if it had no edges.
 CGFloat bandedOffset(CGFloat offset, const ScrollRange& range, CGFloat viewLength, bool bounces);
-// The other way round.
+// The other way round; the content is not farther out than a finger pulls it.
 CGFloat unbandedOffset(CGFloat banded, const ScrollRange& range, CGFloat viewLength, bool bounces);
 // How many points the content moves for one of the finger where it stands at that offset.
 CGFloat bandSlope(CGFloat banded, const ScrollRange& range, CGFloat viewLength, bool bounces);
+// The view length that counts while a finger drags content that it caught at that offset: a longer
+// one far out, where the band would hardly give way to the finger, or not reach at all.
+CGFloat bandLength(CGFloat caught, const ScrollRange& range, CGFloat viewLength);
 
-// One axis after the lift. Within its edges the content glides and loses 0.2 % of its speed each
-// millisecond; past an edge a critically damped spring (mass 1, stiffness 100) draws it back. It is
-// at rest when less than half a point of the way is left, and then stands exactly at the end.
-class AxisMotion {
-public:
-    // `velocity`: of the offset, in points a second.
-    AxisMotion(CGFloat offset, CGFloat velocity, const ScrollRange& range, bool bounces);
+// Less than this is not worth a motion, in points.
+constexpr CGFloat negligibleWay = 0.5;
 
-    // `elapsed`: seconds since the lift, not negative.
-    CGFloat offsetAt(double elapsed) const;
-    CGFloat velocityAt(double elapsed) const;
-    double duration() const { return m_glideTime + m_springTime; } // seconds; 0: at rest already
+// Content that loses 0.2 % of its speed each millisecond. Times are seconds since its start,
+// speeds points a second.
+struct Glide {
+    CGFloat start = 0;
+    CGFloat velocity = 0;
 
-private:
-    void planGlide(bool bounces);
-    void planSpring(CGFloat displacement, CGFloat velocity);
+    CGFloat wholeWay() const;
+    CGFloat offsetAt(double seconds) const;
+    CGFloat velocityAt(double seconds) const;
+    // Until that part of the whole way, between 0 and 1, is left.
+    static double timeUntilLeft(double part);
+};
 
-    ScrollRange m_range;
-    CGFloat m_start;
-    CGFloat m_velocity;
-    CGFloat m_end;
-    double m_glideTime = 0;
-    double m_springTime = 0;
-    CGFloat m_springDisplacement = 0; // from the edge, when the spring takes over
-    CGFloat m_springVelocity = 0;
+// A critically damped spring of mass 1 and stiffness 100 that draws content back to an edge.
+struct Spring {
+    CGFloat edge = 0;
+    CGFloat displacement = 0; // from the edge, at its start
+    CGFloat velocity = 0;
+
+    CGFloat offsetAt(double seconds) const;
+    CGFloat velocityAt(double seconds) const;
+    // From then on it stays within the negligible way.
+    double timeToRest() const;
+    // When it swings through its edge, which it does once at the most.
+    std::optional<double> timeAtEdge() const;
 };
 
 } // namespace quorvel::platform

@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "platform/ui/scroll_physics.h"
+#include "platform/ui/scroll_motion.h"
 #include "platform/ui/ui_view.h"
 
 namespace quorvel::platform {
