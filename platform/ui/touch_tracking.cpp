@@ -1,7 +1,6 @@
 #include "platform/ui/touch_tracking.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "platform/ui/ui_event.h"
@@ -10,10 +9,6 @@
 namespace quorvel::platform {
 
 namespace {
-
-constexpr CGFloat slop = 10; // points
-// The speed at the lift is that of these last seconds.
-constexpr double samplingTime = 0.1;
 
 std::shared_ptr<UITouch> makeTouch(UIWindow& window, const FingerReport& report) {
     UITouchFields fields;
@@ -49,17 +44,19 @@ void tell(const std::shared_ptr<UITouch>& touch, UITouchPhase phase, TouchMessag
 } // namespace
 
 TouchTracking::TouchTracking(UIWindow& window, const FingerReport& report)
-    : m_window(window)
-    , m_finger(report.finger)
-    , m_start(report.location)
+    : m_finger(report.finger)
+    , m_path(report.location, report.time)
     , m_touch(makeTouch(window, report))
-    , m_chain(scrollViewsFrom(m_touch->view().get())) {
-    addSample(report.location, report.time);
-}
+    , m_chain(scrollViewsFrom(m_touch->view().get())) {}
 
 void TouchTracking::begin() {
     stopMotions();
     tell(m_touch, UITouchPhase::began, &UIView::touchesBegan);
+}
+
+// Null also for a drag that the view itself has given up.
+std::shared_ptr<UIScrollView> TouchTracking::dragged() const {
+    return m_dragged && m_dragged->isDragging() ? m_dragged : nullptr;
 }
 
 void TouchTracking::stopMotions() {
@@ -74,7 +71,7 @@ void TouchTracking::stopMotions() {
 // What was stopped past an edge and is not dragged now springs back.
 void TouchTracking::resumeStopped(double time) {
     for (const auto& view : std::exchange(m_stopped, {})) {
-        if (view != m_dragged && view->window() == &m_window) {
+        if (!view->isDragging() && !view->isDecelerating()) {
             view->startMotion({}, time);
         }
     }
@@ -83,67 +80,51 @@ void TouchTracking::resumeStopped(double time) {
 void TouchTracking::move(const FingerReport& report) {
     m_touch->moveTo(report.location, report.time);
     tell(m_touch, UITouchPhase::moved, &UIView::touchesMoved);
-    follow(report.location, report.time);
-}
-
-void TouchTracking::follow(const CGPoint& location, double time) {
-    addSample(location, time);
-    if (!m_isDecided) {
-        decide(location, time);
-    }
-    if (holdsDragged()) {
-        m_dragged->dragBy({location.x - m_start.x, location.y - m_start.y});
+    if (!m_hasEnded) {
+        follow(report);
     }
 }
 
-// The slop is taken off the way of the axis that decided, so that the content does not jump.
-void TouchTracking::decide(const CGPoint& location, double time) {
-    const CGFloat across = location.x - m_start.x;
-    const CGFloat down = location.y - m_start.y;
-    if (!(std::max(std::abs(across), std::abs(down)) > slop)) {
-        return;
-    }
-    m_isDecided = true;
-    const bool isHorizontal = std::abs(across) > std::abs(down);
-    for (const auto& view : m_chain) {
-        if (view->window() == &m_window &&
-            (isHorizontal ? view->canMoveHorizontally() : view->canMoveVertically())) {
-            m_dragged = view;
-            break;
+void TouchTracking::follow(const FingerReport& report) {
+    const bool wasDecided = m_path.axis().has_value();
+    m_path.add(report.location, report.time);
+    if (!wasDecided && m_path.axis()) {
+        m_dragged = deepestThatMoves(*m_path.axis());
+        if (const auto view = m_dragged) {
+            view->beginDrag();
         }
+        resumeStopped(report.time);
     }
-    (isHorizontal ? m_start.x : m_start.y) += std::copysign(slop, isHorizontal ? across : down);
-    resumeStopped(time);
-    if (const auto view = m_dragged) {
-        view->beginDrag();
+    if (const auto view = dragged()) {
+        view->dragBy(m_path.way());
     }
 }
 
-// A view that has left the window is no longer dragged.
-bool TouchTracking::holdsDragged() {
-    if (m_dragged && m_dragged->window() != &m_window) {
-        std::exchange(m_dragged, nullptr)->settle();
-    }
-    return m_dragged != nullptr;
+std::shared_ptr<UIScrollView> TouchTracking::deepestThatMoves(DragAxis axis) const {
+    const auto found = std::find_if(m_chain.begin(), m_chain.end(), [axis](const auto& view) {
+        return axis == DragAxis::horizontal ? view->canMoveHorizontally()
+                                            : view->canMoveVertically();
+    });
+    return found != m_chain.end() ? *found : nullptr;
 }
 
 void TouchTracking::lift(const FingerReport& report) {
-    if (report.location != m_touch->fields().locationInWindow) {
-        move(report);
-    } else {
-        addSample(report.location, report.time);
-    }
+    m_hasEnded = true;
+    m_path.add(report.location, report.time);
+    m_touch->moveTo(report.location, report.time);
     tell(m_touch, UITouchPhase::ended, &UIView::touchesEnded);
-    if (holdsDragged()) {
-        std::exchange(m_dragged, nullptr)->endDrag(velocity(), report.time);
+    if (const auto view = dragged()) {
+        view->endDrag(m_path.velocity(), report.time);
     }
     resumeStopped(report.time);
 }
 
 void TouchTracking::cancel(double time) {
+    m_hasEnded = true;
+    m_touch->moveTo(location(), time);
     tell(m_touch, UITouchPhase::cancelled, &UIView::touchesCancelled);
-    if (holdsDragged()) {
-        std::exchange(m_dragged, nullptr)->cancelDrag(time);
+    if (const auto view = dragged()) {
+        view->cancelDrag(time);
     }
     resumeStopped(time);
 }
@@ -152,30 +133,16 @@ void TouchTracking::letGoBelow(const UIView& view) {
     const auto isBelow = [&view](const auto& candidate) {
         return candidate->isDescendantOfView(view);
     };
+    for (const auto& stopped : m_stopped) {
+        if (isBelow(stopped)) {
+            stopped->settle();
+        }
+    }
+    m_stopped.erase(std::remove_if(m_stopped.begin(), m_stopped.end(), isBelow), m_stopped.end());
+    m_chain.erase(std::remove_if(m_chain.begin(), m_chain.end(), isBelow), m_chain.end());
     if (m_dragged && isBelow(m_dragged)) {
         std::exchange(m_dragged, nullptr)->settle();
     }
-    m_chain.erase(std::remove_if(m_chain.begin(), m_chain.end(), isBelow), m_chain.end());
-    m_stopped.erase(std::remove_if(m_stopped.begin(), m_stopped.end(), isBelow), m_stopped.end());
-}
-
-void TouchTracking::addSample(const CGPoint& location, double time) {
-    m_samples.push_back({location, time});
-    while (m_samples.front().time < time - samplingTime) {
-        m_samples.pop_front();
-    }
-}
-
-// Points a second.
-CGPoint TouchTracking::velocity() const {
-    const Sample& first = m_samples.front();
-    const Sample& last = m_samples.back();
-    const double seconds = last.time - first.time;
-    if (!(seconds > 0)) {
-        return {};
-    }
-    return {(last.location.x - first.location.x) / seconds,
-            (last.location.y - first.location.y) / seconds};
 }
 
 } // namespace quorvel::platform

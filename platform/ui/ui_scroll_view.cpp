@@ -10,7 +10,8 @@ namespace quorvel::platform {
 namespace {
 
 ScrollRange scrollRange(CGFloat contentLength, CGFloat viewLength) {
-    return {0, std::max(contentLength - viewLength, 0.0)};
+    const CGFloat hidden = contentLength - viewLength;
+    return {0, hidden > 0 ? hidden : 0}; // also for what is no number
 }
 
 // The least movement that shows the span from `low` to `high`.
@@ -19,6 +20,14 @@ CGFloat offsetShowing(CGFloat offset, CGFloat viewLength, CGFloat low, CGFloat h
         return low;
     }
     return std::max(offset, high - viewLength);
+}
+
+bool isHiddenWithinTree(const UIView& view) {
+    const UIView* candidate = &view;
+    while (candidate != nullptr && !candidate->isHidden()) {
+        candidate = candidate->superview();
+    }
+    return candidate != nullptr;
 }
 
 } // namespace
@@ -34,24 +43,28 @@ void UIScrollView::setContentOffset(const CGPoint& offset) {
 }
 
 void UIScrollView::moveContentTo(const CGPoint& offset) {
-    if (offset == contentOffset() || !std::isfinite(offset.x) || !std::isfinite(offset.y)) {
-        return;
+    if (isSomewhereElse(offset)) {
+        setBounds({offset, bounds().size});
+        if (const auto receiver = delegate()) {
+            receiver->scrollViewDidScroll(this);
+        }
     }
-    setBounds({offset, bounds().size});
-    if (const auto receiver = delegate()) {
-        receiver->scrollViewDidScroll(this);
-    }
+}
+
+bool UIScrollView::isSomewhereElse(const CGPoint& offset) const {
+    return offset != contentOffset() && std::isfinite(offset.x) && std::isfinite(offset.y);
 }
 
 void UIScrollView::scrollToShow(const CGRect& rect) {
     const CGPoint offset = contentOffset();
     const CGSize size = bounds().size;
-    setContentOffset({clampedOffset(offsetShowing(offset.x, size.width, CGRectGetMinX(rect),
-                                                  CGRectGetMaxX(rect)),
-                                    horizontalRange()),
-                      clampedOffset(offsetShowing(offset.y, size.height, CGRectGetMinY(rect),
-                                                  CGRectGetMaxY(rect)),
-                                    verticalRange())});
+    setContentOffset(insideEdges(
+        {offsetShowing(offset.x, size.width, CGRectGetMinX(rect), CGRectGetMaxX(rect)),
+         offsetShowing(offset.y, size.height, CGRectGetMinY(rect), CGRectGetMaxY(rect))}));
+}
+
+CGPoint UIScrollView::insideEdges(const CGPoint& offset) const {
+    return {clampedOffset(offset.x, horizontalRange()), clampedOffset(offset.y, verticalRange())};
 }
 
 ScrollRange UIScrollView::horizontalRange() const {
@@ -75,54 +88,62 @@ bool UIScrollView::canMoveVertically() const {
 
 void UIScrollView::beginDrag() {
     const CGPoint offset = contentOffset();
-    const CGSize size = bounds().size;
+    const ScrollRange across = horizontalRange();
+    const ScrollRange down = verticalRange();
     m_motion.reset();
-    m_dragStart = {unbandedOffset(offset.x, horizontalRange(), size.width, m_bounces),
-                   unbandedOffset(offset.y, verticalRange(), size.height, m_bounces)};
+    m_bandSize = {bandLength(offset.x, across, bounds().size.width),
+                  bandLength(offset.y, down, bounds().size.height)};
+    m_dragStart = {unbandedOffset(offset.x, across, m_bandSize.width, m_bounces),
+                   unbandedOffset(offset.y, down, m_bandSize.height, m_bounces)};
     m_isDragging = true;
+    if (UIWindow* top = window()) {
+        top->addActive(std::static_pointer_cast<UIScrollView>(shared_from_this()));
+    }
     if (const auto receiver = delegate()) {
         receiver->scrollViewWillBeginDragging(this);
     }
 }
 
-void UIScrollView::dragBy(const CGPoint& translation) {
+void UIScrollView::dragBy(const CGPoint& way) {
     CGPoint offset = contentOffset();
-    const CGSize size = bounds().size;
     if (canMoveHorizontally()) {
         offset.x =
-            bandedOffset(m_dragStart.x - translation.x, horizontalRange(), size.width, m_bounces);
+            bandedOffset(m_dragStart.x - way.x, horizontalRange(), m_bandSize.width, m_bounces);
     }
     if (canMoveVertically()) {
         offset.y =
-            bandedOffset(m_dragStart.y - translation.y, verticalRange(), size.height, m_bounces);
+            bandedOffset(m_dragStart.y - way.y, verticalRange(), m_bandSize.height, m_bounces);
     }
     moveContentTo(offset);
 }
 
-// The motion is planned before the delegate hears of the end, who is told whether there is one; it
-// begins afterwards, unless the delegate has put the content somewhere else.
-void UIScrollView::endDrag(const CGPoint& fingerVelocity, double time) {
+CGPoint UIScrollView::contentVelocity(const CGPoint& fingerVelocity) const {
     const CGPoint offset = contentOffset();
-    const CGSize size = bounds().size;
     CGPoint velocity;
     if (canMoveHorizontally()) {
         velocity.x =
-            -fingerVelocity.x * bandSlope(offset.x, horizontalRange(), size.width, m_bounces);
+            -fingerVelocity.x * bandSlope(offset.x, horizontalRange(), m_bandSize.width, m_bounces);
     }
     if (canMoveVertically()) {
         velocity.y =
-            -fingerVelocity.y * bandSlope(offset.y, verticalRange(), size.height, m_bounces);
+            -fingerVelocity.y * bandSlope(offset.y, verticalRange(), m_bandSize.height, m_bounces);
     }
+    return velocity;
+}
+
+// The delegate hears of the end before the motion begins; if it moves the content or begins another
+// drag meanwhile, that counts.
+void UIScrollView::endDrag(const CGPoint& fingerVelocity, double time) {
+    const CGPoint offset = contentOffset();
+    const CGPoint velocity = contentVelocity(fingerVelocity);
+    const bool willDecelerate = !plannedMotion(velocity, time).isAtRest();
     m_isDragging = false;
-    const auto receiver = delegate();
-    const bool willDecelerate = plannedMotion(velocity, time).duration() > 0;
-    if (receiver) {
+    if (const auto receiver = delegate()) {
         receiver->scrollViewDidEndDragging(this, willDecelerate);
     }
-    if (contentOffset() != offset) {
-        velocity = {};
+    if (!m_isDragging && !m_motion) {
+        startMotion(contentOffset() == offset ? velocity : CGPoint{}, time);
     }
-    startMotion(velocity, time);
 }
 
 void UIScrollView::cancelDrag(double time) {
@@ -140,9 +161,14 @@ bool UIScrollView::dragTo(const CGPoint& offset, double time) {
     }
     const auto keptAlive = shared_from_this();
     beginDrag();
-    moveContentTo(offset);
-    endDrag({}, time);
-    return true;
+    if (m_isDragging) {
+        moveContentTo(offset);
+    }
+    const bool isHeld = m_isDragging;
+    if (isHeld) {
+        endDrag({}, time);
+    }
+    return isHeld;
 }
 
 // Motion.
@@ -151,65 +177,74 @@ double UIScrollView::Motion::duration() const {
     return std::max(x.duration(), y.duration());
 }
 
+bool UIScrollView::Motion::isAtRest() const {
+    return x.isAtRest() && y.isAtRest();
+}
+
+CGPoint UIScrollView::Motion::offsetAt(double elapsed) const {
+    return {x.offsetAt(elapsed), y.offsetAt(elapsed)};
+}
+
+CGPoint UIScrollView::Motion::velocityAt(double elapsed) const {
+    return {x.velocityAt(elapsed), y.velocityAt(elapsed)};
+}
+
 UIScrollView::Motion UIScrollView::plannedMotion(const CGPoint& velocity, double time) const {
     const CGPoint offset = contentOffset();
     const ScrollRange across = horizontalRange();
     const ScrollRange down = verticalRange();
-    return {time, across, down, AxisMotion(offset.x, velocity.x, across, m_bounces),
+    return {time,
+            time,
+            across,
+            down,
+            AxisMotion(offset.x, velocity.x, across, m_bounces),
             AxisMotion(offset.y, velocity.y, down, m_bounces)};
 }
 
 void UIScrollView::startMotion(const CGPoint& velocity, double time) {
-    m_motion = plannedMotion(velocity, time);
     UIWindow* top = window();
-    if (m_motion->duration() == 0 || top == nullptr) {
-        finishMotion();
+    if (top == nullptr || isHiddenWithinTree(*this)) {
+        settle();
         return;
     }
-    top->addMoving(std::static_pointer_cast<UIScrollView>(shared_from_this()));
+    const Motion motion = plannedMotion(velocity, time);
+    if (!motion.isAtRest()) {
+        m_motion = motion;
+        top->addActive(std::static_pointer_cast<UIScrollView>(shared_from_this()));
+    }
 }
 
-// Where the motion would end, within the edges as they are now.
-void UIScrollView::finishMotion() {
-    constexpr double atLast = 1e9;
-    const CGPoint end{clampedOffset(m_motion->x.offsetAt(atLast), horizontalRange()),
-                      clampedOffset(m_motion->y.offsetAt(atLast), verticalRange())};
+void UIScrollView::advanceMotion(double time) {
+    replanForNewEdges();
+    m_motion->latest = std::max(time, m_motion->start);
+    const double elapsed = m_motion->latest - m_motion->start;
+    if (elapsed < m_motion->duration()) {
+        moveContentTo(m_motion->offsetAt(elapsed));
+        return;
+    }
+    const CGPoint end{m_motion->x.end(), m_motion->y.end()};
     m_motion.reset();
     moveContentTo(end);
-}
-
-bool UIScrollView::advanceMotion(double time) {
-    if (!m_motion) {
-        return false;
-    }
-    replanForNewEdges(time);
-    const double elapsed = std::max(time - m_motion->start, 0.0);
-    if (elapsed < m_motion->duration()) {
-        moveContentTo({m_motion->x.offsetAt(elapsed), m_motion->y.offsetAt(elapsed)});
-        return m_motion.has_value();
-    }
-    finishMotion();
     if (const auto receiver = delegate()) {
         receiver->scrollViewDidEndDecelerating(this);
     }
-    return m_motion.has_value();
 }
 
-void UIScrollView::replanForNewEdges(double time) {
-    if (m_motion->across == horizontalRange() && m_motion->down == verticalRange()) {
-        return;
+// The content goes on from where it was seen last, as fast as it was.
+void UIScrollView::replanForNewEdges() {
+    if (m_motion->across != horizontalRange() || m_motion->down != verticalRange()) {
+        const double elapsed = m_motion->latest - m_motion->start;
+        m_motion = plannedMotion(m_motion->velocityAt(elapsed), m_motion->latest);
     }
-    const double elapsed = std::max(time - m_motion->start, 0.0);
-    m_motion =
-        plannedMotion({m_motion->x.velocityAt(elapsed), m_motion->y.velocityAt(elapsed)}, time);
 }
 
 void UIScrollView::settle() {
     m_isDragging = false;
     m_motion.reset();
-    const CGPoint offset = contentOffset();
-    moveContentTo(
-        {clampedOffset(offset.x, horizontalRange()), clampedOffset(offset.y, verticalRange())});
+    const CGPoint inside = insideEdges(contentOffset());
+    if (isSomewhereElse(inside)) {
+        setBounds({inside, bounds().size});
+    }
 }
 
 } // namespace quorvel::platform

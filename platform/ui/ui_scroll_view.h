@@ -22,10 +22,11 @@ public:
     virtual void scrollViewDidEndDragging(UIScrollView*, bool willDecelerate) {
         static_cast<void>(willDecelerate);
     }
+    // The motion has come to its end by itself; a finger or a new offset ends it without a word.
     virtual void scrollViewDidEndDecelerating(UIScrollView*) {}
 };
 
-// Clips its content.
+// Clips its content. Any message to its delegate may change, remove or let go of the view.
 class UIScrollView : public UIView {
 public:
     explicit UIScrollView(const CGRect& frame = {});
@@ -61,9 +62,10 @@ public:
 
     // As if a finger had dragged the content to that offset and lifted there at rest: the delegate
     // hears of the beginning and the end, then the content springs back. Nothing happens, and the
-    // answer is false, where a finger could not have done it.
+    // answer is false, where a finger could not have done it. `time`: seconds of the frame clock.
     bool dragTo(const CGPoint& offset, double time);
-    // Ends a drag and a motion silently, with the content inside its edges at once.
+    // Ends a drag and a motion with the content inside its edges at once; the delegate hears
+    // nothing of it.
     void settle();
 
     // Not owned; nothing is sent to a delegate that is gone.
@@ -78,29 +80,35 @@ private:
 
     // The edges that it was planned for, and how each axis goes.
     struct Motion {
-        double start; // seconds of the frame clock
+        double start;  // seconds of the frame clock
+        double latest; // the frame that the content was moved for; the start before the first one
         ScrollRange across;
         ScrollRange down;
         AxisMotion x;
         AxisMotion y;
         double duration() const;
+        bool isAtRest() const;
+        CGPoint offsetAt(double elapsed) const;
+        CGPoint velocityAt(double elapsed) const;
     };
 
-    // Of a finger: velocities are the finger's, in points a second.
+    // Velocities are the finger's, in points a second.
     void beginDrag();
-    void dragBy(const CGPoint& translation); // since the beginning
+    void dragBy(const CGPoint& way); // since the beginning
     void endDrag(const CGPoint& fingerVelocity, double time);
     void cancelDrag(double time);
 
     void stopMotion() { m_motion.reset(); }
     void startMotion(const CGPoint& velocity, double time); // of the offset
-    bool advanceMotion(double time);                        // true while it goes on
+    void advanceMotion(double time);                        // of one that goes on
     Motion plannedMotion(const CGPoint& velocity, double time) const;
-    void replanForNewEdges(double time);
-    void finishMotion();
+    void replanForNewEdges();
     void moveContentTo(const CGPoint& offset);
+    bool isSomewhereElse(const CGPoint& offset) const;
+    CGPoint insideEdges(const CGPoint& offset) const;
     ScrollRange horizontalRange() const;
     ScrollRange verticalRange() const;
+    CGPoint contentVelocity(const CGPoint& fingerVelocity) const;
 
     CGSize m_contentSize;
     bool m_scrollEnabled = true;
@@ -110,6 +118,7 @@ private:
     std::weak_ptr<UIScrollViewDelegate> m_delegate;
     bool m_isDragging = false;
     CGPoint m_dragStart; // the offset without edges, when the drag began
+    CGSize m_bandSize;   // the view's, or more where the content was caught far out
     std::optional<Motion> m_motion;
 };
 

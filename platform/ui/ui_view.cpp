@@ -1,5 +1,5 @@
-// Everything that walks a tree does so with a list of its own instead of calling itself, so that
-// the depth of a tree is bounded by memory alone.
+// Everything that walks a tree, but a touch that is passed on, does so with a list of its own
+// instead of calling itself, so that the depth of a tree is bounded by memory alone.
 #include "platform/ui/ui_view.h"
 
 #include <algorithm>
@@ -202,13 +202,18 @@ void UIView::insertSubview(const std::shared_ptr<UIView>& view, std::size_t inde
     // The argument may stand in a list that is changed below.
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it keeps the view alive
     const std::shared_ptr<UIView> added = view;
-    const UIWindow* oldWindow = added->window();
-    added->removeFromSuperview();
+    UIWindow* oldWindow = added->window();
+    if (added->m_superview != nullptr) {
+        added->detach();
+    }
     const auto position = static_cast<std::ptrdiff_t>(std::min(index, m_subviews.size()));
     m_subviews.insert(m_subviews.begin() + position, added);
     added->m_superview = this;
     if (window() != oldWindow) {
         added->setNeedsLayoutThroughout();
+        if (oldWindow != nullptr) {
+            oldWindow->letGoBelow(*added);
+        }
     }
     setNeedsLayout();
 }
@@ -217,14 +222,23 @@ void UIView::removeFromSuperview() {
     if (m_superview == nullptr) {
         return;
     }
+    UIWindow* oldWindow = window();
+    const std::shared_ptr<UIView> keptAlive = detach();
+    if (oldWindow != nullptr) {
+        oldWindow->letGoBelow(*this);
+    }
+}
+
+std::shared_ptr<UIView> UIView::detach() {
     UIView& superview = *m_superview;
     auto& siblings = superview.m_subviews;
     const auto place = std::find_if(siblings.begin(), siblings.end(),
                                     [this](const auto& view) { return view.get() == this; });
-    const std::shared_ptr<UIView> keptAlive = *place;
+    std::shared_ptr<UIView> self = *place;
     siblings.erase(place);
     m_superview = nullptr;
     superview.setNeedsLayout();
+    return self;
 }
 
 bool UIView::isDescendantOfView(const UIView& view) const {
@@ -233,6 +247,13 @@ bool UIView::isDescendantOfView(const UIView& view) const {
         candidate = candidate->m_superview;
     }
     return candidate != nullptr;
+}
+
+void UIView::setHidden(bool hidden) {
+    m_hidden = hidden;
+    if (UIWindow* top = hidden ? window() : nullptr) {
+        top->letGoBelow(*this);
+    }
 }
 
 void UIView::setNeedsLayout() {
@@ -349,27 +370,32 @@ bool UIView::canBeTouched() const {
     return view == nullptr;
 }
 
+// A view may leave its tree while it is told of a touch.
+std::shared_ptr<UIView> UIView::keptSuperview() const {
+    return m_superview != nullptr ? m_superview->weak_from_this().lock() : nullptr;
+}
+
 void UIView::touchesBegan(const UITouchSet& touches, UIEvent& event) {
-    if (m_superview != nullptr) {
-        m_superview->touchesBegan(touches, event);
+    if (const auto above = keptSuperview()) {
+        above->touchesBegan(touches, event);
     }
 }
 
 void UIView::touchesMoved(const UITouchSet& touches, UIEvent& event) {
-    if (m_superview != nullptr) {
-        m_superview->touchesMoved(touches, event);
+    if (const auto above = keptSuperview()) {
+        above->touchesMoved(touches, event);
     }
 }
 
 void UIView::touchesEnded(const UITouchSet& touches, UIEvent& event) {
-    if (m_superview != nullptr) {
-        m_superview->touchesEnded(touches, event);
+    if (const auto above = keptSuperview()) {
+        above->touchesEnded(touches, event);
     }
 }
 
 void UIView::touchesCancelled(const UITouchSet& touches, UIEvent& event) {
-    if (m_superview != nullptr) {
-        m_superview->touchesCancelled(touches, event);
+    if (const auto above = keptSuperview()) {
+        above->touchesCancelled(touches, event);
     }
 }
 

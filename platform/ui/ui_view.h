@@ -58,6 +58,8 @@ public:
     void addSubview(const std::shared_ptr<UIView>& view);
     // `index`: its place among the subviews afterwards; the front where that is too large.
     void insertSubview(const std::shared_ptr<UIView>& view, std::size_t index);
+    // Where a view leaves its window, drags and motions at and below it end at once, untold, with
+    // the content inside its edges.
     void removeFromSuperview();
     bool isDescendantOfView(const UIView& view) const; // a view descends from itself
 
@@ -70,7 +72,8 @@ public:
     bool autoresizesSubviews() const { return m_autoresizesSubviews; }
     void setAutoresizesSubviews(bool autoresizes) { m_autoresizesSubviews = autoresizes; }
     bool isHidden() const { return m_hidden; }
-    void setHidden(bool hidden) { m_hidden = hidden; }
+    // What is dragged or moves at or below a view that is hidden ends, as if it left the window.
+    void setHidden(bool hidden);
     CGFloat alpha() const { return m_alpha; }
     void setAlpha(CGFloat alpha) { m_alpha = alpha; }
     bool isUserInteractionEnabled() const { return m_userInteractionEnabled; }
@@ -109,11 +112,13 @@ public:
 private:
     struct OpenPainting;
 
+    std::shared_ptr<UIView> detach(); // the view itself
     void setSize(CGSize size);
     void setNeedsLayoutThroughout();
     void layoutDueViews();
     void layoutOwnIfDue();
     bool takesTouches() const;
+    std::shared_ptr<UIView> keptSuperview() const;
     CGPoint fromSuperview(const CGPoint& point) const;
     CGPoint originInTree() const;
     bool isPainted(const std::optional<CGRect>& clip) const;

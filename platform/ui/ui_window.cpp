@@ -13,7 +13,17 @@ UIWindow::UIWindow(const CGRect& frame, const Screen& screen)
     : UIView(frame)
     , m_screen(screen) {}
 
-UIWindow::~UIWindow() = default;
+// Views that outlive their window are not left half pulled.
+UIWindow::~UIWindow() {
+    letGoBelow(*this);
+}
+
+double UIWindow::orderedFingerTime(double time) {
+    if (time > m_fingerTime) {
+        m_fingerTime = time;
+    }
+    return m_fingerTime;
+}
 
 void UIWindow::sendFinger(const FingerReport& report) {
     if (!std::isfinite(report.location.x) || !std::isfinite(report.location.y) ||
@@ -22,45 +32,57 @@ void UIWindow::sendFinger(const FingerReport& report) {
     }
     const auto keptAlive = shared_from_this();
     FingerReport ordered = report;
-    ordered.time = m_latestTime = std::max(report.time, m_latestTime);
+    ordered.time = orderedFingerTime(report.time);
     const std::shared_ptr<TouchTracking> tracking = m_tracking;
     const bool isKnown = tracking && tracking->finger() == report.finger;
+    if (!isKnown && report.phase != UITouchPhase::began) {
+        return;
+    }
     switch (report.phase) {
     case UITouchPhase::began:
         if (isKnown) { // its lift was never reported
             cancelFinger(ordered.time);
         }
-        if (!m_tracking) {
-            m_tracking = std::make_shared<TouchTracking>(*this, ordered);
-            std::shared_ptr(m_tracking)->begin();
-        }
+        beginTracking(ordered);
         break;
     case UITouchPhase::moved:
-        if (isKnown) {
-            tracking->move(ordered);
-        }
+        tracking->move(ordered);
         break;
     case UITouchPhase::stationary:
         break;
     case UITouchPhase::ended:
-        if (isKnown) {
-            m_tracking = nullptr;
-            tracking->lift(ordered);
-        }
+        liftFinger(tracking, ordered);
         break;
     case UITouchPhase::cancelled:
-        if (isKnown) {
-            cancelFinger(ordered.time);
-        }
+        cancelFinger(ordered.time);
         break;
+    }
+}
+
+void UIWindow::beginTracking(const FingerReport& report) {
+    if (!m_tracking) {
+        const auto tracking = std::make_shared<TouchTracking>(*this, report);
+        m_tracking = tracking;
+        tracking->begin();
+    }
+}
+
+// The finger is still down while its last way is told, which may make someone cancel it.
+void UIWindow::liftFinger(const std::shared_ptr<TouchTracking>& tracking,
+                          const FingerReport& report) {
+    if (report.location != tracking->location()) {
+        tracking->move(report);
+    }
+    if (m_tracking == tracking) {
+        m_tracking = nullptr;
+        tracking->lift(report);
     }
 }
 
 void UIWindow::cancelFinger(double time) {
     if (const auto tracking = std::exchange(m_tracking, nullptr)) {
         const auto keptAlive = shared_from_this();
-        m_latestTime = std::max(time, m_latestTime);
-        tracking->cancel(m_latestTime);
+        tracking->cancel(orderedFingerTime(time));
     }
 }
 
@@ -76,31 +98,46 @@ void UIWindow::letGoBelow(const UIView& view) {
     if (m_tracking) {
         m_tracking->letGoBelow(view);
     }
+    const auto letGo =
+        std::stable_partition(m_active.begin(), m_active.end(), [&view](const auto& active) {
+            const auto scrollView = active.lock();
+            return scrollView && !scrollView->isDescendantOfView(view);
+        });
+    std::for_each(letGo, m_active.end(), [](const auto& active) {
+        const auto scrollView = active.lock();
+        if (scrollView && (scrollView->isDragging() || scrollView->isDecelerating())) {
+            scrollView->settle();
+        }
+    });
+    m_active.erase(letGo, m_active.end());
 }
 
-void UIWindow::addMoving(const std::shared_ptr<UIScrollView>& view) {
-    m_moving.push_back(view);
+void UIWindow::addActive(const std::shared_ptr<UIScrollView>& view) {
+    const auto isSameOrGone = [&view](const auto& active) {
+        const auto other = active.lock();
+        return !other || other == view;
+    };
+    m_active.erase(std::remove_if(m_active.begin(), m_active.end(), isSameOrGone), m_active.end());
+    m_active.push_back(view);
 }
 
 bool UIWindow::advance(double time) {
     const auto keptAlive = shared_from_this();
-    for (const auto& moving : std::exchange(m_moving, {})) {
-        const auto view = moving.lock();
-        if (!view || !view->isDecelerating()) {
-            continue;
-        }
-        if (view->window() != this) {
-            view->settle();
-        } else if (view->advanceMotion(time)) {
-            m_moving.push_back(view);
+    if (std::isfinite(time)) {
+        const double now = m_frameTime = std::max(time, m_frameTime);
+        const auto active = m_active; // each message may change the list
+        for (const auto& one : active) {
+            if (const auto view = one.lock(); view && view->isDecelerating()) {
+                view->advanceMotion(now);
+            }
         }
     }
     return isMoving();
 }
 
 bool UIWindow::isMoving() const {
-    return std::any_of(m_moving.begin(), m_moving.end(), [](const auto& moving) {
-        const auto view = moving.lock();
+    return std::any_of(m_active.begin(), m_active.end(), [](const auto& active) {
+        const auto view = active.lock();
         return view && view->isDecelerating();
     });
 }

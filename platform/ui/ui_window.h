@@ -43,22 +43,28 @@ public:
     std::shared_ptr<UIScrollView> draggedScrollView() const;
 
     // Moves what is in motion to where it is at that time; the motion does not depend on how often
-    // this is called. True while something goes on moving.
+    // this is called. True while something goes on moving. A time that is no number moves nothing.
     bool advance(double time);
     bool isMoving() const;
 
-    // The view shows something else from now on: the finger goes on without the scroll views at and
-    // below it, and no action runs.
+    // The view has left the window or shows something else from now on: drags and motions at and
+    // below it end at once with the content inside its edges, the finger goes on without them, and
+    // their delegates hear nothing.
     void letGoBelow(const UIView& view);
 
 private:
     friend class UIScrollView;
-    void addMoving(const std::shared_ptr<UIScrollView>& view);
+    void addActive(const std::shared_ptr<UIScrollView>& view);
+    double orderedFingerTime(double time);
+    void beginTracking(const FingerReport& report);
+    void liftFinger(const std::shared_ptr<TouchTracking>& tracking, const FingerReport& report);
 
     const Screen& m_screen;
-    double m_latestTime = 0;
-    std::shared_ptr<TouchTracking> m_tracking; // null while no finger is down
-    std::vector<std::weak_ptr<UIScrollView>> m_moving;
+    // Apart, because the reports of one frame may reach the window after the frame's time.
+    double m_fingerTime = 0;
+    double m_frameTime = 0;
+    std::shared_ptr<TouchTracking> m_tracking;         // null while no finger is down
+    std::vector<std::weak_ptr<UIScrollView>> m_active; // what is dragged or moves, and once did
 };
 
 } // namespace quorvel::platform

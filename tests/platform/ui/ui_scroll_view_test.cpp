@@ -1,13 +1,17 @@
 #include "platform/ui/ui_scroll_view.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "platform/memory/recording_context.h"
+#include "tests/platform/ui/fingers.h"
 
 namespace quorvel::platform {
 namespace {
+
+using testing::ElementsAre;
 
 class CountingDelegate : public UIScrollViewDelegate {
 public:
@@ -67,6 +71,48 @@ TEST(UIScrollViewTest, TellsItsDelegateOfARealChange) {
     view.setContentOffset({0, 6});
     EXPECT_EQ(view.delegate(), nullptr);
     EXPECT_EQ(view.contentOffset(), (CGPoint{0, 6}));
+}
+
+// As if a finger had moved it.
+
+using ProgrammaticDragTest = FingerTest;
+
+TEST_F(ProgrammaticDragTest, DragsToAPlaceAsAFingerWould) {
+    EXPECT_TRUE(row->dragTo({-80.5, 0}, 1));
+    EXPECT_EQ(rowDelegate->begun, 1);
+    EXPECT_THAT(rowDelegate->ends, ElementsAre(std::pair(CGPoint{-80.5, 0}, true)));
+    EXPECT_FALSE(window->advance(3));
+    EXPECT_DOUBLE_EQ(row->contentOffset().x, 0);
+}
+
+TEST_F(ProgrammaticDragTest, DragsNothingThatAFingerCouldNot) {
+    EXPECT_FALSE(row->dragTo({0, -80}, 1));
+    EXPECT_FALSE(row->dragTo({std::nan(""), 0}, 1));
+    row->setScrollEnabled(false);
+    EXPECT_FALSE(row->dragTo({-90, 0}, 1));
+    row->setScrollEnabled(true);
+    row->setUserInteractionEnabled(false);
+    EXPECT_FALSE(row->dragTo({-90, 0}, 1));
+    row->setUserInteractionEnabled(true);
+    list->setHidden(true);
+    EXPECT_FALSE(row->dragTo({-90, 0}, 1));
+    list->setHidden(false);
+    list->removeFromSuperview();
+    EXPECT_FALSE(row->dragTo({-90, 0}, 1));
+    EXPECT_EQ(rowDelegate->begun, 0);
+}
+
+TEST_F(ProgrammaticDragTest, ShowsARectangleWithTheLeastMovement) {
+    list->scrollToShow(CGRectMake(0, 500, 320, 60));
+    EXPECT_DOUBLE_EQ(list->contentOffset().y, 160);
+    list->scrollToShow(CGRectMake(0, 300, 320, 60));
+    EXPECT_DOUBLE_EQ(list->contentOffset().y, 160);
+    list->scrollToShow(CGRectMake(0, 100, 320, 60));
+    EXPECT_DOUBLE_EQ(list->contentOffset().y, 100);
+    list->scrollToShow(CGRectMake(0, 200, 320, 700)); // too high: its top
+    EXPECT_DOUBLE_EQ(list->contentOffset().y, 200);
+    list->scrollToShow(CGRectMake(0, 990, 320, 60));
+    EXPECT_DOUBLE_EQ(list->contentOffset().y, 600);
 }
 
 } // namespace
