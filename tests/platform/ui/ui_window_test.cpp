@@ -1,8 +1,6 @@
 // How content goes on by itself after the finger has lifted.
 #include "platform/ui/ui_window.h"
 
-#include <algorithm>
-#include <cstddef>
 #include <limits>
 #include <memory>
 #include <ostream>
@@ -18,7 +16,6 @@ namespace quorvel::platform {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 using MotionTest = FingerTest;
 
