@@ -1,16 +1,23 @@
 // The rows as a screen reader finds them, over the accessibility bus of a private session.
+#include <cstdlib>
 #include <memory>
+#include <optional>
 
 #include <atspi/atspi.h>
+#include <gio/gio.h>
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
+#include "tests/freedesktop/session/session_testing.h"
 #include "tests/window/window_fixture.h"
 
 namespace quorvel::window {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::EndsWith;
+using testing::HasSubstr;
 
 struct ObjectUnref {
     void operator()(gpointer object) const { g_object_unref(object); }
@@ -49,37 +56,95 @@ std::string nameOf(AtspiAccessible* object) {
     return text;
 }
 
+bool hasState(AtspiAccessible* object, AtspiStateType state) {
+    const std::unique_ptr<AtspiStateSet, ObjectUnref> states(
+        atspi_accessible_get_state_set(object));
+    return states && atspi_state_set_contains(states.get(), state) != 0;
+}
+
+std::vector<std::string> namesIn(AtspiAccessible* list) {
+    std::vector<std::string> names;
+    for (int i = 0; i < childCount(list); ++i) {
+        const Accessible row = childAt(list, i);
+        names.push_back(row ? nameOf(row.get()) : "(none)");
+    }
+    return names;
+}
+
 class AccessibilityTest : public WindowTest {
 protected:
-    AccessibilityTest() {
-        m_environment.erase("NO_AT_BRIDGE");
-        setenv("DISPLAY", m_display->name().c_str(), 1);
-        setenv("XDG_RUNTIME_DIR", path("runtime").c_str(), 1);
+    // The session bus starts the accessibility bus, which writes into folders and needs a display;
+    // they are to be the test's, and to be there for as long as it runs.
+    static void SetUpTestSuite() {
+        s_folder.emplace();
+        s_display.emplace(*s_folder / "display.log");
+        GVariantBuilder environment;
+        g_variant_builder_init(&environment, G_VARIANT_TYPE("a{ss}"));
+        for (const char* name :
+             {"HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME"}) {
+            g_variant_builder_add(&environment, "{ss}", name, s_folder->path().c_str());
+        }
+        g_variant_builder_add(&environment, "{ss}", "DISPLAY", s_display->name().c_str());
+        callBus("org.freedesktop.DBus", "/org/freedesktop/DBus", "UpdateActivationEnvironment",
+                g_variant_new("(a{ss})", &environment));
+        unsetenv("DISPLAY"); // where the way to another bus might be written
         atspi_init();
     }
-    Accessible list() const {
-        const Accessible desktop(atspi_get_desktop(0));
-        return findRole(desktop.get(), ATSPI_ROLE_LIST);
+    static void TearDownTestSuite() {
+        atspi_exit();
+        s_display.reset();
+        s_folder.reset();
     }
+    // The answer's first text; empty where there is none.
+    static std::string callBus(const char* name, const char* path, const char* method,
+                               GVariant* parameters) {
+        const std::unique_ptr<GDBusConnection, ObjectUnref> bus(
+            g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+        GVariant* answer =
+            bus ? g_dbus_connection_call_sync(bus.get(), name, path, name, method, parameters,
+                                              nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr)
+                : nullptr;
+        EXPECT_NE(answer, nullptr) << method;
+        std::string text;
+        if (answer != nullptr) {
+            if (g_variant_n_children(answer) > 0) {
+                const char* first = nullptr;
+                g_variant_get_child(answer, 0, "&s", &first);
+                text = first;
+            }
+            g_variant_unref(answer);
+        }
+        return text;
+    }
+
+    AccessibilityTest() { m_environment.erase("NO_AT_BRIDGE"); }
+    void showList(int rowCount) {
+        show();
+        ASSERT_TRUE(becomesTrue(20, [&] {
+            const Accessible desktop(atspi_get_desktop(0));
+            m_list = findRole(desktop.get(), ATSPI_ROLE_LIST);
+            return m_list && childCount(m_list.get()) == rowCount;
+        }));
+    }
+    std::vector<std::string> names() const { return namesIn(m_list.get()); }
+
+    static inline std::optional<testing_session::TemporaryFolder> s_folder;
+    static inline std::optional<VirtualDisplay> s_display;
+    Accessible m_list;
 };
+
+TEST_F(AccessibilityTest, ItsBusIsTheTestsOwn) {
+    const std::string address = callBus("org.a11y.Bus", "/org/a11y/bus", "GetAddress", nullptr);
+    EXPECT_THAT(address, HasSubstr(s_folder->path().string()));
+}
 
 TEST_F(AccessibilityTest, ReadsTheRowsAndRunsTheirAction) {
     writeThreeEvents();
-    show();
-    Accessible rows;
-    ASSERT_TRUE(becomesTrue(20, [&] {
-        rows = list();
-        return rows && childCount(rows.get()) == 3;
-    }));
-    std::vector<std::string> names;
-    for (int i = 0; i < 3; ++i) {
-        const Accessible row = childAt(rows.get(), i);
-        ASSERT_TRUE(row);
-        EXPECT_EQ(atspi_accessible_get_role(row.get(), nullptr), ATSPI_ROLE_LIST_ITEM);
-        names.push_back(nameOf(row.get()));
-    }
-    EXPECT_THAT(names, ElementsAre("Breakfast, 11:00 AM", "Lunch, 12:00 PM", "Tea, 2:00 PM"));
-    const Accessible second = childAt(rows.get(), 1);
+    showList(3);
+    EXPECT_THAT(names(), ElementsAre("Breakfast, 11:00 AM", "Lunch, 12:00 PM", "Tea, 2:00 PM"));
+    const Accessible second = childAt(m_list.get(), 1);
+    ASSERT_TRUE(second);
+    EXPECT_EQ(atspi_accessible_get_role(second.get(), nullptr), ATSPI_ROLE_LIST_ITEM);
     AtspiAction* action = atspi_accessible_get_action_iface(second.get());
     ASSERT_NE(action, nullptr);
     EXPECT_EQ(atspi_action_get_n_actions(action, nullptr), 1);
@@ -87,13 +152,57 @@ TEST_F(AccessibilityTest, ReadsTheRowsAndRunsTheirAction) {
     g_object_unref(action);
     ASSERT_TRUE(opensLinks(1));
     EXPECT_THAT(opened(), ElementsAre(EndsWith("/second?o=794836800.0")));
+}
 
+TEST_F(AccessibilityTest, HearsOfOtherRows) {
+    writeThreeEvents();
+    showList(3);
+    const Accessible old = childAt(m_list.get(), 0);
     writeCalendar(event("a", "Alone", "20260310T110000Z", "20260310T120000Z"));
-    EXPECT_TRUE(becomesTrue(10, [&] {
-        atspi_accessible_clear_cache(rows.get());
-        const Accessible first = childCount(rows.get()) == 1 ? childAt(rows.get(), 0) : nullptr;
-        return first && nameOf(first.get()) == "Alone, 11:00 AM";
-    }));
+    EXPECT_TRUE(becomesTrue(10, [&] { return childCount(m_list.get()) == 1; }));
+    EXPECT_THAT(names(), ElementsAre("Alone, 11:00 AM"));
+    atspi_accessible_clear_cache(old.get());
+    EXPECT_TRUE(hasState(old.get(), ATSPI_STATE_DEFUNCT));
+}
+
+TEST_F(AccessibilityTest, TheKeysMoveTheFocusOverTheRows) {
+    writeThreeEvents();
+    showList(3);
+    EXPECT_TRUE(hasState(m_list.get(), ATSPI_STATE_MANAGES_DESCENDANTS));
+    const auto hasFocus = [&](int row) {
+        const Accessible item = childAt(m_list.get(), row);
+        atspi_accessible_clear_cache(item.get());
+        return hasState(item.get(), ATSPI_STATE_FOCUSED);
+    };
+    EXPECT_FALSE(hasFocus(0));
+    key("Down");
+    EXPECT_TRUE(becomesTrue(5, [&] { return hasFocus(0); }));
+    key("Down");
+    EXPECT_TRUE(becomesTrue(5, [&] { return hasFocus(1); }));
+    EXPECT_FALSE(hasFocus(0));
+}
+
+// The window and the command that prints have the same rows, in the same words.
+TEST_F(AccessibilityTest, ShowsWhatTheAgendaCommandPrints) {
+    writeSettings("<key>displayLocation</key><true/>");
+    const std::string end = "END:VEVENT\r\n";
+    std::string party = event("party", "Party", "20260311T190000Z", "20260311T230000Z");
+    party.insert(party.size() - end.size(), "LOCATION:Café Sol\r\n");
+    writeCalendar(event("walk", "Walk", "20260310T080000Z", "20260310T113000Z") + party +
+                  event("fair", "Fair", "20260310", "20260312"));
+    const auto printedRows = nlohmann::json::parse(printed("agenda", {"--json"}));
+    ASSERT_EQ(printedRows.size(), 3U);
+    std::vector<std::string> expected;
+    for (const auto& row : printedRows) {
+        std::string name = row.at("title").get<std::string>();
+        if (row.at("location").is_string()) {
+            name += ", " + row.at("location").get<std::string>();
+        }
+        expected.push_back(name + ", " + row.at("caption").get<std::string>());
+    }
+    showList(3);
+    EXPECT_EQ(names(), expected);
+    EXPECT_THAT(names(), Contains("Party, Café Sol, Tomorrow, 7:00 PM"));
 }
 
 } // namespace

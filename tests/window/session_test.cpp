@@ -10,6 +10,7 @@
 namespace quorvel::window {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -39,8 +40,16 @@ protected:
         }
         words.insert(words.end(), {"mouseup", "1"});
     }
+    void addClick(std::vector<std::string>& words, const std::string& button) {
+        words.insert(words.end(), {"mousedown", button, "mouseup", button});
+    }
+    // The keyboard goes elsewhere meanwhile.
+    void addHiding(std::vector<std::string>& words) {
+        words.insert(words.end(),
+                     {"windowunmap", window(), "windowmap", window(), "windowfocus", window()});
+    }
     void addStep(std::vector<std::string>& words) {
-        switch (number(0, 9)) {
+        switch (number(0, 11)) {
         case 0:
             words.insert(words.end(), {"key", "F5"});
             break;
@@ -48,11 +57,18 @@ protected:
             words.insert(words.end(), {"key", number(0, 1) == 0 ? "Down" : "Up"});
             break;
         case 2:
-            words.insert(words.end(), {"click", number(0, 1) == 0 ? "4" : "5"});
+            addClick(words, number(0, 1) == 0 ? "4" : "5");
             break;
         case 3:
             addMove(words);
-            words.insert(words.end(), {"click", "1"});
+            addClick(words, "1");
+            break;
+        case 4:
+            words.insert(words.end(), {"windowsize", window(), std::to_string(number(1, 500)),
+                                       std::to_string(number(1, 500))});
+            break;
+        case 5:
+            addHiding(words);
             break;
         default:
             addDrag(words);
@@ -80,6 +96,7 @@ TEST_F(SessionTest, SurvivesAThousandRandomSteps) {
     std::cout << "seed: " << seedOfSession() << " (QUORVEL_SEED chooses another)\n";
     writeThreeEvents();
     show();
+    const Picture before = picture();
     for (int step = 0; step < steps; step += stepsABatch) {
         std::vector<std::string> words;
         for (int i = 0; i < stepsABatch; ++i) {
@@ -87,9 +104,20 @@ TEST_F(SessionTest, SurvivesAThousandRandomSteps) {
         }
         input(words);
         changeFiles();
-        ASSERT_EQ(m_program->exitStatus(0.05), std::nullopt) << errors();
+        ASSERT_EQ(m_program->exitStatus(0.2), std::nullopt) << errors(); // time to present
     }
-    EXPECT_FALSE(opened().empty()); // some of the pulls went far enough
+    // It looks and works as before.
+    writeSettings("");
+    writeThreeEvents();
+    input({"windowmove", window(), "0", "0", "windowsize", window(), std::to_string(before.width),
+           std::to_string(before.height), "windowfocus", window(), "key", "F5"});
+    moveTo(before.width - 1, before.height - 1);
+    click(1); // takes the focus from the rows
+    EXPECT_TRUE(pictureBecomes(before, 20));
+    const std::size_t count = opened().size();
+    drag(60, 10, 60 + distanceForOffset(90), 10);
+    ASSERT_TRUE(opensLinks(count + 1));
+    EXPECT_THAT(opened().back(), EndsWith("/first?o=794833200.0"));
     key("Escape");
     EXPECT_EQ(m_program->exitStatus(20), 0) << errors();
     EXPECT_THAT(errors(), Not(HasSubstr("Sanitizer")));

@@ -1,6 +1,8 @@
 #include "tests/window/window_fixture.h"
 
+#include <algorithm>
 #include <cmath>
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -25,6 +27,25 @@ void replaceFile(const fs::path& path, const std::string& text) {
     const fs::path fresh = path.string() + ".new";
     std::ofstream(fresh) << text;
     fs::rename(fresh, path);
+}
+
+// The parts of a text that each end with a NUL.
+std::vector<std::string> partsOf(const std::string& text) {
+    std::vector<std::string> parts;
+    std::string part;
+    for (const char c : text) {
+        if (c == '\0') {
+            parts.push_back(std::exchange(part, ""));
+        } else {
+            part += c;
+        }
+    }
+    return parts;
+}
+
+// A new window is black before the program has painted it.
+bool isPainted(const Picture& picture) {
+    return std::ranges::any_of(picture.pixels, [](std::uint32_t pixel) { return pixel != 0; });
 }
 
 const char* environmentValue(const char* name) {
@@ -67,6 +88,10 @@ WindowTest::WindowTest() {
 
 WindowTest::~WindowTest() {
     m_program.reset();
+    for (const pid_t handler : handlers()) {
+        kill(handler, SIGTERM);
+    }
+    EXPECT_TRUE(becomesTrue(5, [this] { return handlers().empty(); }));
     m_display.reset();
     std::error_code ignored;
     fs::remove_all(m_folder, ignored);
@@ -102,22 +127,50 @@ void WindowTest::installHandler(const std::string& entryName, const std::string&
     }
 }
 
+std::vector<std::string> WindowTest::commonArguments(const std::string& now) const {
+    return {"--calendars",   path("calendars").string(),
+            "--preferences", path("preferences").string(),
+            "--locale",      "en_US",
+            "--timezone",    "UTC",
+            "--now",         now,
+            "--log",         path("log").string()};
+}
+
 void WindowTest::show(const std::vector<std::string>& more, const std::string& now) {
-    std::vector<std::string> arguments{"show",
-                                       "--calendars",
-                                       path("calendars").string(),
-                                       "--preferences",
-                                       path("preferences").string(),
-                                       "--locale",
-                                       "en_US",
-                                       "--timezone",
-                                       "UTC",
-                                       "--now",
-                                       now,
-                                       "--log",
-                                       path("log").string()};
+    std::vector<std::string> arguments = commonArguments(now);
+    arguments.insert(arguments.begin(), "show");
     arguments.insert(arguments.end(), more.begin(), more.end());
     showWith(arguments);
+}
+
+Picture WindowTest::pictureAt(const std::string& now) {
+    show({}, now);
+    const Picture shown = picture();
+    m_program.reset();
+    return shown;
+}
+
+void WindowTest::showBeforeEndOf(const std::string& minute, const Picture& expected) {
+    for (const int seconds : {57, 50, 30, 0}) {
+        m_program.reset();
+        show({},
+             "2026-03-10T" + minute + (seconds < 10 ? ":0" : ":") + std::to_string(seconds) + "Z");
+        if (picture() == expected) {
+            return;
+        }
+    }
+    FAIL() << "it has never looked so";
+}
+
+std::string WindowTest::printed(const std::string& command,
+                                const std::vector<std::string>& more) const {
+    std::vector<std::string> words = commonArguments(tenOClock);
+    words.insert(words.begin(), {QUORVEL_PROGRAM, command});
+    words.insert(words.end(), more.begin(), more.end());
+    ChildProcess program(words, m_environment, path("errors").string(), -1,
+                         path("printed").string());
+    EXPECT_EQ(program.exitStatus(patience), 0) << errors();
+    return contents(path("printed"));
 }
 
 void WindowTest::showWith(const std::vector<std::string>& arguments) {
@@ -128,8 +181,8 @@ void WindowTest::showWith(const std::vector<std::string>& arguments) {
         m_window = m_display->window();
         return m_window != 0;
     })) << errors();
-    input({"windowfocus", std::to_string(m_window)});
-    steadyPicture();
+    input({"windowfocus", window()});
+    ASSERT_TRUE(isPainted(steadyPicture())) << errors();
 }
 
 Picture WindowTest::picture() const {
@@ -141,7 +194,7 @@ Picture WindowTest::steadyPicture() const {
     double since = secondsNow();
     becomesTrue(patience, [&] {
         Picture next = picture();
-        if (next != last || next.width == 0) {
+        if (next != last || !isPainted(next)) {
             last = std::move(next);
             since = secondsNow();
         }
@@ -166,8 +219,7 @@ void WindowTest::input(const std::vector<std::string>& words) const {
 }
 
 void WindowTest::moveTo(int x, int y) const {
-    input(
-        {"mousemove", "--window", std::to_string(m_window), std::to_string(x), std::to_string(y)});
+    input({"mousemove", "--window", window(), std::to_string(x), std::to_string(y)});
 }
 
 void WindowTest::press(int x, int y) const {
@@ -191,17 +243,27 @@ void WindowTest::key(const std::string& name) const {
     input({"key", name});
 }
 
+// xdotool's own click waits for longer than the whole rest of a script takes.
+void WindowTest::click(int button) const {
+    input({"mousedown", std::to_string(button), "mouseup", std::to_string(button)});
+}
+
 std::vector<std::string> WindowTest::opened() const {
-    std::vector<std::string> links;
-    std::string link;
-    for (const char c : contents(path("opened"))) {
-        if (c == '\0') {
-            links.push_back(std::exchange(link, ""));
-        } else if (c != '\n') {
-            link += c;
+    std::string written = contents(path("opened"));
+    std::erase(written, '\n');
+    return partsOf(written);
+}
+
+// They are known by the file that they write to, which no other process can name.
+std::vector<pid_t> WindowTest::handlers() const {
+    std::vector<pid_t> running;
+    for (const auto& entry : fs::directory_iterator("/proc")) {
+        const std::vector<std::string> words = partsOf(contents(entry.path() / "cmdline"));
+        if (words.size() > 1 && words[0] == RECORDER && words[1] == path("opened")) {
+            running.push_back(std::stoi(entry.path().filename().string()));
         }
     }
-    return links;
+    return running;
 }
 
 bool WindowTest::opensLinks(std::size_t count) const {

@@ -28,12 +28,19 @@ protected:
                         int milliseconds = 0) const;
     std::filesystem::path path(const std::string& name) const { return m_folder / name; }
 
-    // At 10:00 UTC of that day unless `now` says otherwise; the clock runs.
-    void show(const std::vector<std::string>& more = {},
-              const std::string& now = "2026-03-10T10:00:00Z");
+    // At 10:00 UTC of that day unless `now` says otherwise; the clock runs. Returns when the window
+    // has been painted and looks the same for a moment; it has the keyboard then.
+    void show(const std::vector<std::string>& more = {}, const std::string& now = tenOClock);
     void showWith(const std::vector<std::string>& arguments); // nothing else
+    // What a window that is opened at that instant looks like. It is closed afterwards.
+    Picture pictureAt(const std::string& now);
+    // Opens the window shortly before a minute of 10 March is over, early enough for it to look
+    // like that first, however slowly it starts. `minute` is written as 23:59.
+    void showBeforeEndOf(const std::string& minute, const Picture& expected);
+    // What another command prints for the same calendars, settings and instant.
+    std::string printed(const std::string& command, const std::vector<std::string>& more) const;
     Picture picture() const;
-    // Once it stays the same for a moment.
+    // Once it has been painted and stays the same for a moment.
     Picture steadyPicture() const;
     bool pictureBecomes(const Picture& wanted, double seconds) const;
     bool pictureChangesFrom(const Picture& old, double seconds) const;
@@ -45,9 +52,13 @@ protected:
     void release() const;
     void drag(int fromX, int fromY, int toX, int toY) const; // rests before the lift
     void key(const std::string& name) const;
+    void click(int button) const; // where the pointer is
+    // The number that input() knows the window by.
+    std::string window() const { return std::to_string(m_window); }
 
     std::vector<std::string> opened() const; // links, in order
     bool opensLinks(std::size_t count) const;
+    std::vector<pid_t> handlers() const; // that still run
     std::string errors() const; // what the program has said, less what the display server says
 
     std::map<std::string, std::string> m_environment;
@@ -55,6 +66,10 @@ protected:
     std::unique_ptr<ChildProcess> m_program;
 
 private:
+    static constexpr const char* tenOClock = "2026-03-10T10:00:00Z";
+
+    std::vector<std::string> commonArguments(const std::string& now) const;
+
     std::filesystem::path m_folder;
     unsigned long m_window = 0;
 };
