@@ -1,10 +1,9 @@
 // A long session of random input on the real window, the same for the same seed.
-#include <cstdlib>
-#include <iostream>
 #include <random>
 
 #include <gmock/gmock.h>
 
+#include "tests/test_seed.h"
 #include "tests/window/window_fixture.h"
 
 namespace quorvel::window {
@@ -16,11 +15,6 @@ using testing::Not;
 
 constexpr int steps = 1000;
 constexpr int stepsABatch = 40; // of input, between two changes of the files
-
-unsigned seedOfSession() {
-    const char* seed = std::getenv("QUORVEL_SEED");
-    return seed != nullptr ? static_cast<unsigned>(std::strtoul(seed, nullptr, 10)) : 20260310U;
-}
 
 class SessionTest : public WindowTest {
 protected:
@@ -89,11 +83,10 @@ protected:
         writeCalendar(events);
     }
 
-    std::mt19937 m_random{seedOfSession()};
+    std::mt19937 m_random{testSeed()};
 };
 
 TEST_F(SessionTest, SurvivesAThousandRandomSteps) {
-    std::cout << "seed: " << seedOfSession() << " (QUORVEL_SEED chooses another)\n";
     writeThreeEvents();
     show();
     const Picture before = picture();
