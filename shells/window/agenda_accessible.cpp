@@ -199,12 +199,14 @@ AtkObject* refRowAtPoint(AtkComponent* component, int x, int y, AtkCoordType coo
     int width = 0;
     int height = 0;
     atk_component_get_extents(component, &left, &top, &width, &height, coordinates);
-    if (x < left || x - left >= width || y < top || y - top >= height) {
+    // A list that is not shown stands at the least number that there is.
+    const platform::CGFloat across = static_cast<platform::CGFloat>(x) - left;
+    const platform::CGFloat down = static_cast<platform::CGFloat>(y) - top;
+    if (across < 0 || across >= width || down < 0 || down >= height) {
         return nullptr;
     }
     ListState& state = stateOf(component);
-    return answerOr<AtkObject*>(nullptr, state,
-                                [&] { return state.rowAtHeight(y - top).release(); });
+    return answerOr<AtkObject*>(nullptr, state, [&] { return state.rowAtHeight(down).release(); });
 }
 
 // Null until somebody has asked for the widget's accessible object.
