@@ -1,6 +1,7 @@
 // When the window presents its widget again by itself, and how it ends.
 #include <filesystem>
 #include <fstream>
+#include <functional>
 
 #include <gmock/gmock.h>
 
@@ -12,10 +13,24 @@ namespace {
 using testing::Each;
 using testing::HasSubstr;
 
-// A change is to be seen within a second.
+// A change is to be seen within a second. Another program may take the machine's time for longer
+// than that, but not again and again.
 constexpr double soon = 1;
+constexpr int attempts = 4;
 
-class LifeTest : public WindowTest {};
+class LifeTest : public WindowTest {
+protected:
+    // `isSeen` makes a change, a different one each time, and looks out for it.
+    static bool isOnceSeenInTime(const std::function<bool(int attempt)>& isSeen) {
+        for (int attempt = 0; attempt < attempts; ++attempt) {
+            if (isSeen(attempt)) {
+                return true;
+            }
+            rest(1);
+        }
+        return false;
+    }
+};
 
 TEST_F(LifeTest, TheRowsChangeAtMidnight) {
     writeCalendar(event("a", "Late", "20260311T110000Z", "20260311T120000Z"));
@@ -38,17 +53,23 @@ TEST_F(LifeTest, AnEventGoesWhenItEnds) {
 TEST_F(LifeTest, ASettingsFileThatIsReplacedIsSeenWithinASecond) {
     writeThreeEvents();
     show();
-    const Picture before = picture();
-    writeSettings("<key>textSize</key><integer>20</integer>");
-    EXPECT_TRUE(pictureChangesFrom(before, soon));
+    EXPECT_TRUE(isOnceSeenInTime([this](int attempt) {
+        const Picture before = picture();
+        writeSettings("<key>textSize</key><integer>" + std::to_string(20 + attempt) + "</integer>");
+        return pictureChangesFrom(before, soon);
+    }));
 }
 
 TEST_F(LifeTest, ACalendarThatIsReplacedIsSeenWithinASecond) {
     writeThreeEvents();
     show();
-    const int height = picture().height;
-    writeCalendar(event("first", "Breakfast", "20260310T110000Z", "20260310T120000Z"));
-    EXPECT_TRUE(becomesTrue(soon, [&] { return picture().height == height / 3; }));
+    const int rowHeight = picture().height / 3;
+    EXPECT_TRUE(isOnceSeenInTime([this, rowHeight](int attempt) {
+        const int rows = attempt % 2 == 0 ? 1 : 3;
+        rows == 1 ? writeCalendar(event("one", "Breakfast", "20260310T110000Z", "20260310T120000Z"))
+                  : writeThreeEvents();
+        return becomesTrue(soon, [&] { return picture().height == rows * rowHeight; });
+    }));
 }
 
 // The file stands outside the watched folder under its first name, so that nothing is heard of it.
