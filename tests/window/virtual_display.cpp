@@ -46,9 +46,10 @@ VirtualDisplay::VirtualDisplay(const std::string& errorFile) {
     if (pipe(ends.data()) != 0) {
         throw std::runtime_error("no pipe");
     }
+    // It ends with its last client, even where this process does not come to end it.
     m_server = std::make_unique<ChildProcess>(
         std::vector<std::string>{XVFB, "-displayfd", "3", "-screen", "0", "1280x1024x24",
-                                 "-nolisten", "tcp"},
+                                 "-nolisten", "tcp", "-terminate"},
         std::map<std::string, std::string>{{"PATH", "/usr/bin:/bin"}}, errorFile, ends[1]);
     close(ends[1]);
     m_name = ":" + readNumber(ends[0]);
