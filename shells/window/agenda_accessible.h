@@ -19,7 +19,7 @@ GType agendaAccessibleType();
 // rows throw while a reader asks them, and is called no more once other rows are set; the reader
 // gets an empty answer.
 void setAccessibleRows(GtkWidget* widget, RowList* rows,
-                       std::function<void(std::exception_ptr)> failed = {});
+                       std::function<void(std::exception_ptr)> failed);
 // The rows are others now: their number or their names.
 void accessibleRowsChanged(GtkWidget* widget);
 void accessibleFocusMoved(GtkWidget* widget);

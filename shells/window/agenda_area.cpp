@@ -147,7 +147,7 @@ void AreaState::setHost(AgendaHost* host) {
     if (m_host != nullptr) {
         m_input.emplace(*m_host);
     }
-    setAccessibleRows(m_widget, m_host != nullptr ? &m_host->rows() : nullptr);
+    setAccessibleRows(m_widget, m_host != nullptr ? &m_host->rows() : nullptr, m_failed);
     gtk_widget_queue_resize(m_widget);
     lookDifferent();
 }

@@ -115,7 +115,7 @@ protected:
     }
     void destroy() {
         if (GtkWidget* whole = std::exchange(window, nullptr)) {
-            setAccessibleRows(widget, nullptr);
+            setAccessibleRows(widget, nullptr, {});
             gtk_widget_destroy(whole);
         }
     }

@@ -4,14 +4,12 @@
 
 #include <gmock/gmock.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <stdexcept>
 
 #include "platform/ui/ui_window.h"
 #include "shells/window/agenda_host.h"
 #include "tests/shells/window/host_fixture.h"
-#include "tests/window/virtual_display.h"
+#include "tests/window/child_process.h"
 
 namespace quorvel::window {
 namespace {
@@ -21,30 +19,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr CGFloat farPull = 290; // points, well beyond what the action takes
-
-// One for all tests, as a process opens a display once.
-class Display : public testing::Environment {
-public:
-    void SetUp() override {
-        m_errors = (std::filesystem::temp_directory_path() / "quorvel-area-XXXXXX").string();
-        close(mkstemp(m_errors.data()));
-        m_display = std::make_unique<VirtualDisplay>(m_errors);
-        gdk_set_allowed_backends("x11");
-        setenv("DISPLAY", m_display->name().c_str(), 1);
-        setenv("NO_AT_BRIDGE", "1", 1);
-        ASSERT_TRUE(gtk_init_check(nullptr, nullptr));
-    }
-    void TearDown() override {
-        m_display.reset();
-        std::filesystem::remove(m_errors);
-    }
-
-private:
-    std::string m_errors;
-    std::unique_ptr<VirtualDisplay> m_display;
-};
-
-const testing::Environment* const display = testing::AddGlobalTestEnvironment(new Display);
 
 struct EventFree {
     void operator()(GdkEvent* event) const { gdk_event_free(event); }
