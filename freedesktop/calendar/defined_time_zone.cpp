@@ -2,10 +2,9 @@
 #include "freedesktop/calendar/defined_time_zone.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 
-#include "freedesktop/calendar/recurrence_expansion.h"
+#include "freedesktop/calendar/recurrence/recurrence.h"
 
 namespace quorvel::freedesktop::ics {
 namespace {
@@ -13,7 +12,7 @@ namespace {
 constexpr CivilTime firstReading{1900, 1, 1, 0, 0, 0};
 constexpr CivilTime lastReading{2100, 12, 31, 23, 59, 59};
 constexpr std::size_t mostChanges = 20000;
-constexpr auto longestReading = std::chrono::milliseconds(100);
+constexpr std::int64_t mostSteps = 1'000'000;
 
 struct Change {
     std::int64_t at = 0; // seconds since 1970
@@ -71,36 +70,37 @@ private:
 };
 
 // UNTIL in UTC is read with the offset before the change.
-std::optional<CivilTime> untilReading(const std::string& rule, int offsetFrom) {
+std::optional<std::int64_t> untilReading(const std::string& rule, int offsetFrom) {
     const auto until = untilOf(rule);
     if (!until) {
         return std::nullopt;
     }
-    return until->isUtc ? civilFromSeconds(civilSeconds(until->civil) + offsetFrom) : until->civil;
+    return civilSeconds(until->civil) + (until->isUtc ? offsetFrom : 0);
 }
 
-void addChanges(const ZoneObservance& observance, std::chrono::steady_clock::time_point deadline,
+void addChanges(const ZoneObservance& observance, std::int64_t& steps,
                 std::vector<Change>& changes) {
-    const auto add = [&](const CivilTime& reading) {
-        changes.push_back({civilSeconds(reading) - observance.offsetFrom, observance.offsetFrom,
-                           observance.offsetTo});
+    const auto add = [&](std::int64_t reading) {
+        changes.push_back(
+            {reading - observance.offsetFrom, observance.offsetFrom, observance.offsetTo});
     };
-    add(observance.start);
+    add(civilSeconds(observance.start));
     for (const CivilTime& date : observance.dates) {
-        add(date);
+        add(civilSeconds(date));
     }
-    for (const std::string& rule : observance.rules) {
-        if (changes.size() > mostChanges || std::chrono::steady_clock::now() > deadline) {
-            return;
+    for (const std::string& text : observance.rules) {
+        const auto rule = recurrence::readRecurrenceRule(text).rule;
+        if (!rule || changes.size() > mostChanges || steps > mostSteps) {
+            continue;
         }
-        RecurrenceRequest request;
-        request.rule = rule;
-        request.start = observance.start;
-        request.until = untilReading(rule, observance.offsetFrom);
-        request.from = firstReading;
-        request.to = lastReading;
-        request.deadline = deadline;
-        for (const CivilTime& reading : expandRecurrence(request).starts) {
+        recurrence::RecurrenceRequest request(*rule);
+        request.start = civilSeconds(observance.start);
+        request.until = untilReading(text, observance.offsetFrom);
+        request.from = civilSeconds(firstReading);
+        request.to = civilSeconds(lastReading);
+        const recurrence::RecurrenceStarts starts = recurrence::expandRecurrence(request);
+        steps += starts.stepsSpent;
+        for (const std::int64_t reading : starts.readings) {
             add(reading);
         }
     }
@@ -109,10 +109,10 @@ void addChanges(const ZoneObservance& observance, std::chrono::steady_clock::tim
 } // namespace
 
 std::shared_ptr<const TimeZone> makeDefinedTimeZone(const ZoneDefinition& definition) {
-    const auto deadline = std::chrono::steady_clock::now() + longestReading;
+    std::int64_t steps = 0; // of all its rules
     std::vector<Change> changes;
     for (const ZoneObservance& observance : definition.observances) {
-        addChanges(observance, deadline, changes);
+        addChanges(observance, steps, changes);
     }
     if (changes.empty()) {
         return nullptr;

@@ -8,7 +8,6 @@
 
 #include "freedesktop/calendar/content_lines.h"
 #include "freedesktop/calendar/defined_time_zone.h"
-#include "freedesktop/calendar/recurrence_expansion.h"
 
 namespace quorvel::freedesktop::ics {
 namespace {
@@ -20,10 +19,9 @@ constexpr std::int64_t mostDays = 4000000;
 constexpr std::int64_t longestShift = 400 * secondsPerDay;
 constexpr std::size_t mostFutureOverrides = 100;
 constexpr std::size_t mostListedTimes = 100000;
-// One rule's time, and the time of all rules of a search until each gets little only.
-constexpr auto longestRule = std::chrono::milliseconds(200);
-constexpr auto longestSearch = std::chrono::milliseconds(1000);
-constexpr auto shortestRule = std::chrono::milliseconds(1);
+// The steps of all rules of a search until each gets few only.
+constexpr std::int64_t mostSteps = 20'000'000;
+constexpr std::int64_t fewSteps = 2'000;
 
 std::int64_t bounded(double seconds) {
     constexpr double farthest = 2.5e11; // the years to 9999
@@ -310,36 +308,72 @@ void Expander::addStart(Series& series, const EventTime& time, std::optional<Len
     series.starts.push_back({time, instantOf(series.file, time), length});
 }
 
-std::vector<CivilTime> Expander::ruleStarts(Series& series, const RuleLine& rule) {
+std::vector<CivilTime> Expander::ruleStarts(Series& series, const RuleLine& line) {
     const IcsEvent& event = series.event;
     ZoneClock& clock = clockOf(series.file, event.start);
-    RecurrenceRequest request;
-    request.rule = series.file.ics.slice(rule.value);
-    request.start = event.start.civil;
+    const std::string_view text = series.file.ics.slice(line.value);
+    const auto report = [&](const std::string& problem) {
+        m_report(series.file, line.line,
+                 "a recurrence rule is not followed to its end: " + problem);
+    };
+    auto [rule, problem] = recurrence::readRecurrenceRule(text);
+    const auto until = untilOf(text);
+    if (!rule || (rule->hasUntil && !until)) {
+        report(rule ? "its UNTIL cannot be used" : problem);
+        return line.kind == RuleKind::rrule ? std::vector{event.start.civil}
+                                            : std::vector<CivilTime>();
+    }
+    recurrence::RecurrenceRequest request(*rule);
+    request.start = civilSeconds(event.start.civil);
     request.wholeDays = event.start.kind == TimeKind::date;
-    request.startCounts = rule.kind == RuleKind::rrule;
-    request.from = series.from;
-    request.to = series.to;
-    if (const auto until = untilOf(request.rule)) {
-        request.until = until->civil;
+    request.startCounts = line.kind == RuleKind::rrule;
+    request.from = civilSeconds(series.from);
+    request.to = civilSeconds(series.to);
+    if (until) {
+        request.until = civilSeconds(until->civil);
         if (until->isDate) { // the whole of that day
-            request.until = civilFromSeconds((civilDays(until->civil) + 1) * secondsPerDay - 1);
+            request.until = (civilDays(until->civil) + 1) * secondsPerDay - 1;
         } else if (until->isUtc && !request.wholeDays) {
-            request.until = clock.civil(civilSeconds(until->civil));
+            request.until = civilSeconds(clock.civil(*request.until));
         }
     }
     if (!request.wholeDays) {
-        request.exists = [&clock](const CivilTime& time) { return clock.instant(time).exists; };
+        request.exists = [&clock](std::int64_t reading) { return clock.exists(reading); };
     }
-    const auto before = std::chrono::steady_clock::now();
-    request.deadline = before + (m_spent < longestSearch ? longestRule : shortestRule);
-    RecurrenceStarts starts = expandRecurrence(request);
-    m_spent += std::chrono::steady_clock::now() - before;
+    request.budget = m_stepsSpent < mostSteps ? recurrence::standardBudget : fewSteps;
+    if (rule->count && request.to >= request.start) {
+        const recurrence::CountEnd end = countEnd(series, line, request);
+        if (!end.isCounted && request.to > end.reading) {
+            report("its COUNT is out of reach");
+        }
+        request.until = end.reading;
+        rule->count = std::nullopt;
+    }
+    const recurrence::RecurrenceStarts starts = recurrence::expandRecurrence(request);
+    m_stepsSpent += starts.stepsSpent;
     if (!starts.problem.empty()) {
-        m_report(series.file, rule.line,
-                 "a recurrence rule is not followed to its end: " + starts.problem);
+        report(starts.problem);
     }
-    return std::move(starts.starts);
+    std::vector<CivilTime> result;
+    for (const std::int64_t reading : starts.readings) {
+        result.push_back(civilFromSeconds(reading));
+    }
+    return result;
+}
+
+recurrence::CountEnd Expander::countEnd(Series& series, const RuleLine& line,
+                                        const recurrence::RecurrenceRequest& request) {
+    const std::string& zone = clockOf(series.file, series.event.start).zone().identifier();
+    const auto known = series.file.countedRules.find(&line);
+    if (known != series.file.countedRules.end() && known->second.zone == zone) {
+        return known->second.end;
+    }
+    const recurrence::CountEnd end = recurrence::endOfCount(request);
+    m_stepsSpent += end.stepsSpent;
+    if (end.isCounted || request.budget == recurrence::standardBudget) {
+        series.file.countedRules[&line] = {zone, end};
+    }
+    return end;
 }
 
 EventTime Expander::listedTime(Series& series, const RuleLine& rule, const TimeValue& value) {

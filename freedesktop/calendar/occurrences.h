@@ -1,7 +1,6 @@
 // From kept events to occurrences: rules, dates, exceptions and overrides put together.
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -14,9 +13,16 @@
 #include <vector>
 
 #include "freedesktop/calendar/ics_file.h"
+#include "freedesktop/calendar/recurrence/recurrence.h"
 #include "freedesktop/calendar/zone_clock.h"
 
 namespace quorvel::freedesktop::ics {
+
+// Where a rule's COUNT ends, so that it is counted once only.
+struct CountedRule {
+    std::string zone; // in which the readings were looked at
+    recurrence::CountEnd end;
+};
 
 // A file's events with what is worked out for them on demand.
 struct LoadedFile {
@@ -25,6 +31,7 @@ struct LoadedFile {
     std::vector<std::shared_ptr<ZoneClock>> zones; // of zoneNames, as far as they were asked for
     std::vector<bool> zonesAsked;
     std::set<std::pair<std::size_t, std::string>> reported; // what was found while expanding
+    std::unordered_map<const RuleLine*, CountedRule> countedRules;
 };
 
 struct EventReference {
@@ -113,7 +120,9 @@ private:
     void expandSeries(LoadedFile& file, const IcsEvent& event, const OverrideSet* overrides,
                       std::vector<Occurrence>& result);
     void addStart(Series& series, const EventTime& time, std::optional<Length> length);
-    std::vector<CivilTime> ruleStarts(Series& series, const RuleLine& rule);
+    std::vector<CivilTime> ruleStarts(Series& series, const RuleLine& line);
+    recurrence::CountEnd countEnd(Series& series, const RuleLine& line,
+                                  const recurrence::RecurrenceRequest& request);
     void addDates(Series& series, const RuleLine& rule);
     void excludeDates(Series& series, const RuleLine& rule);
     void excludeRule(Series& series, const RuleLine& rule);
@@ -129,7 +138,7 @@ private:
     ZoneNames& m_names;
     std::shared_ptr<ZoneClock> m_utc;
     const ReportExpansion& m_report;
-    std::chrono::steady_clock::duration m_spent{};
+    std::int64_t m_stepsSpent = 0; // on rules
 };
 
 } // namespace quorvel::freedesktop::ics

@@ -31,7 +31,7 @@ int ZoneClock::offsetAt(std::int64_t seconds) const {
 }
 
 // The same offset well before and well after the day: no zone changes twice within three days.
-std::optional<int> ZoneClock::steadyOffset(std::int64_t day) {
+const std::optional<int>& ZoneClock::steadyOffset(std::int64_t day) {
     const auto known = m_offsets.find(day);
     if (known != m_offsets.end()) {
         return known->second;
@@ -42,8 +42,7 @@ std::optional<int> ZoneClock::steadyOffset(std::int64_t day) {
     const int before = offsetAt((day - 1) * secondsPerDay);
     const int after = offsetAt((day + 2) * secondsPerDay);
     const std::optional<int> offset = before == after ? std::optional(before) : std::nullopt;
-    m_offsets.emplace(day, offset);
-    return offset;
+    return m_offsets.emplace(day, offset).first->second;
 }
 
 Instant ZoneClock::instant(const CivilTime& time) {
@@ -59,6 +58,11 @@ Instant ZoneClock::instant(const CivilTime& time) {
     const std::int64_t early = local - earlierOffset;
     const bool twice = early < late && offsetAt(early) == earlierOffset;
     return {twice ? early : late, true};
+}
+
+bool ZoneClock::exists(std::int64_t reading) {
+    const std::int64_t day = reading / secondsPerDay - (reading % secondsPerDay < 0 ? 1 : 0);
+    return steadyOffset(day).has_value() || instant(civilFromSeconds(reading)).exists;
 }
 
 std::int64_t ZoneClock::platformInstant(const CivilTime& time) {

@@ -25,13 +25,15 @@ public:
 
     // As calendars mean it: of two instants with the same reading, the first.
     Instant instant(const CivilTime& time);
+    // Whether a wall-clock reading, in seconds since 1970 as if it were one of UTC, comes at all.
+    bool exists(std::int64_t reading);
     // As the platform means it: of two instants with the same reading, the second.
     std::int64_t platformInstant(const CivilTime& time);
     CivilTime civil(std::int64_t seconds) const;
     const TimeZone& zone() const { return *m_zone; }
 
 private:
-    std::optional<int> steadyOffset(std::int64_t day);
+    const std::optional<int>& steadyOffset(std::int64_t day);
     int offsetAt(std::int64_t seconds) const;
 
     std::shared_ptr<const TimeZone> m_zone;
