@@ -212,13 +212,12 @@ std::shared_ptr<LoadedCalendar> makeCalendar(const Names& names,
     auto result = std::make_shared<LoadedCalendar>();
     result->calendar = std::move(calendar);
     result->files = std::move(files);
-    for (const auto& file : result->files) {
-        for (const IcsEvent& event : file->ics.events) {
-            result->entries.push_back({event.firstDay, event.lastDay, {file.get(), &event}});
-        }
-        addOverrides(*file, result->overrides);
+    EventSet set = collectEvents(result->files);
+    result->entries.reserve(set.events.size());
+    for (const EventReference& one : set.events) {
+        result->entries.push_back({one.event->firstDay, one.event->lastDay, one});
     }
-    sortOverrides(result->overrides);
+    result->overrides = std::move(set.overrides);
     return result;
 }
 

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <unordered_map>
 
 #include "freedesktop/calendar/content_lines.h"
 #include "freedesktop/calendar/stable_hash.h"
@@ -33,6 +32,7 @@ enum class Property {
     recurrenceId,
     status,
     sequence,
+    dtstamp,
     rrule,
     exrule,
     rdate,
@@ -40,6 +40,8 @@ enum class Property {
     tzid,
     tzOffsetFrom,
     tzOffsetTo,
+    method,
+    calendarZone,
     calendarName,
     calendarColour,
 };
@@ -61,6 +63,7 @@ constexpr PropertyName propertyNames[] = {
     {"RECURRENCE-ID", Property::recurrenceId},
     {"STATUS", Property::status},
     {"SEQUENCE", Property::sequence},
+    {"DTSTAMP", Property::dtstamp},
     {"RRULE", Property::rrule},
     {"EXRULE", Property::exrule},
     {"RDATE", Property::rdate},
@@ -68,6 +71,8 @@ constexpr PropertyName propertyNames[] = {
     {"TZID", Property::tzid},
     {"TZOFFSETFROM", Property::tzOffsetFrom},
     {"TZOFFSETTO", Property::tzOffsetTo},
+    {"METHOD", Property::method},
+    {"X-WR-TIMEZONE", Property::calendarZone},
     {"X-WR-CALNAME", Property::calendarName},
     {"NAME", Property::calendarName},
     {"X-APPLE-CALENDAR-COLOR", Property::calendarColour},
@@ -185,6 +190,7 @@ private:
             dropOpenEvent();
             m_sawCalendar = true;
             m_calendarOpen = true;
+            m_calendarCancels = false;
             m_place = Place::calendar;
             m_nested = 0;
         } else if (equalsIgnoringCase(component, "VEVENT")) {
@@ -236,7 +242,12 @@ private:
     // ---- the calendar
 
     void readCalendarProperty(Property property, const ContentLine& line) {
-        if (property == Property::calendarName && !m_file.calendarName) {
+        if (property == Property::method) {
+            m_calendarCancels = equalsIgnoringCase(trimmed(line.value), "CANCEL");
+        } else if (property == Property::calendarZone && !trimmed(line.value).empty() &&
+                   !m_file.floatingZone) {
+            m_file.floatingZone = trimmed(line.value);
+        } else if (property == Property::calendarName && !m_file.calendarName) {
             m_file.calendarName = readText(line.value);
         } else if (property == Property::calendarColour && !m_file.calendarColour) {
             m_file.calendarColour = validUtf8(trimmed(line.value));
@@ -250,6 +261,7 @@ private:
         m_nested = 0;
         m_event = {};
         m_event.line = m_raw.number;
+        m_event.cancelled = m_calendarCancels;
         m_event.firstRule = static_cast<std::uint32_t>(m_file.rules.size());
         m_textBefore = m_file.text.size();
         m_hasStart = m_hasUid = m_broken = false;
@@ -295,10 +307,16 @@ private:
             }
             break;
         case Property::status:
-            m_event.cancelled = equalsIgnoringCase(trimmed(line.value), "CANCELLED");
+            m_event.cancelled =
+                m_calendarCancels || equalsIgnoringCase(trimmed(line.value), "CANCELLED");
             break;
         case Property::sequence:
             m_event.sequence = std::atoi(std::string(line.value.substr(0, 9)).c_str());
+            break;
+        case Property::dtstamp:
+            if (const auto stamp = readTime(line.value)) {
+                m_event.stamp = civilSeconds(stamp->civil);
+            }
             break;
         case Property::rrule:
             keepRule(RuleKind::rrule, line);
@@ -550,28 +568,6 @@ private:
         }
     }
 
-    // Of several versions of an event in one file the newest holds.
-    void dropSuperseded() {
-        auto& events = m_file.events;
-        if (events.size() < 2) {
-            return;
-        }
-        std::unordered_map<std::string_view, int> newest;
-        for (const IcsEvent& event : events) {
-            if (!event.recurrenceId) {
-                int& sequence =
-                    newest.emplace(m_file.slice(event.uid), event.sequence).first->second;
-                sequence = std::max(sequence, event.sequence);
-            }
-        }
-        events.erase(std::remove_if(events.begin(), events.end(),
-                                    [&](const IcsEvent& event) {
-                                        return !event.recurrenceId &&
-                                               event.sequence < newest[m_file.slice(event.uid)];
-                                    }),
-                     events.end());
-    }
-
     void finish() {
         const std::size_t lastLine = m_raw.number;
         const bool endsInEvent = m_place == Place::event;
@@ -589,7 +585,6 @@ private:
         if (m_moreProblems > 0) {
             m_file.problems.push_back({0, "and " + std::to_string(m_moreProblems) + " more"});
         }
-        dropSuperseded();
         m_file.text.shrink_to_fit();
         m_file.events.shrink_to_fit();
         m_file.rules.shrink_to_fit();
@@ -606,6 +601,7 @@ private:
     std::size_t m_nested = 0; // components within an event, or within one that is of no interest
     bool m_sawCalendar = false;
     bool m_calendarOpen = false;
+    bool m_calendarCancels = false; // everything in it
 
     IcsEvent m_event;
     std::size_t m_textBefore = 0;

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "freedesktop/calendar/ics_values.h"
@@ -51,7 +52,8 @@ struct IcsEvent {
     bool cancelled = false;
     bool repeats = false; // RRULE or RDATE
     int sequence = 0;
-    std::uint32_t firstRule = 0; // of IcsFile::rules
+    std::int64_t stamp = std::numeric_limits<std::int64_t>::min(); // DTSTAMP, seconds since 1970
+    std::uint32_t firstRule = 0;                                   // of IcsFile::rules
     std::uint32_t ruleCount = 0;
     // Days since 1970 outside of which no occurrence lies, whatever the zones are.
     std::int32_t firstDay = 0;
@@ -82,7 +84,8 @@ struct IcsFile {
     std::vector<IcsEvent> events;
     std::vector<RuleLine> rules;
     std::vector<std::string> zoneNames;
-    std::vector<ZoneDefinition> zones; // only those with a name known nowhere else
+    std::vector<ZoneDefinition> zones;       // only those with a name known nowhere else
+    std::optional<std::string> floatingZone; // the zone of its floating times, where it names one
     std::optional<std::string> calendarName;
     std::optional<std::string> calendarColour;
     std::vector<FileProblem> problems;
@@ -90,6 +93,10 @@ struct IcsFile {
 
     std::string_view slice(Slice part) const {
         return std::string_view(text).substr(part.offset, part.length);
+    }
+    // Of two versions of one event or of one override.
+    static bool isNewer(const IcsEvent& one, const IcsEvent& other) {
+        return std::pair(one.sequence, one.stamp) > std::pair(other.sequence, other.stamp);
     }
     // Exactly one UID, and no word about a calendar: a file as a vdir holds them.
     bool looksLikeOneEvent() const;

@@ -95,6 +95,39 @@ std::string unescaped(std::string_view raw) {
     return result;
 }
 
+bool isAscii(std::string_view text) {
+    return std::all_of(text.begin(), text.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+// Some bytes beyond ASCII, and nothing among them that reads as UTF-8.
+bool looksLikeLatin1(std::string_view bytes) {
+    bool isAny = false;
+    while (!bytes.empty()) {
+        const std::size_t length = sequenceLength(bytes);
+        if (length > 1 || (length == 0 && static_cast<unsigned char>(bytes.front()) < 0xA0)) {
+            return false;
+        }
+        isAny = isAny || length == 0;
+        bytes.remove_prefix(1);
+    }
+    return isAny;
+}
+
+std::string utf8FromLatin1(std::string_view bytes) {
+    std::string result;
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x80) {
+            result += c;
+        } else {
+            result += static_cast<char>(0xC0 | (byte >> 6));
+            result += static_cast<char>(0x80 | (byte & 0x3F));
+        }
+    }
+    return result;
+}
+
 } // namespace
 
 std::string_view trimmed(std::string_view text) {
@@ -267,10 +300,10 @@ std::string validUtf8(std::string_view bytes) {
 
 std::string readText(std::string_view raw) {
     std::string text = raw.find('\\') == std::string_view::npos ? std::string(raw) : unescaped(raw);
-    const bool plain = std::all_of(text.begin(), text.end(), [](char c) {
-        return static_cast<unsigned char>(c) < 0x80 && c != '\0';
-    });
-    return plain ? text : validUtf8(text);
+    if (isAscii(text) && text.find('\0') == std::string::npos) {
+        return text;
+    }
+    return looksLikeLatin1(text) ? utf8FromLatin1(text) : validUtf8(text);
 }
 
 std::int64_t civilDays(const CivilTime& time) {

@@ -46,7 +46,8 @@ std::vector<std::string_view> listParts(std::string_view text);
 
 std::string_view trimmed(std::string_view text); // of spaces and tabs
 
-// Escapes resolved; bytes that are no UTF-8, and NUL, become U+FFFD.
+// Escapes resolved. What is no UTF-8 anywhere is read as Latin-1; other stray bytes, and NUL,
+// become U+FFFD.
 std::string readText(std::string_view raw);
 std::string validUtf8(std::string_view bytes);
 

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <tuple>
+#include <utility>
 
 #include "freedesktop/calendar/content_lines.h"
 #include "freedesktop/calendar/defined_time_zone.h"
@@ -18,6 +18,8 @@ constexpr std::int64_t marginSeconds = 2 * secondsPerDay;
 constexpr std::int64_t mostDays = 4000000;
 constexpr std::int64_t longestShift = 400 * secondsPerDay;
 constexpr std::size_t mostFutureOverrides = 100;
+constexpr std::size_t mostVersions = 100; // of one event, equally new
+constexpr int mostOverridesCompared = 200;
 constexpr std::size_t mostListedTimes = 100000;
 // The steps of all rules of a search until each gets few only.
 constexpr std::int64_t mostSteps = 20'000'000;
@@ -50,12 +52,74 @@ firstOverrideFrom(const std::vector<EventReference>& sorted, std::int64_t readin
                             });
 }
 
-bool isNewest(const EventReference& reference, const OverrideSet* set) {
-    if (set == nullptr) {
-        return true;
+bool beginAlike(const EventReference& a, const EventReference& b) {
+    const EventTime& first = a.event->start;
+    const EventTime& second = b.event->start;
+    return first.civil == second.civil && first.kind == second.kind;
+}
+
+// Events that are no overrides, the newest versions of each UID.
+class Masters {
+public:
+    void add(const EventReference& reference) {
+        const auto [found, isFirst] =
+            m_versions.try_emplace(uidOf(reference), Versions{reference, {}});
+        Versions& versions = found->second;
+        if (isFirst || IcsFile::isNewer(*versions.one.event, *reference.event)) {
+            return;
+        }
+        if (IcsFile::isNewer(*reference.event, *versions.one.event)) {
+            versions = {reference, {}};
+        } else if (EventReference* same = findAlike(versions, reference)) {
+            *same = reference; // the later one in the files
+        } else if (versions.others.size() < mostVersions) {
+            versions.others.push_back(reference);
+        }
     }
-    const auto found = firstOverrideFrom(set->all, overriddenReading(reference));
-    return found != set->all.end() && found->event == reference.event;
+    bool holds(const EventReference& reference) const {
+        const Versions& versions = m_versions.at(uidOf(reference));
+        const auto isIt = [&](const EventReference& one) { return one.event == reference.event; };
+        return isIt(versions.one) ||
+               std::any_of(versions.others.begin(), versions.others.end(), isIt);
+    }
+
+private:
+    struct Versions {
+        EventReference one; // nearly always alone
+        std::vector<EventReference> others;
+    };
+
+    static std::string_view uidOf(const EventReference& reference) {
+        return reference.file->ics.slice(reference.event->uid);
+    }
+    static EventReference* findAlike(Versions& versions, const EventReference& reference) {
+        if (beginAlike(versions.one, reference)) {
+            return &versions.one;
+        }
+        const auto found =
+            std::find_if(versions.others.begin(), versions.others.end(),
+                         [&](const EventReference& other) { return beginAlike(other, reference); });
+        return found == versions.others.end() ? nullptr : &*found;
+    }
+
+    std::unordered_map<std::string_view, Versions> m_versions;
+};
+
+void sortOverrides(OverrideSet& set) {
+    std::reverse(set.all.begin(), set.all.end()); // of equals the last one is the newest
+    std::stable_sort(
+        set.all.begin(), set.all.end(), [](const EventReference& a, const EventReference& b) {
+            const std::int64_t first = overriddenReading(a);
+            const std::int64_t second = overriddenReading(b);
+            return first != second ? first < second : IcsFile::isNewer(*a.event, *b.event);
+        });
+    for (const EventReference& one : set.all) {
+        const bool isFirst =
+            set.future.empty() || overriddenReading(set.future.back()) != overriddenReading(one);
+        if (one.event->thisAndFuture && isFirst && set.future.size() < mostFutureOverrides) {
+            set.future.push_back(one);
+        }
+    }
 }
 
 } // namespace
@@ -66,32 +130,38 @@ bool belongsTo(const Window& window, std::int64_t start, std::int64_t end) {
     return (last > window.from || first == window.from) && first <= window.to;
 }
 
-void addOverrides(LoadedFile& file, Overrides& overrides) {
-    for (const IcsEvent& event : file.ics.events) {
-        if (event.recurrenceId) {
-            overrides[file.ics.slice(event.uid)].all.push_back({&file, &event});
-        }
-    }
-}
-
-void sortOverrides(Overrides& overrides) {
-    for (auto& [uid, set] : overrides) {
-        std::reverse(set.all.begin(), set.all.end()); // of equals the last one is the newest
-        std::stable_sort(set.all.begin(), set.all.end(),
-                         [](const EventReference& a, const EventReference& b) {
-                             return std::tuple(overriddenReading(a), -a.event->sequence) <
-                                    std::tuple(overriddenReading(b), -b.event->sequence);
-                         });
-        const auto same = [](const EventReference& a, const EventReference& b) {
-            return overriddenReading(a) == overriddenReading(b);
-        };
-        set.all.erase(std::unique(set.all.begin(), set.all.end(), same), set.all.end());
-        for (const EventReference& one : set.all) {
-            if (one.event->thisAndFuture && set.future.size() < mostFutureOverrides) {
-                set.future.push_back(one);
+EventSet collectEvents(const std::vector<std::shared_ptr<LoadedFile>>& files) {
+    EventSet result;
+    Masters masters;
+    for (const auto& file : files) {
+        for (const IcsEvent& event : file->ics.events) {
+            const EventReference reference{file.get(), &event};
+            if (event.recurrenceId) {
+                result.overrides[file->ics.slice(event.uid)].all.push_back(reference);
+            } else {
+                masters.add(reference);
             }
         }
     }
+    for (const auto& file : files) {
+        for (const IcsEvent& event : file->ics.events) {
+            const EventReference reference{file.get(), &event};
+            if (!event.recurrenceId && !masters.holds(reference)) {
+                continue;
+            }
+            result.events.push_back(reference);
+            if (!event.recurrenceId && event.cancelled && !result.overrides.empty()) {
+                const auto set = result.overrides.find(file->ics.slice(event.uid));
+                if (set != result.overrides.end()) {
+                    set->second.cancelledAt = event.sequence;
+                }
+            }
+        }
+    }
+    for (auto& [uid, set] : result.overrides) {
+        sortOverrides(set);
+    }
+    return result;
 }
 
 Expander::Expander(Window window, ZoneClock& userZone, ZoneNames& names,
@@ -117,7 +187,7 @@ void Expander::expand(const EventReference& reference, const Overrides& override
         set = found == overrides.end() ? nullptr : &found->second;
     }
     if (event.recurrenceId) {
-        if (isNewest(reference, set)) {
+        if (set == nullptr || isNewest(reference, *set)) {
             emit(file, event, event.start, lengthOf(file, event),
                  instantOf(file, *event.recurrenceId), result);
         }
@@ -126,6 +196,30 @@ void Expander::expand(const EventReference& reference, const Overrides& override
     } else {
         emit(file, event, event.start, lengthOf(file, event), std::nullopt, result);
     }
+}
+
+// Readings of one instant in two zones lie less than two days apart.
+bool Expander::isNewest(const EventReference& reference, const OverrideSet& set) {
+    if (set.cancelledAt && reference.event->sequence <= *set.cancelledAt) {
+        return false;
+    }
+    const std::int64_t instant = instantOf(*reference.file, *reference.event->recurrenceId);
+    const std::int64_t reading = overriddenReading(reference);
+    bool isAfterIt = false;
+    int compared = 0;
+    for (auto it = firstOverrideFrom(set.all, reading - marginSeconds);
+         it != set.all.end() && overriddenReading(*it) <= reading + marginSeconds &&
+         compared < mostOverridesCompared;
+         ++it, ++compared) {
+        if (it->event == reference.event) {
+            isAfterIt = true;
+        } else if (instantOf(*it->file, *it->event->recurrenceId) == instant &&
+                   (isAfterIt ? IcsFile::isNewer(*it->event, *reference.event)
+                              : !IcsFile::isNewer(*reference.event, *it->event))) {
+            return false;
+        }
+    }
+    return true;
 }
 
 // ---- times and zones
@@ -151,6 +245,9 @@ ZoneClock& Expander::clockOf(LoadedFile& file, const EventTime& time) {
     if (time.kind == TimeKind::utc) {
         return *m_utc;
     }
+    if (time.kind == TimeKind::floating) {
+        return floatingClock(file);
+    }
     if (time.kind != TimeKind::zoned) {
         return m_userZone;
     }
@@ -164,6 +261,16 @@ ZoneClock& Expander::clockOf(LoadedFile& file, const EventTime& time) {
     }
     const auto& zone = file.zones[time.zone];
     return zone ? *zone : m_userZone;
+}
+
+ZoneClock& Expander::floatingClock(LoadedFile& file) {
+    if (!file.ics.floatingZone) {
+        return m_userZone;
+    }
+    if (!std::exchange(file.isFloatingZoneAsked, true)) {
+        file.floatingZone = findZone(file, *file.ics.floatingZone);
+    }
+    return file.floatingZone ? *file.floatingZone : m_userZone;
 }
 
 std::int64_t Expander::instantOf(LoadedFile& file, const EventTime& time) {

@@ -30,6 +30,8 @@ struct LoadedFile {
     IcsFile ics;
     std::vector<std::shared_ptr<ZoneClock>> zones; // of zoneNames, as far as they were asked for
     std::vector<bool> zonesAsked;
+    std::shared_ptr<ZoneClock> floatingZone; // null: the user's
+    bool isFloatingZoneAsked = false;
     std::set<std::pair<std::size_t, std::string>> reported; // what was found while expanding
     std::unordered_map<const RuleLine*, CountedRule> countedRules;
 };
@@ -39,18 +41,24 @@ struct EventReference {
     const IcsEvent* event = nullptr;
 };
 
-// The overrides of one UID, sorted by the reading that they override; of several for one reading
-// only the newest.
+// The overrides of one UID, sorted by the reading that they override, and the newest first.
 struct OverrideSet {
     std::vector<EventReference> all;
     std::vector<EventReference> future; // those of them that hold for what follows as well
+    std::optional<int> cancelledAt;     // the sequence at which the whole event was cancelled
 };
 
 // The overrides of a calendar's events, by UID.
 using Overrides = std::unordered_map<std::string_view, OverrideSet>;
 
-void addOverrides(LoadedFile& file, Overrides& overrides);
-void sortOverrides(Overrides& overrides); // once all are added
+// What a calendar's files come to: of several versions of an event the newest, and the overrides.
+// Versions that are equally new stay, unless they begin alike.
+struct EventSet {
+    std::vector<EventReference> events; // overrides among them
+    Overrides overrides;
+};
+
+EventSet collectEvents(const std::vector<std::shared_ptr<LoadedFile>>& files);
 
 struct Occurrence {
     const LoadedFile* file = nullptr;
@@ -109,6 +117,8 @@ private:
     };
 
     ZoneClock& clockOf(LoadedFile& file, const EventTime& time);
+    ZoneClock& floatingClock(LoadedFile& file);
+    bool isNewest(const EventReference& reference, const OverrideSet& set);
     std::shared_ptr<ZoneClock> findZone(LoadedFile& file, const std::string& name);
     std::int64_t instantOf(LoadedFile& file, const EventTime& time);
     std::int64_t endOf(LoadedFile& file, const EventTime& start, std::int64_t startInstant,

@@ -173,6 +173,44 @@ TEST_F(IcalStore, OverridesReplaceTheirOccurrence) {
               moved->calendar->calendarIdentifier + ":1:RID=794217600");
 }
 
+TEST_F(IcalStore, OverridesAreOfOneInstantWhateverTheZone) {
+    useText(eventText("UID:1|SUMMARY:r|DTSTART;TZID=Europe/Berlin:20260302T090000|"
+                      "RRULE:FREQ=DAILY;COUNT=2") +
+            eventText("UID:1|SUMMARY:new|SEQUENCE:2|RECURRENCE-ID:20260303T080000Z|"
+                      "DTSTART:20260303T110000Z") +
+            eventText("UID:1|SUMMARY:old|SEQUENCE:1|RECURRENCE-ID;TZID=America/New_York:"
+                      "20260303T030000|DTSTART:20260303T120000Z") +
+            eventText("UID:1|SUMMARY:older|RECURRENCE-ID;TZID=Europe/Berlin:20260303T090000|"
+                      "DTSTART:20260303T130000Z"));
+    EXPECT_EQ(found("20260301", "20260401"), "r 20260302T090000-20260302T090000\n"
+                                             "new 20260303T120000-20260303T120000\n");
+}
+
+TEST_F(IcalStore, NewestOfSeveralVersionsHolds) {
+    useText(eventText("UID:1|SUMMARY:old|SEQUENCE:1|DTSTAMP:20260109T000000Z|DTSTART:20260310") +
+            eventText("UID:1|SUMMARY:new|SEQUENCE:2|DTSTAMP:20260102T000000Z|DTSTART:20260311") +
+            eventText("UID:1|SUMMARY:stale|SEQUENCE:2|DTSTAMP:20260101T000000Z|DTSTART:20260312") +
+            eventText("UID:2|SUMMARY:first|DTSTART:20260313") +
+            eventText("UID:2|SUMMARY:second|DTSTART:20260313") +
+            eventText("UID:2|SUMMARY:other|DTSTART:20260314"));
+    EXPECT_EQ(found("20260301", "20260401"), "new D 20260311T000000-20260311T235959\n"
+                                             "second D 20260313T000000-20260313T235959\n"
+                                             "other D 20260314T000000-20260314T235959\n");
+}
+
+TEST_F(IcalStore, VersionsMayStandInSeveralFilesOfACalendar) {
+    write("calendar/displayname", "Mine");
+    write("calendar/a.ics",
+          calendarText(eventText("UID:1|SUMMARY:new|SEQUENCE:2|DTSTART:20260310")));
+    write("calendar/b.ics",
+          calendarText(eventText("UID:1|SUMMARY:old|SEQUENCE:1|DTSTART:20260311")));
+    write("other.ics", calendarText(eventText("UID:1|SUMMARY:elsewhere|DTSTART:20260312")));
+    stores.setSources(
+        {CalendarSource::at(folder / "calendar"), CalendarSource::at(folder / "other.ics")});
+    EXPECT_EQ(found("20260301", "20260401"), "new D 20260310T000000-20260310T235959\n"
+                                             "elsewhere D 20260312T000000-20260312T235959\n");
+}
+
 TEST_F(IcalStore, OverrideStandsWithoutItsMaster) {
     useText(
         eventText("UID:1|SUMMARY:alone|RECURRENCE-ID:20260303T080000Z|DTSTART:20260303T090000Z"));
@@ -194,6 +232,38 @@ TEST_F(IcalStore, LeavesCancelledEventsOut) {
     useText(eventText("UID:1|STATUS:CANCELLED|DTSTART:20260310") +
             eventText("UID:2|STATUS:TENTATIVE|SUMMARY:t|DTSTART:20260310"));
     EXPECT_EQ(found("20260310", "20260311"), "t D 20260310T000000-20260310T235959\n");
+}
+
+TEST_F(IcalStore, CancelledSeriesTakesItsOverridesAlong) {
+    useText(
+        eventText("UID:1|SEQUENCE:1|SUMMARY:r|DTSTART:20260310T090000Z|RRULE:FREQ=DAILY;COUNT=3") +
+        eventText("UID:1|SEQUENCE:1|SUMMARY:moved|RECURRENCE-ID:20260311T090000Z|"
+                  "DTSTART:20260311T150000Z") +
+        eventText("UID:1|SEQUENCE:2|STATUS:CANCELLED|DTSTART:20260310T090000Z"));
+    EXPECT_EQ(found("20260301", "20260401"), "");
+}
+
+TEST_F(IcalStore, CalendarMayCancelWhatItHolds) {
+    useText(eventText("UID:1|SUMMARY:r|DTSTART:20260310|RRULE:FREQ=DAILY;COUNT=2") +
+            "END:VCALENDAR\r\nBEGIN:VCALENDAR\r\nMETHOD:CANCEL\r\n" +
+            eventText("UID:1|SEQUENCE:1|STATUS:CONFIRMED|RECURRENCE-ID;VALUE=DATE:20260311|"
+                      "DTSTART;VALUE=DATE:20260311") +
+            "END:VCALENDAR\r\nBEGIN:VCALENDAR\r\nMETHOD:PUBLISH\r\n" +
+            eventText("UID:2|SUMMARY:s|DTSTART:20260312"));
+    EXPECT_EQ(found("20260301", "20260401"), "r D 20260310T000000-20260310T235959\n"
+                                             "s D 20260312T000000-20260312T235959\n");
+}
+
+TEST_F(IcalStore, CalendarMayNameTheZoneOfItsFloatingTimes) {
+    useText("X-WR-TIMEZONE:America/New_York\r\n" +
+            eventText("UID:1|SUMMARY:floats|DTSTART:20260310T090000|RRULE:FREQ=DAILY;COUNT=2") +
+            eventText("UID:1|SUMMARY:moved|RECURRENCE-ID:20260311T090000|DTSTART:20260311T100000") +
+            eventText("UID:2|SUMMARY:has|DTSTART;TZID=Europe/Berlin:20260310T090000") +
+            eventText("UID:3|SUMMARY:day|DTSTART:20260310"));
+    EXPECT_EQ(found("20260301", "20260401"), "day D 20260310T000000-20260310T235959\n"
+                                             "has 20260310T090000-20260310T090000\n"
+                                             "floats 20260310T140000-20260310T140000\n"
+                                             "moved 20260311T150000-20260311T150000\n");
 }
 
 TEST_F(IcalStore, UsesTheFilesOwnZoneForAnUnknownName) {

@@ -114,12 +114,17 @@ TEST(IcsFile, MakesUpAStableUid) {
     EXPECT_EQ(uidsOf(read(text)).substr(0, 7), "no-uid-");
 }
 
-TEST(IcsFile, KeepsTheNewestVersionOfAnEvent) {
+TEST(IcsFile, TellsTheNewerOfTwoVersions) {
     const std::string start = "DTSTART:20240101\r\n";
-    EXPECT_EQ(uidsOf(read(calendar(event("a", start + "SEQUENCE:1\r\n") +
-                                   event("a", start + "SEQUENCE:3\r\n") + event("b", start) +
-                                   event("b", start)))),
-              "a b b");
+    const IcsFile file =
+        read(calendar(event("a", start + "SEQUENCE:1\r\nDTSTAMP:20240105T000000Z\r\n") +
+                      event("a", start + "SEQUENCE:3\r\n") +
+                      event("a", start + "SEQUENCE:3\r\nDTSTAMP:20240102T000000Z\r\n")));
+    ASSERT_EQ(file.events.size(), 3U);
+    EXPECT_TRUE(IcsFile::isNewer(file.events[1], file.events[0])) << "the sequence first";
+    EXPECT_TRUE(IcsFile::isNewer(file.events[2], file.events[1])) << "then the stamp";
+    EXPECT_FALSE(IcsFile::isNewer(file.events[0], file.events[2]));
+    EXPECT_FALSE(IcsFile::isNewer(file.events[0], file.events[0]));
 }
 
 TEST(IcsFile, BoundsTheDaysOfAnEvent) {

@@ -47,11 +47,20 @@ TEST(IcsText, IsAlwaysUtf8) {
     EXPECT_EQ(readText("Gr\xC3\xBC\xC3\x9F"
                        "e"),
               "Grüße");
-    EXPECT_EQ(readText("Caf\xE9"), "Caf\xEF\xBF\xBD");
+    EXPECT_EQ(readText("Gr\xC3\xBC\xC3\x9F"
+                       "e \xE9"),
+              "Grüße \xEF\xBF\xBD");
     EXPECT_EQ(readText(std::string_view("a\0b", 3)), "a\xEF\xBF\xBD"
                                                      "b");
     EXPECT_EQ(readText("\xED\xA0\x80"), "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"); // a surrogate
     EXPECT_EQ(readText("\xF0\x9F\x8E\x82"), "🎂");
+}
+
+TEST(IcsText, OfLatin1IsRecognised) {
+    EXPECT_EQ(readText("Caf\xE9, Gr\xFC\xDF"
+                       "e"),
+              "Café, Grüße");
+    EXPECT_EQ(readText("\x93quoted\x94"), "\xEF\xBF\xBDquoted\xEF\xBF\xBD") << "no letters there";
 }
 
 TEST(IcsRule, NamesItsEnd) {
