@@ -81,12 +81,7 @@ public:
         : m_locale(withClockFormat(icu::Locale::createFromName(locale.c_str()), clockFormat))
         , m_clockFormat(clockFormat) {}
 
-    void setTimeZone(const TimeZone& zone) {
-        m_zone.reset(icu::TimeZone::createTimeZone(fromUtf8(zone.identifier())));
-        m_byPattern.clear();
-        m_byStyle.clear();
-        m_byDay.clear();
-    }
+    void setTimeZone(std::shared_ptr<const TimeZone> zone) { m_zone = std::move(zone); }
 
     std::optional<std::string> bestPattern(std::string_view skeleton);
     std::string printFixed(const std::string& pattern, NSDate date);
@@ -98,14 +93,17 @@ public:
 private:
     using Format = std::unique_ptr<icu::SimpleDateFormat>;
 
-    static std::string print(const Format& format, NSDate date) {
+    // The formatters show UTC, in which the wall clock's reading is a date like any other: ICU's
+    // own zones are older than the machine's.
+    std::string print(const Format& format, NSDate date) const {
         icu::UnicodeString text;
-        return format ? utf8(format->format(printable(date), text)) : std::string();
+        const NSDate reading = date.dateByAddingTimeInterval(m_zone->secondsFromGMT(date));
+        return format ? utf8(format->format(printable(reading), text)) : std::string();
     }
 
-    Format finished(Format format) const {
-        if (format && m_zone) {
-            format->setTimeZone(*m_zone);
+    static Format finished(Format format) {
+        if (format) {
+            format->setTimeZone(*icu::TimeZone::getGMT());
             makeProleptic(*format);
         }
         return format;
@@ -153,7 +151,7 @@ private:
 
     icu::Locale m_locale;
     ClockFormat m_clockFormat;
-    std::unique_ptr<icu::TimeZone> m_zone;
+    std::shared_ptr<const TimeZone> m_zone;
     std::unique_ptr<icu::DateTimePatternGenerator> m_generator;
     std::optional<RelativeDayWords> m_words;
     std::map<std::string, std::optional<std::string>, std::less<>> m_bestPatterns;
@@ -228,7 +226,7 @@ IcuDateServices::~IcuDateServices() = default;
 
 void IcuDateServices::setTimeZone(std::shared_ptr<const TimeZone> zone) {
     m_zone = std::move(zone);
-    m_formats->setTimeZone(*m_zone);
+    m_formats->setTimeZone(m_zone);
 }
 
 void IcuDateServices::setLocale(const std::string& locale) {
@@ -243,7 +241,7 @@ void IcuDateServices::setClockFormat(ClockFormat clockFormat) {
 
 void IcuDateServices::makeFormats() {
     m_formats = std::make_unique<Formats>(m_locale, m_clockFormat);
-    m_formats->setTimeZone(*m_zone);
+    m_formats->setTimeZone(m_zone);
 }
 
 std::int64_t IcuDateServices::dayOf(NSDate date) const {

@@ -1,4 +1,5 @@
-// Zones are ICU's; their names come from strangers and are matched, never opened.
+// Names come from strangers and are matched with those that are known before anything is opened.
+// ICU knows the names, those of Windows among them; the hours are the machine's own files'.
 #include "freedesktop/dates/time_zone.h"
 
 #include <algorithm>
@@ -15,6 +16,7 @@
 #include <unicode/timezone.h>
 
 #include "freedesktop/dates/civil_calendar.h"
+#include "freedesktop/dates/system_time_zone.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -38,6 +40,7 @@ int clampedToInt(std::int64_t value) {
                                                      std::numeric_limits<int>::max()));
 }
 
+// Where the machine has no zone files, and for offsets that are called by themselves.
 class IcuTimeZone final : public TimeZone {
 public:
     IcuTimeZone(std::unique_ptr<icu::BasicTimeZone> zone, std::string identifier)
@@ -288,8 +291,13 @@ SharedZone wrapped(icu::TimeZone* owned, std::string identifier) {
 
 SharedZone openZone(std::string_view name) {
     auto known = knownName(name);
-    if (!known) {
-        return nullptr;
+    if (!known) { // it may be younger than ICU's data
+        const std::string_view asked = trimmed(name);
+        const bool hasRegion = asked.find('/') != std::string_view::npos;
+        return hasRegion ? makeSystemTimeZone(std::string(asked)) : nullptr;
+    }
+    if (SharedZone zone = makeSystemTimeZone(*known)) {
+        return zone;
     }
     icu::TimeZone* const zone = icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(*known));
     return wrapped(zone, std::move(*known));

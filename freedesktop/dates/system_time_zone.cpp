@@ -1,0 +1,131 @@
+#include "freedesktop/dates/system_time_zone.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <string_view>
+
+#include <glib.h>
+
+#include "freedesktop/dates/civil_calendar.h"
+
+namespace quorvel::freedesktop {
+namespace {
+
+constexpr std::int64_t secondsPerDay = 86400;
+// The library works rules out to the year 2999; what follows is like it was 400 years, and so a
+// whole number of weeks, before.
+constexpr std::int64_t secondsPerCycle = 146097 * secondsPerDay;
+constexpr std::int64_t lastWorkedOut = 26179200000; // in the year 2799
+// Some 300,000 years either way.
+constexpr double farthestSecond = 1e13;
+// No zone lies further from UTC, not even on the day on which one changed to the other side of the
+// date line; and none changes twice within so many hours before and after.
+constexpr std::int64_t margin = 30 * 3600;
+
+std::int64_t floorDivision(std::int64_t value, std::int64_t divisor) {
+    const std::int64_t quotient = value / divisor;
+    return value % divisor < 0 ? quotient - 1 : quotient;
+}
+
+std::int64_t wholeSeconds(platform::NSDate date) {
+    const double seconds = platform::timeIntervalSince1970(date);
+    return std::isnan(seconds) ? 0
+                               : static_cast<std::int64_t>(std::floor(
+                                     std::clamp(seconds, -farthestSecond, farthestSecond)));
+}
+
+struct ZoneUnref {
+    void operator()(GTimeZone* zone) const { g_time_zone_unref(zone); }
+};
+using ZoneHandle = std::unique_ptr<GTimeZone, ZoneUnref>;
+
+class SystemTimeZone final : public TimeZone {
+public:
+    SystemTimeZone(ZoneHandle zone, std::string identifier)
+        : m_zone(std::move(zone))
+        , m_identifier(std::move(identifier)) {}
+
+    const std::string& identifier() const override { return m_identifier; }
+
+    int secondsFromGMT(platform::NSDate date) const override {
+        return offsetAt(wholeSeconds(date));
+    }
+
+    CivilTime civilTime(platform::NSDate date) const override {
+        const std::int64_t second = wholeSeconds(date);
+        const std::int64_t local = second + offsetAt(second);
+        const std::int64_t days = floorDivision(local, secondsPerDay);
+        const CivilDay day = civilDay(days);
+        const int ofDay = static_cast<int>(local - days * secondsPerDay);
+        return {static_cast<int>(day.year),
+                day.month,
+                day.day,
+                ofDay / 3600,
+                ofDay / 60 % 60,
+                ofDay % 60};
+    }
+
+    platform::NSDate instant(const CivilTime& time) const override {
+        const std::int64_t days = dayNumber(time.year, time.month, time.day);
+        const std::int64_t local = days * secondsPerDay + std::int64_t{time.hour} * 3600 +
+                                   std::int64_t{time.minute} * 60 + time.second;
+        return platform::dateWithTimeIntervalSince1970(static_cast<double>(instantOf(local)));
+    }
+
+private:
+    std::int64_t instantOf(std::int64_t local) const {
+        const int before = offsetAt(local - margin);
+        const std::int64_t late = local - offsetAt(local + margin);
+        const std::int64_t early = local - before;
+        if (late + offsetAt(late) == local && late >= early) {
+            return late;
+        }
+        // Valid, or within a gap, over which the offset before it moves the reading.
+        return late + offsetAt(late) == local && early + offsetAt(early) != local ? late : early;
+    }
+
+    int offsetAt(std::int64_t second) const {
+        if (second > lastWorkedOut) {
+            second -=
+                (floorDivision(second - lastWorkedOut, secondsPerCycle) + 1) * secondsPerCycle;
+        }
+        const int interval = g_time_zone_find_interval(m_zone.get(), G_TIME_TYPE_UNIVERSAL, second);
+        return interval < 0 ? 0 : g_time_zone_get_offset(m_zone.get(), interval);
+    }
+
+    ZoneHandle m_zone;
+    std::string m_identifier;
+};
+
+bool isCapital(char c) {
+    return c >= 'A' && c <= 'Z';
+}
+
+bool mayStandInPart(char c) {
+    return isCapital(c) || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' ||
+           c == '+' || c == '-';
+}
+
+bool isPlainName(std::string_view name) {
+    constexpr std::size_t longest = 64;
+    const bool hasEmptyPart = name.find("//") != std::string_view::npos || name.ends_with('/');
+    return !name.empty() && name.size() <= longest && isCapital(name.front()) && !hasEmptyPart &&
+           std::all_of(name.begin(), name.end(),
+                       [](char c) { return c == '/' || mayStandInPart(c); });
+}
+
+} // namespace
+
+std::shared_ptr<const TimeZone> makeSystemTimeZone(const std::string& name) {
+    if (!isPlainName(name)) {
+        return nullptr;
+    }
+    ZoneHandle zone(g_time_zone_new_identifier(name.c_str()));
+    if (!zone || name != g_time_zone_get_identifier(zone.get())) {
+        return nullptr;
+    }
+    return std::make_shared<SystemTimeZone>(std::move(zone), name);
+}
+
+} // namespace quorvel::freedesktop
