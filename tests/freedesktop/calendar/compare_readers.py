@@ -341,7 +341,10 @@ def run_program(program, path, zone, window, home):
         return "takes too long"
     if done.returncode not in (0, NOT_READ):
         return f"exit status {done.returncode}"
-    return json.loads(done.stdout)
+    try:
+        return json.loads(done.stdout)
+    except ValueError:
+        return "gives no JSON"
 
 
 def row_occurrence(row):
@@ -560,8 +563,11 @@ def main():
     paths = calendar_files(options.corpus)
     names = [str(path.relative_to(options.corpus)) for path in paths]
     chosen = [name for name in names if options.only in name]
+    if not names:
+        return skip(f"there are no calendars in {options.corpus}")
     if not chosen:
-        return skip(f"no calendars in {options.corpus}")
+        print(f"compare_readers: no calendar's path contains {options.only!r}", file=sys.stderr)
+        return 2
 
     failures = check_files(listed, set(names)) + (
         [] if options.write else check_reasons(listed, options.page))
