@@ -213,10 +213,7 @@ std::shared_ptr<LoadedCalendar> makeCalendar(const Names& names,
     result->calendar = std::move(calendar);
     result->files = std::move(files);
     EventSet set = collectEvents(result->files);
-    result->entries.reserve(set.events.size());
-    for (const EventReference& one : set.events) {
-        result->entries.push_back({one.event->firstDay, one.event->lastDay, one});
-    }
+    result->entries = std::move(set.entries);
     result->overrides = std::move(set.overrides);
     return result;
 }

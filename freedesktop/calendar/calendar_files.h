@@ -20,14 +20,9 @@
 namespace quorvel::freedesktop::ics {
 
 struct LoadedCalendar {
-    struct Entry {
-        std::int32_t firstDay = 0;
-        std::int32_t lastDay = 0;
-        EventReference event;
-    };
     std::shared_ptr<const platform::EKCalendar> calendar;
     std::vector<std::shared_ptr<LoadedFile>> files;
-    std::vector<Entry> entries; // all events, to be passed over quickly
+    std::vector<EventEntry> entries;
     Overrides overrides;
 };
 

@@ -121,7 +121,7 @@ std::shared_ptr<const TimeZone> makeDefinedTimeZone(const ZoneDefinition& defini
     std::stable_sort(changes.begin(), changes.end(), earlier);
     const auto sameInstant = [](const Change& a, const Change& b) { return a.at == b.at; };
     changes.erase(std::unique(changes.begin(), changes.end(), sameInstant), changes.end());
-    return std::make_shared<DefinedTimeZone>(definition.name, std::move(changes));
+    return std::make_shared<DefinedTimeZone>(definition.name.name, std::move(changes));
 }
 
 } // namespace quorvel::freedesktop::ics

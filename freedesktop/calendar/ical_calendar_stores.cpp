@@ -307,7 +307,7 @@ private:
 platform::EKEvents IcalCalendarStores::State::find(const Snapshot& snapshot,
                                                    const std::shared_ptr<ics::ZoneClock>& userZone,
                                                    const platform::EKEventPredicate& predicate) {
-    constexpr double farthest = 2.5e11; // some 8,000 years either way
+    constexpr double farthest = 2.54e11; // to the end of the year 9999
     constexpr double hour = 3600;
     ics::Window window{platform::timeIntervalSince1970(predicate.startDate),
                        platform::timeIntervalSince1970(predicate.endDate)};

@@ -188,6 +188,7 @@ private:
     void begin(std::string_view component) {
         if (equalsIgnoringCase(component, "VCALENDAR")) {
             dropOpenEvent();
+            m_calendar += m_sawCalendar ? 1 : 0;
             m_sawCalendar = true;
             m_calendarOpen = true;
             m_calendarCancels = false;
@@ -246,7 +247,8 @@ private:
             m_calendarCancels = equalsIgnoringCase(trimmed(line.value), "CANCEL");
         } else if (property == Property::calendarZone && !trimmed(line.value).empty() &&
                    !m_file.floatingZone) {
-            m_file.floatingZone = trimmed(line.value);
+            m_file.floatingZone = ZoneName{readText(trimmed(line.value)), m_calendar};
+            m_file.floatingZoneLine = m_raw.number;
         } else if (property == Property::calendarName && !m_file.calendarName) {
             m_file.calendarName = readText(line.value);
         } else if (property == Property::calendarColour && !m_file.calendarColour) {
@@ -261,6 +263,7 @@ private:
         m_nested = 0;
         m_event = {};
         m_event.line = m_raw.number;
+        m_event.calendar = m_calendar;
         m_event.cancelled = m_calendarCancels;
         m_event.firstRule = static_cast<std::uint32_t>(m_file.rules.size());
         m_textBefore = m_file.text.size();
@@ -367,11 +370,11 @@ private:
     std::uint32_t zoneIndex(std::string_view name) {
         auto& names = m_file.zoneNames;
         for (std::size_t i = names.size(); i > 0 && i + 16 > names.size(); --i) {
-            if (names[i - 1] == name) {
+            if (names[i - 1].calendar == m_calendar && names[i - 1].name == name) {
                 return static_cast<std::uint32_t>(i - 1);
             }
         }
-        names.emplace_back(name);
+        names.push_back({std::string(name), m_calendar});
         return static_cast<std::uint32_t>(names.size() - 1);
     }
 
@@ -490,8 +493,8 @@ private:
     void readZoneProperty(Property property, const ContentLine& line) {
         if (m_place == Place::zone) {
             if (property == Property::tzid) {
-                m_zone.name = trimmed(line.value);
-                m_zoneWanted = m_file.zones.size() < mostZones && !m_zoneIsKnown(m_zone.name);
+                m_zone.name = {readText(trimmed(line.value)), m_calendar};
+                m_zoneWanted = m_file.zones.size() < mostZones && !m_zoneIsKnown(m_zone.name.name);
             }
             return;
         }
@@ -532,7 +535,7 @@ private:
     }
 
     void endZone() {
-        if (m_zoneWanted && !m_zone.name.empty() && !m_zone.observances.empty()) {
+        if (m_zoneWanted && !m_zone.name.name.empty() && !m_zone.observances.empty()) {
             m_file.zones.push_back(std::move(m_zone));
         }
         m_zone = {};
@@ -600,6 +603,7 @@ private:
     Place m_place = Place::calendar;
     std::size_t m_nested = 0; // components within an event, or within one that is of no interest
     bool m_sawCalendar = false;
+    std::uint32_t m_calendar = 0; // which one of the file it is
     bool m_calendarOpen = false;
     bool m_calendarCancels = false; // everything in it
 

@@ -30,6 +30,13 @@ struct EventTime {
     std::uint32_t zone = 0; // of IcsFile::zoneNames, where zoned
 };
 
+// A name means what the iCalendar object says in which it stands.
+struct ZoneName {
+    std::string name;
+    std::uint32_t calendar = 0; // counts from 0 within the file
+    bool operator==(const ZoneName&) const = default;
+};
+
 enum class RuleKind : std::uint8_t { rrule, exrule, rdate, exdate };
 
 struct RuleLine {
@@ -40,7 +47,8 @@ struct RuleLine {
 };
 
 struct IcsEvent {
-    std::size_t line = 0; // of its BEGIN
+    std::size_t line = 0;       // of its BEGIN
+    std::uint32_t calendar = 0; // as in ZoneName
     Slice uid;
     std::optional<Slice> title;    // raw
     std::optional<Slice> location; // raw
@@ -70,7 +78,7 @@ struct ZoneObservance {
 };
 
 struct ZoneDefinition {
-    std::string name;
+    ZoneName name;
     std::vector<ZoneObservance> observances;
 };
 
@@ -83,9 +91,10 @@ struct IcsFile {
     std::string text; // the kept properties, one behind the other
     std::vector<IcsEvent> events;
     std::vector<RuleLine> rules;
-    std::vector<std::string> zoneNames;
-    std::vector<ZoneDefinition> zones;       // only those with a name known nowhere else
-    std::optional<std::string> floatingZone; // the zone of its floating times, where it names one
+    std::vector<ZoneName> zoneNames;
+    std::vector<ZoneDefinition> zones;    // only those with a name known nowhere else
+    std::optional<ZoneName> floatingZone; // the zone of its floating times, where it names one
+    std::size_t floatingZoneLine = 0;
     std::optional<std::string> calendarName;
     std::optional<std::string> calendarColour;
     std::vector<FileProblem> problems;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 #include "freedesktop/calendar/content_lines.h"
@@ -26,7 +27,7 @@ constexpr std::int64_t mostSteps = 20'000'000;
 constexpr std::int64_t fewSteps = 2'000;
 
 std::int64_t bounded(double seconds) {
-    constexpr double farthest = 2.5e11; // the years to 9999
+    constexpr double farthest = 2.54e11; // the year 9999 and a little more
     return static_cast<std::int64_t>(std::clamp(std::floor(seconds), -farthest, farthest));
 }
 
@@ -56,6 +57,26 @@ bool beginAlike(const EventReference& a, const EventReference& b) {
     const EventTime& first = a.event->start;
     const EventTime& second = b.event->start;
     return first.civil == second.civil && first.kind == second.kind;
+}
+
+// Of its own calendar, else of another one in the file.
+std::shared_ptr<const TimeZone> definedZone(const std::vector<ZoneDefinition>& definitions,
+                                            const ZoneName& name) {
+    std::shared_ptr<const TimeZone> elsewhere;
+    for (const ZoneDefinition& definition : definitions) {
+        if (definition.name.name != name.name) {
+            continue;
+        }
+        const bool isOwn = definition.name.calendar == name.calendar;
+        if (isOwn || !elsewhere) {
+            auto zone = makeDefinedTimeZone(definition);
+            if (zone && isOwn) {
+                return zone;
+            }
+            elsewhere = zone ? zone : elsewhere;
+        }
+    }
+    return elsewhere;
 }
 
 // Events that are no overrides, the newest versions of each UID.
@@ -130,6 +151,30 @@ bool belongsTo(const Window& window, std::int64_t start, std::int64_t end) {
     return (last > window.from || first == window.from) && first <= window.to;
 }
 
+namespace {
+
+// What follows an override may move with it out of the days of its event.
+EventEntry masterEntry(const EventReference& reference, Overrides& overrides) {
+    EventEntry entry{reference.event->firstDay, reference.event->lastDay, reference};
+    if (overrides.empty()) {
+        return entry;
+    }
+    const auto set = overrides.find(reference.file->ics.slice(reference.event->uid));
+    if (set == overrides.end()) {
+        return entry;
+    }
+    set->second.master = reference;
+    if (!set->second.future.empty()) {
+        constexpr std::int32_t days = longestShift / secondsPerDay;
+        constexpr auto farthest = std::numeric_limits<std::int32_t>::max();
+        entry.firstDay = std::max(entry.firstDay, days - farthest) - days;
+        entry.lastDay = std::min(entry.lastDay, farthest - days) + days;
+    }
+    return entry;
+}
+
+} // namespace
+
 EventSet collectEvents(const std::vector<std::shared_ptr<LoadedFile>>& files) {
     EventSet result;
     Masters masters;
@@ -143,23 +188,18 @@ EventSet collectEvents(const std::vector<std::shared_ptr<LoadedFile>>& files) {
             }
         }
     }
+    for (auto& [uid, set] : result.overrides) {
+        sortOverrides(set);
+    }
     for (const auto& file : files) {
         for (const IcsEvent& event : file->ics.events) {
             const EventReference reference{file.get(), &event};
-            if (!event.recurrenceId && !masters.holds(reference)) {
-                continue;
-            }
-            result.events.push_back(reference);
-            if (!event.recurrenceId && event.cancelled && !result.overrides.empty()) {
-                const auto set = result.overrides.find(file->ics.slice(event.uid));
-                if (set != result.overrides.end()) {
-                    set->second.cancelledAt = event.sequence;
-                }
+            if (event.recurrenceId) {
+                result.entries.push_back({event.firstDay, event.lastDay, reference});
+            } else if (masters.holds(reference)) {
+                result.entries.push_back(masterEntry(reference, result.overrides));
             }
         }
-    }
-    for (auto& [uid, set] : result.overrides) {
-        sortOverrides(set);
     }
     return result;
 }
@@ -187,7 +227,7 @@ void Expander::expand(const EventReference& reference, const Overrides& override
         set = found == overrides.end() ? nullptr : &found->second;
     }
     if (event.recurrenceId) {
-        if (set == nullptr || isNewest(reference, *set)) {
+        if (set == nullptr || (isNewest(reference, *set) && !isTakenBack(reference, *set))) {
             emit(file, event, event.start, lengthOf(file, event),
                  instantOf(file, *event.recurrenceId), result);
         }
@@ -200,9 +240,6 @@ void Expander::expand(const EventReference& reference, const Overrides& override
 
 // Readings of one instant in two zones lie less than two days apart.
 bool Expander::isNewest(const EventReference& reference, const OverrideSet& set) {
-    if (set.cancelledAt && reference.event->sequence <= *set.cancelledAt) {
-        return false;
-    }
     const std::int64_t instant = instantOf(*reference.file, *reference.event->recurrenceId);
     const std::int64_t reading = overriddenReading(reference);
     bool isAfterIt = false;
@@ -222,21 +259,43 @@ bool Expander::isNewest(const EventReference& reference, const OverrideSet& set)
     return true;
 }
 
-// ---- times and zones
-
-std::shared_ptr<ZoneClock> Expander::findZone(LoadedFile& file, const std::string& name) {
-    if (auto known = m_names.named(name)) {
-        return known;
+// By the whole event: cancelled since, or without this instance since.
+bool Expander::isTakenBack(const EventReference& reference, const OverrideSet& set) {
+    const EventReference& master = set.master;
+    if (master.event == nullptr) {
+        return false;
     }
-    for (const ZoneDefinition& definition : file.ics.zones) {
-        if (definition.name == name) {
-            if (auto zone = makeDefinedTimeZone(definition)) {
-                return std::make_shared<ZoneClock>(std::move(zone));
-            }
+    if (master.event->cancelled) {
+        return reference.event->sequence <= master.event->sequence;
+    }
+    if (reference.event->sequence >= master.event->sequence) {
+        return false;
+    }
+    const EventTime& time = *reference.event->recurrenceId;
+    Series series = seriesOf(*master.file, *master.event, false);
+    series.from = series.to = time.civil;
+    for (std::uint32_t i = 0; i < master.event->ruleCount; ++i) {
+        const RuleLine& rule = master.file->ics.rules[master.event->firstRule + i];
+        if (rule.kind == RuleKind::exdate) {
+            excludeDates(series, rule);
         }
     }
-    m_report(file, 0,
-             "the time zone \"" + validUtf8(name.substr(0, 60)) +
+    return series.excludedInstants.count(instantOf(*reference.file, time)) != 0 ||
+           series.excludedDays.count(civilDays(time.civil)) != 0;
+}
+
+// ---- times and zones
+
+std::shared_ptr<ZoneClock> Expander::findZone(LoadedFile& file, const ZoneName& name,
+                                              std::size_t line) {
+    if (auto known = m_names.named(name.name)) {
+        return known;
+    }
+    if (auto zone = definedZone(file.ics.zones, name)) {
+        return std::make_shared<ZoneClock>(std::move(zone));
+    }
+    m_report(file, line,
+             "the time zone \"" + validUtf8(name.name.substr(0, 60)) +
                  "\" is unknown; its times are taken for local ones");
     return nullptr;
 }
@@ -257,7 +316,7 @@ ZoneClock& Expander::clockOf(LoadedFile& file, const EventTime& time) {
     }
     if (!file.zonesAsked[time.zone]) {
         file.zonesAsked[time.zone] = true;
-        file.zones[time.zone] = findZone(file, file.ics.zoneNames[time.zone]);
+        file.zones[time.zone] = findZone(file, file.ics.zoneNames[time.zone], 0);
     }
     const auto& zone = file.zones[time.zone];
     return zone ? *zone : m_userZone;
@@ -268,7 +327,7 @@ ZoneClock& Expander::floatingClock(LoadedFile& file) {
         return m_userZone;
     }
     if (!std::exchange(file.isFloatingZoneAsked, true)) {
-        file.floatingZone = findZone(file, *file.ics.floatingZone);
+        file.floatingZone = findZone(file, *file.ics.floatingZone, file.ics.floatingZoneLine);
     }
     return file.floatingZone ? *file.floatingZone : m_userZone;
 }
@@ -295,7 +354,8 @@ Expander::Length Expander::lengthOf(LoadedFile& file, const IcsEvent& event) {
     }
     if (event.end) {
         EventTime end = *event.end;
-        if (end.kind == TimeKind::date) {
+        const bool isIncomplete = end.kind == TimeKind::date || end.kind == TimeKind::floating;
+        if (isIncomplete) { // many leave the zone out that the start has
             end.kind = start.kind;
             end.zone = start.zone;
         }
@@ -338,16 +398,19 @@ void Expander::emit(LoadedFile& file, const IcsEvent& event, const EventTime& st
 
 // ---- series
 
-void Expander::expandSeries(LoadedFile& file, const IcsEvent& event, const OverrideSet* overrides,
-                            std::vector<Occurrence>& result) {
+Expander::Series Expander::seriesOf(LoadedFile& file, const IcsEvent& event, bool mayShift) {
     Series series{file, event, lengthOf(file, event), {}, {}, {}, {}, {}};
-    const bool mayShift = overrides != nullptr && !overrides->future.empty();
     const std::int64_t margin = marginSeconds + (mayShift ? longestShift : 0);
     const std::int64_t reach =
         (series.length.days + 1) * secondsPerDay + std::max<std::int64_t>(series.length.seconds, 0);
     series.from = civilFromSeconds(bounded(m_window.from) - reach - margin);
     series.to = civilFromSeconds(bounded(m_window.to) + margin);
+    return series;
+}
 
+void Expander::expandSeries(LoadedFile& file, const IcsEvent& event, const OverrideSet* overrides,
+                            std::vector<Occurrence>& result) {
+    Series series = seriesOf(file, event, overrides != nullptr && !overrides->future.empty());
     bool hasRule = false;
     for (std::uint32_t i = 0; i < event.ruleCount; ++i) {
         const RuleLine& rule = file.ics.rules[event.firstRule + i];
@@ -383,8 +446,10 @@ void Expander::expandSeries(LoadedFile& file, const IcsEvent& event, const Overr
 void Expander::emitSeries(Series& series, const OverrideSet* overrides,
                           std::vector<Occurrence>& result) {
     auto& starts = series.starts;
-    std::stable_sort(starts.begin(), starts.end(),
-                     [](const Start& a, const Start& b) { return a.instant < b.instant; });
+    // A period's own length goes before that of the event.
+    std::stable_sort(starts.begin(), starts.end(), [](const Start& a, const Start& b) {
+        return std::pair(a.instant, !a.length) < std::pair(b.instant, !b.length);
+    });
     const Start* last = nullptr;
     for (const Start& start : starts) {
         const bool repeated = last != nullptr && last->instant == start.instant;
@@ -415,6 +480,18 @@ void Expander::addStart(Series& series, const EventTime& time, std::optional<Len
     series.starts.push_back({time, instantOf(series.file, time), length});
 }
 
+// Readings that come twice are about to show that an instant is more than its reading.
+void Expander::endAtInstant(recurrence::RecurrenceRequest& request, ZoneClock& clock,
+                            std::int64_t instant) {
+    const std::int64_t surelyBefore = civilSeconds(clock.civil(instant)) - secondsPerDay;
+    request.until = surelyBefore + 2 * secondsPerDay;
+    request.exists = [&clock, instant, surelyBefore](std::int64_t reading) {
+        return clock.exists(reading) &&
+               (reading < surelyBefore ||
+                clock.instant(civilFromSeconds(reading)).seconds <= instant);
+    };
+}
+
 std::vector<CivilTime> Expander::ruleStarts(Series& series, const RuleLine& line) {
     const IcsEvent& event = series.event;
     ZoneClock& clock = clockOf(series.file, event.start);
@@ -440,12 +517,13 @@ std::vector<CivilTime> Expander::ruleStarts(Series& series, const RuleLine& line
         request.until = civilSeconds(until->civil);
         if (until->isDate) { // the whole of that day
             request.until = (civilDays(until->civil) + 1) * secondsPerDay - 1;
-        } else if (until->isUtc && !request.wholeDays) {
-            request.until = civilSeconds(clock.civil(*request.until));
         }
     }
     if (!request.wholeDays) {
         request.exists = [&clock](std::int64_t reading) { return clock.exists(reading); };
+    }
+    if (until && until->isUtc && !request.wholeDays) {
+        endAtInstant(request, clock, *request.until);
     }
     request.budget = m_stepsSpent < mostSteps ? recurrence::standardBudget : fewSteps;
     if (rule->count && request.to >= request.start) {
@@ -492,11 +570,12 @@ EventTime Expander::listedTime(Series& series, const RuleLine& rule, const TimeV
         time.kind = TimeKind::utc;
     } else if (const auto zone = parameterValue(series.file.ics.slice(rule.parameters), "TZID")) {
         auto& names = series.file.ics.zoneNames;
-        const auto found = std::find(names.begin(), names.end(), *zone);
+        const ZoneName name{std::string(*zone), series.event.calendar};
+        const auto found = std::find(names.begin(), names.end(), name);
         time.kind = TimeKind::zoned;
         time.zone = static_cast<std::uint32_t>(found - names.begin());
         if (found == names.end()) {
-            names.emplace_back(*zone);
+            names.push_back(name);
         }
     } else if (time.kind == TimeKind::date) {
         time.kind = TimeKind::floating;

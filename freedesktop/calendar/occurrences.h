@@ -45,16 +45,23 @@ struct EventReference {
 struct OverrideSet {
     std::vector<EventReference> all;
     std::vector<EventReference> future; // those of them that hold for what follows as well
-    std::optional<int> cancelledAt;     // the sequence at which the whole event was cancelled
+    EventReference master;              // the newest version of the whole event; may be absent
 };
 
 // The overrides of a calendar's events, by UID.
 using Overrides = std::unordered_map<std::string_view, OverrideSet>;
 
+// An event, to be passed over quickly by the days that it can touch.
+struct EventEntry {
+    std::int32_t firstDay = 0;
+    std::int32_t lastDay = 0;
+    EventReference event;
+};
+
 // What a calendar's files come to: of several versions of an event the newest, and the overrides.
 // Versions that are equally new stay, unless they begin alike.
 struct EventSet {
-    std::vector<EventReference> events; // overrides among them
+    std::vector<EventEntry> entries; // overrides among them
     Overrides overrides;
 };
 
@@ -116,10 +123,12 @@ private:
         std::set<std::int64_t> excludedDays;
     };
 
+    Series seriesOf(LoadedFile& file, const IcsEvent& event, bool mayShift);
     ZoneClock& clockOf(LoadedFile& file, const EventTime& time);
     ZoneClock& floatingClock(LoadedFile& file);
     bool isNewest(const EventReference& reference, const OverrideSet& set);
-    std::shared_ptr<ZoneClock> findZone(LoadedFile& file, const std::string& name);
+    bool isTakenBack(const EventReference& reference, const OverrideSet& set);
+    std::shared_ptr<ZoneClock> findZone(LoadedFile& file, const ZoneName& name, std::size_t line);
     std::int64_t instantOf(LoadedFile& file, const EventTime& time);
     std::int64_t endOf(LoadedFile& file, const EventTime& start, std::int64_t startInstant,
                        const Length& length);
@@ -131,6 +140,8 @@ private:
                       std::vector<Occurrence>& result);
     void addStart(Series& series, const EventTime& time, std::optional<Length> length);
     std::vector<CivilTime> ruleStarts(Series& series, const RuleLine& line);
+    static void endAtInstant(recurrence::RecurrenceRequest& request, ZoneClock& clock,
+                             std::int64_t instant);
     recurrence::CountEnd countEnd(Series& series, const RuleLine& line,
                                   const recurrence::RecurrenceRequest& request);
     void addDates(Series& series, const RuleLine& rule);

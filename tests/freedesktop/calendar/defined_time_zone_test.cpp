@@ -10,7 +10,7 @@ namespace {
 
 ZoneDefinition centralEurope() {
     ZoneDefinition zone;
-    zone.name = "Somewhere";
+    zone.name.name = "Somewhere";
     zone.observances.push_back(
         {{1981, 3, 29, 2, 0, 0}, 3600, 7200, {"FREQ=YEARLY;BYMONTH=3;BYDAY=-1SU"}, {}});
     zone.observances.push_back(
@@ -36,7 +36,7 @@ TEST(DefinedTimeZone, ReadsAsTheKnownZoneDoes) {
 }
 
 TEST(DefinedTimeZone, IsNoneWithoutObservances) {
-    EXPECT_EQ(makeDefinedTimeZone({"Nowhere", {}}), nullptr);
+    EXPECT_EQ(makeDefinedTimeZone({{"Nowhere", 0}, {}}), nullptr);
 }
 
 TEST(DefinedTimeZone, OfHostileRulesIsBounded) {

@@ -150,7 +150,7 @@ TEST(IcsFile, KeepsDefinitionsOfUnknownZonesOnly) {
     const IcsFile file = read(calendar(zone("Europe/Berlin") + zone("Own") + event("a")));
     EXPECT_EQ(uidsOf(file), "a");
     ASSERT_EQ(file.zones.size(), 1U);
-    EXPECT_EQ(file.zones[0].name, "Own");
+    EXPECT_EQ(file.zones[0].name.name, "Own");
     ASSERT_EQ(file.zones[0].observances.size(), 1U);
     EXPECT_EQ(file.zones[0].observances[0].offsetTo, -12600);
     EXPECT_EQ(file.zones[0].observances[0].dates.size(), 1U);
