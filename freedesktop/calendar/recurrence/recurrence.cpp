@@ -22,6 +22,10 @@ constexpr std::int64_t lastReading = 253402300799;  // 9999-12-31T23:59:59
 constexpr std::size_t mostReadings = 100'000;
 // After so many steps without an occurrence it is worth asking whether there will ever be one.
 constexpr std::int64_t barrenSteps = 2'000;
+// A month's days are worked out in the time of as many other steps; so many times of a day are
+// written down in one.
+constexpr std::int64_t stepsOfMonth = 8;
+constexpr std::int64_t timesPerStep = 8;
 
 std::int64_t floorDivision(std::int64_t value, std::int64_t divisor) {
     const std::int64_t quotient = value / divisor;
@@ -74,6 +78,17 @@ std::vector<std::int64_t> numbersOf(const std::bitset<Size>& set, std::int64_t s
     return numbers;
 }
 
+// The next number of the set, from this one on, or the one behind the greatest where there is none;
+// an empty set holds all. 60 is no second here.
+template <std::size_t Size>
+std::int64_t nextOf(const std::bitset<Size>& set, std::int64_t number) {
+    if (set.none()) {
+        return number;
+    }
+    const std::uint64_t rest = set.to_ullong() >> number;
+    return rest == 0 ? std::min<std::int64_t>(Size, 60) : number + __builtin_ctzll(rest);
+}
+
 class Expansion {
 public:
     explicit Expansion(const RecurrenceRequest& request)
@@ -89,7 +104,7 @@ public:
         m_from = lastReading; // nothing is kept
         m_to = std::min(m_request.until.value_or(lastReading), lastReading);
         m_canLeap = false;
-        m_lastCounted = m_request.start;
+        m_lastCounted = std::min(m_request.start, m_to);
         const RecurrenceStarts walked = run();
         return {m_lastCounted, walked.problem.empty(), walked.stepsSpent};
     }
@@ -108,7 +123,7 @@ public:
             walkSteps(m_rule.interval * unitOf(m_rule.frequency));
         } else {
             m_days.emplace(m_rule, m_startDay);
-            isBelowDay(m_rule.frequency) ? walkUnits() : walkPeriods();
+            walk();
         }
         return std::move(m_result);
     }
@@ -123,8 +138,8 @@ private:
 
     void walkSteps(std::int64_t step) {
         if (m_rule.count && !m_request.exists) { // whose end is a matter of arithmetic
-            const std::int64_t last = *m_rule.count - (m_request.startCounts ? 1 : 0);
-            m_to = std::min(m_to, m_request.start + std::min(last, lastReading / step) * step);
+            const std::int64_t last = std::min(*m_rule.count - 1, (m_to - m_request.start) / step);
+            m_to = m_request.start + last * step;
             m_canLeap = m_from > m_request.start;
             m_lastCounted = m_to;
         }
@@ -139,12 +154,116 @@ private:
         }
     }
 
-    // ---- days and longer periods
+    // ---- the others
+
+    void walk() {
+        if (isBelowDay(m_rule.frequency)) {
+            walkUnits();
+            return;
+        }
+        if (!makeTimes()) {
+            return;
+        }
+        if (m_rule.frequency == Frequency::daily) {
+            walkDays(m_rule.interval);
+        } else if (m_rule.interval == 1 && m_rule.positions.empty()) {
+            walkDays(1); // where a period ends is no matter
+        } else {
+            walkPeriods();
+        }
+    }
+
+    // Where neither the start nor the window begins later.
+    std::int64_t firstWantedReading() const {
+        return m_canLeap ? std::max(m_from, m_request.start) : m_request.start;
+    }
+    std::int64_t firstWantedDay() const {
+        return floorDivision(firstWantedReading(), secondsPerDay);
+    }
+    std::int64_t lastWantedDay() const { return floorDivision(m_to, secondsPerDay); }
+
+    // The first day from this one to the last one that the rule includes. Absent also where the
+    // walk is to end.
+    std::optional<std::int64_t> nextDay(std::int64_t day, std::int64_t last) {
+        while (day <= last && spend(m_days->knowsMonthOf(day) ? 1 : stepsOfMonth)) {
+            const std::int64_t next = m_days->nextCandidate(day);
+            if (m_days->knowsMonthOf(next)) {
+                return next <= last ? std::optional(next) : std::nullopt;
+            }
+            day = next;
+        }
+        return std::nullopt;
+    }
+
+    // ---- every so many days
+
+    void walkDays(std::int64_t interval) {
+        const std::int64_t last = lastWantedDay();
+        const auto firstFrom = [&](std::int64_t day) {
+            return m_startDay + ceilingDivision(day - m_startDay, interval) * interval;
+        };
+        std::int64_t day = firstFrom(firstWantedDay());
+        while (const auto next = nextDay(day, last)) {
+            day = firstFrom(*next);
+            if (day == *next) {
+                if (!offerDay(day)) {
+                    return;
+                }
+                day += interval;
+            }
+        }
+    }
+
+    // A day that is a period of its own, or one of several without positions.
+    bool offerDay(std::int64_t day) {
+        const std::int64_t midnight = day * secondsPerDay;
+        if (!m_rule.positions.empty()) {
+            return offerPicked(m_times.size(),
+                               [&](std::size_t index) { return midnight + m_times[index]; });
+        }
+        const auto first =
+            std::lower_bound(m_times.begin(), m_times.end(), firstWantedReading() - midnight);
+        return std::all_of(first, m_times.end(),
+                           [&](std::int64_t time) { return offer(midnight + time); });
+    }
+
+    // The times of a day, sorted.
+    bool makeTimes() {
+        if (m_request.wholeDays || !m_rule.hasTimeParts()) {
+            m_times = {m_request.wholeDays ? 0 : m_timeOfDay};
+            return true;
+        }
+        const auto hours = numbersOf(m_rule.hours, m_timeOfDay / secondsPerHour);
+        m_times = timesOf(hours, numbersOf(m_rule.minutes, startMinute()),
+                          numbersOf(m_rule.seconds, startSecond()));
+        return !m_times.empty() && spend(static_cast<std::int64_t>(m_times.size()) / timesPerStep);
+    }
+
+    std::int64_t startMinute() const { return m_timeOfDay / secondsPerMinute % 60; }
+    std::int64_t startSecond() const { return m_timeOfDay % secondsPerMinute; }
+
+    static std::vector<std::int64_t> timesOf(const std::vector<std::int64_t>& hours,
+                                             const std::vector<std::int64_t>& minutes,
+                                             const std::vector<std::int64_t>& seconds) {
+        std::vector<std::int64_t> times;
+        times.reserve(hours.size() * minutes.size() * seconds.size());
+        for (const std::int64_t hour : hours) {
+            for (const std::int64_t minute : minutes) {
+                for (const std::int64_t second : seconds) {
+                    times.push_back(hour * secondsPerHour + minute * secondsPerMinute + second);
+                }
+            }
+        }
+        return times;
+    }
+
+    // ---- weeks, months and years with some of their days
 
     void walkPeriods() {
+        m_start = civilDay(m_startDay);
         for (std::int64_t index = firstPeriod();; ++index) {
             const Period period = periodAt(index);
-            if (period.firstDay > floorDivision(m_to, secondsPerDay) || !spend(1)) {
+            if (period.firstDay > lastWantedDay() || !spend(1)) {
                 return;
             }
             if (!(m_rule.positions.empty() ? offerDays(period) : offerPositions(period))) {
@@ -155,19 +274,15 @@ private:
 
     // The index of the period that the window begins in, or of one shortly before.
     std::int64_t firstPeriod() const {
-        if (!m_canLeap) {
-            return 0;
-        }
-        const std::int64_t fromDay = floorDivision(m_from, secondsPerDay);
+        const std::int64_t fromDay = firstWantedDay();
         std::int64_t periods = 0;
-        if (const std::int64_t unit = unitOf(m_rule.frequency)) {
-            periods = floorDivision((fromDay - m_startDay) * secondsPerDay, unit);
+        if (m_rule.frequency == Frequency::weekly) {
+            periods = floorDivision(fromDay - m_startDay, weekdays);
         } else {
             const CivilDay from = civilDay(fromDay);
-            const CivilDay start = civilDay(m_startDay);
-            periods = from.year - start.year;
+            periods = from.year - m_start.year;
             if (m_rule.frequency == Frequency::monthly) {
-                periods = periods * 12 + from.month - start.month;
+                periods = periods * 12 + from.month - m_start.month;
             }
         }
         return std::max<std::int64_t>(floorDivision(periods, m_rule.interval), 0);
@@ -175,112 +290,73 @@ private:
 
     Period periodAt(std::int64_t index) const {
         constexpr std::int64_t farthest = 10'000 * 12; // months
+        const std::int64_t step = std::min(index * m_rule.interval, farthest);
         switch (m_rule.frequency) {
         case Frequency::yearly:
-        case Frequency::monthly: {
-            const std::int64_t step = std::min(index * m_rule.interval, farthest);
-            const CivilDay start = civilDay(m_startDay);
-            return m_rule.frequency == Frequency::yearly
-                       ? Period{dayNumber(start.year + step, 1, 1),
-                                dayNumber(start.year + step + 1, 1, 1) - 1}
-                       : Period{dayNumber(start.year, start.month + step, 1),
-                                dayNumber(start.year, start.month + step + 1, 1) - 1};
-        }
-        case Frequency::weekly: {
+            return {dayNumber(m_start.year + step, 1, 1),
+                    dayNumber(m_start.year + step + 1, 1, 1) - 1};
+        case Frequency::monthly:
+            return {dayNumber(m_start.year, m_start.month + step, 1),
+                    dayNumber(m_start.year, m_start.month + step + 1, 1) - 1};
+        default: {
             const int intoWeek = (weekdayOf(m_startDay) - m_rule.weekStart + weekdays) % weekdays;
             const std::int64_t first = m_startDay - intoWeek + index * m_rule.interval * weekdays;
             return {first, first + weekdays - 1};
-        }
-        default: {
-            const std::int64_t day = m_startDay + index * m_rule.interval;
-            return {day, day};
         }
         }
     }
 
     bool offerDays(const Period& period) {
-        std::int64_t first = std::max(period.firstDay, m_startDay);
-        if (m_canLeap) {
-            first = std::max(first, floorDivision(m_from, secondsPerDay));
-        }
-        const std::int64_t last = std::min(period.lastDay, floorDivision(m_to, secondsPerDay));
-        for (std::int64_t day = first; day <= last; day = m_days->nextCandidate(day)) {
-            if (!spend(1)) {
+        const std::int64_t last = std::min(period.lastDay, lastWantedDay());
+        std::int64_t day = std::max(period.firstDay, firstWantedDay());
+        while (const auto next = nextDay(day, last)) {
+            if (!offerDay(*next)) {
                 return false;
             }
-            if (m_days->includes(day) && !offerTimes(day)) {
-                return false;
-            }
+            day = *next + 1;
         }
-        return true;
-    }
-
-    bool offerTimes(std::int64_t day) {
-        for (const std::int64_t time : times()) {
-            if (!offer(day * secondsPerDay + time)) {
-                return false;
-            }
-        }
-        return true;
-    }
-
-    // The times of a day, sorted.
-    const std::vector<std::int64_t>& times() {
-        if (!m_times.empty() || m_hasNoTimes) {
-            return m_times;
-        }
-        if (m_request.wholeDays || !m_rule.hasTimeParts()) {
-            m_times = {m_request.wholeDays ? 0 : m_timeOfDay};
-            return m_times;
-        }
-        const auto minutes = numbersOf(m_rule.minutes, m_timeOfDay / secondsPerMinute % 60);
-        const auto seconds = numbersOf(m_rule.seconds, m_timeOfDay % secondsPerMinute);
-        for (const std::int64_t hour : numbersOf(m_rule.hours, m_timeOfDay / secondsPerHour)) {
-            for (const std::int64_t minute : minutes) {
-                for (const std::int64_t second : seconds) {
-                    m_times.push_back(hour * secondsPerHour + minute * secondsPerMinute + second);
-                }
-            }
-        }
-        m_hasNoTimes = m_times.empty();
-        return m_times;
+        return mayWalkOn();
     }
 
     bool offerPositions(const Period& period) {
         m_found.clear();
-        for (std::int64_t day = period.firstDay; day <= period.lastDay;
-             day = m_days->nextCandidate(day)) {
-            if (!spend(1)) {
-                return false;
-            }
-            if (m_days->includes(day)) {
-                m_found.push_back(day * secondsPerDay);
-            }
+        std::int64_t day = period.firstDay;
+        while (const auto next = nextDay(day, period.lastDay)) {
+            m_found.push_back(*next * secondsPerDay);
+            day = *next + 1;
         }
-        const auto& timesOfDay = times();
-        const std::size_t perDay = timesOfDay.size();
-        return offerPicked(m_found.size() * perDay, [&](std::size_t index) {
-            return m_found[index / perDay] + timesOfDay[index % perDay];
-        });
+        const std::size_t perDay = m_times.size();
+        return mayWalkOn() && offerPicked(m_found.size() * perDay, [&](std::size_t index) {
+                   return m_found[index / perDay] + m_times[index % perDay];
+               });
     }
 
     // Of so many readings those that BYSETPOS names.
     template <class ReadingAt>
     bool offerPicked(std::size_t size, ReadingAt readingAt) {
+        if (size != m_pickedFrom) {
+            if (!spend(static_cast<std::int64_t>(m_rule.positions.size()))) {
+                return false;
+            }
+            pickFrom(size);
+        }
+        return spend(1 + static_cast<std::int64_t>(m_picked.size()) / timesPerStep) &&
+               std::all_of(m_picked.begin(), m_picked.end(),
+                           [&](std::size_t index) { return offer(readingAt(index)); });
+    }
+
+    void pickFrom(std::size_t size) {
+        m_pickedFrom = size;
+        m_picked.clear();
         const auto many = static_cast<std::int64_t>(size);
-        std::vector<std::int64_t> indices;
         for (const int position : m_rule.positions) {
             const std::int64_t index = position > 0 ? position - 1 : many + position;
             if (index >= 0 && index < many) {
-                indices.push_back(index);
+                m_picked.push_back(static_cast<std::size_t>(index));
             }
         }
-        std::sort(indices.begin(), indices.end());
-        indices.erase(std::unique(indices.begin(), indices.end()), indices.end());
-        return spend(static_cast<std::int64_t>(m_rule.positions.size())) &&
-               std::all_of(indices.begin(), indices.end(), [&](std::int64_t index) {
-                   return offer(readingAt(static_cast<std::size_t>(index)));
-               });
+        std::sort(m_picked.begin(), m_picked.end());
+        m_picked.erase(std::unique(m_picked.begin(), m_picked.end()), m_picked.end());
     }
 
     // ---- hours, minutes, seconds
@@ -289,6 +365,7 @@ private:
         const std::int64_t unit = unitOf(m_rule.frequency);
         m_step = unit * m_rule.interval;
         m_firstUnit = floorDivision(m_request.start, unit) * unit;
+        makeTimesOfUnit();
         std::int64_t index =
             m_canLeap ? std::max<std::int64_t>(floorDivision(m_from - m_firstUnit, m_step), 0) : 0;
         while (true) {
@@ -296,8 +373,12 @@ private:
             if (begin > m_to || !spend(1)) {
                 return;
             }
-            if (const auto next = shutUntil(begin)) {
-                index = std::max(index + 1, ceilingDivision(*next - m_firstUnit, m_step));
+            const std::int64_t open = openFrom(begin);
+            if (!mayWalkOn()) {
+                return;
+            }
+            if (open > begin) {
+                index = ceilingDivision(open - m_firstUnit, m_step);
                 continue;
             }
             if (!offerUnit(begin)) {
@@ -307,57 +388,55 @@ private:
         }
     }
 
-    // Where the coarser parts shut the reading out: from when on they may not.
-    std::optional<std::int64_t> shutUntil(std::int64_t reading) {
+    // The beginning of the unit where its coarser parts let it through; else of a later one before
+    // which they let none through.
+    std::int64_t openFrom(std::int64_t reading) {
         const std::int64_t day = floorDivision(reading, secondsPerDay);
+        const std::int64_t midnight = day * secondsPerDay;
         if (day != m_knownDay) {
+            const auto next = nextDay(day, lastWantedDay());
+            if (next != day) {
+                return next.value_or(lastWantedDay() + 1) * secondsPerDay;
+            }
             m_knownDay = day;
-            m_isKnownDayIncluded = m_days->includes(day);
         }
-        if (!m_isKnownDayIncluded) {
-            return m_days->nextCandidate(day) * secondsPerDay;
+        const std::int64_t time = reading - midnight;
+        const std::int64_t hour = time / secondsPerHour;
+        const std::int64_t openHour = nextOf(m_rule.hours, hour);
+        if (openHour > hour) {
+            return midnight + openHour * secondsPerHour;
         }
-        const std::int64_t time = reading - day * secondsPerDay;
-        const auto hour = static_cast<std::size_t>(time / secondsPerHour);
-        if (m_rule.hours.any() && !m_rule.hours[hour]) {
-            return reading - time % secondsPerHour + secondsPerHour;
+        const std::int64_t minute = time / secondsPerMinute;
+        const std::int64_t openMinute =
+            m_rule.frequency == Frequency::hourly
+                ? minute
+                : hour * 60 + nextOf(m_rule.minutes, minute - hour * 60);
+        if (openMinute > minute) {
+            return midnight + openMinute * secondsPerMinute;
         }
-        const auto minute = static_cast<std::size_t>(time / secondsPerMinute % 60);
-        if (m_rule.frequency <= Frequency::minutely && m_rule.minutes.any() &&
-            !m_rule.minutes[minute]) {
-            return reading - time % secondsPerMinute + secondsPerMinute;
-        }
-        const auto second = static_cast<std::size_t>(time % secondsPerMinute);
-        if (m_rule.frequency == Frequency::secondly && m_rule.seconds.any() &&
-            !m_rule.seconds[second]) {
-            return reading + 1;
-        }
-        return std::nullopt;
+        return m_rule.frequency == Frequency::secondly
+                   ? midnight + minute * secondsPerMinute +
+                         nextOf(m_rule.seconds, time - minute * secondsPerMinute)
+                   : reading;
+    }
+
+    void makeTimesOfUnit() {
+        const std::vector<std::int64_t> zero = {0};
+        m_times = timesOf(
+            zero,
+            m_rule.frequency == Frequency::hourly ? numbersOf(m_rule.minutes, startMinute()) : zero,
+            m_rule.frequency == Frequency::secondly ? zero
+                                                    : numbersOf(m_rule.seconds, startSecond()));
     }
 
     // What the finer parts make of one hour, minute or second.
     bool offerUnit(std::int64_t begin) {
-        if (m_rule.frequency == Frequency::secondly) {
-            m_found = {begin};
-        } else {
-            m_found.clear();
-            const auto seconds = numbersOf(m_rule.seconds, m_timeOfDay % secondsPerMinute);
-            const auto minutes =
-                m_rule.frequency == Frequency::minutely
-                    ? std::vector<std::int64_t>{0}
-                    : numbersOf(m_rule.minutes, m_timeOfDay / secondsPerMinute % 60);
-            for (const std::int64_t minute : minutes) {
-                for (const std::int64_t second : seconds) {
-                    m_found.push_back(begin + minute * secondsPerMinute + second);
-                }
-            }
-        }
         if (!m_rule.positions.empty()) {
-            return offerPicked(m_found.size(),
-                               [this](std::size_t index) { return m_found[index]; });
+            return offerPicked(m_times.size(),
+                               [&](std::size_t index) { return begin + m_times[index]; });
         }
-        return std::all_of(m_found.begin(), m_found.end(),
-                           [this](std::int64_t reading) { return offer(reading); });
+        return std::all_of(m_times.begin(), m_times.end(),
+                           [&](std::int64_t time) { return offer(begin + time); });
     }
 
     // ---- all of them
@@ -398,27 +477,35 @@ private:
         }
     }
 
+    // False: the walk is to end.
     bool spend(std::int64_t steps) {
-        m_result.stepsSpent += steps;
-        m_barren += steps;
-        if (m_result.stepsSpent > m_request.budget) {
+        if (steps > m_request.budget - m_result.stepsSpent) {
+            m_result.stepsSpent = m_request.budget;
             m_result.problem = "it takes too many steps";
+            m_isSpent = true;
             return false;
         }
+        m_result.stepsSpent += steps;
+        m_barren += steps;
         if (m_barren > barrenSteps && !m_isKnownFertile) {
             m_isKnownFertile = isEverFertile();
-            return m_isKnownFertile;
+            m_isSpent = !m_isKnownFertile;
         }
-        return true;
+        return !m_isSpent;
     }
+
+    bool mayWalkOn() const { return !m_isSpent; }
 
     // Whether its parts let anything through at all, on any day, at any time of the day.
     bool isEverFertile() const {
-        if (m_days && !m_days->includesAny()) {
+        if (m_days && !RuleDays(m_rule, m_startDay).includesAny()) {
             return false;
         }
         if (!m_days || !isBelowDay(m_rule.frequency)) {
-            return !m_hasNoTimes;
+            return true;
+        }
+        if (m_times.empty()) {
+            return false;
         }
         // From day to day the walk comes by the same times, this far from each other.
         const std::int64_t spacing = std::gcd(m_step, secondsPerDay);
@@ -449,18 +536,20 @@ private:
     std::int64_t m_startDay;
     std::int64_t m_timeOfDay; // of the start
     bool m_canLeap;           // nothing before the window has to be counted
+    CivilDay m_start;
     std::optional<RuleDays> m_days;
-    std::vector<std::int64_t> m_times;
-    bool m_hasNoTimes = false;
-    std::vector<std::int64_t> m_found; // within one period
-    std::int64_t m_step = 0;           // from one unit to the next that counts
+    std::vector<std::int64_t> m_times; // of a day, or of an hour, minute or second
+    std::vector<std::int64_t> m_found; // the days of one period, their midnights
+    std::vector<std::size_t> m_picked; // what the positions name among so many
+    std::size_t m_pickedFrom = 0;
+    std::int64_t m_step = 0; // from one unit to the next that counts
     std::int64_t m_firstUnit = 0;
-    std::int64_t m_knownDay = std::numeric_limits<std::int64_t>::min();
-    bool m_isKnownDayIncluded = false;
+    std::int64_t m_knownDay = std::numeric_limits<std::int64_t>::min(); // the last one let through
     std::int64_t m_counted = 0;
     std::int64_t m_lastCounted = 0;
     std::int64_t m_barren = 0; // steps since the last occurrence
     bool m_isKnownFertile = false;
+    bool m_isSpent = false; // no step more
     RecurrenceStarts m_result;
 };
 
