@@ -60,9 +60,33 @@ Instant ZoneClock::instant(const CivilTime& time) {
     return {twice ? early : late, true};
 }
 
+// A day on which the clock changes may be asked for each of its seconds: the change is sought once.
+ZoneClock::Gap ZoneClock::gapAround(std::int64_t day) {
+    const auto known = m_gaps.find(day);
+    if (known != m_gaps.end()) {
+        return known->second;
+    }
+    if (m_gaps.size() >= mostDays) {
+        m_gaps.clear();
+    }
+    std::int64_t before = (day - 1) * secondsPerDay;
+    std::int64_t after = (day + 2) * secondsPerDay;
+    const int offset = offsetAt(before);
+    const int newOffset = offsetAt(after);
+    while (after - before > 1) {
+        const std::int64_t middle = before + (after - before) / 2;
+        (offsetAt(middle) == offset ? before : after) = middle;
+    }
+    return m_gaps.emplace(day, Gap{after + offset, after + newOffset}).first->second;
+}
+
 bool ZoneClock::exists(std::int64_t reading) {
     const std::int64_t day = reading / secondsPerDay - (reading % secondsPerDay < 0 ? 1 : 0);
-    return steadyOffset(day).has_value() || instant(civilFromSeconds(reading)).exists;
+    if (steadyOffset(day)) {
+        return true;
+    }
+    const Gap gap = gapAround(day); // ends before it begins where the clock goes back
+    return reading < gap.begin || reading >= gap.end;
 }
 
 std::int64_t ZoneClock::platformInstant(const CivilTime& time) {

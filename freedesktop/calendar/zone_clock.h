@@ -33,11 +33,19 @@ public:
     const TimeZone& zone() const { return *m_zone; }
 
 private:
+    // Readings that are leapt over: from the first one to the one behind the last.
+    struct Gap {
+        std::int64_t begin = 0;
+        std::int64_t end = 0;
+    };
+
     const std::optional<int>& steadyOffset(std::int64_t day);
+    Gap gapAround(std::int64_t day);
     int offsetAt(std::int64_t seconds) const;
 
     std::shared_ptr<const TimeZone> m_zone;
     std::unordered_map<std::int64_t, std::optional<int>> m_offsets; // by day
+    std::unordered_map<std::int64_t, Gap> m_gaps;                   // of those days without one
 };
 
 // The zones that are known by name, each looked up once. Not for several threads at once.

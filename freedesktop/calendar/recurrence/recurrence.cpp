@@ -22,9 +22,10 @@ constexpr std::int64_t lastReading = 253402300799;  // 9999-12-31T23:59:59
 constexpr std::size_t mostReadings = 100'000;
 // After so many steps without an occurrence it is worth asking whether there will ever be one.
 constexpr std::int64_t barrenSteps = 2'000;
-// A month's days are worked out in the time of as many other steps; so many times of a day are
-// written down in one.
+// A month's days are worked out in the time of so many other steps, and a zone is asked about
+// another day; so many times of a day are written down in one.
 constexpr std::int64_t stepsOfMonth = 8;
+constexpr std::int64_t stepsOfAskedDay = 16;
 constexpr std::int64_t timesPerStep = 8;
 
 std::int64_t floorDivision(std::int64_t value, std::int64_t divisor) {
@@ -366,58 +367,50 @@ private:
         m_step = unit * m_rule.interval;
         m_firstUnit = floorDivision(m_request.start, unit) * unit;
         makeTimesOfUnit();
-        std::int64_t index =
-            m_canLeap ? std::max<std::int64_t>(floorDivision(m_from - m_firstUnit, m_step), 0) : 0;
-        while (true) {
-            const std::int64_t begin = m_firstUnit + index * m_step;
-            if (begin > m_to || !spend(1)) {
-                return;
-            }
+        std::int64_t begin = m_firstUnit;
+        if (m_canLeap && m_from > begin) {
+            begin += (m_from - begin) / m_step * m_step;
+        }
+        while (begin <= m_to && spend(1)) {
             const std::int64_t open = openFrom(begin);
-            if (!mayWalkOn()) {
+            if (!mayWalkOn() || (open <= begin && !offerUnit(begin))) {
                 return;
             }
-            if (open > begin) {
-                index = ceilingDivision(open - m_firstUnit, m_step);
-                continue;
-            }
-            if (!offerUnit(begin)) {
-                return;
-            }
-            ++index;
+            const std::int64_t distance = open - begin;
+            begin += distance <= m_step ? m_step : ceilingDivision(distance, m_step) * m_step;
         }
     }
 
     // The beginning of the unit where its coarser parts let it through; else of a later one before
     // which they let none through.
     std::int64_t openFrom(std::int64_t reading) {
-        const std::int64_t day = floorDivision(reading, secondsPerDay);
-        const std::int64_t midnight = day * secondsPerDay;
-        if (day != m_knownDay) {
+        if (reading - m_openMidnight >= secondsPerDay) { // readings only grow
+            const std::int64_t day = floorDivision(reading, secondsPerDay);
             const auto next = nextDay(day, lastWantedDay());
             if (next != day) {
                 return next.value_or(lastWantedDay() + 1) * secondsPerDay;
             }
-            m_knownDay = day;
+            m_openMidnight = day * secondsPerDay;
         }
-        const std::int64_t time = reading - midnight;
+        const std::int64_t time = reading - m_openMidnight;
         const std::int64_t hour = time / secondsPerHour;
         const std::int64_t openHour = nextOf(m_rule.hours, hour);
         if (openHour > hour) {
-            return midnight + openHour * secondsPerHour;
+            return m_openMidnight + openHour * secondsPerHour;
+        }
+        if (m_rule.frequency == Frequency::hourly) {
+            return reading;
         }
         const std::int64_t minute = time / secondsPerMinute;
-        const std::int64_t openMinute =
-            m_rule.frequency == Frequency::hourly
-                ? minute
-                : hour * 60 + nextOf(m_rule.minutes, minute - hour * 60);
+        const std::int64_t openMinute = hour * 60 + nextOf(m_rule.minutes, minute - hour * 60);
         if (openMinute > minute) {
-            return midnight + openMinute * secondsPerMinute;
+            return m_openMidnight + openMinute * secondsPerMinute;
         }
-        return m_rule.frequency == Frequency::secondly
-                   ? midnight + minute * secondsPerMinute +
-                         nextOf(m_rule.seconds, time - minute * secondsPerMinute)
-                   : reading;
+        if (m_rule.frequency == Frequency::minutely) {
+            return reading;
+        }
+        const std::int64_t second = time - minute * secondsPerMinute;
+        return reading - second + nextOf(m_rule.seconds, second);
     }
 
     void makeTimesOfUnit() {
@@ -458,8 +451,15 @@ private:
             return false;
         }
         m_barren = 0;
-        if (m_request.exists && !m_request.exists(reading)) {
-            return true;
+        if (m_request.exists) {
+            const std::int64_t day = floorDivision(reading, secondsPerDay);
+            if (day != m_askedDay && !spend(stepsOfAskedDay)) {
+                return false;
+            }
+            m_askedDay = day;
+            if (!m_request.exists(reading)) {
+                return true;
+            }
         }
         ++m_counted;
         m_lastCounted = reading;
@@ -544,7 +544,9 @@ private:
     std::size_t m_pickedFrom = 0;
     std::int64_t m_step = 0; // from one unit to the next that counts
     std::int64_t m_firstUnit = 0;
-    std::int64_t m_knownDay = std::numeric_limits<std::int64_t>::min(); // the last one let through
+    // Of the last day let through; at first one long before all readings.
+    std::int64_t m_openMidnight = std::numeric_limits<std::int64_t>::min() / 2;
+    std::int64_t m_askedDay = std::numeric_limits<std::int64_t>::min(); // whether readings exist
     std::int64_t m_counted = 0;
     std::int64_t m_lastCounted = 0;
     std::int64_t m_barren = 0; // steps since the last occurrence
