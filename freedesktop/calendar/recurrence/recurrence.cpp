@@ -4,6 +4,7 @@
 #include "freedesktop/calendar/recurrence/recurrence.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 #include <numeric>
 #include <utility>
@@ -55,6 +56,20 @@ std::int64_t unitOf(Frequency frequency) {
         return 0;
     }
     return 0;
+}
+
+// The most days of a period.
+int daysOf(Frequency frequency) {
+    switch (frequency) {
+    case Frequency::yearly:
+        return 366;
+    case Frequency::monthly:
+        return 31;
+    case Frequency::weekly:
+        return weekdays;
+    default:
+        return 1;
+    }
 }
 
 bool isBelowDay(Frequency frequency) {
@@ -496,9 +511,17 @@ private:
 
     bool mayWalkOn() const { return !m_isSpent; }
 
+    // Whether the fullest period that there can be is long enough for one of the positions.
+    bool mayReachPosition() const {
+        const auto longest = static_cast<std::int64_t>(m_times.size()) * daysOf(m_rule.frequency);
+        return m_rule.positions.empty() ||
+               std::any_of(m_rule.positions.begin(), m_rule.positions.end(),
+                           [longest](int position) { return std::abs(position) <= longest; });
+    }
+
     // Whether its parts let anything through at all, on any day, at any time of the day.
     bool isEverFertile() const {
-        if (m_days && !RuleDays(m_rule, m_startDay).includesAny()) {
+        if (m_days && (!RuleDays(m_rule, m_startDay).includesAny() || !mayReachPosition())) {
             return false;
         }
         if (!m_days || !isBelowDay(m_rule.frequency)) {
