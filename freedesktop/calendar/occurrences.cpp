@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <utility>
 
@@ -23,8 +24,10 @@ constexpr std::size_t mostVersions = 100; // of one event, equally new
 constexpr int mostOverridesCompared = 200;
 constexpr std::size_t mostListedTimes = 100000;
 // The steps of all rules of a search until each gets few only.
-constexpr std::int64_t mostSteps = 20'000'000;
+constexpr std::int64_t mostSteps = 4'000'000;
 constexpr std::int64_t fewSteps = 2'000;
+// Of all repeating events of a search; each takes some 300 bytes in the end.
+constexpr std::size_t mostRepeats = 300'000;
 
 std::int64_t bounded(double seconds) {
     constexpr double farthest = 2.54e11; // the year 9999 and a little more
@@ -398,13 +401,27 @@ void Expander::emit(LoadedFile& file, const IcsEvent& event, const EventTime& st
 
 // ---- series
 
+namespace {
+
+// The clock's reading, moved to the past (-1) or the future (1) by what the clock changes around it
+// and a little more: dense rules would spend themselves in a wide margin.
+std::int64_t readingNear(const ZoneClock& clock, std::int64_t instant, int direction) {
+    const auto offsetAt = [&clock](std::int64_t at) { return civilSeconds(clock.civil(at)) - at; };
+    const std::int64_t change =
+        std::abs(offsetAt(instant - marginSeconds) - offsetAt(instant + marginSeconds));
+    constexpr std::int64_t little = 60;
+    return instant + offsetAt(instant) + direction * (change + little);
+}
+
+} // namespace
+
 Expander::Series Expander::seriesOf(LoadedFile& file, const IcsEvent& event, bool mayShift) {
     Series series{file, event, lengthOf(file, event), {}, {}, {}, {}, {}};
-    const std::int64_t margin = marginSeconds + (mayShift ? longestShift : 0);
-    const std::int64_t reach =
-        (series.length.days + 1) * secondsPerDay + std::max<std::int64_t>(series.length.seconds, 0);
-    series.from = civilFromSeconds(bounded(m_window.from) - reach - margin);
-    series.to = civilFromSeconds(bounded(m_window.to) + margin);
+    ZoneClock& clock = event.start.kind == TimeKind::date ? m_userZone : clockOf(file, event.start);
+    const std::int64_t shift = mayShift ? longestShift : 0;
+    const std::int64_t reach = series.length.days * secondsPerDay + series.length.seconds;
+    series.from = civilFromSeconds(readingNear(clock, bounded(m_window.from), -1) - reach - shift);
+    series.to = civilFromSeconds(readingNear(clock, bounded(m_window.to), 1) + shift);
     return series;
 }
 
@@ -452,12 +469,18 @@ void Expander::emitSeries(Series& series, const OverrideSet* overrides,
     });
     const Start* last = nullptr;
     for (const Start& start : starts) {
+        if (m_repeats >= mostRepeats) {
+            m_report(series.file, series.event.line,
+                     "there are too many repeats; this event's are not all shown");
+            return;
+        }
         const bool repeated = last != nullptr && last->instant == start.instant;
         last = &start;
         if (repeated || series.excludedInstants.count(start.instant) != 0 ||
             series.excludedDays.count(civilDays(start.time.civil)) != 0) {
             continue;
         }
+        ++m_repeats;
         const bool isOne = series.event.repeats || overrides != nullptr;
         const auto recurrence = isOne ? std::optional(start.instant) : std::nullopt;
         const EventReference* from =
@@ -612,7 +635,8 @@ void Expander::addDates(Series& series, const RuleLine& rule) {
                             std::max<std::int64_t>(value->duration->seconds, 0)};
         }
         const std::int64_t reading = civilSeconds(time.civil);
-        const bool mayMeet = length || (reading >= from && reading <= to);
+        const bool mayMeet =
+            length || (reading >= from - marginSeconds && reading <= to + marginSeconds);
         if (mayMeet && series.starts.size() < mostListedTimes) {
             addStart(series, time, length);
         }

@@ -160,6 +160,7 @@ private:
     std::shared_ptr<ZoneClock> m_utc;
     const ReportExpansion& m_report;
     std::int64_t m_stepsSpent = 0; // on rules
+    std::size_t m_repeats = 0;
 };
 
 } // namespace quorvel::freedesktop::ics

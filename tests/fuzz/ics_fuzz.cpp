@@ -80,13 +80,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     });
     stores.setSources({CalendarSource::inMemory("fuzz", text)});
     const auto store = stores.makeEventStore();
-    CivilTime start = firstStart(text);
-    start.year = std::min(start.year, 9880);
+    const CivilTime start = firstStart(text);
     search(*store, start, 2);
     search(*store, start, 400);
     search(*store, {2026, 3, 10, 0, 0, 0}, 3);
     search(*store, {1, 1, 1, 0, 0, 0}, 2);
-    search(*store, {9890, 12, 30, 0, 0, 0}, 2);
+    search(*store, {9999, 12, 30, 0, 0, 0}, 2);
     require(processorTime() - before < greatestMilliseconds, "an input is done in time");
     return 0;
 }

@@ -1,6 +1,8 @@
 // What the store answers: occurrences, their times, their order, their identifiers.
 #include "tests/freedesktop/calendar/store_fixture.h"
 
+#include <algorithm>
+
 #include <chrono>
 
 namespace quorvel::freedesktop {
@@ -329,6 +331,30 @@ TEST_F(IcalStore, HostileEventsLoseNobodyElse) {
 }
 
 // A narrow search finds what a wide one finds there: nothing is passed over by its day.
+TEST_F(IcalStore, DenseRulesAreFoundFarFromTheirStart) {
+    useText(eventText("UID:1|DTSTART:20250301T000000Z|RRULE:FREQ=SECONDLY") +
+            eventText("UID:2|DTSTART;TZID=America/New_York:20250301T000000|RRULE:FREQ=SECONDLY"));
+    EXPECT_EQ(events("20260310T120000", "20260310T120100").size(), 2 * 61U);
+    EXPECT_EQ(events("20260329T020000", "20260329T030100").size(), 2 * 61U)
+        << "over a clock change";
+    EXPECT_EQ(problems, "");
+}
+
+TEST_F(IcalStore, HostileRepeatsAreBoundedTogether) {
+    std::string text;
+    for (int i = 0; i < 200; ++i) {
+        text +=
+            eventText("UID:" + std::to_string(i) + "|DTSTART:20260310T000000Z|RRULE:FREQ=SECONDLY");
+    }
+    useText(text + eventText("UID:single|SUMMARY:single|DTSTART:20260311T000000Z"));
+    const auto found = events("20260310", "20260312");
+    EXPECT_GT(found.size(), 100'000U);
+    EXPECT_LE(found.size(), 300'001U);
+    EXPECT_TRUE(std::any_of(found.begin(), found.end(),
+                            [](const auto& event) { return event->title == "single"; }));
+    EXPECT_NE(problems.find("too many"), std::string::npos);
+}
+
 TEST_F(IcalStore, NarrowSearchesAgreeWithAWideOne) {
     std::string content;
     const char* zones[] = {"", ";TZID=Pacific/Kiritimati", ";TZID=Pacific/Pago_Pago",
