@@ -19,9 +19,11 @@ namespace {
 // Large enough for any display and any printer, small enough for every library below.
 constexpr double greatestWidth = 100000;
 constexpr double greatestScale = 64;
+constexpr double longestWait = 600; // seconds
 
 struct RawNumbers {
     std::string width;
+    std::string calendarWait;
     std::string scale;
     std::string foundationVersion;
 };
@@ -40,6 +42,7 @@ void declareOptions(CLI::App& app, CommandLine& line, RawNumbers& numbers, std::
     app.add_flag("-h,--help", line.wantsHelp);
     app.add_flag("--version", line.wantsVersion);
     addList("--calendars", line.calendars);
+    addValue("--calendar-wait", numbers.calendarWait);
     addValue("--preferences", line.preferences);
     app.add_flag("--sample", line.sample);
     addValue("--controller", line.controller);
@@ -127,6 +130,10 @@ double parsePositiveNumber(const std::string& text, std::string_view what, doubl
 void readNumbers(const CLI::App& app, const RawNumbers& numbers, CommandLine& line) {
     if (app.count("--width") > 0) {
         line.width = parsePositiveNumber(numbers.width, "the width", greatestWidth);
+    }
+    if (app.count("--calendar-wait") > 0) {
+        line.calendarWait =
+            parsePositiveNumber(numbers.calendarWait, "the wait for calendars", longestWait);
     }
     if (app.count("--scale") > 0) {
         line.scale = parsePositiveNumber(numbers.scale, "the scale", greatestScale);

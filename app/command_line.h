@@ -16,6 +16,7 @@ struct CommandLine {
     bool hasCommand = false;
 
     std::vector<std::string> calendars;
+    std::optional<double> calendarWait; // seconds
     std::optional<std::string> preferences;
     bool sample = false;
     std::string controller;      // empty: the bundle's principal class

@@ -7,6 +7,7 @@
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "app/command_line.h"
@@ -100,7 +101,9 @@ private:
     int calendars() {
         const auto calendars = headless::readCalendars(m_session);
         print(m_line.json ? headless::calendarsDocument(calendars)
-                          : headless::calendarsText(calendars));
+                          : headless::calendarsText(calendars, [this](std::string_view identifier) {
+                                return m_platform.storeOfCalendar(identifier);
+                            }));
         return statusOfCalendars();
     }
 

@@ -31,7 +31,8 @@ constexpr std::array<CommandText, 5> commandTexts{{
      "draw the widget to a file", "Draws the widget, in full height, to a picture or a page.\n"},
     {Command::calendars, "calendars", "quorvel calendars [--json] [OPTION]...",
      "list the calendars",
-     "Lists the calendars in the store's order, and which of them the widget searches.\n"},
+     "Lists the calendars in the store's order, which of them the widget searches, and\n"
+     "what they come from.\n"},
     {Command::show, "show", "quorvel show [--background COLOR] [--decorated] [OPTION]...",
      "open the widget in a window",
      "Opens the widget in a window, which is always up to date. A row that is pulled to\n"
@@ -88,11 +89,15 @@ constexpr std::array<CommandOption, 6> commandOptions{{
      {Command::inspect, Command::inspect}},
 }};
 
-constexpr std::array<OptionText, 15> commonOptions{{
+constexpr std::array<OptionText, 16> commonOptions{{
     {"--calendars", "--calendars SOURCE",
-     "a .ics file, a folder of .ics files, or a folder with one folder a\n"
-     "calendar; may be given again (what ~/.local/share/calendars and\n"
-     "~/.calendars hold)"},
+     "a .ics file, a folder of .ics files, a folder with one folder a\n"
+     "calendar, or 'eds:', the calendars of Evolution Data Server; may be\n"
+     "given again ('eds:' where there is one, ~/.local/share/calendars and\n"
+     "~/.calendars)"},
+    {"--calendar-wait", "--calendar-wait SECONDS",
+     "how long Evolution Data Server may take at first (3); what comes\n"
+     "later is shown by 'show' alone"},
     {"--preferences", "--preferences DIR",
      "the folder of the settings' property lists\n"
      "($XDG_CONFIG_HOME/quorvel/Preferences)"},

@@ -97,11 +97,25 @@ std::optional<NSDate> nowOf(const CommandLine& line, const TimeZone& zone) {
 
 CalendarSource checkedSource(const std::string& path) {
     CalendarSource source = CalendarSource::at(path);
-    if (const auto problem = freedesktop::problemWithSource(source)) {
+    const auto problem = freedesktop::isDataServer(source) ? freedesktop::problemWithDataServer()
+                                                           : freedesktop::problemWithSource(source);
+    if (problem) {
         throw UsageError("the calendars '" + path + "' cannot be read (" + *problem +
                          "): name a .ics file or a folder of them");
     }
     return source;
+}
+
+// What the user has; not all of it need be there.
+std::vector<CalendarSource> usualSources() {
+    std::vector<CalendarSource> sources = freedesktop::defaultCalendarSources(
+        environmentValue("XDG_DATA_HOME"), environmentValue("HOME"));
+    if (!freedesktop::problemWithDataServer()) {
+        CalendarSource server = CalendarSource::at(std::string(freedesktop::dataServerSourceName));
+        server.isOptional = true;
+        sources.insert(sources.begin(), std::move(server));
+    }
+    return sources;
 }
 
 std::string sampleFolder(const std::string& dataFolder) {
@@ -118,8 +132,7 @@ std::vector<CalendarSource> calendarsOf(const CommandLine& line, const std::stri
         return sources;
     }
     if (!line.sample) {
-        return freedesktop::defaultCalendarSources(environmentValue("XDG_DATA_HOME"),
-                                                   environmentValue("HOME"));
+        return usualSources();
     }
     for (SampleCalendar& calendar :
          readSampleCalendars(sampleFolder(dataFolder) + "/calendars", now, zone)) {
@@ -205,6 +218,14 @@ void checkOutputName(const CommandLine& line) {
     }
 }
 
+// Whoever wants no long wait at first wants none later.
+freedesktop::DataServerWaits dataServerWaitsOf(const CommandLine& line) {
+    freedesktop::DataServerWaits waits;
+    waits.first = line.calendarWait.value_or(waits.first);
+    waits.later = std::min(waits.first, waits.later);
+    return waits;
+}
+
 FreedesktopOptions platformOptions(const CommandLine& line, const std::string& dataFolder,
                                    std::shared_ptr<const TimeZone> zone) {
     FreedesktopOptions options;
@@ -219,6 +240,7 @@ FreedesktopOptions platformOptions(const CommandLine& line, const std::string& d
     const NSDate now = options.now.value_or(freedesktop::SystemClock().now());
     options.calendars = calendarsOf(line, dataFolder, now, *zone);
     options.calendarProblemHandler = reportCalendarProblem;
+    options.dataServerWaits = dataServerWaitsOf(line);
     options.scale = line.scale.value_or(1);
     options.followsTimeZone = !line.timeZone;
     options.followsLocale = !line.locale;
@@ -242,6 +264,7 @@ ProgramSetup setUp(const CommandLine& line) {
     }
     setup.platform = platformOptions(line, folders.data, zone);
     setup.platform.logs = logsOf(line);
+    setup.platform.dataServerModule = folders.dataServerModule;
     setup.bundle = line.bundle.value_or(folders.bundle);
     return setup;
 }

@@ -12,6 +12,7 @@
 #include "freedesktop/log/combined_log.h"
 #include "freedesktop/preferences/preferences_folder.h"
 #include "freedesktop/text/pango_text_measurer.h"
+#include "freedesktop/user_calendars.h"
 #include "platform/screen.h"
 
 namespace quorvel::freedesktop {
@@ -44,7 +45,8 @@ struct FreedesktopPlatform::Services {
         , textLines(std::make_shared<TextLines>(options.fontFamily, options.locale))
         , systemLog(std::move(options.logs))
         , dateServices(clock, timeZone, locale)
-        , calendarStores(timeZone, std::move(options.calendarProblemHandler))
+        , calendars({timeZone, std::move(options.calendarProblemHandler),
+                     std::move(options.dataServerModule), options.dataServerWaits})
         , preferences(options.preferencesFolder, options.foundationVersionNumber, systemLog)
         , textMeasurer(textLines)
         , imageFiles(options.dataFolder)
@@ -52,7 +54,8 @@ struct FreedesktopPlatform::Services {
         , graphicsContexts(screen, textLines)
         , launcher(systemLog) {
         dateServices.setClockFormat(clockFormat);
-        calendarStores.setSources(std::move(options.calendars));
+        calendars.setSources(std::move(options.calendars));
+        preferences.setDeselectedCalendars([this] { return calendars.deselected(); });
         if (options.now && options.clockRuns) {
             clock.runFrom(*options.now);
         } else if (options.now) {
@@ -70,7 +73,7 @@ struct FreedesktopPlatform::Services {
     CombinedLog systemLog;
     AdjustableClock clock;
     IcuDateServices dateServices;
-    IcalCalendarStores calendarStores;
+    UserCalendars calendars;
     PreferencesFolder preferences;
     PangoTextMeasurer textMeasurer;
     PixbufImageFiles imageFiles;
@@ -78,9 +81,9 @@ struct FreedesktopPlatform::Services {
     CairoGraphicsContexts graphicsContexts;
     LoadedBundles bundles;
     DesktopLauncher launcher;
-    Platform platform{clock,        dateServices, calendarStores,   preferences,
-                      textMeasurer, imageFiles,   graphicsContexts, screen,
-                      systemLog,    bundles,      launcher,         launcher};
+    Platform platform{clock,        dateServices, calendars.stores(), preferences,
+                      textMeasurer, imageFiles,   graphicsContexts,   screen,
+                      systemLog,    bundles,      launcher,           launcher};
 };
 
 FreedesktopPlatform::FreedesktopPlatform(FreedesktopOptions options)
@@ -103,7 +106,11 @@ std::shared_ptr<const LoadedBundle> FreedesktopPlatform::loadBundle(const std::s
 }
 
 bool FreedesktopPlatform::hasReadableCalendars() const {
-    return m_services->calendarStores.anyReadable() && m_services->calendarStores.anyCalendar();
+    return m_services->calendars.anyReadable();
+}
+
+std::string FreedesktopPlatform::storeOfCalendar(std::string_view identifier) const {
+    return m_services->calendars.storeOf(identifier);
 }
 
 void FreedesktopPlatform::setPreferencesFolder(const std::string& folder) {
@@ -111,7 +118,7 @@ void FreedesktopPlatform::setPreferencesFolder(const std::string& folder) {
 }
 
 void FreedesktopPlatform::setCalendars(std::vector<CalendarSource> calendars) {
-    m_services->calendarStores.setSources(std::move(calendars));
+    m_services->calendars.setSources(std::move(calendars));
 }
 
 void FreedesktopPlatform::setNow(platform::NSDate date) {
@@ -121,7 +128,7 @@ void FreedesktopPlatform::setNow(platform::NSDate date) {
 void FreedesktopPlatform::setTimeZone(std::shared_ptr<const TimeZone> zone) {
     m_services->timeZone = std::move(zone);
     m_services->dateServices.setTimeZone(m_services->timeZone);
-    m_services->calendarStores.setTimeZone(m_services->timeZone);
+    m_services->calendars.setTimeZone(m_services->timeZone);
 }
 
 void FreedesktopPlatform::setLocale(const std::string& locale) {
@@ -165,10 +172,14 @@ std::optional<platform::NSDate> FreedesktopPlatform::systemInstant(platform::NSD
 
 std::vector<WatchedPath> FreedesktopPlatform::watchedPaths() const {
     std::vector<WatchedPath> paths{{m_services->preferences.folder(), 0, mayHoldPropertyList}};
-    for (std::string& path : m_services->calendarStores.paths()) {
+    for (std::string& path : m_services->calendars.paths()) {
         paths.push_back({std::move(path), deepestCalendarFolder, mayBelongToCalendar});
     }
     return paths;
+}
+
+void FreedesktopPlatform::setCalendarsChangedHandler(std::function<void()> changed) {
+    m_services->calendars.setChangedHandler(std::move(changed));
 }
 
 bool FreedesktopPlatform::waitForLaunches(double seconds) {

@@ -5,11 +5,13 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "freedesktop/calendar/ical_calendar_stores.h"
 #include "freedesktop/dates/clock_format.h"
 #include "freedesktop/dates/time_zone.h"
+#include "freedesktop/eds/eds_calendar_stores.h"
 #include "freedesktop/session/watched_path.h"
 #include "freedesktop/text/text_lines.h"
 #include "platform/ns_date.h"
@@ -30,7 +32,9 @@ struct FreedesktopOptions {
     std::string dataFolder;                // with the pictures that come with the program
     std::string preferencesFolder;
     double foundationVersionNumber = 1047.25;
-    std::vector<CalendarSource> calendars;
+    std::vector<CalendarSource> calendars; // one of them may be the data server
+    std::string dataServerModule;          // the file that wraps the data server's library
+    DataServerWaits dataServerWaits;
     std::function<void(const CalendarProblem&)> calendarProblemHandler;
     std::optional<platform::NSDate> now; // absent: the system's clock
     bool clockRuns = false;              // from `now` on; false: it stands there
@@ -55,6 +59,8 @@ public:
 
     // Whether the last event store had a calendar at all that could be read.
     bool hasReadableCalendars() const;
+    // What that calendar of the last event store comes from, for people.
+    std::string storeOfCalendar(std::string_view identifier) const;
 
     // What is read after the call is read from there.
     void setPreferencesFolder(const std::string& folder);
@@ -79,6 +85,9 @@ public:
 
     // Where the settings and the calendars come from.
     std::vector<WatchedPath> watchedPaths() const;
+    // Told when calendars that are not files change, or have come after they were not waited for;
+    // on the default main context of the thread that sets this. Null: nobody is.
+    void setCalendarsChangedHandler(std::function<void()> changed);
 
     // Runs the default main context until every launch was answered, or the time is over. True: all
     // were answered.

@@ -30,7 +30,9 @@ ProgramFolders programFolders(const std::string& executableFolder) {
                               commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "Quorvel.bundle"),
             besideOrInstalled(folder / "share/quorvel", commands / QUORVEL_RELATIVE_DATA_FOLDER),
             besideOrInstalled(folder / "quorvel-window",
-                              commands / QUORVEL_RELATIVE_HELPER_FOLDER / "quorvel-window")};
+                              commands / QUORVEL_RELATIVE_HELPER_FOLDER / "quorvel-window"),
+            besideOrInstalled(folder / "quorvel-eds.so",
+                              commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "quorvel-eds.so")};
 }
 
 ProgramFolders programFolders() {

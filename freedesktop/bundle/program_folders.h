@@ -6,9 +6,10 @@
 namespace quorvel::freedesktop {
 
 struct ProgramFolders {
-    std::string bundle; // Quorvel.bundle
-    std::string data;   // the pictures and the sample
-    std::string window; // the program that `quorvel show` becomes
+    std::string bundle;           // Quorvel.bundle
+    std::string data;             // the pictures and the sample
+    std::string window;           // the program that `quorvel show` becomes
+    std::string dataServerModule; // what wraps the calendar server's library
 };
 
 // Beside the executable, as a build leaves them; else where an installation puts them, whether

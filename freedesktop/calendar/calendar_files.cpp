@@ -446,7 +446,7 @@ bool CalendarFiles::refreshText(const ReadContext& context) {
 
 bool CalendarFiles::refreshPath(const ReadContext& context) {
     const bool isAFolder = isFolder(m_source.name);
-    if (m_source.isOptionalFolder && !isAFolder) {
+    if (m_source.isOptional && !isAFolder) {
         return forget();
     }
     if (const auto problem = problemWithSource(m_source)) {

@@ -16,6 +16,7 @@
 #include <unistd.h>
 
 #include "freedesktop/calendar/calendar_files.h"
+#include "freedesktop/calendar/event_order.h"
 #include "freedesktop/calendar/occurrences.h"
 #include "freedesktop/calendar/zone_clock.h"
 
@@ -61,18 +62,6 @@ makeEvent(const std::shared_ptr<const platform::EKCalendar>& calendar,
     return event;
 }
 
-bool comesBefore(const std::shared_ptr<const platform::EKEvent>& a,
-                 const std::shared_ptr<const platform::EKEvent>& b) {
-    if (a->startDate != b->startDate) {
-        return a->startDate < b->startDate;
-    }
-    if (a->isAllDay != b->isAllDay) {
-        return a->isAllDay;
-    }
-    return std::tie(a->title, a->persistentEvent.eventIdentifier) <
-           std::tie(b->title, b->persistentEvent.eventIdentifier);
-}
-
 std::int64_t wholeSeconds(platform::NSDate date) {
     return std::llround(platform::timeIntervalSince1970(date));
 }
@@ -111,7 +100,7 @@ bool isAbsolute(std::string_view path) {
 
 CalendarSource optionalFolder(std::string path) {
     CalendarSource source = CalendarSource::at(std::move(path));
-    source.isOptionalFolder = true;
+    source.isOptional = true;
     return source;
 }
 
@@ -125,7 +114,7 @@ std::optional<std::string> problemWithSource(const CalendarSource& source) {
         return "the name is empty";
     }
     if (source.name.substr(0, dataServerScheme.size()) == dataServerScheme) {
-        return "this build does not read Evolution Data Server";
+        return "Evolution Data Server is named as 'eds:' alone";
     }
     struct stat status {};
     if (source.name.find('\0') != std::string::npos || stat(source.name.c_str(), &status) != 0) {

@@ -40,7 +40,7 @@ using CalendarProblemHandler = std::function<void(const CalendarProblem&)>;
 struct CalendarSource {
     std::string name;                // a path, or the name of a text
     std::optional<std::string> text; // a whole calendar in memory
-    bool isOptionalFolder = false;   // nothing is amiss where there is no such folder
+    bool isOptional = false;         // nothing is amiss where it is not there
 
     static CalendarSource at(std::string path) { return {std::move(path), std::nullopt}; }
     static CalendarSource inMemory(std::string name, std::string text) {

@@ -38,11 +38,6 @@ bool climbs(std::string_view name) {
     return false;
 }
 
-// The desktop has switched no calendar off.
-PropertyListDictionary noDeselectedCalendars() {
-    return {{"LastDeselectedCalendars", {PropertyListArray()}}};
-}
-
 } // namespace
 
 bool mayHoldPropertyList(std::string_view name) {
@@ -76,6 +71,16 @@ void PreferencesFolder::report(const std::string& path, const std::string& probl
     }
 }
 
+PropertyListDictionary PreferencesFolder::stockCalendarPreferences() const {
+    PropertyListArray deselected;
+    if (m_deselectedCalendars) {
+        for (std::string& identifier : m_deselectedCalendars()) {
+            deselected.push_back({std::move(identifier)});
+        }
+    }
+    return {{"LastDeselectedCalendars", {std::move(deselected)}}};
+}
+
 template <class Kind>
 std::optional<Kind> PreferencesFolder::readAs(const std::string& path, const char* kind,
                                               bool& missing) {
@@ -105,7 +110,7 @@ PreferencesFolder::dictionaryWithContentsOfFile(std::string_view path) {
     bool missing = false;
     auto dictionary = readAs<PropertyListDictionary>(*local, "dictionary", missing);
     if (missing && nameInPreferences(path) == stockCalendarFile) {
-        return noDeselectedCalendars();
+        return stockCalendarPreferences();
     }
     return dictionary;
 }

@@ -1,9 +1,11 @@
 // Settings as property lists in one folder of the user's.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/preferences.h"
 #include "platform/system_log.h"
@@ -27,9 +29,15 @@ public:
     const std::string& folder() const { return m_folder; }
     void setFolder(std::string folder) { m_folder = std::move(folder); }
 
+    // The identifiers of the calendars that the desktop's calendar application has switched off;
+    // asked each time. Null: none are.
+    void setDeselectedCalendars(std::function<std::vector<std::string>()> deselected) {
+        m_deselectedCalendars = std::move(deselected);
+    }
+
     double foundationVersionNumber() const override { return m_foundationVersionNumber; }
-    // The stock calendar application's file, where the user has none, says that no calendar is
-    // switched off.
+    // The stock calendar application's file, where the user has none, is what the desktop's
+    // calendar application has switched off.
     std::optional<platform::PropertyListDictionary>
     dictionaryWithContentsOfFile(std::string_view path) override;
     std::optional<platform::PropertyListArray>
@@ -44,11 +52,13 @@ private:
     std::optional<platform::PropertyListDictionary> domainDictionary(std::string_view domain);
     std::optional<std::string> localPath(std::string_view path) const;
     std::optional<std::string> pathInFolder(std::string_view name) const;
+    platform::PropertyListDictionary stockCalendarPreferences() const;
     void report(const std::string& path, const std::string& problem);
 
     std::string m_folder;
     double m_foundationVersionNumber;
     platform::SystemLog& m_log;
+    std::function<std::vector<std::string>()> m_deselectedCalendars;
     std::map<std::string, std::string> m_reported; // problem by path
 };
 

@@ -32,16 +32,18 @@ std::vector<ListedCalendar> readCalendars(WidgetSession& session) {
     return calendars;
 }
 
-std::string calendarsText(const std::vector<ListedCalendar>& calendars) {
+std::string calendarsText(const std::vector<ListedCalendar>& calendars,
+                          const std::function<std::string(std::string_view)>& storeOf) {
     if (calendars.empty()) {
         return "No calendars.\n";
     }
-    std::vector<std::vector<std::string>> rows{{"IDENTIFIER", "TITLE", "COLOR", "SELECTED"}};
+    std::vector<std::vector<std::string>> rows{
+        {"IDENTIFIER", "TITLE", "COLOR", "SELECTED", "STORE"}};
     for (const ListedCalendar& listed : calendars) {
         const EKCalendar& calendar = *listed.calendar;
         rows.push_back({harmlessText(calendar.calendarIdentifier), harmlessText(calendar.title),
                         calendar.CGColor ? colorText(*calendar.CGColor) : "-",
-                        listed.isSelected ? "yes" : "no"});
+                        listed.isSelected ? "yes" : "no", storeOf(calendar.calendarIdentifier)});
     }
     return textInColumns(rows);
 }

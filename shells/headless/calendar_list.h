@@ -1,8 +1,10 @@
 // The calendars in the store's order, for people and for scripts.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/calendar_store.h"
@@ -19,7 +21,9 @@ struct ListedCalendar {
 // Loads the widget, to see which calendars it searches.
 std::vector<ListedCalendar> readCalendars(WidgetSession& session);
 
-std::string calendarsText(const std::vector<ListedCalendar>& calendars);
+// `storeOf`: what the calendar of an identifier comes from.
+std::string calendarsText(const std::vector<ListedCalendar>& calendars,
+                          const std::function<std::string(std::string_view)>& storeOf);
 // An array of {"identifier", "title", "color", "selected"}.
 std::string calendarsDocument(const std::vector<ListedCalendar>& calendars);
 

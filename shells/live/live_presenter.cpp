@@ -44,7 +44,11 @@ public:
         , m_files(log(), [this] { change(); })
         , m_session(log(), sessionChanges(), std::move(hostTimeZone)) {
         m_files.watch(m_platform.watchedPaths());
+        m_platform.setCalendarsChangedHandler([this] { change(); });
     }
+    ~Schedule() { m_platform.setCalendarsChangedHandler(nullptr); }
+    Schedule(const Schedule&) = delete;
+    Schedule& operator=(const Schedule&) = delete;
 
     void presented(const std::vector<RowDescription>& rows) {
         m_call.stop();

@@ -1,0 +1,271 @@
+#include "freedesktop/eds/library/calendar_connection.h"
+
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace quorvel::freedesktop::eds {
+
+namespace {
+
+// Of the library's wait for a calendar on the network: the events that it has are enough.
+constexpr auto withoutWaiting = static_cast<guint32>(-1);
+
+using Self = std::shared_ptr<CalendarConnection>;
+
+bool wasCancelled(const ErrorHandle& error) {
+    return error && g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE;
+}
+
+// Whoever waits for a call of the library holds the connection until then.
+gpointer heldUntilCalled(Self self) {
+    return new Self(std::move(self));
+}
+
+Self released(gpointer data) {
+    const std::unique_ptr<Self> held(static_cast<Self*>(data));
+    return std::move(*held);
+}
+
+} // namespace
+
+std::vector<CalendarEvents> EventsReply::wait(Deadline deadline) {
+    std::unique_lock lock(m_mutex);
+    m_complete.wait_until(lock, deadline, [this] { return m_answers.size() >= m_expected; });
+    m_isGivenUp = true;
+    return std::move(m_answers);
+}
+
+bool EventsReply::deliver(CalendarEvents events) {
+    const std::lock_guard lock(m_mutex);
+    if (m_isGivenUp) {
+        return false;
+    }
+    m_answers.push_back(std::move(events));
+    if (m_answers.size() >= m_expected) {
+        m_complete.notify_one();
+    }
+    return true;
+}
+
+bool EventsReply::isGivenUp() const {
+    const std::lock_guard lock(m_mutex);
+    return m_isGivenUp;
+}
+
+CalendarConnection::CalendarConnection(ObjectHandle<ESource> source, Mailbox mailbox, Events events)
+    : m_identifier(e_source_get_uid(source.get()))
+    , m_source(std::move(source))
+    , m_mailbox(std::move(mailbox))
+    , m_events(std::move(events))
+    , m_cancellable(g_cancellable_new()) {}
+
+CalendarConnection::~CalendarConnection() {
+    disconnect();
+}
+
+void CalendarConnection::ask(SearchedRange range, std::shared_ptr<EventsReply> reply) {
+    m_next = Question{range, std::move(reply)};
+    advance();
+}
+
+void CalendarConnection::setFollowing(bool follows) {
+    m_isFollowing = follows;
+    if (!follows) {
+        stopView();
+    }
+}
+
+void CalendarConnection::close() {
+    m_isClosed = true;
+    m_next.reset();
+    m_current.reset();
+    g_cancellable_cancel(m_cancellable.get());
+    disconnect();
+}
+
+// From one step to the next: connected, told of changes, asked.
+void CalendarConnection::advance() {
+    if (m_isBusy || m_isClosed) {
+        return;
+    }
+    if (!m_current) {
+        if (!m_next) {
+            return;
+        }
+        m_current = std::exchange(m_next, std::nullopt);
+    }
+    if (!m_client) {
+        connect();
+    } else if (m_isFollowing && !m_view && !std::exchange(m_hasTriedView, true)) {
+        startView();
+    } else if (m_view && m_known && m_known->range.from <= m_current->range.from &&
+               m_known->range.to >= m_current->range.to) {
+        answer(Outcome::answered, m_known->text, {});
+    } else {
+        fetch();
+    }
+}
+
+void CalendarConnection::connect() {
+    m_isBusy = true;
+    const GAsyncReadyCallback call = [](GObject*, GAsyncResult* result, gpointer data) {
+        const Self self = released(data);
+        GError* error = nullptr;
+        EClient* const client = e_cal_client_connect_finish(result, &error);
+        self->m_isBusy = false;
+        self->connected(
+            ObjectHandle<ECalClient>(client != nullptr ? E_CAL_CLIENT(client) : nullptr),
+            ErrorHandle(error));
+    };
+    e_cal_client_connect(m_source.get(), E_CAL_CLIENT_SOURCE_TYPE_EVENTS, withoutWaiting,
+                         m_cancellable.get(), call, heldUntilCalled(shared_from_this()));
+}
+
+void CalendarConnection::connected(ObjectHandle<ECalClient> client, const ErrorHandle& error) {
+    if (m_isClosed) {
+        return;
+    }
+    if (!client) {
+        failed(messageOf(error));
+        return;
+    }
+    m_client = std::move(client);
+    m_hasTriedView = false;
+    watchServer();
+    advance();
+}
+
+void CalendarConnection::watchServer() {
+    using Death = void (*)(ECalClient*, CalendarConnection*);
+    const Death died = [](ECalClient*, CalendarConnection* self) {
+        self->disconnect();
+        self->m_events.died();
+    };
+    g_signal_connect(m_client.get(), "backend-died", G_CALLBACK(died), this);
+}
+
+// All events, without being told those that are there already.
+void CalendarConnection::startView() {
+    m_isBusy = true;
+    const GAsyncReadyCallback call = [](GObject* client, GAsyncResult* result, gpointer data) {
+        const Self self = released(data);
+        ECalClientView* view = nullptr;
+        GError* error = nullptr;
+        e_cal_client_get_view_finish(E_CAL_CLIENT(client), result, &view, &error);
+        const ErrorHandle held(error);
+        self->m_isBusy = false;
+        self->viewStarted(ObjectHandle<ECalClientView>(view));
+    };
+    e_cal_client_get_view(m_client.get(), "#t", m_cancellable.get(), call,
+                          heldUntilCalled(shared_from_this()));
+}
+
+void CalendarConnection::viewStarted(ObjectHandle<ECalClientView> view) {
+    if (view && m_client && m_isFollowing && !m_isClosed) {
+        m_view = std::move(view);
+        using Change = void (*)(ECalClientView*, gpointer, CalendarConnection*);
+        const Change changed = [](ECalClientView*, gpointer, CalendarConnection* self) {
+            self->changedOnServer();
+        };
+        for (const char* const signal : {"objects-added", "objects-modified", "objects-removed"}) {
+            g_signal_connect(m_view.get(), signal, G_CALLBACK(changed), this);
+        }
+        e_cal_client_view_set_flags(m_view.get(), E_CAL_CLIENT_VIEW_FLAGS_NONE, nullptr);
+        e_cal_client_view_start(m_view.get(), nullptr);
+    }
+    advance();
+}
+
+void CalendarConnection::stopView() {
+    if (m_view) {
+        g_signal_handlers_disconnect_by_data(m_view.get(), this);
+        m_view.reset();
+    }
+    m_known.reset();
+    m_hasTriedView = false;
+}
+
+void CalendarConnection::changedOnServer() {
+    ++m_changes;
+    m_known.reset();
+    m_events.changed();
+}
+
+// On a thread of its own, which a server that stands still may hold for minutes.
+void CalendarConnection::fetch() {
+    m_isBusy = true;
+    struct Work {
+        Self self;
+        ObjectHandle<ECalClient> client;
+        ObjectHandle<GCancellable> cancellable;
+        SearchedRange range;
+        ZoneTexts zones;
+        int changesBefore;
+    };
+    auto work = std::make_shared<Work>(Work{shared_from_this(), keep(m_client.get()),
+                                            keep(m_cancellable.get()), m_current->range, m_zones,
+                                            m_changes});
+    const auto run = [work, mailbox = m_mailbox] {
+        auto fetched = std::make_shared<FetchedEvents>(
+            fetchEvents(*work->client, work->range, work->zones, *work->cancellable));
+        mailbox.post([work, fetched] {
+            work->self->m_isBusy = false;
+            work->self->fetched(std::move(*fetched), std::move(work->zones),
+                                work->changesBefore != work->self->m_changes);
+        });
+    };
+    try {
+        std::thread(run).detach();
+    } catch (const std::system_error& error) {
+        m_isBusy = false;
+        failed(error.what());
+    }
+}
+
+void CalendarConnection::fetched(FetchedEvents events, ZoneTexts zones, bool isStale) {
+    m_zones = std::move(zones);
+    if (m_isClosed || !m_current) {
+        return;
+    }
+    if (!events.error) {
+        if (m_view && !isStale) {
+            m_known = Known{m_current->range, events.text};
+        }
+        answer(Outcome::answered, std::move(events.text), {});
+    } else if (!wasCancelled(events.error) && !std::exchange(m_current->isSecondTry, true)) {
+        disconnect(); // the server may have been started anew since
+        advance();
+    } else {
+        failed(messageOf(events.error));
+    }
+}
+
+void CalendarConnection::failed(const std::string& problem) {
+    disconnect();
+    answer(Outcome::failed, {}, "it cannot be read: " + problem);
+}
+
+void CalendarConnection::answer(Outcome outcome, std::string text, std::string problem) {
+    const Question question = std::move(*m_current);
+    m_current.reset();
+    const bool isInTime =
+        question.reply->deliver({m_identifier, outcome, std::move(text), std::move(problem)});
+    if (m_next && m_next->reply->isGivenUp()) {
+        m_next.reset();
+    }
+    if (!isInTime && !m_next && outcome == Outcome::answered) {
+        m_events.changed();
+    }
+    advance();
+}
+
+void CalendarConnection::disconnect() {
+    stopView();
+    if (m_client) {
+        g_signal_handlers_disconnect_by_data(m_client.get(), this);
+        m_client.reset();
+    }
+}
+
+} // namespace quorvel::freedesktop::eds

@@ -1,0 +1,81 @@
+// The calendar server, by its own library.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "freedesktop/eds/data_server.h"
+#include "freedesktop/eds/library/calendar_connection.h"
+#include "freedesktop/eds/library/ecal_handles.h"
+#include "freedesktop/eds/library/worker_loop.h"
+#include "freedesktop/eds/reply.h"
+
+namespace quorvel::freedesktop::eds {
+
+// The registry of the calendars and the connections to them. Everything on the worker's thread.
+class ServerConnection : public std::enable_shared_from_this<ServerConnection> {
+public:
+    ServerConnection(std::string sourcesService, Mailbox mailbox);
+    ~ServerConnection();
+    ServerConnection(const ServerConnection&) = delete;
+    ServerConnection& operator=(const ServerConnection&) = delete;
+
+    // The first step to a list; done without being told where one is asked for.
+    void openRegistry();
+    void list(std::shared_ptr<Reply<CalendarList>> reply);
+    void ask(const std::vector<std::string>& calendars, SearchedRange range,
+             const std::shared_ptr<EventsReply>& reply);
+    void follow(std::function<void()> changed);
+
+    // Gives up everything, does nothing from here on, and says when no other thread is at work.
+    void close(std::function<void()> closed);
+
+private:
+    void registryOpened(ObjectHandle<ESourceRegistry> registry, const ErrorHandle& error);
+    void closeRegistry();
+    void watchService();
+    void serverDied();
+    void sourcesChanged();
+    std::vector<ServerCalendar> enabledCalendars() const;
+    void forgetCalendarsExcept(const std::vector<ServerCalendar>& calendars);
+    std::shared_ptr<CalendarConnection> connectionTo(const std::string& calendar);
+    bool isIdle() const;
+    void closeWhenIdle();
+    void tellOfChange() const;
+
+    std::string m_sourcesService;
+    Mailbox m_mailbox;
+    ObjectHandle<GCancellable> m_cancellable;
+    ObjectHandle<ESourceRegistry> m_registry; // null: not open
+    bool m_isOpening = false;
+    guint m_serviceWatch = 0; // 0: none
+    std::vector<std::shared_ptr<Reply<CalendarList>>> m_waiting;
+    std::vector<ServerCalendar> m_listed; // the last time
+    std::map<std::string, std::shared_ptr<CalendarConnection>> m_connections;
+    std::vector<std::shared_ptr<CalendarConnection>> m_leaving; // closed, and not idle yet
+    std::function<void()> m_changed;
+    bool m_isDeathToBeTold = false;
+    std::optional<double> m_lastDeath; // seconds of the monotonic clock
+    std::function<void()> m_closed;    // null: not closing
+};
+
+class EcalDataServer final : public DataServer {
+public:
+    explicit EcalDataServer(std::string sourcesService);
+    ~EcalDataServer() override;
+
+    CalendarList calendars(Deadline deadline) override;
+    std::vector<CalendarEvents> events(const std::vector<std::string>& calendars,
+                                       SearchedRange range, Deadline deadline) override;
+    void follow(std::function<void()> changed) override;
+
+private:
+    WorkerLoop m_worker;
+    std::shared_ptr<ServerConnection> m_connection; // used on the worker's thread alone
+};
+
+} // namespace quorvel::freedesktop::eds

@@ -1,0 +1,34 @@
+#include "freedesktop/session/thread_signal.h"
+
+#include <cstdint>
+#include <utility>
+
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+namespace quorvel::freedesktop {
+
+ThreadSignal::ThreadSignal(std::function<void()> happened)
+    : m_happened(std::move(happened))
+    , m_counter(std::make_shared<FileDescriptor>(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)))
+    , m_events(*m_counter, [this] { receive(); }) {
+    m_events.listen();
+}
+
+std::function<void()> ThreadSignal::sender() const {
+    return [counter = m_counter] {
+        const std::uint64_t one = 1;
+        // A counter that is full has told it already.
+        [[maybe_unused]] const ssize_t written = write(counter->get(), &one, sizeof one);
+    };
+}
+
+void ThreadSignal::receive() {
+    std::uint64_t count = 0;
+    if (read(m_counter->get(), &count, sizeof count) > 0) {
+        const auto happened = m_happened;
+        happened();
+    }
+}
+
+} // namespace quorvel::freedesktop

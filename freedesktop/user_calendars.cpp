@@ -1,0 +1,84 @@
+#include "freedesktop/user_calendars.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "freedesktop/eds/started_data_server.h"
+#include "freedesktop/session/thread_signal.h"
+
+namespace quorvel::freedesktop {
+
+UserCalendars::UserCalendars(UserCalendarOptions options)
+    : m_options(std::move(options))
+    , m_files(m_options.timeZone, m_options.problemHandler) {}
+
+UserCalendars::~UserCalendars() = default;
+
+void UserCalendars::setSources(std::vector<CalendarSource> sources) {
+    const auto server = std::find_if(sources.begin(), sources.end(), isDataServer);
+    const bool isServerFirst = server == sources.begin();
+    m_usesServer = server != sources.end();
+    if (m_usesServer) {
+        makeServer();
+        m_server->setOptional(server->isOptional);
+    }
+    std::erase_if(sources, isDataServer);
+    m_usesFiles = !sources.empty();
+    m_files.setSources(std::move(sources));
+    std::vector<platform::CalendarStores*> stores;
+    if (m_usesFiles) {
+        stores.push_back(&m_files);
+    }
+    if (m_usesServer) {
+        stores.insert(isServerFirst ? stores.begin() : stores.end(), m_server.get());
+    }
+    m_stores.setStores(std::move(stores));
+}
+
+void UserCalendars::makeServer() {
+    if (!m_server) {
+        m_server = std::make_unique<EdsCalendarStores>(
+            std::make_unique<eds::StartedDataServer>(m_options.dataServerModule),
+            m_options.timeZone, m_options.problemHandler, m_options.dataServerWaits);
+        followServer();
+    }
+}
+
+void UserCalendars::setTimeZone(const std::shared_ptr<const TimeZone>& zone) {
+    m_options.timeZone = zone;
+    m_files.setTimeZone(zone);
+    if (m_server) {
+        m_server->setTimeZone(zone);
+    }
+}
+
+void UserCalendars::setChangedHandler(std::function<void()> changed) {
+    m_changed = changed ? std::make_unique<ThreadSignal>(std::move(changed)) : nullptr;
+    followServer();
+}
+
+void UserCalendars::followServer() {
+    if (m_server) {
+        m_server->follow(m_changed ? m_changed->sender() : nullptr);
+    }
+}
+
+bool UserCalendars::anyReadable() const {
+    return (m_usesFiles && m_files.anyReadable() && m_files.anyCalendar()) ||
+           (m_usesServer && m_server->anyReadable());
+}
+
+std::string UserCalendars::storeOf(std::string_view identifier) const {
+    return std::string(m_usesServer && m_server->hasCalendar(identifier) ? dataServerName
+                                                                         : "files");
+}
+
+std::vector<std::string> UserCalendars::deselected() const {
+    return m_usesServer ? m_server->deselectedCalendars() : std::vector<std::string>();
+}
+
+std::vector<std::string> UserCalendars::paths() const {
+    return m_files.paths();
+}
+
+} // namespace quorvel::freedesktop

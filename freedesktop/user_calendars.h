@@ -1,0 +1,63 @@
+// The user's calendars, wherever they are: in files and in the data server.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "freedesktop/calendar/combined_calendar_stores.h"
+#include "freedesktop/calendar/ical_calendar_stores.h"
+#include "freedesktop/dates/time_zone.h"
+#include "freedesktop/eds/eds_calendar_stores.h"
+
+namespace quorvel::freedesktop {
+
+class ThreadSignal;
+
+struct UserCalendarOptions {
+    std::shared_ptr<const TimeZone> timeZone; // never null
+    CalendarProblemHandler problemHandler;
+    std::string dataServerModule; // the file that wraps the data server's library
+    DataServerWaits dataServerWaits;
+};
+
+// For one thread.
+class UserCalendars {
+public:
+    explicit UserCalendars(UserCalendarOptions options);
+    ~UserCalendars();
+    UserCalendars(const UserCalendars&) = delete;
+    UserCalendars& operator=(const UserCalendars&) = delete;
+
+    platform::CalendarStores& stores() { return m_stores; }
+
+    // The data server's calendars stand before the files' where it is named first, else behind.
+    void setSources(std::vector<CalendarSource> sources);
+    void setTimeZone(const std::shared_ptr<const TimeZone>& zone); // never null
+    // Told of changes in the data server, on the default main context of the thread that sets this.
+    // Null: nobody is.
+    void setChangedHandler(std::function<void()> changed);
+
+    // Of the last store.
+    bool anyReadable() const;
+    std::string storeOf(std::string_view identifier) const;
+    std::vector<std::string> deselected() const; // by the desktop's calendar application
+
+    std::vector<std::string> paths() const; // of files and folders
+
+private:
+    void makeServer();
+    void followServer();
+
+    UserCalendarOptions m_options;
+    IcalCalendarStores m_files;
+    std::unique_ptr<EdsCalendarStores> m_server; // null before it is named; kept from then on
+    bool m_usesFiles = false;
+    bool m_usesServer = false;
+    std::unique_ptr<ThreadSignal> m_changed; // null: nobody is told
+    CombinedCalendarStores m_stores;
+};
+
+} // namespace quorvel::freedesktop
