@@ -121,17 +121,18 @@ private:
         std::unique_ptr<IcalCalendarStores> stores;
     };
 
-    void tell(const std::string& place, const std::string& what) {
-        std::string& told = m_told[place];
-        if (told != what) {
-            told = what;
-            m_report({place, 0, what});
+    // A silence is the same, however long it was waited for.
+    void tell(const std::string& place, Outcome outcome, const std::string& problem) {
+        const auto told = m_told.find(place);
+        if (outcome == Outcome::answered) {
+            m_told.erase(place);
+        } else if (told == m_told.end() || told->second != problem) {
+            m_told[place] = problem;
+            m_report({place, 0, outcome == Outcome::silent ? silence() : problem});
         }
     }
-    void allIsRight(const std::string& place) { m_told.erase(place); }
 
     void tellOfList(const eds::CalendarList& list);
-    void tellOfEvents(const ListedCalendar& listed, const eds::CalendarEvents& events);
     std::string silence() const {
         return "it has not answered within " + secondsText(m_lastWait) +
                " s: its events are shown when it does";
@@ -215,22 +216,9 @@ ListedCalendars EdsCalendarStores::State::list(Patience& patience) {
 }
 
 void EdsCalendarStores::State::tellOfList(const eds::CalendarList& list) {
-    const std::string place(dataServerName);
     const bool isMissedByNobody = list.outcome == Outcome::absent && m_isOptional;
-    if (list.outcome == Outcome::answered || isMissedByNobody) {
-        allIsRight(place);
-    } else {
-        tell(place, list.outcome == Outcome::silent ? silence() : list.problem);
-    }
-}
-
-void EdsCalendarStores::State::tellOfEvents(const ListedCalendar& listed,
-                                            const eds::CalendarEvents& events) {
-    if (events.outcome == Outcome::answered) {
-        allIsRight(placeOf(listed));
-    } else {
-        tell(placeOf(listed), events.outcome == Outcome::silent ? silence() : events.problem);
-    }
+    tell(std::string(dataServerName), isMissedByNobody ? Outcome::answered : list.outcome,
+         list.problem);
 }
 
 EKEvents EdsCalendarStores::State::find(const ListedCalendars& listed,
@@ -253,7 +241,7 @@ EKEvents EdsCalendarStores::State::find(const ListedCalendars& listed,
     EKEvents result;
     m_areAllUnreadable = true;
     for (std::size_t i = 0; i < asked.size(); ++i) {
-        tellOfEvents(*asked[i], answers[i]);
+        tell(placeOf(*asked[i]), answers[i].outcome, answers[i].problem);
         if (answers[i].outcome == Outcome::answered) {
             m_areAllUnreadable = false;
             addEvents(*asked[i], std::move(answers[i].text), predicate, result);

@@ -70,7 +70,23 @@ void ServerConnection::openRegistry() {
         (*self)->m_isOpening = false;
         (*self)->registryOpened(ObjectHandle<ESourceRegistry>(registry), ErrorHandle(error));
     };
+    if (std::exchange(m_hasServiceDied, false)) {
+        startService();
+    }
     e_source_registry_new(m_cancellable.get(), call, new Self(shared_from_this()));
+}
+
+// Where somebody else in the process holds the registry, it is still that of the dead service.
+void ServerConnection::startService() const {
+    const ObjectHandle<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+    if (bus) {
+        constexpr guint32 noFlags = 0;
+        constexpr int standardTime = -1;
+        g_dbus_connection_call(bus.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                               "org.freedesktop.DBus", "StartServiceByName",
+                               g_variant_new("(su)", m_sourcesService.c_str(), noFlags), nullptr,
+                               G_DBUS_CALL_FLAGS_NONE, standardTime, nullptr, nullptr, nullptr);
+    }
 }
 
 void ServerConnection::registryOpened(ObjectHandle<ESourceRegistry> registry,
@@ -86,17 +102,35 @@ void ServerConnection::registryOpened(ObjectHandle<ESourceRegistry> registry,
         return;
     }
     m_registry = std::move(registry);
-    using Change = void (*)(ESourceRegistry*, ESource*, ServerConnection*);
-    const Change changed = [](ESourceRegistry*, ESource*, ServerConnection* self) {
-        self->sourcesChanged();
-    };
-    for (const char* const signal : {"source-added", "source-changed", "source-removed",
-                                     "source-enabled", "source-disabled"}) {
-        g_signal_connect(m_registry.get(), signal, G_CALLBACK(changed), this);
-    }
+    watchRegistry();
     watchService();
     for (auto& reply : waiting) {
         list(std::move(reply));
+    }
+}
+
+// There is one registry in the process, which tells on the thread of whoever asked for it first.
+void ServerConnection::watchRegistry() {
+    struct Listener {
+        std::weak_ptr<ServerConnection> connection;
+        Mailbox mailbox;
+    };
+    using Change = void (*)(ESourceRegistry*, ESource*, Listener*);
+    const Change changed = [](ESourceRegistry*, ESource*, Listener* listener) {
+        listener->mailbox.post([weak = listener->connection] {
+            if (const Self self = weak.lock()) {
+                self->sourcesChanged();
+            }
+        });
+    };
+    const GClosureNotify end = [](gpointer listener, GClosure*) {
+        delete static_cast<Listener*>(listener);
+    };
+    for (const char* const signal : {"source-added", "source-changed", "source-removed",
+                                     "source-enabled", "source-disabled"}) {
+        m_registryHandlers.push_back(g_signal_connect_data(
+            m_registry.get(), signal, G_CALLBACK(changed),
+            new Listener{weak_from_this(), m_mailbox}, end, static_cast<GConnectFlags>(0)));
     }
 }
 
@@ -105,6 +139,7 @@ void ServerConnection::watchService() {
     const GBusNameVanishedCallback vanished = [](GDBusConnection*, const char*, gpointer data) {
         auto& self = *static_cast<ServerConnection*>(data);
         self.closeRegistry();
+        self.m_hasServiceDied = true;
         self.serverDied();
     };
     m_serviceWatch =
@@ -117,7 +152,9 @@ void ServerConnection::closeRegistry() {
         g_bus_unwatch_name(std::exchange(m_serviceWatch, 0));
     }
     if (m_registry) {
-        g_signal_handlers_disconnect_by_data(m_registry.get(), this);
+        for (const gulong handler : std::exchange(m_registryHandlers, {})) {
+            g_signal_handler_disconnect(m_registry.get(), handler);
+        }
         m_registry.reset();
     }
 }
@@ -140,7 +177,7 @@ void ServerConnection::serverDied() {
 }
 
 void ServerConnection::sourcesChanged() {
-    if (enabledCalendars() != m_listed) {
+    if (m_registry && enabledCalendars() != m_listed) {
         tellOfChange();
     }
 }

@@ -37,6 +37,8 @@ public:
 private:
     void registryOpened(ObjectHandle<ESourceRegistry> registry, const ErrorHandle& error);
     void closeRegistry();
+    void startService() const;
+    void watchRegistry();
     void watchService();
     void serverDied();
     void sourcesChanged();
@@ -51,8 +53,10 @@ private:
     Mailbox m_mailbox;
     ObjectHandle<GCancellable> m_cancellable;
     ObjectHandle<ESourceRegistry> m_registry; // null: not open
+    std::vector<gulong> m_registryHandlers;
     bool m_isOpening = false;
-    guint m_serviceWatch = 0; // 0: none
+    bool m_hasServiceDied = false; // and was not started since
+    guint m_serviceWatch = 0;      // 0: none
     std::vector<std::shared_ptr<Reply<CalendarList>>> m_waiting;
     std::vector<ServerCalendar> m_listed; // the last time
     std::map<std::string, std::shared_ptr<CalendarConnection>> m_connections;

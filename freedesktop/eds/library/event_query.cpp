@@ -12,7 +12,9 @@ namespace {
 
 // Of the range on either side: dates and floating times are within a day of what they mean.
 constexpr std::int64_t marginSeconds = std::int64_t{2} * 24 * 3600;
-constexpr std::int64_t latestSecond = 253'370'764'800; // the year 9999
+// The server finds nothing before and behind these by time.
+constexpr std::int64_t firstSecond = 0;
+constexpr std::int64_t lastSecond = 2'145'916'800; // the year 2038
 
 std::string timeText(std::int64_t seconds) {
     const std::unique_ptr<GDateTime, decltype(&g_date_time_unref)> time(
@@ -84,9 +86,9 @@ ErrorHandle addEvents(ECalClient& client, const std::string& query, std::string&
 
 std::string singleEventsQuery(SearchedRange range) {
     const std::string isSingle = "(not (has-recurrences?))";
-    const std::int64_t from = std::min(range.from, latestSecond) - marginSeconds;
-    const std::int64_t to = std::min(range.to, latestSecond) + marginSeconds;
-    if (from <= 0) {
+    const std::int64_t from = range.from - marginSeconds;
+    const std::int64_t to = range.to + marginSeconds;
+    if (from <= firstSecond || to >= lastSecond) {
         return isSingle;
     }
     return "(and " + isSingle + " (occur-in-time-range? (make-time \"" + timeText(from) +
