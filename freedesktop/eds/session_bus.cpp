@@ -14,6 +14,9 @@ namespace {
 // A number that grows with the protocol stands behind it.
 constexpr std::string_view servicePrefix = "org.gnome.evolution.dataserver.Sources";
 
+// The address of no bus.
+constexpr std::string_view disabledBus = "disabled:";
+
 struct ObjectUnref {
     void operator()(gpointer object) const { g_object_unref(object); }
 };
@@ -58,7 +61,7 @@ std::optional<std::string> serviceIn(GDBusConnection* bus, const char* list,
 bool mayHaveSessionBus() {
     const char* const address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
     if (address != nullptr && *address != '\0') {
-        return true;
+        return std::string_view(address) != disabledBus;
     }
     const char* const folder = std::getenv("XDG_RUNTIME_DIR");
     return folder != nullptr && access((std::string(folder) + "/bus").c_str(), F_OK) == 0;

@@ -22,14 +22,18 @@ TEST(ProgramFolders, PrefersWhatStandsBesideTheProgram) {
     EXPECT_TRUE(installed.bundle.starts_with(name + "/lib")) << installed.bundle;
     EXPECT_EQ(installed.data, name + "/share/quorvel");
     EXPECT_EQ(installed.window, name + "/libexec/quorvel/quorvel-window");
+    EXPECT_TRUE(installed.dataServerModule.ends_with("/quorvel/quorvel-eds.so"));
+    EXPECT_TRUE(installed.dataServerModule.starts_with(name + "/lib"));
 
     fs::create_directories(bin / "Quorvel.bundle");
     fs::create_directories(bin / "share/quorvel");
     std::ofstream(bin / "quorvel-window") << "a program";
+    std::ofstream(bin / "quorvel-eds.so") << "a module";
     const ProgramFolders beside = programFolders(bin.string());
     EXPECT_EQ(beside.bundle, (bin / "Quorvel.bundle").string());
     EXPECT_EQ(beside.data, (bin / "share/quorvel").string());
     EXPECT_EQ(beside.window, (bin / "quorvel-window").string());
+    EXPECT_EQ(beside.dataServerModule, (bin / "quorvel-eds.so").string());
     fs::remove_all(name);
 }
 

@@ -35,6 +35,11 @@ TEST(StartedDataServer, WithoutABusThereIsNone) {
     EXPECT_THAT(server.events({"one"}, {}, inSeconds(5)), IsEmpty());
 }
 
+TEST(StartedDataServer, ABusMayBeDisabled) {
+    const EnvironmentVariable address("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+    EXPECT_FALSE(mayHaveSessionBus());
+}
+
 TEST(StartedDataServer, TheBusOfTheRuntimeFolderCounts) {
     const TemporaryFolder folder;
     const EnvironmentVariable noAddress("DBUS_SESSION_BUS_ADDRESS", nullptr);

@@ -156,6 +156,26 @@ TEST_F(PreferencesFolderTest, StockCalendarsAreAllSelectedWhereNothingIsSaid) {
     EXPECT_EQ(m_preferences.dictionaryWithContentsOfFile(path), std::nullopt);
 }
 
+TEST_F(PreferencesFolderTest, StockCalendarsAreDeselectedAsOnTheDesktopWhereNothingIsSaid) {
+    const std::string path = systemFolder + "com.apple.mobilecal.plist";
+    std::vector<std::string> deselected{"home", "work"};
+    m_preferences.setDeselectedCalendars([&] { return deselected; });
+    const auto listed = [&] {
+        std::vector<std::string> result;
+        const auto dictionary = m_preferences.dictionaryWithContentsOfFile(path).value();
+        for (const auto& entry :
+             std::get<PropertyListArray>(dictionary.at("LastDeselectedCalendars").value)) {
+            result.push_back(std::get<std::string>(entry.value));
+        }
+        return result;
+    };
+    EXPECT_EQ(listed(), deselected);
+    deselected = {"other"};
+    EXPECT_EQ(listed(), deselected);
+    write("com.apple.mobilecal.plist", "{ LastDeselectedCalendars = (mine); }");
+    EXPECT_EQ(listed(), std::vector<std::string>{"mine"});
+}
+
 TEST_F(PreferencesFolderTest, ServiceReadsTheSameFile) {
     write("org.example.plist", "{ b = 2; a = 1; }");
     const auto keys = m_preferences.copyKeyList("org.example");
