@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -43,8 +44,9 @@ struct CalendarEvents {
     std::string calendar; // its identifier
     Outcome outcome = Outcome::silent;
     // An iCalendar: at least every event that can have to do with the range, with all its
-    // exceptions, and the zones that have no common name.
-    std::string text;
+    // exceptions, and the zones that have no common name. Null where there is no answer; the same
+    // object again where nothing has changed and the calendar is followed.
+    std::shared_ptr<const std::string> text;
     std::string problem; // where it failed
 };
 

@@ -117,7 +117,7 @@ public:
 private:
     // The events of a calendar as they were at the last question, and their occurrences.
     struct Expanded {
-        std::string text;
+        std::shared_ptr<const std::string> text;
         std::unique_ptr<IcalCalendarStores> stores;
     };
 
@@ -137,9 +137,10 @@ private:
         return "it has not answered within " + secondsText(m_lastWait) +
                " s: its events are shown when it does";
     }
-    void addEvents(const ListedCalendar& listed, std::string text,
+    void addEvents(const ListedCalendar& listed, const std::shared_ptr<const std::string>& text,
                    const EKEventPredicate& predicate, EKEvents& result);
-    IcalCalendarStores& expanded(const ListedCalendar& listed, std::string text);
+    IcalCalendarStores& expanded(const ListedCalendar& listed,
+                                 const std::shared_ptr<const std::string>& text);
 
     std::unique_ptr<eds::DataServer> m_server;
     std::shared_ptr<const TimeZone> m_userZone;
@@ -242,9 +243,9 @@ EKEvents EdsCalendarStores::State::find(const ListedCalendars& listed,
     m_areAllUnreadable = true;
     for (std::size_t i = 0; i < asked.size(); ++i) {
         tell(placeOf(*asked[i]), answers[i].outcome, answers[i].problem);
-        if (answers[i].outcome == Outcome::answered) {
+        if (answers[i].text) {
             m_areAllUnreadable = false;
-            addEvents(*asked[i], std::move(answers[i].text), predicate, result);
+            addEvents(*asked[i], answers[i].text, predicate, result);
         }
     }
     std::sort(result.begin(), result.end(), comesBefore);
@@ -252,9 +253,10 @@ EKEvents EdsCalendarStores::State::find(const ListedCalendars& listed,
 }
 
 // As the files' store finds them, in the server's calendar.
-void EdsCalendarStores::State::addEvents(const ListedCalendar& listed, std::string text,
+void EdsCalendarStores::State::addEvents(const ListedCalendar& listed,
+                                         const std::shared_ptr<const std::string>& text,
                                          const EKEventPredicate& predicate, EKEvents& result) {
-    const auto store = expanded(listed, std::move(text)).makeEventStore();
+    const auto store = expanded(listed, text).makeEventStore();
     const EKCalendars calendars = store->calendars();
     for (const auto& found :
          store->eventsMatchingPredicate({predicate.startDate, predicate.endDate, calendars})) {
@@ -267,10 +269,11 @@ void EdsCalendarStores::State::addEvents(const ListedCalendar& listed, std::stri
     }
 }
 
-IcalCalendarStores& EdsCalendarStores::State::expanded(const ListedCalendar& listed,
-                                                       std::string text) {
+IcalCalendarStores&
+EdsCalendarStores::State::expanded(const ListedCalendar& listed,
+                                   const std::shared_ptr<const std::string>& text) {
     Expanded& entry = m_expanded[listed.serverIdentifier];
-    if (!entry.stores || entry.text != text) {
+    if (!entry.stores || (entry.text != text && *entry.text != *text)) {
         const std::string place = placeOf(listed);
         entry.stores = std::make_unique<IcalCalendarStores>(
             m_userZone, [this, place](const CalendarProblem& problem) {
@@ -279,9 +282,9 @@ IcalCalendarStores& EdsCalendarStores::State::expanded(const ListedCalendar& lis
                     m_report({place, 0, problem.what});
                 }
             });
-        entry.text = std::move(text);
-        entry.stores->setSources({CalendarSource::inMemory(place, entry.text)});
+        entry.stores->setSources({CalendarSource::inMemory(place, *text)});
     }
+    entry.text = text;
     return *entry.stores;
 }
 

@@ -229,10 +229,11 @@ void CalendarConnection::fetched(FetchedEvents events, ZoneTexts zones, bool isS
         return;
     }
     if (!events.error) {
+        auto text = std::make_shared<const std::string>(std::move(events.text));
         if (m_view && !isStale) {
-            m_known = Known{m_current->range, events.text};
+            m_known = Known{m_current->range, text};
         }
-        answer(Outcome::answered, std::move(events.text), {});
+        answer(Outcome::answered, std::move(text), {});
     } else if (!wasCancelled(events.error) && !std::exchange(m_current->isSecondTry, true)) {
         disconnect(); // the server may have been started anew since
         advance();
@@ -246,7 +247,8 @@ void CalendarConnection::failed(const std::string& problem) {
     answer(Outcome::failed, {}, "it cannot be read: " + problem);
 }
 
-void CalendarConnection::answer(Outcome outcome, std::string text, std::string problem) {
+void CalendarConnection::answer(Outcome outcome, std::shared_ptr<const std::string> text,
+                                std::string problem) {
     const Question question = std::move(*m_current);
     m_current.reset();
     const bool isInTime =

@@ -75,7 +75,7 @@ private:
     void fetch();
     void fetched(FetchedEvents events, ZoneTexts zones, bool isStale);
     void failed(const std::string& problem);
-    void answer(Outcome outcome, std::string text, std::string problem);
+    void answer(Outcome outcome, std::shared_ptr<const std::string> text, std::string problem);
     void disconnect();
     void changedOnServer();
 
@@ -96,7 +96,7 @@ private:
     std::optional<Question> m_next;
     struct Known {
         SearchedRange range;
-        std::string text;
+        std::shared_ptr<const std::string> text;
     };
     std::optional<Known> m_known; // still right, as the view has told nothing else
 };

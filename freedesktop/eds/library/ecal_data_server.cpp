@@ -44,8 +44,34 @@ ServerConnection::~ServerConnection() {
 
 void ServerConnection::list(std::shared_ptr<Reply<CalendarList>> reply) {
     m_waiting.push_back(std::move(reply));
-    if (!m_registry) {
+    if (m_registry && !hasSources()) {
+        closeRegistry();
+        m_hasServiceDied = true;
+    }
+    if (m_registry) {
+        answerWaiting();
+    } else {
         openRegistry();
+    }
+}
+
+// There are always some, but for a registry whose service has died.
+bool ServerConnection::hasSources() const {
+    const std::unique_ptr<GList, SourceListFree> sources(
+        e_source_registry_list_sources(m_registry.get(), nullptr));
+    return sources != nullptr;
+}
+
+void ServerConnection::answerWaiting() {
+    if (!m_registry || m_waiting.empty()) {
+        return;
+    }
+    if (!hasSources()) {
+        m_mailbox.postLater(pauseBetweenLooks, [weak = weak_from_this()] {
+            if (const Self self = weak.lock()) {
+                self->answerWaiting();
+            }
+        });
         return;
     }
     m_listed = enabledCalendars();
@@ -94,9 +120,8 @@ void ServerConnection::registryOpened(ObjectHandle<ESourceRegistry> registry,
     if (m_closed) {
         return;
     }
-    auto waiting = std::exchange(m_waiting, {});
     if (!registry) {
-        for (const auto& reply : waiting) {
+        for (const auto& reply : std::exchange(m_waiting, {})) {
             reply->deliver({Outcome::failed, {}, "it does not start: " + messageOf(error)});
         }
         return;
@@ -104,9 +129,7 @@ void ServerConnection::registryOpened(ObjectHandle<ESourceRegistry> registry,
     m_registry = std::move(registry);
     watchRegistry();
     watchService();
-    for (auto& reply : waiting) {
-        list(std::move(reply));
-    }
+    answerWaiting();
 }
 
 // There is one registry in the process, which tells on the thread of whoever asked for it first.
@@ -137,14 +160,22 @@ void ServerConnection::watchRegistry() {
 // The registry itself would wait for a service that has died, which starts only when it is asked.
 void ServerConnection::watchService() {
     const GBusNameVanishedCallback vanished = [](GDBusConnection*, const char*, gpointer data) {
-        auto& self = *static_cast<ServerConnection*>(data);
-        self.closeRegistry();
-        self.m_hasServiceDied = true;
-        self.serverDied();
+        static_cast<ServerConnection*>(data)->serviceVanished();
     };
     m_serviceWatch =
         g_bus_watch_name(G_BUS_TYPE_SESSION, m_sourcesService.c_str(),
                          G_BUS_NAME_WATCHER_FLAGS_NONE, nullptr, vanished, this, nullptr);
+}
+
+// Whoever still waits for the list is to have it.
+void ServerConnection::serviceVanished() {
+    closeRegistry();
+    m_hasServiceDied = true;
+    serverDied();
+    std::erase_if(m_waiting, [](const auto& reply) { return reply->isGivenUp(); });
+    if (!m_waiting.empty()) {
+        openRegistry();
+    }
 }
 
 void ServerConnection::closeRegistry() {

@@ -38,8 +38,11 @@ private:
     void registryOpened(ObjectHandle<ESourceRegistry> registry, const ErrorHandle& error);
     void closeRegistry();
     void startService() const;
+    bool hasSources() const;
+    void answerWaiting();
     void watchRegistry();
     void watchService();
+    void serviceVanished();
     void serverDied();
     void sourcesChanged();
     std::vector<ServerCalendar> enabledCalendars() const;

@@ -83,7 +83,10 @@ protected:
             text += "BEGIN:VEVENT\r\nUID:" + event.uid + "\r\nSUMMARY:" + event.title +
                     "\r\nDTSTART:" + event.start + "\r\nDURATION:PT1H\r\nEND:VEVENT\r\n";
         }
-        return {"", Outcome::answered, text + "END:VCALENDAR\r\n", {}};
+        return {"",
+                Outcome::answered,
+                std::make_shared<const std::string>(text + "END:VCALENDAR\r\n"),
+                {}};
     }
 
     platform::EKEventPredicate today(platform::EKCalendars calendars) const {

@@ -23,7 +23,8 @@ double secondsSince(steady_clock::time_point begin) {
 class EdsCommandTest : public CommandTest {
 protected:
     EdsCommandTest() {
-        for (const char* const name : {"DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR"}) {
+        for (const char* const name :
+             {"DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "ASAN_OPTIONS"}) {
             if (const char* const value = std::getenv(name)) {
                 m_environment[name] = value;
             }
@@ -132,9 +133,9 @@ TEST_F(EdsCommandTest, SourcesComeInTheirOrder) {
         }
         return result;
     };
-    const std::string server = "A home,B work,Birthdays & Anniversaries,C hidden,Personal,";
-    EXPECT_EQ(titles({"eds:", calendars()}), server + "file,");
-    EXPECT_EQ(titles({calendars(), "eds:"}), "file," + server);
+    const std::string ofServer = "A home,B work,Birthdays & Anniversaries,C hidden,Personal,";
+    EXPECT_EQ(titles({"eds:", calendars()}), ofServer + "file,");
+    EXPECT_EQ(titles({calendars(), "eds:"}), "file," + ofServer);
     EXPECT_THAT(runHere({"agenda", "--calendars", "eds:", "--calendars", calendars()}).output,
                 testing::StartsWith("11:00       File\n12:00       Daily\n"));
 }
