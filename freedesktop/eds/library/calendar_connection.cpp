@@ -155,26 +155,33 @@ void CalendarConnection::startView() {
         e_cal_client_get_view_finish(E_CAL_CLIENT(client), result, &view, &error);
         const ErrorHandle held(error);
         self->m_isBusy = false;
-        self->viewStarted(ObjectHandle<ECalClientView>(view));
+        self->viewMade(ObjectHandle<ECalClientView>(view));
     };
     e_cal_client_get_view(m_client.get(), "#t", m_cancellable.get(), call,
                           heldUntilCalled(shared_from_this()));
 }
 
-void CalendarConnection::viewStarted(ObjectHandle<ECalClientView> view) {
-    if (view && m_client && m_isFollowing && !m_isClosed) {
-        m_view = std::move(view);
-        using Change = void (*)(ECalClientView*, gpointer, CalendarConnection*);
-        const Change changed = [](ECalClientView*, gpointer, CalendarConnection* self) {
-            self->changedOnServer();
-        };
-        for (const char* const signal : {"objects-added", "objects-modified", "objects-removed"}) {
-            g_signal_connect(m_view.get(), signal, G_CALLBACK(changed), this);
-        }
-        e_cal_client_view_set_flags(m_view.get(), E_CAL_CLIENT_VIEW_FLAGS_NONE, nullptr);
-        e_cal_client_view_start(m_view.get(), nullptr);
+// The view's own calls wait for the server.
+void CalendarConnection::viewMade(ObjectHandle<ECalClientView> view) {
+    if (!view || !m_client || !m_isFollowing || m_isClosed) {
+        advance();
+        return;
     }
-    advance();
+    m_view = std::move(view);
+    using Change = void (*)(ECalClientView*, gpointer, CalendarConnection*);
+    const Change changed = [](ECalClientView*, gpointer, CalendarConnection* self) {
+        self->changedOnServer();
+    };
+    for (const char* const signal : {"objects-added", "objects-modified", "objects-removed"}) {
+        g_signal_connect(m_view.get(), signal, G_CALLBACK(changed), this);
+    }
+    const std::shared_ptr<ECalClientView> held = keep(m_view.get());
+    doBeside(
+        [held] {
+            e_cal_client_view_set_flags(held.get(), E_CAL_CLIENT_VIEW_FLAGS_NONE, nullptr);
+            e_cal_client_view_start(held.get(), nullptr);
+        },
+        [this] { advance(); });
 }
 
 void CalendarConnection::stopView() {
@@ -192,27 +199,15 @@ void CalendarConnection::changedOnServer() {
     m_events.changed();
 }
 
-// On a thread of its own, which a server that stands still may hold for minutes.
-void CalendarConnection::fetch() {
+// On a thread of its own, which a server that stands still may hold for minutes; then on the
+// worker's.
+void CalendarConnection::doBeside(std::function<void()> work, std::function<void()> done) {
     m_isBusy = true;
-    struct Work {
-        Self self;
-        ObjectHandle<ECalClient> client;
-        ObjectHandle<GCancellable> cancellable;
-        SearchedRange range;
-        ZoneTexts zones;
-        int changesBefore;
-    };
-    auto work = std::make_shared<Work>(Work{shared_from_this(), keep(m_client.get()),
-                                            keep(m_cancellable.get()), m_current->range, m_zones,
-                                            m_changes});
-    const auto run = [work, mailbox = m_mailbox] {
-        auto fetched = std::make_shared<FetchedEvents>(
-            fetchEvents(*work->client, work->range, work->zones, *work->cancellable));
-        mailbox.post([work, fetched] {
-            work->self->m_isBusy = false;
-            work->self->fetched(std::move(*fetched), std::move(work->zones),
-                                work->changesBefore != work->self->m_changes);
+    const auto run = [self = shared_from_this(), work = std::move(work), done = std::move(done)] {
+        work();
+        self->m_mailbox.post([self, done] {
+            self->m_isBusy = false;
+            done();
         });
     };
     try {
@@ -221,6 +216,28 @@ void CalendarConnection::fetch() {
         m_isBusy = false;
         failed(error.what());
     }
+}
+
+void CalendarConnection::fetch() {
+    struct Work {
+        ObjectHandle<ECalClient> client;
+        ObjectHandle<GCancellable> cancellable;
+        SearchedRange range;
+        ZoneTexts zones;
+        int changesBefore;
+        FetchedEvents events;
+    };
+    const auto work =
+        std::make_shared<Work>(Work{keep(m_client.get()), keep(m_cancellable.get()),
+                                    m_current->range, m_zones, m_changes, FetchedEvents()});
+    doBeside(
+        [work] {
+            work->events = fetchEvents(*work->client, work->range, work->zones, *work->cancellable);
+        },
+        [this, work] {
+            fetched(std::move(work->events), std::move(work->zones),
+                    work->changesBefore != m_changes);
+        });
 }
 
 void CalendarConnection::fetched(FetchedEvents events, ZoneTexts zones, bool isStale) {

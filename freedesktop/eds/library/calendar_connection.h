@@ -70,8 +70,9 @@ private:
     void connected(ObjectHandle<ECalClient> client, const ErrorHandle& error);
     void watchServer();
     void startView();
-    void viewStarted(ObjectHandle<ECalClientView> view);
+    void viewMade(ObjectHandle<ECalClientView> view);
     void stopView();
+    void doBeside(std::function<void()> work, std::function<void()> done);
     void fetch();
     void fetched(FetchedEvents events, ZoneTexts zones, bool isStale);
     void failed(const std::string& problem);

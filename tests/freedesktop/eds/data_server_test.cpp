@@ -356,6 +356,19 @@ TEST_F(FollowedServerTest, AFollowedCalendarThatDoesNotChangeIsNotAskedAgain) {
     EXPECT_LT(secondsSince(begin), 0.2);
 }
 
+TEST_F(FollowedServerTest, AFollowedCalendarIsGivenUpAtOnceWhereTheServerStandsStill) {
+    addSingle();
+    follow();
+    EXPECT_THAT(found(), ElementsAre("Once 0310T090000-0310T100000"));
+    stop(factoryProcesses());
+    stop(registryProcess());
+    stores->follow(nullptr);
+    stores->follow([this] { ++changes; });
+    const auto begin = steady_clock::now();
+    stores.reset();
+    EXPECT_LT(secondsSince(begin), 0.5);
+}
+
 TEST_F(FollowedServerTest, ChangesOfCalendarsAreTold) {
     follow();
     EXPECT_THAT(found(), IsEmpty());
