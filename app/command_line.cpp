@@ -55,6 +55,7 @@ void declareOptions(CLI::App& app, CommandLine& line, RawNumbers& numbers, std::
     addValue("--bundle", line.bundle);
     addValue("--log", line.log);
     app.add_flag("--verbose", line.verbose);
+    app.add_flag("--no-cache", line.noCache);
     app.add_flag("--json", line.json);
     addValue("-o,--output", line.output);
     addValue("--scale", numbers.scale);

@@ -29,6 +29,7 @@ struct CommandLine {
     std::optional<std::string> bundle;
     std::optional<std::string> log;
     bool verbose = false;
+    bool noCache = false;
 
     bool json = false;                     // agenda, calendars
     std::string output;                    // snapshot

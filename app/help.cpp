@@ -89,7 +89,7 @@ constexpr std::array<CommandOption, 6> commandOptions{{
      {Command::inspect, Command::inspect}},
 }};
 
-constexpr std::array<OptionText, 16> commonOptions{{
+constexpr std::array<OptionText, 17> commonOptions{{
     {"--calendars", "--calendars SOURCE",
      "a .ics file, a folder of .ics files, a folder with one folder a\n"
      "calendar, or 'eds:', the calendars of Evolution Data Server; may be\n"
@@ -119,6 +119,9 @@ constexpr std::array<OptionText, 16> commonOptions{{
     {"--bundle", "--bundle DIR", "the widget bundle (Quorvel.bundle)"},
     {"--log", "--log FILE", "append the log to FILE instead of sending it to the system log"},
     {"--verbose", "--verbose", "print the log on standard error too"},
+    {"--no-cache", "--no-cache",
+     "read all calendars anew, without the index in\n"
+     "$XDG_CACHE_HOME/quorvel, and leave that as it is"},
     {"--help", "-h, --help", "print this help, or that of a command"},
     {"--version", "--version", "print the version"},
 }};

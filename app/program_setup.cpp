@@ -143,12 +143,22 @@ std::vector<CalendarSource> calendarsOf(const CommandLine& line, const std::stri
 }
 
 // An empty or relative value counts as unset, as everywhere on the desktop.
-std::string userPreferencesFolder() {
-    std::filesystem::path folder(environmentValue("XDG_CONFIG_HOME"));
+std::filesystem::path userFolder(const char* variable, const char* nameAtHome) {
+    std::filesystem::path folder(environmentValue(variable));
     if (!folder.is_absolute()) {
-        folder = std::filesystem::path(environmentValue("HOME")) / ".config";
+        folder = std::filesystem::path(environmentValue("HOME")) / nameAtHome;
     }
-    return (folder / "quorvel/Preferences").string();
+    return folder / "quorvel";
+}
+
+std::string userPreferencesFolder() {
+    return (userFolder("XDG_CONFIG_HOME", ".config") / "Preferences").string();
+}
+
+// Empty: none is kept.
+std::string indexFolderOf(const CommandLine& line) {
+    const std::filesystem::path folder = userFolder("XDG_CACHE_HOME", ".cache");
+    return line.noCache || !folder.is_absolute() ? std::string() : folder.string();
 }
 
 std::string preferencesFolderOf(const CommandLine& line, const std::string& dataFolder) {
@@ -240,6 +250,7 @@ FreedesktopOptions platformOptions(const CommandLine& line, const std::string& d
     const NSDate now = options.now.value_or(freedesktop::SystemClock().now());
     options.calendars = calendarsOf(line, dataFolder, now, *zone);
     options.calendarProblemHandler = reportCalendarProblem;
+    options.calendarIndexFolder = indexFolderOf(line);
     options.dataServerWaits = dataServerWaitsOf(line);
     options.scale = line.scale.value_or(1);
     options.followsTimeZone = !line.timeZone;
@@ -247,6 +258,7 @@ FreedesktopOptions platformOptions(const CommandLine& line, const std::string& d
     options.clockFormat =
         line.locale ? freedesktop::ClockFormat::ofLocale : freedesktop::desktopClockFormat();
     options.clockRuns = line.command == Command::show;
+    options.waitsForCalendars = line.command != Command::show;
     options.timeZone = std::move(zone);
     return options;
 }

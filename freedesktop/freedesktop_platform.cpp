@@ -55,6 +55,13 @@ struct FreedesktopPlatform::Services {
         , launcher(systemLog) {
         dateServices.setClockFormat(clockFormat);
         calendars.setSources(std::move(options.calendars));
+        if (!options.calendarIndexFolder.empty()) {
+            calendars.setIndex(options.calendarIndexFolder,
+                               [this](const std::string& what) { systemLog.log(what); });
+        }
+        if (!options.waitsForCalendars) {
+            calendars.setWaits({});
+        }
         preferences.setDeselectedCalendars([this] { return calendars.deselected(); });
         if (options.now && options.clockRuns) {
             clock.runFrom(*options.now);

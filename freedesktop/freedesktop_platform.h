@@ -36,6 +36,9 @@ struct FreedesktopOptions {
     std::string dataServerModule;          // the file that wraps the data server's library
     DataServerWaits dataServerWaits;
     std::function<void(const CalendarProblem&)> calendarProblemHandler;
+    std::string calendarIndexFolder; // empty: no index is kept
+    // False: of a host that is alive, which is told when more of them is there.
+    bool waitsForCalendars = true;
     std::optional<platform::NSDate> now; // absent: the system's clock
     bool clockRuns = false;              // from `now` on; false: it stands there
     platform::CGFloat scale = 1;         // pixels a point

@@ -40,7 +40,7 @@ void UserCalendars::makeServer() {
         m_server = std::make_unique<EdsCalendarStores>(
             std::make_unique<eds::StartedDataServer>(m_options.dataServerModule),
             m_options.timeZone, m_options.problemHandler, m_options.dataServerWaits);
-        followServer();
+        follow();
     }
 }
 
@@ -52,12 +52,22 @@ void UserCalendars::setTimeZone(const std::shared_ptr<const TimeZone>& zone) {
     }
 }
 
-void UserCalendars::setChangedHandler(std::function<void()> changed) {
-    m_changed = changed ? std::make_unique<ThreadSignal>(std::move(changed)) : nullptr;
-    followServer();
+void UserCalendars::setIndex(const std::string& folder,
+                             std::function<void(const std::string&)> say) {
+    m_files.setIndex(folder, std::move(say));
 }
 
-void UserCalendars::followServer() {
+void UserCalendars::setWaits(CalendarWaits waits) {
+    m_files.setWaits(waits);
+}
+
+void UserCalendars::setChangedHandler(std::function<void()> changed) {
+    m_changed = changed ? std::make_unique<ThreadSignal>(std::move(changed)) : nullptr;
+    follow();
+}
+
+void UserCalendars::follow() {
+    m_files.follow(m_changed ? m_changed->sender() : nullptr);
     if (m_server) {
         m_server->follow(m_changed ? m_changed->sender() : nullptr);
     }

@@ -36,7 +36,11 @@ public:
     // The data server's calendars stand before the files' where it is named first, else behind.
     void setSources(std::vector<CalendarSource> sources);
     void setTimeZone(const std::shared_ptr<const TimeZone>& zone); // never null
-    // Told of changes in the data server, on the default main context of the thread that sets this.
+    // As those of the stores of files, likewise before the first store.
+    void setIndex(const std::string& folder, std::function<void(const std::string&)> say);
+    void setWaits(CalendarWaits waits);
+    // Told of changes in the data server, and of files that were read after nobody waited for them
+    // any longer, on the default main context of the thread that sets this.
     // Null: nobody is.
     void setChangedHandler(std::function<void()> changed);
 
@@ -49,7 +53,7 @@ public:
 
 private:
     void makeServer();
-    void followServer();
+    void follow();
 
     UserCalendarOptions m_options;
     IcalCalendarStores m_files;

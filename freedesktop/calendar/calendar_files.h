@@ -1,4 +1,4 @@
-// The files of one source: found, read where they are new, and put together to calendars.
+// The files of one source: found, and put together to calendars once they are read.
 #pragma once
 
 #include <cstddef>
@@ -9,26 +9,32 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include <sys/types.h>
 
+#include "freedesktop/calendar/calendar_file.h"
+#include "freedesktop/calendar/content_hash.h"
 #include "freedesktop/calendar/ical_calendar_stores.h"
-#include "freedesktop/calendar/occurrences.h"
+#include "freedesktop/calendar/loaded_calendar.h"
 
 namespace quorvel::freedesktop::ics {
 
-struct LoadedCalendar {
-    std::shared_ptr<const platform::EKCalendar> calendar;
-    std::vector<std::shared_ptr<LoadedFile>> files;
-    std::vector<EventEntry> entries;
-    Overrides overrides;
+// A problem with the version of the file that it was found in, so that each is told once.
+struct VersionedProblem {
+    CalendarProblem problem;
+    std::uint64_t version = 0;
+    bool operator==(const VersionedProblem&) const = default;
 };
 
-struct ReadContext {
-    std::function<bool(std::string_view)> zoneIsKnown; // from any thread
-    CalendarProblemHandler report;
+// A file that is to be read, or to be read again.
+struct UnreadFile {
+    CalendarFile* file = nullptr;
+    FileKind kind = FileKind::calendar;
+    std::string path;
+    std::string place; // the path with all links followed
 };
 
 class CalendarFiles {
@@ -38,32 +44,47 @@ public:
     CalendarFiles(const CalendarFiles&) = delete;
     CalendarFiles& operator=(const CalendarFiles&) = delete;
 
-    // Looks at the disk, and reads what is not what it was.
-    void refresh(const ReadContext& context);
+    // Looks at the disk, and reads nothing. A text in memory is read the first time.
+    void look(const std::function<bool(std::string_view)>& zoneIsKnown);
+    // All that the calendars depend on, as far as a look shows it.
+    void addTo(SignatureHash& signature) const;
+    // Of what was seen, in order.
+    std::vector<UnreadFile> unreadFiles();
+    // Of what was read, those with events, in order.
+    std::vector<CalendarFile*> readFiles();
+    // Makes the calendars of what was read.
+    void build();
 
-    bool isReadable() const { return m_isReadable; } // at the last refresh
+    bool isReadable() const { return m_isReadable; } // at the last look
+    // Whether what was read can change only so that a look shows it.
+    bool isSettled() const;
     const std::vector<std::shared_ptr<LoadedCalendar>>& calendars() const { return m_calendars; }
+    // Of what was seen and read, in order.
+    void addTo(std::vector<VersionedProblem>& problems) const;
 
 private:
-    struct File;
+    struct Child;
     struct Folder;
     struct Walk;
-    class FileReader;
 
-    bool refreshText(const ReadContext& context);
-    bool refreshPath(const ReadContext& context);
-    bool forget(); // there is nothing to be read any longer
-    bool refreshFolder(Folder& folder, Walk& walk);
-    bool refreshChildren(Folder& folder, std::vector<std::string> names, Walk& walk);
-    void build();
+    void lookAtPath();
+    void forget(); // there is nothing to be read any longer
+    void lookAt(Folder& folder, Walk& walk);
+    void lookAtChildren(Folder& folder, std::vector<Child> children, Walk& walk);
     void buildFolder(const Folder& folder, bool isRoot);
+    void addCalendar(const CalendarNames& names, std::vector<std::shared_ptr<LoadedFile>> files);
+    void addCalendarOfFile(const std::shared_ptr<LoadedFile>& file, std::string_view name,
+                           std::string_view place);
 
     CalendarSource m_source;
+    std::string m_place; // with all links followed
     bool m_isReadable = false;
-    std::string m_problem; // the last one that was reported of the source itself
-    std::unique_ptr<File> m_file;
+    std::string m_problem; // of the source itself
+    std::unique_ptr<CalendarFile> m_file;
     std::unique_ptr<Folder> m_folder;
     std::vector<std::shared_ptr<LoadedCalendar>> m_calendars;
+    // By identifier, while they are built anew.
+    std::unordered_map<std::string, std::shared_ptr<LoadedCalendar>> m_oldCalendars;
 };
 
 } // namespace quorvel::freedesktop::ics

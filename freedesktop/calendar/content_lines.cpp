@@ -7,6 +7,7 @@ namespace quorvel::freedesktop::ics {
 namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr std::size_t longestLine = std::size_t{4} << 20U; // bytes
 
 char upperCase(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
@@ -28,13 +29,6 @@ std::size_t findIf(std::string_view text, Wanted isWanted) {
                                : static_cast<std::size_t>(found - text.begin());
 }
 
-char lineEndOf(std::string_view text) {
-    const std::size_t first = findIf(text, isLineBreak);
-    const bool carriageReturnAlone = first != std::string_view::npos && text[first] == '\r' &&
-                                     (first + 1 >= text.size() || text[first + 1] != '\n');
-    return carriageReturnAlone ? '\r' : '\n';
-}
-
 std::string_view withoutTrailingBreaks(std::string_view text) {
     while (!text.empty() && isLineBreak(text.back())) {
         text.remove_suffix(1);
@@ -53,29 +47,74 @@ std::size_t findUnquoted(std::string_view text, char wanted) {
 
 } // namespace
 
-ContentLineReader::ContentLineReader(std::string_view text)
-    : m_rest(text) {
+void ContentLineReader::continueWith(std::string_view text, bool isLast) {
+    m_rest = text;
+    m_isLast = isLast;
+}
+
+// Which line break it is shows with the first one, and what stands behind it.
+bool ContentLineReader::begin() {
+    const std::size_t first = findIf(m_rest, isLineBreak);
+    const bool isWhole = first != std::string_view::npos && first + 1 < m_rest.size();
+    if (!isWhole && !m_isLast && m_rest.size() <= longestLine) {
+        return false;
+    }
     if (m_rest.substr(0, byteOrderMark.size()) == byteOrderMark) {
         m_rest.remove_prefix(byteOrderMark.size());
     }
-    m_lineEnd = lineEndOf(m_rest);
+    const std::size_t end = findIf(m_rest, isLineBreak);
+    const bool carriageReturnAlone = end != std::string_view::npos && m_rest[end] == '\r' &&
+                                     (end + 1 >= m_rest.size() || m_rest[end + 1] != '\n');
+    m_lineEnd = carriageReturnAlone ? '\r' : '\n';
+    m_hasBegun = true;
+    return true;
+}
+
+// Past the folds; npos where it does not show yet, or is the end of the text.
+std::size_t ContentLineReader::findLineEnd(std::size_t& folds) const {
+    std::size_t end = m_rest.find(m_lineEnd);
+    while (end != std::string_view::npos && end + 1 < m_rest.size() && isFold(m_rest[end + 1])) {
+        ++folds;
+        end = m_rest.find(m_lineEnd, end + 1);
+    }
+    const bool isCertain = end != std::string_view::npos && end + 1 < m_rest.size();
+    return isCertain || m_isLast ? end : std::string_view::npos;
 }
 
 bool ContentLineReader::next(RawLine& line) {
-    if (m_rest.empty()) {
+    if ((!m_hasBegun && !begin()) || (m_isSkipping && !skipLine()) || m_rest.empty()) {
         return false;
     }
-    line.number = ++m_number;
-    line.folded = false;
-    std::size_t end = m_rest.find(m_lineEnd);
-    while (end != std::string_view::npos && end + 1 < m_rest.size() && isFold(m_rest[end + 1])) {
-        line.folded = true;
-        ++m_number;
-        end = m_rest.find(m_lineEnd, end + 1);
+    std::size_t folds = 0;
+    const std::size_t end = findLineEnd(folds);
+    const bool isOpen = end == std::string_view::npos && !m_isLast;
+    if (isOpen && m_rest.size() <= longestLine) {
+        return false;
     }
-    line.text = withoutTrailingBreaks(m_rest.substr(0, end));
-    m_rest.remove_prefix(end == std::string_view::npos ? m_rest.size() : end + 1);
+    line.text = withoutTrailingBreaks(m_rest.substr(0, std::min(end, longestLine)));
+    line.folded = folds > 0;
+    line.number = m_number + 1;
+    m_number += folds;
+    m_isSkipping = isOpen;
+    takeTo(end);
     return true;
+}
+
+// Of a line whose end does not show the last byte stays, as it may be that end.
+void ContentLineReader::takeTo(std::size_t end) {
+    const bool isOpen = end == std::string_view::npos && !m_isLast;
+    const std::size_t kept = isOpen && !m_rest.empty() && m_rest.back() == m_lineEnd ? 1 : 0;
+    m_rest.remove_prefix(end == std::string_view::npos ? m_rest.size() - kept : end + 1);
+    m_number += isOpen ? 0 : 1;
+}
+
+bool ContentLineReader::skipLine() {
+    std::size_t folds = 0;
+    const std::size_t end = findLineEnd(folds);
+    m_number += folds;
+    m_isSkipping = end == std::string_view::npos && !m_isLast;
+    takeTo(end);
+    return !m_isSkipping;
 }
 
 std::string_view unfolded(const RawLine& line, std::string& scratch) {

@@ -17,17 +17,33 @@ struct RawLine {
 };
 
 // Line breaks are LF or CR LF, or CR alone where the first line ends so. A byte-order mark is
-// passed over. The text must outlive the reader and its lines.
+// passed over. What a line has beyond four megabytes, folds included, is left out.
 class ContentLineReader {
 public:
-    explicit ContentLineReader(std::string_view text);
+    ContentLineReader() = default;
+    // All of it at once. The text must outlive the reader and its lines.
+    explicit ContentLineReader(std::string_view text) { continueWith(text, true); }
 
-    bool next(RawLine& line); // false at the end of the text
+    // Of a text that comes in pieces: one that begins with what remained of the piece before.
+    void continueWith(std::string_view text, bool isLast);
+    // What no line was made of yet.
+    std::string_view remaining() const { return m_rest; }
+
+    // False at the end of the text, and where the line's end is in a piece to come.
+    bool next(RawLine& line);
 
 private:
+    bool begin();
+    std::size_t findLineEnd(std::size_t& folds) const;
+    void takeTo(std::size_t end);
+    bool skipLine();
+
     std::string_view m_rest;
+    bool m_isLast = false;
+    bool m_hasBegun = false;
+    bool m_isSkipping = false; // the rest of a line that is too long
     char m_lineEnd = '\n';
-    std::size_t m_number = 0;
+    std::size_t m_number = 0; // of the lines taken
 };
 
 // The line without its folds: the line's own bytes where it has none, else in the scratch string.

@@ -17,6 +17,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -29,11 +30,16 @@
 
 namespace quorvel::freedesktop {
 
+namespace ics {
+class StoreDesk;
+} // namespace ics
+
 // Something that could not be read, or is shown otherwise than it is written.
 struct CalendarProblem {
     std::string file;
     std::size_t line = 0; // 0: unknown
     std::string what;
+    bool operator==(const CalendarProblem&) const = default;
 };
 using CalendarProblemHandler = std::function<void(const CalendarProblem&)>;
 
@@ -61,12 +67,20 @@ std::optional<std::string> problemWithSource(const CalendarSource& source);
 std::vector<CalendarSource> defaultCalendarSources(std::string_view xdgDataHome,
                                                    std::string_view home);
 
+// How long a host that is alive waits for its calendars, in seconds: the first time, and later.
+struct CalendarWaits {
+    double first = 0.25;
+    double later = 0.025;
+};
+
 // What was read stays in memory and is shared by the stores: a new store reads again what has
 // changed on disk since, and nothing else. May be used from several threads; the handler is called
-// on the thread that makes or asks a store, once a problem and version of a file.
+// on the thread that makes or asks a store, or on one of its own, once a problem and version of a
+// file.
 class IcalCalendarStores final : public platform::CalendarStores {
 public:
     IcalCalendarStores(std::shared_ptr<const TimeZone> userZone, CalendarProblemHandler onProblem);
+    // Puts into the index what is not there yet.
     ~IcalCalendarStores() override;
     IcalCalendarStores(const IcalCalendarStores&) = delete;
     IcalCalendarStores& operator=(const IcalCalendarStores&) = delete;
@@ -75,20 +89,37 @@ public:
     void setSources(std::vector<CalendarSource> sources);
     void setTimeZone(std::shared_ptr<const TimeZone> userZone);
 
+    // Before the first store. An index in that folder, for all programs of the user, says what an
+    // unchanged file holds without its being read. Texts in memory are not kept. What is wrong with
+    // the index is said once.
+    void setIndex(const std::string& folder, std::function<void(const std::string&)> say);
+
+    // Before the first store. The clock that the files' times are compared with, in nanoseconds
+    // since 1970, from any thread: a file that was written within two seconds of being read is read
+    // again. The system's unless it is set.
+    void setFileClock(std::function<std::int64_t()> clock);
+
+    // Before the first store. Stores are made and asked in bounded time: where the calendars are
+    // not read by then they show what they showed before, and nothing at first. Who follows is told
+    // when the rest is there.
+    void setWaits(CalendarWaits waits);
+    // From a thread of the stores' own. Null: nobody follows.
+    void follow(std::function<void()> changed);
+
     // Of the sources that are files and folders; not all of them need exist.
     std::vector<std::string> paths() const;
 
     std::unique_ptr<platform::EKEventStore> makeEventStore() override;
 
     // Whether at least one source could be read when the last store was made; false before that.
+    // True while it is not known yet.
     bool anyReadable() const;
-    // Whether the last store had a calendar that could be read; false before that.
+    // Whether the last store had a calendar that could be read; likewise.
     bool anyCalendar() const;
 
 private:
-    class State;
     class Store;
-    std::shared_ptr<State> m_state;
+    std::shared_ptr<ics::StoreDesk> m_desk;
 };
 
 } // namespace quorvel::freedesktop

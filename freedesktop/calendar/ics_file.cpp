@@ -2,6 +2,7 @@
 #include "freedesktop/calendar/ics_file.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 
 #include "freedesktop/calendar/content_lines.h"
@@ -11,8 +12,10 @@ namespace quorvel::freedesktop::ics {
 namespace {
 
 constexpr std::size_t mostProblems = 50;
+constexpr std::size_t mostBytesKept = std::size_t{64} << 20U;
 constexpr std::size_t mostZones = 200;
 constexpr std::size_t mostObservances = 500;
+constexpr std::size_t longestZoneRule = 500;
 constexpr std::size_t mostZoneDates = 1000;
 // Zones lie at most a day off UTC, the user's own included.
 constexpr std::int64_t marginDays = 2;
@@ -79,13 +82,63 @@ constexpr PropertyName propertyNames[] = {
     {"COLOR", Property::calendarColour},
 };
 
-Property propertyNamed(std::string_view name) {
-    for (const PropertyName& entry : propertyNames) {
-        if (entry.name.size() == name.size() && equalsIgnoringCase(name, entry.name)) {
-            return entry.property;
+// Regardless of the case of letters.
+constexpr std::uint32_t nameHash(std::uint32_t hash, char c) {
+    return hash * 31 + (static_cast<unsigned char>(c) & 0xDFU);
+}
+
+// The places of the names in their table, by hash: nearly all lines of a calendar are asked for
+// here, and most of them are of no interest.
+class PropertyTable {
+public:
+    constexpr PropertyTable() {
+        std::uint8_t number = 0;
+        for (const PropertyName& entry : propertyNames) {
+            std::uint32_t hash = 0;
+            for (const char c : entry.name) {
+                hash = nameHash(hash, c);
+            }
+            while (m_places[hash % size] != 0) {
+                ++hash;
+            }
+            m_places[hash % size] = ++number;
         }
     }
-    return Property::none;
+    Property find(std::uint32_t hash, std::string_view name) const {
+        for (; m_places[hash % size] != 0; ++hash) {
+            const PropertyName& entry = propertyNames[m_places[hash % size] - 1U];
+            if (equalsIgnoringCase(name, entry.name)) {
+                return entry.property;
+            }
+        }
+        return Property::none;
+    }
+
+private:
+    static constexpr std::uint32_t size = 256;
+    std::array<std::uint8_t, size> m_places{}; // from 1; 0: none
+};
+
+constexpr PropertyTable propertyTable;
+
+// The part of a line before its value or parameters.
+struct LineName {
+    std::size_t length = 0;
+    Property property = Property::none;
+};
+
+LineName nameOf(std::string_view line) {
+    LineName name;
+    std::uint32_t hash = 0;
+    for (const char c : line) {
+        if (c == ':' || c == ';' || c == '\r' || c == '\n') {
+            break;
+        }
+        hash = nameHash(hash, c);
+        ++name.length;
+    }
+    name.property = propertyTable.find(hash, line.substr(0, name.length));
+    return name;
 }
 
 // "+0200", "-023000".
@@ -119,16 +172,39 @@ std::string shown(std::string_view text) {
     return text.size() > longest ? result + "..." : result;
 }
 
-class Reader {
-public:
-    Reader(std::string_view bytes, const std::function<bool(std::string_view)>& zoneIsKnown)
-        : m_lines(bytes)
-        , m_zoneIsKnown(zoneIsKnown) {}
+} // namespace
 
-    IcsFile read() {
-        while (m_lines.next(m_raw)) {
-            readLine();
+class IcsFileReader::Reader {
+public:
+    explicit Reader(const std::function<bool(std::string_view)>& zoneIsKnown)
+        : m_zoneIsKnown(zoneIsKnown) {}
+
+    std::size_t read(std::string_view piece) {
+        readLines(piece, false);
+        const std::size_t taken = piece.size() - m_lines.remaining().size();
+        m_bytesTaken += taken;
+        return taken;
+    }
+
+    // Makes room at once, as growing bit by bit copies all of it again and again.
+    void expect(std::size_t bytes) {
+        const std::size_t events = m_file.events.size();
+        if (m_file.events.capacity() > events + events / 8 || m_bytesTaken == 0) {
+            return;
         }
+        const double ratio = static_cast<double>(bytes) / static_cast<double>(m_bytesTaken);
+        constexpr double surplus = 1.02;
+        const auto more = [&](std::size_t count) {
+            return static_cast<std::size_t>(static_cast<double>(count) * (1 + ratio) * surplus);
+        };
+        constexpr std::size_t mostEvents = mostBytesKept / sizeof(IcsEvent);
+        constexpr std::size_t mostText = mostBytesKept / 4;
+        m_file.events.reserve(std::min(more(events), mostEvents));
+        m_file.text.reserve(std::min(more(m_file.text.size()), mostText));
+    }
+
+    IcsFile finish(std::string_view piece) {
+        readLines(piece, true);
         finish();
         return std::move(m_file);
     }
@@ -136,29 +212,35 @@ public:
 private:
     enum class Place { calendar, event, zone, observance, other };
 
+    void readLines(std::string_view piece, bool isLast) {
+        m_lines.continueWith(piece, isLast);
+        while (m_lines.next(m_raw)) {
+            if (!m_isFull) {
+                readLine();
+            }
+        }
+    }
+
     void readLine() {
         if (m_raw.text.empty()) {
             return;
         }
         std::string_view text = m_raw.text;
+        LineName name = nameOf(text);
+        const auto end = [&] { return name.length < text.size() ? text[name.length] : '\0'; };
         // A fold may stand in the name already; else the name tells whether to unfold at all.
-        std::size_t nameEnd = text.find_first_of(":;\r\n");
-        if (m_raw.folded &&
-            (nameEnd == std::string_view::npos || text[nameEnd] == '\r' || text[nameEnd] == '\n')) {
+        if (m_raw.folded && end() != ':' && end() != ';') {
             text = unfolded(m_raw, m_scratch);
-            nameEnd = text.find_first_of(":;");
+            name = nameOf(text);
         }
-        const bool named = nameEnd != std::string_view::npos && nameEnd != 0 &&
-                           (text[nameEnd] == ':' || text[nameEnd] == ';');
-        if (!named) {
+        if (name.length == 0 || (end() != ':' && end() != ';')) {
             if (!trimmed(text).empty()) {
                 malformedLine(text);
             }
             return;
         }
-        const Property property = propertyNamed(text.substr(0, nameEnd));
-        if (property == Property::none) {
-            if (text[nameEnd] == ';' && text.find(':', nameEnd) == std::string_view::npos) {
+        if (name.property == Property::none) {
+            if (end() == ';' && text.find(':', name.length) == std::string_view::npos) {
                 malformedLine(text);
             }
             return;
@@ -168,7 +250,7 @@ private:
             malformedLine(text);
             return;
         }
-        readProperty(property, *line);
+        readProperty(name.property, *line);
     }
 
     void readProperty(Property property, const ContentLine& line) {
@@ -375,10 +457,15 @@ private:
             }
         }
         names.push_back({std::string(name), m_calendar});
+        m_zoneBytes += sizeof(ZoneName) + name.size();
         return static_cast<std::uint32_t>(names.size() - 1);
     }
 
     void keepRule(RuleKind kind, const ContentLine& line) {
+        if (bytesKept() > mostBytesKept) {
+            leaveOut("an event is left out, it has more dates than can be kept");
+            return;
+        }
         RuleLine rule;
         rule.kind = kind;
         rule.parameters = keep(line.parameters);
@@ -406,6 +493,11 @@ private:
         }
         setDays();
         m_file.events.push_back(m_event);
+        if (bytesKept() > mostBytesKept) {
+            problem(m_event.line, "there are more events than can be kept: those that follow "
+                                  "are left out");
+            m_isFull = true;
+        }
     }
 
     void forgetEvent() {
@@ -513,7 +605,8 @@ private:
                 m_observance.offsetTo = *offset;
                 m_observanceHasOffset = true;
             }
-        } else if (property == Property::rrule && m_observance.rules.size() < mostObservances) {
+        } else if (property == Property::rrule && m_observance.rules.size() < mostObservances &&
+                   line.value.size() <= longestZoneRule) {
             m_observance.rules.emplace_back(line.value);
         } else if (property == Property::rdate) {
             for (const std::string_view part : listParts(line.value)) {
@@ -527,7 +620,10 @@ private:
 
     void endObservance() {
         if (m_zoneWanted && m_observanceStarts && m_observanceHasOffset &&
-            m_zone.observances.size() < mostObservances) {
+            m_zone.observances.size() < mostObservances && bytesKept() <= mostBytesKept) {
+            m_zoneBytes += sizeof(ZoneObservance) +
+                           m_observance.rules.size() * (sizeof(std::string) + longestZoneRule) +
+                           m_observance.dates.size() * sizeof(CivilTime);
             m_zone.observances.push_back(std::move(m_observance));
         }
         m_observance = {};
@@ -536,6 +632,7 @@ private:
 
     void endZone() {
         if (m_zoneWanted && !m_zone.name.name.empty() && !m_zone.observances.empty()) {
+            m_zoneBytes += m_zone.name.name.size();
             m_file.zones.push_back(std::move(m_zone));
         }
         m_zone = {};
@@ -556,12 +653,17 @@ private:
     }
 
     void broken(std::string_view property, std::string_view value) {
-        if (!m_broken) {
-            problem(m_raw.number, "an event is left out, its " + std::string(property) +
-                                      " cannot be read: \"" + shown(value) + "\"");
-        }
-        m_broken = true;
+        leaveOut("an event is left out, its " + std::string(property) + " cannot be read: \"" +
+                 shown(value) + "\"");
     }
+
+    void leaveOut(std::string why) {
+        if (!std::exchange(m_broken, true)) {
+            problem(m_raw.number, std::move(why));
+        }
+    }
+
+    std::size_t bytesKept() const { return m_file.sizeInMemory() + m_zoneBytes; }
 
     void problem(std::size_t line, std::string what) {
         if (m_file.problems.size() < mostProblems) {
@@ -582,7 +684,7 @@ private:
             problem(lastLine == 0 ? 0 : 1, lastLine == 0
                                                ? "the file is empty"
                                                : "no calendar: BEGIN:VCALENDAR is missing");
-        } else if (m_calendarOpen && !endsInEvent) {
+        } else if (m_calendarOpen && !endsInEvent && !m_isFull) {
             problem(lastLine, "the file ends before END:VCALENDAR");
         }
         if (m_moreProblems > 0) {
@@ -599,6 +701,9 @@ private:
     std::string m_scratch;
     IcsFile m_file;
     std::size_t m_moreProblems = 0;
+    std::size_t m_bytesTaken = 0;
+    std::size_t m_zoneBytes = 0; // near enough
+    bool m_isFull = false;       // what follows is passed over
 
     Place m_place = Place::calendar;
     std::size_t m_nested = 0; // components within an event, or within one that is of no interest
@@ -620,8 +725,6 @@ private:
     bool m_observanceHasOffset = false;
 };
 
-} // namespace
-
 bool IcsFile::looksLikeOneEvent() const {
     if (events.empty() || calendarName || calendarColour) {
         return false;
@@ -631,9 +734,26 @@ bool IcsFile::looksLikeOneEvent() const {
                        [&](const IcsEvent& event) { return slice(event.uid) == first; });
 }
 
+IcsFileReader::IcsFileReader(const std::function<bool(std::string_view)>& zoneIsKnown)
+    : m_reader(std::make_unique<Reader>(zoneIsKnown)) {}
+
+IcsFileReader::~IcsFileReader() = default;
+
+std::size_t IcsFileReader::read(std::string_view piece) {
+    return m_reader->read(piece);
+}
+
+void IcsFileReader::expect(std::size_t bytes) {
+    m_reader->expect(bytes);
+}
+
+IcsFile IcsFileReader::finish(std::string_view piece) {
+    return m_reader->finish(piece);
+}
+
 IcsFile readIcsFile(std::string_view bytes,
                     const std::function<bool(std::string_view)>& zoneIsKnown) {
-    return Reader(bytes, zoneIsKnown).read();
+    return IcsFileReader(zoneIsKnown).finish(bytes);
 }
 
 } // namespace quorvel::freedesktop::ics

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -109,10 +110,35 @@ struct IcsFile {
     }
     // Exactly one UID, and no word about a calendar: a file as a vdir holds them.
     bool looksLikeOneEvent() const;
+    // Bytes, near enough.
+    std::size_t sizeInMemory() const {
+        return text.size() + events.size() * sizeof(IcsEvent) + rules.size() * sizeof(RuleLine);
+    }
 };
 
-// Never fails: what cannot be read is left out and named. Zones whose name is known need no
-// definition, and theirs is passed over.
+// Reads a text that comes in pieces. Never fails: what cannot be read is left out and named. Zones
+// whose name is known need no definition, and theirs is passed over.
+class IcsFileReader {
+public:
+    // The function must outlive the reader.
+    explicit IcsFileReader(const std::function<bool(std::string_view)>& zoneIsKnown);
+    ~IcsFileReader();
+    IcsFileReader(const IcsFileReader&) = delete;
+    IcsFileReader& operator=(const IcsFileReader&) = delete;
+
+    // How much of the piece was taken in; the next piece begins with the rest.
+    std::size_t read(std::string_view piece);
+    // So many bytes are to come, and are taken to be like those that came.
+    void expect(std::size_t bytes);
+    // Once, with the last piece.
+    IcsFile finish(std::string_view piece);
+
+private:
+    class Reader;
+    std::unique_ptr<Reader> m_reader;
+};
+
+// The whole of it at once.
 IcsFile readIcsFile(std::string_view bytes,
                     const std::function<bool(std::string_view)>& zoneIsKnown);
 

@@ -2,6 +2,7 @@
 #include "freedesktop/calendar/ics_values.h"
 
 #include <algorithm>
+#include <array>
 
 #include "freedesktop/calendar/content_lines.h"
 #include "freedesktop/dates/civil_calendar.h"
@@ -17,27 +18,30 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-// Absent unless there are that many digits at that place.
-std::optional<int> number(std::string_view text, std::size_t at, std::size_t digits) {
+// -1 unless there are that many digits at that place.
+template <std::size_t digits>
+int number(std::string_view text, std::size_t at) {
     if (at + digits > text.size()) {
-        return std::nullopt;
+        return -1;
     }
     int value = 0;
-    for (const char c : text.substr(at, digits)) {
-        if (!isDigit(c)) {
-            return std::nullopt;
-        }
+    bool isNumber = true;
+    for (std::size_t i = 0; i < digits; ++i) {
+        const char c = text[at + i];
+        isNumber = isNumber && isDigit(c);
         value = value * 10 + (c - '0');
     }
-    return value;
+    return isNumber ? value : -1;
 }
 
 bool isDay(int year, int month, int day) {
-    if (year < 1 || month < 1 || month > 12 || day < 1 || day > 31) {
+    if (year < 1 || month < 1 || month > 12 || day < 1) {
         return false;
     }
-    const CivilDay same = civilDay(dayNumber(year, month, day));
-    return same.month == month && same.day == day;
+    constexpr std::array<int, 12> lengths{31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    const bool isLeapYear = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+    const int length = lengths[static_cast<std::size_t>(month - 1)];
+    return day <= length + (month == 2 && isLeapYear ? 1 : 0);
 }
 
 // The length of the UTF-8 sequence at the beginning; 0 where it is none.
@@ -140,28 +144,29 @@ std::string_view trimmed(std::string_view text) {
 
 std::optional<TimeValue> readTime(std::string_view text) {
     text = trimmed(text);
-    const auto year = number(text, 0, 4);
-    const auto month = number(text, 4, 2);
-    const auto day = number(text, 6, 2);
-    if (!year || !month || !day || !isDay(*year, *month, *day)) {
+    const int year = number<4>(text, 0);
+    const int month = number<2>(text, 4);
+    const int day = number<2>(text, 6);
+    if (!isDay(year, month, day)) {
         return std::nullopt;
     }
     TimeValue result;
-    result.civil = {*year, *month, *day, 0, 0, 0};
+    result.civil = {year, month, day, 0, 0, 0};
     if (text.size() == 8) {
         result.isDate = true;
         return result;
     }
-    const auto hour = number(text, 9, 2);
-    const auto minute = number(text, 11, 2);
-    const auto second = number(text, 13, 2);
+    const int hour = number<2>(text, 9);
+    const int minute = number<2>(text, 11);
+    const int second = number<2>(text, 13);
     const bool separated = text[8] == 'T' || text[8] == 't';
-    if (!separated || !hour || !minute || !second || *hour > 23 || *minute > 59 || *second > 60) {
+    if (!separated || hour < 0 || minute < 0 || second < 0 || hour > 23 || minute > 59 ||
+        second > 60) {
         return std::nullopt;
     }
-    result.civil.hour = *hour;
-    result.civil.minute = *minute;
-    result.civil.second = std::min(*second, 59); // a leap second
+    result.civil.hour = hour;
+    result.civil.minute = minute;
+    result.civil.second = std::min(second, 59); // a leap second
     if (text.size() == 16 && (text[15] == 'Z' || text[15] == 'z')) {
         result.isUtc = true;
         return result;

@@ -85,6 +85,7 @@ std::shared_ptr<const TimeZone> definedZone(const std::vector<ZoneDefinition>& d
 // Events that are no overrides, the newest versions of each UID.
 class Masters {
 public:
+    explicit Masters(std::size_t mostEvents) { m_versions.reserve(mostEvents); }
     void add(const EventReference& reference) {
         const auto [found, isFirst] =
             m_versions.try_emplace(uidOf(reference), Versions{reference, {}});
@@ -180,7 +181,12 @@ EventEntry masterEntry(const EventReference& reference, Overrides& overrides) {
 
 EventSet collectEvents(const std::vector<std::shared_ptr<LoadedFile>>& files) {
     EventSet result;
-    Masters masters;
+    std::size_t count = 0;
+    for (const auto& file : files) {
+        count += file->ics.events.size();
+    }
+    result.entries.reserve(count);
+    Masters masters(count);
     for (const auto& file : files) {
         for (const IcsEvent& event : file->ics.events) {
             const EventReference reference{file.get(), &event};
@@ -207,15 +213,20 @@ EventSet collectEvents(const std::vector<std::shared_ptr<LoadedFile>>& files) {
     return result;
 }
 
+bool SearchCost::isTooMuch() const {
+    return stepsSpent >= mostSteps || repeats >= mostRepeats;
+}
+
 Expander::Expander(Window window, ZoneClock& userZone, ZoneNames& names,
-                   const ReportExpansion& report)
+                   const ReportExpansion& report, SearchCost& cost)
     : m_window(window)
     , m_firstDay(dayOf(bounded(window.from)))
     , m_lastDay(dayOf(bounded(window.to)))
     , m_userZone(userZone)
     , m_names(names)
     , m_utc(std::make_shared<ZoneClock>(TimeZone::utc()))
-    , m_report(report) {}
+    , m_report(report)
+    , m_cost(cost) {}
 
 void Expander::expand(const EventReference& reference, const Overrides& overrides,
                       std::vector<Occurrence>& result) {
@@ -469,7 +480,7 @@ void Expander::emitSeries(Series& series, const OverrideSet* overrides,
     });
     const Start* last = nullptr;
     for (const Start& start : starts) {
-        if (m_repeats >= mostRepeats) {
+        if (m_cost.repeats >= mostRepeats) {
             m_report(series.file, series.event.line,
                      "there are too many repeats; this event's are not all shown");
             return;
@@ -480,7 +491,7 @@ void Expander::emitSeries(Series& series, const OverrideSet* overrides,
             series.excludedDays.count(civilDays(start.time.civil)) != 0) {
             continue;
         }
-        ++m_repeats;
+        ++m_cost.repeats;
         const bool isOne = series.event.repeats || overrides != nullptr;
         const auto recurrence = isOne ? std::optional(start.instant) : std::nullopt;
         const EventReference* from =
@@ -548,7 +559,7 @@ std::vector<CivilTime> Expander::ruleStarts(Series& series, const RuleLine& line
     if (until && until->isUtc && !request.wholeDays) {
         endAtInstant(request, clock, *request.until);
     }
-    request.budget = m_stepsSpent < mostSteps ? recurrence::standardBudget : fewSteps;
+    request.budget = m_cost.isTooMuch() ? fewSteps : recurrence::standardBudget;
     if (rule->count && request.to >= request.start) {
         const recurrence::CountEnd end = countEnd(series, line, request);
         if (!end.isCounted && request.to > end.reading) {
@@ -558,7 +569,7 @@ std::vector<CivilTime> Expander::ruleStarts(Series& series, const RuleLine& line
         rule->count = std::nullopt;
     }
     const recurrence::RecurrenceStarts starts = recurrence::expandRecurrence(request);
-    m_stepsSpent += starts.stepsSpent;
+    m_cost.stepsSpent += starts.stepsSpent;
     if (!starts.problem.empty()) {
         report(starts.problem);
     }
@@ -577,7 +588,7 @@ recurrence::CountEnd Expander::countEnd(Series& series, const RuleLine& line,
         return known->second.end;
     }
     const recurrence::CountEnd end = recurrence::endOfCount(request);
-    m_stepsSpent += end.stepsSpent;
+    m_cost.stepsSpent += end.stepsSpent;
     if (end.isCounted || request.budget == recurrence::standardBudget) {
         series.file.countedRules[&line] = {zone, end};
     }

@@ -26,13 +26,13 @@ struct CountedRule {
 
 // A file's events with what is worked out for them on demand.
 struct LoadedFile {
-    std::string path; // for messages
+    std::string path;          // for messages
+    std::uint64_t version = 0; // another one after each change; 0: it never changes
     IcsFile ics;
     std::vector<std::shared_ptr<ZoneClock>> zones; // of zoneNames, as far as they were asked for
     std::vector<bool> zonesAsked;
     std::shared_ptr<ZoneClock> floatingZone; // null: the user's
     bool isFloatingZoneAsked = false;
-    std::set<std::pair<std::size_t, std::string>> reported; // what was found while expanding
     std::unordered_map<const RuleLine*, CountedRule> countedRules;
 };
 
@@ -80,6 +80,7 @@ struct Occurrence {
 struct Window {
     double from = 0;
     double to = 0;
+    bool operator==(const Window&) const = default;
 };
 
 // Ends after the window's beginning, or starts at it; and starts at or before the window's end.
@@ -87,11 +88,20 @@ bool belongsTo(const Window& window, std::int64_t start, std::int64_t end);
 
 using ReportExpansion = std::function<void(LoadedFile& file, std::size_t line, std::string what)>;
 
-// Expands one event after the other for one search. The clocks, the report and the files must
-// outlive it.
+// How much the rules of one search may cost. Beyond that each gets little only, so that what is
+// found depends on what was expanded before.
+struct SearchCost {
+    std::int64_t stepsSpent = 0;
+    std::size_t repeats = 0;
+    bool isTooMuch() const;
+};
+
+// Expands one event after the other for one search. The cost, the clocks, the report and the files
+// must outlive it.
 class Expander {
 public:
-    Expander(Window window, ZoneClock& userZone, ZoneNames& names, const ReportExpansion& report);
+    Expander(Window window, ZoneClock& userZone, ZoneNames& names, const ReportExpansion& report,
+             SearchCost& cost);
 
     // By the days that an event can touch.
     bool mayMeetWindow(std::int32_t firstDay, std::int32_t lastDay) const {
@@ -159,8 +169,7 @@ private:
     ZoneNames& m_names;
     std::shared_ptr<ZoneClock> m_utc;
     const ReportExpansion& m_report;
-    std::int64_t m_stepsSpent = 0; // on rules
-    std::size_t m_repeats = 0;
+    SearchCost& m_cost;
 };
 
 } // namespace quorvel::freedesktop::ics

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <fstream>
 #include <string_view>
 
 #include <glib.h>
@@ -115,7 +116,21 @@ bool isPlainName(std::string_view name) {
                        [](char c) { return c == '/' || mayStandInPart(c); });
 }
 
+// Where the library looks for zones.
+std::string zoneFolder() {
+    const char* const folder = g_getenv("TZDIR");
+    return folder != nullptr ? folder : "/usr/share/zoneinfo";
+}
+
 } // namespace
+
+std::string systemTimeZoneEdition() {
+    constexpr std::size_t longest = 64;
+    std::ifstream rules(zoneFolder() + "/tzdata.zi");
+    std::string line;
+    std::getline(rules, line);
+    return line.substr(0, longest);
+}
 
 std::shared_ptr<const TimeZone> makeSystemTimeZone(const std::string& name) {
     if (!isPlainName(name)) {

@@ -13,4 +13,7 @@ namespace quorvel::freedesktop {
 // letters, digits, '_', '+' and '-' between slashes, the first one with a capital.
 std::shared_ptr<const TimeZone> makeSystemTimeZone(const std::string& name);
 
+// Of the machine's files, for instance "# version 2025b"; empty where they do not say it.
+std::string systemTimeZoneEdition();
+
 } // namespace quorvel::freedesktop

@@ -338,4 +338,10 @@ std::shared_ptr<const TimeZone> TimeZone::host() {
     return named(nameOf({minutes >= 0, std::abs(minutes) / 60, std::abs(minutes) % 60}));
 }
 
+std::string timeZoneRulesVersion() {
+    UErrorCode status = U_ZERO_ERROR;
+    const char* const version = icu::TimeZone::getTZDataVersion(status);
+    return (U_SUCCESS(status) ? version : "") + (' ' + systemTimeZoneEdition());
+}
+
 } // namespace quorvel::freedesktop

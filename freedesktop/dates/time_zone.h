@@ -41,4 +41,7 @@ public:
     virtual platform::NSDate instant(const CivilTime& time) const = 0;
 };
 
+// Which editions of the zones' rules these are: another text, other rules.
+std::string timeZoneRulesVersion();
+
 } // namespace quorvel::freedesktop

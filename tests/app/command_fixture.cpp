@@ -76,15 +76,27 @@ void readBoth(const Pipe& output, const Pipe& errors, RunResult& result) {
     }
 }
 
-RunResult spawn(const std::vector<std::string>& arguments,
-                const std::map<std::string, std::string>& environment,
-                const std::string& outputPath) {
+pid_t spawn(const std::vector<std::string>& arguments,
+            const std::map<std::string, std::string>& environment,
+            const posix_spawn_file_actions_t& actions) {
     std::vector<std::string> words{QUORVEL_PROGRAM};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<std::string> settings;
     for (const auto& [name, value] : environment) {
         settings.push_back(name + "=" + value);
     }
+    pid_t process = 0;
+    const int failure = posix_spawn(&process, QUORVEL_PROGRAM, &actions, nullptr,
+                                    pointersTo(words).data(), pointersTo(settings).data());
+    if (failure != 0) {
+        throw std::system_error(failure, std::generic_category(), "posix_spawn");
+    }
+    return process;
+}
+
+RunResult spawnAndRead(const std::vector<std::string>& arguments,
+                       const std::map<std::string, std::string>& environment,
+                       const std::string& outputPath) {
     Pipe output;
     Pipe errors;
     posix_spawn_file_actions_t actions;
@@ -96,13 +108,8 @@ RunResult spawn(const std::vector<std::string>& arguments,
         posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, outputPath.c_str(), O_WRONLY, 0);
     }
     posix_spawn_file_actions_adddup2(&actions, errors.end(1), STDERR_FILENO);
-    pid_t process = 0;
-    const int failure = posix_spawn(&process, QUORVEL_PROGRAM, &actions, nullptr,
-                                    pointersTo(words).data(), pointersTo(settings).data());
+    const pid_t process = spawn(arguments, environment, actions);
     posix_spawn_file_actions_destroy(&actions);
-    if (failure != 0) {
-        throw std::system_error(failure, std::generic_category(), "posix_spawn");
-    }
     output.closeEnd(1);
     errors.closeEnd(1);
     RunResult result;
@@ -139,26 +146,44 @@ CommandTest::~CommandTest() {
 }
 
 RunResult CommandTest::run(const std::vector<std::string>& arguments) const {
-    return spawn(arguments, m_environment, {});
+    return spawnAndRead(arguments, m_environment, {});
 }
 
 RunResult CommandTest::runInto(const std::string& outputPath,
                                const std::vector<std::string>& arguments) const {
-    return spawn(arguments, m_environment, outputPath);
+    return spawnAndRead(arguments, m_environment, outputPath);
 }
 
-RunResult CommandTest::runHere(std::vector<std::string> arguments) const {
-    const auto addMissing = [&arguments](const std::string& option, const std::string& value) {
+void CommandTest::addMissing(std::vector<std::string>& arguments) const {
+    const auto add = [&arguments](const std::string& option, const std::string& value) {
         if (std::ranges::find(arguments, option) == arguments.end()) {
             arguments.insert(arguments.end(), {option, value});
         }
     };
-    addMissing("--calendars", calendars());
-    addMissing("--preferences", preferences());
-    addMissing("--now", "2026-03-10T10:00:00Z");
-    addMissing("--timezone", "UTC");
-    addMissing("--locale", "en_GB");
+    add("--calendars", calendars());
+    add("--preferences", preferences());
+    add("--now", "2026-03-10T10:00:00Z");
+    add("--timezone", "UTC");
+    add("--locale", "en_GB");
+}
+
+RunResult CommandTest::runHere(std::vector<std::string> arguments) const {
+    addMissing(arguments);
     return run(arguments);
+}
+
+pid_t CommandTest::startHere(std::vector<std::string> arguments,
+                             const std::string& outputPath) const {
+    addMissing(arguments);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, outputPath.c_str(),
+                                     O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    const pid_t process = spawn(arguments, m_environment, actions);
+    posix_spawn_file_actions_destroy(&actions);
+    return process;
 }
 
 fs::path CommandTest::write(const std::string& name, std::string_view text) const {

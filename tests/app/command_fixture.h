@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <sys/types.h>
 
 namespace quorvel::app {
 
@@ -37,6 +38,10 @@ protected:
     RunResult runInto(const std::string& outputPath,
                       const std::vector<std::string>& arguments) const;
 
+    // As runHere(), but not waited for: the process. Standard output goes to that file, which need
+    // not exist.
+    pid_t startHere(std::vector<std::string> arguments, const std::string& outputPath) const;
+
     std::filesystem::path write(const std::string& name, std::string_view text) const;
     // One calendar file of the folder that runHere() shows; `events` are whole VEVENTs.
     void writeCalendar(const std::string& name, const std::string& events) const;
@@ -53,6 +58,8 @@ protected:
     std::map<std::string, std::string> m_environment;
 
 private:
+    void addMissing(std::vector<std::string>& arguments) const;
+
     std::filesystem::path m_folder;
 };
 

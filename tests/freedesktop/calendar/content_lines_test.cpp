@@ -43,6 +43,49 @@ TEST(ContentLines, OfAnEmptyTextAreNone) {
     EXPECT_EQ(linesOf("\xEF\xBB\xBF"), Lines{});
 }
 
+std::vector<std::string> linesOfPieces(std::string_view text, std::size_t pieceLength) {
+    std::vector<std::string> lines;
+    ContentLineReader reader;
+    RawLine line;
+    std::string scratch;
+    std::string pending;
+    for (std::size_t at = 0; at <= text.size(); at += pieceLength) {
+        pending += text.substr(at, pieceLength);
+        reader.continueWith(pending, at + pieceLength > text.size());
+        while (reader.next(line)) {
+            lines.push_back(std::to_string(line.number) + "|" +
+                            std::string(unfolded(line, scratch)));
+        }
+        pending = std::string(reader.remaining());
+    }
+    return lines;
+}
+
+TEST(ContentLines, AreTheSameOfPieces) {
+    for (const std::string_view text :
+         {"A:1\r\nB:2\r\n",
+          "\xEF\xBB\xBF"
+          "A:on\r\n e\r\n\t two\r\nB:2\r\n\r\n",
+          "A:1\rB:2\r 3\rC:4", "A:1\nB:2\n\n 3\n", "\n", "\xEF\xBB\xBF", "A:1\r", "\r\n \r\n A"}) {
+        for (std::size_t length = 1; length < 9; ++length) {
+            EXPECT_EQ(linesOfPieces(text, length), linesOf(text)) << text << " by " << length;
+        }
+    }
+}
+
+TEST(ContentLines, BeyondFourMegabytesAreCut) {
+    constexpr std::size_t longest = std::size_t{4} << 20U;
+    const std::string text = "A:" + std::string(longest, 'x') + "\n x\n x\n x\nB:2\n 3\n" + "C:4";
+    const Lines whole = linesOf(text);
+    ASSERT_EQ(whole.size(), 3U);
+    EXPECT_EQ(whole[0].size(), 2 + longest);
+    EXPECT_EQ(whole[1], "5|B:23");
+    EXPECT_EQ(whole[2], "7|C:4");
+    for (const std::size_t length : {std::size_t{100000}, longest - 1, longest, longest + 6}) {
+        EXPECT_EQ(linesOfPieces(text, length), whole) << length;
+    }
+}
+
 TEST(ContentLines, SplitAtTheFirstColonOutsideQuotes) {
     const auto line = splitContentLine("DTSTART;X=\"a:b;c\";TZID=Europe/Berlin:20240101T000000");
     ASSERT_TRUE(line);

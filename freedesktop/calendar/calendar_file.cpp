@@ -1,0 +1,227 @@
+#include "freedesktop/calendar/calendar_file.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "freedesktop/calendar/content_hash.h"
+#include "freedesktop/calendar/file_descriptor.h"
+
+namespace quorvel::freedesktop::ics {
+namespace {
+
+constexpr std::size_t largestFile = std::size_t{256} << 20U;
+constexpr std::size_t largestMetadata = 4096;
+constexpr std::size_t largestPiece = std::size_t{256} << 10U;
+
+std::uint64_t versionHash(const FileVersion& version) {
+    ContentHash hash;
+    hash.add(version.device);
+    hash.add(version.inode);
+    hash.add(version.size);
+    hash.add(version.modified);
+    hash.add(version.changed);
+    return hash.value();
+}
+
+// An errno, or 0.
+int statusOf(const Descriptor& descriptor, struct stat& status) {
+    if (!descriptor.isOpen() || fstat(descriptor.get(), &status) != 0) {
+        return errno;
+    }
+    return S_ISREG(status.st_mode) ? 0 : EINVAL;
+}
+
+// The bytes of a file, one full piece after the other, up to the size that it had at first: what is
+// written behind that meanwhile is for the next reading.
+class FilePieces {
+public:
+    // Without a hash it is 0, which no file's is taken for.
+    FilePieces(const Descriptor& descriptor, std::size_t size, std::size_t largest, bool isHashed)
+        : m_descriptor(descriptor)
+        , m_isHashed(isHashed)
+        , m_left(size == 0 ? largest + 1 : size) // some systems' files tell no size
+        , m_largest(largest) {}
+
+    std::size_t pieceSize() const { return std::min(m_left, largestPiece); }
+    // Fills the place unless the file ends before.
+    std::size_t read(char* place, std::size_t size) {
+        size = std::min(size, m_left);
+        std::size_t used = 0;
+        while (used < size && !isDone()) {
+            const ssize_t got = ::read(m_descriptor.get(), place + used, size - used);
+            if (got > 0) {
+                used += static_cast<std::size_t>(got);
+                m_left -= static_cast<std::size_t>(got);
+            } else if (got == 0) {
+                m_left = 0;
+            } else if (errno != EINTR) {
+                m_error = errno;
+            }
+        }
+        m_total += used;
+        if (m_total > m_largest && m_error == 0) {
+            m_error = EFBIG;
+        }
+        if (m_isHashed) {
+            m_hash.add(std::string_view(place, used));
+        }
+        return used;
+    }
+    void fail(int error) { m_error = error; }
+    std::size_t bytesLeft() const { return m_left; }
+    bool isDone() const { return m_left == 0 || m_error != 0; }
+    int error() const { return m_error; }
+    std::uint64_t hash() const { return m_isHashed ? m_hash.value() : 0; }
+
+private:
+    const Descriptor& m_descriptor;
+    bool m_isHashed;
+    std::size_t m_left;
+    std::size_t m_largest;
+    std::size_t m_total = 0;
+    int m_error = 0;
+    ContentHash m_hash;
+};
+
+// What was left over stands before each new piece.
+class PieceBuffer {
+public:
+    std::string_view text() const { return std::string_view(m_bytes).substr(0, m_used); }
+    void append(FilePieces& pieces) {
+        const std::size_t size = pieces.pieceSize();
+        if (m_bytes.size() < m_used + size) {
+            m_bytes.resize(m_used + size);
+        }
+        m_used += pieces.read(m_bytes.data() + m_used, size);
+    }
+    void take(std::size_t count) {
+        m_used -= count;
+        std::memmove(m_bytes.data(), m_bytes.data() + count, m_used);
+    }
+
+private:
+    std::string m_bytes;
+    std::size_t m_used = 0;
+};
+
+IcsFile readCalendar(FilePieces& pieces, const ReadContext& context) {
+    IcsFileReader reader(context.zoneIsKnown);
+    PieceBuffer buffer;
+    buffer.append(pieces);
+    while (!pieces.isDone()) {
+        if (context.isCancelled != nullptr && *context.isCancelled) {
+            pieces.fail(ECANCELED);
+        }
+        buffer.take(reader.read(buffer.text()));
+        reader.expect(pieces.bytesLeft());
+        buffer.append(pieces);
+    }
+    return reader.finish(buffer.text());
+}
+
+std::uint64_t hashOf(FilePieces pieces) {
+    std::string place(pieces.pieceSize(), '\0');
+    while (!pieces.isDone()) {
+        pieces.read(place.data(), place.size());
+    }
+    return pieces.hash();
+}
+
+// The file is at its beginning again afterwards.
+bool hasSameBytes(const CalendarFile& file, const Descriptor& descriptor,
+                  const FilePieces& pieces) {
+    const bool isSame = file.loaded && file.hash != 0 && hashOf(pieces) == file.hash;
+    lseek(descriptor.get(), 0, SEEK_SET);
+    return isSame;
+}
+
+void setError(CalendarFile& file, int error, std::int64_t readAt) {
+    file.wasRead = true;
+    file.error = error;
+    file.version = file.seen;
+    file.isSettled = isSettled(file.version, readAt);
+    file.loaded = nullptr;
+    file.metadata.clear();
+}
+
+void readContent(CalendarFile& file, const std::string& path, FileKind kind, FilePieces& pieces,
+                 const ReadContext& context) {
+    if (kind == FileKind::calendar) {
+        file.setLoaded(path, file.version, readCalendar(pieces, context));
+    } else {
+        file.metadata.resize(largestMetadata + 1);
+        file.metadata.resize(pieces.read(file.metadata.data(), file.metadata.size()));
+    }
+    file.hash = pieces.hash();
+}
+
+} // namespace
+
+bool CalendarFile::isCurrent() const {
+    return wasRead && isSettled && version == seen && seenError == 0 && error != noRoom;
+}
+
+bool CalendarFile::isErrorLasting() const {
+    return error == EACCES || error == EFBIG || error == noRoom;
+}
+
+void CalendarFile::setLoaded(const std::string& path, const FileVersion& readVersion, IcsFile ics) {
+    wasRead = true;
+    error = 0;
+    version = readVersion;
+    loaded = std::make_shared<LoadedFile>();
+    loaded->path = path;
+    loaded->version = versionHash(readVersion);
+    loaded->ics = std::move(ics);
+}
+
+void CalendarFile::leaveOut() {
+    wasRead = true;
+    error = noRoom;
+    version = seen;
+    isSettled = true;
+    loaded = nullptr;
+    metadata.clear();
+}
+
+void readCalendarFile(CalendarFile& file, const std::string& path, FileKind kind,
+                      const ReadContext& context) {
+    const std::int64_t readAt = context.fileClock();
+    const Descriptor descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat status {};
+    if (const int error = statusOf(descriptor, status)) {
+        setError(file, error, readAt);
+        return;
+    }
+    const std::size_t largest = kind == FileKind::calendar ? largestFile : largestMetadata;
+    if (static_cast<std::size_t>(status.st_size) > largest) {
+        setError(file, EFBIG, readAt);
+        return;
+    }
+    const bool mayBeSame = file.wasRead && file.version == versionOf(status);
+    file.version = versionOf(status);
+    file.wasRead = true;
+    const bool willBeSettled = isSettled(file.version, readAt);
+    FilePieces pieces(descriptor, static_cast<std::size_t>(status.st_size), largest,
+                      !willBeSettled || mayBeSame);
+    if (!mayBeSame || !hasSameBytes(file, descriptor, pieces)) {
+        file.error = 0;
+        readContent(file, path, kind, pieces, context);
+    }
+    if (pieces.error() != 0) {
+        setError(file, pieces.error(), readAt);
+        return;
+    }
+    // A file that was written to meanwhile is read once more the next time.
+    file.isSettled =
+        willBeSettled && fstat(descriptor.get(), &status) == 0 && versionOf(status) == file.version;
+}
+
+} // namespace quorvel::freedesktop::ics

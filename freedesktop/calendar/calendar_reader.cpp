@@ -1,0 +1,427 @@
+#include "freedesktop/calendar/calendar_reader.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <future>
+#include <set>
+#include <unordered_set>
+
+#include "freedesktop/calendar/event_order.h"
+#include "freedesktop/calendar/index/stored_values.h"
+
+namespace quorvel::freedesktop::ics {
+namespace {
+
+constexpr std::size_t mostBytesInMemory = std::size_t{128} << 20U;
+constexpr std::size_t mostProblemsOfAFile = 50; // while it is expanded
+constexpr std::size_t mostProblems = 10000;
+
+std::string identifierOf(const platform::EKCalendar& calendar, const Occurrence& occurrence) {
+    const IcsFile& file = occurrence.file->ics;
+    std::string identifier = calendar.calendarIdentifier;
+    identifier += ':';
+    identifier += validUtf8(file.slice(occurrence.event->uid));
+    if (occurrence.recurrence) {
+        const auto since = static_cast<std::int64_t>(platform::referenceDateSince1970);
+        identifier += ":RID=" + std::to_string(*occurrence.recurrence - since);
+    }
+    return identifier;
+}
+
+std::optional<std::string> textOf(const IcsFile& file, const std::optional<Slice>& slice) {
+    return slice ? std::optional(readText(file.slice(*slice))) : std::nullopt;
+}
+
+std::shared_ptr<const platform::EKEvent>
+makeEvent(const std::shared_ptr<const platform::EKCalendar>& calendar,
+          const Occurrence& occurrence) {
+    const IcsFile& file = occurrence.file->ics;
+    auto event = std::make_shared<platform::EKEvent>();
+    event->title = textOf(file, occurrence.event->title);
+    event->location = textOf(file, occurrence.event->location);
+    event->startDate =
+        platform::dateWithTimeIntervalSince1970(static_cast<double>(occurrence.start));
+    event->endDate = platform::dateWithTimeIntervalSince1970(static_cast<double>(occurrence.end));
+    event->isAllDay = occurrence.isAllDay;
+    event->calendar = calendar;
+    event->persistentEvent.eventIdentifier = identifierOf(*calendar, occurrence);
+    return event;
+}
+
+Signature keyOfFile(std::string_view place) {
+    SignatureHash key;
+    key.add(place);
+    return key.value();
+}
+
+Signature keyOfSearch(const SearchRequest& request) {
+    SignatureHash key;
+    key.add(request.snapshot->signature);
+    key.add(std::string_view(request.userZone->zone().identifier()));
+    key.add(std::llround(request.window.from));
+    key.add(std::llround(request.window.to));
+    for (const auto& calendar : request.calendars) {
+        key.add(std::string_view(calendar->calendarIdentifier));
+    }
+    return key.value();
+}
+
+// What is found amiss while a search is expanded, each thing once.
+class SearchProblems {
+public:
+    void add(const LoadedFile& file, std::size_t line, std::string what) {
+        auto& ofFile = m_seen[&file];
+        if (ofFile.size() < mostProblemsOfAFile && m_problems.size() < mostProblems &&
+            ofFile.emplace(line, what).second) {
+            m_problems.push_back({{file.path, line, std::move(what)}, file.version});
+        }
+    }
+    std::vector<VersionedProblem> take() { return std::move(m_problems); }
+
+private:
+    std::map<const LoadedFile*, std::set<std::pair<std::size_t, std::string>>> m_seen;
+    std::vector<VersionedProblem> m_problems;
+};
+
+void boundProblems(std::vector<VersionedProblem>& problems) {
+    if (problems.size() > mostProblems) {
+        const std::size_t more = problems.size() - mostProblems;
+        problems.resize(mostProblems);
+        problems.push_back({{"the calendars", 0, "and " + std::to_string(more) + " more"}, 0});
+    }
+}
+
+// Worth a second thread: reading and cutting takes longer than starting one.
+bool isMuch(const std::vector<UnreadFile>& files) {
+    constexpr std::int64_t much = 400'000; // bytes
+    constexpr std::int64_t costOfOpening = 2'000;
+    std::int64_t bytes = 0;
+    for (const UnreadFile& one : files) {
+        bytes += std::max<std::int64_t>(one.file->seen.size, 0) + costOfOpening;
+    }
+    return bytes > much && files.size() > 1;
+}
+
+} // namespace
+
+CalendarReader::CalendarReader()
+    : m_context{[this](std::string_view name) { return isZoneKnown(name); }, fileClock,
+                &m_isCancelled} {}
+
+CalendarReader::~CalendarReader() {
+    keep();
+}
+
+void CalendarReader::setSources(std::vector<CalendarSource> sources) {
+    m_current.clear();
+    m_isAllOnDisk = true;
+    for (CalendarSource& source : sources) {
+        m_isAllOnDisk = m_isAllOnDisk && !source.text;
+        auto key = std::pair(source.name, source.text);
+        auto& known = m_known[std::move(key)];
+        if (!known) {
+            known = std::make_unique<CalendarFiles>(std::move(source));
+        }
+        m_current.push_back(known.get());
+    }
+    m_latest = nullptr;
+}
+
+void CalendarReader::setIndex(std::unique_ptr<CalendarIndex> index) {
+    m_index = std::move(index);
+}
+
+void CalendarReader::setFileClock(std::function<std::int64_t()> clock) {
+    m_context.fileClock = std::move(clock);
+}
+
+// Files are read by more than one thread.
+bool CalendarReader::isZoneKnown(std::string_view name) {
+    const std::lock_guard lock(m_zonesMutex);
+    return m_zones.named(name) != nullptr;
+}
+
+// ---- snapshots
+
+Signature CalendarReader::look() {
+    SignatureHash signature;
+    for (CalendarFiles* const files : m_current) {
+        files->look(m_context.zoneIsKnown);
+        files->addTo(signature);
+    }
+    return signature.value();
+}
+
+std::shared_ptr<StoreSnapshot> CalendarReader::refresh() {
+    const Signature seen = look();
+    if (m_latest && m_latest->isSettled && m_latest->signature == seen) {
+        return m_latest;
+    }
+    auto snapshot = keptSnapshot(seen);
+    if (!snapshot) {
+        snapshot = read(seen);
+        if (snapshot->isSettled && m_index && m_isAllOnDisk) {
+            m_toBeKept.push_back(
+                {IndexKind::snapshot, seen, [snapshot] { return bytesOfSnapshot(*snapshot); }});
+        }
+    }
+    m_latest = std::move(snapshot);
+    return m_latest;
+}
+
+std::shared_ptr<StoreSnapshot> CalendarReader::keptSnapshot(const Signature& seen) {
+    if (!m_index || !m_isAllOnDisk) {
+        return nullptr;
+    }
+    const auto bytes = CalendarIndex::Reading(*m_index).find(IndexKind::snapshot, seen);
+    auto snapshot = bytes ? snapshotFromBytes(*bytes) : std::nullopt;
+    if (!snapshot) {
+        return nullptr;
+    }
+    snapshot->signature = seen;
+    snapshot->isSettled = true;
+    return std::make_shared<StoreSnapshot>(*std::move(snapshot));
+}
+
+std::shared_ptr<StoreSnapshot> CalendarReader::read(const Signature& seen) {
+    readFiles();
+    auto snapshot = std::make_shared<StoreSnapshot>();
+    auto loaded = std::make_shared<LoadedCalendars>();
+    snapshot->signature = seen;
+    snapshot->isSettled = true;
+    std::unordered_set<std::string_view> shown;
+    for (CalendarFiles* const files : m_current) {
+        files->build();
+        files->addTo(snapshot->problems);
+        snapshot->isSettled = snapshot->isSettled && files->isSettled();
+        snapshot->isAnyReadable = snapshot->isAnyReadable || files->isReadable();
+        for (const auto& calendar : files->calendars()) {
+            if (shown.insert(calendar->calendar->calendarIdentifier).second) {
+                loaded->push_back(calendar);
+                snapshot->calendars.push_back(calendar->calendar);
+                snapshot->isAnyCalendar = snapshot->isAnyCalendar || calendar->couldBeRead();
+            }
+        }
+    }
+    boundProblems(snapshot->problems);
+    if (m_latest && m_latest->loaded && *m_latest->loaded == *loaded &&
+        m_latest->problems == snapshot->problems &&
+        m_latest->isAnyReadable == snapshot->isAnyReadable) {
+        m_latest->signature = seen; // nothing but times of files
+        m_latest->isSettled = snapshot->isSettled;
+        return m_latest;
+    }
+    snapshot->loaded = std::move(loaded);
+    return snapshot;
+}
+
+// ---- files
+
+void CalendarReader::readFiles() {
+    std::vector<UnreadFile> unread;
+    for (CalendarFiles* const files : m_current) {
+        for (UnreadFile& one : files->unreadFiles()) {
+            unread.push_back(std::move(one));
+        }
+    }
+    if (m_index && m_isAllOnDisk) {
+        findInIndex(unread);
+    }
+    readFromDisk(unread);
+    leaveOutWhatHasNoRoom();
+    for (const UnreadFile& one : unread) {
+        if (m_index && m_isAllOnDisk && one.file->isSettled && one.file->loaded) {
+            m_toBeKept.push_back({IndexKind::file, keyOfFile(one.place),
+                                  [version = one.file->version, loaded = one.file->loaded] {
+                                      return bytesOfFile(version, loaded->ics);
+                                  }});
+        }
+    }
+}
+
+// One that was read before by this process has changed since: the index has it as it was, if at
+// all.
+void CalendarReader::findInIndex(std::vector<UnreadFile>& unread) {
+    CalendarIndex::Reading reading(*m_index);
+    std::size_t found = 0; // bytes
+    const auto find = [&](const UnreadFile& one) {
+        CalendarFile& file = *one.file;
+        if (one.kind != FileKind::calendar || file.wasRead || file.seenError != 0) {
+            return false;
+        }
+        if (found > mostBytesInMemory) {
+            file.leaveOut();
+            return true;
+        }
+        const auto bytes = reading.find(IndexKind::file, keyOfFile(one.place));
+        auto ics = bytes ? fileFromBytes(*bytes, file.seen) : std::nullopt;
+        if (!ics) {
+            return false;
+        }
+        file.setLoaded(one.path, file.seen, *std::move(ics));
+        file.isSettled = true;
+        found += file.loaded->ics.sizeInMemory();
+        return true;
+    };
+    unread.erase(std::remove_if(unread.begin(), unread.end(), find), unread.end());
+}
+
+void CalendarReader::readFromDisk(const std::vector<UnreadFile>& unread) {
+    std::atomic<std::size_t> next = 0;
+    std::atomic<std::size_t> kept = 0; // of files that come before the next one
+    const auto readMany = [&] {
+        for (std::size_t i = next++; i < unread.size() && !m_isCancelled; i = next++) {
+            const UnreadFile& one = unread[i];
+            if (kept > mostBytesInMemory) {
+                one.file->leaveOut();
+                continue;
+            }
+            readCalendarFile(*one.file, one.path, one.kind, m_context);
+            kept += one.file->loaded ? one.file->loaded->ics.sizeInMemory() : 0;
+        }
+    };
+    std::future<void> other;
+    if (isMuch(unread)) {
+        // Deferred where the system has no thread to give: one reads them all then.
+        other = std::async(std::launch::async | std::launch::deferred, readMany);
+    }
+    readMany();
+    if (other.valid()) {
+        other.get();
+    }
+}
+
+// The last ones of all, whichever was read first.
+void CalendarReader::leaveOutWhatHasNoRoom() {
+    std::size_t bytes = 0;
+    for (CalendarFiles* const files : m_current) {
+        for (CalendarFile* const file : files->readFiles()) {
+            bytes += file->loaded->ics.sizeInMemory();
+            if (bytes > mostBytesInMemory) {
+                file->leaveOut();
+            }
+        }
+    }
+}
+
+const LoadedCalendars& CalendarReader::loaded(StoreSnapshot& snapshot) {
+    if (!snapshot.loaded) {
+        const auto current = read(snapshot.signature);
+        snapshot.loaded = current->loaded;
+        // What was changed since the look shows the next time.
+        snapshot.isSettled = snapshot.isSettled && current->isSettled;
+    }
+    return *snapshot.loaded;
+}
+
+// ---- searches
+
+std::shared_ptr<const SearchResult> CalendarReader::search(const SearchRequest& request) {
+    const Signature key = keyOfSearch(request);
+    const bool mayBeKept = m_index && m_isAllOnDisk;
+    if (mayBeKept && request.snapshot->isSettled) {
+        if (auto kept = keptSearch(request, key)) {
+            return std::make_shared<const SearchResult>(*std::move(kept));
+        }
+    }
+    auto result = std::make_shared<const SearchResult>(expand(request));
+    if (mayBeKept && request.snapshot->isSettled) {
+        m_toBeKept.push_back({IndexKind::search, key, [result, calendars = request.calendars] {
+                                  return bytesOfSearch(*result, calendars);
+                              }});
+    }
+    return result;
+}
+
+std::optional<SearchResult> CalendarReader::keptSearch(const SearchRequest& request,
+                                                       const Signature& key) {
+    const auto bytes = CalendarIndex::Reading(*m_index).find(IndexKind::search, key);
+    return bytes ? searchFromBytes(*bytes, request.calendars) : std::nullopt;
+}
+
+// A calendar that is what it was comes to what it came to, unless all of them cost too much.
+SearchResult CalendarReader::expand(const SearchRequest& request) {
+    const bool isLikeBefore =
+        m_expandedZone == request.userZone && m_expandedWindow == request.window;
+    auto before = std::exchange(m_expanded, {});
+    m_expandedZone = request.userZone;
+    m_expandedWindow = request.window;
+    if (!isLikeBefore) {
+        before.clear();
+    }
+    if (!expandAll(request, std::move(before))) {
+        m_expanded.clear();
+        expandAll(request, {});
+    }
+    SearchResult result;
+    for (const ExpandedCalendar& one : m_expanded) {
+        result.events.insert(result.events.end(), one.events.begin(), one.events.end());
+        result.problems.insert(result.problems.end(), one.problems.begin(), one.problems.end());
+    }
+    std::sort(result.events.begin(), result.events.end(), comesBefore);
+    boundProblems(result.problems);
+    return result;
+}
+
+// False where they cost too much for what was known to be used.
+bool CalendarReader::expandAll(const SearchRequest& request, std::vector<ExpandedCalendar> before) {
+    const LoadedCalendars& all = loaded(*request.snapshot);
+    SearchCost cost;
+    bool isKnownUsed = false;
+    for (const auto& name : request.calendars) {
+        const auto calendar = std::find_if(all.begin(), all.end(), [&](const auto& one) {
+            return one->calendar->calendarIdentifier == name->calendarIdentifier;
+        });
+        if (calendar == all.end()) {
+            continue;
+        }
+        const auto known = std::find_if(before.begin(), before.end(), [&](const auto& one) {
+            return one.calendar == *calendar && one.name == name;
+        });
+        if (known != before.end()) {
+            isKnownUsed = true;
+            cost.stepsSpent += known->cost.stepsSpent;
+            m_expanded.push_back(std::move(*known));
+            before.erase(known);
+        } else {
+            m_expanded.push_back(expandOne(request, *calendar, name, cost));
+        }
+    }
+    return !(isKnownUsed && cost.isTooMuch());
+}
+
+ExpandedCalendar CalendarReader::expandOne(const SearchRequest& request,
+                                           const std::shared_ptr<LoadedCalendar>& calendar,
+                                           const std::shared_ptr<const platform::EKCalendar>& name,
+                                           SearchCost& cost) {
+    SearchProblems problems;
+    const ReportExpansion report = [&problems](LoadedFile& file, std::size_t line,
+                                               std::string what) {
+        problems.add(file, line, std::move(what));
+    };
+    const std::int64_t stepsBefore = cost.stepsSpent;
+    Expander expander(request.window, *request.userZone, m_zones, report, cost);
+    std::vector<Occurrence> occurrences;
+    for (const auto& entry : calendar->entries) {
+        if (expander.mayMeetWindow(entry.firstDay, entry.lastDay)) {
+            expander.expand(entry.event, calendar->overrides, occurrences);
+        }
+    }
+    ExpandedCalendar result{calendar, name, {}, problems.take(), {}};
+    result.cost.stepsSpent = cost.stepsSpent - stepsBefore;
+    result.events.reserve(occurrences.size());
+    for (const Occurrence& occurrence : occurrences) {
+        result.events.push_back(makeEvent(name, occurrence));
+    }
+    return result;
+}
+
+void CalendarReader::keep() {
+    if (m_index && !m_toBeKept.empty()) {
+        m_index->keep(m_toBeKept);
+    }
+    m_toBeKept.clear();
+}
+
+} // namespace quorvel::freedesktop::ics

@@ -1,0 +1,427 @@
+#include "freedesktop/calendar/index/stored_values.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "freedesktop/calendar/index/stored_bytes.h"
+
+namespace quorvel::freedesktop::ics {
+namespace {
+
+// ---- files
+
+void put(ByteWriter& writer, const FileVersion& version) {
+    writer.number(version.device);
+    writer.number(version.inode);
+    writer.number(version.size);
+    writer.number(version.modified);
+    writer.number(version.changed);
+}
+
+FileVersion takeVersion(ByteReader& reader) {
+    FileVersion version;
+    version.device = reader.number<std::uint64_t>();
+    version.inode = reader.number<std::uint64_t>();
+    version.size = reader.number<std::int64_t>();
+    version.modified = reader.number<std::int64_t>();
+    version.changed = reader.number<std::int64_t>();
+    return version;
+}
+
+void put(ByteWriter& writer, const Slice& slice) {
+    writer.number(slice.offset);
+    writer.number(slice.length);
+}
+
+// Slices are not looked at before they are known to lie within the text.
+class SliceReader {
+public:
+    SliceReader(ByteReader& reader, std::size_t size)
+        : m_reader(reader)
+        , m_size(size) {}
+    Slice take() {
+        Slice slice;
+        slice.offset = m_reader.number<std::uint32_t>();
+        slice.length = m_reader.number<std::uint32_t>();
+        m_isWithin = m_isWithin && std::size_t{slice.offset} + slice.length <= m_size;
+        return slice;
+    }
+    bool isWithin() const { return m_isWithin; }
+
+private:
+    ByteReader& m_reader;
+    std::size_t m_size;
+    bool m_isWithin = true;
+};
+
+void put(ByteWriter& writer, const CivilTime& time) {
+    writer.number(time.year);
+    writer.number(time.month);
+    writer.number(time.day);
+    writer.number(time.hour);
+    writer.number(time.minute);
+    writer.number(time.second);
+}
+
+CivilTime takeCivilTime(ByteReader& reader) {
+    CivilTime time;
+    time.year = reader.number<int>();
+    time.month = reader.number<int>();
+    time.day = reader.number<int>();
+    time.hour = reader.number<int>();
+    time.minute = reader.number<int>();
+    time.second = reader.number<int>();
+    return time;
+}
+
+void put(ByteWriter& writer, const EventTime& time) {
+    writer.number(static_cast<unsigned>(time.kind));
+    put(writer, time.civil);
+    writer.number(time.zone);
+}
+
+EventTime takeEventTime(ByteReader& reader) {
+    EventTime time;
+    time.kind = static_cast<TimeKind>(std::min(reader.number<unsigned>(), 3U));
+    time.civil = takeCivilTime(reader);
+    time.zone = reader.number<std::uint32_t>();
+    return time;
+}
+
+void put(ByteWriter& writer, const IcsEvent& event) {
+    const auto putSlice = [&](const Slice& slice) { put(writer, slice); };
+    const auto putTime = [&](const EventTime& time) { put(writer, time); };
+    writer.number(event.line);
+    writer.number(event.calendar);
+    put(writer, event.uid);
+    writer.optional(event.title, putSlice);
+    writer.optional(event.location, putSlice);
+    put(writer, event.start);
+    writer.optional(event.end, putTime);
+    writer.optional(event.duration, [&](const Duration& duration) {
+        writer.number(duration.days);
+        writer.number(duration.seconds);
+    });
+    writer.optional(event.recurrenceId, putTime);
+    writer.number((event.thisAndFuture ? 1U : 0U) | (event.cancelled ? 2U : 0U) |
+                  (event.repeats ? 4U : 0U));
+    writer.number(event.sequence);
+    writer.number(event.stamp);
+    writer.number(event.firstRule);
+    writer.number(event.ruleCount);
+    writer.number(event.firstDay);
+    writer.number(event.lastDay);
+}
+
+IcsEvent takeEvent(ByteReader& reader, SliceReader& slices) {
+    const auto takeSlice = [&] { return slices.take(); };
+    const auto takeTime = [&] { return takeEventTime(reader); };
+    IcsEvent event;
+    event.line = reader.number<std::size_t>();
+    event.calendar = reader.number<std::uint32_t>();
+    event.uid = slices.take();
+    event.title = reader.optional(takeSlice);
+    event.location = reader.optional(takeSlice);
+    event.start = takeEventTime(reader);
+    event.end = reader.optional(takeTime);
+    event.duration = reader.optional([&] {
+        const auto days = reader.number<std::int64_t>();
+        return Duration{days, reader.number<std::int64_t>()};
+    });
+    event.recurrenceId = reader.optional(takeTime);
+    const auto flags = reader.number<unsigned>();
+    event.thisAndFuture = (flags & 1U) != 0;
+    event.cancelled = (flags & 2U) != 0;
+    event.repeats = (flags & 4U) != 0;
+    event.sequence = reader.number<int>();
+    event.stamp = reader.number<std::int64_t>();
+    event.firstRule = reader.number<std::uint32_t>();
+    event.ruleCount = reader.number<std::uint32_t>();
+    event.firstDay = reader.number<std::int32_t>();
+    event.lastDay = reader.number<std::int32_t>();
+    return event;
+}
+
+void put(ByteWriter& writer, const RuleLine& rule) {
+    writer.number(static_cast<unsigned>(rule.kind));
+    put(writer, rule.parameters);
+    put(writer, rule.value);
+    writer.number(rule.line);
+}
+
+RuleLine takeRule(ByteReader& reader, SliceReader& slices) {
+    RuleLine rule;
+    rule.kind = static_cast<RuleKind>(std::min(reader.number<unsigned>(), 3U));
+    rule.parameters = slices.take();
+    rule.value = slices.take();
+    rule.line = reader.number<std::size_t>();
+    return rule;
+}
+
+void put(ByteWriter& writer, const ZoneName& name) {
+    writer.text(name.name);
+    writer.number(name.calendar);
+}
+
+ZoneName takeZoneName(ByteReader& reader) {
+    ZoneName name;
+    name.name = reader.text();
+    name.calendar = reader.number<std::uint32_t>();
+    return name;
+}
+
+void put(ByteWriter& writer, const ZoneDefinition& zone) {
+    put(writer, zone.name);
+    writer.number(zone.observances.size());
+    for (const ZoneObservance& observance : zone.observances) {
+        put(writer, observance.start);
+        writer.number(observance.offsetFrom);
+        writer.number(observance.offsetTo);
+        writer.number(observance.rules.size());
+        for (const std::string& rule : observance.rules) {
+            writer.text(rule);
+        }
+        writer.number(observance.dates.size());
+        for (const CivilTime& date : observance.dates) {
+            put(writer, date);
+        }
+    }
+}
+
+ZoneDefinition takeZone(ByteReader& reader) {
+    ZoneDefinition zone;
+    zone.name = takeZoneName(reader);
+    zone.observances.resize(reader.count());
+    for (ZoneObservance& observance : zone.observances) {
+        observance.start = takeCivilTime(reader);
+        observance.offsetFrom = reader.number<int>();
+        observance.offsetTo = reader.number<int>();
+        observance.rules.resize(reader.count());
+        for (std::string& rule : observance.rules) {
+            rule = reader.text();
+        }
+        observance.dates.resize(reader.count());
+        for (CivilTime& date : observance.dates) {
+            date = takeCivilTime(reader);
+        }
+    }
+    return zone;
+}
+
+// What the events and rules say of each other and of the zones is used unlooked at later.
+bool holdsTogether(const IcsFile& file) {
+    const auto isInZones = [&](const EventTime& time) {
+        return time.kind != TimeKind::zoned || time.zone < file.zoneNames.size();
+    };
+    return std::all_of(file.events.begin(), file.events.end(), [&](const IcsEvent& event) {
+        return isInZones(event.start) && (!event.end || isInZones(*event.end)) &&
+               (!event.recurrenceId || isInZones(*event.recurrenceId)) &&
+               std::size_t{event.firstRule} + event.ruleCount <= file.rules.size();
+    });
+}
+
+// ---- snapshots and searches
+
+void put(ByteWriter& writer, const std::vector<VersionedProblem>& problems) {
+    writer.number(problems.size());
+    for (const auto& [problem, version] : problems) {
+        writer.text(problem.file);
+        writer.number(problem.line);
+        writer.text(problem.what);
+        writer.number(version);
+    }
+}
+
+std::vector<VersionedProblem> takeProblems(ByteReader& reader) {
+    std::vector<VersionedProblem> problems(reader.count());
+    for (auto& [problem, version] : problems) {
+        problem.file = reader.text();
+        problem.line = reader.number<std::size_t>();
+        problem.what = reader.text();
+        version = reader.number<std::uint64_t>();
+    }
+    return problems;
+}
+
+void put(ByteWriter& writer, double number) {
+    writer.number(std::bit_cast<std::uint64_t>(number));
+}
+
+double takeDouble(ByteReader& reader) {
+    return std::bit_cast<double>(reader.number<std::uint64_t>());
+}
+
+std::shared_ptr<const platform::EKCalendar> takeCalendar(ByteReader& reader) {
+    auto calendar = std::make_shared<platform::EKCalendar>();
+    calendar->calendarIdentifier = reader.text();
+    calendar->title = reader.text();
+    calendar->CGColor = reader.optional([&] {
+        platform::UIColor color;
+        color.red = takeDouble(reader);
+        color.green = takeDouble(reader);
+        color.blue = takeDouble(reader);
+        color.alpha = takeDouble(reader);
+        return color;
+    });
+    return calendar;
+}
+
+std::int64_t wholeSeconds(platform::NSDate date) {
+    return std::llround(platform::timeIntervalSince1970(date));
+}
+
+platform::NSDate dateAt(std::int64_t seconds) {
+    return platform::dateWithTimeIntervalSince1970(static_cast<double>(seconds));
+}
+
+} // namespace
+
+std::string bytesOfFile(const FileVersion& version, const IcsFile& file) {
+    ByteWriter writer;
+    put(writer, version);
+    writer.text(file.text);
+    writer.number(file.zoneNames.size());
+    for (const ZoneName& name : file.zoneNames) {
+        put(writer, name);
+    }
+    writer.number(file.rules.size());
+    for (const RuleLine& rule : file.rules) {
+        put(writer, rule);
+    }
+    writer.number(file.events.size());
+    for (const IcsEvent& event : file.events) {
+        put(writer, event);
+    }
+    writer.number(file.zones.size());
+    for (const ZoneDefinition& zone : file.zones) {
+        put(writer, zone);
+    }
+    writer.optional(file.floatingZone, [&](const ZoneName& name) { put(writer, name); });
+    writer.number(file.floatingZoneLine);
+    writer.optionalText(file.calendarName);
+    writer.optionalText(file.calendarColour);
+    writer.number(file.problems.size());
+    for (const FileProblem& problem : file.problems) {
+        writer.number(problem.line);
+        writer.text(problem.what);
+    }
+    writer.number(file.isCalendar ? 1U : 0U);
+    return writer.take();
+}
+
+std::optional<IcsFile> fileFromBytes(std::string_view bytes, const FileVersion& version) {
+    ByteReader reader(bytes);
+    if (takeVersion(reader) != version) {
+        return std::nullopt;
+    }
+    IcsFile file;
+    file.text = reader.text();
+    SliceReader slices(reader, file.text.size());
+    file.zoneNames.resize(reader.count());
+    for (ZoneName& name : file.zoneNames) {
+        name = takeZoneName(reader);
+    }
+    file.rules.resize(reader.count());
+    for (RuleLine& rule : file.rules) {
+        rule = takeRule(reader, slices);
+    }
+    file.events.resize(reader.count());
+    for (IcsEvent& event : file.events) {
+        event = takeEvent(reader, slices);
+    }
+    file.zones.resize(reader.count());
+    for (ZoneDefinition& zone : file.zones) {
+        zone = takeZone(reader);
+    }
+    file.floatingZone = reader.optional([&] { return takeZoneName(reader); });
+    file.floatingZoneLine = reader.number<std::size_t>();
+    file.calendarName = reader.optionalText();
+    file.calendarColour = reader.optionalText();
+    file.problems.resize(reader.count());
+    for (FileProblem& problem : file.problems) {
+        problem.line = reader.number<std::size_t>();
+        problem.what = reader.text();
+    }
+    file.isCalendar = reader.flag();
+    const bool isRight = reader.isWhole() && slices.isWithin() && holdsTogether(file);
+    return isRight ? std::optional(std::move(file)) : std::nullopt;
+}
+
+std::string bytesOfSnapshot(const StoreSnapshot& snapshot) {
+    ByteWriter writer;
+    writer.number(snapshot.isAnyReadable ? 1U : 0U);
+    writer.number(snapshot.isAnyCalendar ? 1U : 0U);
+    writer.number(snapshot.calendars.size());
+    for (const auto& calendar : snapshot.calendars) {
+        writer.text(calendar->calendarIdentifier);
+        writer.text(calendar->title);
+        writer.optional(calendar->CGColor, [&](const platform::UIColor& color) {
+            put(writer, color.red);
+            put(writer, color.green);
+            put(writer, color.blue);
+            put(writer, color.alpha);
+        });
+    }
+    put(writer, snapshot.problems);
+    return writer.take();
+}
+
+std::optional<StoreSnapshot> snapshotFromBytes(std::string_view bytes) {
+    ByteReader reader(bytes);
+    StoreSnapshot snapshot;
+    snapshot.isAnyReadable = reader.flag();
+    snapshot.isAnyCalendar = reader.flag();
+    snapshot.calendars.resize(reader.count());
+    for (auto& calendar : snapshot.calendars) {
+        calendar = takeCalendar(reader);
+    }
+    snapshot.problems = takeProblems(reader);
+    return reader.isWhole() ? std::optional(std::move(snapshot)) : std::nullopt;
+}
+
+std::string bytesOfSearch(const SearchResult& result, const platform::EKCalendars& calendars) {
+    ByteWriter writer;
+    writer.number(result.events.size());
+    for (const auto& event : result.events) {
+        const auto calendar = std::find(calendars.begin(), calendars.end(), event->calendar);
+        writer.number(static_cast<std::size_t>(calendar - calendars.begin()));
+        writer.optionalText(event->title);
+        writer.optionalText(event->location);
+        writer.number(wholeSeconds(event->startDate));
+        writer.number(wholeSeconds(event->endDate));
+        writer.number(event->isAllDay ? 1U : 0U);
+        writer.text(event->persistentEvent.eventIdentifier);
+    }
+    put(writer, result.problems);
+    return writer.take();
+}
+
+std::optional<SearchResult> searchFromBytes(std::string_view bytes,
+                                            const platform::EKCalendars& calendars) {
+    ByteReader reader(bytes);
+    SearchResult result;
+    result.events.resize(reader.count());
+    for (auto& one : result.events) {
+        auto event = std::make_shared<platform::EKEvent>();
+        const auto calendar = reader.number<std::size_t>();
+        if (calendar >= calendars.size()) {
+            return std::nullopt;
+        }
+        event->calendar = calendars[calendar];
+        event->title = reader.optionalText();
+        event->location = reader.optionalText();
+        event->startDate = dateAt(reader.number<std::int64_t>());
+        event->endDate = dateAt(reader.number<std::int64_t>());
+        event->isAllDay = reader.flag();
+        event->persistentEvent.eventIdentifier = reader.text();
+        one = std::move(event);
+    }
+    result.problems = takeProblems(reader);
+    return reader.isWhole() ? std::optional(std::move(result)) : std::nullopt;
+}
+
+} // namespace quorvel::freedesktop::ics

@@ -1,0 +1,33 @@
+// What a store shows: the calendars at one moment, and what a search of them comes to.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "freedesktop/calendar/calendar_files.h"
+#include "freedesktop/calendar/content_hash.h"
+#include "freedesktop/calendar/loaded_calendar.h"
+#include "freedesktop/calendar/occurrences.h"
+#include "platform/calendar_store.h"
+
+namespace quorvel::freedesktop::ics {
+
+using LoadedCalendars = std::vector<std::shared_ptr<LoadedCalendar>>;
+
+struct StoreSnapshot {
+    Signature signature;    // of what was seen on disk
+    bool isSettled = false; // whatever changes afterwards shows in the signature
+    bool isAnyReadable = false;
+    bool isAnyCalendar = false;
+    platform::EKCalendars calendars;
+    std::vector<VersionedProblem> problems;
+    std::shared_ptr<const LoadedCalendars> loaded; // null: nobody has asked for events yet
+};
+
+struct SearchResult {
+    platform::EKEvents events; // in the store's order
+    std::vector<VersionedProblem> problems;
+};
+
+} // namespace quorvel::freedesktop::ics

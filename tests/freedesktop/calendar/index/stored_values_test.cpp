@@ -1,0 +1,160 @@
+// What the index keeps comes back equal, and bytes that are something else do no harm.
+#include "freedesktop/calendar/index/stored_values.h"
+
+#include <limits>
+#include <random>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "tests/freedesktop/calendar/store_fixture.h"
+
+namespace quorvel::freedesktop::ics {
+namespace {
+
+constexpr FileVersion version{1, 2, 3, -4, std::numeric_limits<std::int64_t>::max()};
+
+IcsFile everyKind() {
+    const auto isKnown = [](std::string_view name) { return name == "Europe/Berlin"; };
+    return readIcsFile(
+        calendarText(
+            "X-WR-CALNAME:Näme\r\nCOLOR:red\r\nX-WR-TIMEZONE:Europe/Berlin\r\n"
+            "BEGIN:VTIMEZONE\r\nTZID:Mine\r\nBEGIN:STANDARD\r\nDTSTART:19700101T000000\r\n"
+            "TZOFFSETFROM:-0130\r\nTZOFFSETTO:+0500\r\nRRULE:FREQ=YEARLY\r\n"
+            "RDATE:19800101T000000\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\n" +
+            eventText("UID:1|SUMMARY:a|LOCATION:b|DTSTART;TZID=Mine:20260310T100000|"
+                      "DTEND;TZID=Europe/Berlin:20260310T110000|RRULE:FREQ=DAILY|"
+                      "EXDATE;TZID=Mine:20260311T100000|SEQUENCE:3|DTSTAMP:19600101T000000Z") +
+            eventText("UID:2|DTSTART:20260310|DURATION:-P1DT2S|STATUS:CANCELLED") +
+            eventText("UID:1|RECURRENCE-ID;RANGE=THISANDFUTURE:20260310T100000Z|"
+                      "DTSTART:00010101T000000Z") +
+            eventText("UID:3|DTSTART:nonsense")),
+        isKnown);
+}
+
+void expectEqual(const EventTime& a, const EventTime& b) {
+    EXPECT_EQ(a.civil, b.civil);
+    EXPECT_EQ(a.kind, b.kind);
+    EXPECT_EQ(a.zone, b.zone);
+}
+
+TEST(StoredValues, FileComesBackEqual) {
+    const IcsFile file = everyKind();
+    ASSERT_EQ(file.events.size(), 3U);
+    ASSERT_EQ(file.problems.size(), 1U);
+    const std::string bytes = bytesOfFile(version, file);
+    const auto back = fileFromBytes(bytes, version);
+    ASSERT_TRUE(back);
+    EXPECT_EQ(bytesOfFile(version, *back), bytes);
+    EXPECT_EQ(back->text, file.text);
+    EXPECT_EQ(back->zoneNames, file.zoneNames);
+    EXPECT_EQ(back->floatingZone, (ZoneName{"Europe/Berlin", 0}));
+    EXPECT_EQ(back->floatingZoneLine, file.floatingZoneLine);
+    EXPECT_EQ(back->events.back().calendar, file.events.back().calendar);
+    EXPECT_EQ(back->calendarName, "Näme");
+    EXPECT_EQ(back->calendarColour, "red");
+    EXPECT_TRUE(back->isCalendar);
+    ASSERT_EQ(back->zones.size(), 1U);
+    EXPECT_EQ(back->zones[0].observances[0].offsetFrom, -5400);
+    EXPECT_EQ(back->zones[0].observances[0].rules, std::vector<std::string>{"FREQ=YEARLY"});
+    EXPECT_EQ(back->zones[0].observances[0].dates, file.zones[0].observances[0].dates);
+    EXPECT_EQ(back->problems[0].what, file.problems[0].what);
+    EXPECT_EQ(back->problems[0].line, file.problems[0].line);
+    ASSERT_EQ(back->rules.size(), 2U);
+    EXPECT_EQ(back->rules[1].kind, RuleKind::exdate);
+    EXPECT_EQ(back->slice(back->rules[1].parameters), "TZID=Mine");
+    for (std::size_t i = 0; i < file.events.size(); ++i) {
+        const IcsEvent& before = file.events[i];
+        const IcsEvent& after = back->events[i];
+        EXPECT_EQ(back->slice(after.uid), file.slice(before.uid));
+        EXPECT_EQ(after.title.has_value(), before.title.has_value());
+        expectEqual(after.start, before.start);
+        EXPECT_EQ(after.duration, before.duration);
+        EXPECT_EQ(after.recurrenceId.has_value(), before.recurrenceId.has_value());
+        EXPECT_EQ(after.thisAndFuture, before.thisAndFuture);
+        EXPECT_EQ(after.cancelled, before.cancelled);
+        EXPECT_EQ(after.repeats, before.repeats);
+        EXPECT_EQ(after.sequence, before.sequence);
+        EXPECT_EQ(after.stamp, before.stamp);
+        EXPECT_EQ(after.firstDay, before.firstDay);
+        EXPECT_EQ(after.lastDay, before.lastDay);
+        EXPECT_EQ(after.line, before.line);
+    }
+    expectEqual(*back->events[0].end, *file.events[0].end);
+}
+
+TEST(StoredValues, FileOfAnotherVersionIsNone) {
+    FileVersion other = version;
+    ++other.changed;
+    EXPECT_FALSE(fileFromBytes(bytesOfFile(version, everyKind()), other));
+}
+
+TEST(StoredValues, OtherBytesDoNoHarm) {
+    const std::string whole = bytesOfFile(version, everyKind());
+    for (std::size_t length = 0; length < whole.size(); ++length) {
+        EXPECT_FALSE(fileFromBytes(whole.substr(0, length), version)) << length;
+    }
+    EXPECT_FALSE(fileFromBytes(whole + "x", version));
+    std::mt19937 random(1);
+    for (int round = 0; round < 20000; ++round) {
+        std::string other = whole;
+        for (int i = 0; i < 3; ++i) {
+            other[random() % other.size()] = static_cast<char>(random());
+        }
+        if (const auto file = fileFromBytes(other, version)) {
+            for (const IcsEvent& event : file->events) {
+                EXPECT_LE(file->slice(event.uid).size(), file->text.size());
+                EXPECT_LE(std::size_t{event.firstRule} + event.ruleCount, file->rules.size());
+            }
+        }
+        snapshotFromBytes(other);
+        searchFromBytes(other, {});
+    }
+}
+
+TEST(StoredValues, SnapshotAndSearchComeBackEqual) {
+    StoreSnapshot snapshot;
+    snapshot.isAnyReadable = true;
+    auto calendar = std::make_shared<platform::EKCalendar>();
+    calendar->calendarIdentifier = "work-1";
+    calendar->title = "Work";
+    calendar->CGColor = platform::UIColor{0.1, 1.0 / 3, -2, 0.5};
+    snapshot.calendars = {std::make_shared<platform::EKCalendar>(), calendar};
+    snapshot.problems = {{{"a.ics", 7, "is odd"}, 99}};
+    const auto back = snapshotFromBytes(bytesOfSnapshot(snapshot));
+    ASSERT_TRUE(back);
+    EXPECT_TRUE(back->isAnyReadable);
+    EXPECT_FALSE(back->isAnyCalendar);
+    ASSERT_EQ(back->calendars.size(), 2U);
+    EXPECT_EQ(back->calendars[0]->CGColor, std::nullopt);
+    EXPECT_EQ(back->calendars[1]->title, "Work");
+    EXPECT_EQ(back->calendars[1]->CGColor, calendar->CGColor);
+    EXPECT_EQ(back->problems, snapshot.problems);
+
+    SearchResult result;
+    auto event = std::make_shared<platform::EKEvent>();
+    event->title = "";
+    event->startDate = platform::dateWithTimeIntervalSince1970(-5);
+    event->endDate = platform::dateWithTimeIntervalSince1970(2.5e11);
+    event->isAllDay = true;
+    event->calendar = calendar;
+    event->persistentEvent.eventIdentifier = "work-1:x";
+    result.events = {event};
+    result.problems = {{{"b.ics", 0, "?"}, 0}};
+    const std::string bytes = bytesOfSearch(result, snapshot.calendars);
+    const auto found = searchFromBytes(bytes, snapshot.calendars);
+    ASSERT_TRUE(found);
+    ASSERT_EQ(found->events.size(), 1U);
+    EXPECT_EQ(found->events[0]->title, "");
+    EXPECT_EQ(found->events[0]->location, std::nullopt);
+    EXPECT_EQ(found->events[0]->startDate, event->startDate);
+    EXPECT_EQ(found->events[0]->endDate, event->endDate);
+    EXPECT_TRUE(found->events[0]->isAllDay);
+    EXPECT_EQ(found->events[0]->calendar, calendar);
+    EXPECT_EQ(found->events[0]->persistentEvent.eventIdentifier, "work-1:x");
+    EXPECT_EQ(found->problems, result.problems);
+    EXPECT_FALSE(searchFromBytes(bytes, {}));
+}
+
+} // namespace
+} // namespace quorvel::freedesktop::ics
