@@ -142,18 +142,18 @@ TEST_F(BoundedWaits, ZoneMayChangeMeanwhile) {
 
 TEST_F(BoundedWaits, NobodyIsToldAfterTheEnd) {
     gate.close();
-    auto stores = std::make_unique<IcalCalendarStores>(zone, CalendarProblemHandler());
+    auto these = std::make_unique<IcalCalendarStores>(zone, CalendarProblemHandler());
     std::atomic<int> toldOfThese = 0;
-    stores->setSources({CalendarSource::at(folder / "a.ics")});
-    stores->setWaits({0.01, 0.01});
-    stores->setFileClock([this] {
+    these->setSources({CalendarSource::at(folder / "a.ics")});
+    these->setWaits({0.01, 0.01});
+    these->setFileClock([this] {
         gate.pass();
         return ics::fileClock();
     });
-    stores->follow([&toldOfThese] { ++toldOfThese; });
-    stores->makeEventStore();
-    stores->follow(nullptr);
-    auto end = std::async(std::launch::async, [&stores] { stores.reset(); });
+    these->follow([&toldOfThese] { ++toldOfThese; });
+    these->makeEventStore();
+    these->follow(nullptr);
+    auto end = std::async(std::launch::async, [&these] { these.reset(); });
     gate.open();
     end.get();
     EXPECT_EQ(toldOfThese, 0);
@@ -170,18 +170,18 @@ TEST_F(BoundedWaits, ReadingIsLeftAtTheEnd) {
     }
     std::chrono::duration<double> whole{};
     {
-        IcalCalendarStores stores(zone, {});
-        stores.setSources({CalendarSource::at(folder / "many")});
+        IcalCalendarStores these(zone, {});
+        these.setSources({CalendarSource::at(folder / "many")});
         const auto before = Clock::now();
-        stores.makeEventStore();
+        these.makeEventStore();
         whole = Clock::now() - before;
     }
     const auto before = Clock::now();
     {
-        IcalCalendarStores stores(zone, {});
-        stores.setSources({CalendarSource::at(folder / "many")});
-        stores.setWaits({0.01, 0.01});
-        stores.makeEventStore();
+        IcalCalendarStores these(zone, {});
+        these.setSources({CalendarSource::at(folder / "many")});
+        these.setWaits({0.01, 0.01});
+        these.makeEventStore();
     }
     EXPECT_LT(std::chrono::duration<double>(Clock::now() - before).count(), whole.count() / 2);
 }

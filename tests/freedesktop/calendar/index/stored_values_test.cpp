@@ -85,7 +85,7 @@ TEST(StoredValues, FileComesBackEqual) {
 
 TEST(StoredValues, FileOfAnotherVersionIsNone) {
     FileVersion other = version;
-    ++other.changed;
+    --other.changed;
     EXPECT_FALSE(fileFromBytes(bytesOfFile(version, everyKind()), other));
 }
 
