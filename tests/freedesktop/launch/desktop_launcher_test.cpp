@@ -74,8 +74,8 @@ protected:
 TEST_F(DesktopLauncherTest, OpensALinkWithTheHandlerOfItsScheme) {
     install("handler", "%u");
     associate(eventScheme, "handler");
-    open("x-apple-calevent://work/42?o=1.0");
-    EXPECT_THAT(started(1), ElementsAre(ElementsAre("x-apple-calevent://work/42?o=1.0")));
+    open("x-apple-calevent://office/42?o=1.0");
+    EXPECT_THAT(started(1), ElementsAre(ElementsAre("x-apple-calevent://office/42?o=1.0")));
     EXPECT_TRUE(launcher->waitForLaunches(5));
     EXPECT_THAT(log.lines, IsEmpty());
 }
@@ -109,7 +109,7 @@ TEST_F(DesktopLauncherTest, SaysWhereAHandlerCannotBeStarted) {
           "[Desktop Entry]\nType=Application\nName=broken\nExec=" RECORDER " %u\n"
           "Path=/nonexistent/folder\n");
     associate(eventScheme, "broken");
-    open("x-apple-calevent://work/42?o=1.0");
+    open("x-apple-calevent://office/42?o=1.0");
     EXPECT_TRUE(launcher->waitForLaunches(5));
     EXPECT_THAT(log.lines, ElementsAre(HasSubstr("could not be opened")));
 }
@@ -118,7 +118,7 @@ TEST_F(DesktopLauncherTest, DoesNotWaitForAHandler) {
     install("slow", "%u", "", 3000);
     associate(eventScheme, "slow");
     const auto start = std::chrono::steady_clock::now();
-    open("x-apple-calevent://work/42?o=1.0");
+    open("x-apple-calevent://office/42?o=1.0");
     EXPECT_THAT(started(1), SizeIs(1));
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(2500));
 }
@@ -189,12 +189,12 @@ TEST_F(DesktopLauncherTest, DropsAnApplicationThatDoesNotAnswerInTime) {
     install("org.example.Bus", "started %u", "DBusActivatable=true");
     associate(eventScheme, "org.example.Bus");
     activate("org.example.Bus");
-    open("x-apple-calevent://work/42?o=1.0");
+    open("x-apple-calevent://office/42?o=1.0");
     EXPECT_TRUE(launcher->waitForLaunches(10));
     EXPECT_THAT(log.lines,
                 ElementsAre("QRV: the application org.example.Bus.desktop could not be brought to "
                             "the front: it did not answer",
-                            "QRV: the link x-apple-calevent://work/42?o=1.0 could not be opened: "
+                            "QRV: the link x-apple-calevent://office/42?o=1.0 could not be opened: "
                             "it did not answer"));
     EXPECT_THAT(silent.calls(), SizeIs(2));
     EXPECT_THAT(startedMeanwhile(), IsEmpty());
@@ -249,7 +249,7 @@ TEST_F(DesktopLauncherTest, LeavesNoProcessesBehind) {
     associate(eventScheme, "handler");
     install("org.example.App", "front");
     for (int i = 0; i < 10; ++i) {
-        open("x-apple-calevent://work/42?o=1.0");
+        open("x-apple-calevent://office/42?o=1.0");
         activate("org.example.App");
     }
     EXPECT_THAT(started(20), SizeIs(20));
@@ -332,7 +332,7 @@ protected:
 TEST_F(SilentSessionTest, AProgramNeedsNoBus) {
     install("handler", "%u");
     associate(eventScheme, "handler");
-    open("x-apple-calevent://work/42?o=1.0");
+    open("x-apple-calevent://office/42?o=1.0");
     EXPECT_THAT(started(1), SizeIs(1));
     EXPECT_EQ(bus.connections(), 0);
 }

@@ -6,7 +6,7 @@ namespace quorvel::freedesktop {
 namespace {
 
 TEST(OpenableLinkTest, TakesTheWidgetsOwnSchemesAlone) {
-    EXPECT_EQ(problemWithLink("x-apple-calevent://work/42?o=1.0"), std::nullopt);
+    EXPECT_EQ(problemWithLink("x-apple-calevent://office/42?o=1.0"), std::nullopt);
     EXPECT_EQ(problemWithLink("fantastical2://show?date=2014-3-7"), std::nullopt);
     for (const char* link :
          {"", "x-apple-calevent", "http://example.org/", "file:///etc/passwd", "javascript:1",

@@ -33,7 +33,7 @@ private:
         return g_variant_new_parsed(
             "({@o '/a': {'org.gnome.evolution.dataserver.Source': "
             "{'UID': <'people'>, 'Data': <'[Address Book]'>}}, "
-            "@o '/b': {'org.example.Other': {'UID': <'work'>}}, "
+            "@o '/b': {'org.example.Other': {'UID': <'office'>}}, "
             "@o '/c': {'org.gnome.evolution.dataserver.Source': {'UID': <42>}}, "
             "@o '/d': {'org.gnome.evolution.dataserver.Source': {'UID': <%s>}}},)",
             known);
@@ -57,34 +57,34 @@ public:
 };
 
 TEST_F(QuorvelOpenTest, EvolutionOpensAnEventOfACalendarThatTheDesktopKnows) {
-    const CalendarSources sources("work");
+    const CalendarSources sources("office");
     install("org.gnome.Evolution", "evolution %U");
     EXPECT_EQ(quorvelOpen({eventLink}).status, 0);
-    EXPECT_THAT(started(1),
-                ElementsAre(ElementsAre("evolution", "calendar:///?source-uid=work&comp-uid=42")));
+    EXPECT_THAT(started(1), ElementsAre(ElementsAre("evolution",
+                                                    "calendar:///?source-uid=office&comp-uid=42")));
     EXPECT_THAT(sources.calls(), ElementsAre("GetManagedObjects()"));
 }
 
 TEST_F(QuorvelOpenTest, GnomeCalendarOpensAnEventOfACalendarThatTheDesktopKnows) {
-    const CalendarSources sources("work");
+    const CalendarSources sources("office");
     install("org.gnome.Calendar", "run org.gnome.Calendar @@u %U @@", "DBusActivatable=true");
     EXPECT_EQ(quorvelOpen({eventLink}).status, 0);
     EXPECT_THAT(started(1), ElementsAre(ElementsAre("run", "org.gnome.Calendar", "@@u", "@@",
-                                                    "--uuid", "work:42")));
+                                                    "--uuid", "office:42")));
 }
 
 TEST_F(QuorvelOpenTest, AHostileIdentifierReachesTheApplicationsAsOneArgument) {
-    const CalendarSources sources("work");
+    const CalendarSources sources("office");
     const std::string uid = "';$(touch,x)`y`&--help%0A%20|/..//\"";
-    const std::string link = "x-apple-calevent://work/" + uid + "?o=415907100.0";
+    const std::string link = "x-apple-calevent://office/" + uid + "?o=415907100.0";
     install("org.gnome.Calendar", "calendar %U");
     EXPECT_EQ(quorvelOpen({link}).status, 0);
-    EXPECT_THAT(started(1), ElementsAre(ElementsAre("calendar", "--uuid", "work:" + uid)));
+    EXPECT_THAT(started(1), ElementsAre(ElementsAre("calendar", "--uuid", "office:" + uid)));
     std::filesystem::remove(record());
     install("org.gnome.Evolution", "evolution %U");
     EXPECT_EQ(quorvelOpen({link}).status, 0);
     EXPECT_THAT(started(1),
-                ElementsAre(ElementsAre("evolution", "calendar:///?source-uid=work&comp-uid="
+                ElementsAre(ElementsAre("evolution", "calendar:///?source-uid=office&comp-uid="
                                                      "%27%3B%24%28touch%2Cx%29%60y%60%26--help"
                                                      "%250A%2520%7C%2F..%2F%2F%22")));
 }
@@ -98,7 +98,7 @@ TEST_F(QuorvelOpenTest, AnEventOfAnUnknownCalendarOpensAtItsDay) {
 }
 
 TEST_F(QuorvelOpenTest, ADayAsksForNoSources) {
-    const CalendarSources sources("work");
+    const CalendarSources sources("office");
     install("org.gnome.Evolution", "evolution %U");
     EXPECT_EQ(quorvelOpen({dayLink}).status, 0);
     EXPECT_THAT(started(1),
@@ -107,7 +107,7 @@ TEST_F(QuorvelOpenTest, ADayAsksForNoSources) {
 }
 
 TEST_F(QuorvelOpenTest, SourcesThatAreSilentHoldTheDayUpForAFewSecondsOnly) {
-    const CalendarSources sources("work", false);
+    const CalendarSources sources("office", false);
     install("org.gnome.Evolution", "evolution %U");
     const Outcome outcome = quorvelOpen({eventLink});
     EXPECT_EQ(outcome.status, 0);

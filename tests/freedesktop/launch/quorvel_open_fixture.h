@@ -16,7 +16,7 @@ struct Outcome {
     double seconds = 0; // that it took
 };
 
-constexpr const char* eventLink = "x-apple-calevent://work/42?o=415907100.0"; // 2014-03-07 17:45
+constexpr const char* eventLink = "x-apple-calevent://office/42?o=415907100.0"; // 2014-03-07 17:45
 constexpr const char* dayLink = "fantastical2://show?date=2014-3-7";
 
 class QuorvelOpenTest : public LaunchTest {

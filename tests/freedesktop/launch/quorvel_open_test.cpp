@@ -140,7 +140,8 @@ TEST_F(QuorvelOpenTest, AHostileLinkStaysOneArgumentOrIsRefused) {
                                 "a b", "\"a\"",     "%0A%20%00",  "../../etc", "--help",
                                 "%u",  "a&b|c>d",   "*?[a]",      "\xFF\xFE",  "\\"};
     for (const std::string& uid : uids) {
-        const Outcome outcome = quorvelOpen({"x-apple-calevent://work/" + uid + "?o=415907100.0"});
+        const Outcome outcome =
+            quorvelOpen({"x-apple-calevent://office/" + uid + "?o=415907100.0"});
         if (outcome.status == 0) {
             EXPECT_THAT(started(1), ElementsAre(ElementsAre(
                                         "evolution", "calendar:///?startdate=20140307T174500Z")))
@@ -153,10 +154,10 @@ TEST_F(QuorvelOpenTest, AHostileLinkStaysOneArgumentOrIsRefused) {
         std::filesystem::remove(record());
     }
     for (const std::string& link :
-         {"x-apple-calevent://work/" + std::string(100000, 'x') + "?o=1.0",
+         {"x-apple-calevent://office/" + std::string(100000, 'x') + "?o=1.0",
           std::string("file:///etc/passwd"), std::string("calendar:///?startdate=20140307T174500Z"),
-          std::string("X-APPLE-CALEVENT://work/42?o=1.0"),
-          std::string("x-apple-calevent:work/42?o=1.0")}) {
+          std::string("X-APPLE-CALEVENT://office/42?o=1.0"),
+          std::string("x-apple-calevent:office/42?o=1.0")}) {
         EXPECT_EQ(quorvelOpen({link}).status, 2) << link.substr(0, 40);
     }
     EXPECT_THAT(startedMeanwhile(), IsEmpty());

@@ -195,11 +195,11 @@ TEST_F(LivePresenterTest, WhenACalendarIsWrittenReplacedAddedOrRemoved) {
     EXPECT_TRUE(isPresented());
     write(folder / "calendars/home/color", "#FF0000");
     EXPECT_TRUE(isPresented());
-    fs::create_directories(folder / "calendars/work");
+    fs::create_directories(folder / "calendars/office");
     EXPECT_TRUE(isPresented());
-    write(folder / "calendars/work/event.ics", "1");
+    write(folder / "calendars/office/event.ics", "1");
     EXPECT_TRUE(isPresented());
-    fs::remove_all(folder / "calendars/work");
+    fs::remove_all(folder / "calendars/office");
     EXPECT_TRUE(isPresented());
     fs::remove(folder / "one.ics");
     EXPECT_TRUE(isPresented());
