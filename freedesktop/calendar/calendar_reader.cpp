@@ -29,7 +29,7 @@ std::string identifierOf(const platform::EKCalendar& calendar, const Occurrence&
     return identifier;
 }
 
-std::optional<std::string> textOf(const IcsFile& file, const std::optional<Slice>& slice) {
+std::optional<std::string> textOf(const IcsFile& file, const SmallOptional<Slice>& slice) {
     return slice ? std::optional(readText(file.slice(*slice))) : std::nullopt;
 }
 
@@ -405,7 +405,9 @@ ExpandedCalendar CalendarReader::expandOne(const SearchRequest& request,
     std::vector<Occurrence> occurrences;
     for (const auto& entry : calendar->entries) {
         if (expander.mayMeetWindow(entry.firstDay, entry.lastDay)) {
-            expander.expand(entry.event, calendar->overrides, occurrences);
+            LoadedFile& file = *calendar->files[entry.file];
+            expander.expand({&file, &file.ics.events[entry.event]}, calendar->overrides,
+                            occurrences);
         }
     }
     ExpandedCalendar result{calendar, name, {}, problems.take(), {}};

@@ -9,10 +9,6 @@ namespace {
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::size_t longestLine = std::size_t{4} << 20U; // bytes
 
-char upperCase(char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
 bool isFold(char c) {
     return c == ' ' || c == '\t';
 }
@@ -182,12 +178,6 @@ std::optional<std::string_view> parameterValue(std::string_view parameters, std:
         parameters.remove_prefix(end == std::string_view::npos ? parameters.size() : end + 1);
     }
     return std::nullopt;
-}
-
-bool equalsIgnoringCase(std::string_view text, std::string_view upper) {
-    return text.size() == upper.size() &&
-           std::equal(text.begin(), text.end(), upper.begin(),
-                      [](char a, char b) { return upperCase(a) == upperCase(b); });
 }
 
 } // namespace quorvel::freedesktop::ics

@@ -61,6 +61,19 @@ std::optional<ContentLine> splitContentLine(std::string_view line);
 // The first value of a parameter, without its quotes. Names are compared regardless of case.
 std::optional<std::string_view> parameterValue(std::string_view parameters, std::string_view name);
 
-bool equalsIgnoringCase(std::string_view text, std::string_view upperCase);
+// In line, as it is asked of nearly every line.
+inline bool equalsIgnoringCase(std::string_view text, std::string_view upperCase) {
+    if (text.size() != upperCase.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (c != upperCase[i] &&
+            (c < 'a' || c > 'z' || static_cast<char>(c - 'a' + 'A') != upperCase[i])) {
+            return false;
+        }
+    }
+    return true;
+}
 
 } // namespace quorvel::freedesktop::ics

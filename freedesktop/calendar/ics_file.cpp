@@ -344,7 +344,7 @@ private:
         m_place = Place::event;
         m_nested = 0;
         m_event = {};
-        m_event.line = m_raw.number;
+        m_event.line = static_cast<std::uint32_t>(m_raw.number);
         m_event.calendar = m_calendar;
         m_event.cancelled = m_calendarCancels;
         m_event.firstRule = static_cast<std::uint32_t>(m_file.rules.size());
@@ -436,7 +436,7 @@ private:
             return std::nullopt;
         }
         EventTime time;
-        time.civil = value->civil;
+        time.reading = civilSeconds(value->civil);
         if (value->isDate) {
             time.kind = TimeKind::date;
         } else if (value->isUtc) {
@@ -470,7 +470,7 @@ private:
         rule.kind = kind;
         rule.parameters = keep(line.parameters);
         rule.value = keep(line.value);
-        rule.line = m_raw.number;
+        rule.line = static_cast<std::uint32_t>(m_raw.number);
         m_file.rules.push_back(rule);
         ++m_event.ruleCount;
         m_event.repeats = m_event.repeats || kind == RuleKind::rrule || kind == RuleKind::rdate;
@@ -517,8 +517,7 @@ private:
         if (!m_event.end) {
             return false;
         }
-        const std::int64_t length =
-            civilSeconds(m_event.end->civil) - civilSeconds(m_event.start.civil);
+        const std::int64_t length = m_event.end->reading - m_event.start.reading;
         const bool sameZone =
             m_event.end->kind == m_event.start.kind && m_event.end->zone == m_event.start.zone;
         return length < (sameZone ? 0 : -marginDays * secondsPerDay);
@@ -527,7 +526,7 @@ private:
     // Stays the same as long as the event does.
     std::string madeUpUid() const {
         const EventTime& start = m_event.start;
-        std::string source = std::to_string(civilSeconds(start.civil));
+        std::string source = std::to_string(start.reading);
         for (const auto& part : {m_event.title, m_event.location}) {
             source += '\n';
             source += part ? m_file.slice(*part) : std::string_view();
@@ -536,7 +535,7 @@ private:
     }
 
     void setDays() {
-        const std::int64_t start = civilDays(m_event.start.civil);
+        const std::int64_t start = dayOf(m_event.start.reading);
         std::int64_t first = start;
         std::int64_t last = start;
         for (std::uint32_t i = 0; i < m_event.ruleCount; ++i) {
@@ -544,7 +543,7 @@ private:
         }
         std::int64_t length = 1;
         if (m_event.end) {
-            length += std::max<std::int64_t>(civilDays(m_event.end->civil) - start, 0);
+            length += std::max<std::int64_t>(dayOf(m_event.end->reading) - start, 0);
         } else if (m_event.duration) {
             length += std::max<std::int64_t>(m_event.duration->days, 0) +
                       std::max<std::int64_t>(m_event.duration->seconds, 0) / secondsPerDay + 1;

@@ -17,18 +17,44 @@
 
 namespace quorvel::freedesktop::ics {
 
+// As std::optional, but no larger than the value: there are hundreds of thousands of them.
+template <typename Value>
+class SmallOptional {
+public:
+    SmallOptional() = default;
+    SmallOptional(const Value& value)
+        : m_value(value) {}
+    SmallOptional(const std::optional<Value>& value)
+        : m_value(value.value_or(Value::absent())) {}
+
+    bool has_value() const { return !(m_value == Value::absent()); }
+    explicit operator bool() const { return has_value(); }
+    const Value& operator*() const { return m_value; }
+    const Value* operator->() const { return &m_value; }
+    bool operator==(const SmallOptional&) const = default;
+
+private:
+    Value m_value = Value::absent();
+};
+
 // A part of IcsFile::text.
 struct Slice {
     std::uint32_t offset = 0;
     std::uint32_t length = 0;
+    bool operator==(const Slice&) const = default;
+
+    static constexpr Slice absent() { return {std::numeric_limits<std::uint32_t>::max(), 0}; }
 };
 
-enum class TimeKind : std::uint8_t { date, floating, utc, zoned };
+enum class TimeKind : std::uint8_t { none, date, floating, utc, zoned };
 
 struct EventTime {
-    CivilTime civil;
+    std::int64_t reading = 0; // of the wall clock, in seconds since 1970 as if it were one of UTC
+    std::uint32_t zone = 0;   // of IcsFile::zoneNames, where zoned
     TimeKind kind = TimeKind::floating;
-    std::uint32_t zone = 0; // of IcsFile::zoneNames, where zoned
+    bool operator==(const EventTime&) const = default;
+
+    static constexpr EventTime absent() { return {0, 0, TimeKind::none}; }
 };
 
 // A name means what the iCalendar object says in which it stands.
@@ -44,25 +70,25 @@ struct RuleLine {
     RuleKind kind = RuleKind::rrule;
     Slice parameters;
     Slice value;
-    std::size_t line = 0;
+    std::uint32_t line = 0;
 };
 
 struct IcsEvent {
-    std::size_t line = 0;       // of its BEGIN
-    std::uint32_t calendar = 0; // as in ZoneName
     Slice uid;
-    std::optional<Slice> title;    // raw
-    std::optional<Slice> location; // raw
+    SmallOptional<Slice> title;    // raw
+    SmallOptional<Slice> location; // raw
     EventTime start;
-    std::optional<EventTime> end;
-    std::optional<Duration> duration;
-    std::optional<EventTime> recurrenceId;
+    SmallOptional<EventTime> end;
+    SmallOptional<Duration> duration;
+    SmallOptional<EventTime> recurrenceId;
+    std::int64_t stamp = std::numeric_limits<std::int64_t>::min(); // DTSTAMP, seconds since 1970
+    int sequence = 0;
     bool thisAndFuture = false; // the override holds for what follows as well
     bool cancelled = false;
-    bool repeats = false; // RRULE or RDATE
-    int sequence = 0;
-    std::int64_t stamp = std::numeric_limits<std::int64_t>::min(); // DTSTAMP, seconds since 1970
-    std::uint32_t firstRule = 0;                                   // of IcsFile::rules
+    bool repeats = false;        // RRULE or RDATE
+    std::uint32_t line = 0;      // of its BEGIN
+    std::uint32_t calendar = 0;  // as in ZoneName
+    std::uint32_t firstRule = 0; // of IcsFile::rules
     std::uint32_t ruleCount = 0;
     // Days since 1970 outside of which no occurrence lies, whatever the zones are.
     std::int32_t firstDay = 0;

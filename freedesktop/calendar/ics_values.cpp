@@ -320,11 +320,12 @@ std::int64_t civilSeconds(const CivilTime& time) {
            std::int64_t{time.minute} * 60 + time.second;
 }
 
+std::int64_t dayOf(std::int64_t seconds) {
+    return seconds / secondsPerDay - (seconds % secondsPerDay < 0 ? 1 : 0);
+}
+
 CivilTime civilFromSeconds(std::int64_t seconds) {
-    std::int64_t days = seconds / secondsPerDay;
-    if (seconds % secondsPerDay < 0) {
-        --days;
-    }
+    const std::int64_t days = dayOf(seconds);
     const CivilDay day = civilDay(days);
     const int ofDay = static_cast<int>(seconds - days * secondsPerDay);
     return {

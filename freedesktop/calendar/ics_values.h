@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,6 +26,8 @@ struct Duration {
     std::int64_t days = 0;
     std::int64_t seconds = 0;
     bool operator==(const Duration&) const = default;
+
+    static constexpr Duration absent() { return {std::numeric_limits<std::int64_t>::min(), 0}; }
 };
 
 std::optional<Duration> readDuration(std::string_view text);
@@ -55,5 +58,6 @@ std::string validUtf8(std::string_view bytes);
 std::int64_t civilSeconds(const CivilTime& time);
 CivilTime civilFromSeconds(std::int64_t seconds);
 std::int64_t civilDays(const CivilTime& time); // since 1970-01-01
+std::int64_t dayOf(std::int64_t seconds);      // likewise
 
 } // namespace quorvel::freedesktop::ics

@@ -16,7 +16,7 @@ namespace quorvel::freedesktop::ics {
 struct LoadedCalendar {
     std::shared_ptr<const platform::EKCalendar> calendar;
     std::vector<std::shared_ptr<LoadedFile>> files;
-    std::vector<EventEntry> entries;
+    std::vector<EventEntry> entries; // all events, to be passed over quickly
     Overrides overrides;
 
     // A folder of events may be empty; of files that are there, one at least must be a calendar's.

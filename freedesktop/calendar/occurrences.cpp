@@ -34,18 +34,13 @@ std::int64_t bounded(double seconds) {
     return static_cast<std::int64_t>(std::clamp(std::floor(seconds), -farthest, farthest));
 }
 
-std::int64_t dayOf(std::int64_t seconds) {
-    return seconds >= 0 ? seconds / secondsPerDay
-                        : -((-seconds + secondsPerDay - 1) / secondsPerDay);
-}
-
 EventTime moved(EventTime time, std::int64_t seconds) {
-    time.civil = civilFromSeconds(civilSeconds(time.civil) + seconds);
+    time.reading += seconds;
     return time;
 }
 
 std::int64_t overriddenReading(const EventReference& reference) {
-    return civilSeconds(reference.event->recurrenceId->civil);
+    return reference.event->recurrenceId->reading;
 }
 
 std::vector<EventReference>::const_iterator
@@ -59,7 +54,7 @@ firstOverrideFrom(const std::vector<EventReference>& sorted, std::int64_t readin
 bool beginAlike(const EventReference& a, const EventReference& b) {
     const EventTime& first = a.event->start;
     const EventTime& second = b.event->start;
-    return first.civil == second.civil && first.kind == second.kind;
+    return first.reading == second.reading && first.kind == second.kind;
 }
 
 // Of its own calendar, else of another one in the file.
@@ -82,10 +77,9 @@ std::shared_ptr<const TimeZone> definedZone(const std::vector<ZoneDefinition>& d
     return elsewhere;
 }
 
-// Events that are no overrides, the newest versions of each UID.
+// Of events with the same UID, which are no overrides, the newest versions.
 class Masters {
 public:
-    explicit Masters(std::size_t mostEvents) { m_versions.reserve(mostEvents); }
     void add(const EventReference& reference) {
         const auto [found, isFirst] =
             m_versions.try_emplace(uidOf(reference), Versions{reference, {}});
@@ -110,7 +104,7 @@ public:
 
 private:
     struct Versions {
-        EventReference one; // nearly always alone
+        EventReference one;
         std::vector<EventReference> others;
     };
 
@@ -129,6 +123,47 @@ private:
 
     std::unordered_map<std::string_view, Versions> m_versions;
 };
+
+using Files = std::vector<std::shared_ptr<LoadedFile>>;
+
+// In the files' order, by the number of each among all events.
+template <typename Use>
+void forEachEvent(const Files& files, Use use) {
+    std::uint32_t number = 0;
+    for (std::uint32_t fileNumber = 0; fileNumber < files.size(); ++fileNumber) {
+        LoadedFile& file = *files[fileNumber];
+        for (std::uint32_t event = 0; event < file.ics.events.size(); ++event) {
+            use(number++, EventReference{&file, &file.ics.events[event]},
+                EventEntry{file.ics.events[event].firstDay, file.ics.events[event].lastDay,
+                           fileNumber, event});
+        }
+    }
+}
+
+// Which of the events, by their numbers, share a UID with another, or may do so: by the UIDs'
+// hashes, as nearly all have one of their own.
+std::vector<bool> findContested(const Files& files, std::size_t count) {
+    struct Key {
+        std::size_t hash;
+        std::uint32_t number;
+    };
+    std::vector<Key> keys;
+    keys.reserve(count);
+    forEachEvent(files, [&](std::uint32_t number, const EventReference& one, const EventEntry&) {
+        if (!one.event->recurrenceId) {
+            const std::string_view uid = one.file->ics.slice(one.event->uid);
+            keys.push_back({std::hash<std::string_view>()(uid), number});
+        }
+    });
+    std::sort(keys.begin(), keys.end(), [](const Key& a, const Key& b) { return a.hash < b.hash; });
+    std::vector<bool> isContested(count);
+    for (std::size_t i = 1; i < keys.size(); ++i) {
+        if (keys[i].hash == keys[i - 1].hash) {
+            isContested[keys[i].number] = isContested[keys[i - 1].number] = true;
+        }
+    }
+    return isContested;
+}
 
 void sortOverrides(OverrideSet& set) {
     std::reverse(set.all.begin(), set.all.end()); // of equals the last one is the newest
@@ -157,59 +192,53 @@ bool belongsTo(const Window& window, std::int64_t start, std::int64_t end) {
 
 namespace {
 
-// What follows an override may move with it out of the days of its event.
-EventEntry masterEntry(const EventReference& reference, Overrides& overrides) {
-    EventEntry entry{reference.event->firstDay, reference.event->lastDay, reference};
-    if (overrides.empty()) {
-        return entry;
-    }
-    const auto set = overrides.find(reference.file->ics.slice(reference.event->uid));
+// The overrides get to know the whole event. What follows one of them may move with it out of the
+// event's days.
+void followMaster(const EventReference& master, Overrides& overrides, EventEntry& entry) {
+    const auto set = overrides.find(master.file->ics.slice(master.event->uid));
     if (set == overrides.end()) {
-        return entry;
+        return;
     }
-    set->second.master = reference;
+    set->second.master = master;
     if (!set->second.future.empty()) {
         constexpr std::int32_t days = longestShift / secondsPerDay;
         constexpr auto farthest = std::numeric_limits<std::int32_t>::max();
         entry.firstDay = std::max(entry.firstDay, days - farthest) - days;
         entry.lastDay = std::min(entry.lastDay, farthest - days) + days;
     }
-    return entry;
 }
 
 } // namespace
 
 EventSet collectEvents(const std::vector<std::shared_ptr<LoadedFile>>& files) {
-    EventSet result;
     std::size_t count = 0;
     for (const auto& file : files) {
         count += file->ics.events.size();
     }
-    result.entries.reserve(count);
-    Masters masters(count);
-    for (const auto& file : files) {
-        for (const IcsEvent& event : file->ics.events) {
-            const EventReference reference{file.get(), &event};
-            if (event.recurrenceId) {
-                result.overrides[file->ics.slice(event.uid)].all.push_back(reference);
-            } else {
-                masters.add(reference);
-            }
+    EventSet result;
+    Masters masters;
+    const std::vector<bool> isContested = findContested(files, count);
+    forEachEvent(files, [&](std::uint32_t number, const EventReference& one, const EventEntry&) {
+        if (one.event->recurrenceId) {
+            result.overrides[one.file->ics.slice(one.event->uid)].all.push_back(one);
+        } else if (isContested[number]) {
+            masters.add(one);
         }
-    }
+    });
     for (auto& [uid, set] : result.overrides) {
         sortOverrides(set);
     }
-    for (const auto& file : files) {
-        for (const IcsEvent& event : file->ics.events) {
-            const EventReference reference{file.get(), &event};
-            if (event.recurrenceId) {
-                result.entries.push_back({event.firstDay, event.lastDay, reference});
-            } else if (masters.holds(reference)) {
-                result.entries.push_back(masterEntry(reference, result.overrides));
-            }
-        }
-    }
+    result.entries.reserve(count);
+    forEachEvent(files,
+                 [&](std::uint32_t number, const EventReference& one, const EventEntry& entry) {
+                     if (isContested[number] && !masters.holds(one)) {
+                         return;
+                     }
+                     result.entries.push_back(entry);
+                     if (!one.event->recurrenceId && !result.overrides.empty()) {
+                         followMaster(one, result.overrides, result.entries.back());
+                     }
+                 });
     return result;
 }
 
@@ -287,7 +316,7 @@ bool Expander::isTakenBack(const EventReference& reference, const OverrideSet& s
     }
     const EventTime& time = *reference.event->recurrenceId;
     Series series = seriesOf(*master.file, *master.event, false);
-    series.from = series.to = time.civil;
+    series.from = series.to = time.reading;
     for (std::uint32_t i = 0; i < master.event->ruleCount; ++i) {
         const RuleLine& rule = master.file->ics.rules[master.event->firstRule + i];
         if (rule.kind == RuleKind::exdate) {
@@ -295,7 +324,7 @@ bool Expander::isTakenBack(const EventReference& reference, const OverrideSet& s
         }
     }
     return series.excludedInstants.count(instantOf(*reference.file, time)) != 0 ||
-           series.excludedDays.count(civilDays(time.civil)) != 0;
+           series.excludedDays.count(dayOf(time.reading)) != 0;
 }
 
 // ---- times and zones
@@ -348,9 +377,9 @@ ZoneClock& Expander::floatingClock(LoadedFile& file) {
 
 std::int64_t Expander::instantOf(LoadedFile& file, const EventTime& time) {
     if (time.kind == TimeKind::date) {
-        return m_userZone.platformInstant(time.civil);
+        return m_userZone.platformInstant(time.reading);
     }
-    return clockOf(file, time).instant(time.civil).seconds;
+    return clockOf(file, time).instant(time.reading).seconds;
 }
 
 Expander::Length Expander::lengthOf(LoadedFile& file, const IcsEvent& event) {
@@ -358,7 +387,7 @@ Expander::Length Expander::lengthOf(LoadedFile& file, const IcsEvent& event) {
     Length length;
     if (start.kind == TimeKind::date) {
         if (event.end) {
-            length.days = civilDays(event.end->civil) - civilDays(start.civil);
+            length.days = dayOf(event.end->reading) - dayOf(start.reading);
         } else if (event.duration) {
             length.days = event.duration->days +
                           (event.duration->seconds + secondsPerDay - 1) / secondsPerDay;
@@ -386,13 +415,13 @@ std::int64_t Expander::endOf(LoadedFile& file, const EventTime& start, std::int6
                              const Length& length) {
     if (start.kind == TimeKind::date) {
         return m_userZone.platformInstant(
-            moved(start, length.days * secondsPerDay - 1).civil); // 23:59:59 of its last day
+            moved(start, length.days * secondsPerDay - 1).reading); // 23:59:59 of its last day
     }
     if (length.days == 0) {
         return startInstant + length.seconds;
     }
     const EventTime end = moved(start, length.days * secondsPerDay);
-    return std::max(clockOf(file, end).instant(end.civil).seconds + length.seconds, startInstant);
+    return std::max(clockOf(file, end).instant(end.reading).seconds + length.seconds, startInstant);
 }
 
 void Expander::emit(LoadedFile& file, const IcsEvent& event, const EventTime& start,
@@ -417,7 +446,7 @@ namespace {
 // The clock's reading, moved to the past (-1) or the future (1) by what the clock changes around it
 // and a little more: dense rules would spend themselves in a wide margin.
 std::int64_t readingNear(const ZoneClock& clock, std::int64_t instant, int direction) {
-    const auto offsetAt = [&clock](std::int64_t at) { return civilSeconds(clock.civil(at)) - at; };
+    const auto offsetAt = [&clock](std::int64_t at) { return clock.reading(at) - at; };
     const std::int64_t change =
         std::abs(offsetAt(instant - marginSeconds) - offsetAt(instant + marginSeconds));
     constexpr std::int64_t little = 60;
@@ -431,8 +460,8 @@ Expander::Series Expander::seriesOf(LoadedFile& file, const IcsEvent& event, boo
     ZoneClock& clock = event.start.kind == TimeKind::date ? m_userZone : clockOf(file, event.start);
     const std::int64_t shift = mayShift ? longestShift : 0;
     const std::int64_t reach = series.length.days * secondsPerDay + series.length.seconds;
-    series.from = civilFromSeconds(readingNear(clock, bounded(m_window.from), -1) - reach - shift);
-    series.to = civilFromSeconds(readingNear(clock, bounded(m_window.to), 1) + shift);
+    series.from = readingNear(clock, bounded(m_window.from), -1) - reach - shift;
+    series.to = readingNear(clock, bounded(m_window.to), 1) + shift;
     return series;
 }
 
@@ -445,9 +474,9 @@ void Expander::expandSeries(LoadedFile& file, const IcsEvent& event, const Overr
         switch (rule.kind) {
         case RuleKind::rrule:
             hasRule = true;
-            for (const CivilTime& civil : ruleStarts(series, rule)) {
+            for (const std::int64_t reading : ruleStarts(series, rule)) {
                 EventTime time = event.start;
-                time.civil = civil;
+                time.reading = reading;
                 addStart(series, time, std::nullopt);
             }
             break;
@@ -488,7 +517,7 @@ void Expander::emitSeries(Series& series, const OverrideSet* overrides,
         const bool repeated = last != nullptr && last->instant == start.instant;
         last = &start;
         if (repeated || series.excludedInstants.count(start.instant) != 0 ||
-            series.excludedDays.count(civilDays(start.time.civil)) != 0) {
+            series.excludedDays.count(dayOf(start.time.reading)) != 0) {
             continue;
         }
         ++m_cost.repeats;
@@ -500,10 +529,9 @@ void Expander::emitSeries(Series& series, const OverrideSet* overrides,
             emit(series.file, series.event, start.time, start.length.value_or(series.length),
                  recurrence, result);
         } else if (!from->event->cancelled) {
-            const std::int64_t shift =
-                civilSeconds(from->event->start.civil) - overriddenReading(*from);
+            const std::int64_t shift = from->event->start.reading - overriddenReading(*from);
             EventTime time = from->event->start;
-            time.civil = moved(start.time, std::clamp(shift, -longestShift, longestShift)).civil;
+            time.reading = start.time.reading + std::clamp(shift, -longestShift, longestShift);
             emit(*from->file, *from->event, time, lengthOf(*from->file, *from->event), recurrence,
                  result);
         }
@@ -517,16 +545,15 @@ void Expander::addStart(Series& series, const EventTime& time, std::optional<Len
 // Readings that come twice are about to show that an instant is more than its reading.
 void Expander::endAtInstant(recurrence::RecurrenceRequest& request, ZoneClock& clock,
                             std::int64_t instant) {
-    const std::int64_t surelyBefore = civilSeconds(clock.civil(instant)) - secondsPerDay;
+    const std::int64_t surelyBefore = clock.reading(instant) - secondsPerDay;
     request.until = surelyBefore + 2 * secondsPerDay;
     request.exists = [&clock, instant, surelyBefore](std::int64_t reading) {
         return clock.exists(reading) &&
-               (reading < surelyBefore ||
-                clock.instant(civilFromSeconds(reading)).seconds <= instant);
+               (reading < surelyBefore || clock.instant(reading).seconds <= instant);
     };
 }
 
-std::vector<CivilTime> Expander::ruleStarts(Series& series, const RuleLine& line) {
+std::vector<std::int64_t> Expander::ruleStarts(Series& series, const RuleLine& line) {
     const IcsEvent& event = series.event;
     ZoneClock& clock = clockOf(series.file, event.start);
     const std::string_view text = series.file.ics.slice(line.value);
@@ -538,15 +565,15 @@ std::vector<CivilTime> Expander::ruleStarts(Series& series, const RuleLine& line
     const auto until = untilOf(text);
     if (!rule || (rule->hasUntil && !until)) {
         report(rule ? "its UNTIL cannot be used" : problem);
-        return line.kind == RuleKind::rrule ? std::vector{event.start.civil}
-                                            : std::vector<CivilTime>();
+        return line.kind == RuleKind::rrule ? std::vector{event.start.reading}
+                                            : std::vector<std::int64_t>();
     }
     recurrence::RecurrenceRequest request(*rule);
-    request.start = civilSeconds(event.start.civil);
+    request.start = event.start.reading;
     request.wholeDays = event.start.kind == TimeKind::date;
     request.startCounts = line.kind == RuleKind::rrule;
-    request.from = civilSeconds(series.from);
-    request.to = civilSeconds(series.to);
+    request.from = series.from;
+    request.to = series.to;
     if (until) {
         request.until = civilSeconds(until->civil);
         if (until->isDate) { // the whole of that day
@@ -573,11 +600,7 @@ std::vector<CivilTime> Expander::ruleStarts(Series& series, const RuleLine& line
     if (!starts.problem.empty()) {
         report(starts.problem);
     }
-    std::vector<CivilTime> result;
-    for (const std::int64_t reading : starts.readings) {
-        result.push_back(civilFromSeconds(reading));
-    }
-    return result;
+    return starts.readings;
 }
 
 recurrence::CountEnd Expander::countEnd(Series& series, const RuleLine& line,
@@ -597,7 +620,7 @@ recurrence::CountEnd Expander::countEnd(Series& series, const RuleLine& line,
 
 EventTime Expander::listedTime(Series& series, const RuleLine& rule, const TimeValue& value) {
     EventTime time = series.event.start; // without a zone of its own the event's
-    time.civil = value.civil;
+    time.reading = civilSeconds(value.civil);
     if (value.isDate) {
         time.kind = TimeKind::date;
     } else if (value.isUtc) {
@@ -619,8 +642,8 @@ EventTime Expander::listedTime(Series& series, const RuleLine& rule, const TimeV
 
 void Expander::addDates(Series& series, const RuleLine& rule) {
     const EventTime& like = series.event.start;
-    const std::int64_t from = civilSeconds(series.from);
-    const std::int64_t to = civilSeconds(series.to);
+    const std::int64_t from = series.from;
+    const std::int64_t to = series.to;
     for (const std::string_view part : listParts(series.file.ics.slice(rule.value))) {
         const auto value = readPeriodOrTime(part);
         if (!value) {
@@ -631,12 +654,11 @@ void Expander::addDates(Series& series, const RuleLine& rule) {
         std::optional<Length> length;
         if (like.kind == TimeKind::date) {
             time = like;
-            time.civil = civilFromSeconds(civilDays(value->start.civil) * secondsPerDay);
+            time.reading = civilDays(value->start.civil) * secondsPerDay;
         } else if (time.kind == TimeKind::date) { // that day, at the event's time
             time = like;
-            time.civil =
-                civilFromSeconds(civilDays(value->start.civil) * secondsPerDay +
-                                 civilSeconds(like.civil) - civilDays(like.civil) * secondsPerDay);
+            time.reading = civilDays(value->start.civil) * secondsPerDay + like.reading -
+                           dayOf(like.reading) * secondsPerDay;
         } else if (value->end) {
             const EventTime end = listedTime(series, rule, *value->end);
             length = Length{0, std::max<std::int64_t>(
@@ -645,7 +667,7 @@ void Expander::addDates(Series& series, const RuleLine& rule) {
             length = Length{std::clamp<std::int64_t>(value->duration->days, 0, mostDays),
                             std::max<std::int64_t>(value->duration->seconds, 0)};
         }
-        const std::int64_t reading = civilSeconds(time.civil);
+        const std::int64_t reading = time.reading;
         const bool mayMeet =
             length || (reading >= from - marginSeconds && reading <= to + marginSeconds);
         if (mayMeet && series.starts.size() < mostListedTimes) {
@@ -655,8 +677,8 @@ void Expander::addDates(Series& series, const RuleLine& rule) {
 }
 
 void Expander::excludeDates(Series& series, const RuleLine& rule) {
-    const std::int64_t from = civilSeconds(series.from) - marginSeconds;
-    const std::int64_t to = civilSeconds(series.to) + marginSeconds;
+    const std::int64_t from = series.from - marginSeconds;
+    const std::int64_t to = series.to + marginSeconds;
     for (const std::string_view part : listParts(series.file.ics.slice(rule.value))) {
         const auto value = readTime(part);
         if (!value) {
@@ -673,16 +695,16 @@ void Expander::excludeDates(Series& series, const RuleLine& rule) {
 }
 
 void Expander::excludeRule(Series& series, const RuleLine& rule) {
-    for (const CivilTime& civil : ruleStarts(series, rule)) {
+    for (const std::int64_t reading : ruleStarts(series, rule)) {
         EventTime time = series.event.start;
-        time.civil = civil;
+        time.reading = reading;
         exclude(series, series.file, time);
     }
 }
 
 void Expander::excludeOverridden(Series& series, const OverrideSet& overrides) {
-    const std::int64_t from = civilSeconds(series.from) - marginSeconds;
-    const std::int64_t to = civilSeconds(series.to) + marginSeconds;
+    const std::int64_t from = series.from - marginSeconds;
+    const std::int64_t to = series.to + marginSeconds;
     for (auto it = firstOverrideFrom(overrides.all, from);
          it != overrides.all.end() && overriddenReading(*it) <= to; ++it) {
         EventTime time = *it->event->recurrenceId;
@@ -698,7 +720,7 @@ void Expander::excludeOverridden(Series& series, const OverrideSet& overrides) {
 
 void Expander::exclude(Series& series, LoadedFile& file, EventTime time) {
     if (time.kind == TimeKind::date || series.event.start.kind == TimeKind::date) {
-        series.excludedDays.insert(civilDays(time.civil));
+        series.excludedDays.insert(dayOf(time.reading));
     } else {
         series.excludedInstants.insert(instantOf(file, time));
     }

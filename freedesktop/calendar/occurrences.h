@@ -51,11 +51,12 @@ struct OverrideSet {
 // The overrides of a calendar's events, by UID.
 using Overrides = std::unordered_map<std::string_view, OverrideSet>;
 
-// An event, to be passed over quickly by the days that it can touch.
+// An event of a calendar's files, and the days that it can touch.
 struct EventEntry {
     std::int32_t firstDay = 0;
     std::int32_t lastDay = 0;
-    EventReference event;
+    std::uint32_t file = 0;
+    std::uint32_t event = 0; // of the file
 };
 
 // What a calendar's files come to: of several versions of an event the newest, and the overrides.
@@ -126,8 +127,8 @@ private:
         LoadedFile& file;
         const IcsEvent& event;
         Length length;
-        CivilTime from; // the readings that can meet the window
-        CivilTime to;
+        std::int64_t from = 0; // the readings that can meet the window
+        std::int64_t to = 0;
         std::vector<Start> starts;
         std::set<std::int64_t> excludedInstants;
         std::set<std::int64_t> excludedDays;
@@ -149,7 +150,7 @@ private:
     void expandSeries(LoadedFile& file, const IcsEvent& event, const OverrideSet* overrides,
                       std::vector<Occurrence>& result);
     void addStart(Series& series, const EventTime& time, std::optional<Length> length);
-    std::vector<CivilTime> ruleStarts(Series& series, const RuleLine& line);
+    std::vector<std::int64_t> ruleStarts(Series& series, const RuleLine& line);
     static void endAtInstant(recurrence::RecurrenceRequest& request, ZoneClock& clock,
                              std::int64_t instant);
     recurrence::CountEnd countEnd(Series& series, const RuleLine& line,

@@ -45,17 +45,16 @@ const std::optional<int>& ZoneClock::steadyOffset(std::int64_t day) {
     return m_offsets.emplace(day, offset).first->second;
 }
 
-Instant ZoneClock::instant(const CivilTime& time) {
-    const std::int64_t local = civilSeconds(time);
-    if (const auto offset = steadyOffset(civilDays(time))) {
-        return {local - *offset, true};
+Instant ZoneClock::instant(std::int64_t reading) {
+    if (const auto offset = steadyOffset(dayOf(reading))) {
+        return {reading - *offset, true};
     }
-    const std::int64_t late = secondsOf(m_zone->instant(time));
-    if (late + offsetAt(late) != local) {
+    const std::int64_t late = secondsOf(m_zone->instant(civilFromSeconds(reading)));
+    if (late + offsetAt(late) != reading) {
         return {late, false};
     }
     const int earlierOffset = offsetAt(late - secondsPerDay);
-    const std::int64_t early = local - earlierOffset;
+    const std::int64_t early = reading - earlierOffset;
     const bool twice = early < late && offsetAt(early) == earlierOffset;
     return {twice ? early : late, true};
 }
@@ -81,7 +80,7 @@ ZoneClock::Gap ZoneClock::gapAround(std::int64_t day) {
 }
 
 bool ZoneClock::exists(std::int64_t reading) {
-    const std::int64_t day = reading / secondsPerDay - (reading % secondsPerDay < 0 ? 1 : 0);
+    const std::int64_t day = dayOf(reading);
     if (steadyOffset(day)) {
         return true;
     }
@@ -89,15 +88,15 @@ bool ZoneClock::exists(std::int64_t reading) {
     return reading < gap.begin || reading >= gap.end;
 }
 
-std::int64_t ZoneClock::platformInstant(const CivilTime& time) {
-    if (const auto offset = steadyOffset(civilDays(time))) {
-        return civilSeconds(time) - *offset;
+std::int64_t ZoneClock::platformInstant(std::int64_t reading) {
+    if (const auto offset = steadyOffset(dayOf(reading))) {
+        return reading - *offset;
     }
-    return secondsOf(m_zone->instant(time));
+    return secondsOf(m_zone->instant(civilFromSeconds(reading)));
 }
 
-CivilTime ZoneClock::civil(std::int64_t seconds) const {
-    return m_zone->civilTime(dateAt(seconds));
+std::int64_t ZoneClock::reading(std::int64_t seconds) const {
+    return civilSeconds(m_zone->civilTime(dateAt(seconds)));
 }
 
 std::shared_ptr<ZoneClock> ZoneNames::named(std::string_view name) {

@@ -23,13 +23,15 @@ class ZoneClock {
 public:
     explicit ZoneClock(std::shared_ptr<const TimeZone> zone);
 
+    // Wall-clock readings are in seconds since 1970 as if they were ones of UTC.
+
     // As calendars mean it: of two instants with the same reading, the first.
-    Instant instant(const CivilTime& time);
-    // Whether a wall-clock reading, in seconds since 1970 as if it were one of UTC, comes at all.
+    Instant instant(std::int64_t reading);
+    // Whether the reading comes at all.
     bool exists(std::int64_t reading);
     // As the platform means it: of two instants with the same reading, the second.
-    std::int64_t platformInstant(const CivilTime& time);
-    CivilTime civil(std::int64_t seconds) const;
+    std::int64_t platformInstant(std::int64_t reading);
+    std::int64_t reading(std::int64_t seconds) const; // at the instant
     const TimeZone& zone() const { return *m_zone; }
 
 private:

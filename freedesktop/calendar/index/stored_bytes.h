@@ -32,8 +32,8 @@ public:
         number(text.size());
         m_bytes.append(text);
     }
-    template <typename Value, typename Write>
-    void optional(const std::optional<Value>& value, Write write) {
+    template <typename Optional, typename Write>
+    void optional(const Optional& value, Write write) {
         number(value ? 1U : 0U);
         if (value) {
             write(*value);

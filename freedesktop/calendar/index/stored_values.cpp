@@ -80,14 +80,14 @@ CivilTime takeCivilTime(ByteReader& reader) {
 
 void put(ByteWriter& writer, const EventTime& time) {
     writer.number(static_cast<unsigned>(time.kind));
-    put(writer, time.civil);
+    writer.number(time.reading);
     writer.number(time.zone);
 }
 
 EventTime takeEventTime(ByteReader& reader) {
     EventTime time;
-    time.kind = static_cast<TimeKind>(std::min(reader.number<unsigned>(), 3U));
-    time.civil = takeCivilTime(reader);
+    time.kind = static_cast<TimeKind>(std::min(reader.number<unsigned>(), 4U));
+    time.reading = reader.number<std::int64_t>();
     time.zone = reader.number<std::uint32_t>();
     return time;
 }
@@ -121,7 +121,7 @@ IcsEvent takeEvent(ByteReader& reader, SliceReader& slices) {
     const auto takeSlice = [&] { return slices.take(); };
     const auto takeTime = [&] { return takeEventTime(reader); };
     IcsEvent event;
-    event.line = reader.number<std::size_t>();
+    event.line = reader.number<std::uint32_t>();
     event.calendar = reader.number<std::uint32_t>();
     event.uid = slices.take();
     event.title = reader.optional(takeSlice);
@@ -158,7 +158,7 @@ RuleLine takeRule(ByteReader& reader, SliceReader& slices) {
     rule.kind = static_cast<RuleKind>(std::min(reader.number<unsigned>(), 3U));
     rule.parameters = slices.take();
     rule.value = slices.take();
-    rule.line = reader.number<std::size_t>();
+    rule.line = reader.number<std::uint32_t>();
     return rule;
 }
 

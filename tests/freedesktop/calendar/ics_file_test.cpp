@@ -130,7 +130,7 @@ TEST(IcsFile, TellsTheNewerOfTwoVersions) {
 TEST(IcsFile, BoundsTheDaysOfAnEvent) {
     const auto days = [](const std::string& more) {
         const IcsFile file = read(calendar(event("a", more)));
-        const std::int64_t start = civilDays(file.events.at(0).start.civil);
+        const std::int64_t start = dayOf(file.events.at(0).start.reading);
         return std::pair(file.events[0].firstDay - start, file.events[0].lastDay - start);
     };
     EXPECT_EQ(days("DTSTART:20240101T100000Z\r\n"), std::pair(std::int64_t{-2}, std::int64_t{3}));
