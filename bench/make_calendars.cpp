@@ -161,11 +161,11 @@ private:
             text += "RRULE:FREQ=WEEKLY" + count + "\r\n";
             return 7;
         }
-        if (kind <= 85) { // some days running
+        if (kind <= 80) { // some days running
             text += "RRULE:FREQ=DAILY" + count + "\r\n";
             return 1;
         }
-        if (kind <= 95) { // a birthday
+        if (kind <= 99) { // a birthday
             text += "RRULE:FREQ=YEARLY\r\n";
             return 365;
         }

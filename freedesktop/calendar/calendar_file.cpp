@@ -112,7 +112,7 @@ private:
 };
 
 IcsFile readCalendar(FilePieces& pieces, const ReadContext& context) {
-    IcsFileReader reader(context.zoneIsKnown);
+    IcsFileReader reader(context.zoneIsKnown, context.mostBytes);
     PieceBuffer buffer;
     buffer.append(pieces);
     while (!pieces.isDone()) {
@@ -217,6 +217,11 @@ void readCalendarFile(CalendarFile& file, const std::string& path, FileKind kind
     }
     if (pieces.error() != 0) {
         setError(file, pieces.error(), readAt);
+        return;
+    }
+    if (file.loaded && file.loaded->ics.isCut &&
+        context.mostBytes < IcsFileReader::mostBytesOfAFile) {
+        file.leaveOut();
         return;
     }
     // A file that was written to meanwhile is read once more the next time.

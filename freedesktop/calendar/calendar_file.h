@@ -44,6 +44,8 @@ struct ReadContext {
     std::function<bool(std::string_view)> zoneIsKnown; // from any thread
     std::function<std::int64_t()> fileClock;           // likewise; nanoseconds since 1970
     const std::atomic<bool>* isCancelled = nullptr;    // nobody wants to know any longer
+    // In memory. A file that takes more is left out.
+    std::size_t mostBytes = IcsFileReader::mostBytesOfAFile;
 };
 
 // Reads the file at the path. Nothing but a regular file is opened, and only so much of it is in

@@ -13,8 +13,9 @@
 namespace quorvel::freedesktop::ics {
 namespace {
 
-constexpr std::size_t mostBytesInMemory = std::size_t{128} << 20U;
-constexpr std::size_t mostProblemsOfAFile = 50; // while it is expanded
+constexpr std::size_t mostBytesInMemory = std::size_t{224} << 20U;
+constexpr std::size_t mostBytesKept = std::size_t{32} << 20U; // of a file: to write it takes room
+constexpr std::size_t mostProblemsOfAFile = 50;               // while it is expanded
 constexpr std::size_t mostProblems = 10000;
 
 std::string identifierOf(const platform::EKCalendar& calendar, const Occurrence& occurrence) {
@@ -92,6 +93,15 @@ void boundProblems(std::vector<VersionedProblem>& problems) {
     }
 }
 
+// What they can take in memory: no line of a calendar comes to more than four times its length.
+std::size_t mostBytesOf(const std::vector<UnreadFile>& files) {
+    std::size_t bytes = 0;
+    for (const UnreadFile& one : files) {
+        bytes += 4 * static_cast<std::size_t>(std::max<std::int64_t>(one.file->seen.size, 0));
+    }
+    return bytes;
+}
+
 // Worth a second thread: reading and cutting takes longer than starting one.
 bool isMuch(const std::vector<UnreadFile>& files) {
     constexpr std::int64_t much = 400'000; // bytes
@@ -110,6 +120,9 @@ CalendarReader::CalendarReader()
                 &m_isCancelled} {}
 
 CalendarReader::~CalendarReader() {
+    m_expanded.clear();
+    m_latest = nullptr;
+    m_known.clear();
     keep();
 }
 
@@ -229,9 +242,9 @@ void CalendarReader::readFiles() {
         findInIndex(unread);
     }
     readFromDisk(unread);
-    leaveOutWhatHasNoRoom();
     for (const UnreadFile& one : unread) {
-        if (m_index && m_isAllOnDisk && one.file->isSettled && one.file->loaded) {
+        if (m_index && m_isAllOnDisk && one.file->isSettled && one.file->loaded &&
+            one.file->loaded->ics.sizeInMemory() <= mostBytesKept) {
             m_toBeKept.push_back({IndexKind::file, keyOfFile(one.place),
                                   [version = one.file->version, loaded = one.file->loaded] {
                                       return bytesOfFile(version, loaded->ics);
@@ -250,14 +263,14 @@ void CalendarReader::findInIndex(std::vector<UnreadFile>& unread) {
         if (one.kind != FileKind::calendar || file.wasRead || file.seenError != 0) {
             return false;
         }
-        if (found > mostBytesInMemory) {
-            file.leaveOut();
-            return true;
-        }
         const auto bytes = reading.find(IndexKind::file, keyOfFile(one.place));
         auto ics = bytes ? fileFromBytes(*bytes, file.seen) : std::nullopt;
         if (!ics) {
             return false;
+        }
+        if (found + ics->sizeInMemory() > mostBytesInMemory) {
+            file.leaveOut();
+            return true;
         }
         file.setLoaded(one.path, file.seen, *std::move(ics));
         file.isSettled = true;
@@ -268,17 +281,14 @@ void CalendarReader::findInIndex(std::vector<UnreadFile>& unread) {
 }
 
 void CalendarReader::readFromDisk(const std::vector<UnreadFile>& unread) {
+    if (mostBytesOf(unread) + bytesInMemory() > mostBytesInMemory) {
+        readWithinRoom(unread);
+        return;
+    }
     std::atomic<std::size_t> next = 0;
-    std::atomic<std::size_t> kept = 0; // of files that come before the next one
     const auto readMany = [&] {
         for (std::size_t i = next++; i < unread.size() && !m_isCancelled; i = next++) {
-            const UnreadFile& one = unread[i];
-            if (kept > mostBytesInMemory) {
-                one.file->leaveOut();
-                continue;
-            }
-            readCalendarFile(*one.file, one.path, one.kind, m_context);
-            kept += one.file->loaded ? one.file->loaded->ics.sizeInMemory() : 0;
+            readCalendarFile(*unread[i].file, unread[i].path, unread[i].kind, m_context);
         }
     };
     std::future<void> other;
@@ -292,17 +302,30 @@ void CalendarReader::readFromDisk(const std::vector<UnreadFile>& unread) {
     }
 }
 
-// The last ones of all, whichever was read first.
-void CalendarReader::leaveOutWhatHasNoRoom() {
+// One after the other, as long as there is room for them.
+void CalendarReader::readWithinRoom(const std::vector<UnreadFile>& unread) {
+    std::size_t bytes = bytesInMemory();
+    ReadContext context = m_context;
+    for (const UnreadFile& one : unread) {
+        if (m_isCancelled) {
+            return;
+        }
+        context.mostBytes = std::min(IcsFileReader::mostBytesOfAFile,
+                                     mostBytesInMemory - std::min(bytes, mostBytesInMemory));
+        readCalendarFile(*one.file, one.path, one.kind, context);
+        bytes += one.file->loaded ? one.file->loaded->ics.sizeInMemory() : 0;
+    }
+}
+
+// Of files that are not to be read again.
+std::size_t CalendarReader::bytesInMemory() {
     std::size_t bytes = 0;
     for (CalendarFiles* const files : m_current) {
-        for (CalendarFile* const file : files->readFiles()) {
-            bytes += file->loaded->ics.sizeInMemory();
-            if (bytes > mostBytesInMemory) {
-                file->leaveOut();
-            }
+        for (const CalendarFile* const file : files->readFiles()) {
+            bytes += file->isCurrent() ? file->loaded->ics.sizeInMemory() : 0;
         }
     }
+    return bytes;
 }
 
 const LoadedCalendars& CalendarReader::loaded(StoreSnapshot& snapshot) {
@@ -421,7 +444,7 @@ ExpandedCalendar CalendarReader::expandOne(const SearchRequest& request,
 
 void CalendarReader::keep() {
     if (m_index && !m_toBeKept.empty()) {
-        m_index->keep(m_toBeKept);
+        m_index->keep(std::exchange(m_toBeKept, {}));
     }
     m_toBeKept.clear();
 }

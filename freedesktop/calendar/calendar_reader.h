@@ -66,7 +66,8 @@ private:
     void readFiles();
     void findInIndex(std::vector<UnreadFile>& unread);
     void readFromDisk(const std::vector<UnreadFile>& unread);
-    void leaveOutWhatHasNoRoom();
+    void readWithinRoom(const std::vector<UnreadFile>& unread);
+    std::size_t bytesInMemory();
     const LoadedCalendars& loaded(StoreSnapshot& snapshot);
     std::optional<SearchResult> keptSearch(const SearchRequest& request, const Signature& key);
     SearchResult expand(const SearchRequest& request);

@@ -12,7 +12,6 @@ namespace quorvel::freedesktop::ics {
 namespace {
 
 constexpr std::size_t mostProblems = 50;
-constexpr std::size_t mostBytesKept = std::size_t{64} << 20U;
 constexpr std::size_t mostZones = 200;
 constexpr std::size_t mostObservances = 500;
 constexpr std::size_t longestZoneRule = 500;
@@ -176,8 +175,9 @@ std::string shown(std::string_view text) {
 
 class IcsFileReader::Reader {
 public:
-    explicit Reader(const std::function<bool(std::string_view)>& zoneIsKnown)
-        : m_zoneIsKnown(zoneIsKnown) {}
+    Reader(const std::function<bool(std::string_view)>& zoneIsKnown, std::size_t mostBytes)
+        : m_zoneIsKnown(zoneIsKnown)
+        , m_mostBytes(mostBytes) {}
 
     std::size_t read(std::string_view piece) {
         readLines(piece, false);
@@ -197,10 +197,8 @@ public:
         const auto more = [&](std::size_t count) {
             return static_cast<std::size_t>(static_cast<double>(count) * (1 + ratio) * surplus);
         };
-        constexpr std::size_t mostEvents = mostBytesKept / sizeof(IcsEvent);
-        constexpr std::size_t mostText = mostBytesKept / 4;
-        m_file.events.reserve(std::min(more(events), mostEvents));
-        m_file.text.reserve(std::min(more(m_file.text.size()), mostText));
+        m_file.events.reserve(std::min(more(events), m_mostBytes / sizeof(IcsEvent)));
+        m_file.text.reserve(std::min(more(m_file.text.size()), m_mostBytes / 4));
     }
 
     IcsFile finish(std::string_view piece) {
@@ -215,7 +213,7 @@ private:
     void readLines(std::string_view piece, bool isLast) {
         m_lines.continueWith(piece, isLast);
         while (m_lines.next(m_raw)) {
-            if (!m_isFull) {
+            if (!m_file.isCut) {
                 readLine();
             }
         }
@@ -462,7 +460,7 @@ private:
     }
 
     void keepRule(RuleKind kind, const ContentLine& line) {
-        if (bytesKept() > mostBytesKept) {
+        if (bytesKept() > m_mostBytes) {
             leaveOut("an event is left out, it has more dates than can be kept");
             return;
         }
@@ -493,10 +491,10 @@ private:
         }
         setDays();
         m_file.events.push_back(m_event);
-        if (bytesKept() > mostBytesKept) {
+        if (bytesKept() > m_mostBytes) {
             problem(m_event.line, "there are more events than can be kept: those that follow "
                                   "are left out");
-            m_isFull = true;
+            m_file.isCut = true;
         }
     }
 
@@ -619,7 +617,7 @@ private:
 
     void endObservance() {
         if (m_zoneWanted && m_observanceStarts && m_observanceHasOffset &&
-            m_zone.observances.size() < mostObservances && bytesKept() <= mostBytesKept) {
+            m_zone.observances.size() < mostObservances && bytesKept() <= m_mostBytes) {
             m_zoneBytes += sizeof(ZoneObservance) +
                            m_observance.rules.size() * (sizeof(std::string) + longestZoneRule) +
                            m_observance.dates.size() * sizeof(CivilTime);
@@ -683,7 +681,7 @@ private:
             problem(lastLine == 0 ? 0 : 1, lastLine == 0
                                                ? "the file is empty"
                                                : "no calendar: BEGIN:VCALENDAR is missing");
-        } else if (m_calendarOpen && !endsInEvent && !m_isFull) {
+        } else if (m_calendarOpen && !endsInEvent && !m_file.isCut) {
             problem(lastLine, "the file ends before END:VCALENDAR");
         }
         if (m_moreProblems > 0) {
@@ -696,13 +694,13 @@ private:
 
     ContentLineReader m_lines;
     const std::function<bool(std::string_view)>& m_zoneIsKnown;
+    std::size_t m_mostBytes;
     RawLine m_raw;
     std::string m_scratch;
     IcsFile m_file;
     std::size_t m_moreProblems = 0;
     std::size_t m_bytesTaken = 0;
     std::size_t m_zoneBytes = 0; // near enough
-    bool m_isFull = false;       // what follows is passed over
 
     Place m_place = Place::calendar;
     std::size_t m_nested = 0; // components within an event, or within one that is of no interest
@@ -733,8 +731,9 @@ bool IcsFile::looksLikeOneEvent() const {
                        [&](const IcsEvent& event) { return slice(event.uid) == first; });
 }
 
-IcsFileReader::IcsFileReader(const std::function<bool(std::string_view)>& zoneIsKnown)
-    : m_reader(std::make_unique<Reader>(zoneIsKnown)) {}
+IcsFileReader::IcsFileReader(const std::function<bool(std::string_view)>& zoneIsKnown,
+                             std::size_t mostBytes)
+    : m_reader(std::make_unique<Reader>(zoneIsKnown, mostBytes)) {}
 
 IcsFileReader::~IcsFileReader() = default;
 

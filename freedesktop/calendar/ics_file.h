@@ -126,6 +126,7 @@ struct IcsFile {
     std::optional<std::string> calendarColour;
     std::vector<FileProblem> problems;
     bool isCalendar = false; // false: nothing of it could be read
+    bool isCut = false;      // there was more than could be kept
 
     std::string_view slice(Slice part) const {
         return std::string_view(text).substr(part.offset, part.length);
@@ -146,8 +147,11 @@ struct IcsFile {
 // whose name is known need no definition, and theirs is passed over.
 class IcsFileReader {
 public:
-    // The function must outlive the reader.
-    explicit IcsFileReader(const std::function<bool(std::string_view)>& zoneIsKnown);
+    static constexpr std::size_t mostBytesOfAFile = std::size_t{128} << 20U;
+
+    // The function must outlive the reader. What would take more bytes in memory is left out.
+    explicit IcsFileReader(const std::function<bool(std::string_view)>& zoneIsKnown,
+                           std::size_t mostBytes = mostBytesOfAFile);
     ~IcsFileReader();
     IcsFileReader(const IcsFileReader&) = delete;
     IcsFileReader& operator=(const IcsFileReader&) = delete;

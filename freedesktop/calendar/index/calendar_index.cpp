@@ -62,11 +62,11 @@ std::uint64_t sealOf(IndexKind kind, const Signature& key, std::string_view cont
     return hash.value();
 }
 
-std::string sealed(IndexKind kind, const Signature& key, std::string_view content) {
+std::string sealed(IndexKind kind, const Signature& key, std::string content) {
     const std::uint64_t seal = sealOf(kind, key, content);
-    std::string result(sizeof seal, '\0');
-    std::memcpy(result.data(), &seal, sizeof seal);
-    return result.append(content);
+    content.insert(0, sizeof seal, '\0');
+    std::memcpy(content.data(), &seal, sizeof seal);
+    return content;
 }
 
 // Absent where it is not what was sealed.
@@ -200,7 +200,7 @@ void CalendarIndex::fail(int code, const std::string& reason) {
     say(isTorn ? "is torn, and is made anew" : "is done without: " + reason);
 }
 
-void CalendarIndex::keep(const std::vector<IndexEntry>& entries) {
+void CalendarIndex::keep(std::vector<IndexEntry> entries) {
     std::error_code failure;
     if (std::filesystem::create_directories(m_folder, failure)) {
         std::filesystem::permissions(m_folder, std::filesystem::perms::owner_all, failure);
@@ -210,13 +210,13 @@ void CalendarIndex::keep(const std::vector<IndexEntry>& entries) {
         return;
     }
     try {
-        write(entries);
+        write(std::move(entries));
     } catch (const SqliteError& error) {
         fail(error.code(), error.reason());
     }
 }
 
-void CalendarIndex::write(const std::vector<IndexEntry>& entries) {
+void CalendarIndex::write(std::vector<IndexEntry> entries) {
     if (m_isTorn && !isRegularFile(path())) {
         return;
     }
@@ -243,6 +243,7 @@ void CalendarIndex::write(const std::vector<IndexEntry>& entries) {
             const std::string content = sealed(entry->kind, entry->key, entry->content());
             put.bind(1, rowOf(entry->key)).bind(2, content).run();
             written += content.size();
+            entry->content = nullptr; // with what it holds on to
         }
         database.run(latestOnly);
         transaction.commit();

@@ -51,13 +51,13 @@ public:
     };
 
     // Instead of what was kept by the same keys. Of snapshots and searches the latest stay.
-    void keep(const std::vector<IndexEntry>& entries);
+    void keep(std::vector<IndexEntry> entries);
 
 private:
     std::string path() const { return m_folder + "/calendars.sqlite"; }
     void say(const std::string& what);
     void fail(int code, const std::string& reason); // an error of the database
-    void write(const std::vector<IndexEntry>& entries);
+    void write(std::vector<IndexEntry> entries);
 
     std::string m_folder;
     int m_version; // above 0

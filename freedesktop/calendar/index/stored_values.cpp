@@ -309,7 +309,7 @@ std::string bytesOfFile(const FileVersion& version, const IcsFile& file) {
         writer.number(problem.line);
         writer.text(problem.what);
     }
-    writer.number(file.isCalendar ? 1U : 0U);
+    writer.number((file.isCalendar ? 1U : 0U) | (file.isCut ? 2U : 0U));
     return writer.take();
 }
 
@@ -346,7 +346,9 @@ std::optional<IcsFile> fileFromBytes(std::string_view bytes, const FileVersion& 
         problem.line = reader.number<std::size_t>();
         problem.what = reader.text();
     }
-    file.isCalendar = reader.flag();
+    const auto flags = reader.number<unsigned>();
+    file.isCalendar = (flags & 1U) != 0;
+    file.isCut = (flags & 2U) != 0;
     const bool isRight = reader.isWhole() && slices.isWithin() && holdsTogether(file);
     return isRight ? std::optional(std::move(file)) : std::nullopt;
 }

@@ -96,6 +96,28 @@ TEST_F(CalendarFileTest, ErrorsAreKept) {
     EXPECT_EQ(file.loaded, nullptr);
 }
 
+TEST_F(CalendarFileTest, WithoutRoomIsLeftOut) {
+    std::string text = "BEGIN:VCALENDAR\r\n";
+    for (int i = 0; i < 1000; ++i) {
+        text += eventText("UID:" + std::to_string(i) + "|DTSTART:20260310");
+    }
+    write("a.ics", text + "END:VCALENDAR\r\n");
+    const auto readWith = [this](std::size_t mostBytes) {
+        CalendarFile file;
+        look(file);
+        readCalendarFile(file, path(), FileKind::calendar,
+                         {[](std::string_view) { return true; },
+                          [] { return fileClock() + 10 * second; }, nullptr, mostBytes});
+        return file;
+    };
+    EXPECT_EQ(readWith(1000000).loaded->ics.events.size(), 1000U);
+    const CalendarFile file = readWith(20000);
+    EXPECT_EQ(file.loaded, nullptr);
+    EXPECT_EQ(file.error, noRoom);
+    EXPECT_TRUE(file.isErrorLasting());
+    EXPECT_FALSE(file.isCurrent()); // there may be room the next time
+}
+
 TEST_F(CalendarFileTest, ThatGrowsMeanwhileIsReadUpToItsSizeAndOnceMoreLater) {
     std::string text = "BEGIN:VCALENDAR\r\n";
     for (int i = 0; i < 20000; ++i) {

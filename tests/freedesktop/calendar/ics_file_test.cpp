@@ -156,6 +156,31 @@ TEST(IcsFile, KeepsDefinitionsOfUnknownZonesOnly) {
     EXPECT_EQ(file.zones[0].observances[0].dates.size(), 1U);
 }
 
+TEST(IcsFile, BeyondWhatIsToBeKeptIsCutAndSaysSo) {
+    std::string events;
+    for (int i = 0; i < 1000; ++i) {
+        events += event(std::to_string(i));
+    }
+    const std::function<bool(std::string_view)> isKnown = [](std::string_view) { return true; };
+    const IcsFile file = IcsFileReader(isKnown, 20000).finish(calendar(events));
+    EXPECT_TRUE(file.isCut);
+    EXPECT_GT(file.events.size(), 50U);
+    EXPECT_LT(file.sizeInMemory(), 21000U);
+    ASSERT_EQ(file.problems.size(), 1U);
+    EXPECT_EQ(file.problems[0].what,
+              "there are more events than can be kept: those that follow are left out");
+    EXPECT_EQ(file.problems[0].line, file.events.back().line);
+    std::string dates = "DTSTART:20260310\r\n";
+    for (int i = 0; i < 2000; ++i) {
+        dates += "RDATE:20260311\r\n";
+    }
+    const IcsFile many =
+        IcsFileReader(isKnown, 20000).finish(calendar(event("a", dates) + event("b")));
+    EXPECT_EQ(uidsOf(many), "b");
+    ASSERT_EQ(many.problems.size(), 1U);
+    EXPECT_EQ(many.problems[0].what, "an event is left out, it has more dates than can be kept");
+}
+
 TEST(IcsFile, OfHostileShapeIsReadInALine) {
     std::string nested = "BEGIN:VCALENDAR\r\n";
     for (int i = 0; i < 300000; ++i) {
