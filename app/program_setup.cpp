@@ -257,6 +257,7 @@ FreedesktopOptions platformOptions(const CommandLine& line, const std::string& d
     options.followsLocale = !line.locale;
     options.clockFormat =
         line.locale ? freedesktop::ClockFormat::ofLocale : freedesktop::desktopClockFormat();
+    options.measuresText = line.command != Command::agenda && line.command != Command::calendars;
     options.clockRuns = line.command == Command::show;
     options.waitsForCalendars = line.command != Command::show;
     options.timeZone = std::move(zone);

@@ -1,7 +1,11 @@
 // Writes made-up calendars, the same for the same arguments:
 //   make_calendars files|vdir DIR EVENTS [CALENDARS]
-// as one .ics file a calendar, or as a folder a calendar with one file an event. What they are like
-// says bench/README.md.
+// as one .ics file a calendar, or as a folder a calendar with one file an event.
+//
+// The events lie within the three years before 2026-03-10 and the year after. 10 in 100 last all
+// day, 25 are in New York's time and the others in Berlin's. 15 repeat: 70 in 100 of these weekly
+// and 10 daily, 4 to 40 times, 19 yearly without an end, and one weekly without an end; one in five
+// of these leaves an occurrence out, one in five moves one. An event takes some 500 bytes.
 
 #include <array>
 #include <charconv>
@@ -18,8 +22,8 @@
 namespace {
 
 constexpr std::int64_t today = 20522; // 2026-03-10, in days since 1970
-constexpr int daysBefore = 8 * 365;
-constexpr int daysAfter = 2 * 365;
+constexpr int daysBefore = 3 * 365;
+constexpr int daysAfter = 365;
 
 struct Date {
     int year;
@@ -79,7 +83,7 @@ std::string calendarText(std::string_view events) {
 
 class Maker {
 public:
-    // The event and, where one of its occurrences was moved, its override.
+    // The event and, where one of its occurrences is moved, its override.
     std::string event(int number) {
         Times times;
         times.day = today + between(-daysBefore, daysAfter);

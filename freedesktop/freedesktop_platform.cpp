@@ -12,6 +12,7 @@
 #include "freedesktop/log/combined_log.h"
 #include "freedesktop/preferences/preferences_folder.h"
 #include "freedesktop/text/pango_text_measurer.h"
+#include "freedesktop/text/rough_text_measurer.h"
 #include "freedesktop/user_calendars.h"
 #include "platform/screen.h"
 
@@ -33,6 +34,14 @@ private:
     CGFloat m_scale;
 };
 
+std::unique_ptr<platform::TextMeasurer>
+makeTextMeasurer(const std::shared_ptr<TextLines>& textLines, bool measuresText) {
+    if (measuresText) {
+        return std::make_unique<PangoTextMeasurer>(textLines);
+    }
+    return std::make_unique<RoughTextMeasurer>();
+}
+
 } // namespace
 
 struct FreedesktopPlatform::Services {
@@ -42,13 +51,15 @@ struct FreedesktopPlatform::Services {
         , timeZone(options.timeZone)
         , locale(options.locale)
         , clockFormat(options.clockFormat)
-        , textLines(std::make_shared<TextLines>(options.fontFamily, options.locale))
+        , textLines(std::make_shared<TextLines>(options.fontFamily, options.locale,
+                                                options.measuresText ? FontReading::early
+                                                                     : FontReading::late))
         , systemLog(std::move(options.logs))
         , dateServices(clock, timeZone, locale)
         , calendars({timeZone, std::move(options.calendarProblemHandler),
                      std::move(options.dataServerModule), options.dataServerWaits})
         , preferences(options.preferencesFolder, options.foundationVersionNumber, systemLog)
-        , textMeasurer(textLines)
+        , textMeasurer(makeTextMeasurer(textLines, options.measuresText))
         , imageFiles(options.dataFolder)
         , screen(options.scale)
         , graphicsContexts(screen, textLines)
@@ -82,15 +93,15 @@ struct FreedesktopPlatform::Services {
     IcuDateServices dateServices;
     UserCalendars calendars;
     PreferencesFolder preferences;
-    PangoTextMeasurer textMeasurer;
+    std::unique_ptr<platform::TextMeasurer> textMeasurer; // never null
     PixbufImageFiles imageFiles;
     ScaledScreen screen;
     CairoGraphicsContexts graphicsContexts;
     LoadedBundles bundles;
     DesktopLauncher launcher;
-    Platform platform{clock,        dateServices, calendars.stores(), preferences,
-                      textMeasurer, imageFiles,   graphicsContexts,   screen,
-                      systemLog,    bundles,      launcher,           launcher};
+    Platform platform{clock,         dateServices, calendars.stores(), preferences,
+                      *textMeasurer, imageFiles,   graphicsContexts,   screen,
+                      systemLog,     bundles,      launcher,           launcher};
 };
 
 FreedesktopPlatform::FreedesktopPlatform(FreedesktopOptions options)

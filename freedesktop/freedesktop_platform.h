@@ -29,6 +29,7 @@ struct FreedesktopOptions {
     bool followsLocale = true;                // false: the user has chosen this one
     ClockFormat clockFormat = ClockFormat::ofLocale;
     std::optional<std::string> fontFamily; // absent: the desktop's
+    bool measuresText = true;              // false: of a host that prints, and shows no text
     std::string dataFolder;                // with the pictures that come with the program
     std::string preferencesFolder;
     double foundationVersionNumber = 1047.25;

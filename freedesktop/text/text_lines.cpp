@@ -194,25 +194,40 @@ private:
     LeastRecentlyUsed<LineKey, LineView, LineMetrics, LineHash> m_metrics{64, std::size_t{1} << 16};
 };
 
-TextLines::TextLines(std::optional<std::string> family, const std::string& locale)
+TextLines::TextLines(std::optional<std::string> family, const std::string& locale,
+                     FontReading reading)
     : m_family(std::move(family))
-    , m_shaper(std::make_unique<Shaper>(m_family, locale)) {}
+    , m_locale(locale) {
+    if (reading == FontReading::early) {
+        shaper();
+    }
+}
 
 TextLines::~TextLines() = default;
 
+TextLines::Shaper& TextLines::shaper() {
+    if (!m_shaper) {
+        m_shaper = std::make_unique<Shaper>(m_family, m_locale);
+    }
+    return *m_shaper;
+}
+
 void TextLines::setLocale(const std::string& locale) {
-    m_shaper = std::make_unique<Shaper>(m_family, locale);
+    m_locale = locale;
+    if (m_shaper) {
+        m_shaper = std::make_unique<Shaper>(m_family, m_locale);
+    }
 }
 
 CGSize TextLines::size(std::string_view text, const UIFont& font) {
     if (!isShown(text, font))
         return {};
-    return {enlargement(font) * m_shaper->width(text, font),
-            enlargement(font) * m_shaper->metrics(font).height()};
+    return {enlargement(font) * shaper().width(text, font),
+            enlargement(font) * shaper().metrics(font).height()};
 }
 
 const std::string& TextLines::systemFamily() {
-    return m_shaper->systemFamily();
+    return shaper().systemFamily();
 }
 
 void TextLines::paint(struct _cairo* context, std::string_view text, const UIFont& font,
@@ -220,8 +235,8 @@ void TextLines::paint(struct _cairo* context, std::string_view text, const UIFon
     if (!isShown(text, font) || !(rect.size.width > 0) || !(rect.size.height > 0))
         return;
     const CGFloat scale = enlargement(font);
-    const LineMetrics metrics = m_shaper->metrics(font);
-    const ShapedLine& line = m_shaper->lineOfWidth(text, font, rect.size.width);
+    const LineMetrics metrics = shaper().metrics(font);
+    const ShapedLine& line = shaper().lineOfWidth(text, font, rect.size.width);
     const CGFloat baseline = CGRectGetMinY(rect) +
                              (rect.size.height - scale * metrics.height()) / 2 +
                              scale * metrics.ascent;

@@ -15,8 +15,10 @@ struct _cairo; // the painting library's context
 
 namespace quorvel::freedesktop {
 
-// For one thread. A process needs one; making it starts reading the list of fonts in the
-// background, so it is best made early.
+// When the list of fonts is read: at once in the background, or with the first text.
+enum class FontReading { early, late };
+
+// For one thread. A process needs one, best made early where texts will be shown.
 class TextLines {
 public:
     // `family`: what UIFont's empty name stands for, installed or not. Absent: the desktop's
@@ -24,7 +26,7 @@ public:
     // `locale`, such as "ja_JP", chooses between the forms that languages give the same character;
     // empty: the environment's.
     explicit TextLines(std::optional<std::string> family = std::nullopt,
-                       const std::string& locale = {});
+                       const std::string& locale = {}, FontReading reading = FontReading::early);
     ~TextLines();
     TextLines(const TextLines&) = delete;
     TextLines& operator=(const TextLines&) = delete;
@@ -46,8 +48,11 @@ public:
 
 private:
     class Shaper;
+    Shaper& shaper();
+
     std::optional<std::string> m_family;
-    std::unique_ptr<Shaper> m_shaper;
+    std::string m_locale;
+    std::unique_ptr<Shaper> m_shaper; // null before the first text, where fonts are read late
 };
 
 } // namespace quorvel::freedesktop
