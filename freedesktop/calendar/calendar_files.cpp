@@ -2,6 +2,7 @@
 #include "freedesktop/calendar/calendar_files.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
 #include <future>
@@ -129,22 +130,6 @@ void lookAtFiles(std::span<CalendarFile> files, int folder) {
     }
 }
 
-// Many are looked at by two threads, half of them each.
-void lookAtMany(std::span<CalendarFile> files, int folder) {
-    constexpr std::size_t fewestForTwo = 1000;
-    const std::size_t half = files.size() < fewestForTwo ? files.size() : files.size() / 2;
-    std::future<void> other;
-    if (half < files.size()) {
-        // Deferred where the system has no thread to give: one looks at them all then.
-        other = std::async(std::launch::async | std::launch::deferred,
-                           [=] { lookAtFiles(files.subspan(half), folder); });
-    }
-    lookAtFiles(files.first(half), folder);
-    if (other.valid()) {
-        other.get();
-    }
-}
-
 // Names are sorted, as the files are; what was known of a file stays with its name.
 void renew(std::vector<CalendarFile>& files, std::vector<std::string> names, int folder) {
     std::sort(names.begin(), names.end());
@@ -164,7 +149,7 @@ void renew(std::vector<CalendarFile>& files, std::vector<std::string> names, int
             files.back().name = std::move(name);
         }
     }
-    lookAtMany(files, folder);
+    lookAtFiles(files, folder);
 }
 
 } // namespace
@@ -194,9 +179,21 @@ struct CalendarFiles::Child {
     bool mayBeLink = false;
 };
 
+// The files of one folder, to be looked at once all folders are known.
+struct CalendarFiles::Listing {
+    Folder* folder = nullptr;
+    std::vector<std::string> calendars;
+    std::vector<std::string> metadata;
+
+    void lookAtFiles();
+};
+
 struct CalendarFiles::Walk {
     std::set<std::pair<dev_t, ino_t>> visited; // against loops of links
     int depth = 0;
+    std::vector<Listing> listings;
+
+    void lookAtFiles();
 };
 
 bool CalendarFiles::Folder::looksLikeCalendar() const {
@@ -346,6 +343,7 @@ void CalendarFiles::lookAtPath() {
         m_folder->name = lastPart(m_place);
         Walk walk;
         lookAt(*m_folder, walk);
+        walk.lookAtFiles();
         m_isReadable = m_folder->error == 0;
         return;
     }
@@ -362,6 +360,38 @@ void CalendarFiles::forget() {
     m_isReadable = false;
     m_file = nullptr;
     m_folder = nullptr;
+}
+
+void CalendarFiles::Listing::lookAtFiles() {
+    const Descriptor descriptor(
+        open(folder->path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK));
+    folder->hasTooMany = calendars.size() > mostFilesInAFolder;
+    renew(folder->files, std::move(calendars), descriptor.get());
+    renew(folder->metadata, std::move(metadata), descriptor.get());
+}
+
+// Many are looked at by two threads, a folder at a time.
+void CalendarFiles::Walk::lookAtFiles() {
+    constexpr std::size_t fewestForTwo = 1000;
+    std::size_t files = 0;
+    for (const Listing& listing : listings) {
+        files += listing.calendars.size();
+    }
+    std::atomic<std::size_t> next = 0;
+    const auto lookAtMany = [&] {
+        for (std::size_t i = next++; i < listings.size(); i = next++) {
+            listings[i].lookAtFiles();
+        }
+    };
+    std::future<void> other;
+    if (files >= fewestForTwo && listings.size() > 1) {
+        // Deferred where the system has no thread to give: one looks at them all then.
+        other = std::async(std::launch::async | std::launch::deferred, lookAtMany);
+    }
+    lookAtMany();
+    if (other.valid()) {
+        other.get();
+    }
 }
 
 void CalendarFiles::lookAt(Folder& folder, Walk& walk) {
@@ -382,8 +412,7 @@ void CalendarFiles::lookAt(Folder& folder, Walk& walk) {
         return;
     }
 
-    std::vector<std::string> calendars;
-    std::vector<std::string> metadata;
+    Listing listing{&folder, {}, {}};
     std::vector<Child> folders;
     while (const dirent* entry = readdir(directory.get())) {
         const std::string_view name = entry->d_name;
@@ -400,14 +429,12 @@ void CalendarFiles::lookAt(Folder& folder, Walk& walk) {
         if (isAFolder) {
             folders.push_back({std::string(name), entry->d_type != DT_DIR});
         } else if (isFile && endsLikeCalendar(name)) {
-            calendars.emplace_back(name);
+            listing.calendars.emplace_back(name);
         } else if (isFile && isMetadataName(name)) {
-            metadata.emplace_back(name);
+            listing.metadata.emplace_back(name);
         }
     }
-    folder.hasTooMany = calendars.size() > mostFilesInAFolder;
-    renew(folder.files, std::move(calendars), descriptor.get());
-    renew(folder.metadata, std::move(metadata), descriptor.get());
+    walk.listings.push_back(std::move(listing));
     lookAtChildren(folder, std::move(folders), walk);
 }
 

@@ -65,6 +65,7 @@ public:
 private:
     struct Child;
     struct Folder;
+    struct Listing;
     struct Walk;
 
     void lookAtPath();
