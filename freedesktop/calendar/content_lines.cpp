@@ -34,6 +34,10 @@ std::string_view withoutTrailingBreaks(std::string_view text) {
 
 // The first such character outside quotes.
 std::size_t findUnquoted(std::string_view text, char wanted) {
+    const std::size_t first = text.find(wanted);
+    if (text.substr(0, first).find('"') == std::string_view::npos) {
+        return first; // nearly always
+    }
     bool quoted = false;
     return findIf(text, [wanted, &quoted](char c) {
         quoted = c == '"' ? !quoted : quoted;
@@ -142,6 +146,10 @@ std::optional<ContentLine> splitContentLine(std::string_view line) {
     if (nameEnd == std::string_view::npos || nameEnd == 0) {
         return std::nullopt;
     }
+    return splitContentLine(line, nameEnd);
+}
+
+std::optional<ContentLine> splitContentLine(std::string_view line, std::size_t nameEnd) {
     ContentLine result;
     result.name = line.substr(0, nameEnd);
     if (line[nameEnd] == ':') {

@@ -57,6 +57,8 @@ struct ContentLine {
 
 // Absent where there is no colon behind a name.
 std::optional<ContentLine> splitContentLine(std::string_view line);
+// Of a line whose name is known to end at a colon or semicolon there.
+std::optional<ContentLine> splitContentLine(std::string_view line, std::size_t nameEnd);
 
 // The first value of a parameter, without its quotes. Names are compared regardless of case.
 std::optional<std::string_view> parameterValue(std::string_view parameters, std::string_view name);

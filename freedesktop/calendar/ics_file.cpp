@@ -86,8 +86,8 @@ constexpr std::uint32_t nameHash(std::uint32_t hash, char c) {
     return hash * 31 + (static_cast<unsigned char>(c) & 0xDFU);
 }
 
-// The places of the names in their table, by hash: nearly all lines of a calendar are asked for
-// here, and most of them are of no interest.
+// The places of the names in their table, by hash: every line of a calendar is asked for here, and
+// most of them are of no interest, which nearly always shows by their first two characters.
 class PropertyTable {
 public:
     constexpr PropertyTable() {
@@ -101,9 +101,17 @@ public:
                 ++hash;
             }
             m_places[hash % size] = ++number;
+            m_beginnings[beginningOf(entry.name)] = true;
         }
     }
-    Property find(std::uint32_t hash, std::string_view name) const {
+    bool isOfInterest(std::string_view line) const {
+        return line.size() < 2 || m_beginnings[beginningOf(line)];
+    }
+    Property find(std::string_view name) const {
+        std::uint32_t hash = 0;
+        for (const char c : name) {
+            hash = nameHash(hash, c);
+        }
         for (; m_places[hash % size] != 0; ++hash) {
             const PropertyName& entry = propertyNames[m_places[hash % size] - 1U];
             if (equalsIgnoringCase(name, entry.name)) {
@@ -115,7 +123,11 @@ public:
 
 private:
     static constexpr std::uint32_t size = 256;
+    static constexpr std::size_t beginningOf(std::string_view name) {
+        return nameHash(nameHash(0, name[0]), name[1]) % 1024;
+    }
     std::array<std::uint8_t, size> m_places{}; // from 1; 0: none
+    std::array<bool, 1024> m_beginnings{};
 };
 
 constexpr PropertyTable propertyTable;
@@ -127,17 +139,14 @@ struct LineName {
 };
 
 LineName nameOf(std::string_view line) {
-    LineName name;
-    std::uint32_t hash = 0;
+    std::size_t length = 0;
     for (const char c : line) {
         if (c == ':' || c == ';' || c == '\r' || c == '\n') {
             break;
         }
-        hash = nameHash(hash, c);
-        ++name.length;
+        ++length;
     }
-    name.property = propertyTable.find(hash, line.substr(0, name.length));
-    return name;
+    return {length, propertyTable.find(line.substr(0, length))};
 }
 
 // "+0200", "-023000".
@@ -224,6 +233,10 @@ private:
             return;
         }
         std::string_view text = m_raw.text;
+        if (!m_raw.folded && !propertyTable.isOfInterest(text) && text.front() != ':' &&
+            text.front() != ';' && text.find(':') != std::string_view::npos) {
+            return;
+        }
         LineName name = nameOf(text);
         const auto end = [&] { return name.length < text.size() ? text[name.length] : '\0'; };
         // A fold may stand in the name already; else the name tells whether to unfold at all.
@@ -243,7 +256,7 @@ private:
             }
             return;
         }
-        const auto line = splitContentLine(unfolded(m_raw, m_scratch));
+        const auto line = splitContentLine(unfolded(m_raw, m_scratch), name.length);
         if (!line) {
             malformedLine(text);
             return;
