@@ -100,16 +100,27 @@ void reset(const SqliteDatabase& database) {
     }
 }
 
-bool isRegularFile(const std::string& path) {
+// Why nothing is to be opened there; absent where there is a file, and where there is nothing. The
+// folders before it may be links, as a home may be.
+std::optional<std::string> obstacleAt(const std::string& path) {
     struct stat status {};
-    return lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+    if (lstat(path.c_str(), &status) != 0) {
+        return errno == ENOENT ? std::nullopt
+                               : std::optional(std::generic_category().message(errno));
+    }
+    return S_ISREG(status.st_mode) ? std::nullopt : std::optional<std::string>("it is no file");
+}
+
+bool isThere(const std::string& path) {
+    struct stat status {};
+    return lstat(path.c_str(), &status) == 0;
 }
 
 } // namespace
 
 struct CalendarIndex::Reading::State {
     explicit State(const std::string& path)
-        : database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_NOFOLLOW) {
+        : database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX) {
         sqlite3_busy_timeout(database.get(), longestReadingWait);
         transaction.emplace(database, "BEGIN");
     }
@@ -120,18 +131,11 @@ struct CalendarIndex::Reading::State {
 
 CalendarIndex::Reading::Reading(CalendarIndex& index)
     : m_index(index) {
-    struct stat status {};
-    if (m_index.m_isTorn) {
+    if (const auto obstacle = obstacleAt(m_index.path())) {
+        m_index.fail(SQLITE_CANTOPEN, *obstacle);
         return;
     }
-    if (lstat(m_index.path().c_str(), &status) != 0) {
-        if (errno != ENOENT) {
-            m_index.fail(SQLITE_CANTOPEN, std::generic_category().message(errno));
-        }
-        return;
-    }
-    if (!S_ISREG(status.st_mode)) {
-        m_index.fail(SQLITE_CANTOPEN, "it is no file");
+    if (m_index.m_isTorn || !isThere(m_index.path())) {
         return;
     }
     try {
@@ -217,11 +221,12 @@ void CalendarIndex::keep(std::vector<IndexEntry> entries) {
 }
 
 void CalendarIndex::write(std::vector<IndexEntry> entries) {
-    if (m_isTorn && !isRegularFile(path())) {
+    if (const auto obstacle = obstacleAt(path())) {
+        fail(SQLITE_CANTOPEN, *obstacle);
         return;
     }
-    const SqliteDatabase database(path(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE |
-                                              SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_NOFOLLOW);
+    const SqliteDatabase database(path(),
+                                  SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX);
     sqlite3_busy_timeout(database.get(), longestWritingWait);
     if (m_isTorn || isTooLarge(database)) {
         reset(database);

@@ -180,6 +180,28 @@ TEST_F(CalendarIndexTest, OpensNothingButAFile) {
     EXPECT_EQ(fs::file_size(top / "elsewhere"), 0U);
 }
 
+TEST_F(CalendarIndexTest, MayLieBehindALink) {
+    fs::create_directories(top / "elsewhere");
+    fs::create_directory_symlink(top / "elsewhere", top / "cache");
+    keepOne();
+    EXPECT_EQ(findFile(1), "one");
+    EXPECT_EQ(said, "");
+}
+
+TEST_F(CalendarIndexTest, DeletedMeanwhileIsMadeAnew) {
+    const auto index = open();
+    index->keep({entry(IndexKind::file, 1, "one")});
+    fs::remove_all(top / "cache");
+    EXPECT_EQ(find(*index, IndexKind::file, 1), std::nullopt);
+    index->keep({entry(IndexKind::file, 1, "one")});
+    EXPECT_EQ(find(*index, IndexKind::file, 1), "one");
+    setBytes("torn");
+    EXPECT_EQ(find(*index, IndexKind::file, 1), std::nullopt);
+    fs::remove_all(top / "cache");
+    index->keep({entry(IndexKind::file, 1, "one")});
+    EXPECT_EQ(find(*index, IndexKind::file, 1), "one");
+}
+
 TEST_F(CalendarIndexTest, HeldByAnotherIsNotWaitedForLong) {
     keepOne();
     const SqliteDatabase holder(path(), SQLITE_OPEN_READWRITE);
