@@ -2,10 +2,12 @@
 #include "freedesktop/calendar/calendar_files.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
+#include <condition_variable>
 #include <cstdlib>
+#include <deque>
 #include <future>
+#include <mutex>
 #include <span>
 #include <system_error>
 #include <utility>
@@ -188,12 +190,33 @@ struct CalendarFiles::Listing {
     void lookAtFiles();
 };
 
+// Looks at the files of listings as they come, many by two threads, a folder at a time.
+class CalendarFiles::Lookers {
+public:
+    Lookers() = default;
+    ~Lookers() { complete(); }
+    Lookers(const Lookers&) = delete;
+    Lookers& operator=(const Lookers&) = delete;
+
+    void add(Listing listing);
+    void finish(); // once, when all were added
+
+private:
+    void work();
+    void complete();
+
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::deque<Listing> m_listings;
+    std::size_t m_files = 0;
+    bool m_isComplete = false;
+    std::future<void> m_other;
+};
+
 struct CalendarFiles::Walk {
     std::set<std::pair<dev_t, ino_t>> visited; // against loops of links
     int depth = 0;
-    std::vector<Listing> listings;
-
-    void lookAtFiles();
+    Lookers lookers;
 };
 
 bool CalendarFiles::Folder::looksLikeCalendar() const {
@@ -343,7 +366,7 @@ void CalendarFiles::lookAtPath() {
         m_folder->name = lastPart(m_place);
         Walk walk;
         lookAt(*m_folder, walk);
-        walk.lookAtFiles();
+        walk.lookers.finish();
         m_isReadable = m_folder->error == 0;
         return;
     }
@@ -370,27 +393,44 @@ void CalendarFiles::Listing::lookAtFiles() {
     renew(folder->metadata, std::move(metadata), descriptor.get());
 }
 
-// Many are looked at by two threads, a folder at a time.
-void CalendarFiles::Walk::lookAtFiles() {
-    constexpr std::size_t fewestForTwo = 1000;
-    std::size_t files = 0;
-    for (const Listing& listing : listings) {
-        files += listing.calendars.size();
-    }
-    std::atomic<std::size_t> next = 0;
-    const auto lookAtMany = [&] {
-        for (std::size_t i = next++; i < listings.size(); i = next++) {
-            listings[i].lookAtFiles();
-        }
-    };
-    std::future<void> other;
-    if (files >= fewestForTwo && listings.size() > 1) {
+void CalendarFiles::Lookers::add(Listing listing) {
+    constexpr std::size_t fewestForTwo = 500;
+    const std::lock_guard lock(m_mutex);
+    m_files += listing.calendars.size();
+    m_listings.push_back(std::move(listing));
+    m_changed.notify_one();
+    if (m_files >= fewestForTwo && !m_other.valid()) {
         // Deferred where the system has no thread to give: one looks at them all then.
-        other = std::async(std::launch::async | std::launch::deferred, lookAtMany);
+        m_other = std::async(std::launch::async | std::launch::deferred, [this] { work(); });
     }
-    lookAtMany();
-    if (other.valid()) {
-        other.get();
+}
+
+void CalendarFiles::Lookers::complete() {
+    const std::lock_guard lock(m_mutex);
+    m_isComplete = true;
+    m_changed.notify_one();
+}
+
+void CalendarFiles::Lookers::finish() {
+    complete();
+    work();
+    if (m_other.valid()) {
+        m_other.get();
+    }
+}
+
+void CalendarFiles::Lookers::work() {
+    std::unique_lock lock(m_mutex);
+    while (true) {
+        m_changed.wait(lock, [this] { return m_isComplete || !m_listings.empty(); });
+        if (m_listings.empty()) {
+            return;
+        }
+        Listing listing = std::move(m_listings.front());
+        m_listings.pop_front();
+        lock.unlock();
+        listing.lookAtFiles();
+        lock.lock();
     }
 }
 
@@ -434,7 +474,7 @@ void CalendarFiles::lookAt(Folder& folder, Walk& walk) {
             listing.metadata.emplace_back(name);
         }
     }
-    walk.listings.push_back(std::move(listing));
+    walk.lookers.add(std::move(listing));
     lookAtChildren(folder, std::move(folders), walk);
 }
 

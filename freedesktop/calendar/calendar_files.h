@@ -66,6 +66,7 @@ private:
     struct Child;
     struct Folder;
     struct Listing;
+    class Lookers;
     struct Walk;
 
     void lookAtPath();
