@@ -47,7 +47,7 @@ TEST(ZoneClock, AgreesWithItsInstants) {
         ZoneClock clock(TimeZone::named(zone));
         const std::int64_t begin = civilSeconds(readTime("20101201")->civil);
         for (std::int64_t reading = begin; reading < begin + 800 * 86400; reading += 613) {
-            ASSERT_EQ(clock.exists(reading), clock.instant(civilFromSeconds(reading)).exists)
+            ASSERT_EQ(clock.exists(reading), clock.instant(reading).exists)
                 << zone << " " << reading;
         }
     }
