@@ -20,9 +20,31 @@ def make_million(folder):
     subprocess.run([MAKE_CALENDARS, "files", folder, "1000000", "5"], check=True)
 
 
+def make_million_in_a_file(folder):
+    subprocess.run([MAKE_CALENDARS, "files", folder, "1000000", "1"], check=True)
+
+
 def make_gigabyte(folder):
-    subprocess.run([MAKE_CALENDARS, "files", folder, "400000", "1"], check=True)
-    os.truncate(folder / "calendar1.ics", 1 << 30)
+    subprocess.run([MAKE_CALENDARS, "files", folder, "2000000", "1"], check=True)
+
+
+# The smallest events that there are, which take the most to put together.
+def make_overrides(folder):
+    write_events(folder / "overrides.ics", 2_000_000,
+                 "BEGIN:VEVENT\nUID:{0}\nDTSTART:20260310\nRECURRENCE-ID:20260310\nEND:VEVENT\n")
+
+
+def make_versions(folder):
+    write_events(folder / "versions.ics", 2_000_000,
+                 "BEGIN:VEVENT\nUID:{1}\nDTSTART:20260101\nEND:VEVENT\n")
+
+
+def write_events(path, count, event):
+    with open(path, "w", encoding="ascii") as file:
+        file.write("BEGIN:VCALENDAR\n")
+        for i in range(count):
+            file.write(event.format(i, i // 2))
+        file.write("END:VCALENDAR\n")
 
 
 def make_many_files(folder):
@@ -64,7 +86,11 @@ def run(folder, environment, more):
 def main():
     failures = []
     print("| what | index | seconds | peak |\n|---|---|---|---|", flush=True)
-    for name, make in (("a million events", make_million), ("a file of a gigabyte", make_gigabyte),
+    for name, make in (("a million events", make_million),
+                       ("a million events in a file", make_million_in_a_file),
+                       ("a file of a gigabyte", make_gigabyte),
+                       ("two million overrides", make_overrides),
+                       ("two million versions of a million events", make_versions),
                        ("100,000 files in a folder", make_many_files),
                        ("a pipe, loops, devices, garbage", make_oddities)):
         with tempfile.TemporaryDirectory() as top:

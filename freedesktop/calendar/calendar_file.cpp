@@ -16,7 +16,7 @@
 namespace quorvel::freedesktop::ics {
 namespace {
 
-constexpr std::size_t largestFile = std::size_t{256} << 20U;
+constexpr std::size_t largestFile = std::size_t{2} << 30U;
 constexpr std::size_t largestMetadata = 4096;
 constexpr std::size_t largestPiece = std::size_t{256} << 10U;
 

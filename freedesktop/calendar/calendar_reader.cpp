@@ -13,7 +13,7 @@
 namespace quorvel::freedesktop::ics {
 namespace {
 
-constexpr std::size_t mostBytesInMemory = std::size_t{224} << 20U;
+constexpr std::size_t mostBytesInMemory = std::size_t{262} << 20U;
 constexpr std::size_t mostBytesKept = std::size_t{32} << 20U; // of a file: to write it takes room
 constexpr std::size_t mostProblemsOfAFile = 50;               // while it is expanded
 constexpr std::size_t mostProblems = 10000;
@@ -56,12 +56,12 @@ Signature keyOfFile(std::string_view place) {
     return key.value();
 }
 
-Signature keyOfSearch(const SearchRequest& request) {
+Signature keyOfSearch(const SearchRequest& request, const Window& window) {
     SignatureHash key;
     key.add(request.snapshot->signature);
     key.add(std::string_view(request.userZone->zone().identifier()));
-    key.add(std::llround(request.window.from));
-    key.add(std::llround(request.window.to));
+    key.add(std::llround(window.from));
+    key.add(std::llround(window.to));
     for (const auto& calendar : request.calendars) {
         key.add(std::string_view(calendar->calendarIdentifier));
     }
@@ -93,11 +93,11 @@ void boundProblems(std::vector<VersionedProblem>& problems) {
     }
 }
 
-// What they can take in memory: no line of a calendar comes to more than four times its length.
+// What they can take in memory: hardly an event comes to more than five times its length.
 std::size_t mostBytesOf(const std::vector<UnreadFile>& files) {
     std::size_t bytes = 0;
     for (const UnreadFile& one : files) {
-        bytes += 4 * static_cast<std::size_t>(std::max<std::int64_t>(one.file->seen.size, 0));
+        bytes += 5 * static_cast<std::size_t>(std::max<std::int64_t>(one.file->seen.size, 0));
     }
     return bytes;
 }
@@ -238,52 +238,21 @@ void CalendarReader::readFiles() {
             unread.push_back(std::move(one));
         }
     }
-    if (m_index && m_isAllOnDisk) {
-        findInIndex(unread);
-    }
-    readFromDisk(unread);
-    for (const UnreadFile& one : unread) {
-        if (m_index && m_isAllOnDisk && one.file->isSettled && one.file->loaded &&
-            one.file->loaded->ics.sizeInMemory() <= mostBytesKept) {
-            m_toBeKept.push_back({IndexKind::file, keyOfFile(one.place),
-                                  [version = one.file->version, loaded = one.file->loaded] {
-                                      return bytesOfFile(version, loaded->ics);
-                                  }});
-        }
-    }
-}
-
-// One that was read before by this process has changed since: the index has it as it was, if at
-// all.
-void CalendarReader::findInIndex(std::vector<UnreadFile>& unread) {
-    CalendarIndex::Reading reading(*m_index);
-    std::size_t found = 0; // bytes
-    const auto find = [&](const UnreadFile& one) {
-        CalendarFile& file = *one.file;
-        if (one.kind != FileKind::calendar || file.wasRead || file.seenError != 0) {
-            return false;
-        }
-        const auto bytes = reading.find(IndexKind::file, keyOfFile(one.place));
-        auto ics = bytes ? fileFromBytes(*bytes, file.seen) : std::nullopt;
-        if (!ics) {
-            return false;
-        }
-        if (found + ics->sizeInMemory() > mostBytesInMemory) {
-            file.leaveOut();
-            return true;
-        }
-        file.setLoaded(one.path, file.seen, *std::move(ics));
-        file.isSettled = true;
-        found += file.loaded->ics.sizeInMemory();
-        return true;
-    };
-    unread.erase(std::remove_if(unread.begin(), unread.end(), find), unread.end());
-}
-
-void CalendarReader::readFromDisk(const std::vector<UnreadFile>& unread) {
     if (mostBytesOf(unread) + bytesInMemory() > mostBytesInMemory) {
         readWithinRoom(unread);
-        return;
+    } else {
+        readAll(unread);
+    }
+}
+
+void CalendarReader::readAll(std::vector<UnreadFile> unread) {
+    if (m_index && m_isAllOnDisk) {
+        CalendarIndex::Reading reading(*m_index);
+        unread.erase(std::remove_if(unread.begin(), unread.end(),
+                                    [&](const UnreadFile& one) {
+                                        return findInIndex(one, reading, mostBytesInMemory);
+                                    }),
+                     unread.end());
     }
     std::atomic<std::size_t> next = 0;
     const auto readMany = [&] {
@@ -300,10 +269,17 @@ void CalendarReader::readFromDisk(const std::vector<UnreadFile>& unread) {
     if (other.valid()) {
         other.get();
     }
+    for (const UnreadFile& one : unread) {
+        keepFile(one);
+    }
 }
 
 // One after the other, as long as there is room for them.
 void CalendarReader::readWithinRoom(const std::vector<UnreadFile>& unread) {
+    std::optional<CalendarIndex::Reading> reading;
+    if (m_index && m_isAllOnDisk) {
+        reading.emplace(*m_index);
+    }
     std::size_t bytes = bytesInMemory();
     ReadContext context = m_context;
     for (const UnreadFile& one : unread) {
@@ -312,8 +288,43 @@ void CalendarReader::readWithinRoom(const std::vector<UnreadFile>& unread) {
         }
         context.mostBytes = std::min(IcsFileReader::mostBytesOfAFile,
                                      mostBytesInMemory - std::min(bytes, mostBytesInMemory));
-        readCalendarFile(*one.file, one.path, one.kind, context);
+        if (!reading || !findInIndex(one, *reading, context.mostBytes)) {
+            readCalendarFile(*one.file, one.path, one.kind, context);
+            keepFile(one);
+        }
         bytes += one.file->loaded ? one.file->loaded->ics.sizeInMemory() : 0;
+    }
+}
+
+// One that was read before by this process has changed since: the index has it as it was, if at
+// all.
+bool CalendarReader::findInIndex(const UnreadFile& one, CalendarIndex::Reading& reading,
+                                 std::size_t mostBytes) {
+    CalendarFile& file = *one.file;
+    if (one.kind != FileKind::calendar || file.wasRead || file.seenError != 0) {
+        return false;
+    }
+    const auto bytes = reading.find(IndexKind::file, keyOfFile(one.place));
+    auto ics = bytes ? fileFromBytes(*bytes, file.seen) : std::nullopt;
+    if (!ics) {
+        return false;
+    }
+    if (ics->sizeInMemory() > mostBytes) {
+        file.leaveOut();
+        return true;
+    }
+    file.setLoaded(one.path, file.seen, *std::move(ics));
+    file.isSettled = true;
+    return true;
+}
+
+void CalendarReader::keepFile(const UnreadFile& one) {
+    if (m_index && m_isAllOnDisk && one.file->isSettled && one.file->loaded &&
+        one.file->loaded->ics.sizeInMemory() <= mostBytesKept) {
+        m_toBeKept.push_back({IndexKind::file, keyOfFile(one.place),
+                              [version = one.file->version, loaded = one.file->loaded] {
+                                  return bytesOfFile(version, loaded->ics);
+                              }});
     }
 }
 
@@ -341,43 +352,42 @@ const LoadedCalendars& CalendarReader::loaded(StoreSnapshot& snapshot) {
 // ---- searches
 
 std::shared_ptr<const SearchResult> CalendarReader::search(const SearchRequest& request) {
-    const Signature key = keyOfSearch(request);
     const bool mayBeKept = m_index && m_isAllOnDisk;
     if (mayBeKept && request.snapshot->isSettled) {
-        if (auto kept = keptSearch(request, key)) {
+        if (auto kept = keptSearch(request)) {
             return std::make_shared<const SearchResult>(*std::move(kept));
         }
     }
     auto result = std::make_shared<const SearchResult>(expand(request));
     if (mayBeKept && request.snapshot->isSettled) {
-        m_toBeKept.push_back({IndexKind::search, key, [result, calendars = request.calendars] {
+        const Window& window = result->isNarrow ? request.narrow : request.window;
+        m_toBeKept.push_back({IndexKind::search, keyOfSearch(request, window),
+                              [result, calendars = request.calendars] {
                                   return bytesOfSearch(*result, calendars);
                               }});
     }
     return result;
 }
 
-std::optional<SearchResult> CalendarReader::keptSearch(const SearchRequest& request,
-                                                       const Signature& key) {
-    const auto bytes = CalendarIndex::Reading(*m_index).find(IndexKind::search, key);
-    return bytes ? searchFromBytes(*bytes, request.calendars) : std::nullopt;
+std::optional<SearchResult> CalendarReader::keptSearch(const SearchRequest& request) {
+    CalendarIndex::Reading reading(*m_index);
+    for (const Window* const window : {&request.window, &request.narrow}) {
+        const auto bytes = reading.find(IndexKind::search, keyOfSearch(request, *window));
+        auto result = bytes ? searchFromBytes(*bytes, request.calendars) : std::nullopt;
+        if (result) {
+            result->isNarrow = window == &request.narrow;
+            return result;
+        }
+    }
+    return std::nullopt;
 }
 
-// A calendar that is what it was comes to what it came to, unless all of them cost too much.
 SearchResult CalendarReader::expand(const SearchRequest& request) {
-    const bool isLikeBefore =
-        m_expandedZone == request.userZone && m_expandedWindow == request.window;
-    auto before = std::exchange(m_expanded, {});
-    m_expandedZone = request.userZone;
-    m_expandedWindow = request.window;
-    if (!isLikeBefore) {
-        before.clear();
-    }
-    if (!expandAll(request, std::move(before))) {
-        m_expanded.clear();
-        expandAll(request, {});
-    }
     SearchResult result;
+    if (!expandWithin(request.window, request)) {
+        result.isNarrow = true;
+        expandWithin(request.narrow, request);
+    }
     for (const ExpandedCalendar& one : m_expanded) {
         result.events.insert(result.events.end(), one.events.begin(), one.events.end());
         result.problems.insert(result.problems.end(), one.problems.begin(), one.problems.end());
@@ -387,11 +397,30 @@ SearchResult CalendarReader::expand(const SearchRequest& request) {
     return result;
 }
 
+// A calendar that is what it was comes to what it came to, unless all of them cost too much. False
+// where not everything was found.
+bool CalendarReader::expandWithin(const Window& window, const SearchRequest& request) {
+    const bool isLikeBefore = m_expandedZone == request.userZone && m_expandedWindow == window;
+    auto before = std::exchange(m_expanded, {});
+    m_expandedZone = request.userZone;
+    m_expandedWindow = window;
+    if (!isLikeBefore) {
+        before.clear();
+    }
+    if (!expandAll(request, std::move(before))) {
+        m_expanded.clear();
+        expandAll(request, {});
+    }
+    return std::none_of(m_expanded.begin(), m_expanded.end(),
+                        [](const ExpandedCalendar& one) { return one.cost.isCut; });
+}
+
 // False where they cost too much for what was known to be used.
 bool CalendarReader::expandAll(const SearchRequest& request, std::vector<ExpandedCalendar> before) {
     const LoadedCalendars& all = loaded(*request.snapshot);
     SearchCost cost;
     bool isKnownUsed = false;
+    bool isAllowed = true;
     for (const auto& name : request.calendars) {
         const auto calendar = std::find_if(all.begin(), all.end(), [&](const auto& one) {
             return one->calendar->calendarIdentifier == name->calendarIdentifier;
@@ -404,14 +433,16 @@ bool CalendarReader::expandAll(const SearchRequest& request, std::vector<Expande
         });
         if (known != before.end()) {
             isKnownUsed = true;
-            cost.stepsSpent += known->cost.stepsSpent;
+            isAllowed = isAllowed && cost.allows(known->cost);
+            cost.calendar = known->cost;
             m_expanded.push_back(std::move(*known));
             before.erase(known);
         } else {
             m_expanded.push_back(expandOne(request, *calendar, name, cost));
         }
+        cost.endCalendar();
     }
-    return !(isKnownUsed && cost.isTooMuch());
+    return !isKnownUsed || (isAllowed && !cost.hasSpentSteps());
 }
 
 ExpandedCalendar CalendarReader::expandOne(const SearchRequest& request,
@@ -423,18 +454,19 @@ ExpandedCalendar CalendarReader::expandOne(const SearchRequest& request,
                                                std::string what) {
         problems.add(file, line, std::move(what));
     };
-    const std::int64_t stepsBefore = cost.stepsSpent;
-    Expander expander(request.window, *request.userZone, m_zones, report, cost);
+    Expander expander(m_expandedWindow, *request.userZone, m_zones, report, cost);
     std::vector<Occurrence> occurrences;
     for (const auto& entry : calendar->entries) {
+        if (cost.calendar.found == cost.mostFound() && cost.calendar.isCut) {
+            break;
+        }
         if (expander.mayMeetWindow(entry.firstDay, entry.lastDay)) {
             LoadedFile& file = *calendar->files[entry.file];
             expander.expand({&file, &file.ics.events[entry.event]}, calendar->overrides,
                             occurrences);
         }
     }
-    ExpandedCalendar result{calendar, name, {}, problems.take(), {}};
-    result.cost.stepsSpent = cost.stepsSpent - stepsBefore;
+    ExpandedCalendar result{calendar, name, {}, problems.take(), cost.calendar};
     result.events.reserve(occurrences.size());
     for (const Occurrence& occurrence : occurrences) {
         result.events.push_back(makeEvent(name, occurrence));

@@ -23,7 +23,8 @@ namespace quorvel::freedesktop::ics {
 struct SearchRequest {
     std::shared_ptr<StoreSnapshot> snapshot;
     std::shared_ptr<ZoneClock> userZone;
-    Window window;
+    Window window;                   // what is searched, and known afterwards
+    Window narrow;                   // in it; searched alone where the whole holds too much
     platform::EKCalendars calendars; // of the snapshot, in its order
     bool operator==(const SearchRequest&) const = default;
 };
@@ -34,7 +35,7 @@ struct ExpandedCalendar {
     std::shared_ptr<const platform::EKCalendar> name; // that the events bear
     platform::EKEvents events;
     std::vector<VersionedProblem> problems;
-    SearchCost cost;
+    CalendarCost cost;
 };
 
 // For one thread at a time.
@@ -64,13 +65,15 @@ private:
     std::shared_ptr<StoreSnapshot> keptSnapshot(const Signature& seen);
     std::shared_ptr<StoreSnapshot> read(const Signature& seen);
     void readFiles();
-    void findInIndex(std::vector<UnreadFile>& unread);
-    void readFromDisk(const std::vector<UnreadFile>& unread);
+    void readAll(std::vector<UnreadFile> unread);
     void readWithinRoom(const std::vector<UnreadFile>& unread);
+    bool findInIndex(const UnreadFile& one, CalendarIndex::Reading& reading, std::size_t mostBytes);
+    void keepFile(const UnreadFile& one);
     std::size_t bytesInMemory();
     const LoadedCalendars& loaded(StoreSnapshot& snapshot);
-    std::optional<SearchResult> keptSearch(const SearchRequest& request, const Signature& key);
+    std::optional<SearchResult> keptSearch(const SearchRequest& request);
     SearchResult expand(const SearchRequest& request);
+    bool expandWithin(const Window& window, const SearchRequest& request);
     bool expandAll(const SearchRequest& request, std::vector<ExpandedCalendar> before);
     ExpandedCalendar expandOne(const SearchRequest& request,
                                const std::shared_ptr<LoadedCalendar>& calendar,

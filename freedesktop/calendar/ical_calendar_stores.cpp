@@ -51,10 +51,9 @@ platform::EKCalendars calendarsIn(const StoreSnapshot& snapshot,
     return result;
 }
 
-// Whole weeks around it, so that what follows a moment or a day later asks for the same.
-ics::Window searchedWindow(const ics::Window& window) {
-    constexpr double week = 7 * 86400;
-    return {std::floor(window.from / week) * week, std::ceil(window.to / week) * week};
+// Whole weeks or hours around it, so that what follows a moment later asks for the same.
+ics::Window roundedWindow(const ics::Window& window, double unit) {
+    return {std::floor(window.from / unit) * unit, std::ceil(window.to / unit) * unit};
 }
 
 // Absent where nothing can lie in it.
@@ -149,8 +148,11 @@ public:
         if (!window) {
             return {};
         }
+        constexpr double hour = 3600;
+        constexpr double week = 7 * 24 * hour;
         const auto result =
-            m_desk->search(m_view, {m_view.snapshot, m_view.userZone, searchedWindow(*window),
+            m_desk->search(m_view, {m_view.snapshot, m_view.userZone, roundedWindow(*window, week),
+                                    roundedWindow(*window, hour),
                                     calendarsIn(*m_view.snapshot, predicate.calendars)});
         platform::EKEvents events;
         if (result) {

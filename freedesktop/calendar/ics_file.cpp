@@ -132,6 +132,23 @@ private:
 
 constexpr PropertyTable propertyTable;
 
+std::size_t sizeWith(const IcsFile& file, std::size_t overrides) {
+    constexpr std::size_t collectedEvent = 40; // among those with the same UID
+    constexpr std::size_t collectedOverride = 176;
+    return file.text.size() + file.events.size() * (sizeof(IcsEvent) + collectedEvent) +
+           file.rules.size() * sizeof(RuleLine) + overrides * collectedOverride;
+}
+
+// A large one lies in pages of its own, and those that were never written take no room; to copy it
+// would.
+template <typename Container>
+void trim(Container& container) {
+    constexpr std::size_t large = std::size_t{1} << 20U; // bytes
+    if (container.size() * sizeof(container[0]) < large) {
+        container.shrink_to_fit();
+    }
+}
+
 // The part of a line before its value or parameters.
 struct LineName {
     std::size_t length = 0;
@@ -207,7 +224,7 @@ public:
             return static_cast<std::size_t>(static_cast<double>(count) * (1 + ratio) * surplus);
         };
         m_file.events.reserve(std::min(more(events), m_mostBytes / sizeof(IcsEvent)));
-        m_file.text.reserve(std::min(more(m_file.text.size()), m_mostBytes / 4));
+        m_file.text.reserve(std::min(more(m_file.text.size()), m_mostBytes));
     }
 
     IcsFile finish(std::string_view piece) {
@@ -504,6 +521,7 @@ private:
         }
         setDays();
         m_file.events.push_back(m_event);
+        m_overrides += m_event.recurrenceId ? 1 : 0;
         if (bytesKept() > m_mostBytes) {
             problem(m_event.line, "there are more events than can be kept: those that follow "
                                   "are left out");
@@ -673,7 +691,7 @@ private:
         }
     }
 
-    std::size_t bytesKept() const { return m_file.sizeInMemory() + m_zoneBytes; }
+    std::size_t bytesKept() const { return sizeWith(m_file, m_overrides) + m_zoneBytes; }
 
     void problem(std::size_t line, std::string what) {
         if (m_file.problems.size() < mostProblems) {
@@ -700,9 +718,9 @@ private:
         if (m_moreProblems > 0) {
             m_file.problems.push_back({0, "and " + std::to_string(m_moreProblems) + " more"});
         }
-        m_file.text.shrink_to_fit();
-        m_file.events.shrink_to_fit();
-        m_file.rules.shrink_to_fit();
+        trim(m_file.text);
+        trim(m_file.events);
+        trim(m_file.rules);
     }
 
     ContentLineReader m_lines;
@@ -713,6 +731,7 @@ private:
     IcsFile m_file;
     std::size_t m_moreProblems = 0;
     std::size_t m_bytesTaken = 0;
+    std::size_t m_overrides = 0;
     std::size_t m_zoneBytes = 0; // near enough
 
     Place m_place = Place::calendar;
@@ -749,6 +768,13 @@ IcsFileReader::IcsFileReader(const std::function<bool(std::string_view)>& zoneIs
     : m_reader(std::make_unique<Reader>(zoneIsKnown, mostBytes)) {}
 
 IcsFileReader::~IcsFileReader() = default;
+
+std::size_t IcsFile::sizeInMemory() const {
+    return sizeWith(*this, static_cast<std::size_t>(std::count_if(
+                               events.begin(), events.end(), [](const IcsEvent& event) {
+                                   return event.recurrenceId.has_value();
+                               })));
+}
 
 std::size_t IcsFileReader::read(std::string_view piece) {
     return m_reader->read(piece);

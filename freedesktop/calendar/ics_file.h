@@ -137,17 +137,15 @@ struct IcsFile {
     }
     // Exactly one UID, and no word about a calendar: a file as a vdir holds them.
     bool looksLikeOneEvent() const;
-    // Bytes, near enough.
-    std::size_t sizeInMemory() const {
-        return text.size() + events.size() * sizeof(IcsEvent) + rules.size() * sizeof(RuleLine);
-    }
+    // Bytes, near enough, together with what collecting the events takes.
+    std::size_t sizeInMemory() const;
 };
 
 // Reads a text that comes in pieces. Never fails: what cannot be read is left out and named. Zones
 // whose name is known need no definition, and theirs is passed over.
 class IcsFileReader {
 public:
-    static constexpr std::size_t mostBytesOfAFile = std::size_t{128} << 20U;
+    static constexpr std::size_t mostBytesOfAFile = std::size_t{250} << 20U; // a million events
 
     // The function must outlive the reader. What would take more bytes in memory is left out.
     explicit IcsFileReader(const std::function<bool(std::string_view)>& zoneIsKnown,

@@ -26,8 +26,9 @@ constexpr std::size_t mostListedTimes = 100000;
 // The steps of all rules of a search until each gets few only.
 constexpr std::int64_t mostSteps = 4'000'000;
 constexpr std::int64_t fewSteps = 2'000;
-// Of all repeating events of a search; each takes some 300 bytes in the end.
-constexpr std::size_t mostRepeats = 300'000;
+// Of all calendars of a search; each takes a kilobyte in the end.
+constexpr std::size_t mostFoundOfAll = 100'000;
+constexpr std::size_t leastShare = 1'000; // of a calendar, whatever the others found
 
 std::int64_t bounded(double seconds) {
     constexpr double farthest = 2.54e11; // the year 9999 and a little more
@@ -242,8 +243,27 @@ EventSet collectEvents(const std::vector<std::shared_ptr<LoadedFile>>& files) {
     return result;
 }
 
-bool SearchCost::isTooMuch() const {
-    return stepsSpent >= mostSteps || repeats >= mostRepeats;
+void SearchCost::endCalendar() {
+    before.steps += calendar.steps;
+    before.found += calendar.found;
+    calendar = {};
+}
+
+std::size_t SearchCost::mostFound() const {
+    return std::max(leastShare, (mostFoundOfAll - std::min(mostFoundOfAll, before.found)) / 2);
+}
+
+// Some of the share is for events that do not repeat: of those a calendar has to hold each.
+std::size_t SearchCost::mostRepeats() const {
+    return mostFound() / 4 * 3;
+}
+
+bool SearchCost::hasSpentSteps() const {
+    return before.steps + calendar.steps >= mostSteps;
+}
+
+bool SearchCost::allows(const CalendarCost& known) const {
+    return !known.isCut && known.found <= mostFound() && known.repeats <= mostRepeats();
 }
 
 Expander::Expander(Window window, ZoneClock& userZone, ZoneNames& names,
@@ -434,8 +454,15 @@ void Expander::emit(LoadedFile& file, const IcsEvent& event, const EventTime& st
     one.end = endOf(file, start, one.start, length);
     one.isAllDay = start.kind == TimeKind::date;
     one.recurrence = recurrence;
-    if (belongsTo(m_window, one.start, one.end)) {
+    if (!belongsTo(m_window, one.start, one.end)) {
+        return;
+    }
+    if (m_cost.calendar.found < m_cost.mostFound()) {
+        ++m_cost.calendar.found;
         result.push_back(one);
+    } else {
+        m_cost.calendar.isCut = true;
+        m_report(file, event.line, "there are too many events: from this one on they are left out");
     }
 }
 
@@ -509,7 +536,8 @@ void Expander::emitSeries(Series& series, const OverrideSet* overrides,
     });
     const Start* last = nullptr;
     for (const Start& start : starts) {
-        if (m_cost.repeats >= mostRepeats) {
+        if (m_cost.calendar.repeats >= m_cost.mostRepeats()) {
+            m_cost.calendar.isCut = true;
             m_report(series.file, series.event.line,
                      "there are too many repeats; this event's are not all shown");
             return;
@@ -520,11 +548,11 @@ void Expander::emitSeries(Series& series, const OverrideSet* overrides,
             series.excludedDays.count(dayOf(start.time.reading)) != 0) {
             continue;
         }
-        ++m_cost.repeats;
         const bool isOne = series.event.repeats || overrides != nullptr;
         const auto recurrence = isOne ? std::optional(start.instant) : std::nullopt;
         const EventReference* from =
             overrides == nullptr ? nullptr : overrideFrom(*overrides, start.instant);
+        const std::size_t foundBefore = m_cost.calendar.found;
         if (from == nullptr) {
             emit(series.file, series.event, start.time, start.length.value_or(series.length),
                  recurrence, result);
@@ -535,6 +563,7 @@ void Expander::emitSeries(Series& series, const OverrideSet* overrides,
             emit(*from->file, *from->event, time, lengthOf(*from->file, *from->event), recurrence,
                  result);
         }
+        m_cost.calendar.repeats += m_cost.calendar.found - foundBefore;
     }
 }
 
@@ -586,7 +615,7 @@ std::vector<std::int64_t> Expander::ruleStarts(Series& series, const RuleLine& l
     if (until && until->isUtc && !request.wholeDays) {
         endAtInstant(request, clock, *request.until);
     }
-    request.budget = m_cost.isTooMuch() ? fewSteps : recurrence::standardBudget;
+    request.budget = m_cost.hasSpentSteps() ? fewSteps : recurrence::standardBudget;
     if (rule->count && request.to >= request.start) {
         const recurrence::CountEnd end = countEnd(series, line, request);
         if (!end.isCounted && request.to > end.reading) {
@@ -596,7 +625,7 @@ std::vector<std::int64_t> Expander::ruleStarts(Series& series, const RuleLine& l
         rule->count = std::nullopt;
     }
     const recurrence::RecurrenceStarts starts = recurrence::expandRecurrence(request);
-    m_cost.stepsSpent += starts.stepsSpent;
+    m_cost.calendar.steps += starts.stepsSpent;
     if (!starts.problem.empty()) {
         report(starts.problem);
     }
@@ -611,7 +640,7 @@ recurrence::CountEnd Expander::countEnd(Series& series, const RuleLine& line,
         return known->second.end;
     }
     const recurrence::CountEnd end = recurrence::endOfCount(request);
-    m_cost.stepsSpent += end.stepsSpent;
+    m_cost.calendar.steps += end.stepsSpent;
     if (end.isCounted || request.budget == recurrence::standardBudget) {
         series.file.countedRules[&line] = {zone, end};
     }

@@ -157,7 +157,7 @@ StoreDesk::View StoreDesk::refresh() {
 std::shared_ptr<const SearchResult> StoreDesk::search(const View& view,
                                                       const SearchRequest& request) {
     std::unique_lock lock(m_mutex);
-    if (m_request == request) {
+    if (isAnswered(request)) {
         return m_result;
     }
     if (!m_waits) {
@@ -244,7 +244,7 @@ std::optional<SearchRequest> StoreDesk::requestAfterRefresh() const {
     if (!m_wanted) {
         return std::nullopt;
     }
-    SearchRequest request{m_snapshot, m_userZone, m_wanted->window, {}};
+    SearchRequest request{m_snapshot, m_userZone, m_wanted->window, m_wanted->narrow, {}};
     const auto& before = *m_wanted->snapshot;
     for (const auto& calendar : m_snapshot->calendars) {
         const bool isWanted = std::any_of(
@@ -255,7 +255,18 @@ std::optional<SearchRequest> StoreDesk::requestAfterRefresh() const {
             request.calendars.push_back(calendar);
         }
     }
-    return m_request == request ? std::nullopt : std::optional(request);
+    return isAnswered(request) ? std::nullopt : std::optional(request);
+}
+
+bool StoreDesk::isAnswered(const SearchRequest& request) const {
+    if (!m_request || !m_result) {
+        return false;
+    }
+    SearchRequest answered = *m_request;
+    if (!m_result->isNarrow) {
+        answered.narrow = request.narrow;
+    }
+    return answered == request;
 }
 
 } // namespace quorvel::freedesktop::ics

@@ -75,6 +75,7 @@ private:
     void letWorkerFinish(std::unique_lock<std::mutex>& lock, Clock::time_point deadline);
     void work();
     void doWhatIsWanted();
+    bool isAnswered(const SearchRequest& request) const;
     std::optional<SearchRequest> requestAfterRefresh() const;
 
     // Held while anything is read; always taken before the other.

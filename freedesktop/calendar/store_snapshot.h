@@ -28,6 +28,7 @@ struct StoreSnapshot {
 struct SearchResult {
     platform::EKEvents events; // in the store's order
     std::vector<VersionedProblem> problems;
+    bool isNarrow = false; // of the narrow window alone
 };
 
 } // namespace quorvel::freedesktop::ics

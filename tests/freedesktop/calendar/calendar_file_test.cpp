@@ -88,7 +88,7 @@ TEST_F(CalendarFileTest, ErrorsAreKept) {
     EXPECT_EQ(file.error, EINVAL);
     std::filesystem::remove(path());
     writeTitle("a");
-    std::filesystem::resize_file(path(), (std::uintmax_t{256} << 20U) + 1); // takes no room
+    std::filesystem::resize_file(path(), (std::uintmax_t{2} << 30U) + 1); // takes no room
     look(file);
     readAt(file, 10 * second);
     EXPECT_EQ(file.error, EFBIG);

@@ -1,6 +1,7 @@
 // Files, folders and vdir collections, and what changes in them between two stores.
 #include "tests/freedesktop/calendar/store_fixture.h"
 
+#include <sys/fsuid.h>
 #include <sys/stat.h>
 
 namespace quorvel::freedesktop {
@@ -16,6 +17,20 @@ protected:
             eventText("UID:" + uid + "|SUMMARY:" + uid + "|DTSTART:20260310T100000Z"));
     }
     std::string today() { return found("20260310", "20260311"); }
+};
+
+// The superuser may read everything; as nobody this thread may not.
+class AsNobody {
+public:
+    AsNobody()
+        : m_user(setfsuid(nobody)) {}
+    ~AsNobody() { setfsuid(static_cast<uid_t>(m_user)); }
+    AsNobody(const AsNobody&) = delete;
+    AsNobody& operator=(const AsNobody&) = delete;
+
+private:
+    static constexpr uid_t nobody = 65534;
+    int m_user;
 };
 
 TEST_F(CalendarFilesTest, FileIsOneCalendar) {
@@ -168,6 +183,44 @@ TEST_F(CalendarFilesTest, ManyFilesAreAllReadAndProblemsComeInOrder) {
     std::filesystem::remove(folder / "many/1000.ics");
     EXPECT_EQ(events("20260310", "20260311").size(), 444U);
     EXPECT_EQ(problems, expected);
+}
+
+TEST_F(CalendarFilesTest, WhatMayNotBeReadIsNamedAndTheRestIsShown) {
+    write("shut.ics", one("shut"));
+    write("closed/a.ics", one("closed"));
+    write("good.ics", one("good"));
+    chmod(folder.c_str(), 0755);
+    chmod((folder / "shut.ics").c_str(), 0);
+    chmod((folder / "closed").c_str(), 0);
+    use();
+    {
+        const AsNobody nobody;
+        EXPECT_EQ(today(), "good 20260310T110000-20260310T110000\n");
+        const std::string denied = ":0: it cannot be read: Permission denied\n";
+        EXPECT_EQ(problems,
+                  (folder / "shut.ics").string() + denied + (folder / "closed").string() + denied);
+    }
+    chmod((folder / "shut.ics").c_str(), 0644);
+    chmod((folder / "closed").c_str(), 0755);
+    const AsNobody nobody;
+    EXPECT_EQ(today(), "closed 20260310T110000-20260310T110000\n"
+                       "good 20260310T110000-20260310T110000\n"
+                       "shut 20260310T110000-20260310T110000\n");
+}
+
+TEST_F(CalendarFilesTest, SourceThatMayNotBeReadIsNamed) {
+    write("closed/a.ics", one("a"));
+    chmod(folder.c_str(), 0755);
+    chmod((folder / "closed").c_str(), 0);
+    use("closed");
+    {
+        const AsNobody nobody;
+        EXPECT_EQ(today(), "");
+        EXPECT_EQ(problems,
+                  (folder / "closed").string() + ":0: it cannot be read: Permission denied\n");
+        EXPECT_FALSE(stores.anyReadable());
+    }
+    chmod((folder / "closed").c_str(), 0755);
 }
 
 TEST_F(CalendarFilesTest, MissingSourceIsNamed) {
