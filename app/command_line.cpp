@@ -128,13 +128,22 @@ double parsePositiveNumber(const std::string& text, std::string_view what, doubl
     return number;
 }
 
+// Of the first presentation, and behind a comma of those that follow.
+void readCalendarWaits(const std::string& text, CommandLine& line) {
+    constexpr std::string_view what = "the wait for calendars";
+    const std::size_t comma = text.find(',');
+    line.calendarWait = parsePositiveNumber(text.substr(0, comma), what, longestWait);
+    if (comma != std::string::npos) {
+        line.laterCalendarWait = parsePositiveNumber(text.substr(comma + 1), what, longestWait);
+    }
+}
+
 void readNumbers(const CLI::App& app, const RawNumbers& numbers, CommandLine& line) {
     if (app.count("--width") > 0) {
         line.width = parsePositiveNumber(numbers.width, "the width", greatestWidth);
     }
     if (app.count("--calendar-wait") > 0) {
-        line.calendarWait =
-            parsePositiveNumber(numbers.calendarWait, "the wait for calendars", longestWait);
+        readCalendarWaits(numbers.calendarWait, line);
     }
     if (app.count("--scale") > 0) {
         line.scale = parsePositiveNumber(numbers.scale, "the scale", greatestScale);

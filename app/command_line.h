@@ -16,7 +16,8 @@ struct CommandLine {
     bool hasCommand = false;
 
     std::vector<std::string> calendars;
-    std::optional<double> calendarWait; // seconds
+    std::optional<double> calendarWait;      // seconds, of the first presentation
+    std::optional<double> laterCalendarWait; // of the others
     std::optional<std::string> preferences;
     bool sample = false;
     std::string controller;      // empty: the bundle's principal class

@@ -95,9 +95,10 @@ constexpr std::array<OptionText, 17> commonOptions{{
      "calendar, or 'eds:', the calendars of Evolution Data Server; may be\n"
      "given again ('eds:' where there is one, ~/.local/share/calendars and\n"
      "~/.calendars)"},
-    {"--calendar-wait", "--calendar-wait SECONDS",
-     "how long Evolution Data Server may take at first (3); what comes\n"
-     "later is shown by 'show' alone"},
+    {"--calendar-wait", "--calendar-wait FIRST[,LATER]",
+     "how many seconds Evolution Data Server may take for the first\n"
+     "presentation (3) and for each later one (0.5); what comes after\n"
+     "that is shown by 'show' alone"},
     {"--preferences", "--preferences DIR",
      "the folder of the settings' property lists\n"
      "($XDG_CONFIG_HOME/quorvel/Preferences)"},
@@ -133,7 +134,12 @@ const CommandText& textOf(Command command) {
 std::string optionHelp(const OptionText& option) {
     constexpr std::size_t textColumn = 26;
     std::string text = "  " + std::string(option.usage);
-    text.append(textColumn > text.size() ? textColumn - text.size() : 2, ' ');
+    if (text.size() + 2 > textColumn) { // its text begins below it
+        text += '\n';
+        text.append(textColumn, ' ');
+    } else {
+        text.append(textColumn - text.size(), ' ');
+    }
     for (const char character : option.text) {
         text += character;
         if (character == '\n') {

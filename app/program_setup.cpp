@@ -232,7 +232,7 @@ void checkOutputName(const CommandLine& line) {
 freedesktop::DataServerWaits dataServerWaitsOf(const CommandLine& line) {
     freedesktop::DataServerWaits waits;
     waits.first = line.calendarWait.value_or(waits.first);
-    waits.later = std::min(waits.first, waits.later);
+    waits.later = line.laterCalendarWait.value_or(std::min(waits.first, waits.later));
     return waits;
 }
 

@@ -47,10 +47,26 @@ TEST(CommandLine, TakesTheLastOfWhatIsSaidTwice) {
     EXPECT_EQ(parsed({"agenda", "--width", "100", "--width", "200"}).width, 200);
 }
 
+TEST(CommandLine, TakesOneWaitOrTwo) {
+    auto line = parsed({"show", "--calendar-wait", "2.5"});
+    EXPECT_EQ(line.calendarWait, 2.5);
+    EXPECT_FALSE(line.laterCalendarWait);
+    line = parsed({"show", "--calendar-wait", "4,0.25"});
+    EXPECT_EQ(line.calendarWait, 4);
+    EXPECT_EQ(line.laterCalendarWait, 0.25);
+    EXPECT_EQ(complaint({"show", "--calendar-wait", "4,"}),
+              "the wait for calendars cannot be '': give a decimal number");
+    EXPECT_EQ(complaint({"show", "--calendar-wait", "0,1"}),
+              "the wait for calendars cannot be '0': give a number above 0 and up to 600");
+    EXPECT_EQ(complaint({"show", "--calendar-wait", "1,2,3"}),
+              "the wait for calendars cannot be '2,3': give a decimal number");
+}
+
 TEST(CommandLine, LeavesWhatIsNotSaidOpen) {
     const auto line = parsed({"snapshot", "-o", "x.png"});
     EXPECT_EQ(line.output, "x.png");
     EXPECT_FALSE(line.width);
+    EXPECT_FALSE(line.calendarWait);
     EXPECT_FALSE(line.scale);
     EXPECT_FALSE(line.foundationVersion);
     EXPECT_FALSE(line.background);
