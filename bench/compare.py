@@ -179,11 +179,12 @@ def compare_reading(data, runs):
 
 def measure_life(data):
     header("inside a process that lives, 100,000 events", "time", "target")
-    output = subprocess.run([BENCH / "live_bench", data.folder], check=True,
+    output = subprocess.run([BENCH / "live_bench", data.folder, data.home / "index"], check=True,
                             env=data.environment, capture_output=True, text=True).stdout
     times = dict(line.split(" ", 1) for line in output.splitlines())
     row("a presentation, nothing changed", times["unchanged"], "2 ms")
     row("a presentation after one event was edited", times["edited"], "50 ms")
+    row("the same, at once after a start from the index", times["indexed"], "")
 
 
 def main():

@@ -1,7 +1,8 @@
 // What a presentation costs inside a process that lives, over calendars on disk:
-//   live_bench DIR
-// DIR holds calendars as make_calendars writes them; one of them is changed and put back. Prints
-// medians: of presentations with nothing changed, and of those after one event was edited.
+//   live_bench DIR INDEX
+// DIR holds calendars as make_calendars writes them; one of them is changed and put back. INDEX is
+// a folder for the index. Prints medians: of presentations with nothing changed, of those after one
+// event was edited, and of the first edit after a start from the index.
 
 #include <algorithm>
 #include <chrono>
@@ -28,7 +29,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr NSDate now{794829600}; // 2026-03-10 10:00:00 UTC
 
-freedesktop::FreedesktopOptions optionsFor(const std::string& folder) {
+freedesktop::FreedesktopOptions optionsFor(const std::string& folder, const std::string& index) {
     freedesktop::FreedesktopOptions options;
     options.timeZone = freedesktop::TimeZone::named("Europe/Berlin");
     options.locale = "en_GB";
@@ -36,14 +37,15 @@ freedesktop::FreedesktopOptions optionsFor(const std::string& folder) {
     options.dataFolder = DATA_FOLDER;
     options.preferencesFolder = PREFERENCES_FOLDER;
     options.calendars = {freedesktop::CalendarSource::at(folder)};
+    options.calendarIndexFolder = index;
     options.now = now;
     return options;
 }
 
 class Widget {
 public:
-    explicit Widget(const std::string& folder)
-        : m_platform(optionsFor(folder))
+    explicit Widget(const std::string& folder, const std::string& index = {})
+        : m_platform(optionsFor(folder, index))
         , m_controller(std::make_shared<QuorvelViewControllerNew>(m_platform.platform())) {
         m_window =
             std::make_shared<UIWindow>(CGRectMake(0, 0, 320, 568), m_platform.platform().screen);
@@ -120,42 +122,80 @@ private:
     std::size_t m_at = 0;
 };
 
+void require(bool holds, const char* what) {
+    if (!holds) {
+        std::fprintf(stderr, "live_bench: %s\n", what);
+        std::exit(1);
+    }
+}
+
+// Until what was written last is taken to be settled.
+void letFilesSettle() {
+    std::this_thread::sleep_for(std::chrono::milliseconds(2100));
+}
+
+double presentEdit(Widget& widget, const OneEdit& edit, char letter) {
+    edit.edit(letter);
+    const double milliseconds = widget.present();
+    const auto titles = widget.titles();
+    require(
+        std::any_of(titles.begin(), titles.end(),
+                    [&](const auto& title) { return !title.empty() && title.front() == letter; }),
+        "the edited event is not shown");
+    return milliseconds;
+}
+
+struct Times {
+    double first = 0;
+    std::vector<double> unchanged;
+    std::vector<double> edited;
+    std::string title; // of an event that is shown
+};
+
+Times measureLife(const std::string& folder) {
+    constexpr int unchangedRounds = 51;
+    constexpr int editedRounds = 11;
+    Widget widget(folder);
+    Times times;
+    times.first = widget.present();
+    require(!widget.titles().empty(), "nothing is shown");
+    times.title = widget.titles().front();
+    for (int i = 0; i < unchangedRounds; ++i) {
+        times.unchanged.push_back(widget.present());
+    }
+    const OneEdit edit(folder, times.title);
+    for (int i = 0; i < editedRounds; ++i) {
+        times.edited.push_back(presentEdit(widget, edit, static_cast<char>('A' + i)));
+    }
+    return times;
+}
+
+std::vector<double> measureFirstEdits(const std::string& folder, const std::string& index,
+                                      const std::string& title) {
+    constexpr int rounds = 5;
+    std::vector<double> times;
+    for (int i = 0; i < rounds; ++i) {
+        letFilesSettle();
+        Widget(folder, index).present(); // makes the index
+        Widget widget(folder, index);
+        widget.present();
+        const OneEdit edit(folder, title);
+        times.push_back(presentEdit(widget, edit, static_cast<char>('A' + i)));
+    }
+    return times;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: live_bench DIR\n");
+    if (argc != 3) {
+        std::fprintf(stderr, "usage: live_bench DIR INDEX\n");
         return 2;
     }
-    constexpr int unchangedRounds = 51;
-    constexpr int editedRounds = 11;
-    std::this_thread::sleep_for(std::chrono::milliseconds(2100)); // until the files are settled
-    Widget widget(argv[1]);
-    const double first = widget.present();
-    if (widget.titles().empty()) {
-        std::fprintf(stderr, "live_bench: nothing is shown\n");
-        return 1;
-    }
-    std::vector<double> unchanged;
-    for (int i = 0; i < unchangedRounds; ++i) {
-        unchanged.push_back(widget.present());
-    }
-    std::vector<double> edited;
-    const OneEdit edit(argv[1], widget.titles().front());
-    for (int i = 0; i < editedRounds; ++i) {
-        const char letter = static_cast<char>('A' + i);
-        edit.edit(letter);
-        edited.push_back(widget.present());
-        const auto titles = widget.titles();
-        const bool isShown = std::any_of(titles.begin(), titles.end(), [&](const auto& title) {
-            return !title.empty() && title.front() == letter;
-        });
-        if (!isShown) {
-            std::fprintf(stderr, "live_bench: the edited event is not shown\n");
-            return 1;
-        }
-    }
-    std::printf("first %.3f ms\nunchanged %.3f ms\nedited %.3f ms\n", first, median(unchanged),
-                median(edited));
+    letFilesSettle();
+    const Times times = measureLife(argv[1]);
+    std::printf("first %.3f ms\nunchanged %.3f ms\nedited %.3f ms\nindexed %.3f ms\n", times.first,
+                median(times.unchanged), median(times.edited),
+                median(measureFirstEdits(argv[1], argv[2], times.title)));
     return 0;
 }

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cmath>
 #include <future>
+#include <mutex>
 #include <set>
 #include <unordered_set>
 
@@ -245,19 +246,24 @@ void CalendarReader::readFiles() {
     }
 }
 
-void CalendarReader::readAll(std::vector<UnreadFile> unread) {
+void CalendarReader::readAll(const std::vector<UnreadFile>& unread) {
+    std::vector<std::optional<std::string>> kept(unread.size());
     if (m_index && m_isAllOnDisk) {
         CalendarIndex::Reading reading(*m_index);
-        unread.erase(std::remove_if(unread.begin(), unread.end(),
-                                    [&](const UnreadFile& one) {
-                                        return findInIndex(one, reading, mostBytesInMemory);
-                                    }),
-                     unread.end());
+        std::transform(unread.begin(), unread.end(), kept.begin(),
+                       [&](const UnreadFile& one) { return keptBytes(one, reading); });
     }
+    std::vector<UnreadFile> fromDisk;
+    std::mutex mutex;
     std::atomic<std::size_t> next = 0;
     const auto readMany = [&] {
         for (std::size_t i = next++; i < unread.size() && !m_isCancelled; i = next++) {
-            readCalendarFile(*unread[i].file, unread[i].path, unread[i].kind, m_context);
+            const auto bytes = std::exchange(kept[i], std::nullopt);
+            if (!bytes || !takeKept(unread[i], *bytes, mostBytesInMemory)) {
+                readCalendarFile(*unread[i].file, unread[i].path, unread[i].kind, m_context);
+                const std::lock_guard lock(mutex);
+                fromDisk.push_back(unread[i]);
+            }
         }
     };
     std::future<void> other;
@@ -269,7 +275,7 @@ void CalendarReader::readAll(std::vector<UnreadFile> unread) {
     if (other.valid()) {
         other.get();
     }
-    for (const UnreadFile& one : unread) {
+    for (const UnreadFile& one : fromDisk) {
         keepFile(one);
     }
 }
@@ -288,7 +294,8 @@ void CalendarReader::readWithinRoom(const std::vector<UnreadFile>& unread) {
         }
         context.mostBytes = std::min(IcsFileReader::mostBytesOfAFile,
                                      mostBytesInMemory - std::min(bytes, mostBytesInMemory));
-        if (!reading || !findInIndex(one, *reading, context.mostBytes)) {
+        const auto kept = reading ? keptBytes(one, *reading) : std::nullopt;
+        if (!kept || !takeKept(one, *kept, context.mostBytes)) {
             readCalendarFile(*one.file, one.path, one.kind, context);
             keepFile(one);
         }
@@ -296,16 +303,21 @@ void CalendarReader::readWithinRoom(const std::vector<UnreadFile>& unread) {
     }
 }
 
-// One that was read before by this process has changed since: the index has it as it was, if at
-// all.
-bool CalendarReader::findInIndex(const UnreadFile& one, CalendarIndex::Reading& reading,
-                                 std::size_t mostBytes) {
-    CalendarFile& file = *one.file;
-    if (one.kind != FileKind::calendar || file.wasRead || file.seenError != 0) {
-        return false;
+// What the index has of the file, as it is or as it was. One that was read before by this process
+// has changed since.
+std::optional<std::string> CalendarReader::keptBytes(const UnreadFile& one,
+                                                     CalendarIndex::Reading& reading) {
+    if (one.kind != FileKind::calendar || one.file->wasRead || one.file->seenError != 0) {
+        return std::nullopt;
     }
-    const auto bytes = reading.find(IndexKind::file, keyOfFile(one.place));
-    auto ics = bytes ? fileFromBytes(*bytes, file.seen) : std::nullopt;
+    return reading.find(IndexKind::file, keyOfFile(one.place));
+}
+
+// From any thread. False where the file is another by now.
+bool CalendarReader::takeKept(const UnreadFile& one, std::string_view bytes,
+                              std::size_t mostBytes) {
+    CalendarFile& file = *one.file;
+    auto ics = fileFromBytes(bytes, file.seen);
     if (!ics) {
         return false;
     }
@@ -479,6 +491,12 @@ void CalendarReader::keep() {
         m_index->keep(std::exchange(m_toBeKept, {}));
     }
     m_toBeKept.clear();
+}
+
+void CalendarReader::load() {
+    if (m_latest) {
+        loaded(*m_latest);
+    }
 }
 
 } // namespace quorvel::freedesktop::ics

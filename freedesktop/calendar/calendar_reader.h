@@ -58,6 +58,9 @@ public:
     bool isCancelled() const { return m_isCancelled; }
     // Puts into the index what was worked out since the last time.
     void keep();
+    // Where the index alone has answered: reads the calendars too, so that only what changes from
+    // here on is to be read then.
+    void load();
 
 private:
     bool isZoneKnown(std::string_view name); // from any thread
@@ -65,9 +68,11 @@ private:
     std::shared_ptr<StoreSnapshot> keptSnapshot(const Signature& seen);
     std::shared_ptr<StoreSnapshot> read(const Signature& seen);
     void readFiles();
-    void readAll(std::vector<UnreadFile> unread);
+    void readAll(const std::vector<UnreadFile>& unread);
     void readWithinRoom(const std::vector<UnreadFile>& unread);
-    bool findInIndex(const UnreadFile& one, CalendarIndex::Reading& reading, std::size_t mostBytes);
+    static std::optional<std::string> keptBytes(const UnreadFile& one,
+                                                CalendarIndex::Reading& reading);
+    static bool takeKept(const UnreadFile& one, std::string_view bytes, std::size_t mostBytes);
     void keepFile(const UnreadFile& one);
     std::size_t bytesInMemory();
     const LoadedCalendars& loaded(StoreSnapshot& snapshot);

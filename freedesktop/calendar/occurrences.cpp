@@ -487,9 +487,19 @@ Expander::Series Expander::seriesOf(LoadedFile& file, const IcsEvent& event, boo
     ZoneClock& clock = event.start.kind == TimeKind::date ? m_userZone : clockOf(file, event.start);
     const std::int64_t shift = mayShift ? longestShift : 0;
     const std::int64_t reach = series.length.days * secondsPerDay + series.length.seconds;
-    series.from = readingNear(clock, bounded(m_window.from), -1) - reach - shift;
-    series.to = readingNear(clock, bounded(m_window.to), 1) + shift;
+    const Readings& readings = readingsOfWindow(clock);
+    series.from = readings.from - reach - shift;
+    series.to = readings.to + shift;
     return series;
+}
+
+const Expander::Readings& Expander::readingsOfWindow(const ZoneClock& clock) {
+    const auto [found, isNew] = m_readings.try_emplace(&clock);
+    if (isNew) {
+        found->second = {readingNear(clock, bounded(m_window.from), -1),
+                         readingNear(clock, bounded(m_window.to), 1)};
+    }
+    return found->second;
 }
 
 void Expander::expandSeries(LoadedFile& file, const IcsEvent& event, const OverrideSet* overrides,

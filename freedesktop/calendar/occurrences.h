@@ -149,7 +149,13 @@ private:
         std::set<std::int64_t> excludedDays;
     };
 
+    struct Readings {
+        std::int64_t from = 0;
+        std::int64_t to = 0;
+    };
+
     Series seriesOf(LoadedFile& file, const IcsEvent& event, bool mayShift);
+    const Readings& readingsOfWindow(const ZoneClock& clock);
     ZoneClock& clockOf(LoadedFile& file, const EventTime& time);
     ZoneClock& floatingClock(LoadedFile& file);
     bool isNewest(const EventReference& reference, const OverrideSet& set);
@@ -179,6 +185,7 @@ private:
     const EventReference* overrideFrom(const OverrideSet& overrides, std::int64_t instant);
 
     Window m_window;
+    std::unordered_map<const ZoneClock*, Readings> m_readings; // of the window, and a little more
     std::int64_t m_firstDay = 0;
     std::int64_t m_lastDay = 0;
     ZoneClock& m_userZone;

@@ -216,6 +216,7 @@ void StoreDesk::work() {
         {
             const std::lock_guard readerLock(m_readerMutex);
             m_reader.keep();
+            m_reader.load();
         }
         lock.lock();
     }
