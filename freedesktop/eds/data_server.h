@@ -62,7 +62,7 @@ public:
                                                SearchedRange range, Deadline deadline) = 0;
     // From here on tells, from any thread, that the calendars or their events are others than they
     // were, that a server has died, and that an answer that was not waited for is there now. Null:
-    // no longer.
+    // no longer. Changes are heard of while the process's main loop runs.
     virtual void follow(std::function<void()> changed) = 0;
 };
 

@@ -4,6 +4,8 @@
 #include <thread>
 #include <utility>
 
+#include "freedesktop/eds/library/posted_signal.h"
+
 namespace quorvel::freedesktop::eds {
 
 namespace {
@@ -161,19 +163,21 @@ void CalendarConnection::startView() {
                           heldUntilCalled(shared_from_this()));
 }
 
-// The view's own calls wait for the server.
+// The view's own calls wait for the server. It tells on the program's main thread.
 void CalendarConnection::viewMade(ObjectHandle<ECalClientView> view) {
     if (!view || !m_client || !m_isFollowing || m_isClosed) {
         advance();
         return;
     }
     m_view = std::move(view);
-    using Change = void (*)(ECalClientView*, gpointer, CalendarConnection*);
-    const Change changed = [](ECalClientView*, gpointer, CalendarConnection* self) {
-        self->changedOnServer();
+    const auto changed = [weak = weak_from_this(), view = m_view.get()] {
+        const Self self = weak.lock();
+        if (self && self->m_view.get() == view) {
+            self->changedOnServer();
+        }
     };
     for (const char* const signal : {"objects-added", "objects-modified", "objects-removed"}) {
-        g_signal_connect(m_view.get(), signal, G_CALLBACK(changed), this);
+        m_viewHandlers.push_back(connectPosted(m_view.get(), signal, m_mailbox, changed));
     }
     const std::shared_ptr<ECalClientView> held = keep(m_view.get());
     doBeside(
@@ -186,7 +190,9 @@ void CalendarConnection::viewMade(ObjectHandle<ECalClientView> view) {
 
 void CalendarConnection::stopView() {
     if (m_view) {
-        g_signal_handlers_disconnect_by_data(m_view.get(), this);
+        for (const gulong handler : std::exchange(m_viewHandlers, {})) {
+            g_signal_handler_disconnect(m_view.get(), handler);
+        }
         m_view.reset();
     }
     m_known.reset();

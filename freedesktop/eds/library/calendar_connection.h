@@ -87,6 +87,7 @@ private:
     ObjectHandle<GCancellable> m_cancellable;
     ObjectHandle<ECalClient> m_client; // null: not connected
     ObjectHandle<ECalClientView> m_view;
+    std::vector<gulong> m_viewHandlers;
     ZoneTexts m_zones;
     bool m_isFollowing = false;
     bool m_hasTriedView = false; // with this client

@@ -4,6 +4,8 @@
 #include <tuple>
 #include <utility>
 
+#include "freedesktop/eds/library/posted_signal.h"
+
 namespace quorvel::freedesktop::eds {
 
 namespace {
@@ -134,26 +136,14 @@ void ServerConnection::registryOpened(ObjectHandle<ESourceRegistry> registry,
 
 // There is one registry in the process, which tells on the thread of whoever asked for it first.
 void ServerConnection::watchRegistry() {
-    struct Listener {
-        std::weak_ptr<ServerConnection> connection;
-        Mailbox mailbox;
-    };
-    using Change = void (*)(ESourceRegistry*, ESource*, Listener*);
-    const Change changed = [](ESourceRegistry*, ESource*, Listener* listener) {
-        listener->mailbox.post([weak = listener->connection] {
-            if (const Self self = weak.lock()) {
-                self->sourcesChanged();
-            }
-        });
-    };
-    const GClosureNotify end = [](gpointer listener, GClosure*) {
-        delete static_cast<Listener*>(listener);
+    const auto changed = [weak = weak_from_this()] {
+        if (const Self self = weak.lock()) {
+            self->sourcesChanged();
+        }
     };
     for (const char* const signal : {"source-added", "source-changed", "source-removed",
                                      "source-enabled", "source-disabled"}) {
-        m_registryHandlers.push_back(g_signal_connect_data(
-            m_registry.get(), signal, G_CALLBACK(changed),
-            new Listener{weak_from_this(), m_mailbox}, end, static_cast<GConnectFlags>(0)));
+        m_registryHandlers.push_back(connectPosted(m_registry.get(), signal, m_mailbox, changed));
     }
 }
 

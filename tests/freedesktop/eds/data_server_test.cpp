@@ -290,7 +290,10 @@ class FollowedServerTest : public DataServerTest {
 protected:
     void follow() {
         makeStores({3, 3});
-        stores->follow([this] { ++changes; });
+        stores->follow([this] {
+            isToldOnThisThread = isToldOnThisThread || std::this_thread::get_id() == thisThread;
+            ++changes;
+        });
     }
     bool isToldIn(double seconds) {
         const auto begin = steady_clock::now();
@@ -310,6 +313,8 @@ protected:
     ~FollowedServerTest() override { stores.reset(); }
 
     std::atomic<int> changes = 0;
+    const std::thread::id thisThread = std::this_thread::get_id();
+    std::atomic<bool> isToldOnThisThread = false;
 };
 
 TEST_F(FollowedServerTest, ChangesOfEventsAreTold) {
@@ -332,6 +337,19 @@ TEST_F(FollowedServerTest, ChangesOfEventsAreTold) {
     EXPECT_THAT(found(), IsEmpty()); // the server has heard of it by then
     addSingle();
     EXPECT_FALSE(isToldIn(1.5));
+}
+
+// What the server tells comes on the main thread here and there, and is not to be told there.
+TEST_F(FollowedServerTest, ChangesAreToldOnTheWorkersThreadAlone) {
+    addSingle();
+    follow();
+    EXPECT_THAT(found(), ElementsAre("Once 0310T090000-0310T100000"));
+    settle();
+    modify("test-home",
+           eventText("UID:once-Once|SUMMARY:Twice|DTSTART:20260310T080000Z|DTEND:20260310T090000Z"),
+           E_CAL_OBJ_MOD_ALL);
+    EXPECT_TRUE(isToldIn(3));
+    EXPECT_FALSE(isToldOnThisThread);
 }
 
 TEST_F(FollowedServerTest, NothingIsToldWhereNothingChanges) {
