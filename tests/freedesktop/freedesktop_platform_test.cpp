@@ -9,6 +9,7 @@
 #include "platform/clock.h"
 #include "platform/date_services.h"
 #include "platform/screen.h"
+#include "platform/text_measurer.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -98,6 +99,21 @@ TEST_F(FreedesktopPlatformTest, WholeDaysFollowTheZone) {
     EXPECT_EQ(start(), at("2031-07-16T00:00"));
     made->setTimeZone(TimeZone::named("UTC"));
     EXPECT_EQ(start(), at("2031-07-16T02:00"));
+}
+
+// What is wide and what is narrow is told apart only where fonts are read.
+TEST_F(FreedesktopPlatformTest, AHostThatPrintsReadsNoFonts) {
+    const auto width = [this](std::string_view text) {
+        return made->platform()
+            .textMeasurer.sizeWithFont(text, platform::UIFont::systemFontOfSize(16))
+            .width;
+    };
+    make();
+    EXPECT_GT(width("WWWWWWWW"), width("iiiiiiii"));
+    options.measuresText = false;
+    make();
+    EXPECT_EQ(width("WWWWWWWW"), width("iiiiiiii"));
+    EXPECT_GT(width("iiiiiiii"), 0);
 }
 
 TEST_F(FreedesktopPlatformTest, TheScreensScaleMayChange) {
