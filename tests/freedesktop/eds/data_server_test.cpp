@@ -274,7 +274,7 @@ TEST_F(DataServerTest, AConnectionIsGivenUpAtOnceWhereTheServerStandsStill) {
 TEST_F(DataServerTest, AServerThatDiesIsFoundAgain) {
     addSingle();
     disconnect();
-    makeStores({3, 3});
+    makeStores({30, 30});
     ASSERT_THAT(found(), ElementsAre("Once 0310T090000-0310T100000"));
     kill(factoryProcesses());
     EXPECT_THAT(found(), ElementsAre("Once 0310T090000-0310T100000"));
@@ -289,7 +289,7 @@ TEST_F(DataServerTest, AServerThatDiesIsFoundAgain) {
 class FollowedServerTest : public DataServerTest {
 protected:
     void follow() {
-        makeStores({3, 3});
+        makeStores({30, 30});
         stores->follow([this] {
             isToldOnThisThread = isToldOnThisThread || std::this_thread::get_id() == thisThread;
             ++changes;
@@ -322,15 +322,15 @@ TEST_F(FollowedServerTest, ChangesOfEventsAreTold) {
     EXPECT_THAT(found(), IsEmpty());
     settle();
     addSingle();
-    EXPECT_TRUE(isToldIn(3));
+    EXPECT_TRUE(isToldIn(15));
     EXPECT_THAT(found(), ElementsAre("Once 0310T090000-0310T100000"));
     modify("test-home",
            eventText("UID:once-Once|SUMMARY:Twice|DTSTART:20260310T080000Z|DTEND:20260310T090000Z"),
            E_CAL_OBJ_MOD_ALL);
-    EXPECT_TRUE(isToldIn(3));
+    EXPECT_TRUE(isToldIn(15));
     EXPECT_THAT(found(), ElementsAre("Twice 0310T090000-0310T100000"));
     remove("test-home", "once-Once");
-    EXPECT_TRUE(isToldIn(3));
+    EXPECT_TRUE(isToldIn(15));
     EXPECT_THAT(found(), IsEmpty());
     settle();
     stores->follow(nullptr);
@@ -348,7 +348,7 @@ TEST_F(FollowedServerTest, ChangesAreToldOnTheWorkersThreadAlone) {
     modify("test-home",
            eventText("UID:once-Once|SUMMARY:Twice|DTSTART:20260310T080000Z|DTEND:20260310T090000Z"),
            E_CAL_OBJ_MOD_ALL);
-    EXPECT_TRUE(isToldIn(3));
+    EXPECT_TRUE(isToldIn(15));
     EXPECT_FALSE(isToldOnThisThread);
 }
 
@@ -392,7 +392,7 @@ TEST_F(FollowedServerTest, ChangesOfCalendarsAreTold) {
     EXPECT_THAT(found(), IsEmpty());
     settle();
     addCalendar({"test-third", "D third", "#000000"});
-    EXPECT_TRUE(isToldIn(3));
+    EXPECT_TRUE(isToldIn(15));
     EXPECT_TRUE(stores->makeEventStore()->calendarWithIdentifier("test-third"));
     settle();
     changeCalendar("test-third", [](ESource* source) {
@@ -400,12 +400,12 @@ TEST_F(FollowedServerTest, ChangesOfCalendarsAreTold) {
             E_SOURCE_SELECTABLE(e_source_get_extension(source, E_SOURCE_EXTENSION_CALENDAR)),
             FALSE);
     });
-    EXPECT_TRUE(isToldIn(3));
+    EXPECT_TRUE(isToldIn(15));
     stores->makeEventStore();
     EXPECT_THAT(stores->deselectedCalendars(), ElementsAre("test-work", "test-third"));
     settle();
     removeCalendar("test-third");
-    EXPECT_TRUE(isToldIn(3));
+    EXPECT_TRUE(isToldIn(15));
     EXPECT_FALSE(stores->makeEventStore()->calendarWithIdentifier("test-third"));
 }
 
@@ -416,11 +416,11 @@ TEST_F(FollowedServerTest, ADeathIsToldAndWhatComesAfterItToo) {
     EXPECT_THAT(found(), ElementsAre("Once 0310T090000-0310T100000"));
     settle();
     kill(factoryProcesses());
-    EXPECT_TRUE(isToldIn(3));
+    EXPECT_TRUE(isToldIn(15));
     EXPECT_THAT(found(), ElementsAre("Once 0310T090000-0310T100000"));
     settle();
     addSingle("test-work", "Other");
-    EXPECT_TRUE(isToldIn(3));
+    EXPECT_TRUE(isToldIn(15));
     EXPECT_THAT(found(),
                 ElementsAre("Once 0310T090000-0310T100000", "Other 0310T090000-0310T100000"));
 }
@@ -437,7 +437,7 @@ TEST_F(FollowedServerTest, AnAnswerThatComesLateIsTold) {
     EXPECT_THAT(found(), IsEmpty());
     EXPECT_FALSE(isToldIn(0.5));
     goOn();
-    EXPECT_TRUE(isToldIn(5));
+    EXPECT_TRUE(isToldIn(15));
     EXPECT_TRUE(isFoundIn(5, {"Once 0310T090000-0310T100000"}));
 }
 

@@ -76,7 +76,7 @@ TEST_F(DesktopLauncherTest, OpensALinkWithTheHandlerOfItsScheme) {
     associate(eventScheme, "handler");
     open("x-apple-calevent://office/42?o=1.0");
     EXPECT_THAT(started(1), ElementsAre(ElementsAre("x-apple-calevent://office/42?o=1.0")));
-    EXPECT_TRUE(launcher->waitForLaunches(5));
+    EXPECT_TRUE(launcher->waitForLaunches(20));
     EXPECT_THAT(log.lines, IsEmpty());
 }
 
@@ -110,7 +110,7 @@ TEST_F(DesktopLauncherTest, SaysWhereAHandlerCannotBeStarted) {
           "Path=/nonexistent/folder\n");
     associate(eventScheme, "broken");
     open("x-apple-calevent://office/42?o=1.0");
-    EXPECT_TRUE(launcher->waitForLaunches(5));
+    EXPECT_TRUE(launcher->waitForLaunches(20));
     EXPECT_THAT(log.lines, ElementsAre(HasSubstr("could not be opened")));
 }
 
@@ -145,7 +145,7 @@ TEST_F(DesktopLauncherTest, ActivatesOverTheBusAndWaitsForTheReply) {
     install("org.example.Bus", "started", "DBusActivatable=true");
     activate("org.example.Bus");
     EXPECT_THAT(application.calls(), IsEmpty()); // nothing has waited so far
-    EXPECT_TRUE(launcher->waitForLaunches(10));
+    EXPECT_TRUE(launcher->waitForLaunches(20));
     EXPECT_THAT(application.calls(), ElementsAre("Activate({},)"));
     EXPECT_THAT(startedMeanwhile(), IsEmpty());
     EXPECT_THAT(log.lines, IsEmpty());
@@ -156,7 +156,7 @@ TEST_F(DesktopLauncherTest, HandsALinkOverTheBus) {
     install("org.example.Bus", "started %u", "DBusActivatable=true");
     associate(eventScheme, "org.example.Bus");
     open("x-apple-calevent://a/;$(touch,x)*&b=%0A--help?o=1.0");
-    EXPECT_TRUE(launcher->waitForLaunches(10));
+    EXPECT_TRUE(launcher->waitForLaunches(20));
     EXPECT_THAT(application.calls(),
                 ElementsAre("Open(['x-apple-calevent://a/;$(touch,x)*&b=%0A--help?o=1.0'], {})"));
     EXPECT_THAT(startedMeanwhile(), IsEmpty());
@@ -165,7 +165,7 @@ TEST_F(DesktopLauncherTest, HandsALinkOverTheBus) {
 TEST_F(DesktopLauncherTest, StartsTheProgramWhereTheBusDoesNotKnowIt) {
     install("org.example.Nobody", "started", "DBusActivatable=true");
     activate("org.example.Nobody");
-    EXPECT_TRUE(launcher->waitForLaunches(10));
+    EXPECT_TRUE(launcher->waitForLaunches(20));
     EXPECT_THAT(started(1), ElementsAre(ElementsAre("started")));
     EXPECT_THAT(log.lines, IsEmpty());
 }
@@ -176,7 +176,7 @@ TEST_F(DesktopLauncherTest, TellsWhatAnApplicationOnTheBusComplainsOf) {
                                              [](const std::string&, GVariant*) { return nullptr; });
     install("org.example.Broken", "started", "DBusActivatable=true");
     activate("org.example.Broken");
-    EXPECT_TRUE(launcher->waitForLaunches(10));
+    EXPECT_TRUE(launcher->waitForLaunches(20));
     EXPECT_THAT(log.lines,
                 ElementsAre(StartsWith("QRV: the application org.example.Broken.desktop could not "
                                        "be brought to the front: ")));
@@ -190,7 +190,7 @@ TEST_F(DesktopLauncherTest, DropsAnApplicationThatDoesNotAnswerInTime) {
     associate(eventScheme, "org.example.Bus");
     activate("org.example.Bus");
     open("x-apple-calevent://office/42?o=1.0");
-    EXPECT_TRUE(launcher->waitForLaunches(10));
+    EXPECT_TRUE(launcher->waitForLaunches(20));
     EXPECT_THAT(log.lines,
                 ElementsAre("QRV: the application org.example.Bus.desktop could not be brought to "
                             "the front: it did not answer",
@@ -253,7 +253,7 @@ TEST_F(DesktopLauncherTest, LeavesNoProcessesBehind) {
         activate("org.example.App");
     }
     EXPECT_THAT(started(20), SizeIs(20));
-    EXPECT_TRUE(launcher->waitForLaunches(5));
+    EXPECT_TRUE(launcher->waitForLaunches(20));
     siginfo_t child{};
     const bool hasNone = waitid(P_ALL, 0, &child, WEXITED | WNOHANG | WNOWAIT) != 0;
     EXPECT_TRUE(hasNone && errno == ECHILD) << "process " << child.si_pid;
@@ -293,7 +293,7 @@ TEST_F(DesktopLauncherTest, NothingHappensOnceItIsGone) {
     install("org.example.Nobody", "started", "DBusActivatable=true");
     install("org.example.Bus", "started", "DBusActivatable=true");
     activate("org.example.Bus");
-    EXPECT_TRUE(launcher->waitForLaunches(10));
+    EXPECT_TRUE(launcher->waitForLaunches(20));
     ASSERT_THAT(log.lines, SizeIs(1)); // it was dropped
     activate("org.example.Bus");
     for (int i = 0; i < 100 && silent.calls().size() < 2; ++i) {
@@ -341,7 +341,7 @@ TEST_F(SilentSessionTest, AnApplicationOfTheBusIsStartedWithoutItAndHoldsNothing
     install("org.example.Bus", "started", "DBusActivatable=true");
     const LongestPause pause;
     activate("org.example.Bus");
-    EXPECT_TRUE(launcher->waitForLaunches(10));
+    EXPECT_TRUE(launcher->waitForLaunches(20));
     EXPECT_THAT(started(1), ElementsAre(ElementsAre("started")));
     EXPECT_LT(pause.milliseconds(), 500);
     EXPECT_GT(bus.connections(), 0);
@@ -352,7 +352,7 @@ TEST_F(SilentSessionTest, ThePatienceHoldsForTheBusToo) {
     launcher = std::make_unique<DesktopLauncher>(log, 0.2);
     install("org.example.Bus", "started", "DBusActivatable=true");
     activate("org.example.Bus");
-    EXPECT_TRUE(launcher->waitForLaunches(10));
+    EXPECT_TRUE(launcher->waitForLaunches(20));
     EXPECT_THAT(log.lines, ElementsAre(EndsWith("it did not answer")));
     EXPECT_THAT(startedMeanwhile(), IsEmpty());
 }
