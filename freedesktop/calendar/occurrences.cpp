@@ -253,7 +253,7 @@ std::size_t SearchCost::mostFound() const {
     return std::max(leastShare, (mostFoundOfAll - std::min(mostFoundOfAll, before.found)) / 2);
 }
 
-// Some of the share is for events that do not repeat: of those a calendar has to hold each.
+// The rest of the share is for events that do not repeat: one hostile rule must not crowd them out.
 std::size_t SearchCost::mostRepeats() const {
     return mostFound() / 4 * 3;
 }
@@ -263,7 +263,7 @@ bool SearchCost::hasSpentSteps() const {
 }
 
 bool SearchCost::allows(const CalendarCost& known) const {
-    return !known.isCut && known.found <= mostFound() && known.repeats <= mostRepeats();
+    return !known.isCut && known.found <= mostFound() && known.repeats < mostRepeats();
 }
 
 Expander::Expander(Window window, ZoneClock& userZone, ZoneNames& names,
