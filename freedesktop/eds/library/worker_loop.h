@@ -9,26 +9,26 @@
 
 namespace quorvel::freedesktop::eds {
 
-// Runs calls on the loop's thread, one after the other. May outlive the loop: what is posted then
-// is never run.
+// Runs calls on the loop's thread, one after the other. For several threads: a mutex guards the
+// calls that wait. A mailbox may outlive its loop; calls that are posted then never run.
 class Mailbox {
 public:
-    Mailbox()
-        : m_context(g_main_context_new(), g_main_context_unref) {}
+    Mailbox();
 
     void post(std::function<void()> call) const;
-    // Not before these seconds are over.
+    // Runs the call these seconds later, or a little after that.
     void postLater(double seconds, std::function<void()> call) const;
-    GMainContext* context() const { return m_context.get(); }
+    GMainContext* context() const;
 
 private:
-    std::shared_ptr<GMainContext> m_context;
+    struct Queue;
+    std::shared_ptr<Queue> m_queue; // never null
 };
 
 class WorkerLoop {
 public:
     WorkerLoop();
-    ~WorkerLoop(); // waits for the thread, which somebody must have told to quit
+    ~WorkerLoop(); // waits until the thread has ended; quit() must have been called
     WorkerLoop(const WorkerLoop&) = delete;
     WorkerLoop& operator=(const WorkerLoop&) = delete;
 
