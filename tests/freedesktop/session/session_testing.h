@@ -2,6 +2,7 @@
 // run for a while, and a kernel that refuses when it is told to.
 #pragma once
 
+#include <atomic>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -87,9 +88,9 @@ int wakeUpsDuring(double seconds);
 // The process's calls of the kernel, as these say: setting the machine's clock, or taking all of
 // its watches, is not for a test.
 struct Kernel {
-    bool saysClockWasSet = false; // to the next that reads a timer
-    int watchesLeft = -1;         // for files; -1: as many as there are
-    std::string unwatchable;      // a path that it may not watch
+    std::atomic<bool> saysClockWasSet = false; // to the next that reads a timer, on any thread
+    int watchesLeft = -1;                      // for files; -1: as many as there are
+    std::string unwatchable;                   // a path that it may not watch
     static Kernel& instance();
 };
 
