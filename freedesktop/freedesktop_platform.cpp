@@ -123,6 +123,10 @@ std::shared_ptr<const LoadedBundle> FreedesktopPlatform::loadBundle(const std::s
     return bundle;
 }
 
+void FreedesktopPlatform::beginReadingCalendars() {
+    m_services->calendars.beginReading();
+}
+
 bool FreedesktopPlatform::hasReadableCalendars() const {
     return m_services->calendars.anyReadable();
 }

@@ -61,6 +61,10 @@ public:
     // Throws BundleError. From here on the platform finds the bundle by its classes.
     std::shared_ptr<const LoadedBundle> loadBundle(const std::string& path);
 
+    // For a host that does not wait for calendars: starts reading them on a thread of their own, so
+    // that the first presentation finds them there. Everything else of the platform stays on the
+    // caller's thread.
+    void beginReadingCalendars();
     // Whether the last event store had a calendar at all that could be read.
     bool hasReadableCalendars() const;
     // What that calendar of the last event store comes from, for people.

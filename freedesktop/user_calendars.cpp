@@ -61,6 +61,12 @@ void UserCalendars::setWaits(CalendarWaits waits) {
     m_files.setWaits(waits);
 }
 
+void UserCalendars::beginReading() {
+    if (m_usesFiles) {
+        m_files.beginReading();
+    }
+}
+
 void UserCalendars::setChangedHandler(std::function<void()> changed) {
     m_changed = changed ? std::make_unique<ThreadSignal>(std::move(changed)) : nullptr;
     follow();

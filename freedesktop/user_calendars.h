@@ -39,6 +39,8 @@ public:
     // As those of the stores of files, likewise before the first store.
     void setIndex(const std::string& folder, std::function<void(const std::string&)> say);
     void setWaits(CalendarWaits waits);
+    // As that of the stores of files; the data server is looked for from the beginning anyway.
+    void beginReading();
     // Told of changes in the data server, and of files that were read after nobody waited for them
     // any longer, on the default main context of the thread that sets this.
     // Null: nobody is.

@@ -203,6 +203,10 @@ std::vector<std::string> IcalCalendarStores::paths() const {
     return m_desk->paths();
 }
 
+void IcalCalendarStores::beginReading() {
+    m_desk->beginReading();
+}
+
 std::unique_ptr<platform::EKEventStore> IcalCalendarStores::makeEventStore() {
     return std::make_unique<Store>(m_desk);
 }

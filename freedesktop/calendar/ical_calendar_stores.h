@@ -109,6 +109,10 @@ public:
     // Of the sources that are files and folders; not all of them need exist.
     std::vector<std::string> paths() const;
 
+    // Where waits are set: starts reading the calendars on a thread of the stores' own, without
+    // waiting. The next store uses what is read then.
+    void beginReading();
+
     std::unique_ptr<platform::EKEventStore> makeEventStore() override;
 
     // Whether at least one source could be read when the last store was made; false before that.

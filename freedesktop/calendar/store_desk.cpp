@@ -70,6 +70,7 @@ void StoreDesk::setSources(std::vector<CalendarSource> sources) {
     }
     m_newSources = std::move(sources);
     m_snapshot = nullptr;
+    m_begun = std::nullopt;
 }
 
 void StoreDesk::setTimeZone(std::shared_ptr<const TimeZone> userZone) {
@@ -149,8 +150,12 @@ StoreDesk::View StoreDesk::refresh() {
         lock.unlock();
         return {refreshNow(), userZone, deadline};
     }
-    m_isRefreshWanted = true;
-    letWorkerFinish(lock, deadline);
+    if (const auto begun = std::exchange(m_begun, std::nullopt)) {
+        letWorkerFinish(lock, deadline, *begun);
+    } else {
+        m_isRefreshWanted = true;
+        letWorkerFinish(lock, deadline, askWorker());
+    }
     return {m_snapshot ? m_snapshot : std::make_shared<StoreSnapshot>(), m_userZone, deadline};
 }
 
@@ -169,7 +174,7 @@ std::shared_ptr<const SearchResult> StoreDesk::search(const View& view,
         return nullptr;
     }
     m_isSearchWanted = true;
-    letWorkerFinish(lock, view.deadline);
+    letWorkerFinish(lock, view.deadline, askWorker());
     // What was found before stands in for what is not there yet.
     return m_request && m_request->window == request.window ? m_result : nullptr;
 }
@@ -185,12 +190,25 @@ StoreDesk::Clock::time_point StoreDesk::nextDeadline() {
     return Clock::now() + std::chrono::duration_cast<Clock::duration>(wait);
 }
 
-void StoreDesk::letWorkerFinish(std::unique_lock<std::mutex>& lock, Clock::time_point deadline) {
+void StoreDesk::beginReading() {
+    const std::lock_guard lock(m_mutex);
+    if (m_waits && !m_begun) {
+        m_isRefreshWanted = true;
+        m_begun = askWorker();
+    }
+}
+
+// Under the lock. Returns the ticket by which m_done shows that the worker has finished.
+std::uint64_t StoreDesk::askWorker() {
     if (!m_worker.joinable()) {
         m_worker = std::thread([this] { work(); });
     }
-    const std::uint64_t ticket = ++m_asked;
     m_work.notify_all();
+    return ++m_asked;
+}
+
+void StoreDesk::letWorkerFinish(std::unique_lock<std::mutex>& lock, Clock::time_point deadline,
+                                std::uint64_t ticket) {
     const bool isDone = m_finished.wait_until(lock, deadline, [&] { return m_done >= ticket; });
     m_isMissed = m_isMissed || !isDone;
 }

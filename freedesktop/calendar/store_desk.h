@@ -63,6 +63,9 @@ public:
     bool isAnyReadable() const;
     bool isAnyCalendar() const;
 
+    // Where waits are bounded: starts reading the calendars on the worker's thread. The next
+    // refresh() uses what is read then.
+    void beginReading();
     // The calendars as they are on disk now, as far as they are read in time.
     View refresh();
     // Null where nothing is found in time. The request is of that view.
@@ -72,7 +75,9 @@ private:
     std::shared_ptr<StoreSnapshot> refreshNow();
     std::shared_ptr<const SearchResult> searchNow(const SearchRequest& request);
     Clock::time_point nextDeadline();
-    void letWorkerFinish(std::unique_lock<std::mutex>& lock, Clock::time_point deadline);
+    std::uint64_t askWorker();
+    void letWorkerFinish(std::unique_lock<std::mutex>& lock, Clock::time_point deadline,
+                         std::uint64_t ticket);
     void work();
     void doWhatIsWanted();
     bool isAnswered(const SearchRequest& request) const;
@@ -98,6 +103,7 @@ private:
     bool m_isRefreshWanted = false;
     bool m_isSearchWanted = false;
     std::optional<SearchRequest> m_wanted; // the last one, answered or not
+    std::optional<std::uint64_t> m_begun;  // the ticket of beginReading(), until it is used
     std::uint64_t m_asked = 0;
     std::uint64_t m_done = 0;
     bool m_isMissed = false; // somebody has gone on without it

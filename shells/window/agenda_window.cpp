@@ -1,7 +1,6 @@
 #include "shells/window/agenda_window.h"
 
 #include <exception>
-#include <future>
 #include <utility>
 
 #include "freedesktop/bundle/loaded_bundle.h"
@@ -152,8 +151,8 @@ void AgendaWindow::connectScreenSignals() {
 
 // Presenting.
 
-// The widget is presented while GTK reads its theme; neither knows of the other until both are
-// done.
+// The widget is presented on the thread that shows the window, as nothing of the platform but the
+// calendars is made for two threads.
 void AgendaWindow::show() {
     if (GdkMonitor* monitor = monitorOf(nullptr)) {
         m_platform.setScale(gdk_monitor_get_scale_factor(monitor));
@@ -162,13 +161,10 @@ void AgendaWindow::show() {
     // Watches already what is read now.
     m_presenter = std::make_unique<shells::LivePresenter>(
         m_platform, [this] { guarded([this] { present(); }); });
-    // Deferred where the system has no thread to give.
-    auto presentation =
-        std::async(std::launch::async | std::launch::deferred, [this] { m_host.present(); });
     makeWindow();
     connectSignals();
     connectScreenSignals();
-    presentation.get();
+    m_host.present();
     m_host.setObserver(this);
     agendaPresented();
     setAgendaHost(m_area, &m_host);

@@ -29,6 +29,7 @@ guint quitAtSignal(int signal, MainLoop& loop) {
 
 void showAgenda(freedesktop::FreedesktopPlatform& platform, const freedesktop::LoadedBundle& bundle,
                 AgendaWindowOptions options, void (*displayLost)()) {
+    platform.beginReadingCalendars(); // while the toolkit starts
     startToolkit();
     endWhenDisplayIsLost(displayLost);
     MainLoop loop;

@@ -14,7 +14,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Whoever reads a file looks at the clock first, and may be held up there.
+// A reader asks for the time before it reads a file, and waits there while the gate is closed.
 class Gate {
 public:
     void close() {
@@ -29,12 +29,18 @@ public:
     void pass() {
         std::unique_lock lock(m_mutex);
         m_opened.wait(lock, [this] { return m_isOpen; });
+        ++m_passed;
+    }
+    int passed() {
+        const std::lock_guard lock(m_mutex);
+        return m_passed;
     }
 
 private:
     std::mutex m_mutex;
     std::condition_variable m_opened;
     bool m_isOpen = true;
+    int m_passed = 0;
 };
 
 class BoundedWaits : public StoreFixture {
@@ -112,12 +118,41 @@ TEST_F(BoundedWaits, WhatStallsIsNotWaitedForAndShowsLater) {
 
 // Even the events are found before anybody is told.
 TEST_F(BoundedWaits, WhatIsToldOfIsThere) {
-    own.setWaits({0, 0});
+    gate.close();
     present();
+    gate.open();
     EXPECT_TRUE(isTold());
     own.setWaits({10, 10});
     EXPECT_EQ(present(), "Name: first");
     EXPECT_LT(lastTime, std::chrono::seconds(1));
+}
+
+TEST_F(BoundedWaits, ReadingThatWasBegunIsUsedOnce) {
+    own.setWaits({10, 10});
+    own.beginReading();
+    EXPECT_EQ(present(), "Name: first");
+    EXPECT_EQ(gate.passed(), 1);
+    writeTitle("other");
+    EXPECT_EQ(present(), "Name: other");
+    EXPECT_GT(gate.passed(), 1);
+}
+
+TEST_F(BoundedWaits, BeginningToReadDoesNotWait) {
+    gate.close();
+    own.beginReading();
+    EXPECT_EQ(present(), "");
+    EXPECT_LT(lastTime, std::chrono::milliseconds(400));
+    gate.open();
+    EXPECT_TRUE(isTold());
+    EXPECT_EQ(present(), "Name: first");
+}
+
+TEST_F(BoundedWaits, NewSourcesAreReadAnew) {
+    write("b.ics", calendarText("X-WR-CALNAME:Second\r\n"));
+    own.setWaits({10, 10});
+    own.beginReading();
+    own.setSources({CalendarSource::at(folder / "b.ics")});
+    EXPECT_EQ(present(), "Second:");
 }
 
 TEST_F(BoundedWaits, WhatWasShownStandsInForWhatStalls) {
