@@ -138,6 +138,9 @@ CommandTest::CommandTest() {
                      {"TZ", "UTC"}};
     // Sanitizers are to speak of errors only.
     m_environment["LSAN_OPTIONS"] = "print_suppressions=0";
+    if (const char* options = std::getenv("TSAN_OPTIONS")) {
+        m_environment["TSAN_OPTIONS"] = options;
+    }
 }
 
 CommandTest::~CommandTest() {

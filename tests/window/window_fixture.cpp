@@ -81,6 +81,7 @@ WindowTest::WindowTest() {
                      {"TZ", "UTC"},
                      {"ASAN_OPTIONS", environmentValue("ASAN_OPTIONS")},
                      {"UBSAN_OPTIONS", environmentValue("UBSAN_OPTIONS")},
+                     {"TSAN_OPTIONS", environmentValue("TSAN_OPTIONS")},
                      {"LSAN_OPTIONS", "print_suppressions=0"}};
     installHandler("handler", "x-scheme-handler/x-apple-calevent");
     writeSettings("");
