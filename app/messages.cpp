@@ -8,7 +8,7 @@
 #include <string>
 #include <unistd.h>
 
-#include "shells/headless/terminal_text.h"
+#include "freedesktop/plain_text/terminal_line.h"
 
 namespace quorvel::app {
 
@@ -37,7 +37,7 @@ void print(std::string_view text) {
 
 // Nothing can be done where not even this gets through.
 void complain(std::string_view message) {
-    writeAll(STDERR_FILENO, "quorvel: " + headless::harmlessText(message) + '\n');
+    writeAll(STDERR_FILENO, "quorvel: " + freedesktop::terminalLine(message) + '\n');
 }
 
 } // namespace quorvel::app

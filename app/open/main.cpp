@@ -10,6 +10,7 @@
 #include "freedesktop/launch/calendar_opener.h"
 #include "freedesktop/launch/notification.h"
 #include "freedesktop/launch/openable_link.h"
+#include "freedesktop/plain_text/terminal_line.h"
 
 namespace {
 
@@ -30,7 +31,7 @@ constexpr const char* help = "Usage: quorvel-open LINK\n"
                              "Exit status: 0; 1 where nothing could open it; 2 for wrong usage.\n";
 
 int complain(const std::string& what, int status) {
-    std::fprintf(stderr, "quorvel-open: %s\n", what.c_str());
+    std::fprintf(stderr, "quorvel-open: %s\n", terminalLine(what).c_str());
     return status;
 }
 

@@ -122,10 +122,9 @@ std::string agendaText(const Agenda& agenda) {
     }
     std::vector<std::vector<std::string>> rows;
     for (const AgendaRow& row : agenda.rows) {
-        std::vector<std::string> cells{harmlessText(row.caption),
-                                       harmlessText(row.title.value_or(""))};
+        std::vector<std::string> cells{row.caption, row.title.value_or("")};
         if (agenda.showsLocations) {
-            cells.push_back(harmlessText(row.location.value_or("")));
+            cells.push_back(row.location.value_or(""));
         }
         rows.push_back(std::move(cells));
     }

@@ -41,7 +41,7 @@ std::string calendarsText(const std::vector<ListedCalendar>& calendars,
         {"IDENTIFIER", "TITLE", "COLOR", "SELECTED", "STORE"}};
     for (const ListedCalendar& listed : calendars) {
         const EKCalendar& calendar = *listed.calendar;
-        rows.push_back({harmlessText(calendar.calendarIdentifier), harmlessText(calendar.title),
+        rows.push_back({calendar.calendarIdentifier, calendar.title,
                         calendar.CGColor ? colorText(*calendar.CGColor) : "-",
                         listed.isSelected ? "yes" : "no", storeOf(calendar.calendarIdentifier)});
     }

@@ -5,83 +5,21 @@
 #include <cwchar>
 #include <locale.h>
 #include <memory>
-#include <optional>
 #include <type_traits>
 
+#include "freedesktop/plain_text/characters.h"
+#include "freedesktop/plain_text/terminal_line.h"
+
 namespace quorvel::headless {
+
+using freedesktop::decodeCharacter;
+using freedesktop::DecodedCharacter;
+using freedesktop::terminalLine;
 
 namespace {
 
 constexpr char32_t replacementCharacter = 0xFFFD;
 constexpr std::string_view ellipsis = "\u2026";
-
-struct DecodedCharacter {
-    std::optional<char32_t> character; // absent: damaged bytes
-    std::size_t length = 1;            // bytes taken
-};
-
-// Damage takes one byte at a time, so that what follows is read again from its start.
-DecodedCharacter decodeCharacter(std::string_view text) {
-    const auto byteAt = [text](std::size_t index) {
-        return static_cast<unsigned char>(text[index]);
-    };
-    const unsigned char lead = byteAt(0);
-    if (lead < 0x80) {
-        return {lead, 1};
-    }
-    const std::size_t length = lead >= 0xF0 ? 4 : (lead >= 0xE0 ? 3 : 2);
-    if (lead < 0xC2 || lead > 0xF4 || text.size() < length) {
-        return {};
-    }
-    char32_t character = lead & (0xFFU >> (length + 1));
-    for (std::size_t index = 1; index < length; ++index) {
-        if ((byteAt(index) & 0xC0U) != 0x80U) {
-            return {};
-        }
-        character = (character << 6U) | (byteAt(index) & 0x3FU);
-    }
-    const bool isOverlong =
-        (length == 3 && character < 0x800) || (length == 4 && character < 0x10000);
-    const bool isSurrogate = character >= 0xD800 && character <= 0xDFFF;
-    if (isOverlong || isSurrogate || character > 0x10FFFF) {
-        return {};
-    }
-    return {character, length};
-}
-
-void appendCharacter(std::string& text, char32_t character) {
-    const auto append = [&text](char32_t byte) { text += static_cast<char>(byte); };
-    if (character < 0x80) {
-        append(character);
-    } else if (character < 0x800) {
-        append(0xC0U | (character >> 6U));
-        append(0x80U | (character & 0x3FU));
-    } else if (character < 0x10000) {
-        append(0xE0U | (character >> 12U));
-        append(0x80U | ((character >> 6U) & 0x3FU));
-        append(0x80U | (character & 0x3FU));
-    } else {
-        append(0xF0U | (character >> 18U));
-        append(0x80U | ((character >> 12U) & 0x3FU));
-        append(0x80U | ((character >> 6U) & 0x3FU));
-        append(0x80U | (character & 0x3FU));
-    }
-}
-
-bool isLineSpace(char32_t character) {
-    return (character >= 0x09 && character <= 0x0D) || character == 0x85 || character == 0x2028 ||
-           character == 0x2029;
-}
-
-// The embeddings, overrides and isolates: left open they would turn the columns around.
-bool turnsDirection(char32_t character) {
-    return (character >= 0x202A && character <= 0x202E) ||
-           (character >= 0x2066 && character <= 0x2069);
-}
-
-bool isControl(char32_t character) {
-    return character < 0x20 || (character >= 0x7F && character < 0xA0);
-}
 
 struct FreeLocale {
     void operator()(locale_t locale) const { freelocale(locale); }
@@ -135,22 +73,6 @@ std::size_t lengthFitting(std::string_view text, std::size_t columns) {
 
 } // namespace
 
-std::string harmlessText(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
-    while (!text.empty()) {
-        const DecodedCharacter next = decodeCharacter(text);
-        text.remove_prefix(next.length);
-        const char32_t character = next.character.value_or(replacementCharacter);
-        if (isLineSpace(character)) {
-            result += ' ';
-        } else if (!turnsDirection(character)) {
-            appendCharacter(result, isControl(character) ? replacementCharacter : character);
-        }
-    }
-    return result;
-}
-
 std::size_t displayWidth(std::string_view text) {
     std::size_t width = 0;
     while (!text.empty()) {
@@ -187,7 +109,7 @@ std::string textInColumns(const std::vector<std::vector<std::string>>& rows,
     for (std::vector<std::string>& row : cells) {
         columnWidths.resize(std::max(columnWidths.size(), row.size()));
         for (std::size_t column = 0; column < row.size(); ++column) {
-            row[column] = textCutToWidth(row[column], limits.widestCell);
+            row[column] = textCutToWidth(terminalLine(row[column]), limits.widestCell);
             const std::size_t width = displayWidth(row[column]);
             if (width <= limits.widestColumn) {
                 columnWidths[column] = std::max(columnWidths[column], width);

@@ -4,37 +4,10 @@
 
 #include <string>
 
+#include "freedesktop/plain_text/terminal_line.h"
+
 namespace quorvel::headless {
 namespace {
-
-TEST(HarmlessText, KeepsWhatPeopleWrite) {
-    for (const char* text : {"Dentist", "日本語のレッスン", "Crêpes 🎂", "مرحبا", "e\u0301"}) {
-        EXPECT_EQ(harmlessText(text), text);
-    }
-}
-
-TEST(HarmlessText, StaysOnOneLine) {
-    EXPECT_EQ(harmlessText("a\nb\r\nc\td\u2028e\u0085f"), "a b  c d e f");
-}
-
-TEST(HarmlessText, ReplacesControlCharacters) {
-    EXPECT_EQ(harmlessText(std::string("\x1b[31m\x07\0x\x7f", 9)), "\uFFFD[31m\uFFFD\uFFFDx\uFFFD");
-    EXPECT_EQ(harmlessText("\u009b31m"), "\uFFFD31m");
-}
-
-TEST(HarmlessText, ReplacesDamagedBytes) {
-    EXPECT_EQ(harmlessText("a\xff"
-                           "b"),
-              "a\uFFFDb");
-    EXPECT_EQ(harmlessText("\xc0\xaf"), "\uFFFD\uFFFD");                // overlong
-    EXPECT_EQ(harmlessText("\xed\xa0\x80"), "\uFFFD\uFFFD\uFFFD");      // half of a pair
-    EXPECT_EQ(harmlessText("\xf4\x90\x80\x80").substr(0, 3), "\uFFFD"); // beyond the last
-    EXPECT_EQ(harmlessText("\xe2\x82"), "\uFFFD\uFFFD");                // cut off
-}
-
-TEST(HarmlessText, TakesOutWhatTurnsTheLineAround) {
-    EXPECT_EQ(harmlessText("a\u202E\u2066b\u2069\u202Cc"), "abc");
-}
 
 TEST(DisplayWidth, CountsColumnsAndNotBytes) {
     EXPECT_EQ(displayWidth("abc"), 3U);
@@ -60,7 +33,7 @@ TEST(TextCutToWidth, BoundsMarksThatTakeNoColumn) {
     const std::string cut = textCutToWidth(text, 10);
     EXPECT_LE(cut.size(), 10U * 32 + 3);
     EXPECT_TRUE(cut.ends_with("…"));
-    EXPECT_EQ(harmlessText(cut), cut); // no character was cut in two
+    EXPECT_EQ(freedesktop::terminalLine(cut), cut); // no character was cut in two
 }
 
 TEST(TextInColumns, SetsCellsUnderEachOther) {
@@ -68,6 +41,11 @@ TEST(TextInColumns, SetsCellsUnderEachOther) {
               "14:30     日本  Room\n"
               "Tomorrow  Tea\n"
               "          x\n");
+}
+
+TEST(TextInColumns, PrintsAnyCellOnItsLine) {
+    EXPECT_EQ(textInColumns({{"a\nb", "\x1b[31mc"}, {"\u202Ed", "e"}}), "a b  \uFFFD[31mc\n"
+                                                                        "d    e\n");
 }
 
 TEST(TextInColumns, LetsAWideCellPushItsOwnLineAlone) {

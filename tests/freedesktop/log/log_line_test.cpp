@@ -27,6 +27,13 @@ TEST(LogLine, EscapesControls) {
     EXPECT_EQ(printableMessage("end\n\n"), "end\\n");
 }
 
+TEST(LogLine, EscapesWhatTurnsTheDirection) {
+    EXPECT_EQ(printableMessage("a\u202Eb\u202C"), "a\\xE2\\x80\\xAEb\\xE2\\x80\\xAC");
+    EXPECT_EQ(printableMessage("\u2066\u2069"), "\\xE2\\x81\\xA6\\xE2\\x81\\xA9");
+    EXPECT_EQ(printableMessage("\u05E4\u200F\u200E\u061C"), "\u05E4\u200F\u200E\u061C");
+    EXPECT_EQ(printableMessage("\U0001F468\u200D\U0001F467"), "\U0001F468\u200D\U0001F467");
+}
+
 TEST(LogLine, EscapesWhatIsNoText) {
     EXPECT_EQ(printableMessage("a\xFFz"), "a\\xFFz");
     EXPECT_EQ(printableMessage("\xC3"), "\\xC3");

@@ -1,0 +1,24 @@
+#include "freedesktop/plain_text/terminal_line.h"
+
+#include "freedesktop/plain_text/characters.h"
+
+namespace quorvel::freedesktop {
+
+std::string terminalLine(std::string_view text) {
+    constexpr char32_t replacementCharacter = 0xFFFD;
+    std::string line;
+    line.reserve(text.size());
+    while (!text.empty()) {
+        const DecodedCharacter next = decodeCharacter(text);
+        text.remove_prefix(next.length);
+        const char32_t character = next.character.value_or(replacementCharacter);
+        if (character == '\t' || isLineEnd(character)) {
+            line += ' ';
+        } else if (!turnsDirection(character)) {
+            appendCharacter(line, isControlCharacter(character) ? replacementCharacter : character);
+        }
+    }
+    return line;
+}
+
+} // namespace quorvel::freedesktop
