@@ -1,7 +1,10 @@
 #include "shells/headless/json.h"
 
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <type_traits>
 #include <variant>
 #include <vector>
@@ -16,6 +19,38 @@ using platform::KeyValue;
 using platform::NSDate;
 using platform::NSURL;
 using platform::UIColor;
+
+namespace {
+
+constexpr char deleteCharacter = '\x7F';
+constexpr char leadOfC1 = '\xC2'; // in UTF-8, before 0x80 to 0x9F
+
+// JSON allows DEL and C1 to stand as they are, but a terminal acts upon them. They stand inside
+// strings alone, where an escape means the same.
+std::string withEscapedControls(const std::string& document) {
+    std::string escaped;
+    escaped.reserve(document.size());
+    const auto escape = [&escaped](unsigned char code) {
+        std::array<char, 8> text{};
+        std::snprintf(text.data(), text.size(), "\\u%04x", code);
+        escaped += text.data();
+    };
+    for (std::size_t index = 0; index < document.size(); ++index) {
+        const auto next =
+            static_cast<unsigned char>(index + 1 < document.size() ? document[index + 1] : '\0');
+        if (document[index] == deleteCharacter) {
+            escape(0x7F);
+        } else if (document[index] == leadOfC1 && next >= 0x80 && next < 0xA0) {
+            escape(next);
+            ++index;
+        } else {
+            escaped += document[index];
+        }
+    }
+    return escaped;
+}
+
+} // namespace
 
 Json numberJson(double number) {
     constexpr double largestExactWholeNumber = 9007199254740992.0; // 2 to the power of 53
@@ -69,7 +104,7 @@ Json valueJson(const KeyValue& value) {
 }
 
 std::string documentText(const Json& json) {
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
+    return withEscapedControls(json.dump(2, ' ', false, Json::error_handler_t::replace)) + '\n';
 }
 
 } // namespace quorvel::headless
