@@ -1,9 +1,11 @@
 // The window: what `quorvel show` becomes.
 #include "app/commands.h"
 #include "app/show_command.h"
+#include "freedesktop/log/library_messages.h"
 #include "shells/window/toolkit.h"
 
 int main(int argc, char** argv) {
+    quorvel::freedesktop::keepLibraryMessagesOnOneLine();
     quorvel::window::prepareToolkit();
     return quorvel::app::runProgram(argc, argv, quorvel::app::showInWindow);
 }

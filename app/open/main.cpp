@@ -10,6 +10,7 @@
 #include "freedesktop/launch/calendar_opener.h"
 #include "freedesktop/launch/notification.h"
 #include "freedesktop/launch/openable_link.h"
+#include "freedesktop/log/library_messages.h"
 #include "freedesktop/plain_text/terminal_line.h"
 
 namespace {
@@ -79,6 +80,7 @@ int run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    keepLibraryMessagesOnOneLine();
     std::setlocale(LC_ALL, ""); // an application may want a date as the user writes it
     try {
         return run(argc, argv);

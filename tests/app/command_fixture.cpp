@@ -76,17 +76,17 @@ void readBoth(const Pipe& output, const Pipe& errors, RunResult& result) {
     }
 }
 
-pid_t spawn(const std::vector<std::string>& arguments,
+pid_t spawn(const std::string& program, const std::vector<std::string>& arguments,
             const std::map<std::string, std::string>& environment,
             const posix_spawn_file_actions_t& actions) {
-    std::vector<std::string> words{QUORVEL_PROGRAM};
+    std::vector<std::string> words{program};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<std::string> settings;
     for (const auto& [name, value] : environment) {
         settings.push_back(name + "=" + value);
     }
     pid_t process = 0;
-    const int failure = posix_spawn(&process, QUORVEL_PROGRAM, &actions, nullptr,
+    const int failure = posix_spawn(&process, program.c_str(), &actions, nullptr,
                                     pointersTo(words).data(), pointersTo(settings).data());
     if (failure != 0) {
         throw std::system_error(failure, std::generic_category(), "posix_spawn");
@@ -94,7 +94,7 @@ pid_t spawn(const std::vector<std::string>& arguments,
     return process;
 }
 
-RunResult spawnAndRead(const std::vector<std::string>& arguments,
+RunResult spawnAndRead(const std::string& program, const std::vector<std::string>& arguments,
                        const std::map<std::string, std::string>& environment,
                        const std::string& outputPath) {
     Pipe output;
@@ -108,7 +108,7 @@ RunResult spawnAndRead(const std::vector<std::string>& arguments,
         posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, outputPath.c_str(), O_WRONLY, 0);
     }
     posix_spawn_file_actions_adddup2(&actions, errors.end(1), STDERR_FILENO);
-    const pid_t process = spawn(arguments, environment, actions);
+    const pid_t process = spawn(program, arguments, environment, actions);
     posix_spawn_file_actions_destroy(&actions);
     output.closeEnd(1);
     errors.closeEnd(1);
@@ -149,12 +149,17 @@ CommandTest::~CommandTest() {
 }
 
 RunResult CommandTest::run(const std::vector<std::string>& arguments) const {
-    return spawnAndRead(arguments, m_environment, {});
+    return spawnAndRead(QUORVEL_PROGRAM, arguments, m_environment, {});
+}
+
+RunResult CommandTest::runProgram(const std::string& program,
+                                  const std::vector<std::string>& arguments) const {
+    return spawnAndRead(program, arguments, m_environment, {});
 }
 
 RunResult CommandTest::runInto(const std::string& outputPath,
                                const std::vector<std::string>& arguments) const {
-    return spawnAndRead(arguments, m_environment, outputPath);
+    return spawnAndRead(QUORVEL_PROGRAM, arguments, m_environment, outputPath);
 }
 
 void CommandTest::addMissing(std::vector<std::string>& arguments) const {
@@ -184,7 +189,7 @@ pid_t CommandTest::startHere(std::vector<std::string> arguments,
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, outputPath.c_str(),
                                      O_WRONLY | O_CREAT | O_TRUNC, 0600);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    const pid_t process = spawn(arguments, m_environment, actions);
+    const pid_t process = spawn(QUORVEL_PROGRAM, arguments, m_environment, actions);
     posix_spawn_file_actions_destroy(&actions);
     return process;
 }

@@ -32,6 +32,9 @@ protected:
 
     // The program with these arguments, in UTC, in en_US, and with an empty home.
     RunResult run(const std::vector<std::string>& arguments) const;
+    // Another program, named by its file, in the same surroundings.
+    RunResult runProgram(const std::string& program,
+                         const std::vector<std::string>& arguments) const;
     // With calendars and settings of this test, on 10 March 2026 at 10:00 UTC, a Tuesday.
     RunResult runHere(std::vector<std::string> arguments) const;
     // Standard output goes to that file instead of coming back.
