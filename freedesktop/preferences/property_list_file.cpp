@@ -1,12 +1,10 @@
 #include "freedesktop/preferences/property_list_file.h"
 
-#include <clocale>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
 
-#include <locale.h>
 #include <plist/plist.h>
 
 #include "freedesktop/preferences/binary_property_list_check.h"
@@ -14,7 +12,7 @@
 #include "freedesktop/preferences/property_list_budget.h"
 #include "freedesktop/preferences/regular_file.h"
 #include "freedesktop/preferences/utf8_text.h"
-#include "freedesktop/preferences/xml_property_list_cleaner.h"
+#include "freedesktop/preferences/xml_property_list.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -34,24 +32,6 @@ struct MallocDeleter {
 };
 template <class T>
 using Malloced = std::unique_ptr<T, MallocDeleter>;
-
-// The library reads numbers as the locale writes them. This thread's is "C" meanwhile.
-class NumbersWithPoint {
-public:
-    NumbersWithPoint()
-        : m_locale(newlocale(LC_NUMERIC_MASK, "C", nullptr))
-        , m_before(uselocale(m_locale)) {}
-    ~NumbersWithPoint() {
-        uselocale(m_before);
-        freelocale(m_locale);
-    }
-    NumbersWithPoint(const NumbersWithPoint&) = delete;
-    NumbersWithPoint& operator=(const NumbersWithPoint&) = delete;
-
-private:
-    locale_t m_locale;
-    locale_t m_before;
-};
 
 PropertyListValue valueOf(plist_t node);
 
@@ -147,31 +127,17 @@ PropertyListReading failure(std::string problem) {
     return {std::nullopt, std::move(problem), false};
 }
 
-using LibraryReader = void (*)(const char*, std::uint32_t, plist_t*);
-
-PropertyListReading readWith(LibraryReader reader, std::string_view bytes, const char* problem) {
-    plist_t root = nullptr;
-    const NumbersWithPoint numbers;
-    reader(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &root);
-    const Node owned(root);
-    return owned ? PropertyListReading{valueOf(root), {}, false} : failure(problem);
-}
-
 PropertyListReading readBinary(std::span<const std::byte> bytes) {
     std::string problem = problemOfBinaryPropertyList(bytes);
     if (!problem.empty()) {
         return failure(std::move(problem));
     }
-    return readWith(plist_from_bin, {reinterpret_cast<const char*>(bytes.data()), bytes.size()},
-                    "the binary list is damaged");
-}
-
-PropertyListReading readXml(std::string_view text) {
-    CleanedXml cleaned = cleanedXmlPropertyList(text);
-    if (!cleaned.problem.empty()) {
-        return failure(std::move(cleaned.problem));
-    }
-    return readWith(plist_from_xml, cleaned.xml, "the XML is damaged");
+    plist_t root = nullptr;
+    plist_from_bin(reinterpret_cast<const char*>(bytes.data()),
+                   static_cast<std::uint32_t>(bytes.size()), &root);
+    const Node owned(root);
+    return owned ? PropertyListReading{valueOf(root), {}, false}
+                 : failure("the binary list is damaged");
 }
 
 } // namespace
@@ -186,9 +152,12 @@ PropertyListReading readPropertyList(std::span<const std::byte> bytes) {
     if (looksLikeBinaryPropertyList(bytes)) {
         return readBinary(bytes);
     }
-    const std::string text =
-        decodedText({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
-    return looksLikeXml(text) ? readXml(text) : readOldPropertyList(text);
+    const std::string_view raw(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    const std::string text = decodedText(raw);
+    if (!looksLikeXml(text)) {
+        return readOldPropertyList(text);
+    }
+    return readXmlPropertyList(text, showsItsEncoding(raw) ? std::string_view() : raw);
 }
 
 PropertyListReading readPropertyListFile(const std::string& path) {

@@ -62,6 +62,29 @@ std::string fromUtf16(std::string_view bytes, bool bigEndian) {
     return text;
 }
 
+struct Encoding {
+    enum Kind { none, utf8, utf16Big, utf16Little };
+    Kind kind = none;
+    std::size_t markSize = 0;
+};
+
+// An XML list may lack the mark that UTF-16 should have.
+Encoding encodingOf(std::string_view bytes) {
+    static constexpr std::string_view bigAngle("\0<", 2);
+    static constexpr std::string_view littleAngle("<\0", 2);
+    const std::string_view start = bytes.substr(0, 2);
+    if (bytes.substr(0, 3) == "\xEF\xBB\xBF") {
+        return {Encoding::utf8, 3};
+    }
+    if (start == "\xFE\xFF" || start == bigAngle) {
+        return {Encoding::utf16Big, start == bigAngle ? 0U : 2U};
+    }
+    if (start == "\xFF\xFE" || start == littleAngle) {
+        return {Encoding::utf16Little, start == littleAngle ? 0U : 2U};
+    }
+    return {};
+}
+
 } // namespace
 
 void appendUtf8(std::string& text, char32_t character) {
@@ -97,15 +120,16 @@ std::string wellFormedUtf8(std::string_view text) {
     return result;
 }
 
+bool showsItsEncoding(std::string_view bytes) {
+    return encodingOf(bytes).kind != Encoding::none;
+}
+
 std::string decodedText(std::string_view bytes) {
-    if (bytes.substr(0, 3) == "\xEF\xBB\xBF") {
-        bytes.remove_prefix(3);
-    } else if (bytes.substr(0, 2) == "\xFE\xFF") {
-        return fromUtf16(bytes.substr(2), true);
-    } else if (bytes.substr(0, 2) == "\xFF\xFE") {
-        return fromUtf16(bytes.substr(2), false);
-    }
-    return wellFormedUtf8(bytes);
+    const Encoding encoding = encodingOf(bytes);
+    bytes.remove_prefix(encoding.markSize);
+    const bool isUtf16 =
+        encoding.kind == Encoding::utf16Big || encoding.kind == Encoding::utf16Little;
+    return isUtf16 ? fromUtf16(bytes, encoding.kind == Encoding::utf16Big) : wellFormedUtf8(bytes);
 }
 
 } // namespace quorvel::freedesktop

@@ -1,12 +1,13 @@
 // The three formats, and files that are made to hurt.
 #include "freedesktop/preferences/property_list_file.h"
 
-#include <chrono>
 #include <clocale>
 #include <cmath>
 #include <limits>
 
 #include <gtest/gtest.h>
+
+#include "tests/freedesktop/preferences/property_list_testing.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -17,37 +18,6 @@ using platform::PropertyListArray;
 using platform::PropertyListData;
 using platform::PropertyListDictionary;
 using platform::PropertyListValue;
-
-PropertyListReading read(std::string_view bytes) {
-    return readPropertyList(std::as_bytes(std::span(bytes.data(), bytes.size())));
-}
-
-PropertyListReading readXmlObject(std::string_view object) {
-    return read("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//X\" "
-                "\"http://example.org/x.dtd\">\n<plist version=\"1.0\">" +
-                std::string(object) + "</plist>\n");
-}
-
-template <class Kind>
-Kind as(const PropertyListReading& reading) {
-    EXPECT_TRUE(reading.value) << reading.problem;
-    if (!reading.value || !std::holds_alternative<Kind>(reading.value->value)) {
-        ADD_FAILURE() << "of another kind";
-        return Kind();
-    }
-    return std::get<Kind>(reading.value->value);
-}
-
-template <class Kind>
-Kind entry(const PropertyListReading& reading, std::string_view key) {
-    const auto dictionary = as<PropertyListDictionary>(reading);
-    const auto found = dictionary.find(key);
-    if (found == dictionary.end() || !std::holds_alternative<Kind>(found->second.value)) {
-        ADD_FAILURE() << "no such entry: " << key;
-        return Kind();
-    }
-    return std::get<Kind>(found->second.value);
-}
 
 std::string bigEndian(std::uint64_t value, int width) {
     std::string bytes;
@@ -88,16 +58,6 @@ std::string container(unsigned kind, std::size_t count, const std::vector<unsign
     }
     return bytes;
 }
-
-class Stopwatch {
-public:
-    double seconds() const {
-        return std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
-    }
-
-private:
-    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
-};
 
 TEST(XmlPropertyList, HasEveryKind) {
     const auto reading = readXmlObject(R"(<dict>

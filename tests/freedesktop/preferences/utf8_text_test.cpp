@@ -29,5 +29,18 @@ TEST(Utf8Text, ReadsByteOrderMarks) {
     EXPECT_EQ(decodedText("\xFF\xFEh\0x"sv), "h");
 }
 
+TEST(Utf8Text, KnowsUtf16ByTheFirstAngleOfXml) {
+    EXPECT_EQ(decodedText("\0<\0\xE9"sv), "<é");
+    EXPECT_EQ(decodedText("<\0\xE9\0"sv), "<é");
+    EXPECT_EQ(decodedText("h\0"sv), "h\0"sv);
+    for (const std::string_view bytes :
+         {"\0<"sv, "<\0"sv, "\xFE\xFF"sv, "\xFF\xFE"sv, "\xEF\xBB\xBF"sv}) {
+        EXPECT_TRUE(showsItsEncoding(bytes));
+    }
+    for (const std::string_view bytes : {""sv, "<"sv, "<?"sv, "\xEF\xBB"sv}) {
+        EXPECT_FALSE(showsItsEncoding(bytes));
+    }
+}
+
 } // namespace
 } // namespace quorvel::freedesktop

@@ -1,0 +1,306 @@
+#include "freedesktop/preferences/xml_property_list.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <string>
+#include <type_traits>
+
+#include <expat.h>
+
+#include "freedesktop/preferences/property_list_builder.h"
+#include "freedesktop/preferences/single_byte_encoding.h"
+
+namespace quorvel::freedesktop {
+namespace {
+
+constexpr const char* unknownEntity = "the XML has an unknown entity";
+
+struct ParserDeleter {
+    void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
+};
+using ParserHandle = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter>;
+
+std::string_view withoutLeadingSpace(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+    return text;
+}
+
+bool startsWith(std::string_view text, std::string_view start) {
+    return text.substr(0, start.size()) == start;
+}
+
+std::size_t endOf(std::string_view text, std::size_t from, std::string_view mark) {
+    const std::size_t found = text.find(mark, from);
+    return found == text.npos ? text.size() : found;
+}
+
+// A declaration ends, or the ones inside it start, at a bracket that stands in no quotes.
+std::size_t endOfDeclaration(std::string_view text, std::size_t from) {
+    while ((from = text.find_first_of("\"'<>[", from)) != text.npos) {
+        const char c = text[from];
+        if (c != '"' && c != '\'') {
+            return from;
+        }
+        from = endOf(text, from + 1, text.substr(from, 1)) + 1;
+    }
+    return text.size();
+}
+
+// Where the next markup may start after that which starts at `from` with '<', and is no comment.
+std::size_t endOfMarkup(std::string_view text, std::size_t from) {
+    const std::string_view rest = text.substr(from);
+    if (startsWith(rest, "<![CDATA[")) {
+        return endOf(text, from, "]]>");
+    }
+    if (startsWith(rest, "<?")) {
+        return endOf(text, from, "?>");
+    }
+    return startsWith(rest, "<!") ? endOfDeclaration(text, from + 2) : from + 1;
+}
+
+// XML forbids "--" within a comment, and expat refuses it. People write it all the same, and other
+// readers of property lists skip it: the dashes become blanks.
+std::string withPlainComments(std::string_view text) {
+    constexpr std::string_view comment = "<!--";
+    std::string plain(text);
+    std::size_t at = 0;
+    while ((at = text.find('<', at)) != text.npos) {
+        if (!startsWith(text.substr(at), comment)) {
+            at = endOfMarkup(text, at);
+            continue;
+        }
+        const std::size_t from = at + comment.size();
+        at = endOf(text, from, "-->");
+        std::replace(plain.begin() + static_cast<std::ptrdiff_t>(from),
+                     plain.begin() + static_cast<std::ptrdiff_t>(at), '-', ' ');
+    }
+    return plain;
+}
+
+// Expat expands entities within attributes. One that holds no reference and is no longer than a
+// reference to it makes nothing grow and nothing nest.
+bool isHarmlessEntity(std::string_view name, std::string_view value) {
+    constexpr std::size_t punctuation = 2; // of a reference: & and ;
+    return value.find('&') == value.npos && value.size() <= name.size() + punctuation;
+}
+
+bool isForbidden(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte < 0x20 && c != '\t' && c != '\n' && c != '\r';
+}
+
+bool endsInReference(std::string_view text) {
+    constexpr std::string_view nameCharacters =
+        "#ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
+    const std::size_t last = text.find_last_not_of(nameCharacters);
+    return last != text.npos && text[last] == '&';
+}
+
+// `rest` starts where expat found a character that fits nowhere.
+const char* problemOfInvalidToken(std::string_view before, std::string_view rest) {
+    if (!rest.empty() && isForbidden(rest.front())) {
+        return "the XML has a character that XML forbids";
+    }
+    return endsInReference(before) ? unknownEntity : "the XML is malformed";
+}
+
+const char* problemOfError(XML_Error error) {
+    switch (error) {
+    case XML_ERROR_NO_ELEMENTS:
+    case XML_ERROR_UNCLOSED_TOKEN:
+    case XML_ERROR_UNCLOSED_CDATA_SECTION:
+    case XML_ERROR_PARTIAL_CHAR:
+        return "the XML breaks off";
+    case XML_ERROR_TAG_MISMATCH:
+        return "the elements of the XML do not match";
+    case XML_ERROR_UNDEFINED_ENTITY:
+    case XML_ERROR_EXTERNAL_ENTITY_HANDLING:
+        return unknownEntity;
+    case XML_ERROR_BAD_CHAR_REF:
+        return "the XML has a character that XML forbids";
+    case XML_ERROR_UNKNOWN_ENCODING:
+    case XML_ERROR_INCORRECT_ENCODING:
+        return "the XML is in an unknown encoding";
+    case XML_ERROR_NO_MEMORY:
+        return "there is not enough memory";
+    default:
+        return "the XML is malformed";
+    }
+}
+
+// One pass of expat over a list.
+class XmlPass {
+public:
+    enum class Encoding { utf8, declared };
+
+    explicit XmlPass(Encoding encoding);
+
+    PropertyListReading read(std::string_view text);
+
+    // A pass over UTF-8 stops where the declaration names something else.
+    void stopAtOtherEncoding() { m_stopsAtOtherEncoding = true; }
+    bool namesOtherEncoding() const { return m_namesOtherEncoding; }
+
+private:
+    static XmlPass& self(void* pass) { return *static_cast<XmlPass*>(pass); }
+    void setHandlers();
+    void stopWhenDone();
+    void fail(const char* problem);
+    void takeDeclaredEncoding(const char* encoding);
+    void takeEntity(std::string_view name, const char* value, int length);
+    void countAttribute();
+    const char* problemAfter(std::string_view text) const;
+
+    ParserHandle m_parser;
+    PropertyListBuilder m_builder;
+    const char* m_problem = nullptr; // beside the builder's
+    bool m_stopsAtOtherEncoding = false;
+    bool m_namesOtherEncoding = false;
+    int m_declaredAttributes = 0;
+};
+
+XmlPass::XmlPass(Encoding encoding)
+    : m_parser(XML_ParserCreate(encoding == Encoding::utf8 ? "UTF-8" : nullptr)) {
+    if (m_parser) {
+        setHandlers();
+    }
+}
+
+int fillEncoding(void*, const XML_Char* name, XML_Encoding* info) {
+    const auto encoding = singleByteEncodingNamed(name);
+    if (!encoding) {
+        return XML_STATUS_ERROR;
+    }
+    std::copy(encoding->begin(), encoding->end(), std::begin(info->map));
+    info->data = nullptr;
+    info->convert = nullptr;
+    info->release = nullptr;
+    return XML_STATUS_OK;
+}
+
+void XmlPass::setHandlers() {
+    XML_Parser parser = m_parser.get();
+    XML_SetUserData(parser, this);
+    XML_SetElementHandler(
+        parser,
+        [](void* pass, const XML_Char* name, const XML_Char**) {
+            self(pass).m_builder.start(name);
+            self(pass).stopWhenDone();
+        },
+        [](void* pass, const XML_Char*) {
+            self(pass).m_builder.end();
+            self(pass).stopWhenDone();
+        });
+    XML_SetCharacterDataHandler(parser, [](void* pass, const XML_Char* text, int length) {
+        self(pass).m_builder.text({text, static_cast<std::size_t>(length)});
+        self(pass).stopWhenDone();
+    });
+    // With a default handler, references to declared entities are skipped instead of expanded.
+    XML_SetDefaultHandler(parser, [](void*, const XML_Char*, int) {});
+    XML_SetSkippedEntityHandler(
+        parser, [](void* pass, const XML_Char*, int) { self(pass).fail(unknownEntity); });
+    XML_SetExternalEntityRefHandler(parser,
+                                    [](XML_Parser, const XML_Char*, const XML_Char*,
+                                       const XML_Char*,
+                                       const XML_Char*) -> int { return XML_STATUS_ERROR; });
+    XML_SetEntityDeclHandler(parser, [](void* pass, const XML_Char* name, int isParameter,
+                                        const XML_Char* value, int length, const XML_Char*,
+                                        const XML_Char*, const XML_Char*, const XML_Char*) {
+        if (isParameter == 0) {
+            self(pass).takeEntity(name, value, length);
+        }
+    });
+    XML_SetAttlistDeclHandler(parser,
+                              [](void* pass, const XML_Char*, const XML_Char*, const XML_Char*,
+                                 const XML_Char*, int) { self(pass).countAttribute(); });
+    XML_SetXmlDeclHandler(parser, [](void* pass, const XML_Char*, const XML_Char* encoding, int) {
+        self(pass).takeDeclaredEncoding(encoding);
+    });
+    XML_SetUnknownEncodingHandler(parser, fillEncoding, nullptr);
+}
+
+void XmlPass::stopWhenDone() {
+    if (m_builder.isDone()) {
+        XML_StopParser(m_parser.get(), XML_FALSE);
+    }
+}
+
+void XmlPass::fail(const char* problem) {
+    m_problem = problem;
+    XML_StopParser(m_parser.get(), XML_FALSE);
+}
+
+void XmlPass::takeDeclaredEncoding(const char* encoding) {
+    if (m_stopsAtOtherEncoding && encoding != nullptr && !isUtf8Name(encoding)) {
+        m_namesOtherEncoding = true;
+        XML_StopParser(m_parser.get(), XML_FALSE);
+    }
+}
+
+// An entity without a value stands outside the file.
+void XmlPass::takeEntity(std::string_view name, const char* value, int length) {
+    if (value != nullptr && !isHarmlessEntity(name, {value, static_cast<std::size_t>(length)})) {
+        fail("the XML declares entities");
+    }
+}
+
+// Expat compares each with all before it, and puts them into every element.
+void XmlPass::countAttribute() {
+    constexpr int mostDeclaredAttributes = 100;
+    if (++m_declaredAttributes > mostDeclaredAttributes) {
+        fail("the XML declares too many attributes");
+    }
+}
+
+const char* XmlPass::problemAfter(std::string_view text) const {
+    if (m_problem != nullptr) {
+        return m_problem;
+    }
+    const XML_Error error = XML_GetErrorCode(m_parser.get());
+    if (error != XML_ERROR_INVALID_TOKEN) {
+        return problemOfError(error);
+    }
+    const auto at =
+        static_cast<std::size_t>(std::max<XML_Index>(0, XML_GetCurrentByteIndex(m_parser.get())));
+    const std::size_t split = std::min(at, text.size());
+    return problemOfInvalidToken(text.substr(0, split), text.substr(split));
+}
+
+PropertyListReading XmlPass::read(std::string_view text) {
+    if (!m_parser) {
+        return {std::nullopt, problemOfError(XML_ERROR_NO_MEMORY), false};
+    }
+    const XML_Status status =
+        XML_Parse(m_parser.get(), text.data(), static_cast<int>(text.size()), XML_TRUE);
+    if (m_builder.isDone() && m_problem == nullptr) {
+        return m_builder.problem().empty()
+                   ? PropertyListReading{m_builder.takeValue(), {}, false}
+                   : PropertyListReading{std::nullopt, m_builder.problem(), false};
+    }
+    return {std::nullopt, status == XML_STATUS_OK ? "the XML holds no object" : problemAfter(text),
+            false};
+}
+
+} // namespace
+
+bool looksLikeXml(std::string_view text) {
+    text = withoutLeadingSpace(text);
+    constexpr std::array<std::string_view, 5> starts{"<?xml", "<!", "<plist", "<dict", "<array"};
+    return std::any_of(starts.begin(), starts.end(),
+                       [&](std::string_view start) { return startsWith(text, start); });
+}
+
+PropertyListReading readXmlPropertyList(std::string_view text, std::string_view bytes) {
+    XmlPass pass(XmlPass::Encoding::utf8);
+    if (!bytes.empty()) {
+        pass.stopAtOtherEncoding();
+    }
+    PropertyListReading reading = pass.read(withPlainComments(withoutLeadingSpace(text)));
+    if (!pass.namesOtherEncoding()) {
+        return reading;
+    }
+    return XmlPass(XmlPass::Encoding::declared).read(withPlainComments(withoutLeadingSpace(bytes)));
+}
+
+} // namespace quorvel::freedesktop

@@ -1,0 +1,56 @@
+// What the tests of property lists share.
+#pragma once
+
+#include <chrono>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+
+#include "freedesktop/preferences/property_list_file.h"
+
+namespace quorvel::freedesktop {
+
+inline PropertyListReading read(std::string_view bytes) {
+    return readPropertyList(std::as_bytes(std::span(bytes.data(), bytes.size())));
+}
+
+inline PropertyListReading readXmlObject(std::string_view object) {
+    return read("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//X\" "
+                "\"http://example.org/x.dtd\">\n<plist version=\"1.0\">" +
+                std::string(object) + "</plist>\n");
+}
+
+template <class Kind>
+Kind as(const PropertyListReading& reading) {
+    EXPECT_TRUE(reading.value) << reading.problem;
+    if (!reading.value || !std::holds_alternative<Kind>(reading.value->value)) {
+        ADD_FAILURE() << "of another kind";
+        return Kind();
+    }
+    return std::get<Kind>(reading.value->value);
+}
+
+template <class Kind>
+Kind entry(const PropertyListReading& reading, std::string_view key) {
+    const auto dictionary = as<platform::PropertyListDictionary>(reading);
+    const auto found = dictionary.find(key);
+    if (found == dictionary.end() || !std::holds_alternative<Kind>(found->second.value)) {
+        ADD_FAILURE() << "no such entry: " << key;
+        return Kind();
+    }
+    return std::get<Kind>(found->second.value);
+}
+
+class Stopwatch {
+public:
+    double seconds() const {
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
+    }
+
+private:
+    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+};
+
+} // namespace quorvel::freedesktop
