@@ -20,11 +20,10 @@ using PropertyListArray = std::vector<PropertyListValue>;
 using PropertyListDictionary = std::map<std::string, PropertyListValue, std::less<>>;
 using PropertyListData = std::vector<std::byte>;
 
-// Texts are UTF-8. An integer that a file gives as unsigned and above the signed range keeps
-// its 64 bits.
+// Texts are UTF-8. An integer is unsigned only where it lies above the signed range.
 struct PropertyListValue {
     std::variant<bool, std::int64_t, double, std::string, NSDate, PropertyListData,
-                 PropertyListArray, PropertyListDictionary>
+                 PropertyListArray, PropertyListDictionary, std::uint64_t>
         value;
 };
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <limits>
 #include <memory>
 #include <string_view>
 
@@ -59,6 +60,38 @@ platform::NSDate dateOf(plist_t node) {
     return {static_cast<double>(seconds) + static_cast<double>(microseconds) / 1e6};
 }
 
+PropertyListValue unsignedValue(std::uint64_t number) {
+    if (number > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
+        return {number};
+    }
+    return {static_cast<std::int64_t>(number)};
+}
+
+// The library tells a negative integer from one that is as large as that only in its XML.
+bool isNegative(plist_t node) {
+    char* xml = nullptr;
+    std::uint32_t length = 0;
+    plist_to_xml(node, &xml, &length);
+    const Malloced<char> owned(xml);
+    return owned &&
+           std::string_view(owned.get(), length).find("<integer>-") != std::string_view::npos;
+}
+
+PropertyListValue integerOf(plist_t node) {
+    std::uint64_t number = 0;
+    plist_get_uint_val(node, &number);
+    const PropertyListValue value = unsignedValue(number);
+    const bool isLarge = std::holds_alternative<std::uint64_t>(value.value);
+    return isLarge && isNegative(node) ? PropertyListValue{static_cast<std::int64_t>(number)}
+                                       : value;
+}
+
+PropertyListValue referenceOf(plist_t node) {
+    std::uint64_t number = 0;
+    plist_get_uid_val(node, &number);
+    return {PropertyListDictionary{{"CF$UID", unsignedValue(number)}}};
+}
+
 PropertyListArray arrayOf(plist_t node) {
     PropertyListArray values;
     plist_array_iter iterator = nullptr;
@@ -92,7 +125,6 @@ PropertyListDictionary dictionaryOf(plist_t node) {
 }
 
 PropertyListValue valueOf(plist_t node) {
-    std::uint64_t number = 0;
     switch (plist_get_node_type(node)) {
     case PLIST_BOOLEAN: {
         std::uint8_t truth = 0;
@@ -100,8 +132,7 @@ PropertyListValue valueOf(plist_t node) {
         return {truth != 0};
     }
     case PLIST_UINT:
-        plist_get_uint_val(node, &number);
-        return {static_cast<std::int64_t>(number)};
+        return integerOf(node);
     case PLIST_REAL: {
         double real = 0;
         plist_get_real_val(node, &real);
@@ -116,8 +147,7 @@ PropertyListValue valueOf(plist_t node) {
     case PLIST_DICT:
         return {dictionaryOf(node)};
     case PLIST_UID:
-        plist_get_uid_val(node, &number);
-        return {PropertyListDictionary{{"CF$UID", {static_cast<std::int64_t>(number)}}}};
+        return referenceOf(node);
     default:
         return {textOf(node, plist_get_string_val)};
     }

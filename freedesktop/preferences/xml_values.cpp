@@ -111,6 +111,9 @@ std::optional<PropertyListValue> integerOfText(std::string_view text) {
     if (!magnitude || (negative && *magnitude > smallest)) {
         return std::nullopt;
     }
+    if (!negative && *magnitude >= smallest) {
+        return PropertyListValue{*magnitude};
+    }
     return PropertyListValue{static_cast<std::int64_t>(negative ? 0 - *magnitude : *magnitude)};
 }
 

@@ -10,7 +10,8 @@ namespace quorvel::freedesktop {
 
 // White space around a number or a date is ignored. Absent: the text is no such value.
 
-// Decimal, or hexadecimal after "0x"; a sign may stand before. Within 64 bits.
+// Decimal, or hexadecimal after "0x"; a sign may stand before. Within 64 bits: unsigned above the
+// signed range.
 std::optional<platform::PropertyListValue> integerOfText(std::string_view text);
 
 // As the C library reads it, with a decimal point in every locale; also "nan" and "inf".

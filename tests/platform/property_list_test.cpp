@@ -145,6 +145,17 @@ TEST(PropertyListTest, BoolValueOfNumbersIsWhetherTheyAreZero) {
     EXPECT_FALSE(boolValue({false}));
 }
 
+TEST(PropertyListTest, IntegersAboveTheSignedRangeAreLargeFloatsAndKeepTheirLowBits) {
+    const PropertyListValue largest{std::numeric_limits<std::uint64_t>::max()};
+    EXPECT_EQ(floatValue(largest), 18446744073709551616.0F); // 2 to the 64th is the nearest float
+    EXPECT_EQ(floatValue({std::uint64_t{1} << 63U}), 9223372036854775808.0F);
+    EXPECT_EQ(integerValue(largest), -1);
+    EXPECT_EQ(intValue(largest), -1);
+    EXPECT_EQ(intValue({(std::uint64_t{1} << 63U) + 5}), 5);
+    EXPECT_TRUE(boolValue({std::uint64_t{1} << 63U}));
+    EXPECT_EQ(stringValue(largest), "18446744073709551615");
+}
+
 TEST(PropertyListTest, OtherKindsAreZero) {
     const PropertyListValue others[] = {{NSDate{5}},
                                         {PropertyListData{std::byte{1}}},

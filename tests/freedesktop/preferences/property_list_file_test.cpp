@@ -77,7 +77,7 @@ TEST(XmlPropertyList, HasEveryKind) {
     EXPECT_EQ(entry<bool>(reading, "no"), false);
     EXPECT_EQ(entry<std::int64_t>(reading, "int"), -42);
     EXPECT_EQ(entry<std::int64_t>(reading, "hex"), 31);
-    EXPECT_EQ(entry<std::int64_t>(reading, "big"), -1);
+    EXPECT_EQ(entry<std::uint64_t>(reading, "big"), 18446744073709551615U);
     EXPECT_EQ(entry<double>(reading, "real"), 1.75);
     EXPECT_EQ(entry<std::string>(reading, "text"), "Grüße & <b> <&>!");
     EXPECT_EQ(entry<std::string>(reading, "empty"), "");
@@ -206,11 +206,28 @@ TEST(BinaryPropertyList, HasEveryKind) {
     EXPECT_EQ(entry<PropertyListArray>(reading, "list").size(), 2U);
 }
 
+// Eight bytes are signed; sixteen hold what is too large for that.
 TEST(BinaryPropertyList, HasUnsignedNumbersAndReferences) {
-    EXPECT_EQ(as<std::int64_t>(
-                  read(binary({"\x14"s + bigEndian(0, 8) + bigEndian(0xFFFFFFFFFFFFFFFFU, 8)}))),
-              -1);
+    constexpr std::uint64_t topBit = std::uint64_t{1} << 63U;
+    for (const std::uint64_t number : {topBit, ~std::uint64_t{0}}) {
+        const auto reading = read(binary({"\x14"s + bigEndian(0, 8) + bigEndian(number, 8)}));
+        EXPECT_EQ(as<std::uint64_t>(reading), number);
+    }
+    EXPECT_EQ(
+        as<std::int64_t>(read(binary({"\x14"s + bigEndian(0, 8) + bigEndian(topBit - 1, 8)}))),
+        std::numeric_limits<std::int64_t>::max());
+    EXPECT_EQ(as<std::int64_t>(read(binary({"\x13"s + bigEndian(topBit, 8)}))),
+              std::numeric_limits<std::int64_t>::min());
     EXPECT_EQ(entry<std::int64_t>(read(binary({"\x80\x05"s})), "CF$UID"), 5);
+}
+
+TEST(PropertyListFile, AnIntegerAboveTheSignedRangeIsALargeFloat) {
+    const auto large = [](const PropertyListReading& reading) {
+        return reading.value ? platform::floatValue(*reading.value) : 0;
+    };
+    EXPECT_EQ(large(readXmlObject("<integer>18446744073709551615</integer>")), 0x1p64F);
+    EXPECT_EQ(large(read(binary({"\x14"s + bigEndian(0, 8) + bigEndian(~std::uint64_t{0}, 8)}))),
+              0x1p64F);
 }
 
 TEST(BinaryPropertyList, DamagedOnesAreRefused) {

@@ -50,6 +50,14 @@ TEST(XmlValues, IntegersAreDecimalOrHexadecimal) {
     EXPECT_EQ(integer("-9223372036854775808"), std::numeric_limits<std::int64_t>::min());
 }
 
+TEST(XmlValues, IntegersAboveTheSignedRangeAreUnsigned) {
+    const auto largest = integerOfText("18446744073709551615");
+    ASSERT_TRUE(largest);
+    EXPECT_EQ(std::get<std::uint64_t>(largest->value), std::numeric_limits<std::uint64_t>::max());
+    EXPECT_EQ(std::get<std::uint64_t>(integerOfText("0x8000000000000000")->value),
+              std::uint64_t{1} << 63U);
+}
+
 TEST(XmlValues, WhatIsNoIntegerIsNone) {
     for (const char* text : {"", " ", "a", "12a", "1 2", "1.5", "1e3", "--5", "+-5", "-", "0x",
                              "0xg", "-9223372036854775809", "18446744073709551616", "\xD9\xA1"}) {
