@@ -99,6 +99,16 @@ private:
                fail("its texts are too large");
     }
 
+    // The library's texts end at a NUL, and it asserts that a text in UTF-16 has none.
+    bool hasNoNul(const Header& header, std::uint64_t width) {
+        for (std::uint64_t i = 0; i < header.count; ++i) {
+            if (numberAt(header.contents + i * width, width) == 0) {
+                return fail("one of its texts holds a NUL");
+            }
+        }
+        return true;
+    }
+
     bool scalar(const Header& header) {
         switch (header.kind) {
         case 0x0:
@@ -113,10 +123,11 @@ private:
         case 0x3:
             return (header.count == 3 && holds(header.contents, 8, 1)) || damaged();
         case 0x4:
-        case 0x5:
             return content(header, 1);
+        case 0x5:
+            return content(header, 1) && hasNoNul(header, 1);
         case 0x6:
-            return content(header, 2);
+            return content(header, 2) && hasNoNul(header, 2);
         case 0x8:
             return (header.count < 8 && holds(header.contents, header.count + 1, 1)) || damaged();
         default:

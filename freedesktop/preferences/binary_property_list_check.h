@@ -11,7 +11,7 @@ namespace quorvel::freedesktop {
 bool looksLikeBinaryPropertyList(std::span<const std::byte> bytes);
 
 // What is wrong, or empty: then all objects that the root reaches lie within the bytes, every key
-// is a text, and the budgets are kept.
+// is a text, no text holds a NUL, and the budgets are kept.
 std::string problemOfBinaryPropertyList(std::span<const std::byte> bytes);
 
 } // namespace quorvel::freedesktop

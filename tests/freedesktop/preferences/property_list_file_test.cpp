@@ -248,6 +248,21 @@ TEST(BinaryPropertyList, DamagedOnesAreRefused) {
     }
 }
 
+// The library's texts end at a NUL, and it asserts that a text in UTF-16 has none.
+TEST(BinaryPropertyList, TextsWithANulAreRefused) {
+    const std::string narrow = marker(5, 3) + "a\0b"s;
+    const std::string wide = marker(6, 2) + "\0a\0\0"s;
+    for (const std::string& bad : {narrow, wide}) {
+        for (const std::string& bytes : {binary({bad}), binary({container(0xA, 1, {1}), bad}),
+                                         binary({container(0xD, 1, {1, 2}), bad, "\x09"s}),
+                                         binary({container(0xD, 1, {1, 2}), text("key"), bad})}) {
+            EXPECT_EQ(read(bytes).problem, "one of its texts holds a NUL");
+        }
+    }
+    const std::string halves = marker(6, 2) + "\x01\x00\x00\x61"s; // the bytes are no unit
+    EXPECT_EQ(as<std::string>(read(binary({halves}))), "\u0100a");
+}
+
 TEST(BinaryPropertyList, EveryChangedByteIsSurvived) {
     const std::string good =
         binary({container(0xD, 2, {1, 2, 3, 4}), text("key"), text("list"), "\x10\x07"s,
