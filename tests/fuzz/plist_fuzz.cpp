@@ -1,0 +1,71 @@
+// A property list from a stranger, in any of the forms, read as the program reads it.
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "freedesktop/preferences/property_list_budget.h"
+#include "freedesktop/preferences/property_list_file.h"
+#include "freedesktop/preferences/utf8_text.h"
+#include "tests/fuzz/fuzzing.h"
+
+namespace {
+
+using namespace quorvel::freedesktop;
+using quorvel::fuzzing::processorTime;
+using quorvel::fuzzing::require;
+using quorvel::platform::PropertyListArray;
+using quorvel::platform::PropertyListDictionary;
+using quorvel::platform::PropertyListValue;
+
+constexpr double greatestMilliseconds = 5000; // under the sanitizers
+
+void checkText(const std::string& text) {
+    require(wellFormedUtf8(text) == text, "texts are UTF-8");
+}
+
+// Every conversion that the settings make.
+void convert(const PropertyListValue& value) {
+    const bool isSet = boolValue(value);
+    const std::int64_t integer = integerValue(value);
+    require(intValue(value) != 0 || integer != 1, "a narrow integer holds a small one");
+    require(!(floatValue(value) > 1) || isSet || std::holds_alternative<std::string>(value.value),
+            "a large number is true");
+    stringValue(value);
+}
+
+// The objects of the value, keys included.
+std::size_t check(const PropertyListValue& value, std::size_t depth) {
+    require(depth <= PropertyListBudget::depth, "the depth is bounded");
+    convert(value);
+    std::size_t objects = 1;
+    if (const auto* const text = std::get_if<std::string>(&value.value)) {
+        checkText(*text);
+    } else if (const auto* const array = std::get_if<PropertyListArray>(&value.value)) {
+        for (const auto& item : *array) {
+            objects += check(item, depth + 1);
+        }
+    } else if (const auto* const entries = std::get_if<PropertyListDictionary>(&value.value)) {
+        for (const auto& [key, item] : *entries) {
+            checkText(key);
+            objects += 1 + check(item, depth + 1);
+        }
+    }
+    return objects;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::span bytes(reinterpret_cast<const std::byte*>(data), size);
+    const double before = processorTime();
+    const PropertyListReading reading = readPropertyList(bytes);
+    require(reading.value.has_value() == reading.problem.empty(), "a value or a problem");
+    require(!reading.missing, "bytes are never missing");
+    if (reading.value) {
+        // A reference of a keyed archive is one object that becomes three.
+        require(check(*reading.value, 0) <= 3 * PropertyListBudget::objects,
+                "the number of objects is bounded");
+    }
+    require(processorTime() - before < greatestMilliseconds, "an input is done in time");
+    return 0;
+}
