@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "freedesktop/calendar/file_version.h"
 #include "freedesktop/calendar/occurrences.h"
+#include "freedesktop/io/file_version.h"
 
 namespace quorvel::freedesktop::ics {
 

@@ -6,7 +6,7 @@
 #include <mutex>
 #include <thread>
 
-#include "freedesktop/calendar/file_version.h"
+#include "freedesktop/io/file_version.h"
 #include "tests/freedesktop/calendar/store_fixture.h"
 
 namespace quorvel::freedesktop {
@@ -52,7 +52,7 @@ protected:
         own.setWaits({0.1, 0.03});
         own.setFileClock([this] {
             gate.pass();
-            return ics::fileClock();
+            return fileClock();
         });
         own.follow([this] { ++told; });
     }
@@ -183,7 +183,7 @@ TEST_F(BoundedWaits, NobodyIsToldAfterTheEnd) {
     these->setWaits({0.01, 0.01});
     these->setFileClock([this] {
         gate.pass();
-        return ics::fileClock();
+        return fileClock();
     });
     these->follow([&toldOfThese] { ++toldOfThese; });
     these->makeEventStore();

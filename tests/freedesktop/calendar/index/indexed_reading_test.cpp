@@ -4,8 +4,8 @@
 #include <string>
 
 #include "freedesktop/calendar/calendar_reader.h"
-#include "freedesktop/calendar/file_version.h"
 #include "freedesktop/calendar/index/engine_version.h"
+#include "freedesktop/io/file_version.h"
 #include "tests/freedesktop/calendar/store_fixture.h"
 
 namespace quorvel::freedesktop {
@@ -48,7 +48,7 @@ protected:
             IcalCalendarStores own(zone, {});
             own.setSources({CalendarSource::at(folder / "calendars")});
             own.setIndex(folder / "index", [](const std::string& what) { ADD_FAILURE() << what; });
-            own.setFileClock([] { return ics::fileClock() + 3'600'000'000'000; });
+            own.setFileClock([] { return fileClock() + 3'600'000'000'000; });
             const auto store = own.makeEventStore();
             EXPECT_EQ(
                 store->eventsMatchingPredicate({date(from), date(to), store->calendars()}).size(),
@@ -91,7 +91,7 @@ TEST_F(IndexedReading, OfALivingHostIsMadeUpForBeforeAnythingChanges) {
     reader.setSources({CalendarSource::at(folder / "calendars")});
     reader.setIndex(std::make_unique<ics::CalendarIndex>(folder / "index", ics::engineVersion(),
                                                          [](const std::string&) {}));
-    reader.setFileClock([] { return ics::fileClock() + 3'600'000'000'000; });
+    reader.setFileClock([] { return fileClock() + 3'600'000'000'000; });
     const auto snapshot = reader.refresh();
     EXPECT_EQ(snapshot->calendars.size(), 5U);
     EXPECT_EQ(snapshot->loaded, nullptr);

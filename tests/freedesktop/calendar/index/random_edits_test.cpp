@@ -18,7 +18,7 @@
 
 #include <gtest/gtest.h>
 
-#include "freedesktop/calendar/file_version.h"
+#include "freedesktop/io/file_version.h"
 #include "tests/freedesktop/calendar/store_fixture.h"
 
 namespace quorvel::freedesktop {
@@ -43,7 +43,7 @@ public:
             m_problems << problem.file << ":" << problem.line << ": " << problem.what << "\n";
         }) {
         m_stores.setSources(std::move(sources));
-        m_stores.setFileClock([clockAhead] { return ics::fileClock() + clockAhead; });
+        m_stores.setFileClock([clockAhead] { return fileClock() + clockAhead; });
         if (!indexFolder.empty()) {
             m_stores.setIndex(indexFolder, [this](const std::string& what) { m_said += what; });
         }

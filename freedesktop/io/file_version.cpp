@@ -1,11 +1,11 @@
-#include "freedesktop/calendar/file_version.h"
+#include "freedesktop/io/file_version.h"
 
 #include <algorithm>
 #include <ctime>
 
 #include <sys/stat.h>
 
-namespace quorvel::freedesktop::ics {
+namespace quorvel::freedesktop {
 namespace {
 
 // Some file systems keep two seconds only.
@@ -33,4 +33,4 @@ bool isSettled(const FileVersion& version, std::int64_t readAt) {
     return std::max(version.modified, version.changed) < readAt - coarsestTime;
 }
 
-} // namespace quorvel::freedesktop::ics
+} // namespace quorvel::freedesktop

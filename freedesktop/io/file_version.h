@@ -1,11 +1,11 @@
-// By what a file is known to be what it was, without reading it.
+// By what an unchanged file is known without being read.
 #pragma once
 
 #include <cstdint>
 
 struct stat;
 
-namespace quorvel::freedesktop::ics {
+namespace quorvel::freedesktop {
 
 struct FileVersion {
     std::uint64_t device = 0;
@@ -25,4 +25,4 @@ std::int64_t fileClock();
 // before it that the coarsest of file systems gives a later change another time.
 bool isSettled(const FileVersion& version, std::int64_t readAt);
 
-} // namespace quorvel::freedesktop::ics
+} // namespace quorvel::freedesktop
