@@ -167,6 +167,12 @@ SurfaceHandle surfaceOf(const GdkPixbuf* pixbuf) {
     return surface;
 }
 
+std::shared_ptr<const UIImage> imageOf(std::string_view contents, CGFloat scale) {
+    const PixbufHandle pixbuf = decode(contents);
+    SurfaceHandle surface = pixbuf ? surfaceOf(pixbuf.get()) : nullptr;
+    return surface ? imageOfPixels(std::move(surface), scale) : nullptr;
+}
+
 bool isWorthRemembering(const UIImage& image) {
     return image.size().width * image.size().height * image.scale() * image.scale() <=
            maximumRememberedPixels;
@@ -185,34 +191,59 @@ CGFloat scaleOfFileName(std::string_view path) {
 PixbufImageFiles::PixbufImageFiles(std::string dataFolder)
     : m_dataFolder(std::move(dataFolder)) {}
 
+PixbufImageFiles::Remembered* PixbufImageFiles::rememberedAt(const std::string& path) {
+    const auto found =
+        std::find_if(m_remembered.begin(), m_remembered.end(),
+                     [&](const Remembered& remembered) { return remembered.path == path; });
+    return found == m_remembered.end() ? nullptr : &*found;
+}
+
+// Instead of an older picture of the same path.
+void PixbufImageFiles::remember(Remembered picture) {
+    std::erase_if(m_remembered,
+                  [&](const Remembered& remembered) { return remembered.path == picture.path; });
+    if (!isWorthRemembering(*picture.image))
+        return;
+    m_remembered.push_front(std::move(picture));
+    if (m_remembered.size() > maximumRemembered)
+        m_remembered.pop_back();
+}
+
 std::shared_ptr<const UIImage> PixbufImageFiles::imageWithContentsOfFile(std::string_view path) {
     if (path.empty() || path.find('\0') != std::string_view::npos)
         return nullptr;
     const std::string file = path == stockIconPath
                                  ? (std::filesystem::path(m_dataFolder) / stockIconName).string()
                                  : std::string(path);
+    const std::int64_t readAt = m_fileClock();
     const OpenFile open(file);
     struct stat status = {};
     if (open.descriptor() < 0 || ::fstat(open.descriptor(), &status) != 0 ||
         !S_ISREG(status.st_mode) || status.st_size > maximumFileSize)
         return nullptr;
-    FileStamp stamp{file,           status.st_dev,         status.st_ino,
-                    status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
-    for (const Remembered& remembered : m_remembered) {
-        if (remembered.stamp == stamp)
-            return remembered.image;
-    }
-    const auto contents = contentsOf(open.descriptor(), static_cast<std::size_t>(status.st_size));
-    const PixbufHandle pixbuf = contents ? decode(*contents) : nullptr;
-    SurfaceHandle surface = pixbuf ? surfaceOf(pixbuf.get()) : nullptr;
-    if (!surface)
+    return imageOfFile(file, open.descriptor(), versionOf(status), readAt);
+}
+
+std::shared_ptr<const UIImage> PixbufImageFiles::imageOfFile(const std::string& file,
+                                                             int descriptor,
+                                                             const FileVersion& version,
+                                                             std::int64_t readAt) {
+    Remembered* const remembered = rememberedAt(file);
+    const bool isSameVersion = remembered != nullptr && remembered->version == version;
+    if (isSameVersion && remembered->isSettled)
+        return remembered->image;
+    const auto contents = contentsOf(descriptor, static_cast<std::size_t>(version.size));
+    if (!contents)
         return nullptr;
-    auto image = imageOfPixels(std::move(surface), scaleOfFileName(file));
-    if (isWorthRemembering(*image)) {
-        m_remembered.push_front({std::move(stamp), image});
-        if (m_remembered.size() > maximumRemembered)
-            m_remembered.pop_back();
+    const std::size_t hash = std::hash<std::string>()(*contents);
+    const bool willBeSettled = isSettled(version, readAt);
+    if (isSameVersion && remembered->contentHash == hash) {
+        remembered->isSettled = willBeSettled;
+        return remembered->image;
     }
+    auto image = imageOf(*contents, scaleOfFileName(file));
+    if (image)
+        remember({file, version, willBeSettled, hash, image});
     return image;
 }
 

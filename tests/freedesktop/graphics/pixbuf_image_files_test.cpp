@@ -1,5 +1,9 @@
 #include "freedesktop/graphics/pixbuf_image_files.h"
 
+#include <chrono>
+#include <thread>
+
+#include <fcntl.h>
 #include <gdk-pixbuf/gdk-pixbuf.h>
 #include <sys/stat.h>
 
@@ -142,6 +146,39 @@ TEST_F(ImageFiles, AFileThatChangedIsReadAnew) {
     EXPECT_EQ(first->size(), (CGSize{10, 10}));
     std::filesystem::remove(inFolder("a.png"));
     EXPECT_EQ(read("a.png"), nullptr);
+}
+
+// In place, and as if the file had not been written to since.
+void rewrite(const std::string& path, const std::string& contents) {
+    writeFile(path, contents);
+    const timespec longAgo{1'000'000'000, 0};
+    const timespec times[] = {longAgo, longAgo};
+    ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+}
+
+TEST_F(ImageFiles, AFileRewrittenWithTheSameSizeAndTimeIsReadAnew) {
+    for (int i = 0; i < 50; ++i) { // faster than the file system's clock ticks
+        const std::string shade(1, static_cast<char>(i));
+        rewrite(inFolder("a.ppm"), "P6 1 1 255\n" + shade + shade + shade);
+        const auto image = read("a.ppm");
+        ASSERT_TRUE(image);
+        EXPECT_EQ(pixel(*image, 0, 0) & 0xFF, static_cast<unsigned>(i));
+    }
+}
+
+TEST_F(ImageFiles, APictureOfASettledFileIsRememberedUntilTheFileChanges) {
+    constexpr std::int64_t hour = 3'600'000'000'000;
+    m_files.setFileClock([] { return fileClock() + hour; });
+    rewrite(inFolder("a.ppm"), "P6 1 1 255\n\x01\x01\x01");
+    const auto first = read("a.ppm");
+    ASSERT_TRUE(first);
+    EXPECT_EQ(read("a.ppm"), first);
+    // By the inode's time, though size and time of the bytes are the same.
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    rewrite(inFolder("a.ppm"), "P6 1 1 255\n\x02\x02\x02");
+    const auto second = read("a.ppm");
+    ASSERT_TRUE(second);
+    EXPECT_EQ(pixel(*second, 0, 0) & 0xFF, 2U);
 }
 
 } // namespace
