@@ -81,6 +81,25 @@ TEST_F(HostileInputTest, TornSettingsAreLoggedAndDefaultsApply) {
     EXPECT_EQ(result.json().at("settings").at("textSize"), 14);
 }
 
+TEST_F(HostileInputTest, PropertyListsWithANulAreLogged) {
+    writeCalendar("Work", event("good", "Good", good));
+    const std::string list =
+        "<plist><array><string>a" + std::string(1, '\0') + "</string></array></plist>";
+    const auto expectLogged = [&](const std::string& name) {
+        const std::filesystem::path file = write("preferences/" + name, list);
+        const RunResult result = runHere({"inspect", "--do", "present", "--verbose"});
+        EXPECT_EQ(result.status, 0);
+        EXPECT_NE(result.errors.find(name + ": the XML has a character that XML forbids"),
+                  std::string::npos)
+            << result.errors;
+        std::filesystem::remove(file);
+    };
+    expectLogged("org.quorvel.quorvelprefs.plist");
+    expectLogged("com.apple.mobilecal.plist");
+    writeSettings("<key>onlySelectedCalendars</key><false/>");
+    expectLogged("org.quorvel.quorvel.calendars.plist");
+}
+
 TEST_F(HostileInputTest, SettingsOfTheWrongKindNeverCrash) {
     writeCalendar("Work", event("good", "Good", good, "Here"));
     writeSettings("<key>textSize</key><array/><key>displayLocation</key><string>YES</string>"

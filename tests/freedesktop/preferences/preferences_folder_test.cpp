@@ -116,6 +116,19 @@ TEST_F(PreferencesFolderTest, TornFilesAreSaidOnceUntilTheyChange) {
                                             "cannot read " + local + ": it is empty"));
 }
 
+TEST_F(PreferencesFolderTest, ListsWithANulAreNothingWhicheverWayTheyAreAskedFor) {
+    const std::string list =
+        "<plist><array><string>a" + std::string(1, '\0') + "</string></array></plist>";
+    for (const char* name : {"a.plist", "com.apple.mobilecal.plist"}) {
+        write(name, list);
+        EXPECT_EQ(m_preferences.dictionaryWithContentsOfFile(systemFolder + name), std::nullopt);
+        EXPECT_EQ(m_preferences.arrayWithContentsOfFile(systemFolder + name), std::nullopt);
+        EXPECT_THAT(m_log.messages.back(), testing::EndsWith("a character that XML forbids"));
+    }
+    EXPECT_EQ(m_preferences.copyKeyList("a"), std::nullopt);
+    EXPECT_EQ(m_log.messages.size(), 2U);
+}
+
 TEST_F(PreferencesFolderTest, AnotherTypeIsNothing) {
     write("list.plist", "(one, two)");
     writeSize("dictionary.plist", 1);
