@@ -1,8 +1,11 @@
 #include "freedesktop/preferences/binary_property_list_check.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "freedesktop/preferences/property_list_budget.h"
 
@@ -18,7 +21,19 @@ public:
         : m_bytes(bytes)
         , m_objectsEnd(bytes.size() - trailerSize) {}
 
-    std::string problem() {
+    BinaryPropertyListCheck run() {
+        walk();
+        return {std::move(m_problem), std::move(m_textsWithNul)};
+    }
+
+private:
+    struct Header {
+        unsigned kind = 0;          // upper half of the marker
+        std::uint64_t count = 0;    // lower half, or the number that follows
+        std::uint64_t contents = 0; // where they begin
+    };
+
+    void walk() {
         const std::size_t trailer = m_objectsEnd;
         m_offsetSize = byteAt(trailer + 6);
         m_referenceSize = byteAt(trailer + 7);
@@ -28,19 +43,12 @@ public:
         const bool sane = isWidth(m_offsetSize) && isWidth(m_referenceSize) &&
                           m_offsetTable >= magic.size() && m_offsetTable <= m_objectsEnd &&
                           m_objectCount <= (m_objectsEnd - m_offsetTable) / m_offsetSize;
-        if (!sane) {
-            return "the binary list is damaged";
+        if (sane) {
+            visit(root, 0, false);
+        } else {
+            damaged();
         }
-        visit(root, 0, false);
-        return m_problem;
     }
-
-private:
-    struct Header {
-        unsigned kind = 0;          // upper half of the marker
-        std::uint64_t count = 0;    // lower half, or the number that follows
-        std::uint64_t contents = 0; // where they begin
-    };
 
     static bool isWidth(std::uint64_t size) { return size >= 1 && size <= 8; }
 
@@ -99,11 +107,14 @@ private:
                fail("its texts are too large");
     }
 
-    // The library's texts end at a NUL, and it asserts that a text in UTF-16 has none.
-    bool hasNoNul(const Header& header, std::uint64_t width) {
+    bool text(const Header& header, std::uint64_t width) {
+        if (!content(header, width)) {
+            return false;
+        }
         for (std::uint64_t i = 0; i < header.count; ++i) {
             if (numberAt(header.contents + i * width, width) == 0) {
-                return fail("one of its texts holds a NUL");
+                m_textsWithNul.push_back({header.contents, header.count, width});
+                return true;
             }
         }
         return true;
@@ -125,9 +136,9 @@ private:
         case 0x4:
             return content(header, 1);
         case 0x5:
-            return content(header, 1) && hasNoNul(header, 1);
+            return text(header, 1);
         case 0x6:
-            return content(header, 2) && hasNoNul(header, 2);
+            return text(header, 2);
         case 0x8:
             return (header.count < 8 && holds(header.contents, header.count + 1, 1)) || damaged();
         default:
@@ -184,6 +195,7 @@ private:
     std::size_t m_objects = 0;
     std::uint64_t m_contentBytes = 0;
     std::string m_problem;
+    std::vector<TextWithNul> m_textsWithNul;
 };
 
 } // namespace
@@ -193,15 +205,31 @@ bool looksLikeBinaryPropertyList(std::span<const std::byte> bytes) {
     return text.substr(0, 6) == magic.substr(0, 6);
 }
 
-std::string problemOfBinaryPropertyList(std::span<const std::byte> bytes) {
+BinaryPropertyListCheck checkBinaryPropertyList(std::span<const std::byte> bytes) {
     const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
     if (text.substr(0, magic.size()) != magic) {
-        return "its binary format is of an unknown version";
+        return {"its binary format is of an unknown version", {}};
     }
     if (bytes.size() < magic.size() + trailerSize) {
-        return "the binary list is damaged";
+        return {"the binary list is damaged", {}};
     }
-    return Walk(bytes).problem();
+    return Walk(bytes).run();
+}
+
+void replaceNuls(const std::vector<TextWithNul>& texts, std::span<std::byte> bytes) {
+    constexpr std::array<std::byte, 1> narrow{std::byte{0xFF}};
+    constexpr std::array<std::byte, 2> wide{std::byte{0xFF}, std::byte{0xFD}};
+    for (const TextWithNul& text : texts) {
+        const std::span<const std::byte> other =
+            text.width == wide.size() ? std::span<const std::byte>(wide) : narrow;
+        for (std::uint64_t i = 0; i < text.count; ++i) {
+            const auto character = bytes.subspan(text.at + i * text.width, text.width);
+            if (std::all_of(character.begin(), character.end(),
+                            [](std::byte byte) { return byte == std::byte{0}; })) {
+                std::copy(other.begin(), other.end(), character.begin());
+            }
+        }
+    }
 }
 
 } // namespace quorvel::freedesktop

@@ -5,6 +5,7 @@
 #include <limits>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 #include <plist/plist.h>
 
@@ -22,6 +23,8 @@ using platform::PropertyListArray;
 using platform::PropertyListData;
 using platform::PropertyListDictionary;
 using platform::PropertyListValue;
+
+constexpr const char* damagedBinary = "the binary list is damaged";
 
 struct NodeDeleter {
     void operator()(void* node) const { plist_free(node); }
@@ -157,17 +160,28 @@ PropertyListReading failure(std::string problem) {
     return {std::nullopt, std::move(problem), false};
 }
 
-PropertyListReading readBinary(std::span<const std::byte> bytes) {
-    std::string problem = problemOfBinaryPropertyList(bytes);
-    if (!problem.empty()) {
-        return failure(std::move(problem));
-    }
+// The bytes have been checked.
+PropertyListReading readCheckedBinary(std::span<const std::byte> bytes) {
     plist_t root = nullptr;
     plist_from_bin(reinterpret_cast<const char*>(bytes.data()),
                    static_cast<std::uint32_t>(bytes.size()), &root);
     const Node owned(root);
-    return owned ? PropertyListReading{valueOf(root), {}, false}
-                 : failure("the binary list is damaged");
+    return owned ? PropertyListReading{valueOf(root), {}, false} : failure(damagedBinary);
+}
+
+PropertyListReading readBinary(std::span<const std::byte> bytes) {
+    BinaryPropertyListCheck check = checkBinaryPropertyList(bytes);
+    if (!check.problem.empty()) {
+        return failure(std::move(check.problem));
+    }
+    if (check.textsWithNul.empty()) {
+        return readCheckedBinary(bytes);
+    }
+    std::vector<std::byte> changed(bytes.begin(), bytes.end());
+    replaceNuls(check.textsWithNul, changed);
+    check = checkBinaryPropertyList(changed);
+    const bool isGood = check.problem.empty() && check.textsWithNul.empty();
+    return isGood ? readCheckedBinary(changed) : failure(damagedBinary);
 }
 
 } // namespace

@@ -18,7 +18,8 @@ struct PropertyListReading {
 };
 
 // Time and memory are bounded, whatever the bytes are. White space alone is an empty dictionary. A
-// reference of a keyed archive is a dictionary with "CF$UID".
+// reference of a keyed archive is a dictionary with "CF$UID". What is no character in a text, and a
+// NUL in one of a binary list, is U+FFFD.
 PropertyListReading readPropertyList(std::span<const std::byte> bytes);
 
 // Only a regular file is read. The path may lead anywhere.

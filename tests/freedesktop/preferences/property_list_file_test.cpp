@@ -249,18 +249,33 @@ TEST(BinaryPropertyList, DamagedOnesAreRefused) {
 }
 
 // The library's texts end at a NUL, and it asserts that a text in UTF-16 has none.
-TEST(BinaryPropertyList, TextsWithANulAreRefused) {
+TEST(BinaryPropertyList, ANulInATextIsNoCharacter) {
     const std::string narrow = marker(5, 3) + "a\0b"s;
-    const std::string wide = marker(6, 2) + "\0a\0\0"s;
-    for (const std::string& bad : {narrow, wide}) {
-        for (const std::string& bytes : {binary({bad}), binary({container(0xA, 1, {1}), bad}),
-                                         binary({container(0xD, 1, {1, 2}), bad, "\x09"s}),
-                                         binary({container(0xD, 1, {1, 2}), text("key"), bad})}) {
-            EXPECT_EQ(read(bytes).problem, "one of its texts holds a NUL");
-        }
+    const std::string wide = marker(6, 3) + "\0a\0\0\0b"s;
+    for (const std::string& odd : {narrow, wide}) {
+        EXPECT_EQ(as<std::string>(read(binary({odd}))), "a\uFFFDb");
+        EXPECT_EQ(as<PropertyListArray>(read(binary({container(0xA, 2, {1, 1}), odd}))).size(), 2U);
+        EXPECT_EQ(entry<bool>(read(binary({container(0xD, 1, {1, 2}), odd, "\x09"s})), "a\uFFFDb"),
+                  true);
+        EXPECT_EQ(
+            entry<std::string>(read(binary({container(0xD, 1, {1, 2}), text("key"), odd})), "key"),
+            "a\uFFFDb");
     }
-    const std::string halves = marker(6, 2) + "\x01\x00\x00\x61"s; // the bytes are no unit
+    const std::string halves = marker(6, 2) + "\x01\x00\x00\x61"s; // no unit is 0
     EXPECT_EQ(as<std::string>(read(binary({halves}))), "\u0100a");
+}
+
+// The text's characters are the array and the truth value, and its NUL is the array's second
+// reference: replaced, it refers to object 255, a text with a NUL that nothing referred to before.
+TEST(BinaryPropertyList, ANulThatIsPartOfAnotherObjectMakesTheListDamaged) {
+    const std::string text = "\x54"s, array = "\xA2\x02\x00"s, truth = "\x09"s,
+                      hidden = "\x61\0\0"s;
+    const std::string objects = text + array + truth + hidden; // from the eighth byte
+    const std::string offsets = "\x0C\x09\x08"s + std::string(252, '\x0C') + "\x0D";
+    const std::string bytes = "bplist00" + objects + offsets + std::string(6, '\0') + "\x01\x01" +
+                              bigEndian(offsets.size(), 8) + bigEndian(1, 8) +
+                              bigEndian(8 + objects.size(), 8);
+    EXPECT_EQ(read(bytes).problem, "the binary list is damaged");
 }
 
 TEST(BinaryPropertyList, EveryChangedByteIsSurvived) {
