@@ -377,6 +377,7 @@ private:
         m_event.cancelled = m_calendarCancels;
         m_event.firstRule = static_cast<std::uint32_t>(m_file.rules.size());
         m_textBefore = m_file.text.size();
+        m_unreadableEnds.clear();
         m_hasStart = m_hasUid = m_broken = false;
     }
 
@@ -405,9 +406,7 @@ private:
             }
             break;
         case Property::dtend:
-            if (const auto time = eventTime("DTEND", line); time && !m_event.end) {
-                m_event.end = time;
-            }
+            readEnd(line);
             break;
         case Property::duration:
             readEventDuration(line);
@@ -448,12 +447,30 @@ private:
         }
     }
 
+    // An event is worth showing without its end, as long as its start is known.
+    void readEnd(const ContentLine& line) {
+        const auto value = readTime(line.value);
+        if (!value) {
+            unreadableEnd("DTEND", line.value);
+        } else if (!m_event.end) {
+            m_event.end = timeOf(*value, line);
+        }
+    }
+
     void readEventDuration(const ContentLine& line) {
         const auto duration = readDuration(line.value);
         if (!duration) {
-            broken("DURATION", line.value);
+            unreadableEnd("DURATION", line.value);
         } else if (!m_event.duration) {
             m_event.duration = duration;
+        }
+    }
+
+    void unreadableEnd(std::string_view property, std::string_view value) {
+        if (m_unreadableEnds.size() < mostProblems) {
+            m_unreadableEnds.push_back({m_raw.number, "an event's " + std::string(property) +
+                                                          " cannot be read: \"" + shown(value) +
+                                                          "\""});
         }
     }
 
@@ -463,11 +480,15 @@ private:
             broken(property, line.value);
             return std::nullopt;
         }
+        return timeOf(*value, line);
+    }
+
+    EventTime timeOf(const TimeValue& value, const ContentLine& line) {
         EventTime time;
-        time.reading = civilSeconds(value->civil);
-        if (value->isDate) {
+        time.reading = civilSeconds(value.civil);
+        if (value.isDate) {
             time.kind = TimeKind::date;
-        } else if (value->isUtc) {
+        } else if (value.isUtc) {
             time.kind = TimeKind::utc;
         } else if (const auto zone = parameterValue(line.parameters, "TZID");
                    zone && !zone->empty()) {
@@ -516,6 +537,7 @@ private:
         if (!m_hasUid) {
             m_event.uid = keep(madeUpUid());
         }
+        reportUnreadableEnds();
         if (endsBeforeItsStart()) {
             problem(m_event.line, "DTEND lies before DTSTART; the event is shown without a length");
         }
@@ -526,6 +548,16 @@ private:
             problem(m_event.line, "there are more events than can be kept: those that follow "
                                   "are left out");
             m_file.isCut = true;
+        }
+    }
+
+    void reportUnreadableEnds() {
+        const char* const outcome = m_event.end || m_event.duration ? "; the other one holds"
+                                    : m_event.start.kind == TimeKind::date
+                                        ? "; it is shown for one day"
+                                        : "; it is shown without a length";
+        for (FileProblem& end : m_unreadableEnds) {
+            problem(end.line, std::move(end.what) + outcome);
         }
     }
 
@@ -746,6 +778,7 @@ private:
     bool m_hasStart = false;
     bool m_hasUid = false;
     bool m_broken = false;
+    std::vector<FileProblem> m_unreadableEnds; // of the event, DTEND and DURATION
 
     ZoneDefinition m_zone;
     bool m_zoneWanted = false;

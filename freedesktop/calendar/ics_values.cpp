@@ -11,6 +11,7 @@ namespace quorvel::freedesktop::ics {
 namespace {
 
 constexpr std::int64_t secondsPerDay = 86400;
+constexpr int lastYear = 9999; // the four digits of a date
 constexpr std::size_t mostDurationDigits = 9;
 constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
 
@@ -160,13 +161,21 @@ std::optional<TimeValue> readTime(std::string_view text) {
     const int minute = number<2>(text, 11);
     const int second = number<2>(text, 13);
     const bool separated = text[8] == 'T' || text[8] == 't';
-    if (!separated || hour < 0 || minute < 0 || second < 0 || hour > 23 || minute > 59 ||
-        second > 60) {
+    const bool endsDay = hour == 24 && minute == 0 && second == 0;
+    if (!separated || hour < 0 || minute < 0 || second < 0 || (hour > 23 && !endsDay) ||
+        minute > 59 || second > 60) {
         return std::nullopt;
     }
-    result.civil.hour = hour;
-    result.civil.minute = minute;
-    result.civil.second = std::min(second, 59); // a leap second
+    if (endsDay) {
+        result.civil = civilFromSeconds(civilSeconds(result.civil) + secondsPerDay);
+        if (result.civil.year > lastYear) {
+            return std::nullopt;
+        }
+    } else {
+        result.civil.hour = hour;
+        result.civil.minute = minute;
+        result.civil.second = std::min(second, 59); // a leap second
+    }
     if (text.size() == 16 && (text[15] == 'Z' || text[15] == 'z')) {
         result.isUtc = true;
         return result;

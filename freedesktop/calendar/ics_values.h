@@ -18,7 +18,8 @@ struct TimeValue {
     bool isUtc = false;
 };
 
-// Absent for everything that is no day of the calendar or no time of a day.
+// Absent for everything that is no day of the calendar or no time of a day. 24:00:00, which some
+// programs write, is the next midnight.
 std::optional<TimeValue> readTime(std::string_view text);
 
 // Days last from a wall-clock time to the same one; seconds are exact.

@@ -18,6 +18,16 @@ TEST(IcsTime, IsReadFieldByField) {
     EXPECT_EQ(readTime("20161231T235960Z")->civil.second, 59);
 }
 
+TEST(IcsTime, OfHour24IsTheNextMidnight) {
+    EXPECT_EQ(readTime("20240229T240000")->civil, (CivilTime{2024, 3, 1, 0, 0, 0}));
+    EXPECT_EQ(readTime("20241231T240000")->civil, (CivilTime{2025, 1, 1, 0, 0, 0}));
+    EXPECT_TRUE(readTime("20240229T240000Z")->isUtc);
+    EXPECT_EQ(untilOf("UNTIL=20240305T240000Z")->civil, (CivilTime{2024, 3, 6, 0, 0, 0}));
+    for (const char* text : {"20240101T240001", "20240101T240100", "99991231T240000"}) {
+        EXPECT_FALSE(readTime(text)) << text;
+    }
+}
+
 TEST(IcsTime, ThatIsNoneIsRefused) {
     for (const char* text : {"", "2024", "20240231", "20241301", "20240001", "20240100", "20230229",
                              "20240101T250000", "20240101T106000", "20240101T1000", "00000101",
