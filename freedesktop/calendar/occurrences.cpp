@@ -407,7 +407,8 @@ Expander::Length Expander::lengthOf(LoadedFile& file, const IcsEvent& event) {
     Length length;
     if (start.kind == TimeKind::date) {
         if (event.end) {
-            length.days = dayOf(event.end->reading) - dayOf(start.reading);
+            // A date that ends the event is not part of it, and neither is the day of a midnight.
+            length.days = dayOf(event.end->reading - 1) + 1 - dayOf(start.reading);
         } else if (event.duration) {
             length.days = event.duration->days +
                           (event.duration->seconds + secondsPerDay - 1) / secondsPerDay;
