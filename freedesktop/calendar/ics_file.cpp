@@ -355,14 +355,20 @@ private:
     void readCalendarProperty(Property property, const ContentLine& line) {
         if (property == Property::method) {
             m_calendarCancels = equalsIgnoringCase(trimmed(line.value), "CANCEL");
-        } else if (property == Property::calendarZone && !trimmed(line.value).empty() &&
-                   !m_file.floatingZone) {
-            m_file.floatingZone = ZoneName{readText(trimmed(line.value)), m_calendar};
-            m_file.floatingZoneLine = m_raw.number;
+        } else if (property == Property::calendarZone) {
+            readFloatingZone(trimmed(line.value));
         } else if (property == Property::calendarName && !m_file.calendarName) {
             m_file.calendarName = readText(line.value);
         } else if (property == Property::calendarColour && !m_file.calendarColour) {
             m_file.calendarColour = validUtf8(trimmed(line.value));
+        }
+    }
+
+    void readFloatingZone(std::string_view name) {
+        const bool isFirst = m_file.floatingZoneOf(m_calendar) == nullptr;
+        if (!name.empty() && isFirst && bytesKept() <= m_mostBytes) {
+            m_file.floatingZones.push_back({{readText(name), m_calendar}, m_raw.number});
+            m_zoneBytes += sizeof(FloatingZone) + name.size();
         }
     }
 
@@ -494,6 +500,8 @@ private:
                    zone && !zone->empty()) {
             time.kind = TimeKind::zoned;
             time.zone = zoneIndex(*zone);
+        } else {
+            time.zone = m_calendar;
         }
         return time;
     }
@@ -786,6 +794,13 @@ private:
     bool m_observanceStarts = false;
     bool m_observanceHasOffset = false;
 };
+
+const FloatingZone* IcsFile::floatingZoneOf(std::uint32_t calendar) const {
+    const auto found = std::lower_bound(
+        floatingZones.begin(), floatingZones.end(), calendar,
+        [](const FloatingZone& zone, std::uint32_t one) { return zone.name.calendar < one; });
+    return found != floatingZones.end() && found->name.calendar == calendar ? &*found : nullptr;
+}
 
 bool IcsFile::looksLikeOneEvent() const {
     if (events.empty() || calendarName || calendarColour) {

@@ -50,7 +50,9 @@ enum class TimeKind : std::uint8_t { none, date, floating, utc, zoned };
 
 struct EventTime {
     std::int64_t reading = 0; // of the wall clock, in seconds since 1970 as if it were one of UTC
-    std::uint32_t zone = 0;   // of IcsFile::zoneNames, where zoned
+    // Where zoned, of IcsFile::zoneNames; where floating, the calendar that it stands in, as in
+    // ZoneName; else 0.
+    std::uint32_t zone = 0;
     TimeKind kind = TimeKind::floating;
     bool operator==(const EventTime&) const = default;
 
@@ -62,6 +64,13 @@ struct ZoneName {
     std::string name;
     std::uint32_t calendar = 0; // counts from 0 within the file
     bool operator==(const ZoneName&) const = default;
+};
+
+// The zone that an iCalendar object names for its floating times.
+struct FloatingZone {
+    ZoneName name;
+    std::size_t line = 0; // where it is named
+    bool operator==(const FloatingZone&) const = default;
 };
 
 enum class RuleKind : std::uint8_t { rrule, exrule, rdate, exdate };
@@ -119,9 +128,8 @@ struct IcsFile {
     std::vector<IcsEvent> events;
     std::vector<RuleLine> rules;
     std::vector<ZoneName> zoneNames;
-    std::vector<ZoneDefinition> zones;    // only those with a name known nowhere else
-    std::optional<ZoneName> floatingZone; // the zone of its floating times, where it names one
-    std::size_t floatingZoneLine = 0;
+    std::vector<ZoneDefinition> zones;       // only those with a name known nowhere else
+    std::vector<FloatingZone> floatingZones; // by calendar, of those that name one
     std::optional<std::string> calendarName;
     std::optional<std::string> calendarColour;
     std::vector<FileProblem> problems;
@@ -131,6 +139,8 @@ struct IcsFile {
     std::string_view slice(Slice part) const {
         return std::string_view(text).substr(part.offset, part.length);
     }
+    // Null where the calendar names none.
+    const FloatingZone* floatingZoneOf(std::uint32_t calendar) const;
     // Of two versions of one event or of one override.
     static bool isNewer(const IcsEvent& one, const IcsEvent& other) {
         return std::pair(one.sequence, one.stamp) > std::pair(other.sequence, other.stamp);

@@ -368,7 +368,7 @@ ZoneClock& Expander::clockOf(LoadedFile& file, const EventTime& time) {
         return *m_utc;
     }
     if (time.kind == TimeKind::floating) {
-        return floatingClock(file);
+        return floatingClock(file, time.zone);
     }
     if (time.kind != TimeKind::zoned) {
         return m_userZone;
@@ -385,14 +385,16 @@ ZoneClock& Expander::clockOf(LoadedFile& file, const EventTime& time) {
     return zone ? *zone : m_userZone;
 }
 
-ZoneClock& Expander::floatingClock(LoadedFile& file) {
-    if (!file.ics.floatingZone) {
+ZoneClock& Expander::floatingClock(LoadedFile& file, std::uint32_t calendar) {
+    if (file.ics.floatingZones.empty()) {
         return m_userZone;
     }
-    if (!std::exchange(file.isFloatingZoneAsked, true)) {
-        file.floatingZone = findZone(file, *file.ics.floatingZone, file.ics.floatingZoneLine);
+    const auto [found, isNew] = file.floatingZones.try_emplace(calendar);
+    const FloatingZone* const zone = isNew ? file.ics.floatingZoneOf(calendar) : nullptr;
+    if (zone != nullptr) {
+        found->second = findZone(file, zone->name, zone->line);
     }
-    return file.floatingZone ? *file.floatingZone : m_userZone;
+    return found->second ? *found->second : m_userZone;
 }
 
 std::int64_t Expander::instantOf(LoadedFile& file, const EventTime& time) {
@@ -676,6 +678,7 @@ EventTime Expander::listedTime(Series& series, const RuleLine& rule, const TimeV
         }
     } else if (time.kind == TimeKind::date) {
         time.kind = TimeKind::floating;
+        time.zone = series.event.calendar;
     }
     return time;
 }

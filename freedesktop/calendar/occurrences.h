@@ -31,8 +31,8 @@ struct LoadedFile {
     IcsFile ics;
     std::vector<std::shared_ptr<ZoneClock>> zones; // of zoneNames, as far as they were asked for
     std::vector<bool> zonesAsked;
-    std::shared_ptr<ZoneClock> floatingZone; // null: the user's
-    bool isFloatingZoneAsked = false;
+    // By calendar, as far as they were asked for; null: the user's.
+    std::unordered_map<std::uint32_t, std::shared_ptr<ZoneClock>> floatingZones;
     std::unordered_map<const RuleLine*, CountedRule> countedRules;
 };
 
@@ -157,7 +157,7 @@ private:
     Series seriesOf(LoadedFile& file, const IcsEvent& event, bool mayShift);
     const Readings& readingsOfWindow(const ZoneClock& clock);
     ZoneClock& clockOf(LoadedFile& file, const EventTime& time);
-    ZoneClock& floatingClock(LoadedFile& file);
+    ZoneClock& floatingClock(LoadedFile& file, std::uint32_t calendar);
     bool isNewest(const EventReference& reference, const OverrideSet& set);
     bool isTakenBack(const EventReference& reference, const OverrideSet& set);
     std::shared_ptr<ZoneClock> findZone(LoadedFile& file, const ZoneName& name, std::size_t line);

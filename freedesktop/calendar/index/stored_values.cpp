@@ -174,6 +174,18 @@ ZoneName takeZoneName(ByteReader& reader) {
     return name;
 }
 
+void put(ByteWriter& writer, const FloatingZone& zone) {
+    put(writer, zone.name);
+    writer.number(zone.line);
+}
+
+FloatingZone takeFloatingZone(ByteReader& reader) {
+    FloatingZone zone;
+    zone.name = takeZoneName(reader);
+    zone.line = reader.number<std::size_t>();
+    return zone;
+}
+
 void put(ByteWriter& writer, const ZoneDefinition& zone) {
     put(writer, zone.name);
     writer.number(zone.observances.size());
@@ -300,8 +312,10 @@ std::string bytesOfFile(const FileVersion& version, const IcsFile& file) {
     for (const ZoneDefinition& zone : file.zones) {
         put(writer, zone);
     }
-    writer.optional(file.floatingZone, [&](const ZoneName& name) { put(writer, name); });
-    writer.number(file.floatingZoneLine);
+    writer.number(file.floatingZones.size());
+    for (const FloatingZone& zone : file.floatingZones) {
+        put(writer, zone);
+    }
     writer.optionalText(file.calendarName);
     writer.optionalText(file.calendarColour);
     writer.number(file.problems.size());
@@ -337,8 +351,10 @@ std::optional<IcsFile> fileFromBytes(std::string_view bytes, const FileVersion& 
     for (ZoneDefinition& zone : file.zones) {
         zone = takeZone(reader);
     }
-    file.floatingZone = reader.optional([&] { return takeZoneName(reader); });
-    file.floatingZoneLine = reader.number<std::size_t>();
+    file.floatingZones.resize(reader.count());
+    for (FloatingZone& zone : file.floatingZones) {
+        zone = takeFloatingZone(reader);
+    }
     file.calendarName = reader.optionalText();
     file.calendarColour = reader.optionalText();
     file.problems.resize(reader.count());

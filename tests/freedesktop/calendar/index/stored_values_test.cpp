@@ -28,7 +28,8 @@ IcsFile everyKind() {
             eventText("UID:2|DTSTART:20260310|DURATION:-P1DT2S|STATUS:CANCELLED") +
             eventText("UID:1|RECURRENCE-ID;RANGE=THISANDFUTURE:20260310T100000Z|"
                       "DTSTART:00010101T000000Z") +
-            eventText("UID:3|DTSTART:nonsense")),
+            eventText("UID:3|DTSTART:nonsense")) +
+            calendarText("X-WR-TIMEZONE:Asia/Tokyo\r\n"),
         isKnown);
 }
 
@@ -42,8 +43,8 @@ TEST(StoredValues, FileComesBackEqual) {
     EXPECT_EQ(bytesOfFile(version, *back), bytes);
     EXPECT_EQ(back->text, file.text);
     EXPECT_EQ(back->zoneNames, file.zoneNames);
-    EXPECT_EQ(back->floatingZone, (ZoneName{"Europe/Berlin", 0}));
-    EXPECT_EQ(back->floatingZoneLine, file.floatingZoneLine);
+    EXPECT_EQ(back->floatingZones,
+              (std::vector<FloatingZone>{{{"Europe/Berlin", 0}, 5}, {{"Asia/Tokyo", 1}, 45}}));
     EXPECT_EQ(back->events.back().calendar, file.events.back().calendar);
     EXPECT_EQ(back->calendarName, "Näme");
     EXPECT_EQ(back->calendarColour, "red");
