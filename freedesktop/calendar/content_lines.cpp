@@ -8,6 +8,7 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::size_t longestLine = std::size_t{4} << 20U; // bytes
+constexpr std::size_t blockSize = 1024;
 
 bool isFold(char c) {
     return c == ' ' || c == '\t';
@@ -32,6 +33,38 @@ std::string_view withoutTrailingBreaks(std::string_view text) {
     return text;
 }
 
+// Whether among so many bytes a CR stands without an LF behind it; one byte more is looked at. Not
+// to stop at the first one lets the compiler compare many at a time.
+bool hasLoneReturn(const char* block) {
+    unsigned char found = 0;
+    for (std::size_t i = 0; i < blockSize; ++i) {
+        found |= static_cast<unsigned char>((block[i] == '\r' ? 0xFF : 0) &
+                                            (block[i + 1] == '\n' ? 0 : 0xFF));
+    }
+    return found != 0;
+}
+
+// The first CR without an LF behind it, or the text's end. Few files have one, and most have CR LF
+// in every line: these are passed over by blocks.
+std::size_t findLoneReturn(std::string_view text, std::size_t from) {
+    constexpr std::size_t fewReturns = 16;
+    for (std::size_t passed = 0;; ++passed) {
+        if (passed == fewReturns) {
+            while (from + blockSize < text.size() && !hasLoneReturn(text.data() + from)) {
+                from += blockSize;
+            }
+        }
+        const std::size_t found = text.find('\r', from);
+        if (found == std::string_view::npos) {
+            return text.size();
+        }
+        if (found + 1 == text.size() || text[found + 1] != '\n') {
+            return found;
+        }
+        from = found + 2;
+    }
+}
+
 // The first such character outside quotes.
 std::size_t findUnquoted(std::string_view text, char wanted) {
     const std::size_t first = text.find(wanted);
@@ -50,35 +83,66 @@ std::size_t findUnquoted(std::string_view text, char wanted) {
 void ContentLineReader::continueWith(std::string_view text, bool isLast) {
     m_rest = text;
     m_isLast = isLast;
+    m_loneReturn = findLoneReturn(m_rest, 0);
 }
 
-// Which line break it is shows with the first one, and what stands behind it.
+// A byte-order mark is passed over once all of it could be there.
 bool ContentLineReader::begin() {
-    const std::size_t first = findIf(m_rest, isLineBreak);
-    const bool isWhole = first != std::string_view::npos && first + 1 < m_rest.size();
-    if (!isWhole && !m_isLast && m_rest.size() <= longestLine) {
-        return false;
+    const std::string_view first = m_rest.substr(0, byteOrderMark.size());
+    if (first != byteOrderMark.substr(0, first.size())) {
+        return m_hasBegun = true;
     }
-    if (m_rest.substr(0, byteOrderMark.size()) == byteOrderMark) {
-        m_rest.remove_prefix(byteOrderMark.size());
+    if (first.size() < byteOrderMark.size()) {
+        return m_hasBegun = m_isLast;
     }
-    const std::size_t end = findIf(m_rest, isLineBreak);
-    const bool carriageReturnAlone = end != std::string_view::npos && m_rest[end] == '\r' &&
-                                     (end + 1 >= m_rest.size() || m_rest[end + 1] != '\n');
-    m_lineEnd = carriageReturnAlone ? '\r' : '\n';
-    m_hasBegun = true;
-    return true;
+    m_rest.remove_prefix(byteOrderMark.size());
+    m_loneReturn -= byteOrderMark.size();
+    return m_hasBegun = true;
 }
 
-// Past the folds; npos where it does not show yet, or is the end of the text.
-std::size_t ContentLineReader::findLineEnd(std::size_t& folds) const {
-    std::size_t end = m_rest.find(m_lineEnd);
-    while (end != std::string_view::npos && end + 1 < m_rest.size() && isFold(m_rest[end + 1])) {
-        ++folds;
-        end = m_rest.find(m_lineEnd, end + 1);
+// In line, as it is asked for every line.
+inline ContentLineReader::LineBreak ContentLineReader::findBreak(std::size_t from) {
+    const std::size_t feed = m_rest.substr(0, m_loneReturn).find('\n', from);
+    if (feed == std::string_view::npos) {
+        return breakAtLoneReturn();
     }
-    const bool isCertain = end != std::string_view::npos && end + 1 < m_rest.size();
-    return isCertain || m_isLast ? end : std::string_view::npos;
+    const bool hasReturn = feed > from && m_rest[feed - 1] == '\r';
+    return {feed - (hasReturn ? 1 : 0), feed + 1};
+}
+
+ContentLineReader::LineBreak ContentLineReader::breakAtLoneReturn() {
+    LineBreak found;
+    if (m_loneReturn == m_rest.size()) {
+        return found;
+    }
+    found.begin = m_loneReturn;
+    const std::string_view behind = m_rest.substr(found.begin + 1, 2);
+    if (m_isLast || (!behind.empty() && behind != "\r")) {
+        found.end = found.begin + (behind == "\r\n" ? 3 : 1);
+        m_loneReturn = findLoneReturn(m_rest, found.end);
+    }
+    return found;
+}
+
+// Past the folds.
+ContentLineReader::LineBreak ContentLineReader::findLineEnd(std::size_t& folds) {
+    LineBreak found = findBreak(0);
+    while (found.end < m_rest.size() && isFold(m_rest[found.end])) {
+        ++folds;
+        found = findBreak(found.end + 1);
+    }
+    if (found.end == m_rest.size() && !m_isLast) {
+        found.end = std::string_view::npos;
+    }
+    return found;
+}
+
+// A break that is not certain yet stays.
+inline void ContentLineReader::takeTo(const LineBreak& end) {
+    const std::size_t count = std::min(isOpen(end) ? end.begin : end.end, m_rest.size());
+    m_rest.remove_prefix(count);
+    m_loneReturn -= count;
+    m_number += isOpen(end) ? 0 : 1;
 }
 
 bool ContentLineReader::next(RawLine& line) {
@@ -86,33 +150,29 @@ bool ContentLineReader::next(RawLine& line) {
         return false;
     }
     std::size_t folds = 0;
-    const std::size_t end = findLineEnd(folds);
-    const bool isOpen = end == std::string_view::npos && !m_isLast;
-    if (isOpen && m_rest.size() <= longestLine) {
-        return false;
+    const LineBreak end = findLineEnd(folds);
+    if (isOpen(end)) {
+        m_isSkipping = m_rest.size() > longestLine;
+        if (!m_isSkipping) {
+            return false;
+        }
     }
-    line.text = withoutTrailingBreaks(m_rest.substr(0, std::min(end, longestLine)));
+    line.text = m_rest.substr(0, end.begin);
+    if (line.text.size() > longestLine) {
+        line.text = withoutTrailingBreaks(line.text.substr(0, longestLine));
+    }
     line.folded = folds > 0;
     line.number = m_number + 1;
     m_number += folds;
-    m_isSkipping = isOpen;
     takeTo(end);
     return true;
 }
 
-// Of a line whose end does not show the last byte stays, as it may be that end.
-void ContentLineReader::takeTo(std::size_t end) {
-    const bool isOpen = end == std::string_view::npos && !m_isLast;
-    const std::size_t kept = isOpen && !m_rest.empty() && m_rest.back() == m_lineEnd ? 1 : 0;
-    m_rest.remove_prefix(end == std::string_view::npos ? m_rest.size() - kept : end + 1);
-    m_number += isOpen ? 0 : 1;
-}
-
 bool ContentLineReader::skipLine() {
     std::size_t folds = 0;
-    const std::size_t end = findLineEnd(folds);
+    const LineBreak end = findLineEnd(folds);
     m_number += folds;
-    m_isSkipping = end == std::string_view::npos && !m_isLast;
+    m_isSkipping = isOpen(end);
     takeTo(end);
     return !m_isSkipping;
 }

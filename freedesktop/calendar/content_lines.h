@@ -16,8 +16,8 @@ struct RawLine {
     std::size_t number = 0; // of its first line in the file, from 1
 };
 
-// Line breaks are LF or CR LF, or CR alone where the first line ends so. A byte-order mark is
-// passed over. What a line has beyond four megabytes, folds included, is left out.
+// Line breaks are LF, CR LF, CR CR LF or CR alone, each line for itself. A byte-order mark of UTF-8
+// is passed over. What a line has beyond four megabytes, folds included, is left out.
 class ContentLineReader {
 public:
     ContentLineReader() = default;
@@ -29,21 +29,34 @@ public:
     // What no line was made of yet.
     std::string_view remaining() const { return m_rest; }
 
-    // False at the end of the text, and where the line's end is in a piece to come.
+    // False at the end of the text, and where the line's end is in a piece to come, which has to be
+    // given before the next call.
     bool next(RawLine& line);
 
 private:
+    // Of the text that remains. Without an end it does not show yet which break it is, or whether a
+    // fold follows; without a beginning there is none.
+    struct LineBreak {
+        std::size_t begin = std::string_view::npos;
+        std::size_t end = std::string_view::npos;
+    };
+
     bool begin();
-    std::size_t findLineEnd(std::size_t& folds) const;
-    void takeTo(std::size_t end);
+    LineBreak findBreak(std::size_t from);
+    LineBreak breakAtLoneReturn();
+    LineBreak findLineEnd(std::size_t& folds);
+    bool isOpen(const LineBreak& end) const {
+        return end.end == std::string_view::npos && !m_isLast;
+    }
+    void takeTo(const LineBreak& end);
     bool skipLine();
 
     std::string_view m_rest;
     bool m_isLast = false;
     bool m_hasBegun = false;
-    bool m_isSkipping = false; // the rest of a line that is too long
-    char m_lineEnd = '\n';
-    std::size_t m_number = 0; // of the lines taken
+    bool m_isSkipping = false;    // the rest of a line that is too long
+    std::size_t m_loneReturn = 0; // of the text that remains, the next CR without an LF behind it
+    std::size_t m_number = 0;     // of the lines taken
 };
 
 // The line without its folds: the line's own bytes where it has none, else in the scratch string.

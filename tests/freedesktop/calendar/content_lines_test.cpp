@@ -1,9 +1,13 @@
 // Cutting bytes into content lines, with every kind of line break.
 #include "freedesktop/calendar/content_lines.h"
 
+#include <cstring>
+#include <random>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "tests/test_seed.h"
 
 namespace quorvel::freedesktop::ics {
 namespace {
@@ -29,6 +33,15 @@ TEST(ContentLines, EndWithAnyLineBreak) {
     EXPECT_EQ(linesOf("\xEF\xBB\xBF"
                       "A:1\r\nB:2\nC:3"),
               expected);
+}
+
+TEST(ContentLines, EndEachInItsOwnLineBreak) {
+    EXPECT_EQ(linesOf("A:1\r\r\nB:2\r\nC:3\r\n"), (Lines{"1|A:1", "2|B:2", "3|C:3"}));
+    EXPECT_EQ(linesOf("A:1\nB:2\rC:3\nD:4\r\r\nE:5\r"),
+              (Lines{"1|A:1", "2|B:2", "3|C:3", "4|D:4", "5|E:5"}));
+    EXPECT_EQ(linesOf("A:1\r\r\r\nB:2"), (Lines{"1|A:1", "2|", "3|B:2"}));
+    EXPECT_EQ(linesOf("A:1\r\rB:2\n\rC:3"), (Lines{"1|A:1", "2|", "3|B:2", "4|", "5|C:3"}));
+    EXPECT_EQ(linesOf("A:o\r\r\n n\r e\n \r\n  two\r\r\nB:2"), (Lines{"1|A:one two", "6|B:2"}));
 }
 
 TEST(ContentLines, AreUnfolded) {
@@ -70,6 +83,79 @@ TEST(ContentLines, AreTheSameOfPieces) {
         for (std::size_t length = 1; length < 9; ++length) {
             EXPECT_EQ(linesOfPieces(text, length), linesOf(text)) << text << " by " << length;
         }
+    }
+}
+
+// By the rule alone, from one byte to the next.
+Lines expectedLines(const std::string& text) {
+    Lines lines;
+    std::string line;
+    std::size_t number = 1;
+    std::size_t breaks = 0;
+    for (std::size_t at = 0; at < text.size();) {
+        std::size_t length = 0;
+        for (const char* lineBreak : {"\r\r\n", "\r\n", "\r", "\n"}) {
+            if (length == 0 && text.compare(at, std::strlen(lineBreak), lineBreak) == 0) {
+                length = std::strlen(lineBreak);
+            }
+        }
+        if (length == 0) {
+            line += text[at++];
+            continue;
+        }
+        at += length;
+        ++breaks;
+        if (at < text.size() && (text[at] == ' ' || text[at] == '\t')) {
+            ++at;
+            continue;
+        }
+        lines.push_back(std::to_string(number) + "|" + line);
+        line.clear();
+        number = breaks + 1;
+    }
+    const bool isOpen = !text.empty() && text.back() != '\r' && text.back() != '\n';
+    if (isOpen) {
+        lines.push_back(std::to_string(number) + "|" + line);
+    }
+    return lines;
+}
+
+TEST(ContentLines, OfAnyBreaksFollowTheRule) {
+    std::mt19937 random(testSeed());
+    constexpr std::string_view letters = "\r\r\r\n\n \tA";
+    for (int round = 0; round < 3000; ++round) {
+        std::string text;
+        for (std::size_t length = random() % 40; length > 0; --length) {
+            text += letters[random() % letters.size()];
+        }
+        // Far breaks are found in another way than near ones.
+        text.insert(random() % (text.size() + 1), std::string(random() % 3 * 9000, 'x'));
+        const Lines expected = expectedLines(text);
+        ASSERT_EQ(linesOf(text), expected) << round;
+        const std::size_t length = text.size() < 100 ? 1 + random() % 7 : 1000 + random() % 9000;
+        ASSERT_EQ(linesOfPieces(text, length), expected) << round;
+    }
+}
+
+// It takes hours where bytes are looked at for each line anew.
+TEST(ContentLines, OfLittleButBreaksAreReadInOnePass) {
+    struct Case {
+        std::string_view repeated;
+        std::size_t moreLines; // than repetitions
+    };
+    for (const Case& one : {Case{"\r", 0}, Case{"\r\r\n", 0}, Case{"\r\n\r", 1}, Case{"\n\r", 1}}) {
+        constexpr std::size_t repetitions = 3'000'000;
+        std::string text;
+        for (std::size_t i = 0; i < repetitions; ++i) {
+            text += one.repeated;
+        }
+        ContentLineReader reader(text);
+        RawLine line;
+        std::size_t count = 0;
+        while (reader.next(line)) {
+            ++count;
+        }
+        EXPECT_EQ(count, repetitions + one.moreLines);
     }
 }
 
