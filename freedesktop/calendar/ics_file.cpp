@@ -107,11 +107,8 @@ public:
     bool isOfInterest(std::string_view line) const {
         return line.size() < 2 || m_beginnings[beginningOf(line)];
     }
-    Property find(std::string_view name) const {
-        std::uint32_t hash = 0;
-        for (const char c : name) {
-            hash = nameHash(hash, c);
-        }
+    // The hash is that of all its characters.
+    Property find(std::string_view name, std::uint32_t hash) const {
         for (; m_places[hash % size] != 0; ++hash) {
             const PropertyName& entry = propertyNames[m_places[hash % size] - 1U];
             if (equalsIgnoringCase(name, entry.name)) {
@@ -157,13 +154,15 @@ struct LineName {
 
 LineName nameOf(std::string_view line) {
     std::size_t length = 0;
+    std::uint32_t hash = 0;
     for (const char c : line) {
         if (c == ':' || c == ';' || c == '\r' || c == '\n') {
             break;
         }
+        hash = nameHash(hash, c);
         ++length;
     }
-    return {length, propertyTable.find(line.substr(0, length))};
+    return {length, propertyTable.find(line.substr(0, length), hash)};
 }
 
 // "+0200", "-023000".
