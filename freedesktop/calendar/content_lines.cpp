@@ -78,6 +78,21 @@ std::size_t findUnquoted(std::string_view text, char wanted) {
     });
 }
 
+// Whether a colon stands between the hours and minutes of an offset: "(UTC+01:00)".
+bool isWithinOffset(std::string_view text, std::size_t colon) {
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    if (colon == std::string_view::npos || text.substr(colon).size() < 4 ||
+        text[colon + 3] != ')' || !isDigit(text[colon + 1]) || !isDigit(text[colon + 2])) {
+        return false;
+    }
+    const std::size_t open = text.rfind('(', colon);
+    if (open == std::string_view::npos || colon - open > 7) { // "(UTC+01"
+        return false;
+    }
+    const std::string_view zero = text.substr(open + 1, 3);
+    return equalsIgnoringCase(zero, "UTC") || equalsIgnoringCase(zero, "GMT");
+}
+
 } // namespace
 
 void ContentLineReader::continueWith(std::string_view text, bool isLast) {
@@ -218,6 +233,10 @@ std::optional<ContentLine> splitContentLine(std::string_view line, std::size_t n
     }
     const std::string_view rest = line.substr(nameEnd + 1);
     std::size_t colon = findUnquoted(rest, ':');
+    if (isWithinOffset(rest, colon)) { // of a name without quotes
+        const std::size_t next = findUnquoted(rest.substr(colon + 1), ':');
+        colon += next == std::string_view::npos ? 0 : next + 1;
+    }
     if (colon == std::string_view::npos) {
         colon = rest.find(':'); // a quote that nobody closed
     }
@@ -229,23 +248,45 @@ std::optional<ContentLine> splitContentLine(std::string_view line, std::size_t n
     return result;
 }
 
-std::optional<std::string_view> parameterValue(std::string_view parameters, std::string_view name) {
+namespace {
+
+// All of them, with their quotes.
+std::optional<std::string_view> parameterValues(std::string_view parameters,
+                                                std::string_view name) {
     while (!parameters.empty()) {
         const std::size_t end = findUnquoted(parameters, ';');
         const std::string_view parameter = parameters.substr(0, end);
         const std::size_t equals = parameter.find('=');
         if (equals != std::string_view::npos &&
             equalsIgnoringCase(parameter.substr(0, equals), name)) {
-            std::string_view value = parameter.substr(equals + 1);
-            value = value.substr(0, findUnquoted(value, ','));
-            if (value.size() >= 2 && value.front() == '"' && value.back() == '"') {
-                value = value.substr(1, value.size() - 2);
-            }
-            return value;
+            return parameter.substr(equals + 1);
         }
         parameters.remove_prefix(end == std::string_view::npos ? parameters.size() : end + 1);
     }
     return std::nullopt;
+}
+
+std::string_view withoutQuotes(std::string_view value) {
+    const bool isQuoted = value.size() >= 2 && value.front() == '"' && value.back() == '"';
+    return isQuoted ? value.substr(1, value.size() - 2) : value;
+}
+
+} // namespace
+
+std::optional<std::string_view> parameterValue(std::string_view parameters, std::string_view name) {
+    const auto values = parameterValues(parameters, name);
+    if (!values) {
+        return std::nullopt;
+    }
+    return withoutQuotes(values->substr(0, findUnquoted(*values, ',')));
+}
+
+std::optional<std::string_view> zoneParameter(std::string_view parameters) {
+    const auto values = parameterValues(parameters, "TZID");
+    if (!values || values->substr(0, 1) != "(") {
+        return parameterValue(parameters, "TZID");
+    }
+    return values;
 }
 
 } // namespace quorvel::freedesktop::ics

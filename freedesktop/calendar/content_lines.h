@@ -76,6 +76,9 @@ std::optional<ContentLine> splitContentLine(std::string_view line, std::size_t n
 // The first value of a parameter, without its quotes. Names are compared regardless of case.
 std::optional<std::string_view> parameterValue(std::string_view parameters, std::string_view name);
 
+// TZID. Without quotes a name such as "(UTC+01:00) Amsterdam, Berlin" is taken with its commas.
+std::optional<std::string_view> zoneParameter(std::string_view parameters);
+
 // In line, as it is asked of nearly every line.
 inline bool equalsIgnoringCase(std::string_view text, std::string_view upperCase) {
     if (text.size() != upperCase.size()) {

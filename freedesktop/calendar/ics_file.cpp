@@ -495,8 +495,7 @@ private:
             time.kind = TimeKind::date;
         } else if (value.isUtc) {
             time.kind = TimeKind::utc;
-        } else if (const auto zone = parameterValue(line.parameters, "TZID");
-                   zone && !zone->empty()) {
+        } else if (const auto zone = zoneParameter(line.parameters); zone && !zone->empty()) {
             time.kind = TimeKind::zoned;
             time.zone = zoneIndex(*zone);
         } else {

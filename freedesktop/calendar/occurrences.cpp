@@ -357,9 +357,13 @@ std::shared_ptr<ZoneClock> Expander::findZone(LoadedFile& file, const ZoneName& 
     if (auto zone = definedZone(file.ics.zones, name)) {
         return std::make_shared<ZoneClock>(std::move(zone));
     }
-    m_report(file, line,
-             "the time zone \"" + validUtf8(name.name.substr(0, 60)) +
-                 "\" is unknown; its times are taken for local ones");
+    const std::string shown = "the time zone \"" + validUtf8(name.name.substr(0, 60)) + "\" is ";
+    if (auto zone = TimeZone::ofStatedOffset(name.name)) {
+        m_report(file, line,
+                 shown + "known by its offset alone; it is taken to have no summer time");
+        return std::make_shared<ZoneClock>(std::move(zone));
+    }
+    m_report(file, line, shown + "unknown; its times are taken for local ones");
     return nullptr;
 }
 
@@ -667,7 +671,7 @@ EventTime Expander::listedTime(Series& series, const RuleLine& rule, const TimeV
         time.kind = TimeKind::date;
     } else if (value.isUtc) {
         time.kind = TimeKind::utc;
-    } else if (const auto zone = parameterValue(series.file.ics.slice(rule.parameters), "TZID")) {
+    } else if (const auto zone = zoneParameter(series.file.ics.slice(rule.parameters))) {
         auto& names = series.file.ics.zoneNames;
         const ZoneName name{std::string(*zone), series.event.calendar};
         const auto found = std::find(names.begin(), names.end(), name);

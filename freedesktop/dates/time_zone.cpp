@@ -16,6 +16,7 @@
 #include <unicode/timezone.h>
 
 #include "freedesktop/dates/civil_calendar.h"
+#include "freedesktop/dates/display_zone_names.h"
 #include "freedesktop/dates/system_time_zone.h"
 
 namespace quorvel::freedesktop {
@@ -246,6 +247,10 @@ std::optional<FixedOffset> fixedOffset(std::string_view name) {
     return FixedOffset{name[3] == '+', *hours, *minutes};
 }
 
+FixedOffset fixedOffset(int minutes) {
+    return {minutes >= 0, std::abs(minutes) / 60, std::abs(minutes) % 60};
+}
+
 std::string nameOf(const FixedOffset& offset) {
     if (offset.hours == 0 && offset.minutes == 0) {
         return "GMT";
@@ -259,6 +264,9 @@ std::string nameOf(const FixedOffset& offset) {
 }
 
 std::optional<std::string> knownName(std::string_view name) {
+    if (const auto zone = zoneOfDisplayName(name)) {
+        return std::string(*zone);
+    }
     if (name.size() > longestName || !std::all_of(name.begin(), name.end(), mayStandInName)) {
         return std::nullopt;
     }
@@ -319,6 +327,11 @@ std::shared_ptr<const TimeZone> TimeZone::named(std::string_view name) {
     return zone;
 }
 
+std::shared_ptr<const TimeZone> TimeZone::ofStatedOffset(std::string_view displayName) {
+    const auto minutes = statedOffset(displayName);
+    return minutes ? named(nameOf(fixedOffset(*minutes))) : nullptr;
+}
+
 std::shared_ptr<const TimeZone> TimeZone::utc() {
     return named("UTC");
 }
@@ -334,8 +347,7 @@ std::shared_ptr<const TimeZone> TimeZone::host() {
     if (SharedZone known = named(zone->getID(id).toUTF8String(identifier))) {
         return known;
     }
-    const int minutes = zone->getRawOffset() / 60000;
-    return named(nameOf({minutes >= 0, std::abs(minutes) / 60, std::abs(minutes) % 60}));
+    return named(nameOf(fixedOffset(zone->getRawOffset() / 60000)));
 }
 
 std::string timeZoneRulesVersion() {

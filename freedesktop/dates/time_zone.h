@@ -28,9 +28,11 @@ public:
     virtual ~TimeZone() = default;
 
     // Null where the name is known to nobody. Known are IANA names and their aliases, the names of
-    // Windows, and either behind a prefix such as "/freeassociation.sourceforge.net/". The name is
-    // never used as a path.
+    // Windows, either behind a prefix such as "/freeassociation.sourceforge.net/", and the names
+    // that Windows shows, such as "(UTC+01:00) Berlin". The name is never used as a path.
     static std::shared_ptr<const TimeZone> named(std::string_view name);
+    // The fixed offset that a name begins with which Windows could show; null without one.
+    static std::shared_ptr<const TimeZone> ofStatedOffset(std::string_view displayName);
     static std::shared_ptr<const TimeZone> utc();
     static std::shared_ptr<const TimeZone> host(); // the machine's own, read afresh
 

@@ -183,6 +183,24 @@ TEST(ContentLines, SplitAtTheFirstColonOutsideQuotes) {
     EXPECT_EQ(parameterValue("tzid=UTC", "TZID"), "UTC");
 }
 
+TEST(ContentLines, NameAZoneInAnyWay) {
+    const auto zoneOf = [](std::string_view text) {
+        const auto line = splitContentLine(text);
+        const auto zone = line ? zoneParameter(line->parameters) : std::nullopt;
+        return zone ? std::string(*zone) + "|" + std::string(line->value) : "none";
+    };
+    EXPECT_EQ(zoneOf("DTSTART;TZID=Europe/Berlin:2024"), "Europe/Berlin|2024");
+    EXPECT_EQ(zoneOf("DTSTART;TZID=\"(UTC+01:00) Bern, Rome\":2024"),
+              "(UTC+01:00) Bern, Rome|2024");
+    EXPECT_EQ(zoneOf("DTSTART;TZID=(UTC+01:00) Bern, Rome;X=1:2024"),
+              "(UTC+01:00) Bern, Rome|2024");
+    EXPECT_EQ(zoneOf("DTSTART;TZID=(UTC-5:30):2024"), "(UTC-5:30)|2024");
+    EXPECT_EQ(zoneOf("DTSTART;TZID=Europe/Berlin,UTC:2024"), "Europe/Berlin|2024");
+    EXPECT_EQ(zoneOf("DTSTART;TZID=(UTC+01:00) Bern"), "(UTC+01|00) Bern");
+    EXPECT_EQ(zoneOf("DTSTART;TZID=(X+01:00):2024"), "(X+01|00):2024");
+    EXPECT_EQ(zoneOf("DTSTART;VALUE=DATE:2024"), "none");
+}
+
 TEST(ContentLines, WithoutNameOrColonAreNone) {
     EXPECT_FALSE(splitContentLine("just words"));
     EXPECT_FALSE(splitContentLine(":value"));

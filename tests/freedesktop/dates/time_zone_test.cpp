@@ -42,6 +42,19 @@ TEST(TimeZone, IsKnownByItsNameOnWindows) {
     EXPECT_EQ(identifierOf("Tokyo Standard Time"), "Asia/Tokyo");
 }
 
+TEST(TimeZone, IsKnownByItsDisplayNameOnWindows) {
+    EXPECT_EQ(identifierOf("(UTC+01:00) Amsterdam, Berlin, Bern, Rom, Stockholm, Wien"),
+              "Europe/Berlin");
+    EXPECT_EQ(identifierOf("(GMT-05:00) Eastern Time (US & Canada)"), "America/New_York");
+    EXPECT_EQ(identifierOf("(UTC+01:00) Nowhere"), "unknown");
+}
+
+TEST(TimeZone, MayBeTheOffsetOfAnUnknownDisplayName) {
+    EXPECT_EQ(TimeZone::ofStatedOffset("(UTC-03:30) Nowhere")->secondsFromGMT(unixDate(0)), -12600);
+    EXPECT_EQ(TimeZone::ofStatedOffset("(UTC) Nowhere")->secondsFromGMT(unixDate(0)), 0);
+    EXPECT_EQ(TimeZone::ofStatedOffset("Nowhere"), nullptr);
+}
+
 TEST(TimeZone, IsKnownBehindAPrefix) {
     EXPECT_EQ(identifierOf("/freeassociation.sourceforge.net/Europe/Madrid"), "Europe/Madrid");
     EXPECT_EQ(identifierOf("/freeassociation.sourceforge.net/Tzfile/America/Argentina/Cordoba"),
