@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "freedesktop/calendar/content_lines.h"
+#include "freedesktop/calendar/encoded_text.h"
 #include "freedesktop/calendar/stable_hash.h"
 
 namespace quorvel::freedesktop::ics {
@@ -20,6 +21,7 @@ constexpr std::size_t mostZoneDates = 1000;
 constexpr std::int64_t marginDays = 2;
 constexpr int farthestOffset = 86400;
 constexpr std::int64_t secondsPerDay = 86400;
+constexpr std::size_t pieceToDecode = std::size_t{256} << 10U; // bytes
 
 enum class Property {
     none,
@@ -205,10 +207,8 @@ public:
         , m_mostBytes(mostBytes) {}
 
     std::size_t read(std::string_view piece) {
-        readLines(piece, false);
-        const std::size_t taken = piece.size() - m_lines.remaining().size();
-        m_bytesTaken += taken;
-        return taken;
+        const bool mayLackItsMark = m_bytesTaken == 0 && piece.size() < Utf16Decoder::markSize;
+        return mayLackItsMark ? 0 : take(piece, false);
     }
 
     // Makes room at once, as growing bit by bit copies all of it again and again.
@@ -227,7 +227,7 @@ public:
     }
 
     IcsFile finish(std::string_view piece) {
-        readLines(piece, true);
+        take(piece, true);
         finish();
         return std::move(m_file);
     }
@@ -235,13 +235,38 @@ public:
 private:
     enum class Place { calendar, event, zone, observance, other };
 
-    void readLines(std::string_view piece, bool isLast) {
+    // How much of it was read.
+    std::size_t take(std::string_view piece, bool isLast) {
+        if (m_bytesTaken == 0) {
+            m_decoder = Utf16Decoder::forTextWithMark(piece);
+        }
+        const std::size_t taken = m_decoder ? decode(piece, isLast) : readLines(piece, isLast);
+        m_bytesTaken += taken;
+        return taken;
+    }
+
+    // In small parts, as a text in memory is one piece.
+    std::size_t decode(std::string_view piece, bool isLast) {
+        const std::size_t begin = m_bytesTaken == 0 ? Utf16Decoder::markSize : 0;
+        for (std::size_t at = begin; at < piece.size(); at += pieceToDecode) {
+            m_decoder->decode(piece.substr(at, pieceToDecode), m_decoded);
+            m_decoded.erase(0, readLines(m_decoded, false));
+        }
+        if (isLast) {
+            m_decoder->finish(m_decoded);
+            m_decoded.erase(0, readLines(m_decoded, true));
+        }
+        return piece.size();
+    }
+
+    std::size_t readLines(std::string_view piece, bool isLast) {
         m_lines.continueWith(piece, isLast);
         while (m_lines.next(m_raw)) {
             if (!m_file.isCut) {
                 readLine();
             }
         }
+        return piece.size() - m_lines.remaining().size();
     }
 
     void readLine() {
@@ -762,6 +787,8 @@ private:
     }
 
     ContentLineReader m_lines;
+    std::optional<Utf16Decoder> m_decoder; // where it is UTF-16
+    std::string m_decoded;                 // of that, what no line was made of yet
     const std::function<bool(std::string_view)>& m_zoneIsKnown;
     std::size_t m_mostBytes;
     RawLine m_raw;

@@ -151,8 +151,9 @@ struct IcsFile {
     std::size_t sizeInMemory() const;
 };
 
-// Reads a text that comes in pieces. Never fails: what cannot be read is left out and named. Zones
-// whose name is known need no definition, and theirs is passed over.
+// Reads a text that comes in pieces, of UTF-8, or of UTF-16 where it begins with the mark of that.
+// Never fails: what cannot be read is left out and named. Zones whose name is known need no
+// definition, and theirs is passed over.
 class IcsFileReader {
 public:
     static constexpr std::size_t mostBytesOfAFile = std::size_t{250} << 20U; // a million events

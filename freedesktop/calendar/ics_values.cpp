@@ -119,20 +119,6 @@ bool looksLikeLatin1(std::string_view bytes) {
     return isAny;
 }
 
-std::string utf8FromLatin1(std::string_view bytes) {
-    std::string result;
-    for (const char c : bytes) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x80) {
-            result += c;
-        } else {
-            result += static_cast<char>(0xC0 | (byte >> 6));
-            result += static_cast<char>(0x80 | (byte & 0x3F));
-        }
-    }
-    return result;
-}
-
 } // namespace
 
 std::string_view trimmed(std::string_view text) {
@@ -295,6 +281,20 @@ std::vector<std::string_view> listParts(std::string_view text) {
         }
         text.remove_prefix(comma + 1);
     }
+}
+
+std::string utf8FromLatin1(std::string_view bytes) {
+    std::string result;
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x80) {
+            result += c;
+        } else {
+            result += static_cast<char>(0xC0 | (byte >> 6));
+            result += static_cast<char>(0x80 | (byte & 0x3F));
+        }
+    }
+    return result;
 }
 
 std::string validUtf8(std::string_view bytes) {

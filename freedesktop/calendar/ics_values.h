@@ -54,6 +54,7 @@ std::string_view trimmed(std::string_view text); // of spaces and tabs
 // become U+FFFD.
 std::string readText(std::string_view raw);
 std::string validUtf8(std::string_view bytes);
+std::string utf8FromLatin1(std::string_view bytes);
 
 // Seconds since 1970 if the reading were one of UTC.
 std::int64_t civilSeconds(const CivilTime& time);

@@ -107,6 +107,57 @@ TEST(IcsFile, ReadsAnyLineBreaks) {
     }
 }
 
+// Every letter of it is one of ASCII.
+std::string utf16(const std::string& text, bool isBigEndian) {
+    std::string bytes = isBigEndian ? "\xFE\xFF" : "\xFF\xFE";
+    for (const char c : text) {
+        bytes += isBigEndian ? std::string{'\0', c} : std::string{c, '\0'};
+    }
+    return bytes;
+}
+
+TEST(IcsFile, InUtf16IsReadInPiecesOfAnySize) {
+    const std::function<bool(std::string_view)> isKnown = [](std::string_view) { return true; };
+    const std::string text =
+        calendar(event("a", "DTSTART:20240101\r\nSUMMARY:fol\r\n ded\r\n") + event("b"));
+    for (const bool isBigEndian : {false, true}) {
+        const std::string bytes = utf16(text, isBigEndian);
+        for (const std::size_t size : {1U, 2U, 3U, 7U, 100U, 1000U}) {
+            IcsFileReader reader(isKnown);
+            std::string pending;
+            for (std::size_t at = 0; at < bytes.size(); at += size) {
+                pending += bytes.substr(at, size);
+                pending.erase(0, reader.read(pending));
+            }
+            const IcsFile file = reader.finish(pending);
+            ASSERT_EQ(uidsOf(file), "a b") << size;
+            EXPECT_EQ(file.slice(*file.events[0].title), "folded");
+            EXPECT_EQ(problemsOf(file), "");
+        }
+    }
+    EXPECT_EQ(problemsOf(read("\xFF\xFE")), "0: the file is empty\n");
+    EXPECT_EQ(problemsOf(read("\xFF")), "1: no calendar: BEGIN:VCALENDAR is missing\n");
+}
+
+TEST(IcsFile, InUtf16HasTheSameLimits) {
+    const std::function<bool(std::string_view)> isKnown = [](std::string_view) { return true; };
+    std::string events;
+    for (int i = 0; i < 20000; ++i) {
+        events += event(std::to_string(i));
+    }
+    const IcsFile file = IcsFileReader(isKnown, 20000).finish(utf16(calendar(events), false));
+    EXPECT_TRUE(file.isCut);
+    EXPECT_LT(file.sizeInMemory(), 21000U);
+    const IcsFile all = IcsFileReader(isKnown).finish(utf16(calendar(events), true));
+    EXPECT_EQ(all.events.size(), 20000U); // of several parts
+    EXPECT_EQ(problemsOf(all), "");
+    const std::string title(5U << 20U, 'x');
+    const IcsFile cut =
+        read(utf16(calendar(event("a", "DTSTART:20240101\r\nSUMMARY:" + title + "\r\n")), false));
+    ASSERT_EQ(uidsOf(cut), "a");
+    EXPECT_EQ(cut.slice(*cut.events[0].title).size(), (4U << 20U) - 8);
+}
+
 TEST(IcsFile, MakesUpAStableUid) {
     const std::string text =
         calendar("BEGIN:VEVENT\r\nDTSTART:20240101\r\nSUMMARY:x\r\nEND:VEVENT\r\n");
