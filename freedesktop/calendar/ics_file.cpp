@@ -21,7 +21,8 @@ constexpr std::size_t mostZoneDates = 1000;
 constexpr std::int64_t marginDays = 2;
 constexpr int farthestOffset = 86400;
 constexpr std::int64_t secondsPerDay = 86400;
-constexpr std::size_t pieceToDecode = std::size_t{256} << 10U; // bytes
+constexpr std::size_t longestQuotedLine = std::size_t{4} << 20U; // bytes, with all that follows
+constexpr std::size_t pieceToDecode = std::size_t{256} << 10U;   // bytes
 
 enum class Property {
     none,
@@ -44,6 +45,7 @@ enum class Property {
     tzid,
     tzOffsetFrom,
     tzOffsetTo,
+    version,
     method,
     calendarZone,
     calendarName,
@@ -75,6 +77,7 @@ constexpr PropertyName propertyNames[] = {
     {"TZID", Property::tzid},
     {"TZOFFSETFROM", Property::tzOffsetFrom},
     {"TZOFFSETTO", Property::tzOffsetTo},
+    {"VERSION", Property::version},
     {"METHOD", Property::method},
     {"X-WR-TIMEZONE", Property::calendarZone},
     {"X-WR-CALNAME", Property::calendarName},
@@ -270,9 +273,56 @@ private:
     }
 
     void readLine() {
-        if (m_raw.text.empty()) {
+        if (m_quotedLine != 0 && continueQuotedLine()) {
             return;
         }
+        if (m_raw.text.empty() || (m_raw.text.back() == '=' && beginQuotedLine())) {
+            return;
+        }
+        readWholeLine();
+    }
+
+    // Quoted-printable goes on in the next line behind an equals sign at the end, whatever that
+    // line looks like.
+    bool beginQuotedLine() {
+        std::string text = unfoldedQuotedPrintable(m_raw.text);
+        const auto line = splitContentLine(text);
+        if (!line || transferEncoding(line->parameters) != TransferEncoding::quotedPrintable) {
+            return false;
+        }
+        m_quotedLine = m_raw.number;
+        m_quoted = std::move(text);
+        m_quoted.pop_back();
+        return true;
+    }
+
+    // False where the line is not part of the open one, which ends before it: at a component's
+    // bounds, as an equals sign is easily left at the end of a text.
+    bool continueQuotedLine() {
+        const Property property = nameOf(m_raw.text).property;
+        if (property == Property::begin || property == Property::end) {
+            endQuotedLine();
+            return false;
+        }
+        const std::string more = unfoldedQuotedPrintable(m_raw.text);
+        const bool goesOn = !more.empty() && more.back() == '=';
+        if (m_quoted.size() + more.size() <= longestQuotedLine) {
+            m_quoted.append(more, 0, more.size() - (goesOn ? 1 : 0));
+        }
+        if (!goesOn) {
+            endQuotedLine();
+        }
+        return true;
+    }
+
+    void endQuotedLine() {
+        const RawLine current = std::exchange(m_raw, {m_quoted, false, m_quotedLine});
+        m_quotedLine = 0;
+        readWholeLine();
+        m_raw = current;
+    }
+
+    void readWholeLine() {
         std::string_view text = m_raw.text;
         if (!m_raw.folded && !propertyTable.isOfInterest(text) && text.front() != ':' &&
             text.front() != ';' && text.find(':') != std::string_view::npos) {
@@ -297,7 +347,12 @@ private:
             }
             return;
         }
-        const auto line = splitContentLine(unfolded(m_raw, m_scratch), name.length);
+        auto line = splitContentLine(unfolded(m_raw, m_scratch), name.length);
+        if (line && m_raw.folded &&
+            transferEncoding(line->parameters) == TransferEncoding::quotedPrintable) {
+            m_scratch = unfoldedQuotedPrintable(m_raw.text);
+            line = splitContentLine(m_scratch, name.length);
+        }
         if (!line) {
             malformedLine(text);
             return;
@@ -326,6 +381,7 @@ private:
             m_sawCalendar = true;
             m_calendarOpen = true;
             m_calendarCancels = false;
+            m_isVCalendar1 = false;
             m_place = Place::calendar;
             m_nested = 0;
         } else if (equalsIgnoringCase(component, "VEVENT")) {
@@ -377,7 +433,9 @@ private:
     // ---- the calendar
 
     void readCalendarProperty(Property property, const ContentLine& line) {
-        if (property == Property::method) {
+        if (property == Property::version) {
+            m_isVCalendar1 = trimmed(line.value) == "1.0";
+        } else if (property == Property::method) {
             m_calendarCancels = equalsIgnoringCase(trimmed(line.value), "CANCEL");
         } else if (property == Property::calendarZone) {
             readFloatingZone(trimmed(line.value));
@@ -421,12 +479,12 @@ private:
             break;
         case Property::summary:
             if (!m_event.title) {
-                m_event.title = keep(line.value);
+                m_event.title = keepText(line);
             }
             break;
         case Property::location:
             if (!m_event.location) {
-                m_event.location = keep(line.value);
+                m_event.location = keepText(line);
             }
             break;
         case Property::dtstart:
@@ -485,6 +543,21 @@ private:
         } else if (!m_event.end) {
             m_event.end = timeOf(*value, line);
         }
+    }
+
+    Slice keepText(const ContentLine& line) {
+        const auto decoded = decodedText(line);
+        if (!decoded) {
+            return keep(line.value);
+        }
+        if (!decoded->isDecoded) {
+            problem(m_raw.number, "a text in base64 cannot be read and is shown as it is");
+        }
+        if (decoded->otherName) {
+            problem(m_raw.number, "the character set \"" + shown(*decoded->otherName) +
+                                      "\" is not known; the text is read as UTF-8 or Latin-1");
+        }
+        return keep(decoded->text);
     }
 
     void readEventDuration(const ContentLine& line) {
@@ -546,10 +619,19 @@ private:
             leaveOut("an event is left out, it has more dates than can be kept");
             return;
         }
+        const bool isList = kind == RuleKind::rdate || kind == RuleKind::exdate;
+        if (m_isVCalendar1 && !isList && line.value.find('=') == std::string_view::npos) {
+            problem(m_raw.number,
+                    "a rule of vCalendar 1.0 is not followed: \"" + shown(line.value) + "\"");
+            return;
+        }
         RuleLine rule;
         rule.kind = kind;
         rule.parameters = keep(line.parameters);
         rule.value = keep(line.value);
+        if (m_isVCalendar1 && isList) { // its lists are parted by semicolons
+            std::replace(m_file.text.end() - rule.value.length, m_file.text.end(), ';', ',');
+        }
         rule.line = static_cast<std::uint32_t>(m_raw.number);
         m_file.rules.push_back(rule);
         ++m_event.ruleCount;
@@ -765,6 +847,9 @@ private:
     }
 
     void finish() {
+        if (m_quotedLine != 0) {
+            endQuotedLine();
+        }
         const std::size_t lastLine = m_raw.number;
         const bool endsInEvent = m_place == Place::event;
         dropOpenEvent();
@@ -793,6 +878,9 @@ private:
     std::size_t m_mostBytes;
     RawLine m_raw;
     std::string m_scratch;
+    std::size_t m_quotedLine =
+        0;                // the number of the line of quoted-printable that is open; 0: none
+    std::string m_quoted; // of that, what came so far
     IcsFile m_file;
     std::size_t m_moreProblems = 0;
     std::size_t m_bytesTaken = 0;
@@ -805,6 +893,7 @@ private:
     std::uint32_t m_calendar = 0; // which one of the file it is
     bool m_calendarOpen = false;
     bool m_calendarCancels = false; // everything in it
+    bool m_isVCalendar1 = false;
 
     IcsEvent m_event;
     std::size_t m_textBefore = 0;

@@ -158,6 +158,36 @@ TEST(IcsFile, InUtf16HasTheSameLimits) {
     EXPECT_EQ(cut.slice(*cut.events[0].title).size(), (4U << 20U) - 8);
 }
 
+TEST(IcsFile, DecodesTitleAndLocation) {
+    const IcsFile file = read(calendar(
+        event("a", "DTSTART:20240101\r\nSUMMARY;ENCODING=QUOTED-PRINTABLE:one=\r\n two=\r\n"
+                   " =C3=BC=\r\nthree\r\nLOCATION;ENCODING=BASE64;CHARSET=ISO-8859-1:\r\n S/Zs\r\n"
+                   " bg==\r\n\r\n") +
+        event("b", "DTSTART:20240101\r\nSUMMARY;ENCODING=BASE64:!\r\n"
+                   "LOCATION;CHARSET=windows-1252:K\xF6ln\r\n")));
+    ASSERT_EQ(uidsOf(file), "a b");
+    EXPECT_EQ(file.slice(*file.events[0].title), "one two üthree");
+    EXPECT_EQ(file.slice(*file.events[0].location), "Köln");
+    EXPECT_EQ(file.slice(*file.events[1].title), "!");
+    EXPECT_EQ(readText(file.slice(*file.events[1].location)), "Köln");
+    EXPECT_EQ(problemsOf(file),
+              "17: a text in base64 cannot be read and is shown as it is\n"
+              "18: the character set \"windows-1252\" is not known; the text is read as UTF-8 or "
+              "Latin-1\n");
+}
+
+TEST(IcsFile, OfQuotedPrintableWithoutEndIsBounded) {
+    std::string lines = "DTSTART:20240101\r\nSUMMARY;ENCODING=QUOTED-PRINTABLE:x=\r\n";
+    const std::string more = std::string(1000, 'x') + "=\r\n";
+    for (int i = 0; i < 6000; ++i) {
+        lines += more;
+    }
+    const IcsFile file = read(calendar(event("a", lines) + event("b")));
+    ASSERT_EQ(uidsOf(file), "a b");
+    EXPECT_GT(file.slice(*file.events[0].title).size(), 4000000U);
+    EXPECT_LE(file.slice(*file.events[0].title).size(), 4U << 20U);
+}
+
 TEST(IcsFile, MakesUpAStableUid) {
     const std::string text =
         calendar("BEGIN:VEVENT\r\nDTSTART:20240101\r\nSUMMARY:x\r\nEND:VEVENT\r\n");
