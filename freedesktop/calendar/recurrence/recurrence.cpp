@@ -58,11 +58,17 @@ std::int64_t unitOf(Frequency frequency) {
     return 0;
 }
 
+// BYWEEKNO numbers the weeks of a week year, so that is the period which INTERVAL and BYSETPOS of a
+// yearly rule count in.
+bool hasWeekYears(const RecurrenceRule& rule) {
+    return rule.frequency == Frequency::yearly && rule.weeks.any();
+}
+
 // The most days of a period.
-int daysOf(Frequency frequency) {
-    switch (frequency) {
+int daysOf(const RecurrenceRule& rule) {
+    switch (rule.frequency) {
     case Frequency::yearly:
-        return 366;
+        return hasWeekYears(rule) ? 53 * weekdays : 366;
     case Frequency::monthly:
         return 31;
     case Frequency::weekly:
@@ -277,6 +283,8 @@ private:
 
     void walkPeriods() {
         m_start = civilDay(m_startDay);
+        m_startYear =
+            hasWeekYears(m_rule) ? weekYearOf(m_startDay, m_rule.weekStart) : m_start.year;
         for (std::int64_t index = firstPeriod();; ++index) {
             const Period period = periodAt(index);
             if (period.firstDay > lastWantedDay() || !spend(1)) {
@@ -294,9 +302,11 @@ private:
         std::int64_t periods = 0;
         if (m_rule.frequency == Frequency::weekly) {
             periods = floorDivision(fromDay - m_startDay, weekdays);
+        } else if (hasWeekYears(m_rule)) {
+            periods = weekYearOf(fromDay, m_rule.weekStart) - m_startYear;
         } else {
             const CivilDay from = civilDay(fromDay);
-            periods = from.year - m_start.year;
+            periods = from.year - m_startYear;
             if (m_rule.frequency == Frequency::monthly) {
                 periods = periods * 12 + from.month - m_start.month;
             }
@@ -309,8 +319,7 @@ private:
         const std::int64_t step = std::min(index * m_rule.interval, farthest);
         switch (m_rule.frequency) {
         case Frequency::yearly:
-            return {dayNumber(m_start.year + step, 1, 1),
-                    dayNumber(m_start.year + step + 1, 1, 1) - 1};
+            return {firstDayOfYear(m_startYear + step), firstDayOfYear(m_startYear + step + 1) - 1};
         case Frequency::monthly:
             return {dayNumber(m_start.year, m_start.month + step, 1),
                     dayNumber(m_start.year, m_start.month + step + 1, 1) - 1};
@@ -320,6 +329,11 @@ private:
             return {first, first + weekdays - 1};
         }
         }
+    }
+
+    std::int64_t firstDayOfYear(std::int64_t year) const {
+        return hasWeekYears(m_rule) ? firstDayOfWeekYear(year, m_rule.weekStart)
+                                    : dayNumber(year, 1, 1);
     }
 
     bool offerDays(const Period& period) {
@@ -513,7 +527,7 @@ private:
 
     // Whether the fullest period that there can be is long enough for one of the positions.
     bool mayReachPosition() const {
-        const auto longest = static_cast<std::int64_t>(m_times.size()) * daysOf(m_rule.frequency);
+        const auto longest = static_cast<std::int64_t>(m_times.size()) * daysOf(m_rule);
         return m_rule.positions.empty() ||
                std::any_of(m_rule.positions.begin(), m_rule.positions.end(),
                            [longest](int position) { return std::abs(position) <= longest; });
@@ -560,6 +574,7 @@ private:
     std::int64_t m_timeOfDay; // of the start
     bool m_canLeap;           // nothing before the window has to be counted
     CivilDay m_start;
+    std::int64_t m_startYear = 0; // a week year where the rule has those
     std::optional<RuleDays> m_days;
     std::vector<std::int64_t> m_times; // of a day, or of an hour, minute or second
     std::vector<std::int64_t> m_found; // the days of one period, their midnights

@@ -33,6 +33,19 @@ std::uint32_t keptBits(std::uint32_t bits, Includes includes) {
 
 } // namespace
 
+std::int64_t firstDayOfWeekYear(std::int64_t year, int weekStart) {
+    const std::int64_t fourth = dayNumber(year, 1, 4);
+    return fourth - (weekdayOf(fourth) - weekStart + weekdays) % weekdays;
+}
+
+std::int64_t weekYearOf(std::int64_t day, int weekStart) {
+    const std::int64_t year = civilDay(day).year;
+    if (day < firstDayOfWeekYear(year, weekStart)) {
+        return year - 1;
+    }
+    return day < firstDayOfWeekYear(year + 1, weekStart) ? year : year + 1;
+}
+
 RuleDays::RuleDays(const RecurrenceRule& rule, std::int64_t startDay)
     : m_rule(rule)
     , m_months(static_cast<unsigned>(rule.months.to_ulong()))
@@ -128,7 +141,7 @@ void RuleDays::lookAtYear() {
     m_yearLength = dayNumber(m_year + 1, 1, 1) - m_newYear;
     if (m_rule.weeks.any()) {
         for (int i = 0; i < 4; ++i) {
-            m_firstWeeks[i] = firstWeek(m_year - 1 + i);
+            m_firstWeeks[i] = firstDayOfWeekYear(m_year - 1 + i, m_rule.weekStart);
         }
     }
 }
@@ -186,12 +199,6 @@ bool RuleDays::hasNumber(const Ordinals<53>& numbers, std::int64_t day) const {
 
 bool RuleDays::includesYearDay(std::int64_t day) const {
     return m_rule.yearDays.has(day - m_newYear + 1, m_yearLength);
-}
-
-// The first week of a year is the first one that has most of its days in it.
-std::int64_t RuleDays::firstWeek(std::int64_t year) const {
-    const std::int64_t fourth = dayNumber(year, 1, 4);
-    return fourth - (weekdayOf(fourth) - m_rule.weekStart + weekdays) % weekdays;
 }
 
 bool RuleDays::includesWeek(std::int64_t day) const {

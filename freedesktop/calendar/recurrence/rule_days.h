@@ -9,6 +9,12 @@
 
 namespace quorvel::freedesktop::recurrence {
 
+// Week years of ISO 8601, for weeks that begin on any weekday (1 is Sunday). Days are counted since
+// 1970-01-01. Week 1 is the first week that has at least four of its days in the calendar year, so
+// a week year begins up to three days before that year or after its beginning.
+std::int64_t firstDayOfWeekYear(std::int64_t year, int weekStart);
+std::int64_t weekYearOf(std::int64_t day, int weekStart);
+
 // Days are counted since 1970-01-01. A part that the frequency has no use for narrows nonetheless;
 // a weekday's number counts in months and years only. Works out a month at a time and remembers the
 // last one.
@@ -37,7 +43,6 @@ private:
     bool hasNumber(const Ordinals<53>& numbers, std::int64_t day) const;
     bool includesYearDay(std::int64_t day) const;
     bool includesWeek(std::int64_t day) const;
-    std::int64_t firstWeek(std::int64_t year) const;
 
     const RecurrenceRule& m_rule;
     bool m_countsInYears = false; // the numbers of weekdays

@@ -322,9 +322,8 @@ private:
         const sys_days lastDay = sys_days(days(last / secondsPerDay));
         // The whole of the first and of the last period, so that positions in them are right.
         const bool isWhole = !m_rule.isBelowDay();
-        const sys_days first =
-            isWhole ? std::min(newYear(yearOf(m_start)), weekBegin(m_start)) : m_start;
-        const sys_days end = isWhole ? newYear(yearOf(lastDay) + 1) + days(7) : lastDay + days(1);
+        const sys_days first = isWhole ? newYear(yearOf(m_start) - 1) - days(7) : m_start;
+        const sys_days end = isWhole ? newYear(yearOf(lastDay) + 2) + days(7) : lastDay + days(1);
         for (sys_days day = first; day < end; day += days(1)) {
             if (passes(day)) {
                 isWhole ? addTimes(day, periods) : addUnits(day, periods);
@@ -362,11 +361,16 @@ private:
         return begin + days(7) - newYear(year) >= days(4) ? begin : begin + days(7);
     }
 
-    bool passesWeek(sys_days day) const {
+    int weekYear(sys_days day) const {
         int year = yearOf(day) + 1;
         while (firstWeek(year) > day) {
             --year;
         }
+        return year;
+    }
+
+    bool passesWeek(sys_days day) const {
+        const int year = weekYear(day);
         const auto number = static_cast<int>((day - firstWeek(year)).count() / 7) + 1;
         const auto many = static_cast<int>((firstWeek(year + 1) - firstWeek(year)).count() / 7);
         return contains(m_rule.weeks, number) || contains(m_rule.weeks, number - many - 1);
@@ -419,7 +423,8 @@ private:
         const std::chrono::year_month_day start(m_start);
         switch (m_rule.frequency) {
         case Frequency::yearly:
-            return (civil.year() - start.year()).count();
+            return m_rule.weeks.empty() ? (civil.year() - start.year()).count()
+                                        : weekYear(day) - weekYear(m_start);
         case Frequency::monthly:
             return (civil.year() / civil.month() - start.year() / start.month()).count();
         case Frequency::weekly:
