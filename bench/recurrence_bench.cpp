@@ -117,7 +117,7 @@ std::size_t occurrences(RepeatingEvent& event, bool isCounted, std::int64_t to =
         request.until = ics::civilSeconds(until->civil);
     }
     if (!event.wholeDays) {
-        request.exists = [](std::int64_t reading) { return userClock().exists(reading); };
+        request.shown = [](std::int64_t reading) { return userClock().shown(reading); };
     }
     if (rule->count) {
         if (!isCounted) {

@@ -405,7 +405,7 @@ std::int64_t Expander::instantOf(LoadedFile& file, const EventTime& time) {
     if (time.kind == TimeKind::date) {
         return m_userZone.platformInstant(time.reading);
     }
-    return clockOf(file, time).instant(time.reading).seconds;
+    return clockOf(file, time).instant(time.reading);
 }
 
 Expander::Length Expander::lengthOf(LoadedFile& file, const IcsEvent& event) {
@@ -448,7 +448,7 @@ std::int64_t Expander::endOf(LoadedFile& file, const EventTime& start, std::int6
         return startInstant + length.seconds;
     }
     const EventTime end = moved(start, length.days * secondsPerDay);
-    return std::max(clockOf(file, end).instant(end.reading).seconds + length.seconds, startInstant);
+    return std::max(clockOf(file, end).instant(end.reading) + length.seconds, startInstant);
 }
 
 void Expander::emit(LoadedFile& file, const IcsEvent& event, const EventTime& start,
@@ -588,16 +588,18 @@ void Expander::addStart(Series& series, const EventTime& time, std::optional<Len
     series.starts.push_back({time, instantOf(series.file, time), length});
 }
 
-// Readings that come twice are about to show that an instant is more than its reading.
-void Expander::endAtInstant(recurrence::RecurrenceRequest& request, ZoneClock& clock,
-                            std::int64_t instant) {
-    const std::int64_t surelyBefore = clock.reading(instant) - secondsPerDay;
-    request.until = surelyBefore + 2 * secondsPerDay;
-    request.exists = [&clock, instant, surelyBefore](std::int64_t reading) {
-        return clock.exists(reading) &&
-               (reading < surelyBefore || clock.instant(reading).seconds <= instant);
-    };
+namespace {
+
+// Around a change of the clock the order of local times is not that of their instants.
+void endAtInstant(std::vector<std::int64_t>& readings, ZoneClock& clock, std::int64_t last) {
+    const std::int64_t surelyBefore = clock.reading(last) - marginSeconds;
+    const auto end = std::lower_bound(readings.begin(), readings.end(), surelyBefore);
+    readings.erase(std::remove_if(end, readings.end(),
+                                  [&](std::int64_t one) { return clock.instant(one) > last; }),
+                   readings.end());
 }
+
+} // namespace
 
 std::vector<std::int64_t> Expander::ruleStarts(Series& series, const RuleLine& line) {
     const IcsEvent& event = series.event;
@@ -626,11 +628,13 @@ std::vector<std::int64_t> Expander::ruleStarts(Series& series, const RuleLine& l
             request.until = (civilDays(until->civil) + 1) * secondsPerDay - 1;
         }
     }
-    if (!request.wholeDays) {
-        request.exists = [&clock](std::int64_t reading) { return clock.exists(reading); };
+    const bool endsAtInstant = until && until->isUtc && !request.wholeDays;
+    const std::int64_t lastInstant = request.until.value_or(0);
+    if (endsAtInstant) {
+        request.until = clock.reading(lastInstant) + marginSeconds;
     }
-    if (until && until->isUtc && !request.wholeDays) {
-        endAtInstant(request, clock, *request.until);
+    if (!request.wholeDays) {
+        request.shown = [&clock](std::int64_t reading) { return clock.shown(reading); };
     }
     request.budget = m_cost.hasSpentSteps() ? fewSteps : recurrence::standardBudget;
     if (rule->count && request.to >= request.start) {
@@ -641,8 +645,11 @@ std::vector<std::int64_t> Expander::ruleStarts(Series& series, const RuleLine& l
         request.until = end.reading;
         rule->count = std::nullopt;
     }
-    const recurrence::RecurrenceStarts starts = recurrence::expandRecurrence(request);
+    recurrence::RecurrenceStarts starts = recurrence::expandRecurrence(request);
     m_cost.calendar.steps += starts.stepsSpent;
+    if (endsAtInstant) {
+        endAtInstant(starts.readings, clock, lastInstant);
+    }
     if (!starts.problem.empty()) {
         report(starts.problem);
     }

@@ -172,8 +172,6 @@ private:
                       std::vector<Occurrence>& result);
     void addStart(Series& series, const EventTime& time, std::optional<Length> length);
     std::vector<std::int64_t> ruleStarts(Series& series, const RuleLine& line);
-    static void endAtInstant(recurrence::RecurrenceRequest& request, ZoneClock& clock,
-                             std::int64_t instant);
     recurrence::CountEnd countEnd(Series& series, const RuleLine& line,
                                   const recurrence::RecurrenceRequest& request);
     void addDates(Series& series, const RuleLine& rule);

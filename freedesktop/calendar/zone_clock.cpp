@@ -45,18 +45,18 @@ const std::optional<int>& ZoneClock::steadyOffset(std::int64_t day) {
     return m_offsets.emplace(day, offset).first->second;
 }
 
-Instant ZoneClock::instant(std::int64_t reading) {
+std::int64_t ZoneClock::instant(std::int64_t reading) {
     if (const auto offset = steadyOffset(dayOf(reading))) {
-        return {reading - *offset, true};
+        return reading - *offset;
     }
     const std::int64_t late = secondsOf(m_zone->instant(civilFromSeconds(reading)));
     if (late + offsetAt(late) != reading) {
-        return {late, false};
+        return late; // moved out of a gap
     }
     const int earlierOffset = offsetAt(late - secondsPerDay);
     const std::int64_t early = reading - earlierOffset;
     const bool twice = early < late && offsetAt(early) == earlierOffset;
-    return {twice ? early : late, true};
+    return twice ? early : late;
 }
 
 // A day on which the clock changes may be asked for each of its seconds: the change is sought once.
@@ -79,13 +79,14 @@ ZoneClock::Gap ZoneClock::gapAround(std::int64_t day) {
     return m_gaps.emplace(day, Gap{after + offset, after + newOffset}).first->second;
 }
 
-bool ZoneClock::exists(std::int64_t reading) {
+std::int64_t ZoneClock::shown(std::int64_t reading) {
     const std::int64_t day = dayOf(reading);
     if (steadyOffset(day)) {
-        return true;
+        return reading;
     }
     const Gap gap = gapAround(day); // ends before it begins where the clock goes back
-    return reading < gap.begin || reading >= gap.end;
+    const bool isSkipped = reading >= gap.begin && reading < gap.end;
+    return isSkipped ? reading + (gap.end - gap.begin) : reading;
 }
 
 std::int64_t ZoneClock::platformInstant(std::int64_t reading) {

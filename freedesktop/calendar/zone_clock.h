@@ -13,11 +13,6 @@
 
 namespace quorvel::freedesktop::ics {
 
-struct Instant {
-    std::int64_t seconds = 0; // since 1970
-    bool exists = true;       // false: moved forward out of a gap
-};
-
 // Remembers the offset of days on which the clock does not change. Not for several threads at once.
 class ZoneClock {
 public:
@@ -25,11 +20,12 @@ public:
 
     // Wall-clock readings are in seconds since 1970 as if they were ones of UTC.
 
-    // As calendars mean it: of two instants with the same reading, the first.
-    Instant instant(std::int64_t reading);
-    // Whether the reading comes at all.
-    bool exists(std::int64_t reading);
-    // As the platform means it: of two instants with the same reading, the second.
+    // As calendars mean it: of two instants with the same local time, the first; a local time that
+    // the clock skips is moved forward by the gap. In seconds since 1970.
+    std::int64_t instant(std::int64_t reading);
+    // What the clock shows for it: the same, or for one that it skips, the one moved by the gap.
+    std::int64_t shown(std::int64_t reading);
+    // As the platform means it: of two instants with the same local time, the second.
     std::int64_t platformInstant(std::int64_t reading);
     std::int64_t reading(std::int64_t seconds) const; // at the instant
     const TimeZone& zone() const { return *m_zone; }

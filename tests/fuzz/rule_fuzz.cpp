@@ -163,7 +163,9 @@ void ask(std::string_view text, Bytes bytes) {
         request.until = request.start + bytes.take(2) * secondsPerHour;
     }
     if ((flags & 32) != 0) {
-        request.exists = [](std::int64_t reading) { return reading / secondsPerHour % 5 != 0; };
+        request.shown = [](std::int64_t reading) {
+            return reading / secondsPerHour % 5 == 0 ? reading + secondsPerHour : reading;
+        };
     }
     const double before = processorTime();
     const RecurrenceStarts starts = expandRecurrence(request);

@@ -133,7 +133,7 @@ public:
 
     RecurrenceStarts run() {
         if (m_request.startCounts) {
-            m_counted = 1;
+            m_counted = isShownAnew(m_request.start) ? 1 : 0;
             keep(m_request.start);
         }
         if (m_to < m_request.start || !mayGoOn()) {
@@ -159,7 +159,7 @@ private:
     // ---- plain rules
 
     void walkSteps(std::int64_t step) {
-        if (m_rule.count && !m_request.exists) { // whose end is a matter of arithmetic
+        if (m_rule.count && !m_request.shown) { // whose end is a matter of arithmetic
             const std::int64_t last = std::min(*m_rule.count - 1, (m_to - m_request.start) / step);
             m_to = m_request.start + last * step;
             m_canLeap = m_from > m_request.start;
@@ -480,17 +480,14 @@ private:
             return false;
         }
         m_barren = 0;
-        if (m_request.exists) {
+        if (m_rule.count && m_request.shown) {
             const std::int64_t day = floorDivision(reading, secondsPerDay);
             if (day != m_askedDay && !spend(stepsOfAskedDay)) {
                 return false;
             }
             m_askedDay = day;
-            if (!m_request.exists(reading)) {
-                return true;
-            }
         }
-        ++m_counted;
+        m_counted += isShownAnew(reading) ? 1 : 0;
         m_lastCounted = reading;
         keep(reading);
         if (m_result.readings.size() >= mostReadings) {
@@ -498,6 +495,22 @@ private:
             return false;
         }
         return mayGoOn();
+    }
+
+    // Whether no earlier local time is shown as this one is.
+    bool isShownAnew(std::int64_t reading) {
+        if (!m_rule.count || !m_request.shown) {
+            return true;
+        }
+        const std::int64_t shown = m_request.shown(reading);
+        if (shown != reading) {
+            if (!m_moved.empty() && m_moved.back() < reading) { // all of an earlier gap
+                m_moved.clear();
+            }
+            m_moved.push_back(shown);
+            return true;
+        }
+        return !std::binary_search(m_moved.begin(), m_moved.end(), reading);
     }
 
     void keep(std::int64_t reading) {
@@ -584,7 +597,8 @@ private:
     std::int64_t m_firstUnit = 0;
     // Of the last day let through; at first one long before all readings.
     std::int64_t m_openMidnight = std::numeric_limits<std::int64_t>::min() / 2;
-    std::int64_t m_askedDay = std::numeric_limits<std::int64_t>::min(); // whether readings exist
+    std::int64_t m_askedDay = std::numeric_limits<std::int64_t>::min(); // what its clock shows
+    std::vector<std::int64_t> m_moved; // what is shown for the last skipped local times, sorted
     std::int64_t m_counted = 0;
     std::int64_t m_lastCounted = 0;
     std::int64_t m_barren = 0; // steps since the last occurrence

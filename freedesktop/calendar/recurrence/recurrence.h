@@ -1,5 +1,6 @@
 // What a recurrence rule comes to within a window. Everything here is a plain number of wall-clock
-// time: zones, exceptions and overrides are the callers'.
+// time: zones, exceptions and overrides are the callers'. So is what becomes of a local time that a
+// clock skips: it is among the results.
 #pragma once
 
 #include <cstdint>
@@ -28,9 +29,9 @@ struct RecurrenceRequest {
     std::optional<std::int64_t> until; // the last reading that still belongs to it
     std::int64_t from = 0;             // the window, both ends within
     std::int64_t to = 0;
-    // Whether there is such a reading at all; those that there are not are passed over and do not
-    // count. May be empty.
-    std::function<bool(std::int64_t)> exists;
+    // What the clock shows for a local time: that time, or a later one for a time that the clock
+    // skips. COUNT counts several local times that are shown alike once. May be empty.
+    std::function<std::int64_t(std::int64_t)> shown;
     std::int64_t budget = standardBudget;
 };
 

@@ -104,12 +104,12 @@ TEST_F(IcalStore, KeepsWallTimeOverAClockChange) {
     EXPECT_EQ(all[2]->persistentEvent.eventIdentifier, calendar + ":1:RID=796460400");
 }
 
-// Within the gap of 29 March there is no 02:30; of the two of 25 October the first is meant.
+// 02:30 of 29 March lies in the gap and is 03:30; of the two of 25 October the first is meant.
 TEST_F(IcalStore, ReadsClockChangesAsCalendarsMeanThem) {
     useText(eventText("UID:1|SUMMARY:g|DTSTART;TZID=Europe/Berlin:20260328T023000|"
                       "RRULE:FREQ=DAILY;COUNT=2"));
     EXPECT_EQ(found("20260301", "20260501"), "g 20260328T023000-20260328T023000\n"
-                                             "g 20260330T023000-20260330T023000\n");
+                                             "g 20260329T033000-20260329T033000\n");
     useText(eventText("UID:1|DTSTART;TZID=Europe/Berlin:20261025T023000"));
     EXPECT_EQ(events("20261025", "20261026").at(0)->startDate, date("20261025T003000Z"));
     useText(eventText("UID:1|SUMMARY:s|DTSTART;TZID=Europe/Berlin:20260329T023000"));

@@ -112,10 +112,23 @@ TEST(Recurrence, OfSecondsAndHoursGoesOnAcrossDays) {
               "20260101T1400 20260102T0800");
 }
 
-TEST(Recurrence, DoesNotCountWhatDoesNotExist) {
-    Asked asked("FREQ=DAILY;COUNT=3", "20240101T080000", "20240101", "20250101");
-    asked.request.exists = [](std::int64_t seconds) { return civilFromSeconds(seconds).day != 2; };
-    EXPECT_EQ(shown(asked.expanded()), "20240101T0800 20240103T0800 20240104T0800");
+// The clock skips the hour after midnight.
+TEST(Recurrence, CountsWhatTheClockShowsAlikeOnce) {
+    const auto withSkippedHour = [](std::string_view rule) {
+        Asked asked(rule, "20240101T230000", "20240101", "20250101");
+        asked.request.shown = [](std::int64_t seconds) {
+            return civilFromSeconds(seconds).hour == 0 ? seconds + 3600 : seconds;
+        };
+        return shown(asked.expanded()) + ", ends " + shown(endOfCount(asked.request).reading);
+    };
+    EXPECT_EQ(withSkippedHour("FREQ=HOURLY;COUNT=3"),
+              "20240101T2300 20240102T0000 20240102T0100 20240102T0200, ends 20240102T0200");
+    EXPECT_EQ(withSkippedHour("FREQ=HOURLY;INTERVAL=25;COUNT=3"),
+              "20240101T2300 20240103T0000 20240104T0100, ends 20240104T0100")
+        << "one that meets no other counts";
+    EXPECT_EQ(withSkippedHour("FREQ=DAILY;BYHOUR=0,1,23;COUNT=4"),
+              "20240101T2300 20240102T0000 20240102T0100 20240102T2300 20240103T0000, "
+              "ends 20240103T0000");
 }
 
 TEST(Recurrence, EndsWithItsLastReading) {
