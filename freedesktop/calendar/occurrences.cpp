@@ -490,7 +490,7 @@ std::int64_t readingNear(const ZoneClock& clock, std::int64_t instant, int direc
 } // namespace
 
 Expander::Series Expander::seriesOf(LoadedFile& file, const IcsEvent& event, bool mayShift) {
-    Series series{file, event, lengthOf(file, event), {}, {}, {}, {}, {}};
+    Series series{file, event, lengthOf(file, event), {}, {}, {}, {}, {}, {}, {}};
     ZoneClock& clock = event.start.kind == TimeKind::date ? m_userZone : clockOf(file, event.start);
     const std::int64_t shift = mayShift ? longestShift : 0;
     const std::int64_t reach = series.length.days * secondsPerDay + series.length.seconds;
@@ -512,12 +512,15 @@ const Expander::Readings& Expander::readingsOfWindow(const ZoneClock& clock) {
 void Expander::expandSeries(LoadedFile& file, const IcsEvent& event, const OverrideSet* overrides,
                             std::vector<Occurrence>& result) {
     Series series = seriesOf(file, event, overrides != nullptr && !overrides->future.empty());
-    bool hasRule = false;
+    const auto rules = file.ics.rules.cbegin() + event.firstRule;
+    const auto ruleCount = std::count_if(rules, rules + event.ruleCount, [](const RuleLine& rule) {
+        return rule.kind == RuleKind::rrule;
+    });
+    series.hasOneRule = ruleCount == 1;
     for (std::uint32_t i = 0; i < event.ruleCount; ++i) {
         const RuleLine& rule = file.ics.rules[event.firstRule + i];
         switch (rule.kind) {
         case RuleKind::rrule:
-            hasRule = true;
             for (const std::int64_t reading : ruleStarts(series, rule)) {
                 EventTime time = event.start;
                 time.reading = reading;
@@ -535,8 +538,10 @@ void Expander::expandSeries(LoadedFile& file, const IcsEvent& event, const Overr
             break;
         }
     }
-    if (!hasRule) {
+    if (ruleCount == 0 || series.reachesStart) {
         addStart(series, event.start, std::nullopt);
+    } else {
+        m_report(file, event.line, "its rules end before it starts; its start is left out");
     }
     if (overrides != nullptr) {
         excludeOverridden(series, *overrides);
@@ -590,14 +595,40 @@ void Expander::addStart(Series& series, const EventTime& time, std::optional<Len
 
 namespace {
 
-// Around a change of the clock the order of local times is not that of their instants.
-void endAtInstant(std::vector<std::int64_t>& readings, ZoneClock& clock, std::int64_t last) {
-    const std::int64_t surelyBefore = clock.reading(last) - marginSeconds;
-    const auto end = std::lower_bound(readings.begin(), readings.end(), surelyBefore);
-    readings.erase(std::remove_if(end, readings.end(),
-                                  [&](std::int64_t one) { return clock.instant(one) > last; }),
-                   readings.end());
-}
+// What UNTIL means for the local times of a rule: the last of them, and where it is in UTC the last
+// instant. Around a change of the clock the order of local times is not that of their instants.
+class RuleEnd {
+public:
+    RuleEnd(const TimeValue& until, bool wholeDays, ZoneClock& clock)
+        : m_clock(clock)
+        , m_lastLocalTime(civilSeconds(until.civil)) {
+        if (until.isDate) { // the whole of that day
+            m_lastLocalTime = (civilDays(until.civil) + 1) * secondsPerDay - 1;
+        }
+        if (until.isUtc && !wholeDays) {
+            m_lastInstant = m_lastLocalTime;
+            m_lastLocalTime = clock.reading(*m_lastInstant) + marginSeconds;
+        }
+    }
+    std::int64_t lastLocalTime() const { return m_lastLocalTime; }
+    bool admits(std::int64_t localTime) const {
+        return localTime <= m_lastLocalTime &&
+               (!m_lastInstant || m_clock.instant(localTime) <= *m_lastInstant);
+    }
+    // Of sorted ones.
+    void cut(std::vector<std::int64_t>& localTimes) const {
+        const auto doubtful = std::lower_bound(localTimes.begin(), localTimes.end(),
+                                               m_lastLocalTime - 2 * marginSeconds);
+        localTimes.erase(std::remove_if(doubtful, localTimes.end(),
+                                        [this](std::int64_t one) { return !admits(one); }),
+                         localTimes.end());
+    }
+
+private:
+    ZoneClock& m_clock;
+    std::int64_t m_lastLocalTime;
+    std::optional<std::int64_t> m_lastInstant;
+};
 
 } // namespace
 
@@ -611,27 +642,25 @@ std::vector<std::int64_t> Expander::ruleStarts(Series& series, const RuleLine& l
     };
     auto [rule, problem] = recurrence::readRecurrenceRule(text);
     const auto until = untilOf(text);
+    const bool isGiving = line.kind == RuleKind::rrule;
     if (!rule || (rule->hasUntil && !until)) {
         report(rule ? "its UNTIL cannot be used" : problem);
-        return line.kind == RuleKind::rrule ? std::vector{event.start.reading}
-                                            : std::vector<std::int64_t>();
+        series.reachesStart = series.reachesStart || isGiving;
+        return {};
     }
     recurrence::RecurrenceRequest request(*rule);
     request.start = event.start.reading;
     request.wholeDays = event.start.kind == TimeKind::date;
-    request.startCounts = line.kind == RuleKind::rrule;
+    request.startCounts = isGiving && series.hasOneRule;
     request.from = series.from;
     request.to = series.to;
-    if (until) {
-        request.until = civilSeconds(until->civil);
-        if (until->isDate) { // the whole of that day
-            request.until = (civilDays(until->civil) + 1) * secondsPerDay - 1;
-        }
+    const auto ruleEnd =
+        until ? std::optional(RuleEnd(*until, request.wholeDays, clock)) : std::nullopt;
+    if (ruleEnd) {
+        request.until = ruleEnd->lastLocalTime();
     }
-    const bool endsAtInstant = until && until->isUtc && !request.wholeDays;
-    const std::int64_t lastInstant = request.until.value_or(0);
-    if (endsAtInstant) {
-        request.until = clock.reading(lastInstant) + marginSeconds;
+    if (isGiving && (!ruleEnd || ruleEnd->admits(request.start))) {
+        series.reachesStart = true;
     }
     if (!request.wholeDays) {
         request.shown = [&clock](std::int64_t reading) { return clock.shown(reading); };
@@ -647,8 +676,8 @@ std::vector<std::int64_t> Expander::ruleStarts(Series& series, const RuleLine& l
     }
     recurrence::RecurrenceStarts starts = recurrence::expandRecurrence(request);
     m_cost.calendar.steps += starts.stepsSpent;
-    if (endsAtInstant) {
-        endAtInstant(starts.readings, clock, lastInstant);
+    if (ruleEnd) {
+        ruleEnd->cut(starts.readings);
     }
     if (!starts.problem.empty()) {
         report(starts.problem);

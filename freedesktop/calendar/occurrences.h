@@ -144,6 +144,8 @@ private:
         Length length;
         std::int64_t from = 0; // the readings that can meet the window
         std::int64_t to = 0;
+        bool hasOneRule = false;   // RRULE; of several, none counts a start that it does not give
+        bool reachesStart = false; // by a rule that does not end before it
         std::vector<Start> starts;
         std::set<std::int64_t> excludedInstants;
         std::set<std::int64_t> excludedDays;
