@@ -166,6 +166,18 @@ std::vector<bool> findContested(const Files& files, std::size_t count) {
     return isContested;
 }
 
+bool overrideTheSame(const EventReference& a, const EventReference& b) {
+    const EventTime& first = *a.event->recurrenceId;
+    const EventTime& second = *b.event->recurrenceId;
+    const auto zoneOf = [](const EventReference& one, const EventTime& time) {
+        return time.kind == TimeKind::zoned
+                   ? std::string_view(one.file->ics.zoneNames[time.zone].name)
+                   : std::string_view();
+    };
+    return first.reading == second.reading && first.kind == second.kind &&
+           zoneOf(a, first) == zoneOf(b, second);
+}
+
 void sortOverrides(OverrideSet& set) {
     std::reverse(set.all.begin(), set.all.end()); // of equals the last one is the newest
     std::stable_sort(
@@ -175,9 +187,9 @@ void sortOverrides(OverrideSet& set) {
             return first != second ? first < second : IcsFile::isNewer(*a.event, *b.event);
         });
     for (const EventReference& one : set.all) {
-        const bool isFirst =
-            set.future.empty() || overriddenReading(set.future.back()) != overriddenReading(one);
-        if (one.event->thisAndFuture && isFirst && set.future.size() < mostFutureOverrides) {
+        const bool isWanted = one.event->thisAndFuture &&
+                              (set.future.empty() || !overrideTheSame(set.future.back(), one));
+        if (isWanted && set.future.size() < mostFutureOverrides) {
             set.future.push_back(one);
         }
     }
@@ -490,9 +502,9 @@ std::int64_t readingNear(const ZoneClock& clock, std::int64_t instant, int direc
 } // namespace
 
 Expander::Series Expander::seriesOf(LoadedFile& file, const IcsEvent& event, bool mayShift) {
-    Series series{file, event, lengthOf(file, event), {}, {}, {}, {}, {}, {}, {}};
-    ZoneClock& clock = event.start.kind == TimeKind::date ? m_userZone : clockOf(file, event.start);
-    const std::int64_t shift = mayShift ? longestShift : 0;
+    ZoneClock& clock = clockOf(file, event.start);
+    Series series{file, event, clock, lengthOf(file, event), {}, {}, {}, {}, {}, {}, {}, {}};
+    const std::int64_t shift = mayShift ? longestShift + marginSeconds : 0;
     const std::int64_t reach = series.length.days * secondsPerDay + series.length.seconds;
     const Readings& readings = readingsOfWindow(clock);
     series.from = readings.from - reach - shift;
@@ -545,6 +557,7 @@ void Expander::expandSeries(LoadedFile& file, const IcsEvent& event, const Overr
     }
     if (overrides != nullptr) {
         excludeOverridden(series, *overrides);
+        addFutureOverrides(series, *overrides);
     }
     emitSeries(series, overrides, result);
 }
@@ -572,17 +585,18 @@ void Expander::emitSeries(Series& series, const OverrideSet* overrides,
         }
         const bool isOne = series.event.repeats || overrides != nullptr;
         const auto recurrence = isOne ? std::optional(start.instant) : std::nullopt;
-        const EventReference* from =
-            overrides == nullptr ? nullptr : overrideFrom(*overrides, start.instant);
+        const auto following = std::lower_bound(
+            series.futureOverrides.begin(), series.futureOverrides.end(), start.instant,
+            [](const FutureOverride& one, std::int64_t instant) { return one.instant < instant; });
         const std::size_t foundBefore = m_cost.calendar.found;
-        if (from == nullptr) {
+        if (following == series.futureOverrides.begin()) {
             emit(series.file, series.event, start.time, start.length.value_or(series.length),
                  recurrence, result);
-        } else if (!from->event->cancelled) {
-            const std::int64_t shift = from->event->start.reading - overriddenReading(*from);
-            EventTime time = from->event->start;
-            time.reading = start.time.reading + std::clamp(shift, -longestShift, longestShift);
-            emit(*from->file, *from->event, time, lengthOf(*from->file, *from->event), recurrence,
+        } else if (const FutureOverride& from = *std::prev(following);
+                   !from.reference.event->cancelled) {
+            LoadedFile& file = *from.reference.file;
+            const IcsEvent& event = *from.reference.event;
+            emit(file, event, movedStart(series, start, from), lengthOf(file, event), recurrence,
                  result);
         }
         m_cost.calendar.repeats += m_cost.calendar.found - foundBefore;
@@ -790,15 +804,19 @@ void Expander::excludeOverridden(Series& series, const OverrideSet& overrides) {
     const std::int64_t to = series.to + marginSeconds;
     for (auto it = firstOverrideFrom(overrides.all, from);
          it != overrides.all.end() && overriddenReading(*it) <= to; ++it) {
-        EventTime time = *it->event->recurrenceId;
-        if (time.kind == TimeKind::floating) { // many leave the zone out that the event has
-            time.kind = series.event.start.kind;
-            time.zone = series.event.start.zone;
-            exclude(series, series.file, time);
-        } else {
-            exclude(series, *it->file, time);
-        }
+        const bool isFloating = it->event->recurrenceId->kind == TimeKind::floating;
+        exclude(series, isFloating ? series.file : *it->file, overriddenTime(series, *it));
     }
+}
+
+// A floating one is the series': many leave the zone out that the event has.
+EventTime Expander::overriddenTime(const Series& series, const EventReference& reference) {
+    EventTime time = *reference.event->recurrenceId;
+    if (time.kind == TimeKind::floating) {
+        time.kind = series.event.start.kind;
+        time.zone = series.event.start.zone;
+    }
+    return time;
 }
 
 void Expander::exclude(Series& series, LoadedFile& file, EventTime time) {
@@ -809,15 +827,64 @@ void Expander::exclude(Series& series, LoadedFile& file, EventTime time) {
     }
 }
 
-// The last one that holds from an instant before this one on.
-const EventReference* Expander::overrideFrom(const OverrideSet& overrides, std::int64_t instant) {
-    const EventReference* result = nullptr;
+// ---- overrides that hold for what follows as well
+
+void Expander::addFutureOverrides(Series& series, const OverrideSet& overrides) {
+    auto& result = series.futureOverrides;
+    result.reserve(overrides.future.size());
     for (const EventReference& one : overrides.future) {
-        if (instantOf(*one.file, *one.event->recurrenceId) < instant) {
-            result = &one;
-        }
+        result.push_back(futureOverride(series, one));
     }
-    return result;
+    std::reverse(result.begin(), result.end()); // the newest of equals was first
+    std::stable_sort(result.begin(), result.end(),
+                     [](const FutureOverride& a, const FutureOverride& b) {
+                         return a.instant != b.instant
+                                    ? a.instant < b.instant
+                                    : IcsFile::isNewer(*b.reference.event, *a.reference.event);
+                     });
+}
+
+Expander::FutureOverride Expander::futureOverride(Series& series, const EventReference& reference) {
+    const EventTime time = overriddenTime(series, reference);
+    const EventTime& start = series.event.start;
+    const std::int64_t midnight = dayOf(time.reading) * secondsPerDay;
+    if (start.kind == TimeKind::date) {
+        return {reference, m_userZone.platformInstant(midnight), midnight};
+    }
+    if (time.kind == TimeKind::date) { // that day, at the event's time
+        const std::int64_t localTime =
+            midnight + start.reading - dayOf(start.reading) * secondsPerDay;
+        return {reference, series.clock.instant(localTime), localTime};
+    }
+    const bool isFloating = reference.event->recurrenceId->kind == TimeKind::floating;
+    ZoneClock& clock = isFloating ? series.clock : clockOf(*reference.file, time);
+    const std::int64_t instant = clock.instant(time.reading);
+    return {reference, instant,
+            &clock == &series.clock ? time.reading : series.clock.reading(instant)};
+}
+
+// Moved by as much as the override moves its own instance, in local time. An override in a named
+// zone takes what follows there; UTC is a way to write a time and no place, so that the series'
+// zone stays.
+EventTime Expander::movedStart(Series& series, const Start& start, const FutureOverride& future) {
+    const EventTime& from = series.event.start;
+    const bool isOfTheSeries = start.time.kind == from.kind && start.time.zone == from.zone;
+    const std::int64_t localTime =
+        isOfTheSeries ? start.time.reading : series.clock.reading(start.instant);
+    const auto movedTo = [&](std::int64_t target) {
+        return localTime + std::clamp(target - future.localTime, -longestShift, longestShift);
+    };
+    EventTime time = future.reference.event->start;
+    if (time.kind == TimeKind::date) {
+        const std::int64_t timeOfDay = future.localTime - dayOf(future.localTime) * secondsPerDay;
+        const std::int64_t movedDay = dayOf(movedTo(time.reading + timeOfDay));
+        time.reading = movedDay * secondsPerDay;
+    } else if (time.kind == TimeKind::utc && from.kind != TimeKind::date) {
+        time.reading = series.clock.instant(movedTo(series.clock.reading(time.reading)));
+    } else {
+        time.reading = movedTo(time.reading);
+    }
+    return time;
 }
 
 } // namespace quorvel::freedesktop::ics

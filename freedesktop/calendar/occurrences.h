@@ -138,15 +138,23 @@ private:
         std::int64_t instant = 0;
         std::optional<Length> length; // its own, of a period
     };
+    // An override that holds for what follows as well.
+    struct FutureOverride {
+        EventReference reference;
+        std::int64_t instant = 0;   // of the instance that it overrides
+        std::int64_t localTime = 0; // of that instance, by the series' clock
+    };
     struct Series {
         LoadedFile& file;
         const IcsEvent& event;
+        ZoneClock& clock; // of its start; the user's for days
         Length length;
         std::int64_t from = 0; // the readings that can meet the window
         std::int64_t to = 0;
         bool hasOneRule = false;   // RRULE; of several, none counts a start that it does not give
         bool reachesStart = false; // by a rule that does not end before it
         std::vector<Start> starts;
+        std::vector<FutureOverride> futureOverrides; // by instant, the newest of equals last
         std::set<std::int64_t> excludedInstants;
         std::set<std::int64_t> excludedDays;
     };
@@ -182,7 +190,10 @@ private:
     void excludeOverridden(Series& series, const OverrideSet& overrides);
     void exclude(Series& series, LoadedFile& file, EventTime time);
     EventTime listedTime(Series& series, const RuleLine& rule, const TimeValue& value);
-    const EventReference* overrideFrom(const OverrideSet& overrides, std::int64_t instant);
+    FutureOverride futureOverride(Series& series, const EventReference& reference);
+    void addFutureOverrides(Series& series, const OverrideSet& overrides);
+    EventTime movedStart(Series& series, const Start& start, const FutureOverride& future);
+    EventTime overriddenTime(const Series& series, const EventReference& reference);
 
     Window m_window;
     std::unordered_map<const ZoneClock*, Readings> m_readings; // of the window, and a little more
