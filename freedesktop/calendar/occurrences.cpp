@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <tuple>
 #include <utility>
 
 #include "freedesktop/calendar/content_lines.h"
@@ -20,8 +21,6 @@ constexpr std::int64_t marginSeconds = 2 * secondsPerDay;
 constexpr std::int64_t mostDays = 4000000;
 constexpr std::int64_t longestShift = 400 * secondsPerDay;
 constexpr std::size_t mostFutureOverrides = 100;
-constexpr std::size_t mostVersions = 100; // of one event, equally new
-constexpr int mostOverridesCompared = 200;
 constexpr std::size_t mostListedTimes = 100000;
 // The steps of all rules of a search until each gets few only.
 constexpr std::int64_t mostSteps = 4'000'000;
@@ -44,20 +43,6 @@ std::int64_t overriddenReading(const EventReference& reference) {
     return reference.event->recurrenceId->reading;
 }
 
-std::vector<EventReference>::const_iterator
-firstOverrideFrom(const std::vector<EventReference>& sorted, std::int64_t reading) {
-    return std::lower_bound(sorted.begin(), sorted.end(), reading,
-                            [](const EventReference& one, std::int64_t value) {
-                                return overriddenReading(one) < value;
-                            });
-}
-
-bool beginAlike(const EventReference& a, const EventReference& b) {
-    const EventTime& first = a.event->start;
-    const EventTime& second = b.event->start;
-    return first.reading == second.reading && first.kind == second.kind;
-}
-
 // Of its own calendar, else of another one in the file.
 std::shared_ptr<const TimeZone> definedZone(const std::vector<ZoneDefinition>& definitions,
                                             const ZoneName& name) {
@@ -78,53 +63,6 @@ std::shared_ptr<const TimeZone> definedZone(const std::vector<ZoneDefinition>& d
     return elsewhere;
 }
 
-// Of events with the same UID, which are no overrides, the newest versions.
-class Masters {
-public:
-    void add(const EventReference& reference) {
-        const auto [found, isFirst] =
-            m_versions.try_emplace(uidOf(reference), Versions{reference, {}});
-        Versions& versions = found->second;
-        if (isFirst || IcsFile::isNewer(*versions.one.event, *reference.event)) {
-            return;
-        }
-        if (IcsFile::isNewer(*reference.event, *versions.one.event)) {
-            versions = {reference, {}};
-        } else if (EventReference* same = findAlike(versions, reference)) {
-            *same = reference; // the later one in the files
-        } else if (versions.others.size() < mostVersions) {
-            versions.others.push_back(reference);
-        }
-    }
-    bool holds(const EventReference& reference) const {
-        const Versions& versions = m_versions.at(uidOf(reference));
-        const auto isIt = [&](const EventReference& one) { return one.event == reference.event; };
-        return isIt(versions.one) ||
-               std::any_of(versions.others.begin(), versions.others.end(), isIt);
-    }
-
-private:
-    struct Versions {
-        EventReference one;
-        std::vector<EventReference> others;
-    };
-
-    static std::string_view uidOf(const EventReference& reference) {
-        return reference.file->ics.slice(reference.event->uid);
-    }
-    static EventReference* findAlike(Versions& versions, const EventReference& reference) {
-        if (beginAlike(versions.one, reference)) {
-            return &versions.one;
-        }
-        const auto found =
-            std::find_if(versions.others.begin(), versions.others.end(),
-                         [&](const EventReference& other) { return beginAlike(other, reference); });
-        return found == versions.others.end() ? nullptr : &*found;
-    }
-
-    std::unordered_map<std::string_view, Versions> m_versions;
-};
-
 using Files = std::vector<std::shared_ptr<LoadedFile>>;
 
 // In the files' order, by the number of each among all events.
@@ -141,7 +79,7 @@ void forEachEvent(const Files& files, Use use) {
     }
 }
 
-// Which of the events, by their numbers, share a UID with another, or may do so: by the UIDs'
+// Which of the main events, by their numbers, share a UID with another, or may do so: by the UIDs'
 // hashes, as nearly all have one of their own.
 std::vector<bool> findContested(const Files& files, std::size_t count) {
     struct Key {
@@ -164,6 +102,56 @@ std::vector<bool> findContested(const Files& files, std::size_t count) {
         }
     }
     return isContested;
+}
+
+// Of the main events with one UID the newest version first, and of those that begin alike the last
+// one in the files.
+struct Version {
+    std::string_view uid;
+    const IcsEvent* event = nullptr;
+    std::uint32_t number = 0; // among all events
+
+    bool operator<(const Version& other) const {
+        if (uid != other.uid) {
+            return uid < other.uid;
+        }
+        if (IcsFile::isNewer(*event, *other.event) || IcsFile::isNewer(*other.event, *event)) {
+            return IcsFile::isNewer(*event, *other.event);
+        }
+        return std::tuple(event->start.reading, event->start.kind, other.number) <
+               std::tuple(other.event->start.reading, other.event->start.kind, number);
+    }
+    bool beginsLike(const Version& other) const {
+        return event->start.reading == other.event->start.reading &&
+               event->start.kind == other.event->start.kind;
+    }
+};
+
+// Which of the events, by their numbers, give way to another version of themselves.
+std::vector<bool> findSuperseded(const Files& files, std::size_t count) {
+    const std::vector<bool> isContested = findContested(files, count);
+    std::vector<Version> versions;
+    versions.reserve(
+        static_cast<std::size_t>(std::count(isContested.begin(), isContested.end(), true)));
+    forEachEvent(files, [&](std::uint32_t number, const EventReference& one, const EventEntry&) {
+        if (isContested[number]) {
+            versions.push_back({one.file->ics.slice(one.event->uid), one.event, number});
+        }
+    });
+    std::sort(versions.begin(), versions.end());
+    std::vector<bool> isSuperseded(count);
+    const Version* newest = nullptr; // of the same UID
+    const Version* before = nullptr;
+    for (const Version& one : versions) {
+        if (newest == nullptr || newest->uid != one.uid) {
+            newest = &one;
+        } else {
+            isSuperseded[one.number] =
+                IcsFile::isNewer(*newest->event, *one.event) || before->beginsLike(one);
+        }
+        before = &one;
+    }
+    return isSuperseded;
 }
 
 bool overrideTheSame(const EventReference& a, const EventReference& b) {
@@ -191,6 +179,8 @@ void sortOverrides(OverrideSet& set) {
                               (set.future.empty() || !overrideTheSame(set.future.back(), one));
         if (isWanted && set.future.size() < mostFutureOverrides) {
             set.future.push_back(one);
+        } else if (isWanted) {
+            set.hasMoreFuture = true;
         }
     }
 }
@@ -229,13 +219,10 @@ EventSet collectEvents(const std::vector<std::shared_ptr<LoadedFile>>& files) {
         count += file->ics.events.size();
     }
     EventSet result;
-    Masters masters;
-    const std::vector<bool> isContested = findContested(files, count);
-    forEachEvent(files, [&](std::uint32_t number, const EventReference& one, const EventEntry&) {
+    const std::vector<bool> isSuperseded = findSuperseded(files, count);
+    forEachEvent(files, [&](std::uint32_t, const EventReference& one, const EventEntry&) {
         if (one.event->recurrenceId) {
             result.overrides[one.file->ics.slice(one.event->uid)].all.push_back(one);
-        } else if (isContested[number]) {
-            masters.add(one);
         }
     });
     for (auto& [uid, set] : result.overrides) {
@@ -244,7 +231,7 @@ EventSet collectEvents(const std::vector<std::shared_ptr<LoadedFile>>& files) {
     result.entries.reserve(count);
     forEachEvent(files,
                  [&](std::uint32_t number, const EventReference& one, const EventEntry& entry) {
-                     if (isContested[number] && !masters.holds(one)) {
+                     if (isSuperseded[number]) {
                          return;
                      }
                      result.entries.push_back(entry);
@@ -313,28 +300,13 @@ void Expander::expand(const EventReference& reference, const Overrides& override
     }
 }
 
-// Readings of one instant in two zones lie less than two days apart.
+// Of those that override the same instant.
 bool Expander::isNewest(const EventReference& reference, const OverrideSet& set) {
     const std::int64_t instant = instantOf(*reference.file, *reference.event->recurrenceId);
-    const std::int64_t reading = overriddenReading(reference);
-    bool isAfterIt = false;
-    int compared = 0;
-    for (auto it = firstOverrideFrom(set.all, reading - marginSeconds);
-         it != set.all.end() && overriddenReading(*it) <= reading + marginSeconds &&
-         compared < mostOverridesCompared;
-         ++it, ++compared) {
-        if (it->event == reference.event) {
-            isAfterIt = true;
-        } else if (instantOf(*it->file, *it->event->recurrenceId) == instant &&
-                   (isAfterIt ? IcsFile::isNewer(*it->event, *reference.event)
-                              : !IcsFile::isNewer(*reference.event, *it->event))) {
-            return false;
-        }
-    }
-    return true;
+    return overridden(set).newest.at(instant) == reference.event;
 }
 
-// By the whole event: cancelled since, or without this instance since.
+// By the main event: cancelled since, or without this instance since.
 bool Expander::isTakenBack(const EventReference& reference, const OverrideSet& set) {
     const EventReference& master = set.master;
     if (master.event == nullptr) {
@@ -347,16 +319,54 @@ bool Expander::isTakenBack(const EventReference& reference, const OverrideSet& s
         return false;
     }
     const EventTime& time = *reference.event->recurrenceId;
-    Series series = seriesOf(*master.file, *master.event, false);
-    series.from = series.to = time.reading;
-    for (std::uint32_t i = 0; i < master.event->ruleCount; ++i) {
-        const RuleLine& rule = master.file->ics.rules[master.event->firstRule + i];
-        if (rule.kind == RuleKind::exdate) {
-            excludeDates(series, rule);
+    const Exceptions& exceptions = exceptionsOf(set);
+    return exceptions.instants.count(instantOf(*reference.file, time)) != 0 ||
+           exceptions.days.count(dayOf(time.reading)) != 0;
+}
+
+// Looked at once a search, however many overrides and versions of the main event there are.
+const Expander::Overridden& Expander::overridden(const OverrideSet& set) {
+    const auto [found, isNew] = m_overridden.try_emplace(&set);
+    Overridden& times = found->second;
+    if (!isNew) {
+        return times;
+    }
+    for (const EventReference& one : set.all) {
+        const EventTime& time = *one.event->recurrenceId;
+        const std::int64_t instant = instantOf(*one.file, time);
+        const IcsEvent*& newest = times.newest.try_emplace(instant, one.event).first->second;
+        if (IcsFile::isNewer(*one.event, *newest)) {
+            newest = one.event;
+        }
+        times.days.insert(dayOf(time.reading));
+        if (time.kind == TimeKind::date) {
+            times.dates.insert(dayOf(time.reading));
+        } else if (time.kind == TimeKind::floating) {
+            times.floating.insert(time.reading);
+        } else {
+            times.instants.insert(instant);
         }
     }
-    return series.excludedInstants.count(instantOf(*reference.file, time)) != 0 ||
-           series.excludedDays.count(dayOf(time.reading)) != 0;
+    return times;
+}
+
+// EXDATE of the main event.
+const Expander::Exceptions& Expander::exceptionsOf(const OverrideSet& set) {
+    const auto [found, isNew] = m_exceptions.try_emplace(&set);
+    if (isNew) {
+        const EventReference& master = set.master;
+        Series series = seriesOf(*master.file, *master.event, false);
+        series.from = std::numeric_limits<std::int64_t>::min() / 2;
+        series.to = std::numeric_limits<std::int64_t>::max() / 2;
+        for (std::uint32_t i = 0; i < master.event->ruleCount; ++i) {
+            const RuleLine& rule = master.file->ics.rules[master.event->firstRule + i];
+            if (rule.kind == RuleKind::exdate) {
+                excludeDates(series, rule);
+            }
+        }
+        found->second = std::move(series.exceptions);
+    }
+    return found->second;
 }
 
 // ---- times and zones
@@ -503,7 +513,7 @@ std::int64_t readingNear(const ZoneClock& clock, std::int64_t instant, int direc
 
 Expander::Series Expander::seriesOf(LoadedFile& file, const IcsEvent& event, bool mayShift) {
     ZoneClock& clock = clockOf(file, event.start);
-    Series series{file, event, clock, lengthOf(file, event), {}, {}, {}, {}, {}, {}, {}, {}};
+    Series series{file, event, clock, lengthOf(file, event), {}, {}, {}, {}, {}, {}, {}};
     const std::int64_t shift = mayShift ? longestShift + marginSeconds : 0;
     const std::int64_t reach = series.length.days * secondsPerDay + series.length.seconds;
     const Readings& readings = readingsOfWindow(clock);
@@ -556,7 +566,6 @@ void Expander::expandSeries(LoadedFile& file, const IcsEvent& event, const Overr
         m_report(file, event.line, "its rules end before it starts; its start is left out");
     }
     if (overrides != nullptr) {
-        excludeOverridden(series, *overrides);
         addFutureOverrides(series, *overrides);
     }
     emitSeries(series, overrides, result);
@@ -579,8 +588,9 @@ void Expander::emitSeries(Series& series, const OverrideSet* overrides,
         }
         const bool repeated = last != nullptr && last->instant == start.instant;
         last = &start;
-        if (repeated || series.excludedInstants.count(start.instant) != 0 ||
-            series.excludedDays.count(dayOf(start.time.reading)) != 0) {
+        if (repeated || series.exceptions.instants.count(start.instant) != 0 ||
+            series.exceptions.days.count(dayOf(start.time.reading)) != 0 ||
+            (overrides != nullptr && isOverridden(series, start, *overrides))) {
             continue;
         }
         const bool isOne = series.event.repeats || overrides != nullptr;
@@ -601,6 +611,21 @@ void Expander::emitSeries(Series& series, const OverrideSet* overrides,
         }
         m_cost.calendar.repeats += m_cost.calendar.found - foundBefore;
     }
+}
+
+bool Expander::isOverridden(Series& series, const Start& start, const OverrideSet& overrides) {
+    const Overridden& times = overridden(overrides);
+    const std::int64_t day = dayOf(start.time.reading);
+    if (series.event.start.kind == TimeKind::date) {
+        return times.days.count(day) != 0;
+    }
+    const auto isFloating = [&](std::int64_t localTime) { // for the series' clock
+        return times.floating.count(localTime) != 0 &&
+               series.clock.instant(localTime) == start.instant;
+    };
+    return times.dates.count(day) != 0 || times.instants.count(start.instant) != 0 ||
+           (!times.floating.empty() &&
+            (isFloating(start.time.reading) || isFloating(series.clock.reading(start.instant))));
 }
 
 void Expander::addStart(Series& series, const EventTime& time, std::optional<Length> length) {
@@ -767,7 +792,13 @@ void Expander::addDates(Series& series, const RuleLine& rule) {
         const std::int64_t reading = time.reading;
         const bool mayMeet =
             length || (reading >= from - marginSeconds && reading <= to + marginSeconds);
-        if (mayMeet && series.starts.size() < mostListedTimes) {
+        if (mayMeet && series.starts.size() >= mostListedTimes) {
+            m_report(series.file, rule.line,
+                     "more than " + std::to_string(mostListedTimes) +
+                         " of its dates lie around the time searched; the others are left out");
+            return;
+        }
+        if (mayMeet) {
             addStart(series, time, length);
         }
     }
@@ -799,16 +830,6 @@ void Expander::excludeRule(Series& series, const RuleLine& rule) {
     }
 }
 
-void Expander::excludeOverridden(Series& series, const OverrideSet& overrides) {
-    const std::int64_t from = series.from - marginSeconds;
-    const std::int64_t to = series.to + marginSeconds;
-    for (auto it = firstOverrideFrom(overrides.all, from);
-         it != overrides.all.end() && overriddenReading(*it) <= to; ++it) {
-        const bool isFloating = it->event->recurrenceId->kind == TimeKind::floating;
-        exclude(series, isFloating ? series.file : *it->file, overriddenTime(series, *it));
-    }
-}
-
 // A floating one is the series': many leave the zone out that the event has.
 EventTime Expander::overriddenTime(const Series& series, const EventReference& reference) {
     EventTime time = *reference.event->recurrenceId;
@@ -821,15 +842,21 @@ EventTime Expander::overriddenTime(const Series& series, const EventReference& r
 
 void Expander::exclude(Series& series, LoadedFile& file, EventTime time) {
     if (time.kind == TimeKind::date || series.event.start.kind == TimeKind::date) {
-        series.excludedDays.insert(dayOf(time.reading));
+        series.exceptions.days.insert(dayOf(time.reading));
     } else {
-        series.excludedInstants.insert(instantOf(file, time));
+        series.exceptions.instants.insert(instantOf(file, time));
     }
 }
 
 // ---- overrides that hold for what follows as well
 
 void Expander::addFutureOverrides(Series& series, const OverrideSet& overrides) {
+    if (overrides.hasMoreFuture) {
+        m_report(
+            series.file, series.event.line,
+            "more than " + std::to_string(mostFutureOverrides) +
+                " of its overrides hold for what follows; the later ones are left out of that");
+    }
     auto& result = series.futureOverrides;
     result.reserve(overrides.future.size());
     for (const EventReference& one : overrides.future) {

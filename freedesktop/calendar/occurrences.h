@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -45,6 +46,7 @@ struct EventReference {
 struct OverrideSet {
     std::vector<EventReference> all;
     std::vector<EventReference> future; // those of them that hold for what follows as well
+    bool hasMoreFuture = false;         // than future holds
     EventReference master;              // the newest version of the whole event; may be absent
 };
 
@@ -112,8 +114,8 @@ struct SearchCost {
     bool allows(const CalendarCost& known) const;
 };
 
-// Expands one event after the other for one search. The cost, the clocks, the report and the files
-// must outlive it.
+// Expands one event after the other for one search. The cost, the clocks, the report, the files and
+// the overrides must outlive it.
 class Expander {
 public:
     Expander(Window window, ZoneClock& userZone, ZoneNames& names, const ReportExpansion& report,
@@ -138,6 +140,19 @@ private:
         std::int64_t instant = 0;
         std::optional<Length> length; // its own, of a period
     };
+    // What takes instances away.
+    struct Exceptions {
+        std::set<std::int64_t> instants;
+        std::set<std::int64_t> days;
+    };
+    // What the overrides of one UID take the place of, by the form of their RECURRENCE-ID.
+    struct Overridden {
+        std::set<std::int64_t> instants;
+        std::set<std::int64_t> floating;                // local times; they are the series' own
+        std::set<std::int64_t> dates;                   // days of those that are dates
+        std::set<std::int64_t> days;                    // of all
+        std::map<std::int64_t, const IcsEvent*> newest; // override of each instant
+    };
     // An override that holds for what follows as well.
     struct FutureOverride {
         EventReference reference;
@@ -155,8 +170,7 @@ private:
         bool reachesStart = false; // by a rule that does not end before it
         std::vector<Start> starts;
         std::vector<FutureOverride> futureOverrides; // by instant, the newest of equals last
-        std::set<std::int64_t> excludedInstants;
-        std::set<std::int64_t> excludedDays;
+        Exceptions exceptions;
     };
 
     struct Readings {
@@ -170,6 +184,8 @@ private:
     ZoneClock& floatingClock(LoadedFile& file, std::uint32_t calendar);
     bool isNewest(const EventReference& reference, const OverrideSet& set);
     bool isTakenBack(const EventReference& reference, const OverrideSet& set);
+    const Overridden& overridden(const OverrideSet& set);
+    const Exceptions& exceptionsOf(const OverrideSet& set);
     std::shared_ptr<ZoneClock> findZone(LoadedFile& file, const ZoneName& name, std::size_t line);
     std::int64_t instantOf(LoadedFile& file, const EventTime& time);
     std::int64_t endOf(LoadedFile& file, const EventTime& start, std::int64_t startInstant,
@@ -187,7 +203,7 @@ private:
     void addDates(Series& series, const RuleLine& rule);
     void excludeDates(Series& series, const RuleLine& rule);
     void excludeRule(Series& series, const RuleLine& rule);
-    void excludeOverridden(Series& series, const OverrideSet& overrides);
+    bool isOverridden(Series& series, const Start& start, const OverrideSet& overrides);
     void exclude(Series& series, LoadedFile& file, EventTime time);
     EventTime listedTime(Series& series, const RuleLine& rule, const TimeValue& value);
     FutureOverride futureOverride(Series& series, const EventReference& reference);
@@ -197,6 +213,8 @@ private:
 
     Window m_window;
     std::unordered_map<const ZoneClock*, Readings> m_readings; // of the window, and a little more
+    std::unordered_map<const OverrideSet*, Overridden> m_overridden;
+    std::unordered_map<const OverrideSet*, Exceptions> m_exceptions; // of the main events
     std::int64_t m_firstDay = 0;
     std::int64_t m_lastDay = 0;
     ZoneClock& m_userZone;

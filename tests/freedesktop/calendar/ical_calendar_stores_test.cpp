@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include <chrono>
+#include <ctime>
 
 namespace quorvel::freedesktop {
 namespace {
@@ -421,6 +422,114 @@ TEST_F(IcalStore, NarrowSearchesAgreeWithAWideOne) {
         }
         EXPECT_EQ(narrow, expected) << hours;
     }
+}
+
+// ---- many events of one UID
+
+// A moment so many seconds into March 2026, as an iCalendar writes it in UTC.
+std::string momentText(int seconds) {
+    const CivilTime time =
+        ics::civilFromSeconds(ics::civilSeconds({2026, 3, 1, 0, 0, 0}) + seconds);
+    char text[24];
+    std::snprintf(text, sizeof text, "%04d%02d%02dT%02d%02d%02dZ", time.year, time.month, time.day,
+                  time.hour, time.minute, time.second);
+    return text;
+}
+
+// Lines of a thousand moments each, a second apart.
+std::string momentLines(const std::string& property, int count) {
+    std::string text;
+    for (int i = 0; i < count; ++i) {
+        text += (i % 1000 == 0 ? "|" + property + ":" : ",") + momentText(i);
+    }
+    return text;
+}
+
+double processorSeconds() {
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+constexpr double mostSeconds = 20; // with sanitizers; quadratic time would be minutes
+
+TEST_F(IcalStore, ShowsEveryEventOfOneUidThatIsEquallyNew) {
+    std::string text;
+    for (int i = 0; i < 300; ++i) {
+        text += eventText("UID:1|DTSTART:" + momentText(i * 3600));
+    }
+    useText(text);
+    EXPECT_EQ(events("20260301", "20260320").size(), 300U);
+    EXPECT_EQ(problems, "");
+}
+
+TEST_F(IcalStore, ManyEventsOfOneUidTakeNoQuadraticTime) {
+    std::string text;
+    for (int i = 0; i < 100'000; ++i) {
+        text += eventText("UID:1|DTSTART:" + momentText(i * 3600));
+    }
+    const double before = processorSeconds();
+    useText(text);
+    EXPECT_EQ(events("20260309T120000Z", "20260310T113000Z").size(), 24U);
+    EXPECT_LT(processorSeconds() - before, mostSeconds);
+}
+
+TEST_F(IcalStore, ManyOverriddenEventsOfOneUidTakeNoQuadraticTime) {
+    std::string text;
+    for (int i = 0; i < 20'000; ++i) {
+        const std::string time = momentText(i);
+        text += eventText("UID:1|SUMMARY:e|DTSTART:" + time) +
+                eventText("UID:1|SUMMARY:o|RECURRENCE-ID:" + time + "|DTSTART:" + time);
+    }
+    const double before = processorSeconds();
+    useText(text);
+    const auto all = events("20260301", "20260302");
+    EXPECT_EQ(std::count_if(all.begin(), all.end(),
+                            [](const auto& event) { return event->title == "o"; }),
+              20'000);
+    EXPECT_EQ(all.size(), 20'000U);
+    EXPECT_LT(processorSeconds() - before, mostSeconds);
+}
+
+TEST_F(IcalStore, ManyOverridesOfOneInstanceTakeNoQuadraticTime) {
+    std::string text = eventText("UID:1|SUMMARY:e|DTSTART:20260310T090000Z");
+    for (int i = 0; i < 20'000; ++i) {
+        text += eventText("UID:1|SUMMARY:" + std::to_string(i) +
+                          "|RECURRENCE-ID:20260310T090000Z|DTSTART:20260310T100000Z");
+    }
+    const double before = processorSeconds();
+    useText(text);
+    EXPECT_EQ(found("20260310", "20260311"), "19999 20260310T110000-20260310T110000\n");
+    EXPECT_LT(processorSeconds() - before, mostSeconds);
+}
+
+TEST_F(IcalStore, ManyExceptionsOfManyOldOverridesTakeNoQuadraticTime) {
+    std::string text = eventText("UID:1|SEQUENCE:1|SUMMARY:e|DTSTART:20260310T090000Z" +
+                                 momentLines("EXDATE", 20'000));
+    for (int i = 0; i < 20'000; ++i) {
+        text += eventText("UID:1|SUMMARY:o|RECURRENCE-ID:" + momentText(i) +
+                          "|DTSTART:20260310T100000Z");
+    }
+    const double before = processorSeconds();
+    useText(text);
+    EXPECT_EQ(found("20260310", "20260311"), "e 20260310T100000-20260310T100000\n");
+    EXPECT_LT(processorSeconds() - before, mostSeconds);
+}
+
+TEST_F(IcalStore, NamesTheLimitOfOverridesThatHoldForWhatFollows) {
+    std::string text = eventText("UID:1|SUMMARY:e|DTSTART:20260301T000000Z|RRULE:FREQ=HOURLY");
+    for (int i = 0; i < 101; ++i) {
+        const std::string time = momentText(i * 3600);
+        text += eventText("UID:1|RECURRENCE-ID;RANGE=THISANDFUTURE:" + time + "|DTSTART:" + time);
+    }
+    useText(text);
+    events("20260301", "20260302");
+    EXPECT_EQ(problems, "test:3: more than 100 of its overrides hold for what follows; the later "
+                        "ones are left out of that\n");
+}
+
+TEST_F(IcalStore, NamesTheLimitOfListedDates) {
+    useText(eventText("UID:1|SUMMARY:e|DTSTART:20260301T000000Z" + momentLines("RDATE", 100'001)));
+    events("20260301", "20260302");
+    EXPECT_NE(problems.find("more than 100000 of its dates"), std::string::npos) << problems;
 }
 
 } // namespace
