@@ -41,7 +41,7 @@ struct CalendarFile {
 enum class FileKind { calendar, metadata };
 
 struct ReadContext {
-    std::function<bool(std::string_view)> zoneIsKnown; // from any thread
+    std::function<bool(std::string_view)> zoneIsKnown; // exactly; from any thread
     std::function<std::int64_t()> fileClock;           // likewise; nanoseconds since 1970
     const std::atomic<bool>* isCancelled = nullptr;    // nobody wants to know any longer
     // In memory. A file that takes more is left out.

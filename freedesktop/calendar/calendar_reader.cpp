@@ -117,8 +117,7 @@ bool isMuch(const std::vector<UnreadFile>& files) {
 } // namespace
 
 CalendarReader::CalendarReader()
-    : m_context{[this](std::string_view name) { return isZoneKnown(name); }, fileClock,
-                &m_isCancelled} {}
+    : m_context{TimeZone::isExactName, fileClock, &m_isCancelled} {}
 
 CalendarReader::~CalendarReader() {
     m_expanded.clear();
@@ -148,12 +147,6 @@ void CalendarReader::setIndex(std::unique_ptr<CalendarIndex> index) {
 
 void CalendarReader::setFileClock(std::function<std::int64_t()> clock) {
     m_context.fileClock = std::move(clock);
-}
-
-// Files are read by more than one thread.
-bool CalendarReader::isZoneKnown(std::string_view name) {
-    const std::lock_guard lock(m_zonesMutex);
-    return m_zones.named(name) != nullptr;
 }
 
 // ---- snapshots

@@ -6,7 +6,6 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -63,7 +62,6 @@ public:
     void load();
 
 private:
-    bool isZoneKnown(std::string_view name); // from any thread
     Signature look();
     std::shared_ptr<StoreSnapshot> keptSnapshot(const Signature& seen);
     std::shared_ptr<StoreSnapshot> read(const Signature& seen);
@@ -89,7 +87,6 @@ private:
         m_known; // those that were asked for before stay, with what was read
     std::vector<CalendarFiles*> m_current;
     bool m_isAllOnDisk = true; // no text in memory among the current ones
-    std::mutex m_zonesMutex;
     ZoneNames m_zones;
     std::atomic<bool> m_isCancelled = false;
     ReadContext m_context;

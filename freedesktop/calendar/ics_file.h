@@ -128,7 +128,7 @@ struct IcsFile {
     std::vector<IcsEvent> events;
     std::vector<RuleLine> rules;
     std::vector<ZoneName> zoneNames;
-    std::vector<ZoneDefinition> zones;       // only those with a name known nowhere else
+    std::vector<ZoneDefinition> zones;       // only those whose exact name is known nowhere else
     std::vector<FloatingZone> floatingZones; // by calendar, of those that name one
     std::optional<std::string> calendarName;
     std::optional<std::string> calendarColour;
@@ -152,7 +152,7 @@ struct IcsFile {
 };
 
 // Reads a text that comes in pieces, of UTF-8, or of UTF-16 where it begins with the mark of that.
-// Never fails: what cannot be read is left out and named. Zones whose name is known need no
+// Never fails: what cannot be read is left out and named. Zones whose exact name is known need no
 // definition, and theirs is passed over.
 class IcsFileReader {
 public:

@@ -373,11 +373,12 @@ const Expander::Exceptions& Expander::exceptionsOf(const OverrideSet& set) {
 
 std::shared_ptr<ZoneClock> Expander::findZone(LoadedFile& file, const ZoneName& name,
                                               std::size_t line) {
+    const bool isExact = TimeZone::isExactName(name.name);
+    if (auto zone = isExact ? nullptr : definedZone(file.ics.zones, name)) {
+        return std::make_shared<ZoneClock>(std::move(zone));
+    }
     if (auto known = m_names.named(name.name)) {
         return known;
-    }
-    if (auto zone = definedZone(file.ics.zones, name)) {
-        return std::make_shared<ZoneClock>(std::move(zone));
     }
     const std::string shown = "the time zone \"" + validUtf8(name.name.substr(0, 60)) + "\" is ";
     if (auto zone = TimeZone::ofStatedOffset(name.name)) {

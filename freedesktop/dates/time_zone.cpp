@@ -166,13 +166,20 @@ const NameTable& nameTable() {
     return table;
 }
 
-std::optional<std::string> ianaName(std::string_view name) {
+struct KnownName {
+    std::string name;    // ICU's
+    bool isExact = true; // false: it was asked for in another case
+};
+
+std::optional<KnownName> ianaName(std::string_view name) {
     const NameTable& table = nameTable();
     const auto found = table.find(lowerCase(name));
-    return found == table.end() ? std::nullopt : std::optional(found->second);
+    return found == table.end() ? std::nullopt
+                                : std::optional(KnownName{found->second, found->second == name});
 }
 
-std::optional<std::string> nameFromWindows(std::string_view name) {
+// ICU minds the case of these.
+std::optional<KnownName> nameFromWindows(std::string_view name) {
     if (name.find('/') != std::string_view::npos) {
         return std::nullopt; // a resource path to ICU
     }
@@ -184,12 +191,13 @@ std::optional<std::string> nameFromWindows(std::string_view name) {
     if (U_FAILURE(status) || id.isEmpty()) {
         return std::nullopt;
     }
-    std::string result;
-    return id.toUTF8String(result);
+    KnownName result;
+    id.toUTF8String(result.name);
+    return result;
 }
 
 // "/mozilla.org/20050126_1/Europe/Berlin": what follows the prefix is the longest known end.
-std::optional<std::string> nameBehindPrefix(std::string_view name) {
+std::optional<KnownName> nameBehindPrefix(std::string_view name) {
     if (name.substr(0, 1) != "/" && name.find("://") == std::string_view::npos) {
         return std::nullopt;
     }
@@ -263,9 +271,9 @@ std::string nameOf(const FixedOffset& offset) {
            twoDigits(offset.minutes);
 }
 
-std::optional<std::string> knownName(std::string_view name) {
+std::optional<KnownName> knownName(std::string_view name) {
     if (const auto zone = zoneOfDisplayName(name)) {
-        return std::string(*zone);
+        return KnownName{std::string(*zone), true};
     }
     if (name.size() > longestName || !std::all_of(name.begin(), name.end(), mayStandInName)) {
         return std::nullopt;
@@ -281,7 +289,7 @@ std::optional<std::string> knownName(std::string_view name) {
         return known;
     }
     if (const auto offset = fixedOffset(asked)) {
-        return nameOf(*offset);
+        return KnownName{nameOf(*offset), asked.substr(0, 3) != lowerCase(asked.substr(0, 3))};
     }
     return nameBehindPrefix(asked);
 }
@@ -304,11 +312,12 @@ SharedZone openZone(std::string_view name) {
         const bool hasRegion = asked.find('/') != std::string_view::npos;
         return hasRegion ? makeSystemTimeZone(std::string(asked)) : nullptr;
     }
-    if (SharedZone zone = makeSystemTimeZone(*known)) {
+    if (SharedZone zone = makeSystemTimeZone(known->name)) {
         return zone;
     }
-    icu::TimeZone* const zone = icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(*known));
-    return wrapped(zone, std::move(*known));
+    icu::TimeZone* const zone =
+        icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(known->name));
+    return wrapped(zone, std::move(known->name));
 }
 
 } // namespace
@@ -330,6 +339,11 @@ std::shared_ptr<const TimeZone> TimeZone::named(std::string_view name) {
 std::shared_ptr<const TimeZone> TimeZone::ofStatedOffset(std::string_view displayName) {
     const auto minutes = statedOffset(displayName);
     return minutes ? named(nameOf(fixedOffset(*minutes))) : nullptr;
+}
+
+bool TimeZone::isExactName(std::string_view name) {
+    const auto known = knownName(name);
+    return known ? known->isExact : named(name) != nullptr;
 }
 
 std::shared_ptr<const TimeZone> TimeZone::utc() {

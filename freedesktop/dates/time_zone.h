@@ -33,6 +33,8 @@ public:
     static std::shared_ptr<const TimeZone> named(std::string_view name);
     // The fixed offset that a name begins with which Windows could show; null without one.
     static std::shared_ptr<const TimeZone> ofStatedOffset(std::string_view displayName);
+    // Whether the name is known as it is written, and not only in another case. From any thread.
+    static bool isExactName(std::string_view name);
     static std::shared_ptr<const TimeZone> utc();
     static std::shared_ptr<const TimeZone> host(); // the machine's own, read afresh
 

@@ -81,6 +81,23 @@ TEST(TimeZone, MayBeAFixedOffset) {
     }
 }
 
+TEST(TimeZone, KnowsANameInAnotherCaseFromTheExactOne) {
+    for (const char* name : {"Europe/Berlin", "US/Eastern", "EST5EDT", "CET", "UTC", "GMT+5:30",
+                             "UTC-3", "W. Europe Standard Time", "/example.org/1/Europe/Berlin",
+                             "/example.org/W. Europe Standard Time", " Europe/Madrid "}) {
+        EXPECT_TRUE(TimeZone::isExactName(name)) << name;
+    }
+    for (const char* name : {"europe/berlin", "EST5edt", "cet", "Utc", "gmt+5:30",
+                             "/example.org/1/europe/berlin", "tzone://Microsoft/Utc"}) {
+        EXPECT_FALSE(TimeZone::isExactName(name)) << name;
+        EXPECT_NE(TimeZone::named(name), nullptr) << name;
+    }
+    for (const char* name : {"", "Custom", "w. europe standard time", "Europe/Atlantis"}) {
+        EXPECT_FALSE(TimeZone::isExactName(name)) << name;
+        EXPECT_EQ(TimeZone::named(name), nullptr) << name;
+    }
+}
+
 TEST(TimeZone, UnknownNamesAreRefused) {
     for (const char* name :
          {"", " ", "/", "Europe/Atlantis", "../../etc/passwd", "/../../../etc/localtime", "CST",
