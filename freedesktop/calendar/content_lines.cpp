@@ -266,7 +266,9 @@ std::optional<std::string_view> parameterValues(std::string_view parameters,
     return std::nullopt;
 }
 
-std::string_view withoutQuotes(std::string_view value) {
+// Without its quotes.
+std::string_view firstValue(std::string_view values) {
+    const std::string_view value = values.substr(0, findUnquoted(values, ','));
     const bool isQuoted = value.size() >= 2 && value.front() == '"' && value.back() == '"';
     return isQuoted ? value.substr(1, value.size() - 2) : value;
 }
@@ -275,18 +277,13 @@ std::string_view withoutQuotes(std::string_view value) {
 
 std::optional<std::string_view> parameterValue(std::string_view parameters, std::string_view name) {
     const auto values = parameterValues(parameters, name);
-    if (!values) {
-        return std::nullopt;
-    }
-    return withoutQuotes(values->substr(0, findUnquoted(*values, ',')));
+    return values ? std::optional(firstValue(*values)) : std::nullopt;
 }
 
 std::optional<std::string_view> zoneParameter(std::string_view parameters) {
     const auto values = parameterValues(parameters, "TZID");
-    if (!values || values->substr(0, 1) != "(") {
-        return parameterValue(parameters, "TZID");
-    }
-    return values;
+    const bool isDisplayed = values && !values->empty() && values->front() == '(';
+    return values && !isDisplayed ? std::optional(firstValue(*values)) : values;
 }
 
 } // namespace quorvel::freedesktop::ics

@@ -273,13 +273,17 @@ private:
     }
 
     void readLine() {
-        if (m_quotedLine != 0 && continueQuotedLine()) {
-            return;
+        const bool mayBeQuoted =
+            m_quotedLine != 0 || (!m_raw.text.empty() && m_raw.text.back() == '=');
+        if (!mayBeQuoted || !isPartOfQuotedLine()) {
+            readWholeLine();
         }
-        if (m_raw.text.empty() || (m_raw.text.back() == '=' && beginQuotedLine())) {
-            return;
-        }
-        readWholeLine();
+    }
+
+    bool isPartOfQuotedLine() {
+        const bool isContinued = m_quotedLine != 0 && continueQuotedLine();
+        return isContinued ||
+               (!m_raw.text.empty() && m_raw.text.back() == '=' && beginQuotedLine());
     }
 
     // Quoted-printable goes on in the next line behind an equals sign at the end, whatever that
@@ -323,6 +327,9 @@ private:
     }
 
     void readWholeLine() {
+        if (m_raw.text.empty()) {
+            return;
+        }
         std::string_view text = m_raw.text;
         if (!m_raw.folded && !propertyTable.isOfInterest(text) && text.front() != ':' &&
             text.front() != ';' && text.find(':') != std::string_view::npos) {

@@ -129,6 +129,17 @@ std::string_view trimmed(std::string_view text) {
     return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
+namespace {
+
+// Of 24:00:00; false for a later time, and where that day has no next one.
+bool makeNextMidnight(CivilTime& time) {
+    const bool isMidnight = time.minute == 0 && time.second == 0;
+    time = civilFromSeconds(civilSeconds(time));
+    return isMidnight && time.year <= lastYear;
+}
+
+} // namespace
+
 std::optional<TimeValue> readTime(std::string_view text) {
     text = trimmed(text);
     const int year = number<4>(text, 0);
@@ -147,20 +158,15 @@ std::optional<TimeValue> readTime(std::string_view text) {
     const int minute = number<2>(text, 11);
     const int second = number<2>(text, 13);
     const bool separated = text[8] == 'T' || text[8] == 't';
-    const bool endsDay = hour == 24 && minute == 0 && second == 0;
-    if (!separated || hour < 0 || minute < 0 || second < 0 || (hour > 23 && !endsDay) ||
-        minute > 59 || second > 60) {
+    if (!separated || hour < 0 || minute < 0 || second < 0 || hour > 24 || minute > 59 ||
+        second > 60) {
         return std::nullopt;
     }
-    if (endsDay) {
-        result.civil = civilFromSeconds(civilSeconds(result.civil) + secondsPerDay);
-        if (result.civil.year > lastYear) {
-            return std::nullopt;
-        }
-    } else {
-        result.civil.hour = hour;
-        result.civil.minute = minute;
-        result.civil.second = std::min(second, 59); // a leap second
+    result.civil.hour = hour;
+    result.civil.minute = minute;
+    result.civil.second = std::min(second, 59); // a leap second
+    if (hour == 24 && !makeNextMidnight(result.civil)) {
+        return std::nullopt;
     }
     if (text.size() == 16 && (text[15] == 'Z' || text[15] == 'z')) {
         result.isUtc = true;
