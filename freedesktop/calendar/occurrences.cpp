@@ -635,30 +635,36 @@ void Expander::addStart(Series& series, const EventTime& time, std::optional<Len
 
 namespace {
 
-// What UNTIL means for the local times of a rule: the last of them, and where it is in UTC the last
-// instant. Around a change of the clock the order of local times is not that of their instants.
+// What UNTIL, which may be absent, means for the local times of a rule: the last of them, and where
+// it is in UTC the last instant. Around a change of the clock the two orders differ.
 class RuleEnd {
 public:
-    RuleEnd(const TimeValue& until, bool wholeDays, ZoneClock& clock)
-        : m_clock(clock)
-        , m_lastLocalTime(civilSeconds(until.civil)) {
-        if (until.isDate) { // the whole of that day
-            m_lastLocalTime = (civilDays(until.civil) + 1) * secondsPerDay - 1;
+    RuleEnd(const std::optional<TimeValue>& until, bool wholeDays, ZoneClock& clock)
+        : m_clock(clock) {
+        if (!until) {
+            return;
         }
-        if (until.isUtc && !wholeDays) {
+        m_lastLocalTime = civilSeconds(until->civil);
+        if (until->isDate) { // the whole of that day
+            m_lastLocalTime = (civilDays(until->civil) + 1) * secondsPerDay - 1;
+        }
+        if (until->isUtc && !wholeDays) {
             m_lastInstant = m_lastLocalTime;
             m_lastLocalTime = clock.reading(*m_lastInstant) + marginSeconds;
         }
     }
-    std::int64_t lastLocalTime() const { return m_lastLocalTime; }
+    const std::optional<std::int64_t>& lastLocalTime() const { return m_lastLocalTime; }
     bool admits(std::int64_t localTime) const {
-        return localTime <= m_lastLocalTime &&
+        return (!m_lastLocalTime || localTime <= *m_lastLocalTime) &&
                (!m_lastInstant || m_clock.instant(localTime) <= *m_lastInstant);
     }
     // Of sorted ones.
     void cut(std::vector<std::int64_t>& localTimes) const {
+        if (!m_lastLocalTime) {
+            return;
+        }
         const auto doubtful = std::lower_bound(localTimes.begin(), localTimes.end(),
-                                               m_lastLocalTime - 2 * marginSeconds);
+                                               *m_lastLocalTime - 2 * marginSeconds);
         localTimes.erase(std::remove_if(doubtful, localTimes.end(),
                                         [this](std::int64_t one) { return !admits(one); }),
                          localTimes.end());
@@ -666,7 +672,7 @@ public:
 
 private:
     ZoneClock& m_clock;
-    std::int64_t m_lastLocalTime;
+    std::optional<std::int64_t> m_lastLocalTime;
     std::optional<std::int64_t> m_lastInstant;
 };
 
@@ -694,12 +700,9 @@ std::vector<std::int64_t> Expander::ruleStarts(Series& series, const RuleLine& l
     request.startCounts = isGiving && series.hasOneRule;
     request.from = series.from;
     request.to = series.to;
-    const auto ruleEnd =
-        until ? std::optional(RuleEnd(*until, request.wholeDays, clock)) : std::nullopt;
-    if (ruleEnd) {
-        request.until = ruleEnd->lastLocalTime();
-    }
-    if (isGiving && (!ruleEnd || ruleEnd->admits(request.start))) {
+    const RuleEnd ruleEnd(until, request.wholeDays, clock);
+    request.until = ruleEnd.lastLocalTime();
+    if (isGiving && ruleEnd.admits(request.start)) {
         series.reachesStart = true;
     }
     if (!request.wholeDays) {
@@ -716,9 +719,7 @@ std::vector<std::int64_t> Expander::ruleStarts(Series& series, const RuleLine& l
     }
     recurrence::RecurrenceStarts starts = recurrence::expandRecurrence(request);
     m_cost.calendar.steps += starts.stepsSpent;
-    if (ruleEnd) {
-        ruleEnd->cut(starts.readings);
-    }
+    ruleEnd.cut(starts.readings);
     if (!starts.problem.empty()) {
         report(starts.problem);
     }
