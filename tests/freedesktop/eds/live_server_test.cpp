@@ -50,7 +50,7 @@ protected:
         presenter->presented({});
     }
     bool isShown(const std::vector<std::string>& expected) {
-        return runUntil([&] { return titles == expected; }, 3);
+        return runUntil([&] { return titles == expected; }, 20);
     }
 
     std::unique_ptr<FreedesktopPlatform> platform;
