@@ -1,5 +1,6 @@
 #include "agenda/row_cell.h"
 
+#include "cell/row_metrics.h"
 #include "platform/ui/ui_image_view.h"
 #include "platform/ui/ui_label.h"
 
@@ -8,8 +9,6 @@ namespace quorvel {
 using namespace platform;
 
 namespace {
-
-constexpr CGRect iconFrame = CGRectMake(13, 10, 20, 20);
 
 void addScrollView(QVL_UITableViewCell& cell, const std::shared_ptr<UIScrollViewDelegate>& delegate,
                    bool draggable) {
@@ -32,7 +31,7 @@ std::shared_ptr<UILabel> addLabel(UIView& view) {
 }
 
 void addIconView(QVL_UITableViewCell& cell) {
-    const auto iconView = std::make_shared<UIImageView>(iconFrame);
+    const auto iconView = std::make_shared<UIImageView>(rowIconFrame);
     iconView->setContentMode(UIViewContentMode::scaleAspectFit);
     cell.setIconView(iconView);
     cell.scrollView()->addSubview(iconView);

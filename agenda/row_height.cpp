@@ -1,5 +1,6 @@
 #include "agenda/row_height.h"
 
+#include "cell/row_metrics.h"
 #include "platform/text_measurer.h"
 
 namespace quorvel {
@@ -8,7 +9,6 @@ using namespace platform;
 
 namespace {
 
-constexpr CGFloat verticalMargin = 13;
 constexpr const char* measuringString = "AAAAAAAAAAA";
 
 } // namespace
@@ -26,7 +26,7 @@ bool hasLocationLine(const std::optional<std::string>& location, bool displayLoc
 
 CGFloat rowHeight(CGFloat titleLineHeight, CGFloat locationLineHeight, bool locationLine) {
     const CGFloat lines = locationLine ? titleLineHeight + locationLineHeight : titleLineHeight;
-    return lines + verticalMargin + verticalMargin;
+    return lines + rowVerticalMargin + rowVerticalMargin;
 }
 
 } // namespace quorvel

@@ -2,17 +2,16 @@
 
 #include <algorithm>
 
+#include "cell/row_metrics.h"
+
 namespace quorvel {
 
 using namespace platform;
 
 namespace {
 
-constexpr CGFloat iconInset = 13;
-constexpr CGFloat iconWidth = 20;
 constexpr CGFloat iconGap = 14;
-constexpr CGFloat labelInset = iconInset + iconWidth + iconGap;
-constexpr CGFloat verticalMargin = 13;
+constexpr CGFloat labelInset = CGRectGetMaxX(rowIconFrame) + iconGap;
 constexpr CGFloat rightMargin = 10;
 constexpr CGFloat dateGap = 10;
 constexpr CGFloat lineGap = 0;
@@ -25,7 +24,7 @@ RowFrames layOutRow(const RowMeasures& measures) {
     const CGSize& location = measures.location;
 
     // The bottoms of the title and the date meet on this line.
-    const CGFloat baseline = std::max(title.height, date.height) + verticalMargin;
+    const CGFloat baseline = std::max(title.height, date.height) + rowVerticalMargin;
     const CGFloat available = measures.width - labelInset - rightMargin;
     const CGFloat titleLimit = available - date.width - dateGap;
     const CGFloat titleWidth = title.width < titleLimit ? title.width : titleLimit;
@@ -40,9 +39,9 @@ RowFrames layOutRow(const RowMeasures& measures) {
     frames.date = CGRectMake(dateX, baseline - date.height, date.width, date.height);
     frames.location =
         CGRectMake(labelInset, titleY + title.height + lineGap, locationWidth, location.height);
-    frames.heightWithoutLocation = title.height + verticalMargin + verticalMargin;
+    frames.heightWithoutLocation = title.height + rowVerticalMargin + rowVerticalMargin;
     frames.heightWithLocation =
-        title.height + verticalMargin + lineGap + location.height + verticalMargin;
+        title.height + rowVerticalMargin + lineGap + location.height + rowVerticalMargin;
     return frames;
 }
 
