@@ -26,7 +26,6 @@ using namespace platform;
 namespace {
 
 constexpr CGFloat backgroundInset = 2;
-constexpr CGFloat noRowsHeight = -1;
 
 } // namespace
 
@@ -223,7 +222,7 @@ std::string QuorvelView::createPrettyDateFrom(NSDate date, bool isAllDay) const 
 
 CGFloat QuorvelView::totalItemsHeight() {
     if (m_items.empty()) {
-        return noRowsHeight;
+        return heightWithoutRows;
     }
     CGFloat total = 0;
     for (std::size_t row = 0; row < m_items.size(); ++row) {

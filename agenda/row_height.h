@@ -20,6 +20,9 @@ platform::CGFloat lineHeight(platform::TextMeasurer& textMeasurer, std::int64_t 
 bool hasLocationLine(const std::optional<std::string>& location, bool displayLocation,
                      bool sameHeightRows);
 
+// Stands for the sum of all row heights where there are no rows.
+inline constexpr platform::CGFloat heightWithoutRows = -1;
+
 // Points.
 platform::CGFloat rowHeight(platform::CGFloat titleLineHeight, platform::CGFloat locationLineHeight,
                             bool locationLine);

@@ -1,5 +1,7 @@
 #include "hosting/preferred_size.h"
 
+#include "agenda/row_height.h"
+
 namespace quorvel {
 
 using platform::CGFloat;
@@ -7,8 +9,8 @@ using platform::CGFloat;
 PreferredHeight preferredHeight(CGFloat totalHeight, CGFloat maxHeight, bool limitMaxHeight) {
     if (totalHeight == notYetMeasured) {
         totalHeight = maxHeight;
-    } else if (totalHeight == noRows) {
-        totalHeight = 0;
+    } else if (totalHeight == heightWithoutRows) {
+        totalHeight = notYetMeasured;
     }
     const bool limited = !(totalHeight < maxHeight) && limitMaxHeight;
     return {limited ? maxHeight : totalHeight, totalHeight};

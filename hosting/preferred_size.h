@@ -8,17 +8,16 @@ namespace quorvel {
 // Points.
 inline constexpr platform::CGFloat widgetWidth = 320;
 
-// Two heights stand for something else.
+// A total height that has not been measured; heightWithoutRows is the other special value.
 inline constexpr platform::CGFloat notYetMeasured = 0;
-inline constexpr platform::CGFloat noRows = -1;
 
 struct PreferredHeight {
     platform::CGFloat height = 0;      // points
-    platform::CGFloat totalHeight = 0; // what is known of the rows from now on
+    platform::CGFloat totalHeight = 0; // to be stored in place of the argument
 };
 
-// Unmeasured rows count as maxHeight. "No rows" is used up by the answer: it gives no height once,
-// and the rows count as unmeasured afterwards.
+// All heights are in points. Unmeasured rows count as maxHeight. heightWithoutRows gives the height
+// 0 once: the total height to be stored is then notYetMeasured.
 PreferredHeight preferredHeight(platform::CGFloat totalHeight, platform::CGFloat maxHeight,
                                 bool limitMaxHeight);
 
