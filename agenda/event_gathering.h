@@ -14,6 +14,8 @@
 namespace quorvel {
 
 using EventRecords = std::vector<std::shared_ptr<const EKEventQRV>>;
+// One list for all its readers: it never changes once it is made.
+using SharedEventRecords = std::shared_ptr<const EventRecords>;
 
 inline constexpr std::string_view stockCalendarPreferencesPath =
     "/private/var/mobile/Library/Preferences/com.apple.mobilecal.plist";

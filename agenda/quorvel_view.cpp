@@ -31,7 +31,8 @@ constexpr CGFloat backgroundInset = 2;
 
 QuorvelView::QuorvelView(const Platform& platform, const CGRect& frame)
     : UIView(frame)
-    , m_platform(platform) {}
+    , m_platform(platform)
+    , m_items(std::make_shared<const EventRecords>()) {}
 
 // The members go in the reverse order of their declaration: items, table, icon, background.
 QuorvelView::~QuorvelView() {
@@ -94,10 +95,14 @@ void QuorvelView::applySeparatorStyle() {
 }
 
 void QuorvelView::fillTable() {
-    setItems(getCalendarEventsEK());
+    setItems(std::make_shared<const EventRecords>(getCalendarEventsEK()));
     if (m_itemsTableView) {
         m_itemsTableView->reloadData();
     }
+}
+
+void QuorvelView::setItems(SharedEventRecords items) {
+    m_items = items ? std::move(items) : std::make_shared<const EventRecords>();
 }
 
 void QuorvelView::viewWillAppear() {
@@ -165,7 +170,7 @@ NSInteger QuorvelView::numberOfSectionsInTableView(UITableView*) {
 }
 
 NSInteger QuorvelView::numberOfRowsInSection(UITableView*, NSInteger) {
-    return static_cast<NSInteger>(m_items.size());
+    return static_cast<NSInteger>(m_items->size());
 }
 
 CGFloat QuorvelView::heightForRowAtIndexPath(UITableView*, const NSIndexPath& indexPath) {
@@ -221,19 +226,19 @@ std::string QuorvelView::createPrettyDateFrom(NSDate date, bool isAllDay) const 
 }
 
 CGFloat QuorvelView::totalItemsHeight() {
-    if (m_items.empty()) {
+    if (m_items->empty()) {
         return heightWithoutRows;
     }
     CGFloat total = 0;
-    for (std::size_t row = 0; row < m_items.size(); ++row) {
+    for (std::size_t row = 0; row < m_items->size(); ++row) {
         total += heightForRowAtIndexPath(m_itemsTableView.get(), {0, static_cast<NSInteger>(row)});
     }
     return total;
 }
 
 std::shared_ptr<const EKEventQRV> QuorvelView::itemAtRow(std::int64_t row) const {
-    const bool isThere = row >= 0 && static_cast<std::size_t>(row) < m_items.size();
-    return isThere ? m_items[static_cast<std::size_t>(row)] : nullptr;
+    const bool isThere = row >= 0 && static_cast<std::size_t>(row) < m_items->size();
+    return isThere ? (*m_items)[static_cast<std::size_t>(row)] : nullptr;
 }
 
 std::optional<std::string> QuorvelView::captionOf(const EKEventQRV& event) const {
@@ -245,8 +250,8 @@ std::optional<std::string> QuorvelView::captionOf(const EKEventQRV& event) const
 
 std::vector<std::string> QuorvelView::captions() const {
     std::vector<std::string> captions;
-    captions.reserve(m_items.size());
-    for (const auto& event : m_items) {
+    captions.reserve(m_items->size());
+    for (const auto& event : *m_items) {
         captions.push_back(captionOf(*event).value_or(""));
     }
     return captions;
@@ -270,7 +275,7 @@ KeyValue QuorvelView::valueForKey(std::string_view key) const {
         return keyValueOfObject<const UIImage>(m_icon);
     }
     if (key == "items") {
-        return std::vector<std::shared_ptr<const KeyValueCoding>>(m_items.begin(), m_items.end());
+        return std::vector<std::shared_ptr<const KeyValueCoding>>(m_items->begin(), m_items->end());
     }
     if (key == "captions") {
         return captions();

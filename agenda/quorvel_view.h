@@ -73,9 +73,11 @@ public:
     // The sum of all row heights in points; -1 where there are no rows.
     platform::CGFloat totalItemsHeight();
 
-    // The events shown, one a row. Replaced whole.
-    const EventRecords& items() const { return m_items; }
-    void setItems(EventRecords items) { m_items = std::move(items); }
+    // The events shown, one a row; never null. A load replaces the list and leaves the old one
+    // unchanged to its other owners.
+    const SharedEventRecords& items() const { return m_items; }
+    // Shares the list. Null counts as an empty one.
+    void setItems(SharedEventRecords items);
 
     std::int64_t swipeAction() const { return m_swipeAction; }                      // 0 to 3
     const std::shared_ptr<const platform::UIImage>& icon() const { return m_icon; } // may be null
@@ -109,7 +111,7 @@ private:
     [[maybe_unused]] platform::CGFloat m_cellWithoutSubtitleHeight = 0;
     [[maybe_unused]] platform::CGFloat m_cellWithSubtitleHeight = 0;
     std::shared_ptr<platform::UITableView> m_itemsTableView;
-    EventRecords m_items;
+    SharedEventRecords m_items;
 };
 
 } // namespace quorvel

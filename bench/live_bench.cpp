@@ -62,7 +62,7 @@ public:
     }
     std::vector<std::string> titles() const {
         std::vector<std::string> result;
-        for (const auto& item : static_cast<QuorvelView&>(*m_controller->view()).items()) {
+        for (const auto& item : *static_cast<QuorvelView&>(*m_controller->view()).items()) {
             result.push_back(item->title().value_or(""));
         }
         return result;

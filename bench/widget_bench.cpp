@@ -128,7 +128,7 @@ public:
         m_window->addSubview(m_controller->view());
         view().setFrame(m_window->bounds());
         present();
-        if (static_cast<int>(view().items().size()) != events)
+        if (static_cast<int>(view().items()->size()) != events)
             fail("the widget does not show all events");
     }
 

@@ -48,6 +48,10 @@ constexpr platform::NSDate at(int day, int hour, int minute = 0) {
     return {day * 86400.0 + hour * 3600.0 + minute * 60.0};
 }
 
+inline SharedEventRecords listOf(EventRecords records) {
+    return std::make_shared<const EventRecords>(std::move(records));
+}
+
 class AgendaFixture : public testing::Test {
 protected:
     AgendaFixture() {

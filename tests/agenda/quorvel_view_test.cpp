@@ -33,7 +33,7 @@ TEST_F(QuorvelViewTest, StartsWithoutATable) {
     EXPECT_EQ(view->className(), "QuorvelView");
     EXPECT_EQ(view->frame(), CGRectMake(0, 0, 320, 300));
     EXPECT_EQ(view->itemsTableView(), nullptr);
-    EXPECT_THAT(view->items(), IsEmpty());
+    EXPECT_THAT(*view->items(), IsEmpty());
     EXPECT_THAT(view->subviews(), IsEmpty());
     EXPECT_EQ(view->totalItemsHeight(), -1);
     EXPECT_THAT(memory.preferences.reads, IsEmpty());
@@ -74,7 +74,7 @@ TEST_F(QuorvelViewTest, FitsTheTableIntoItsBounds) {
 
 TEST_F(QuorvelViewTest, IsEmptyWithoutEvents) {
     view->loadFullView();
-    EXPECT_THAT(view->items(), IsEmpty());
+    EXPECT_THAT(*view->items(), IsEmpty());
     EXPECT_EQ(table().numberOfSections(), 1);
     EXPECT_EQ(table().numberOfRowsInSection(0), 0);
     EXPECT_EQ(view->totalItemsHeight(), -1);
@@ -112,25 +112,43 @@ TEST_F(QuorvelViewTest, ReloadsIntoTheSameTable) {
     view->loadFullView();
     const auto first = view->itemsTableView();
     addEvent("Lunch", at(0, 12));
-    EXPECT_THAT(view->items(), IsEmpty());
+    EXPECT_THAT(*view->items(), IsEmpty());
     view->reloadItems();
-    EXPECT_THAT(view->items(), SizeIs(1));
+    EXPECT_THAT(*view->items(), SizeIs(1));
     EXPECT_EQ(view->itemsTableView(), first);
     EXPECT_EQ(first->numberOfRowsInSection(0), 1);
     EXPECT_THAT(view->subviews(), SizeIs(1));
+}
+
+TEST_F(QuorvelViewTest, SharesTheListThatItIsGiven) {
+    const SharedEventRecords records = listOf({std::make_shared<EKEventQRV>()});
+    view->setItems(records);
+    EXPECT_EQ(view->items(), records);
+    view->setItems(nullptr);
+    EXPECT_THAT(*view->items(), IsEmpty());
+}
+
+TEST_F(QuorvelViewTest, LeavesTheListOfAnEarlierLoadUnchanged) {
+    addEvent("Lunch", at(0, 12));
+    view->loadFullView();
+    const SharedEventRecords earlier = view->items();
+    addEvent("Tea", at(0, 16));
+    view->reloadItems();
+    EXPECT_THAT(*earlier, SizeIs(1));
+    EXPECT_THAT(*view->items(), SizeIs(2));
 }
 
 TEST_F(QuorvelViewTest, ReloadsWhenItsHostSaysThatItAppears) {
     view->loadFullView();
     addEvent("Lunch", at(0, 12));
     view->viewWillAppear();
-    EXPECT_THAT(view->items(), SizeIs(1));
+    EXPECT_THAT(*view->items(), SizeIs(1));
 }
 
 TEST_F(QuorvelViewTest, ReloadsWithoutATable) {
     addEvent("Lunch", at(0, 12));
     view->reloadItems();
-    EXPECT_THAT(view->items(), SizeIs(1));
+    EXPECT_THAT(*view->items(), SizeIs(1));
     EXPECT_EQ(view->itemsTableView(), nullptr);
 }
 
@@ -272,9 +290,9 @@ TEST_F(QuorvelViewTest, NamesTheCaptionOfEveryRow) {
     view->loadFullView();
     EXPECT_THAT(captions(), ElementsAre("12:00", "Tomorrow, 16:00"));
 
-    auto items = view->items();
+    EventRecords items = *view->items();
     items.insert(items.begin() + 1, std::make_shared<EKEventQRV>());
-    view->setItems(items);
+    view->setItems(listOf(items));
     EXPECT_THAT(captions(), ElementsAre("12:00", "", "Tomorrow, 16:00"));
 }
 

@@ -301,7 +301,7 @@ TEST_F(PulledRowTest, DoesNotRefreshTheList) {
     load({});
     addEvent("Tea", at(0, 16));
     EXPECT_TRUE(pull(0, 120));
-    EXPECT_THAT(view->items(), SizeIs(1));
+    EXPECT_THAT(*view->items(), SizeIs(1));
     EXPECT_EQ(memory.calendarStores.storesMade, 1U);
 }
 

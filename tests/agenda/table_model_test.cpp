@@ -254,7 +254,7 @@ TEST_F(TableModelTest, HasNothingForARowThatIsNotThere) {
 
 TEST_F(TableModelTest, ShowsAnEventThatLacksEverything) {
     load();
-    view->setItems({std::make_shared<EKEventQRV>()});
+    view->setItems(listOf({std::make_shared<EKEventQRV>()}));
     const auto bare = cell(0);
     EXPECT_EQ(bare->primaryLabel()->text(), std::nullopt);
     EXPECT_EQ(bare->relevanceDateLabel()->text(), std::nullopt);
@@ -266,10 +266,10 @@ TEST_F(TableModelTest, ShowsAnEventThatLacksEverything) {
 TEST_F(TableModelTest, ShowsRowsInTheZeroState) {
     memory.preferences.foundationVersion = 1048;
     view->loadFullView();
-    EXPECT_THAT(view->items(), IsEmpty()); // no calendar is selected
+    EXPECT_THAT(*view->items(), IsEmpty()); // no calendar is selected
     const auto record = std::make_shared<EKEventQRV>();
     record->setTitle("Lunch");
-    view->setItems({record});
+    view->setItems(listOf({record}));
     EXPECT_EQ(height(0), 26); // a font of no size
     EXPECT_EQ(cell(0)->iconView()->image(), nullptr);
     EXPECT_FALSE(cell(0)->scrollView()->isUserInteractionEnabled());
@@ -301,7 +301,7 @@ TEST_F(RowIconTest, IsALargeDot) {
 
 TEST_F(RowIconTest, IsARingForACalendarWithoutAColour) {
     load({{"iconFile", plist("DOT")}});
-    view->setItems({std::make_shared<EKEventQRV>()});
+    view->setItems(listOf({std::make_shared<EKEventQRV>()}));
     EXPECT_EQ(memory::recordedPixels(*view->getIconForItemNumber(0))->operations.back(),
               "strokeEllipseInRect 25 25 30 30");
 }

@@ -175,7 +175,7 @@ TEST_F(ControllerNewTest, GathersAndMeasuresAgainWhenItIsPresented) {
     controller->hostWillPresent();
     EXPECT_THAT(host.messages, ElementsAre("update", "invalidate"));
     EXPECT_EQ(host.sizes.back(), (CGSize{320, 87}));
-    EXPECT_THAT(agendaOf(*controller)->items(), SizeIs(2));
+    EXPECT_THAT(*agendaOf(*controller)->items(), SizeIs(2));
     EXPECT_EQ(controller->totalHeight(), 87);
 }
 
@@ -204,7 +204,7 @@ TEST_F(ControllerNewTest, DoesNothingWhenItIsShownOrDismissed) {
     controller->hostDidDismiss();
     EXPECT_THAT(host.messages, IsEmpty());
     EXPECT_THAT(memory.preferences.reads, IsEmpty());
-    EXPECT_THAT(agendaOf(*controller)->items(), SizeIs(1));
+    EXPECT_THAT(*agendaOf(*controller)->items(), SizeIs(1));
     EXPECT_EQ(controller->totalHeight(), 43.5);
 }
 
@@ -278,7 +278,7 @@ TEST_F(ControllerNewTodayTest, LoadsTheAgenda) {
     ASSERT_NE(view, nullptr);
     EXPECT_EQ(view->frame(), CGRectMake(0, 0, 320, 270));
     EXPECT_EQ(view->backgroundColor(), UIColor::clearColor());
-    EXPECT_THAT(view->items(), SizeIs(2));
+    EXPECT_THAT(*view->items(), SizeIs(2));
 }
 
 TEST_F(ControllerNewTodayTest, ReloadsAndTellsNobody) {
@@ -288,7 +288,7 @@ TEST_F(ControllerNewTodayTest, ReloadsAndTellsNobody) {
     controller->hostWillPresent();
     controller->hostDidPresent();
     controller->hostDidDismiss();
-    EXPECT_THAT(agendaOf(*controller)->items(), SizeIs(2));
+    EXPECT_THAT(*agendaOf(*controller)->items(), SizeIs(2));
     EXPECT_THAT(host.messages, IsEmpty());
 }
 

@@ -155,7 +155,7 @@ TEST_F(QuorvelViewControllerTest, TakesAnotherView) {
 TEST_F(QuorvelViewControllerTest, GathersWhenTheFullViewIsAskedFor) {
     addEvent("Lunch", at(0, 12));
     controller.loadFullView();
-    EXPECT_THAT(agenda()->items(), SizeIs(1));
+    EXPECT_THAT(*agenda()->items(), SizeIs(1));
     ASSERT_NE(agenda()->itemsTableView(), nullptr);
     EXPECT_EQ(memory.calendarStores.storesMade, 1U);
 }
@@ -172,7 +172,7 @@ TEST_F(QuorvelViewControllerTest, DoesNothingWhenItAppearsOrDisappears) {
     controller.viewWillDisappear();
     controller.viewDidDisappear();
     EXPECT_EQ(memory.preferences.reads, reads);
-    EXPECT_THAT(agenda()->items(), IsEmpty());
+    EXPECT_THAT(*agenda()->items(), IsEmpty());
 }
 
 TEST_F(QuorvelViewControllerTest, BuildsANewViewAfterTheOldOneIsUnloaded) {
@@ -189,8 +189,8 @@ TEST_F(QuorvelViewControllerTest, BuildsANewViewAfterTheOldOneIsUnloaded) {
 
     controller.loadFullView();
     EXPECT_NE(agenda(), old);
-    EXPECT_THAT(agenda()->items(), SizeIs(1));
-    EXPECT_THAT(old->items(), IsEmpty());
+    EXPECT_THAT(*agenda()->items(), SizeIs(1));
+    EXPECT_THAT(*old->items(), IsEmpty());
     EXPECT_EQ(memory.calendarStores.storesMade, 2U);
 }
 
