@@ -128,7 +128,8 @@ void QuorvelView::loadPreferences() {
     m_swipeAction = loadedSwipeAction(*dictionary);
     loadRowSettings(*dictionary);
     loadGatheringSettings(*dictionary);
-    m_icon = loadRowIcon(*dictionary, m_platform, m_icon);
+    loadIconFile(*dictionary);
+    m_icon = loadRowIcon(*settings::iconFile, m_platform, m_icon);
 }
 
 NSDate QuorvelView::endOfDay(NSDate date) const {

@@ -1,7 +1,5 @@
 #include "agenda/row_icon.h"
 
-#include "agenda/settings.h"
-#include "agenda/settings_store.h"
 #include "drawing/rounded_image.h"
 #include "platform/image_files.h"
 
@@ -32,19 +30,13 @@ CGFloat dotDiameter(const std::optional<std::string>& iconFile) {
     return iconFile == dotIcon ? smallDotDiameter : largeDotDiameter;
 }
 
-std::shared_ptr<const UIImage> loadRowIcon(const PropertyListDictionary& dictionary,
-                                           const Platform& platform,
+std::shared_ptr<const UIImage> loadRowIcon(const std::string& iconFile, const Platform& platform,
                                            const std::shared_ptr<const UIImage>& previousIcon) {
-    settings::iconFile = stringSetting(dictionary, SettingKey::iconFile);
-    if (!settings::iconFile) {
-        settings::iconFile = std::string(defaultIconFile);
-        settings::iconRoundingNeeded = true;
-    }
-    if (rowIconKind(settings::iconFile) != RowIconKind::picture) {
+    if (rowIconKind(iconFile) != RowIconKind::picture) {
         return previousIcon;
     }
-    auto picture = platform.imageFiles.imageWithContentsOfFile(*settings::iconFile);
-    if (settings::iconFile != defaultIconFile) {
+    auto picture = platform.imageFiles.imageWithContentsOfFile(iconFile);
+    if (iconFile != defaultIconFile) {
         return picture;
     }
     return roundedRectImageFromImage(platform.graphicsContexts, platform.screen, picture,

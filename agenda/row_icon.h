@@ -8,7 +8,6 @@
 
 #include "platform/geometry.h"
 #include "platform/platform.h"
-#include "platform/property_list.h"
 #include "platform/ui_image.h"
 
 namespace quorvel {
@@ -24,10 +23,10 @@ RowIconKind rowIconKind(const std::optional<std::string>& iconFile);
 // In points; only meaningful for a dot.
 platform::CGFloat dotDiameter(const std::optional<std::string>& iconFile);
 
-// Sets iconFile, and iconRoundingNeeded where the key is absent, and returns the picture for the
-// rows: a fresh one for a file (null where it cannot be read), else the previous one.
+// The picture for the rows: read anew for a file (null where it cannot be read), else the previous
+// one.
 std::shared_ptr<const platform::UIImage>
-loadRowIcon(const platform::PropertyListDictionary& dictionary, const platform::Platform& platform,
+loadRowIcon(const std::string& iconFile, const platform::Platform& platform,
             const std::shared_ptr<const platform::UIImage>& previousIcon);
 
 } // namespace quorvel

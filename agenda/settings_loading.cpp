@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "agenda/color_codes.h"
+#include "agenda/row_icon.h"
 #include "agenda/settings.h"
 #include "agenda/settings_store.h"
 
@@ -64,6 +65,14 @@ void loadRowSettings(const PropertyListDictionary& dictionary) {
 void loadGatheringSettings(const PropertyListDictionary& dictionary) {
     settings::daysToDisplay = intSetting(dictionary, SettingKey::daysToDisplay, 2);
     settings::maxEventsToDisplay = intSetting(dictionary, SettingKey::maxEventsToDisplay, 0);
+}
+
+void loadIconFile(const PropertyListDictionary& dictionary) {
+    settings::iconFile = stringSetting(dictionary, SettingKey::iconFile);
+    if (!settings::iconFile) {
+        settings::iconFile = std::string(defaultIconFile);
+        settings::iconRoundingNeeded = true;
+    }
 }
 
 } // namespace quorvel

@@ -22,4 +22,7 @@ void loadRowSettings(const platform::PropertyListDictionary& dictionary);
 // daysToDisplay and maxEventsToDisplay.
 void loadGatheringSettings(const platform::PropertyListDictionary& dictionary);
 
+// iconFile, which is set afterwards; an absent key also turns iconRoundingNeeded on.
+void loadIconFile(const platform::PropertyListDictionary& dictionary);
+
 } // namespace quorvel
