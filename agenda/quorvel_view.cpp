@@ -265,7 +265,7 @@ std::shared_ptr<QuorvelView> QuorvelView::sharedFromThis() {
 // Values by name.
 
 std::vector<std::string_view> QuorvelView::keys() const {
-    return {"swipeAction", "icon", "items", "captions"};
+    return {"swipeAction", "icon", "items", "captions", "swipeActionHasEffect"};
 }
 
 KeyValue QuorvelView::valueForKey(std::string_view key) const {
@@ -280,6 +280,10 @@ KeyValue QuorvelView::valueForKey(std::string_view key) const {
     }
     if (key == "captions") {
         return captions();
+    }
+    if (key == "swipeActionHasEffect") {
+        return hasEffect(static_cast<SwipeAction>(m_swipeAction),
+                         settings::customLaunchAppBundleID);
     }
     return UIView::valueForKey(key);
 }

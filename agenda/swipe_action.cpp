@@ -34,11 +34,9 @@ void openDay(const EKEventQRV& event, const Platform& platform) {
     }
 }
 
-// The shell is told to activate what it found, even where it found nothing.
+// Activates the result of the lookup even if it is null: the shell then brings nothing to the
+// front.
 void launchApplication(HomeScreenShell& shell, const std::string& identifier) {
-    if (identifier.empty()) {
-        return;
-    }
     SBApplicationController* applications = shell.applicationController();
     if (applications == nullptr) {
         return;
@@ -64,7 +62,17 @@ std::optional<NSURL> dayLink(const DateServices& dateServices, NSDate date) {
                                 unsignedText(day.month) + '-' + unsignedText(day.day));
 }
 
+bool hasEffect(SwipeAction action, const std::optional<std::string>& application) {
+    if (action == SwipeAction::launchApplication) {
+        return application && !application->empty();
+    }
+    return action != SwipeAction::none;
+}
+
 void runSwipeAction(SwipeAction action, const EKEventQRV& event, const Platform& platform) {
+    if (!hasEffect(action, settings::customLaunchAppBundleID)) {
+        return;
+    }
     switch (action) {
     case SwipeAction::none:
         break;
@@ -75,8 +83,7 @@ void runSwipeAction(SwipeAction action, const EKEventQRV& event, const Platform&
         openDay(event, platform);
         break;
     case SwipeAction::launchApplication:
-        launchApplication(platform.homeScreenShell,
-                          settings::customLaunchAppBundleID.value_or(std::string()));
+        launchApplication(platform.homeScreenShell, *settings::customLaunchAppBundleID);
         break;
     }
 }

@@ -1,8 +1,9 @@
-// What a row that was pulled aside and let go does.
+// The action that runs when a row that was pulled aside is released.
 #pragma once
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 #include "platform/geometry.h"
 #include "platform/ns_date.h"
@@ -27,9 +28,13 @@ bool isPulledFarEnough(const platform::CGPoint& contentOffset);
 std::optional<platform::NSURL> dayLink(const platform::DateServices& dateServices,
                                        platform::NSDate date);
 
-// Opens a link or launches an application; nothing where the event lacks what it takes, where no
-// application is named, or where the home-screen shell lacks one of its two classes. What comes of
-// it is not looked at.
+// Whether the action does anything at all. `application`: the identifier that
+// customLaunchAppBundleID names; an absent one counts as empty.
+bool hasEffect(SwipeAction action, const std::optional<std::string>& application);
+
+// Opens a link or launches the application that customLaunchAppBundleID names. Nothing happens
+// where the action has no effect, the event lacks its link or start, or the home-screen shell lacks
+// one of its two classes. The result of the opening or launching is ignored.
 void runSwipeAction(SwipeAction action, const EKEventQRV& event,
                     const platform::Platform& platform);
 

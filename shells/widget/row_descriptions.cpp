@@ -1,6 +1,5 @@
 #include "shells/widget/row_descriptions.h"
 
-#include <cstdint>
 #include <utility>
 
 #include "platform/ui/ui_view.h"
@@ -20,26 +19,13 @@ void appendPart(std::string& name, const std::optional<std::string>& part) {
     }
 }
 
-// Bringing an application to the front takes the name of one.
-bool runsActions(HostedWidget& widget) {
-    constexpr std::int64_t none = 0;
-    constexpr std::int64_t launchApplication = 3;
-    const auto action = valueOf<std::int64_t>(widget.view(), "swipeAction").value_or(none);
-    if (action == launchApplication) {
-        return !valueOf<std::string>(widget.processWideValues(), "customLaunchAppBundleID")
-                    .value_or("")
-                    .empty();
-    }
-    return action != none;
-}
-
 } // namespace
 
 std::vector<RowDescription> describeRows(HostedWidget& widget) {
     const platform::UIView& view = widget.view(); // first: making it loads the settings
     const bool showsLocation =
         valueOf<bool>(widget.processWideValues(), "displayLocation").value_or(false);
-    const bool hasActions = runsActions(widget);
+    const bool hasActions = valueOf<bool>(view, "swipeActionHasEffect").value_or(false);
     const auto captions =
         valueOf<std::vector<std::string>>(view, "captions").value_or(std::vector<std::string>{});
     std::vector<RowDescription> rows;

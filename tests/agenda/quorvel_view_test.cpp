@@ -269,13 +269,17 @@ TEST_F(QuorvelViewTest, NamesItsValues) {
     addEvent("Lunch", at(0, 12));
     EXPECT_EQ(view->valueForKey("icon").index(), 0U);
     view->loadFullView();
-    EXPECT_THAT(view->keys(), ElementsAre("swipeAction", "icon", "items", "captions"));
+    EXPECT_THAT(view->keys(),
+                ElementsAre("swipeAction", "icon", "items", "captions", "swipeActionHasEffect"));
     EXPECT_EQ(std::get<std::int64_t>(view->valueForKey("swipeAction")), 3);
     EXPECT_EQ(std::get<std::shared_ptr<const UIImage>>(view->valueForKey("icon")), view->icon());
     const auto items =
         std::get<std::vector<std::shared_ptr<const KeyValueCoding>>>(view->valueForKey("items"));
     ASSERT_THAT(items, SizeIs(1));
     EXPECT_EQ(std::get<std::string>(items[0]->valueForKey("title")), "Lunch");
+    EXPECT_FALSE(std::get<bool>(view->valueForKey("swipeActionHasEffect")));
+    settings::customLaunchAppBundleID = "org.example.App";
+    EXPECT_TRUE(std::get<bool>(view->valueForKey("swipeActionHasEffect")));
     EXPECT_EQ(view->valueForKey("table").index(), 0U);
 }
 

@@ -37,6 +37,16 @@ TEST(PullThreshold, HasNothingToDoWithTheVertical) {
     EXPECT_FALSE(isPulledFarEnough({0, -500}));
 }
 
+TEST(SwipeActionEffect, NeedsAnActionAndTheApplicationThatItLaunches) {
+    const std::string application = "org.example.App";
+    EXPECT_FALSE(hasEffect(SwipeAction::none, application));
+    EXPECT_TRUE(hasEffect(SwipeAction::openEvent, std::nullopt));
+    EXPECT_TRUE(hasEffect(SwipeAction::openDay, std::nullopt));
+    EXPECT_TRUE(hasEffect(SwipeAction::launchApplication, application));
+    EXPECT_FALSE(hasEffect(SwipeAction::launchApplication, ""));
+    EXPECT_FALSE(hasEffect(SwipeAction::launchApplication, std::nullopt));
+}
+
 class SwipeActionTest : public AgendaFixture {
 protected:
     SwipeActionTest() {
