@@ -115,8 +115,8 @@ constexpr std::array<OptionText, 17> commonOptions{{
     {"--locale", "--locale ID", "language and region, for instance de_DE (the environment's)"},
     {"--font", "--font FAMILY", "the font of the widget (the desktop's)"},
     {"--foundation-version", "--foundation-version N",
-     "above 1047.25 the settings come from the preferences service\n"
-     "instead of their file (1047.25)"},
+     "from 1048 on the settings come from the preferences service instead\n"
+     "of their file (1047.25)"},
     {"--bundle", "--bundle DIR", "the widget bundle (Quorvel.bundle)"},
     {"--log", "--log FILE", "append the log to FILE instead of sending it to the system log"},
     {"--verbose", "--verbose", "print the log on standard error too"},

@@ -188,6 +188,15 @@ TEST_F(InspectCommandTest, TheServiceWithoutADomainLeavesTheZeroState) {
     EXPECT_EQ(settings.at("swipeAction"), 0);
 }
 
+TEST_F(InspectCommandTest, TheServiceIsReadFromFoundation1048On) {
+    const auto firstLine = [&](const std::string& version) {
+        const Json document = inspected({"present"}, {"--foundation-version", version});
+        return document.at("steps")[1].at("log").at(0);
+    };
+    EXPECT_EQ(firstLine("1047.99"), "QRV: unable to load preferences.");
+    EXPECT_EQ(firstLine("1048"), "QRV: unable to get preferences");
+}
+
 TEST_F(InspectCommandTest, TheServiceReadsTheSameDomain) {
     writeSettings(integer("textSize", 20));
     const std::string gone = otherSettings("gone", "");
