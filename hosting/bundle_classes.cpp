@@ -1,5 +1,7 @@
 #include "hosting/bundle_classes.h"
 
+#include "agenda/quorvel_view.h"
+#include "drawing/color_from_hex_string.h"
 #include "hosting/process_wide_values.h"
 #include "hosting/quorvel_view_controller.h"
 #include "hosting/quorvel_view_controller_new.h"
@@ -39,11 +41,21 @@ const KeyValueCoding& processWideValues() {
     return values;
 }
 
+std::optional<std::string> hexStringForColor(const UIView& view, const CGColor& color) {
+    const auto* agenda = dynamic_cast<const QuorvelView*>(&view);
+    return agenda != nullptr ? std::optional(agenda->hexStringForColor(color)) : std::nullopt;
+}
+
 } // namespace
 
 const WidgetBundle& widgetBundle() {
-    static constexpr WidgetBundle bundle{widgetBundleInterfaceVersion, controllerClassNames,
-                                         makeController, makeWeeAppController, processWideValues};
+    static constexpr WidgetBundle bundle{widgetBundleInterfaceVersion,
+                                         controllerClassNames,
+                                         makeController,
+                                         makeWeeAppController,
+                                         processWideValues,
+                                         colorFromHexString,
+                                         hexStringForColor};
     return bundle;
 }
 

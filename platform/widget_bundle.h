@@ -1,20 +1,26 @@
-// What a widget bundle's shared object gives the loader: its classes by name.
+// What a widget bundle's shared object gives the loader: its classes by name, and its functions.
 #pragma once
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/ui_color.h"
 
 namespace quorvel::platform {
 
 class BBWeeAppController;
 class KeyValueCoding;
+class UIView;
 class _SBUIWidgetViewController; // NOLINT(bugprone-reserved-identifier): declared elsewhere
+struct CGColor;
 struct Platform;
 
 // Raised whenever anything that crosses the bundle's border changes its shape.
-inline constexpr std::uint32_t widgetBundleInterfaceVersion = 2;
+inline constexpr std::uint32_t widgetBundleInterfaceVersion = 3;
 
 struct WidgetBundle {
     std::uint32_t interfaceVersion; // stands first in every version
@@ -27,6 +33,11 @@ struct WidgetBundle {
                                                                 const Platform& platform);
     // The bundle's process-wide values, by name.
     const KeyValueCoding& (*processWideValues)();
+    // The bundle's two conversions of colours. The text is UTF-8 and may be absent.
+    UIColor (*colorFromHexString)(std::optional<std::string_view> text);
+    // What the agenda view answers to `hexStringForColor`, which it logs; absent where `view` is
+    // not an agenda view.
+    std::optional<std::string> (*hexStringForColor)(const UIView& view, const CGColor& color);
 };
 
 // The one symbol that the shared object exports: a function of this type and name.

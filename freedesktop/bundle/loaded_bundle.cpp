@@ -184,4 +184,13 @@ const KeyValueCoding& LoadedBundle::processWideValues() const {
     return m_bundle->processWideValues();
 }
 
+platform::UIColor LoadedBundle::colorFromHexString(std::optional<std::string_view> text) const {
+    return m_bundle->colorFromHexString(text);
+}
+
+std::optional<std::string> LoadedBundle::hexStringForColor(const platform::UIView& view,
+                                                           const platform::CGColor& color) const {
+    return m_bundle->hexStringForColor(view, color);
+}
+
 } // namespace quorvel::freedesktop

@@ -9,12 +9,15 @@
 #include <vector>
 
 #include "platform/bundle.h"
+#include "platform/ui_color.h"
 
 namespace quorvel::platform {
 class BBWeeAppController;
 class _SBUIWidgetViewController; // NOLINT(bugprone-reserved-identifier): declared elsewhere
 class KeyValueCoding;
 class Screen;
+class UIView;
+struct CGColor;
 struct Platform;
 struct WidgetBundle;
 } // namespace quorvel::platform
@@ -57,6 +60,10 @@ public:
     std::shared_ptr<platform::BBWeeAppController>
     makeWeeAppController(std::string_view className, const platform::Platform& platform) const;
     const platform::KeyValueCoding& processWideValues() const;
+    // The bundle's conversions of colours, as platform/widget_bundle.h describes them.
+    platform::UIColor colorFromHexString(std::optional<std::string_view> text) const;
+    std::optional<std::string> hexStringForColor(const platform::UIView& view,
+                                                 const platform::CGColor& color) const;
 
 private:
     void readInformation();

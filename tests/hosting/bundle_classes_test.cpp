@@ -2,10 +2,12 @@
 
 #include <gmock/gmock.h>
 
+#include "agenda/quorvel_view.h"
 #include "hosting/process_wide_values.h"
 #include "hosting/quorvel_view_controller.h"
 #include "hosting/quorvel_view_controller_new.h"
 #include "hosting/quorvel_view_controller_new_today.h"
+#include "platform/cg_color.h"
 #include "tests/agenda/agenda_fixture.h"
 
 namespace quorvel {
@@ -44,6 +46,17 @@ TEST_F(BundleClassesTest, MakesEachControllerAsOfOneKind) {
         EXPECT_EQ(bundle.makeController(name, platform()) == nullptr, isLegacy) << name;
         EXPECT_EQ(bundle.makeWeeAppController(name, platform()) != nullptr, isLegacy) << name;
     }
+}
+
+TEST_F(BundleClassesTest, ConvertsColours) {
+    const WidgetBundle& bundle = widgetBundle();
+    EXPECT_EQ(bundle.colorFromHexString("#00FF00"), UIColor::greenColor());
+    EXPECT_EQ(bundle.colorFromHexString(std::nullopt), UIColor::whiteColor());
+    const auto agenda = std::make_shared<QuorvelView>(platform(), CGRect{});
+    EXPECT_EQ(bundle.hexStringForColor(*agenda, {{0, 0, 1, 1}}), "#0000FF");
+    EXPECT_EQ(memory.systemLog.lines.size(), 2U);
+    EXPECT_EQ(bundle.hexStringForColor(*std::make_shared<UIView>(), {}), std::nullopt);
+    EXPECT_EQ(memory.systemLog.lines.size(), 2U);
 }
 
 TEST_F(BundleClassesTest, ListsTheProcessWideValues) {

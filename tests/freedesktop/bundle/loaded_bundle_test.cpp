@@ -12,16 +12,19 @@
 
 #include "freedesktop/bundle/loaded_bundles.h"
 #include "platform/bb_wee_app_controller.h"
+#include "platform/cg_color.h"
 #include "platform/key_value_coding.h"
 #include "platform/memory/memory_platform.h"
 #include "platform/sbui_widget_view_controller.h"
 #include "platform/screen.h"
+#include "platform/ui/ui_view.h"
 
 namespace quorvel::freedesktop {
 namespace {
 
 namespace fs = std::filesystem;
 
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 class TestScreen : public platform::Screen {
@@ -101,6 +104,23 @@ TEST_F(LoadedBundleTest, MakesControllersOfBothKinds) {
     EXPECT_THROW(bundle.makeController("", memory.platform()), BundleError);
 }
 
+TEST_F(LoadedBundleTest, ConvertsColours) {
+    const LoadedBundle bundle(QUORVEL_BUNDLE, m_screen);
+    EXPECT_EQ(bundle.colorFromHexString("#FF0000"), platform::UIColor::redColor());
+    EXPECT_EQ(bundle.colorFromHexString("#0000FF80"), platform::UIColor::blueColor());
+    EXPECT_EQ(bundle.colorFromHexString(std::nullopt), platform::UIColor::whiteColor());
+
+    platform::memory::MemoryPlatform memory;
+    const auto controller = bundle.makeController("QuorvelViewControllerNew", memory.platform());
+    const auto view = controller->view();
+    memory.systemLog.lines.clear();
+    EXPECT_EQ(bundle.hexStringForColor(*view, {{1.0, 0.5, 0.0, 0.3}}), "#FF7F00");
+    EXPECT_THAT(memory.systemLog.lines,
+                ElementsAre("QRV: hexStringForColor", "QRV: got calendar color string: #FF7F00"));
+    const auto other = std::make_shared<platform::UIView>();
+    EXPECT_EQ(bundle.hexStringForColor(*other, {{1.0, 0.5, 0.0, 0.3}}), std::nullopt);
+}
+
 // Nothing but the C++ runtime and the platform's own library.
 TEST_F(LoadedBundleTest, NeedsNoOtherLibrary) {
     const std::string command = std::string("ldd '") + QUORVEL_BUNDLE + "/Quorvel.so'";
@@ -124,7 +144,7 @@ TEST_F(LoadedBundleTest, NeedsNoOtherLibrary) {
 TEST_F(LoadedBundleTest, RefusesWhatIsNoBundleOfOurs) {
     EXPECT_THAT(complaintAbout("foreign"), HasSubstr("is not a widget bundle"));
     EXPECT_THAT(complaintAbout("null_entry"), HasSubstr("is not a widget bundle"));
-    EXPECT_THAT(complaintAbout("other_version"), HasSubstr("built for version 3"));
+    EXPECT_THAT(complaintAbout("other_version"), HasSubstr("built for version 4"));
 }
 
 TEST_F(LoadedBundleTest, RefusesBrokenFolders) {

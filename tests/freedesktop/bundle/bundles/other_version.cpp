@@ -3,6 +3,12 @@
 
 extern "C" const quorvel::platform::WidgetBundle* quorvelWidgetBundle() {
     static const quorvel::platform::WidgetBundle bundle{
-        quorvel::platform::widgetBundleInterfaceVersion + 1, nullptr, nullptr, nullptr, nullptr};
+        quorvel::platform::widgetBundleInterfaceVersion + 1,
+        nullptr,
+        nullptr,
+        nullptr,
+        nullptr,
+        nullptr,
+        nullptr};
     return &bundle;
 }
