@@ -7,108 +7,29 @@ namespace quorvel::platform {
 
 namespace {
 
-enum class Place { start, middle, end };
-
-CGFloat placed(Place place, CGFloat origin, CGFloat room, CGFloat length) {
-    switch (place) {
-    case Place::start:
-        return origin;
-    case Place::middle:
-        return origin + (room - length) / 2;
-    case Place::end:
-        return origin + room - length;
-    }
-    return origin;
-}
-
-CGRect placedRect(const CGRect& bounds, CGSize size, Place across, Place down) {
-    return {{placed(across, bounds.origin.x, bounds.size.width, size.width),
-             placed(down, bounds.origin.y, bounds.size.height, size.height)},
-            size};
-}
-
 bool hasArea(CGSize size) {
     return size.width > 0 && size.height > 0;
 }
 
-CGSize scaledSize(CGSize size, const CGRect& bounds, bool fill) {
-    if (!hasArea(size)) {
-        return {};
-    }
-    const CGFloat across = bounds.size.width / size.width;
-    const CGFloat down = bounds.size.height / size.height;
-    const CGFloat scale = fill ? std::max(across, down) : std::min(across, down);
-    return {size.width * scale, size.height * scale};
+// The largest rectangle of the picture's proportions, in the middle of the bounds.
+CGRect aspectFitRect(CGSize imageSize, const CGRect& bounds) {
+    const CGFloat scale = hasArea(imageSize) ? std::min(bounds.size.width / imageSize.width,
+                                                        bounds.size.height / imageSize.height)
+                                             : 0;
+    const CGSize size = {imageSize.width * scale, imageSize.height * scale};
+    return {{bounds.origin.x + (bounds.size.width - size.width) / 2,
+             bounds.origin.y + (bounds.size.height - size.height) / 2},
+            size};
 }
 
 } // namespace
 
 std::string_view contentModeName(UIViewContentMode mode) {
-    switch (mode) {
-    case UIViewContentMode::scaleToFill:
-        return "scaleToFill";
-    case UIViewContentMode::scaleAspectFit:
-        return "scaleAspectFit";
-    case UIViewContentMode::scaleAspectFill:
-        return "scaleAspectFill";
-    case UIViewContentMode::redraw:
-        return "redraw";
-    case UIViewContentMode::center:
-        return "center";
-    case UIViewContentMode::top:
-        return "top";
-    case UIViewContentMode::bottom:
-        return "bottom";
-    case UIViewContentMode::left:
-        return "left";
-    case UIViewContentMode::right:
-        return "right";
-    case UIViewContentMode::topLeft:
-        return "topLeft";
-    case UIViewContentMode::topRight:
-        return "topRight";
-    case UIViewContentMode::bottomLeft:
-        return "bottomLeft";
-    case UIViewContentMode::bottomRight:
-        return "bottomRight";
-    }
-    return "scaleToFill";
+    return mode == UIViewContentMode::scaleAspectFit ? "scaleAspectFit" : "scaleToFill";
 }
 
 CGRect imageRect(UIViewContentMode mode, CGSize imageSize, const CGRect& bounds) {
-    const auto at = [&](Place across, Place down) {
-        return placedRect(bounds, imageSize, across, down);
-    };
-    switch (mode) {
-    case UIViewContentMode::scaleToFill:
-    case UIViewContentMode::redraw:
-        return bounds;
-    case UIViewContentMode::scaleAspectFit:
-        return placedRect(bounds, scaledSize(imageSize, bounds, false), Place::middle,
-                          Place::middle);
-    case UIViewContentMode::scaleAspectFill:
-        return placedRect(bounds, scaledSize(imageSize, bounds, true), Place::middle,
-                          Place::middle);
-    case UIViewContentMode::center:
-        return at(Place::middle, Place::middle);
-    case UIViewContentMode::top:
-        return at(Place::middle, Place::start);
-    case UIViewContentMode::bottom:
-        return at(Place::middle, Place::end);
-    case UIViewContentMode::left:
-        return at(Place::start, Place::middle);
-    case UIViewContentMode::right:
-        return at(Place::end, Place::middle);
-    case UIViewContentMode::topLeft:
-        return at(Place::start, Place::start);
-    case UIViewContentMode::topRight:
-        return at(Place::end, Place::start);
-    case UIViewContentMode::bottomLeft:
-        return at(Place::start, Place::end);
-    case UIViewContentMode::bottomRight:
-        return at(Place::end, Place::end);
-    }
-    return bounds;
+    return mode == UIViewContentMode::scaleAspectFit ? aspectFitRect(imageSize, bounds) : bounds;
 }
 
 UIImageView::UIImageView(const CGRect& frame)

@@ -8,29 +8,16 @@
 
 namespace quorvel::platform {
 
-enum class UIViewContentMode {
-    scaleToFill = 0,
-    scaleAspectFit,
-    scaleAspectFill,
-    redraw,
-    center,
-    top,
-    bottom,
-    left,
-    right,
-    topLeft,
-    topRight,
-    bottomLeft,
-    bottomRight,
-};
+// The modes that the widget's views have.
+enum class UIViewContentMode { scaleToFill = 0, scaleAspectFit = 1 };
 
 // The mode's name as a script reads it: "scaleAspectFit" and so on.
 std::string_view contentModeName(UIViewContentMode mode);
 
-// Where a picture of that size stands in the bounds.
+// Where a picture of that size is painted in the bounds.
 CGRect imageRect(UIViewContentMode mode, CGSize imageSize, const CGRect& bounds);
 
-// Takes no touches until told to.
+// User interaction is off at first.
 class UIImageView : public UIView {
 public:
     explicit UIImageView(const CGRect& frame = {});
