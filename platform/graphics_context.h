@@ -20,9 +20,6 @@ public:
     virtual void restoreGState() = 0;
     virtual void translateCTM(CGFloat tx, CGFloat ty) = 0;
     virtual void scaleCTM(CGFloat sx, CGFloat sy) = 0;
-    // All that is painted until the matching end shows through as one layer of that opacity.
-    virtual void beginTransparencyLayer(CGFloat alpha) = 0;
-    virtual void endTransparencyLayer() = 0;
 
     // A point of the path keeps the place that the transform of the moment gave it.
     virtual void beginPath() = 0;

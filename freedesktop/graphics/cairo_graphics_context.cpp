@@ -158,36 +158,21 @@ CairoGraphicsContext::CairoGraphicsContext(struct _cairo* context, std::shared_p
 
 CairoGraphicsContext::~CairoGraphicsContext() {
     while (m_states.size() > 1)
-        popState();
+        restoreGState();
     cairo_restore(m_context);
     cairo_destroy(m_context);
 }
 
-void CairoGraphicsContext::pushState(Layer layer, CGFloat alpha) {
-    cairo_save(m_context);
-    if (layer == Layer::group)
-        cairo_push_group(m_context);
-    m_states.push_back(state());
-    state().layer = layer;
-    state().layerAlpha = alpha;
-}
-
-void CairoGraphicsContext::popState() {
-    if (state().layer == Layer::group) {
-        cairo_pop_group_to_source(m_context);
-        cairo_paint_with_alpha(m_context, state().layerAlpha);
-    }
-    m_states.pop_back();
-    cairo_restore(m_context);
-}
-
 void CairoGraphicsContext::saveGState() {
-    pushState(Layer::none, 1);
+    cairo_save(m_context);
+    m_states.push_back(state());
 }
 
 void CairoGraphicsContext::restoreGState() {
-    if (m_states.size() > 1 && state().layer == Layer::none)
-        popState();
+    if (m_states.size() > 1) {
+        m_states.pop_back();
+        cairo_restore(m_context);
+    }
 }
 
 void CairoGraphicsContext::translateCTM(CGFloat tx, CGFloat ty) {
@@ -205,23 +190,6 @@ void CairoGraphicsContext::scaleCTM(CGFloat sx, CGFloat sy) {
 void CairoGraphicsContext::hideEverything() {
     cairo_new_path(m_context);
     cairo_clip(m_context);
-}
-
-void CairoGraphicsContext::beginTransparencyLayer(CGFloat alpha) {
-    const bool isOpaque = alpha >= 1;
-    const bool isVisible = alpha > 0;
-    pushState(isOpaque || !isVisible ? Layer::plain : Layer::group, alpha);
-    if (!isVisible)
-        hideEverything();
-}
-
-void CairoGraphicsContext::endTransparencyLayer() {
-    const auto isLayer = [](const State& candidate) { return candidate.layer != Layer::none; };
-    if (std::none_of(m_states.begin(), m_states.end(), isLayer))
-        return;
-    while (!isLayer(state()))
-        popState();
-    popState();
 }
 
 void CairoGraphicsContext::beginPath() {

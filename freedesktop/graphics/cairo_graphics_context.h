@@ -11,7 +11,7 @@ struct _cairo; // the painting library's context
 
 namespace quorvel::freedesktop {
 
-// Painting anything empties the path. A restore or an end without its beginning, a figure without
+// Painting anything empties the path. A restore without its save, a figure without
 // size, and coordinates that are not numbers do nothing.
 class CairoGraphicsContext final : public platform::GraphicsContext {
 public:
@@ -26,8 +26,6 @@ public:
     void restoreGState() override;
     void translateCTM(platform::CGFloat tx, platform::CGFloat ty) override;
     void scaleCTM(platform::CGFloat sx, platform::CGFloat sy) override;
-    void beginTransparencyLayer(platform::CGFloat alpha) override;
-    void endTransparencyLayer() override;
 
     void beginPath() override;
     void moveToPoint(platform::CGFloat x, platform::CGFloat y) override;
@@ -49,19 +47,13 @@ public:
                   const platform::UIColor& color, const platform::CGRect& rect) override;
 
 private:
-    enum class Layer { none, plain, group };
-
-    // What the painting library's own state does not hold, and what began with this state.
+    // The part of the state that the painting library does not hold itself.
     struct State {
         platform::UIColor strokeColor = platform::UIColor::blackColor();
         platform::UIColor fillColor = platform::UIColor::blackColor();
-        Layer layer = Layer::none;
-        platform::CGFloat layerAlpha = 1;
     };
 
     State& state() { return m_states.back(); }
-    void pushState(Layer layer, platform::CGFloat alpha);
-    void popState();
     void hideEverything();
     void addEllipse(const platform::CGRect& rect);
 

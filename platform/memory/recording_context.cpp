@@ -48,14 +48,6 @@ void RecordingContext::scaleCTM(CGFloat sx, CGFloat sy) {
     operations.push_back(line("scaleCTM", {sx, sy}));
 }
 
-void RecordingContext::beginTransparencyLayer(CGFloat alpha) {
-    operations.push_back(line("beginTransparencyLayer", {alpha}));
-}
-
-void RecordingContext::endTransparencyLayer() {
-    operations.emplace_back("endTransparencyLayer");
-}
-
 void RecordingContext::beginPath() {
     operations.emplace_back("beginPath");
 }

@@ -23,8 +23,6 @@ public:
     void restoreGState() override;
     void translateCTM(CGFloat tx, CGFloat ty) override;
     void scaleCTM(CGFloat sx, CGFloat sy) override;
-    void beginTransparencyLayer(CGFloat alpha) override;
-    void endTransparencyLayer() override;
     void beginPath() override;
     void moveToPoint(CGFloat x, CGFloat y) override;
     void addArcToPoint(CGFloat x1, CGFloat y1, CGFloat x2, CGFloat y2, CGFloat radius) override;

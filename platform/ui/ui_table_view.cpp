@@ -146,7 +146,6 @@ UITableView::dequeueReusableCellWithIdentifier(std::string_view identifier) {
     }
     Cell cell = std::move(queue->second.front());
     queue->second.pop_front();
-    cell->prepareForReuse();
     return cell;
 }
 

@@ -30,8 +30,6 @@ public:
     const std::optional<std::string>& reuseIdentifier() const { return m_reuseIdentifier; }
     const std::shared_ptr<UIView>& contentView() const { return m_contentView; }
 
-    // Sent just before the table hands the cell out again.
-    virtual void prepareForReuse() {}
     // Gives the content view the cell's size, less the separator.
     void layoutSubviews() override;
 

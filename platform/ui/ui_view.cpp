@@ -15,8 +15,6 @@ namespace {
 
 // Layouts that ask for another layout get it, but not for ever.
 constexpr int mostLayoutPasses = 8;
-// A view fainter than this takes no touches.
-constexpr CGFloat leastTouchableAlpha = 0.01;
 
 CGPoint plus(const CGPoint& a, const CGPoint& b) {
     return {a.x + b.x, a.y + b.y};
@@ -103,7 +101,6 @@ CGRect resizedFrame(const CGRect& frame, unsigned mask, CGSize oldSize, CGSize n
 struct UIView::OpenPainting {
     std::vector<std::shared_ptr<UIView>> subviews;
     std::size_t next;
-    bool hasLayer;
     std::optional<CGRect> clip; // in the view's own coordinates; absent: none known
 };
 
@@ -169,9 +166,6 @@ void UIView::setSize(CGSize size) {
     while (!resized.empty()) {
         const Resized one = resized.back();
         resized.pop_back();
-        if (!one.view->m_autoresizesSubviews) {
-            continue;
-        }
         for (const auto& subview : one.view->m_subviews) {
             const CGRect place = resizedFrame(subview->frame(), subview->m_autoresizingMask,
                                               one.oldSize, one.view->m_bounds.size);
@@ -313,7 +307,7 @@ void UIView::layoutOwnIfDue() {
 }
 
 bool UIView::takesTouches() const {
-    return !m_hidden && m_userInteractionEnabled && m_alpha >= leastTouchableAlpha;
+    return !m_hidden && m_userInteractionEnabled;
 }
 
 CGPoint UIView::fromSuperview(const CGPoint& point) const {
@@ -402,7 +396,7 @@ void UIView::touchesCancelled(const UITouchSet& touches, UIEvent& event) {
 // Painting.
 
 bool UIView::isPainted(const std::optional<CGRect>& clip) const {
-    if (m_hidden || !(m_alpha > 0)) {
+    if (m_hidden) {
         return false;
     }
     // What a view shows outside its bounds may still be seen, unless it clips.
@@ -411,16 +405,13 @@ bool UIView::isPainted(const std::optional<CGRect>& clip) const {
 
 UIView::OpenPainting UIView::beginPainting(GraphicsContext& context, const CGPoint& shift,
                                            const std::optional<CGRect>& clip) {
-    OpenPainting painting{m_subviews, 0, m_alpha < 1, clip};
+    OpenPainting painting{m_subviews, 0, clip};
     if (painting.clip) {
         painting.clip->origin = minus(painting.clip->origin, shift);
     }
     context.saveGState();
     if (shift != CGPoint{}) {
         context.translateCTM(shift.x, shift.y);
-    }
-    if (painting.hasLayer) {
-        context.beginTransparencyLayer(m_alpha);
     }
     if (m_clipsToBounds) {
         context.clipToRect(m_bounds);
@@ -445,9 +436,6 @@ void UIView::render(GraphicsContext& context) {
     while (!open.empty()) {
         OpenPainting& top = open.back();
         if (top.next == top.subviews.size()) {
-            if (top.hasLayer) {
-                context.endTransparencyLayer();
-            }
             context.restoreGState();
             open.pop_back();
             continue;

@@ -69,13 +69,9 @@ public:
     void setBackgroundColor(const std::optional<UIColor>& color) { m_backgroundColor = color; }
     unsigned autoresizingMask() const { return m_autoresizingMask; }
     void setAutoresizingMask(unsigned mask) { m_autoresizingMask = mask; }
-    bool autoresizesSubviews() const { return m_autoresizesSubviews; }
-    void setAutoresizesSubviews(bool autoresizes) { m_autoresizesSubviews = autoresizes; }
     bool isHidden() const { return m_hidden; }
     // What is dragged or moves at or below a view that is hidden ends, as if it left the window.
     void setHidden(bool hidden);
-    CGFloat alpha() const { return m_alpha; }
-    void setAlpha(CGFloat alpha) { m_alpha = alpha; }
     bool isUserInteractionEnabled() const { return m_userInteractionEnabled; }
     void setUserInteractionEnabled(bool enabled) { m_userInteractionEnabled = enabled; }
     bool clipsToBounds() const { return m_clipsToBounds; }
@@ -87,7 +83,7 @@ public:
     virtual void layoutSubviews() {}
 
     // The deepest view under the point (in this view's coordinates); null where there is none.
-    // Hidden and transparent views and those without interaction are passed over with all below.
+    // Hidden views and those without interaction are skipped with everything below them.
     std::shared_ptr<UIView> hitTest(const CGPoint& point);
     virtual bool pointInside(const CGPoint& point) const;
     // `view` null: the coordinates of the top of the tree.
@@ -100,8 +96,8 @@ public:
     virtual void touchesMoved(const UITouchSet& touches, UIEvent& event);
     virtual void touchesEnded(const UITouchSet& touches, UIEvent& event);
     virtual void touchesCancelled(const UITouchSet& touches, UIEvent& event);
-    // Whether a finger on it would reach it: neither it nor a view above it is hidden, transparent
-    // or without interaction.
+    // Whether a finger on it would reach it: neither it nor a view above it is hidden or without
+    // interaction.
     bool canBeTouched() const;
 
     // Paints this view and its subviews, as they are laid out now; the context's origin is the
@@ -132,9 +128,7 @@ private:
     std::int64_t m_tag = 0;
     std::optional<UIColor> m_backgroundColor;
     unsigned m_autoresizingMask = UIViewAutoresizingNone;
-    bool m_autoresizesSubviews = true;
     bool m_hidden = false;
-    CGFloat m_alpha = 1;
     bool m_userInteractionEnabled = true;
     bool m_clipsToBounds = false;
     bool m_needsLayout = true;

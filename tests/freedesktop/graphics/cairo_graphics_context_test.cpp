@@ -104,15 +104,13 @@ TEST(CairoGraphicsContext, TheStateIsKept) {
     EXPECT_EQ(pixel(*image, 19, 11), green);
 }
 
-TEST(CairoGraphicsContext, WhatDoesNotPairIsHarmless) {
+TEST(CairoGraphicsContext, IgnoresARestoreWithoutItsSave) {
     const auto image = begin(4, 4);
     GraphicsContext& context = image->context();
     context.restoreGState();
-    context.endTransparencyLayer();
-    context.beginTransparencyLayer(0.5);
-    context.restoreGState();
     context.saveGState();
-    context.endTransparencyLayer(); // ends the state within it too
+    context.restoreGState();
+    context.restoreGState();
     fill(context, UIColor::redColor(), 0, 0, 4, 4);
     EXPECT_EQ(pixel(*image, 1, 1), red);
 }
@@ -209,25 +207,6 @@ TEST(CairoGraphicsContext, WhatHasNoExtentDoesNotShow) {
     fill(context, UIColor::greenColor(), -1e12, -1e12, 2e12, 2e12);
     EXPECT_EQ(pixel(*image, 0, 0), green);
     EXPECT_EQ(pixel(*image, 9, 9), green);
-}
-
-TEST(CairoGraphicsContext, ALayerShowsThroughAsOne) {
-    const auto image = begin(10, 10, 1, true);
-    GraphicsContext& context = image->context();
-    context.beginTransparencyLayer(0.5);
-    fill(context, UIColor::whiteColor(), 0, 0, 6, 10);
-    fill(context, UIColor::whiteColor(), 4, 0, 6, 10);
-    context.endTransparencyLayer();
-    EXPECT_NEAR(pixel(*image, 0, 0) & 0xFF, 128, 1);
-    EXPECT_EQ(pixel(*image, 0, 0), pixel(*image, 5, 5)); // the overlap is no lighter
-    context.beginTransparencyLayer(0);
-    fill(context, UIColor::redColor(), 0, 0, 10, 10);
-    context.endTransparencyLayer();
-    EXPECT_EQ(pixel(*image, 0, 0), pixel(*image, 5, 5));
-    context.beginTransparencyLayer(1);
-    fill(context, UIColor::redColor(), 0, 0, 10, 10);
-    context.endTransparencyLayer();
-    EXPECT_EQ(pixel(*image, 0, 0), red);
 }
 
 TEST(CairoGraphicsContext, APictureOfTheSameSizeIsCopied) {

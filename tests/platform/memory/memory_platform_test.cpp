@@ -146,8 +146,6 @@ TEST(MemoryPlatformTest, WritesDownWhatIsPainted) {
     context.closePath();
     context.clip();
     context.clipToRect(CGRectMake(1, 2, 3, 4));
-    context.beginTransparencyLayer(0.25);
-    context.endTransparencyLayer();
     context.setLineWidth(2);
     context.setStrokeColor(UIColor::blackColor());
     context.setFillColor({1, 0.5, 0, 0.1});
@@ -158,28 +156,15 @@ TEST(MemoryPlatformTest, WritesDownWhatIsPainted) {
     context.drawText("Hi", UIFont::systemFontOfSize(14), UIColor::whiteColor(),
                      CGRectMake(1, 2, 3, 4));
     context.drawText("Hi", {"Inter", 9}, UIColor::whiteColor(), CGRectMake(1, 2, 3, 4));
-    EXPECT_EQ(context.operations,
-              (std::vector<std::string>{"beginPath",
-                                        "saveGState",
-                                        "translateCTM 0 0.5",
-                                        "scaleCTM 3 3",
-                                        "moveToPoint 1 2",
-                                        "addArcToPoint 1 2 3 4 5",
-                                        "restoreGState",
-                                        "closePath",
-                                        "clip",
-                                        "clipToRect 1 2 3 4",
-                                        "beginTransparencyLayer 0.25",
-                                        "endTransparencyLayer",
-                                        "setLineWidth 2",
-                                        "setStrokeColor 0 0 0 1",
-                                        "setFillColor 1 0.5 0 0.1",
-                                        "strokeEllipseInRect 25 25 30 30",
-                                        "fillEllipseInRect 25 25 30 30",
-                                        "fillRect -1 0 1e+06 1",
-                                        "drawImage 60x60@2 0 0 20 20",
-                                        "drawText \"Hi\" 14 1 1 1 1 1 2 3 4",
-                                        "drawText \"Hi\" Inter:9 1 1 1 1 1 2 3 4"}));
+    EXPECT_EQ(
+        context.operations,
+        (std::vector<std::string>{
+            "beginPath", "saveGState", "translateCTM 0 0.5", "scaleCTM 3 3", "moveToPoint 1 2",
+            "addArcToPoint 1 2 3 4 5", "restoreGState", "closePath", "clip", "clipToRect 1 2 3 4",
+            "setLineWidth 2", "setStrokeColor 0 0 0 1", "setFillColor 1 0.5 0 0.1",
+            "strokeEllipseInRect 25 25 30 30", "fillEllipseInRect 25 25 30 30",
+            "fillRect -1 0 1e+06 1", "drawImage 60x60@2 0 0 20 20",
+            "drawText \"Hi\" 14 1 1 1 1 1 2 3 4", "drawText \"Hi\" Inter:9 1 1 1 1 1 2 3 4"}));
 }
 
 TEST(MemoryPlatformTest, APictureHoldsWhatWasPaintedSoFar) {

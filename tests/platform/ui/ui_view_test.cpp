@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <functional>
 
 #include "platform/memory/fixed_screen.h"
@@ -78,9 +77,7 @@ TEST(UIViewTest, StartsAsThePlatformDoes) {
     EXPECT_EQ(view.tag(), 0);
     EXPECT_EQ(view.backgroundColor(), std::nullopt);
     EXPECT_EQ(view.autoresizingMask(), 0U);
-    EXPECT_TRUE(view.autoresizesSubviews());
     EXPECT_FALSE(view.isHidden());
-    EXPECT_EQ(view.alpha(), 1);
     EXPECT_TRUE(view.isUserInteractionEnabled());
     EXPECT_FALSE(view.clipsToBounds());
     EXPECT_EQ(view.superview(), nullptr);
@@ -222,7 +219,7 @@ TEST(UIViewTest, ShrinkingStopsAtNothing) {
               CGRectMake(10, 0, 0, 5));
 }
 
-TEST(UIViewTest, ResizingReachesAllBelowAtOnceUnlessSwitchedOff) {
+TEST(UIViewTest, ResizingReachesAllBelowAtOnce) {
     const auto top = makeView(0, 0, 100, 100);
     const auto middle = makeView(0, 0, 100, 100);
     const auto low = makeView(10, 10, 80, 80);
@@ -233,9 +230,6 @@ TEST(UIViewTest, ResizingReachesAllBelowAtOnceUnlessSwitchedOff) {
     top->setBounds(CGRectMake(0, 0, 150, 200));
     EXPECT_EQ(low->frame(), CGRectMake(10, 10, 130, 180));
     top->setBounds(CGRectMake(7, 8, 150, 200)); // the size is as before
-    EXPECT_EQ(middle->frame(), CGRectMake(0, 0, 150, 200));
-    top->setAutoresizesSubviews(false);
-    top->setFrame(CGRectMake(0, 0, 10, 10));
     EXPECT_EQ(middle->frame(), CGRectMake(0, 0, 150, 200));
 }
 
@@ -284,10 +278,7 @@ TEST(UIViewTest, PassesOverViewsThatTakeNoTouches) {
     view->setHidden(true);
     EXPECT_EQ(top->hitTest({1, 1}), top);
     view->setHidden(false);
-    view->setAlpha(0.01);
     EXPECT_EQ(top->hitTest({1, 1}), view);
-    view->setAlpha(0.009);
-    EXPECT_EQ(top->hitTest({1, 1}), top);
     top->setUserInteractionEnabled(false);
     EXPECT_EQ(top->hitTest({1, 1}), nullptr);
 }
@@ -408,17 +399,6 @@ TEST(UIViewTest, PaintsBackgroundThenContentThenSubviews) {
                                         "setLineWidth 7", "restoreGState", "restoreGState"}));
 }
 
-TEST(UIViewTest, PaintsAFaintViewAsOneLayer) {
-    const auto top = makeView(0, 0, 10, 10);
-    top->setAlpha(0.5);
-    top->setClipsToBounds(true);
-    top->addSubview(makeView(0, 0, 5, 5));
-    EXPECT_EQ(painted(*top),
-              (std::vector<std::string>{"saveGState", "beginTransparencyLayer 0.5",
-                                        "clipToRect 0 0 10 10", "saveGState", "restoreGState",
-                                        "endTransparencyLayer", "restoreGState"}));
-}
-
 TEST(UIViewTest, PaintsNothingOfWhatIsNotSeen) {
     const auto top = makeView(0, 0, 10, 10);
     const auto view = std::make_shared<PaintedView>(CGRectMake(0, 0, 5, 5));
@@ -427,11 +407,6 @@ TEST(UIViewTest, PaintsNothingOfWhatIsNotSeen) {
     view->setHidden(true);
     EXPECT_EQ(painted(*top), nothing);
     view->setHidden(false);
-    view->setAlpha(0);
-    EXPECT_EQ(painted(*top), nothing);
-    view->setAlpha(std::nan(""));
-    EXPECT_EQ(painted(*top), nothing);
-    view->setAlpha(1);
     EXPECT_NE(painted(*top), nothing);
     top->setHidden(true);
     EXPECT_TRUE(painted(*top).empty());
