@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "agenda/days.h"
+#include "base/time_units.h"
 #include "platform/clock.h"
 
 namespace quorvel {

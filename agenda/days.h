@@ -9,8 +9,6 @@ class DateServices;
 
 namespace quorvel {
 
-inline constexpr platform::NSTimeInterval secondsPerDay = 86400;
-
 // 00:00:00 of the date's day.
 platform::NSDate startOfDay(const platform::DateServices& dateServices, platform::NSDate date);
 

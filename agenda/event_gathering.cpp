@@ -7,6 +7,7 @@
 #include "agenda/days.h"
 #include "agenda/event_link.h"
 #include "agenda/settings.h"
+#include "base/time_units.h"
 #include "platform/clock.h"
 #include "platform/date_services.h"
 #include "platform/preferences.h"
@@ -77,8 +78,7 @@ std::optional<EKCalendars> calendarsOfSelectionFile(Preferences& preferences, EK
 EKEventPredicate predicateForDays(const DateServices& dateServices, NSDate now,
                                   std::int64_t daysToDisplay, EKCalendars calendars) {
     // Days of fixed length on purpose: over a clock change the end lies an hour off.
-    constexpr std::int64_t wholeSecondsPerDay{static_cast<std::int64_t>(secondsPerDay)};
-    const auto ahead = static_cast<NSTimeInterval>(daysToDisplay * wholeSecondsPerDay);
+    const auto ahead = static_cast<NSTimeInterval>(daysToDisplay * secondsPerDay);
     const NSDate end = lastSecondOfDay(dateServices, now).dateByAddingTimeInterval(ahead);
     return {now, end, std::move(calendars)};
 }

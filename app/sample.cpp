@@ -15,7 +15,6 @@
 
 namespace quorvel::app {
 
-using freedesktop::CivilTime;
 using freedesktop::TimeZone;
 using platform::NSDate;
 

@@ -20,18 +20,19 @@
 
 #include <libical/ical.h>
 
+#include "base/time_units.h"
 #include "freedesktop/calendar/ics_values.h"
 #include "freedesktop/calendar/recurrence/recurrence.h"
 #include "freedesktop/calendar/zone_clock.h"
 
 namespace {
 
+using namespace quorvel;
 using namespace quorvel::freedesktop;
 using namespace quorvel::freedesktop::recurrence;
 
 constexpr int eventCount = 5300;
 constexpr int years = 4;
-constexpr std::int64_t secondsPerDay = 86400;
 constexpr std::int64_t windowFrom = 20522 * secondsPerDay; // 2026-03-10
 constexpr std::int64_t windowTo = windowFrom + 2 * secondsPerDay;
 constexpr double greatestMilliseconds = 10;
@@ -46,7 +47,7 @@ struct RepeatingEvent {
 };
 
 std::string untilText(std::int64_t reading) {
-    const CivilTime time = ics::civilFromSeconds(reading);
+    const CivilTime time = civilFromSeconds(reading);
     char text[32];
     std::snprintf(text, sizeof text, "%04d%02d%02dT%02d%02d%02d", time.year, time.month, time.day,
                   time.hour, time.minute, time.second);
@@ -55,7 +56,7 @@ std::string untilText(std::int64_t reading) {
 
 // What people's calendars hold: mostly weekly and yearly, some daily and monthly.
 std::string ruleText(int number, std::int64_t start) {
-    const std::string day = std::to_string(ics::civilFromSeconds(start).day % 28 + 1);
+    const std::string day = std::to_string(civilFromSeconds(start).day % 28 + 1);
     const std::string count = std::to_string(5 + number % 60);
     const std::string until = untilText(start + (100 + number % 1000) * secondsPerDay);
     const std::string rules[] = {
@@ -114,7 +115,7 @@ std::size_t occurrences(RepeatingEvent& event, bool isCounted, std::int64_t to =
     request.from = windowFrom;
     request.to = to;
     if (until) {
-        request.until = ics::civilSeconds(until->civil);
+        request.until = civilSeconds(until->civil);
     }
     if (!event.wholeDays) {
         request.shown = [](std::int64_t reading) { return userClock().shown(reading); };
@@ -138,7 +139,7 @@ std::size_t search(std::vector<RepeatingEvent>& events, bool isCounted) {
 }
 
 icaltimetype icalTime(std::int64_t reading, bool isDate) {
-    const CivilTime civil = ics::civilFromSeconds(reading);
+    const CivilTime civil = civilFromSeconds(reading);
     icaltimetype time = icaltime_null_time();
     time.year = civil.year;
     time.month = civil.month;

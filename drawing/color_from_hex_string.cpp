@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "base/utf8.h"
 #include "drawing/scan_hex_int.h"
 
 namespace quorvel {
@@ -14,39 +15,6 @@ namespace {
 constexpr std::size_t shortLength = 7;
 constexpr std::size_t longLength = 9;
 constexpr std::u16string_view whiteDigits = u"FFFFFF";
-
-struct Character {
-    char32_t code;
-    std::size_t length; // bytes
-};
-
-bool isSurrogate(char32_t code) {
-    return code >= 0xD800 && code < 0xE000;
-}
-
-// Of a text that is not empty. A byte that is part of no character stands for one itself.
-Character firstCharacter(std::string_view utf8) {
-    constexpr Character damaged{0xFFFD, 1};
-    constexpr char32_t leastCodes[] = {0, 0, 0x80, 0x800, 0x10000};
-    const auto first = static_cast<unsigned char>(utf8.front());
-    if (first < 0x80U) {
-        return {first, 1};
-    }
-    const std::size_t length = first < 0xE0U ? 2 : first < 0xF0U ? 3 : 4;
-    if (first < 0xC2U || first > 0xF4U || utf8.size() < length) {
-        return damaged;
-    }
-    char32_t code = first & (0x7FU >> length);
-    for (const char byte : utf8.substr(1, length - 1)) {
-        const auto next = static_cast<unsigned char>(byte);
-        if ((next & 0xC0U) != 0x80U) {
-            return damaged;
-        }
-        code = code << 6U | (next & 0x3FU);
-    }
-    const bool isWhole = code >= leastCodes[length] && code <= 0x10FFFF && !isSurrogate(code);
-    return isWhole ? Character{code, length} : damaged;
-}
 
 void append(std::u16string& units, char32_t code) {
     if (code < 0x10000) {
@@ -61,9 +29,9 @@ void append(std::u16string& units, char32_t code) {
 std::u16string utf16Units(std::string_view utf8) {
     std::u16string units;
     while (!utf8.empty() && units.size() <= longLength) {
-        const Character character = firstCharacter(utf8);
-        append(units, character.code);
-        utf8.remove_prefix(character.length);
+        const DecodedCharacter next = decodeCharacter(utf8);
+        append(units, next.character.value_or(replacementCharacter));
+        utf8.remove_prefix(next.length);
     }
     return units;
 }

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "base/stable_hash.h"
 #include "freedesktop/calendar/ics_values.h"
-#include "freedesktop/calendar/stable_hash.h"
 
 namespace quorvel::freedesktop::ics {
 namespace {

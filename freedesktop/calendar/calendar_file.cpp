@@ -10,7 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "freedesktop/calendar/content_hash.h"
+#include "base/content_hash.h"
 #include "freedesktop/calendar/file_descriptor.h"
 
 namespace quorvel::freedesktop::ics {

@@ -15,8 +15,8 @@
 
 #include <sys/types.h>
 
+#include "base/content_hash.h"
 #include "freedesktop/calendar/calendar_file.h"
-#include "freedesktop/calendar/content_hash.h"
 #include "freedesktop/calendar/ical_calendar_stores.h"
 #include "freedesktop/calendar/loaded_calendar.h"
 

@@ -3,33 +3,11 @@
 #include <algorithm>
 #include <array>
 
+#include "base/utf8.h"
 #include "freedesktop/calendar/ics_values.h"
 
 namespace quorvel::freedesktop::ics {
 namespace {
-
-constexpr std::uint32_t replacement = 0xFFFD;
-
-void appendUtf8(std::uint32_t point, std::string& utf8) {
-    const auto continuation = [point](unsigned shift) {
-        return static_cast<char>(0x80U | ((point >> shift) & 0x3FU));
-    };
-    if (point < 0x80) {
-        utf8 += static_cast<char>(point);
-    } else if (point < 0x800) {
-        utf8 += static_cast<char>(0xC0U | (point >> 6U));
-        utf8 += continuation(0);
-    } else if (point < 0x10000) {
-        utf8 += static_cast<char>(0xE0U | (point >> 12U));
-        utf8 += continuation(6);
-        utf8 += continuation(0);
-    } else {
-        utf8 += static_cast<char>(0xF0U | (point >> 18U));
-        utf8 += continuation(12);
-        utf8 += continuation(6);
-        utf8 += continuation(0);
-    }
-}
 
 bool isHighSurrogate(std::uint32_t unit) {
     return unit >= 0xD800 && unit < 0xDC00;
@@ -116,21 +94,21 @@ void Utf16Decoder::addUnit(std::uint32_t unit, std::string& utf8) {
         const std::uint32_t high = *m_firstUnit;
         m_firstUnit.reset();
         if (isLowSurrogate(unit)) {
-            appendUtf8(0x10000 + ((high - 0xD800) << 10U) + (unit - 0xDC00), utf8);
+            appendCharacter(utf8, 0x10000 + ((high - 0xD800) << 10U) + (unit - 0xDC00));
             return;
         }
-        appendUtf8(replacement, utf8);
+        appendCharacter(utf8, replacementCharacter);
     }
     if (isHighSurrogate(unit)) {
         m_firstUnit = unit;
     } else {
-        appendUtf8(unit == 0 || isLowSurrogate(unit) ? replacement : unit, utf8);
+        appendCharacter(utf8, unit == 0 || isLowSurrogate(unit) ? replacementCharacter : unit);
     }
 }
 
 void Utf16Decoder::finish(std::string& utf8) {
     if (m_firstUnit || m_firstByte) {
-        appendUtf8(replacement, utf8);
+        appendCharacter(utf8, replacementCharacter);
     }
     m_firstUnit.reset();
     m_firstByte.reset();

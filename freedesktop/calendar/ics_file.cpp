@@ -5,9 +5,10 @@
 #include <array>
 #include <cstdlib>
 
+#include "base/stable_hash.h"
+#include "base/time_units.h"
 #include "freedesktop/calendar/content_lines.h"
 #include "freedesktop/calendar/encoded_text.h"
-#include "freedesktop/calendar/stable_hash.h"
 
 namespace quorvel::freedesktop::ics {
 namespace {
@@ -20,7 +21,6 @@ constexpr std::size_t mostZoneDates = 1000;
 // Zones lie at most a day off UTC, the user's own included.
 constexpr std::int64_t marginDays = 2;
 constexpr int farthestOffset = 86400;
-constexpr std::int64_t secondsPerDay = 86400;
 constexpr std::size_t longestQuotedLine = std::size_t{4} << 20U; // bytes, with all that follows
 constexpr std::size_t pieceToDecode = std::size_t{256} << 10U;   // bytes
 

@@ -4,16 +4,15 @@
 #include <algorithm>
 #include <array>
 
+#include "base/time_units.h"
+#include "base/utf8.h"
 #include "freedesktop/calendar/content_lines.h"
-#include "freedesktop/dates/civil_calendar.h"
 
 namespace quorvel::freedesktop::ics {
 namespace {
 
-constexpr std::int64_t secondsPerDay = 86400;
 constexpr int lastYear = 9999; // the four digits of a date
 constexpr std::size_t mostDurationDigits = 9;
-constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -45,38 +44,6 @@ bool isDay(int year, int month, int day) {
     return day <= length + (month == 2 && isLeapYear ? 1 : 0);
 }
 
-// The length of the UTF-8 sequence at the beginning; 0 where it is none.
-std::size_t sequenceLength(std::string_view bytes) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
-    const auto continues = [&](std::size_t i) {
-        return i < bytes.size() && (byte(i) & 0xC0U) == 0x80U;
-    };
-    const unsigned char first = byte(0);
-    if (first < 0x80) {
-        return first == 0 ? 0 : 1;
-    }
-    if (first >= 0xC2 && first <= 0xDF) {
-        return continues(1) ? 2 : 0;
-    }
-    if (first >= 0xE0 && first <= 0xEF) {
-        if (!continues(1) || !continues(2)) {
-            return 0;
-        }
-        const bool overlong = first == 0xE0 && byte(1) < 0xA0;
-        const bool surrogate = first == 0xED && byte(1) >= 0xA0;
-        return overlong || surrogate ? 0 : 3;
-    }
-    if (first >= 0xF0 && first <= 0xF4) {
-        if (!continues(1) || !continues(2) || !continues(3)) {
-            return 0;
-        }
-        const bool overlong = first == 0xF0 && byte(1) < 0x90;
-        const bool tooLarge = first == 0xF4 && byte(1) >= 0x90;
-        return overlong || tooLarge ? 0 : 4;
-    }
-    return 0;
-}
-
 // An escape that nobody defined stays as it stands: many producers do not escape a backslash.
 std::string unescaped(std::string_view raw) {
     std::string result;
@@ -105,15 +72,28 @@ bool isAscii(std::string_view text) {
                        [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-// Some bytes beyond ASCII, and nothing among them that reads as UTF-8.
+// NUL is a character of UTF-8, but none that a text may hold.
+bool isDamaged(const DecodedCharacter& next) {
+    return next.character.value_or(0) == 0;
+}
+
+std::size_t asciiLength(std::string_view text) {
+    const auto end = std::find_if(text.begin(), text.end(), [](char c) {
+        return c == 0 || static_cast<unsigned char>(c) >= 0x80;
+    });
+    return static_cast<std::size_t>(end - text.begin());
+}
+
+// Some bytes beyond ASCII, none of which begins a character of UTF-8.
 bool looksLikeLatin1(std::string_view bytes) {
     bool isAny = false;
     while (!bytes.empty()) {
-        const std::size_t length = sequenceLength(bytes);
-        if (length > 1 || (length == 0 && static_cast<unsigned char>(bytes.front()) < 0xA0)) {
+        const DecodedCharacter next = decodeCharacter(bytes);
+        const bool damaged = isDamaged(next);
+        if (next.length > 1 || (damaged && static_cast<unsigned char>(bytes.front()) < 0xA0)) {
             return false;
         }
-        isAny = isAny || length == 0;
+        isAny = isAny || damaged;
         bytes.remove_prefix(1);
     }
     return isAny;
@@ -218,11 +198,11 @@ std::optional<Duration> readDuration(std::string_view text) {
             break;
         case 'H':
         case 'h':
-            result.seconds += amount * 3600;
+            result.seconds += amount * secondsPerHour;
             break;
         case 'M':
         case 'm':
-            result.seconds += amount * 60;
+            result.seconds += amount * secondsPerMinute;
             break;
         case 'S':
         case 's':
@@ -292,13 +272,7 @@ std::vector<std::string_view> listParts(std::string_view text) {
 std::string utf8FromLatin1(std::string_view bytes) {
     std::string result;
     for (const char c : bytes) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x80) {
-            result += c;
-        } else {
-            result += static_cast<char>(0xC0 | (byte >> 6));
-            result += static_cast<char>(0x80 | (byte & 0x3F));
-        }
+        appendCharacter(result, static_cast<unsigned char>(c));
     }
     return result;
 }
@@ -307,13 +281,19 @@ std::string validUtf8(std::string_view bytes) {
     std::string result;
     result.reserve(bytes.size());
     while (!bytes.empty()) {
-        const std::size_t length = sequenceLength(bytes);
-        if (length == 0) {
-            result += replacementCharacter;
-        } else {
-            result += bytes.substr(0, length);
+        const std::size_t plain = asciiLength(bytes);
+        result += bytes.substr(0, plain);
+        bytes.remove_prefix(plain);
+        if (bytes.empty()) {
+            break;
         }
-        bytes.remove_prefix(std::max<std::size_t>(length, 1));
+        const DecodedCharacter next = decodeCharacter(bytes);
+        if (isDamaged(next)) {
+            appendCharacter(result, replacementCharacter);
+        } else {
+            result += bytes.substr(0, next.length);
+        }
+        bytes.remove_prefix(next.length);
     }
     return result;
 }
@@ -324,27 +304,6 @@ std::string readText(std::string_view raw) {
         return text;
     }
     return looksLikeLatin1(text) ? utf8FromLatin1(text) : validUtf8(text);
-}
-
-std::int64_t civilDays(const CivilTime& time) {
-    return dayNumber(time.year, time.month, time.day);
-}
-
-std::int64_t civilSeconds(const CivilTime& time) {
-    return civilDays(time) * secondsPerDay + std::int64_t{time.hour} * 3600 +
-           std::int64_t{time.minute} * 60 + time.second;
-}
-
-std::int64_t dayOf(std::int64_t seconds) {
-    return seconds / secondsPerDay - (seconds % secondsPerDay < 0 ? 1 : 0);
-}
-
-CivilTime civilFromSeconds(std::int64_t seconds) {
-    const std::int64_t days = dayOf(seconds);
-    const CivilDay day = civilDay(days);
-    const int ofDay = static_cast<int>(seconds - days * secondsPerDay);
-    return {
-        static_cast<int>(day.year), day.month, day.day, ofDay / 3600, ofDay / 60 % 60, ofDay % 60};
 }
 
 } // namespace quorvel::freedesktop::ics

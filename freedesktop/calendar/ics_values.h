@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "freedesktop/dates/time_zone.h"
+#include "base/civil_calendar.h"
 
 namespace quorvel::freedesktop::ics {
 
@@ -55,11 +55,5 @@ std::string_view trimmed(std::string_view text); // of spaces and tabs
 std::string readText(std::string_view raw);
 std::string validUtf8(std::string_view bytes);
 std::string utf8FromLatin1(std::string_view bytes);
-
-// Seconds since 1970 if the reading were one of UTC.
-std::int64_t civilSeconds(const CivilTime& time);
-CivilTime civilFromSeconds(std::int64_t seconds);
-std::int64_t civilDays(const CivilTime& time); // since 1970-01-01
-std::int64_t dayOf(std::int64_t seconds);      // likewise
 
 } // namespace quorvel::freedesktop::ics

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/stable_hash.h"
 #include "freedesktop/calendar/calendar_colours.h"
-#include "freedesktop/calendar/stable_hash.h"
 
 namespace quorvel::freedesktop::ics {
 namespace {

@@ -9,13 +9,13 @@
 #include <tuple>
 #include <utility>
 
+#include "base/time_units.h"
 #include "freedesktop/calendar/content_lines.h"
 #include "freedesktop/calendar/defined_time_zone.h"
 
 namespace quorvel::freedesktop::ics {
 namespace {
 
-constexpr std::int64_t secondsPerDay = 86400;
 // No reading lies further from its instant, in any zone.
 constexpr std::int64_t marginSeconds = 2 * secondsPerDay;
 constexpr std::int64_t mostDays = 4000000;

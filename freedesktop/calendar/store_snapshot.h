@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "base/content_hash.h"
 #include "freedesktop/calendar/calendar_files.h"
-#include "freedesktop/calendar/content_hash.h"
 #include "freedesktop/calendar/loaded_calendar.h"
 #include "freedesktop/calendar/occurrences.h"
 #include "platform/calendar_store.h"

@@ -3,12 +3,12 @@
 
 #include <cmath>
 
+#include "base/time_units.h"
 #include "freedesktop/calendar/ics_values.h"
 
 namespace quorvel::freedesktop::ics {
 namespace {
 
-constexpr std::int64_t secondsPerDay = 86400;
 constexpr std::size_t mostDays = 50000;
 constexpr std::size_t mostNames = 5000;
 constexpr std::size_t longestName = 256;

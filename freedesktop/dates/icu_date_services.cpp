@@ -10,7 +10,7 @@
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
 
-#include "freedesktop/dates/civil_calendar.h"
+#include "base/civil_calendar.h"
 #include "freedesktop/dates/relative_day_words.h"
 #include "freedesktop/dates/time_patterns.h"
 

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "freedesktop/dates/civil_calendar.h"
+#include "base/civil_calendar.h"
 
 namespace quorvel::freedesktop {
 namespace {

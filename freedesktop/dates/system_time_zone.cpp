@@ -8,12 +8,13 @@
 
 #include <glib.h>
 
-#include "freedesktop/dates/civil_calendar.h"
+#include "base/civil_calendar.h"
+#include "base/integer_division.h"
+#include "base/time_units.h"
 
 namespace quorvel::freedesktop {
 namespace {
 
-constexpr std::int64_t secondsPerDay = 86400;
 // The library works rules out to the year 2999; what follows is like it was 400 years, and so a
 // whole number of weeks, before.
 constexpr std::int64_t secondsPerCycle = 146097 * secondsPerDay;
@@ -23,11 +24,6 @@ constexpr double farthestSecond = 1e13;
 // No zone lies further from UTC, not even on the day on which one changed to the other side of the
 // date line; and none changes twice within so many hours before and after.
 constexpr std::int64_t margin = 30 * 3600;
-
-std::int64_t floorDivision(std::int64_t value, std::int64_t divisor) {
-    const std::int64_t quotient = value / divisor;
-    return value % divisor < 0 ? quotient - 1 : quotient;
-}
 
 std::int64_t wholeSeconds(platform::NSDate date) {
     const double seconds = platform::timeIntervalSince1970(date);
@@ -55,23 +51,12 @@ public:
 
     CivilTime civilTime(platform::NSDate date) const override {
         const std::int64_t second = wholeSeconds(date);
-        const std::int64_t local = second + offsetAt(second);
-        const std::int64_t days = floorDivision(local, secondsPerDay);
-        const CivilDay day = civilDay(days);
-        const int ofDay = static_cast<int>(local - days * secondsPerDay);
-        return {static_cast<int>(day.year),
-                day.month,
-                day.day,
-                ofDay / 3600,
-                ofDay / 60 % 60,
-                ofDay % 60};
+        return civilFromSeconds(second + offsetAt(second));
     }
 
     platform::NSDate instant(const CivilTime& time) const override {
-        const std::int64_t days = dayNumber(time.year, time.month, time.day);
-        const std::int64_t local = days * secondsPerDay + std::int64_t{time.hour} * 3600 +
-                                   std::int64_t{time.minute} * 60 + time.second;
-        return platform::dateWithTimeIntervalSince1970(static_cast<double>(instantOf(local)));
+        return platform::dateWithTimeIntervalSince1970(
+            static_cast<double>(instantOf(civilSeconds(time))));
     }
 
 private:

@@ -7,7 +7,6 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
-#include <limits>
 #include <map>
 #include <mutex>
 
@@ -15,14 +14,14 @@
 #include <unicode/strenum.h>
 #include <unicode/timezone.h>
 
-#include "freedesktop/dates/civil_calendar.h"
+#include "base/civil_calendar.h"
+#include "base/time_units.h"
 #include "freedesktop/dates/display_zone_names.h"
 #include "freedesktop/dates/system_time_zone.h"
 
 namespace quorvel::freedesktop {
 namespace {
 
-constexpr std::int64_t secondsPerDay = 86400;
 constexpr double millisecondsPerSecond = 1000;
 // Some 300,000 years either way: far beyond any calendar, well within ICU's range.
 constexpr double farthestSecond = 1e13;
@@ -34,11 +33,6 @@ double withinReach(double secondsSince1970) {
         return 0;
     }
     return std::clamp(secondsSince1970, -farthestSecond, farthestSecond);
-}
-
-int clampedToInt(std::int64_t value) {
-    return static_cast<int>(std::clamp<std::int64_t>(value, std::numeric_limits<int>::min(),
-                                                     std::numeric_limits<int>::max()));
 }
 
 // Where the machine has no zone files, and for offsets that are called by themselves.
@@ -56,22 +50,11 @@ public:
 
     CivilTime civilTime(platform::NSDate date) const override {
         const double second = std::floor(withinReach(platform::timeIntervalSince1970(date)));
-        const std::int64_t local = static_cast<std::int64_t>(second) + offsetAt(second);
-        std::int64_t days = local / secondsPerDay;
-        if (local % secondsPerDay < 0) {
-            --days;
-        }
-        const CivilDay day = civilDay(days);
-        const int ofDay = static_cast<int>(local - days * secondsPerDay);
-        return {clampedToInt(day.year), day.month,       day.day,
-                ofDay / 3600,           ofDay / 60 % 60, ofDay % 60};
+        return civilFromSeconds(static_cast<std::int64_t>(second) + offsetAt(second));
     }
 
     platform::NSDate instant(const CivilTime& time) const override {
-        const std::int64_t days = dayNumber(time.year, time.month, time.day);
-        const std::int64_t ofDay = std::int64_t{time.hour} * 3600 + std::int64_t{time.minute} * 60 +
-                                   std::int64_t{time.second};
-        const double local = withinReach(static_cast<double>(days * secondsPerDay + ofDay));
+        const double local = withinReach(static_cast<double>(civilSeconds(time)));
         return platform::dateWithTimeIntervalSince1970(local - offsetFromLocal(local));
     }
 

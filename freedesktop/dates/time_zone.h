@@ -6,21 +6,10 @@
 #include <string>
 #include <string_view>
 
+#include "base/civil_calendar.h"
 #include "platform/ns_date.h"
 
 namespace quorvel::freedesktop {
-
-// A wall-clock reading in the proleptic Gregorian calendar. Month and day count from 1. Fields
-// beyond their range carry over, as in 25:00 on the 31st.
-struct CivilTime {
-    int year = 1;
-    int month = 1;
-    int day = 1;
-    int hour = 0;
-    int minute = 0;
-    int second = 0;
-    bool operator==(const CivilTime&) const = default;
-};
 
 // Immutable and shared.
 class TimeZone {

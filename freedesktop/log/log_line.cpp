@@ -6,6 +6,7 @@
 
 #include <unistd.h>
 
+#include "base/utf8.h"
 #include "freedesktop/plain_text/characters.h"
 
 namespace quorvel::freedesktop {

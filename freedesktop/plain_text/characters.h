@@ -1,23 +1,7 @@
-// The characters of a text in UTF-8 that may be damaged, and what they do where lines are printed.
+// Classes of characters, by what they do where lines are printed.
 #pragma once
 
-#include <cstddef>
-#include <optional>
-#include <string>
-#include <string_view>
-
 namespace quorvel::freedesktop {
-
-struct DecodedCharacter {
-    std::optional<char32_t> character; // absent: damaged bytes
-    std::size_t length = 1;            // bytes taken
-};
-
-// The first character of a text that is not empty. Damage takes one byte at a time, so that the
-// next call decodes what follows it from its start.
-DecodedCharacter decodeCharacter(std::string_view text);
-
-void appendCharacter(std::string& text, char32_t character);
 
 // C0, DEL and C1 (U+0000 to U+001F, U+007F to U+009F): a terminal acts upon them.
 bool isControlCharacter(char32_t character);

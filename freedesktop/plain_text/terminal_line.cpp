@@ -1,11 +1,11 @@
 #include "freedesktop/plain_text/terminal_line.h"
 
+#include "base/utf8.h"
 #include "freedesktop/plain_text/characters.h"
 
 namespace quorvel::freedesktop {
 
 std::string terminalLine(std::string_view text) {
-    constexpr char32_t replacementCharacter = 0xFFFD;
     std::string line;
     line.reserve(text.size());
     while (!text.empty()) {

@@ -2,43 +2,13 @@
 
 #include <cstdint>
 
+#include "base/utf8.h"
+
 namespace quorvel::freedesktop {
 namespace {
 
-constexpr char32_t replacement = 0xFFFD;
-
 unsigned byteAt(std::string_view text, std::size_t index) {
     return static_cast<unsigned char>(text[index]);
-}
-
-struct Decoded {
-    char32_t character = replacement;
-    std::size_t length = 1;
-};
-
-Decoded decodeFirst(std::string_view text) {
-    const unsigned first = byteAt(text, 0);
-    if (first < 0x80) {
-        return {first, 1};
-    }
-    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    if (first < 0xC2 || first > 0xF4 || text.size() < length) {
-        return {};
-    }
-    char32_t character = first & (0x7FU >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        const unsigned next = byteAt(text, i);
-        if ((next & 0xC0U) != 0x80) {
-            return {};
-        }
-        character = (character << 6U) | (next & 0x3FU);
-    }
-    static constexpr char32_t least[] = {0, 0, 0x80, 0x800, 0x10000};
-    const bool surrogate = character >= 0xD800 && character < 0xE000;
-    if (character < least[length] || surrogate || character > 0x10FFFF) {
-        return {};
-    }
-    return {character, length};
 }
 
 std::string fromUtf16(std::string_view bytes, bool bigEndian) {
@@ -88,34 +58,16 @@ Encoding encodingOf(std::string_view bytes) {
 } // namespace
 
 void appendUtf8(std::string& text, char32_t character) {
-    if (character > 0x10FFFF || (character >= 0xD800 && character < 0xE000)) {
-        character = replacement;
-    }
-    const auto put = [&text](char32_t byte) { text += static_cast<char>(byte); };
-    if (character < 0x80) {
-        put(character);
-    } else if (character < 0x800) {
-        put(0xC0U | character >> 6U);
-        put(0x80U | (character & 0x3FU));
-    } else if (character < 0x10000) {
-        put(0xE0U | character >> 12U);
-        put(0x80U | (character >> 6U & 0x3FU));
-        put(0x80U | (character & 0x3FU));
-    } else {
-        put(0xF0U | character >> 18U);
-        put(0x80U | (character >> 12U & 0x3FU));
-        put(0x80U | (character >> 6U & 0x3FU));
-        put(0x80U | (character & 0x3FU));
-    }
+    appendCharacter(text, isEncodable(character) ? character : replacementCharacter);
 }
 
 std::string wellFormedUtf8(std::string_view text) {
     std::string result;
     result.reserve(text.size());
     while (!text.empty()) {
-        const Decoded decoded = decodeFirst(text);
-        appendUtf8(result, decoded.character);
-        text.remove_prefix(decoded.length);
+        const DecodedCharacter next = decodeCharacter(text);
+        appendCharacter(result, next.character.value_or(replacementCharacter));
+        text.remove_prefix(next.length);
     }
     return result;
 }

@@ -6,11 +6,13 @@
 #include <cmath>
 #include <cstdint>
 
+#include "base/integer_division.h"
+#include "base/time_units.h"
+
 namespace quorvel::platform::memory {
 
 namespace {
 
-constexpr std::int64_t secondsPerDay = 86400;
 // Years that std::chrono can count, with room for a month's overflow.
 constexpr int yearLimit = 30000;
 constexpr double instantLimit = 29000.0 * 365 * 86400;
@@ -26,11 +28,6 @@ struct LocalTime {
     std::int64_t dayNumber; // days since 1970
 };
 
-std::int64_t floorDivide(std::int64_t value, std::int64_t divisor) {
-    const std::int64_t quotient = value / divisor;
-    return value % divisor < 0 ? quotient - 1 : quotient;
-}
-
 std::int64_t wholeSecondsSince1970(NSDate date) {
     const double seconds = std::floor(timeIntervalSince1970(date));
     return std::isnan(seconds)
@@ -39,7 +36,7 @@ std::int64_t wholeSecondsSince1970(NSDate date) {
 }
 
 LocalTime localTime(std::int64_t localSeconds) {
-    const std::int64_t dayNumber = floorDivide(localSeconds, secondsPerDay);
+    const std::int64_t dayNumber = floorDivision(localSeconds, secondsPerDay);
     const int ofDay = static_cast<int>(localSeconds - dayNumber * secondsPerDay);
     const std::chrono::sys_days day{std::chrono::days(dayNumber)};
     const std::chrono::year_month_day civil(day);
@@ -55,7 +52,7 @@ LocalTime localTime(std::int64_t localSeconds) {
 
 std::int64_t localSeconds(const NSDateComponents& components) {
     const std::int64_t months = static_cast<std::int64_t>(components.month.value_or(1)) - 1;
-    const std::int64_t monthYears = floorDivide(months, 12);
+    const std::int64_t monthYears = floorDivision(months, 12);
     const std::int64_t year =
         std::clamp<std::int64_t>(components.year.value_or(1) + monthYears, -yearLimit, yearLimit);
     const std::chrono::year_month_day first(

@@ -7,18 +7,14 @@
 #include <memory>
 #include <type_traits>
 
-#include "freedesktop/plain_text/characters.h"
+#include "base/utf8.h"
 #include "freedesktop/plain_text/terminal_line.h"
 
 namespace quorvel::headless {
 
-using freedesktop::decodeCharacter;
-using freedesktop::DecodedCharacter;
 using freedesktop::terminalLine;
 
 namespace {
-
-constexpr char32_t replacementCharacter = 0xFFFD;
 constexpr std::string_view ellipsis = "\u2026";
 
 struct FreeLocale {

@@ -7,7 +7,6 @@
 namespace quorvel::app {
 namespace {
 
-using freedesktop::CivilTime;
 using freedesktop::TimeZone;
 
 class FilledTemplate : public ::testing::Test {

@@ -7,12 +7,14 @@
 #include <string_view>
 #include <tuple>
 
+#include "base/time_units.h"
 #include "freedesktop/calendar/ical_calendar_stores.h"
 #include "freedesktop/calendar/ics_values.h"
 #include "tests/fuzz/fuzzing.h"
 
 namespace {
 
+using namespace quorvel;
 using namespace quorvel::freedesktop;
 using quorvel::fuzzing::processorTime;
 using quorvel::fuzzing::require;
@@ -20,7 +22,6 @@ using quorvel::platform::EKEvents;
 using quorvel::platform::EKEventStore;
 using quorvel::platform::NSDate;
 
-constexpr double secondsPerDay = 86400;
 constexpr double greatestMilliseconds = 20'000; // under the sanitizers
 
 // Made once: what is known of them is no part of an input's time.

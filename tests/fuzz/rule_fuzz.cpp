@@ -9,17 +9,17 @@
 #include <string>
 #include <string_view>
 
+#include "base/time_units.h"
 #include "freedesktop/calendar/recurrence/recurrence.h"
 #include "tests/fuzz/fuzzing.h"
 
 namespace {
 
+using namespace quorvel;
 using namespace quorvel::freedesktop::recurrence;
 using quorvel::fuzzing::processorTime;
 using quorvel::fuzzing::require;
 
-constexpr std::int64_t secondsPerHour = 3600;
-constexpr std::int64_t secondsPerDay = 86400;
 constexpr std::int64_t year = 366 * secondsPerDay;
 constexpr std::int64_t usualStart = 1704096000; // 2024-01-01T08:00:00
 constexpr std::int64_t firstReading = -62135596800;

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "freedesktop/calendar/content_hash.h"
+#include "base/content_hash.h"
 
 namespace quorvel::freedesktop::ics {
 

@@ -2,7 +2,7 @@
 
 #include <unistd.h>
 
-#include "freedesktop/calendar/content_hash.h"
+#include "base/content_hash.h"
 #include "freedesktop/dates/time_zone.h"
 #include <quorvel_calendar_sources.h>
 

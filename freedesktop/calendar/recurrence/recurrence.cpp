@@ -9,15 +9,14 @@
 #include <numeric>
 #include <utility>
 
+#include "base/civil_calendar.h"
+#include "base/integer_division.h"
+#include "base/time_units.h"
 #include "freedesktop/calendar/recurrence/rule_days.h"
-#include "freedesktop/dates/civil_calendar.h"
 
 namespace quorvel::freedesktop::recurrence {
 namespace {
 
-constexpr std::int64_t secondsPerMinute = 60;
-constexpr std::int64_t secondsPerHour = 3600;
-constexpr std::int64_t secondsPerDay = 86400;
 constexpr std::int64_t firstReading = -62135596800; // 0001-01-01T00:00:00
 constexpr std::int64_t lastReading = 253402300799;  // 9999-12-31T23:59:59
 constexpr std::size_t mostReadings = 100'000;
@@ -28,15 +27,6 @@ constexpr std::int64_t barrenSteps = 2'000;
 constexpr std::int64_t stepsOfMonth = 8;
 constexpr std::int64_t stepsOfAskedDay = 16;
 constexpr std::int64_t timesPerStep = 8;
-
-std::int64_t floorDivision(std::int64_t value, std::int64_t divisor) {
-    const std::int64_t quotient = value / divisor;
-    return value % divisor < 0 ? quotient - 1 : quotient;
-}
-
-std::int64_t ceilingDivision(std::int64_t value, std::int64_t divisor) {
-    return -floorDivision(-value, divisor);
-}
 
 // Seconds of the unit that the frequency counts in; 0 for months and years.
 std::int64_t unitOf(Frequency frequency) {
@@ -50,7 +40,7 @@ std::int64_t unitOf(Frequency frequency) {
     case Frequency::daily:
         return secondsPerDay;
     case Frequency::weekly:
-        return weekdays * secondsPerDay;
+        return secondsPerWeek;
     case Frequency::monthly:
     case Frequency::yearly:
         return 0;

@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
+#include "base/civil_calendar.h"
 #include "freedesktop/calendar/recurrence/recurrence_rule.h"
-#include "freedesktop/dates/civil_calendar.h"
 
 namespace quorvel::freedesktop::recurrence {
 

@@ -428,8 +428,7 @@ TEST_F(IcalStore, NarrowSearchesAgreeWithAWideOne) {
 
 // A moment so many seconds into March 2026, as an iCalendar writes it in UTC.
 std::string momentText(int seconds) {
-    const CivilTime time =
-        ics::civilFromSeconds(ics::civilSeconds({2026, 3, 1, 0, 0, 0}) + seconds);
+    const CivilTime time = civilFromSeconds(civilSeconds({2026, 3, 1, 0, 0, 0}) + seconds);
     char text[24];
     std::snprintf(text, sizeof text, "%04d%02d%02dT%02d%02d%02dZ", time.year, time.month, time.day,
                   time.hour, time.minute, time.second);

@@ -61,7 +61,7 @@ std::optional<platform::NSDate> readInstant(const std::string& text) {
         return std::nullopt;
     }
     const std::int64_t offset = (offsetHours * 60 + offsetMinutes) * (sign == '-' ? -60 : 60);
-    const std::int64_t reading = ics::civilSeconds({year, month, day, hour, minute, second});
+    const std::int64_t reading = civilSeconds({year, month, day, hour, minute, second});
     return platform::dateWithTimeIntervalSince1970(static_cast<double>(reading - offset));
 }
 

@@ -17,6 +17,7 @@
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
+#include "base/time_units.h"
 #include "tests/freedesktop/calendar/store_fixture.h"
 
 namespace quorvel::freedesktop::recurrence {
@@ -27,7 +28,6 @@ using std::chrono::sys_days;
 
 const bool hasSeed = setenv("RC_PARAMS", "seed=20261121 max_success=1000", 0) == 0;
 
-constexpr std::int64_t secondsPerDay = 86400;
 constexpr std::int64_t ampleBudget = 1'000'000'000;
 constexpr std::int64_t endOfTime = 253402300799; // the last second of 9999
 constexpr int sunday = 0;

@@ -10,8 +10,6 @@
 namespace quorvel::freedesktop::recurrence {
 namespace {
 
-using ics::civilFromSeconds;
-using ics::civilSeconds;
 using ics::readTime;
 
 std::int64_t reading(std::string_view text) {

@@ -1,6 +1,9 @@
-#include "freedesktop/dates/civil_calendar.h"
+#include "base/civil_calendar.h"
 
-namespace quorvel::freedesktop {
+#include "base/integer_division.h"
+#include "base/time_units.h"
+
+namespace quorvel {
 namespace {
 
 constexpr std::int64_t daysPerEra = 146097; // of 400 years
@@ -8,11 +11,6 @@ constexpr std::int64_t yearsPerEra = 400;
 constexpr std::int64_t monthsPerYear = 12;
 constexpr std::int64_t daysPerWeek = 7;
 constexpr std::int64_t marchFirstYearZero = 719468; // days before 1970-01-01
-
-std::int64_t floorDivision(std::int64_t value, std::int64_t divisor) {
-    const std::int64_t quotient = value / divisor;
-    return value % divisor < 0 ? quotient - 1 : quotient;
-}
 
 // Days from 1 March to the first of a month that counts from March.
 std::int64_t daysBeforeMonthFromMarch(std::int64_t monthFromMarch) {
@@ -54,4 +52,25 @@ int weekdayOf(std::int64_t number) {
     return static_cast<int>(fromSunday - floorDivision(fromSunday, daysPerWeek) * daysPerWeek) + 1;
 }
 
-} // namespace quorvel::freedesktop
+std::int64_t civilDays(const CivilTime& time) {
+    return dayNumber(time.year, time.month, time.day);
+}
+
+std::int64_t civilSeconds(const CivilTime& time) {
+    return civilDays(time) * secondsPerDay + time.hour * secondsPerHour +
+           time.minute * secondsPerMinute + time.second;
+}
+
+std::int64_t dayOf(std::int64_t seconds) {
+    return floorDivision(seconds, secondsPerDay);
+}
+
+CivilTime civilFromSeconds(std::int64_t seconds) {
+    const std::int64_t days = dayOf(seconds);
+    const CivilDay day = civilDay(days);
+    const int ofDay = static_cast<int>(seconds - days * secondsPerDay);
+    return {
+        static_cast<int>(day.year), day.month, day.day, ofDay / 3600, ofDay / 60 % 60, ofDay % 60};
+}
+
+} // namespace quorvel

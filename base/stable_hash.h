@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace quorvel::freedesktop::ics {
+namespace quorvel {
 
 constexpr std::uint64_t stableHash(std::string_view text) {
     std::uint64_t hash = 0xcbf29ce484222325U;
@@ -25,4 +25,4 @@ inline std::string hexDigits(std::uint64_t value, int digits) {
     return result;
 }
 
-} // namespace quorvel::freedesktop::ics
+} // namespace quorvel

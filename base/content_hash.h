@@ -8,7 +8,7 @@
 #include <cstring>
 #include <string_view>
 
-namespace quorvel::freedesktop::ics {
+namespace quorvel {
 
 class ContentHash {
 public:
@@ -70,4 +70,4 @@ private:
     ContentHash m_second{2};
 };
 
-} // namespace quorvel::freedesktop::ics
+} // namespace quorvel

@@ -1,9 +1,9 @@
 // Day numbers against known days, and against each other over ten thousand years.
-#include "freedesktop/dates/civil_calendar.h"
+#include "base/civil_calendar.h"
 
 #include <gtest/gtest.h>
 
-namespace quorvel::freedesktop {
+namespace quorvel {
 namespace {
 
 TEST(CivilCalendar, KnowsKnownDays) {
@@ -35,6 +35,17 @@ TEST(CivilCalendar, GoesThereAndBack) {
     }
 }
 
+TEST(CivilCalendar, CountsTheSecondsOfLocalTimes) {
+    EXPECT_EQ(civilSeconds({1970, 1, 1, 0, 0, 0}), 0);
+    EXPECT_EQ(civilSeconds({2001, 1, 1, 0, 0, 0}), 978307200);
+    EXPECT_EQ(civilSeconds({1969, 12, 31, 23, 59, 59}), -1);
+    EXPECT_EQ(civilFromSeconds(-1), (CivilTime{1969, 12, 31, 23, 59, 59}));
+    EXPECT_EQ(civilFromSeconds(978307200), (CivilTime{2001, 1, 1, 0, 0, 0}));
+    EXPECT_EQ(civilSeconds({2026, 1, 31, 25, 0, -1}), civilSeconds({2026, 2, 1, 0, 59, 59}));
+    EXPECT_EQ(dayOf(-1), -1);
+    EXPECT_EQ(dayOf(0), 0);
+}
+
 TEST(CivilCalendar, KnowsWeekdays) {
     EXPECT_EQ(weekdayOf(dayNumber(1970, 1, 1)), 5);
     EXPECT_EQ(weekdayOf(dayNumber(2026, 3, 10)), 3);
@@ -43,4 +54,4 @@ TEST(CivilCalendar, KnowsWeekdays) {
 }
 
 } // namespace
-} // namespace quorvel::freedesktop
+} // namespace quorvel

@@ -1,0 +1,70 @@
+// UTF-8 in both directions, and what is no character of it.
+#include "base/utf8.h"
+
+#include <gtest/gtest.h>
+
+namespace quorvel {
+namespace {
+
+void expectCharacter(std::string_view text, char32_t character, std::size_t length) {
+    const DecodedCharacter decoded = decodeCharacter(text);
+    ASSERT_TRUE(decoded.character.has_value()) << text;
+    EXPECT_EQ(*decoded.character, character);
+    EXPECT_EQ(decoded.length, length);
+}
+
+void expectDamage(std::string_view text) {
+    const DecodedCharacter decoded = decodeCharacter(text);
+    EXPECT_FALSE(decoded.character.has_value()) << text;
+    EXPECT_EQ(decoded.length, 1U);
+}
+
+TEST(DecodeCharacter, KnowsEachLength) {
+    expectCharacter("ab", U'a', 1);
+    expectCharacter(std::string_view("\0", 1), 0, 1);
+    expectCharacter("\x7F", 0x7F, 1);
+    expectCharacter("\xC2\x80", 0x80, 2);
+    expectCharacter("\xDF\xBF", 0x7FF, 2);
+    expectCharacter("\xE0\xA0\x80", 0x800, 3);
+    expectCharacter("\xEF\xBF\xBF", 0xFFFF, 3);
+    expectCharacter("\xF0\x90\x80\x80", 0x10000, 4);
+    expectCharacter("\xF4\x8F\xBF\xBF", 0x10FFFF, 4);
+}
+
+TEST(DecodeCharacter, TakesOneDamagedByte) {
+    expectDamage("\x80");
+    expectDamage("\xFF");
+    expectDamage("\xC3");             // cut off
+    expectDamage("\xE2\x82");         // likewise
+    expectDamage("\xE2\x28\xA1");     // no continuation
+    expectDamage("\xC0\xAF");         // longer than it need be
+    expectDamage("\xE0\x9F\xBF");     // likewise
+    expectDamage("\xF0\x8F\xBF\xBF"); // likewise
+    expectDamage("\xED\xA0\x80");     // half of a surrogate pair
+    expectDamage("\xF4\x90\x80\x80"); // beyond U+10FFFF
+}
+
+TEST(AppendCharacter, EncodesWhatIsDecoded) {
+    for (char32_t character = 0; character <= 0x10FFFF; ++character) {
+        if (!isEncodable(character)) {
+            continue;
+        }
+        std::string text;
+        appendCharacter(text, character);
+        const DecodedCharacter decoded = decodeCharacter(text);
+        ASSERT_EQ(decoded.character, character);
+        ASSERT_EQ(decoded.length, text.size());
+    }
+}
+
+TEST(IsEncodable, RefusesSurrogatesAndLargeNumbers) {
+    EXPECT_TRUE(isEncodable(0xD7FF));
+    EXPECT_FALSE(isEncodable(0xD800));
+    EXPECT_FALSE(isEncodable(0xDFFF));
+    EXPECT_TRUE(isEncodable(0xE000));
+    EXPECT_TRUE(isEncodable(0x10FFFF));
+    EXPECT_FALSE(isEncodable(0x110000));
+}
+
+} // namespace
+} // namespace quorvel
