@@ -27,6 +27,8 @@ namespace quorvel::app {
 using freedesktop::CalendarProblem;
 using freedesktop::CalendarSource;
 using freedesktop::FreedesktopOptions;
+using freedesktop::hostTimeZone;
+using freedesktop::namedTimeZone;
 using freedesktop::TimeZone;
 using headless::UsageError;
 using platform::NSDate;
@@ -55,9 +57,9 @@ void reportCalendarProblem(const CalendarProblem& problem) {
 
 std::shared_ptr<const TimeZone> timeZoneOf(const CommandLine& line) {
     if (!line.timeZone) {
-        return TimeZone::host();
+        return hostTimeZone();
     }
-    auto zone = TimeZone::named(*line.timeZone);
+    auto zone = namedTimeZone(*line.timeZone);
     if (!zone) {
         throw UsageError("unknown time zone '" + *line.timeZone +
                          "': give a name such as Europe/Berlin");

@@ -15,6 +15,8 @@
 
 namespace quorvel::app {
 
+using freedesktop::dateOf;
+using freedesktop::localTime;
 using freedesktop::TimeZone;
 using platform::NSDate;
 
@@ -46,14 +48,14 @@ std::optional<int> signedNumber(std::string_view text) {
 }
 
 std::string dateDaysFromToday(int days, NSDate now, const TimeZone& zone) {
-    const CivilTime today = zone.civilTime(now);
+    const CivilTime today = localTime(zone, now);
     // Noon exists on every day; days beyond the month's end carry over.
-    return dateText(zone.civilTime(
-        zone.instant(CivilTime{today.year, today.month, today.day + days, 12, 0, 0})));
+    return dateText(localTime(
+        zone, dateOf(zone, CivilTime{today.year, today.month, today.day + days, 12, 0, 0})));
 }
 
 std::string timeMinutesFromNow(int minutes, NSDate now, const TimeZone& zone) {
-    CivilTime time = zone.civilTime(now.dateByAddingTimeInterval(minutes * 60.0));
+    CivilTime time = localTime(zone, now.dateByAddingTimeInterval(minutes * 60.0));
     time.minute -= time.minute % 15;
     return timeText(time);
 }

@@ -7,9 +7,9 @@
 
 #include "platform/ns_date.h"
 
-namespace quorvel::freedesktop {
+namespace quorvel::icalendar {
 class TimeZone;
-} // namespace quorvel::freedesktop
+} // namespace quorvel::icalendar
 
 namespace quorvel::app {
 
@@ -22,10 +22,10 @@ struct SampleCalendar {
 // today, as YYYYMMDD; "@now+50m@" and "@now-25m@" the local time so many minutes from now, taken
 // down to the quarter of an hour, as YYYYMMDDTHHMMSS. All else stays as it is.
 std::string filledTemplate(std::string_view text, platform::NSDate now,
-                           const freedesktop::TimeZone& zone);
+                           const icalendar::TimeZone& zone);
 
 // The filled templates of a folder, by name. Throws std::runtime_error where there are none.
 std::vector<SampleCalendar> readSampleCalendars(const std::string& folder, platform::NSDate now,
-                                                const freedesktop::TimeZone& zone);
+                                                const icalendar::TimeZone& zone);
 
 } // namespace quorvel::app

@@ -136,7 +136,7 @@ int main(int argc, char** argv) {
         clients.push_back(importFolder(folder.path(), events));
     }
 
-    const auto zone = TimeZone::named("Europe/Berlin");
+    const auto zone = freedesktop::namedTimeZone("Europe/Berlin");
     const platform::NSDate from = *freedesktop::parseInstant("2026-03-10T00:00", *zone);
     const platform::NSDate to = *freedesktop::parseInstant("2026-03-12T00:00", *zone);
     std::size_t instances = 0;

@@ -31,7 +31,7 @@ constexpr NSDate now{794829600}; // 2026-03-10 10:00:00 UTC
 
 freedesktop::FreedesktopOptions optionsFor(const std::string& folder, const std::string& index) {
     freedesktop::FreedesktopOptions options;
-    options.timeZone = freedesktop::TimeZone::named("Europe/Berlin");
+    options.timeZone = freedesktop::namedTimeZone("Europe/Berlin");
     options.locale = "en_GB";
     options.fontFamily = "Inter";
     options.dataFolder = DATA_FOLDER;

@@ -24,6 +24,7 @@
 #include "freedesktop/calendar/ics_values.h"
 #include "freedesktop/calendar/recurrence/recurrence.h"
 #include "freedesktop/calendar/zone_clock.h"
+#include "freedesktop/dates/time_zone.h"
 
 namespace {
 
@@ -98,7 +99,7 @@ std::vector<RepeatingEvent> makeEvents() {
 
 // The user's clock, which knows the window's days after the first search.
 ics::ZoneClock& userClock() {
-    static ics::ZoneClock clock(TimeZone::named("Europe/Berlin"));
+    static ics::ZoneClock clock(namedTimeZone("Europe/Berlin"));
     return clock;
 }
 

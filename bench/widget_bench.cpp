@@ -101,7 +101,7 @@ public:
 private:
     static freedesktop::FreedesktopOptions options(int events) {
         freedesktop::FreedesktopOptions options;
-        options.timeZone = freedesktop::TimeZone::utc();
+        options.timeZone = freedesktop::utcTimeZone();
         options.locale = "en_US";
         options.fontFamily = "Inter";
         options.dataFolder = DATA_FOLDER;

@@ -117,7 +117,7 @@ bool isMuch(const std::vector<UnreadFile>& files) {
 } // namespace
 
 CalendarReader::CalendarReader()
-    : m_context{TimeZone::isExactName, fileClock, &m_isCancelled} {}
+    : m_context{isExactTimeZoneName, fileClock, &m_isCancelled} {}
 
 CalendarReader::~CalendarReader() {
     m_expanded.clear();

@@ -87,7 +87,7 @@ private:
         m_known; // those that were asked for before stay, with what was read
     std::vector<CalendarFiles*> m_current;
     bool m_isAllOnDisk = true; // no text in memory among the current ones
-    ZoneNames m_zones;
+    ZoneNames m_zones{zoneDirectory()};
     std::atomic<bool> m_isCancelled = false;
     ReadContext m_context;
     std::shared_ptr<StoreSnapshot> m_latest;

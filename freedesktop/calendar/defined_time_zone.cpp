@@ -2,7 +2,6 @@
 #include "freedesktop/calendar/defined_time_zone.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "freedesktop/calendar/recurrence/recurrence.h"
 
@@ -20,7 +19,7 @@ struct Change {
     int after = 0;
 };
 
-class DefinedTimeZone final : public TimeZone {
+class DefinedTimeZone final : public icalendar::TimeZone {
 public:
     DefinedTimeZone(std::string name, std::vector<Change> changes)
         : m_name(std::move(name))
@@ -28,43 +27,28 @@ public:
 
     const std::string& identifier() const override { return m_name; }
 
-    int secondsFromGMT(platform::NSDate date) const override {
-        return offsetAt(secondsSince1970(date));
+    int offsetAt(std::int64_t instant) const override {
+        const auto next = std::upper_bound(
+            m_changes.begin(), m_changes.end(), instant,
+            [](std::int64_t value, const Change& change) { return value < change.at; });
+        return next == m_changes.begin() ? next->before : std::prev(next)->after;
     }
 
-    CivilTime civilTime(platform::NSDate date) const override {
-        const std::int64_t seconds = secondsSince1970(date);
-        return civilFromSeconds(seconds + offsetAt(seconds));
-    }
-
-    platform::NSDate instant(const CivilTime& time) const override {
-        const std::int64_t local = civilSeconds(time);
+    std::int64_t instant(const CivilTime& localTime) const override {
+        const std::int64_t local = civilSeconds(localTime);
         int offset = m_changes.front().before;
         for (const Change& change : m_changes) {
-            // In a gap the offset before it holds on, which moves the reading forward; of two
+            // In a gap the offset before it holds on, which moves the local time forward; of two
             // instants the change makes the latter.
             if (local < change.at + change.after) {
                 break;
             }
             offset = change.after;
         }
-        return platform::dateWithTimeIntervalSince1970(static_cast<double>(local - offset));
+        return local - offset;
     }
 
 private:
-    static std::int64_t secondsSince1970(platform::NSDate date) {
-        constexpr double farthest = 1e13;
-        const double seconds = std::floor(platform::timeIntervalSince1970(date));
-        return static_cast<std::int64_t>(std::clamp(seconds, -farthest, farthest));
-    }
-
-    int offsetAt(std::int64_t seconds) const {
-        const auto next = std::upper_bound(
-            m_changes.begin(), m_changes.end(), seconds,
-            [](std::int64_t value, const Change& change) { return value < change.at; });
-        return next == m_changes.begin() ? next->before : std::prev(next)->after;
-    }
-
     std::string m_name;
     std::vector<Change> m_changes; // sorted; never empty
 };
@@ -108,7 +92,7 @@ void addChanges(const ZoneObservance& observance, std::int64_t& steps,
 
 } // namespace
 
-std::shared_ptr<const TimeZone> makeDefinedTimeZone(const ZoneDefinition& definition) {
+std::shared_ptr<const icalendar::TimeZone> makeDefinedTimeZone(const ZoneDefinition& definition) {
     std::int64_t steps = 0; // of all its rules
     std::vector<Change> changes;
     for (const ZoneObservance& observance : definition.observances) {

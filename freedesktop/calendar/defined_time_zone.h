@@ -4,12 +4,12 @@
 #include <memory>
 
 #include "freedesktop/calendar/ics_file.h"
-#include "freedesktop/dates/time_zone.h"
+#include "icalendar/time/time_zone.h"
 
 namespace quorvel::freedesktop::ics {
 
 // Null where the definition says nothing usable. Its changes are worked out to the year 2100, and
 // bounded in number and time; what follows them keeps the last offset.
-std::shared_ptr<const TimeZone> makeDefinedTimeZone(const ZoneDefinition& definition);
+std::shared_ptr<const icalendar::TimeZone> makeDefinedTimeZone(const ZoneDefinition& definition);
 
 } // namespace quorvel::freedesktop::ics

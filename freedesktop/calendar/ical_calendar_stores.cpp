@@ -67,10 +67,9 @@ std::optional<ics::Window> windowOf(const platform::EKEventPredicate& predicate,
     }
     window.from = std::clamp(window.from, -farthest, farthest);
     window.to = std::clamp(window.to, -farthest, farthest);
-    CivilTime last =
-        userZone.civilTime(platform::dateWithTimeIntervalSince1970(std::trunc(window.from)));
+    CivilTime last = userZone.localTime(static_cast<std::int64_t>(std::trunc(window.from)));
     last.year += longestRangeYears;
-    window.to = std::min(window.to, platform::timeIntervalSince1970(userZone.instant(last)));
+    window.to = std::min(window.to, static_cast<double>(userZone.instant(last)));
     return window;
 }
 

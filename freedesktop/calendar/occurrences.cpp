@@ -44,9 +44,9 @@ std::int64_t overriddenReading(const EventReference& reference) {
 }
 
 // Of its own calendar, else of another one in the file.
-std::shared_ptr<const TimeZone> definedZone(const std::vector<ZoneDefinition>& definitions,
-                                            const ZoneName& name) {
-    std::shared_ptr<const TimeZone> elsewhere;
+std::shared_ptr<const icalendar::TimeZone>
+definedZone(const std::vector<ZoneDefinition>& definitions, const ZoneName& name) {
+    std::shared_ptr<const icalendar::TimeZone> elsewhere;
     for (const ZoneDefinition& definition : definitions) {
         if (definition.name.name != name.name) {
             continue;
@@ -272,7 +272,7 @@ Expander::Expander(Window window, ZoneClock& userZone, ZoneNames& names,
     , m_lastDay(dayOf(bounded(window.to)))
     , m_userZone(userZone)
     , m_names(names)
-    , m_utc(std::make_shared<ZoneClock>(TimeZone::utc()))
+    , m_utc(std::make_shared<ZoneClock>(names.directory().named("UTC")))
     , m_report(report)
     , m_cost(cost) {}
 
@@ -373,7 +373,7 @@ const Expander::Exceptions& Expander::exceptionsOf(const OverrideSet& set) {
 
 std::shared_ptr<ZoneClock> Expander::findZone(LoadedFile& file, const ZoneName& name,
                                               std::size_t line) {
-    const bool isExact = TimeZone::isExactName(name.name);
+    const bool isExact = m_names.directory().isExactName(name.name);
     if (auto zone = isExact ? nullptr : definedZone(file.ics.zones, name)) {
         return std::make_shared<ZoneClock>(std::move(zone));
     }
@@ -381,7 +381,7 @@ std::shared_ptr<ZoneClock> Expander::findZone(LoadedFile& file, const ZoneName& 
         return known;
     }
     const std::string shown = "the time zone \"" + validUtf8(name.name.substr(0, 60)) + "\" is ";
-    if (auto zone = TimeZone::ofStatedOffset(name.name)) {
+    if (auto zone = m_names.directory().ofStatedOffset(name.name)) {
         m_report(file, line,
                  shown + "known by its offset alone; it is taken to have no summer time");
         return std::make_shared<ZoneClock>(std::move(zone));

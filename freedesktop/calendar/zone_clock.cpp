@@ -1,8 +1,6 @@
 // A day's offset is looked up once, as long as the clock stands still around it.
 #include "freedesktop/calendar/zone_clock.h"
 
-#include <cmath>
-
 #include "base/time_units.h"
 #include "freedesktop/calendar/ics_values.h"
 
@@ -13,22 +11,10 @@ constexpr std::size_t mostDays = 50000;
 constexpr std::size_t mostNames = 5000;
 constexpr std::size_t longestName = 256;
 
-platform::NSDate dateAt(std::int64_t seconds) {
-    return platform::dateWithTimeIntervalSince1970(static_cast<double>(seconds));
-}
-
-std::int64_t secondsOf(platform::NSDate date) {
-    return static_cast<std::int64_t>(std::llround(platform::timeIntervalSince1970(date)));
-}
-
 } // namespace
 
-ZoneClock::ZoneClock(std::shared_ptr<const TimeZone> zone)
+ZoneClock::ZoneClock(std::shared_ptr<const icalendar::TimeZone> zone)
     : m_zone(std::move(zone)) {}
-
-int ZoneClock::offsetAt(std::int64_t seconds) const {
-    return m_zone->secondsFromGMT(dateAt(seconds));
-}
 
 // The same offset well before and well after the day: no zone changes twice within three days.
 const std::optional<int>& ZoneClock::steadyOffset(std::int64_t day) {
@@ -39,8 +25,8 @@ const std::optional<int>& ZoneClock::steadyOffset(std::int64_t day) {
     if (m_offsets.size() >= mostDays) {
         m_offsets.clear();
     }
-    const int before = offsetAt((day - 1) * secondsPerDay);
-    const int after = offsetAt((day + 2) * secondsPerDay);
+    const int before = m_zone->offsetAt((day - 1) * secondsPerDay);
+    const int after = m_zone->offsetAt((day + 2) * secondsPerDay);
     const std::optional<int> offset = before == after ? std::optional(before) : std::nullopt;
     return m_offsets.emplace(day, offset).first->second;
 }
@@ -49,13 +35,13 @@ std::int64_t ZoneClock::instant(std::int64_t reading) {
     if (const auto offset = steadyOffset(dayOf(reading))) {
         return reading - *offset;
     }
-    const std::int64_t late = secondsOf(m_zone->instant(civilFromSeconds(reading)));
-    if (late + offsetAt(late) != reading) {
+    const std::int64_t late = m_zone->instant(civilFromSeconds(reading));
+    if (late + m_zone->offsetAt(late) != reading) {
         return late; // moved out of a gap
     }
-    const int earlierOffset = offsetAt(late - secondsPerDay);
+    const int earlierOffset = m_zone->offsetAt(late - secondsPerDay);
     const std::int64_t early = reading - earlierOffset;
-    const bool twice = early < late && offsetAt(early) == earlierOffset;
+    const bool twice = early < late && m_zone->offsetAt(early) == earlierOffset;
     return twice ? early : late;
 }
 
@@ -70,11 +56,11 @@ ZoneClock::Gap ZoneClock::gapAround(std::int64_t day) {
     }
     std::int64_t before = (day - 1) * secondsPerDay;
     std::int64_t after = (day + 2) * secondsPerDay;
-    const int offset = offsetAt(before);
-    const int newOffset = offsetAt(after);
+    const int offset = m_zone->offsetAt(before);
+    const int newOffset = m_zone->offsetAt(after);
     while (after - before > 1) {
         const std::int64_t middle = before + (after - before) / 2;
-        (offsetAt(middle) == offset ? before : after) = middle;
+        (m_zone->offsetAt(middle) == offset ? before : after) = middle;
     }
     return m_gaps.emplace(day, Gap{after + offset, after + newOffset}).first->second;
 }
@@ -93,12 +79,15 @@ std::int64_t ZoneClock::platformInstant(std::int64_t reading) {
     if (const auto offset = steadyOffset(dayOf(reading))) {
         return reading - *offset;
     }
-    return secondsOf(m_zone->instant(civilFromSeconds(reading)));
+    return m_zone->instant(civilFromSeconds(reading));
 }
 
 std::int64_t ZoneClock::reading(std::int64_t seconds) const {
-    return civilSeconds(m_zone->civilTime(dateAt(seconds)));
+    return seconds + m_zone->offsetAt(seconds);
 }
+
+ZoneNames::ZoneNames(const icalendar::ZoneDirectory& directory)
+    : m_directory(directory) {}
 
 std::shared_ptr<ZoneClock> ZoneNames::named(std::string_view name) {
     const auto known = m_zones.find(name);
@@ -111,7 +100,7 @@ std::shared_ptr<ZoneClock> ZoneNames::named(std::string_view name) {
     if (m_zones.size() >= mostNames) {
         m_zones.clear();
     }
-    auto zone = TimeZone::named(name);
+    auto zone = m_directory.named(name);
     auto clock = zone ? std::make_shared<ZoneClock>(std::move(zone)) : nullptr;
     m_zones.emplace(name, clock);
     return clock;

@@ -9,14 +9,15 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "freedesktop/dates/time_zone.h"
+#include "icalendar/time/time_zone.h"
+#include "icalendar/time/zone_directory.h"
 
 namespace quorvel::freedesktop::ics {
 
 // Remembers the offset of days on which the clock does not change. Not for several threads at once.
 class ZoneClock {
 public:
-    explicit ZoneClock(std::shared_ptr<const TimeZone> zone);
+    explicit ZoneClock(std::shared_ptr<const icalendar::TimeZone> zone);
 
     // Wall-clock readings are in seconds since 1970 as if they were ones of UTC.
 
@@ -28,7 +29,7 @@ public:
     // As the platform means it: of two instants with the same local time, the second.
     std::int64_t platformInstant(std::int64_t reading);
     std::int64_t reading(std::int64_t seconds) const; // at the instant
-    const TimeZone& zone() const { return *m_zone; }
+    const icalendar::TimeZone& zone() const { return *m_zone; }
 
 private:
     // Readings that are leapt over: from the first one to the one behind the last.
@@ -39,9 +40,8 @@ private:
 
     const std::optional<int>& steadyOffset(std::int64_t day);
     Gap gapAround(std::int64_t day);
-    int offsetAt(std::int64_t seconds) const;
 
-    std::shared_ptr<const TimeZone> m_zone;
+    std::shared_ptr<const icalendar::TimeZone> m_zone;
     std::unordered_map<std::int64_t, std::optional<int>> m_offsets; // by day
     std::unordered_map<std::int64_t, Gap> m_gaps;                   // of those days without one
 };
@@ -49,9 +49,13 @@ private:
 // The zones that are known by name, each looked up once. Not for several threads at once.
 class ZoneNames {
 public:
+    explicit ZoneNames(const icalendar::ZoneDirectory& directory); // which outlives it
+
     std::shared_ptr<ZoneClock> named(std::string_view name); // null: known nowhere
+    const icalendar::ZoneDirectory& directory() const { return m_directory; }
 
 private:
+    const icalendar::ZoneDirectory& m_directory;
     std::map<std::string, std::shared_ptr<ZoneClock>, std::less<>> m_zones;
 };
 

@@ -97,7 +97,7 @@ private:
     // own zones are older than the machine's.
     std::string print(const Format& format, NSDate date) const {
         icu::UnicodeString text;
-        const NSDate reading = date.dateByAddingTimeInterval(m_zone->secondsFromGMT(date));
+        const NSDate reading = date.dateByAddingTimeInterval(offsetAt(*m_zone, date));
         return format ? utf8(format->format(printable(reading), text)) : std::string();
     }
 
@@ -245,12 +245,12 @@ void IcuDateServices::makeFormats() {
 }
 
 std::int64_t IcuDateServices::dayOf(NSDate date) const {
-    const CivilTime time = m_zone->civilTime(date);
+    const CivilTime time = localTime(*m_zone, date);
     return dayNumber(time.year, time.month, time.day);
 }
 
 NSDateComponents IcuDateServices::components(unsigned units, NSDate date) const {
-    const CivilTime time = m_zone->civilTime(date);
+    const CivilTime time = localTime(*m_zone, date);
     const auto wanted = [units](platform::NSCalendarUnit unit, int value) {
         return (units & unit) != 0 ? std::optional(value) : std::nullopt;
     };
@@ -265,7 +265,7 @@ NSDateComponents IcuDateServices::components(unsigned units, NSDate date) const 
 }
 
 NSDate IcuDateServices::dateFromComponents(const NSDateComponents& components) const {
-    return m_zone->instant({components.year.value_or(1), components.month.value_or(1),
+    return dateOf(*m_zone, {components.year.value_or(1), components.month.value_or(1),
                             components.day.value_or(1), components.hour.value_or(0),
                             components.minute.value_or(0), components.second.value_or(0)});
 }

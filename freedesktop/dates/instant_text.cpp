@@ -126,28 +126,28 @@ std::optional<platform::NSDate> parseInstant(std::string_view text, const TimeZo
         return std::nullopt;
     }
     if (reader.atEnd()) {
-        return zone.instant(time);
+        return dateOf(zone, time);
     }
     double fraction = 0;
     if (!reader.skipAny("Tt ") || !readTime(reader, time, fraction)) {
         return std::nullopt;
     }
     if (reader.atEnd()) {
-        return zone.instant(time).dateByAddingTimeInterval(fraction);
+        return dateOf(zone, time).dateByAddingTimeInterval(fraction);
     }
     int offset = 0;
     if (!readOffset(reader, offset) || !reader.atEnd()) {
         return std::nullopt;
     }
-    return TimeZone::utc()->instant(time).dateByAddingTimeInterval(fraction - offset);
+    return dateOf(*utcTimeZone(), time).dateByAddingTimeInterval(fraction - offset);
 }
 
 // An offset of old local time has seconds, which the form has no place for: the wall time is
 // then written for the whole minutes, so that the instant stays the same.
 std::string rfc3339(platform::NSDate date, const TimeZone& zone) {
-    const int offset = zone.secondsFromGMT(date) / 60 * 60;
+    const int offset = offsetAt(zone, date) / 60 * 60;
     const CivilTime time =
-        TimeZone::utc()->civilTime(date.dateByAddingTimeInterval(static_cast<double>(offset)));
+        localTime(*utcTimeZone(), date.dateByAddingTimeInterval(static_cast<double>(offset)));
     const int minutes = std::abs(offset) / 60;
     char text[80];
     std::snprintf(text, sizeof text, "%s%04d-%02d-%02dT%02d:%02d:%02d%c%02d:%02d",

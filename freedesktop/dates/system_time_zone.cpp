@@ -1,7 +1,6 @@
 #include "freedesktop/dates/system_time_zone.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <fstream>
 #include <string_view>
@@ -19,18 +18,9 @@ namespace {
 // whole number of weeks, before.
 constexpr std::int64_t secondsPerCycle = 146097 * secondsPerDay;
 constexpr std::int64_t lastWorkedOut = 26179200000; // in the year 2799
-// Some 300,000 years either way.
-constexpr double farthestSecond = 1e13;
 // No zone lies further from UTC, not even on the day on which one changed to the other side of the
 // date line; and none changes twice within so many hours before and after.
 constexpr std::int64_t margin = 30 * 3600;
-
-std::int64_t wholeSeconds(platform::NSDate date) {
-    const double seconds = platform::timeIntervalSince1970(date);
-    return std::isnan(seconds) ? 0
-                               : static_cast<std::int64_t>(std::floor(
-                                     std::clamp(seconds, -farthestSecond, farthestSecond)));
-}
 
 struct ZoneUnref {
     void operator()(GTimeZone* zone) const { g_time_zone_unref(zone); }
@@ -45,18 +35,18 @@ public:
 
     const std::string& identifier() const override { return m_identifier; }
 
-    int secondsFromGMT(platform::NSDate date) const override {
-        return offsetAt(wholeSeconds(date));
+    int offsetAt(std::int64_t instant) const override {
+        if (instant > lastWorkedOut) {
+            instant -=
+                (floorDivision(instant - lastWorkedOut, secondsPerCycle) + 1) * secondsPerCycle;
+        }
+        const int interval =
+            g_time_zone_find_interval(m_zone.get(), G_TIME_TYPE_UNIVERSAL, instant);
+        return interval < 0 ? 0 : g_time_zone_get_offset(m_zone.get(), interval);
     }
 
-    CivilTime civilTime(platform::NSDate date) const override {
-        const std::int64_t second = wholeSeconds(date);
-        return civilFromSeconds(second + offsetAt(second));
-    }
-
-    platform::NSDate instant(const CivilTime& time) const override {
-        return platform::dateWithTimeIntervalSince1970(
-            static_cast<double>(instantOf(civilSeconds(time))));
+    std::int64_t instant(const CivilTime& localTime) const override {
+        return instantOf(civilSeconds(localTime));
     }
 
 private:
@@ -69,15 +59,6 @@ private:
         }
         // Valid, or within a gap, over which the offset before it moves the reading.
         return late + offsetAt(late) == local && early + offsetAt(early) != local ? late : early;
-    }
-
-    int offsetAt(std::int64_t second) const {
-        if (second > lastWorkedOut) {
-            second -=
-                (floorDivision(second - lastWorkedOut, secondsPerCycle) + 1) * secondsPerCycle;
-        }
-        const int interval = g_time_zone_find_interval(m_zone.get(), G_TIME_TYPE_UNIVERSAL, second);
-        return interval < 0 ? 0 : g_time_zone_get_offset(m_zone.get(), interval);
     }
 
     ZoneHandle m_zone;

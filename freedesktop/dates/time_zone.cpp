@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <map>
@@ -23,17 +22,8 @@ namespace quorvel::freedesktop {
 namespace {
 
 constexpr double millisecondsPerSecond = 1000;
-// Some 300,000 years either way: far beyond any calendar, well within ICU's range.
-constexpr double farthestSecond = 1e13;
 constexpr std::size_t longestName = 200;
 constexpr std::size_t mostNamesRemembered = 4096;
-
-double withinReach(double secondsSince1970) {
-    if (std::isnan(secondsSince1970)) {
-        return 0;
-    }
-    return std::clamp(secondsSince1970, -farthestSecond, farthestSecond);
-}
 
 // Where the machine has no zone files, and for offsets that are called by themselves.
 class IcuTimeZone final : public TimeZone {
@@ -44,30 +34,23 @@ public:
 
     const std::string& identifier() const override { return m_identifier; }
 
-    int secondsFromGMT(platform::NSDate date) const override {
-        return offsetAt(std::floor(withinReach(platform::timeIntervalSince1970(date))));
-    }
-
-    CivilTime civilTime(platform::NSDate date) const override {
-        const double second = std::floor(withinReach(platform::timeIntervalSince1970(date)));
-        return civilFromSeconds(static_cast<std::int64_t>(second) + offsetAt(second));
-    }
-
-    platform::NSDate instant(const CivilTime& time) const override {
-        const double local = withinReach(static_cast<double>(civilSeconds(time)));
-        return platform::dateWithTimeIntervalSince1970(local - offsetFromLocal(local));
-    }
-
-private:
-    int offsetAt(double second) const {
+    int offsetAt(std::int64_t instant) const override {
         UErrorCode status = U_ZERO_ERROR;
         std::int32_t raw = 0;
         std::int32_t saving = 0;
-        m_zone->getOffset(second * millisecondsPerSecond, 0, raw, saving, status);
+        m_zone->getOffset(static_cast<double>(instant) * millisecondsPerSecond, 0, raw, saving,
+                          status);
         return U_SUCCESS(status) ? (raw + saving) / 1000 : 0;
     }
 
-    // Within a gap the offset before it moves the reading forward; of two instants the latter.
+    std::int64_t instant(const CivilTime& localTime) const override {
+        const std::int64_t local = std::clamp(civilSeconds(localTime), -icalendar::farthestInstant,
+                                              icalendar::farthestInstant);
+        return local - offsetFromLocal(static_cast<double>(local));
+    }
+
+private:
+    // Within a gap the offset before it moves the local time forward; of two instants the latter.
     int offsetFromLocal(double local) const {
         UErrorCode status = U_ZERO_ERROR;
         std::int32_t raw = 0;
@@ -305,7 +288,7 @@ SharedZone openZone(std::string_view name) {
 
 } // namespace
 
-std::shared_ptr<const TimeZone> TimeZone::named(std::string_view name) {
+std::shared_ptr<const TimeZone> namedTimeZone(std::string_view name) {
     static std::mutex mutex;
     static std::map<std::string, SharedZone, std::less<>> remembered;
     const std::lock_guard lock(mutex);
@@ -319,38 +302,58 @@ std::shared_ptr<const TimeZone> TimeZone::named(std::string_view name) {
     return zone;
 }
 
-std::shared_ptr<const TimeZone> TimeZone::ofStatedOffset(std::string_view displayName) {
+std::shared_ptr<const TimeZone> timeZoneOfStatedOffset(std::string_view displayName) {
     const auto minutes = statedOffset(displayName);
-    return minutes ? named(nameOf(fixedOffset(*minutes))) : nullptr;
+    return minutes ? namedTimeZone(nameOf(fixedOffset(*minutes))) : nullptr;
 }
 
-bool TimeZone::isExactName(std::string_view name) {
+bool isExactTimeZoneName(std::string_view name) {
     const auto known = knownName(name);
-    return known ? known->isExact : named(name) != nullptr;
+    return known ? known->isExact : namedTimeZone(name) != nullptr;
 }
 
-std::shared_ptr<const TimeZone> TimeZone::utc() {
-    return named("UTC");
+std::shared_ptr<const TimeZone> utcTimeZone() {
+    return namedTimeZone("UTC");
 }
 
-// A zone that the machine describes without a known name is kept by its offset.
-std::shared_ptr<const TimeZone> TimeZone::host() {
+// A zone that the machine describes without a known name is known by its offset alone.
+std::shared_ptr<const TimeZone> hostTimeZone() {
     const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
     if (!zone || *zone == icu::TimeZone::getUnknown()) {
-        return utc();
+        return utcTimeZone();
     }
     icu::UnicodeString id;
     std::string identifier;
-    if (SharedZone known = named(zone->getID(id).toUTF8String(identifier))) {
+    if (SharedZone known = namedTimeZone(zone->getID(id).toUTF8String(identifier))) {
         return known;
     }
-    return named(nameOf(fixedOffset(zone->getRawOffset() / 60000)));
+    return namedTimeZone(nameOf(fixedOffset(zone->getRawOffset() / 60000)));
 }
 
 std::string timeZoneRulesVersion() {
     UErrorCode status = U_ZERO_ERROR;
     const char* const version = icu::TimeZone::getTZDataVersion(status);
     return (U_SUCCESS(status) ? version : "") + (' ' + systemTimeZoneEdition());
+}
+
+namespace {
+
+class MachineZoneDirectory final : public icalendar::ZoneDirectory {
+public:
+    std::shared_ptr<const TimeZone> named(std::string_view name) const override {
+        return namedTimeZone(name);
+    }
+    bool isExactName(std::string_view name) const override { return isExactTimeZoneName(name); }
+    std::shared_ptr<const TimeZone> ofStatedOffset(std::string_view displayName) const override {
+        return timeZoneOfStatedOffset(displayName);
+    }
+};
+
+} // namespace
+
+const icalendar::ZoneDirectory& zoneDirectory() {
+    static const MachineZoneDirectory directory;
+    return directory;
 }
 
 } // namespace quorvel::freedesktop

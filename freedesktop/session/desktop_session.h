@@ -24,7 +24,7 @@ struct SessionChanges {
 // Where the machine keeps its time zone.
 struct HostTimeZone {
     std::string file = "/etc/localtime";
-    std::function<std::shared_ptr<const TimeZone>()> read = TimeZone::host;
+    std::function<std::shared_ptr<const TimeZone>()> read = hostTimeZone;
 };
 
 // On the default main context of the thread that makes this; the calls do not end it. What the

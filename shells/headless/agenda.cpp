@@ -90,7 +90,7 @@ std::size_t readPageFrom(std::size_t first, UITableView& table, WidgetSession& s
     return next - first;
 }
 
-Json instantJson(NSDate date, const freedesktop::TimeZone& zone) {
+Json instantJson(NSDate date, const icalendar::TimeZone& zone) {
     return freedesktop::rfc3339(date, zone);
 }
 
@@ -131,7 +131,7 @@ std::string agendaText(const Agenda& agenda) {
     return textInColumns(rows);
 }
 
-std::string agendaDocument(const Agenda& agenda, const freedesktop::TimeZone& zone) {
+std::string agendaDocument(const Agenda& agenda, const icalendar::TimeZone& zone) {
     Json document = Json::array();
     for (const AgendaRow& row : agenda.rows) {
         Json& json = document.emplace_back(Json::object());

@@ -10,7 +10,7 @@
 #include "platform/geometry.h"
 #include "platform/ns_date.h"
 
-namespace quorvel::freedesktop {
+namespace quorvel::icalendar {
 class TimeZone;
 } // namespace quorvel::freedesktop
 
@@ -41,6 +41,6 @@ Agenda readAgenda(WidgetSession& session, platform::CGFloat width);
 std::string agendaText(const Agenda& agenda);
 // An array of {"caption", "title", "location", "start", "end", "allDay", "calendar", "url"}; the
 // instants in RFC 3339 with the zone's offset.
-std::string agendaDocument(const Agenda& agenda, const freedesktop::TimeZone& zone);
+std::string agendaDocument(const Agenda& agenda, const icalendar::TimeZone& zone);
 
 } // namespace quorvel::headless

@@ -9,7 +9,7 @@
 #include "platform/geometry.h"
 #include "platform/ns_date.h"
 
-namespace quorvel::freedesktop {
+namespace quorvel::icalendar {
 class TimeZone;
 } // namespace quorvel::freedesktop
 
@@ -58,7 +58,7 @@ struct Step {
 };
 
 // An instant without an offset is read in `zone`. Throws UsageError.
-Step parseStep(std::string_view text, const freedesktop::TimeZone& zone);
+Step parseStep(std::string_view text, const icalendar::TimeZone& zone);
 
 // A whole decimal number, with or without a fraction or an exponent, that is finite; throws
 // UsageError naming `what`.

@@ -7,15 +7,17 @@
 namespace quorvel::app {
 namespace {
 
+using freedesktop::dateOf;
+using freedesktop::namedTimeZone;
 using freedesktop::TimeZone;
 
 class FilledTemplate : public ::testing::Test {
 protected:
     std::string filled(std::string_view text) const {
-        return filledTemplate(text, m_zone->instant(m_now), *m_zone);
+        return filledTemplate(text, dateOf(*m_zone, m_now), *m_zone);
     }
 
-    std::shared_ptr<const TimeZone> m_zone = TimeZone::named("Europe/Berlin");
+    std::shared_ptr<const TimeZone> m_zone = namedTimeZone("Europe/Berlin");
     CivilTime m_now{2026, 12, 30, 0, 10, 0};
 };
 
@@ -42,7 +44,7 @@ TEST_F(FilledTemplate, LeavesEverythingElseAsItIs) {
 }
 
 TEST_F(FilledTemplate, FollowsTheZone) {
-    m_zone = TimeZone::named("Pacific/Kiritimati");
+    m_zone = namedTimeZone("Pacific/Kiritimati");
     m_now = {2026, 1, 1, 0, 0, 0};
     EXPECT_EQ(filled("@+0@"), "20260101");
 }

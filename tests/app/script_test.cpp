@@ -12,7 +12,7 @@ namespace quorvel::headless {
 namespace {
 
 Step parsed(const std::string& text) {
-    return parseStep(text, *freedesktop::TimeZone::named("Europe/Berlin"));
+    return parseStep(text, *freedesktop::namedTimeZone("Europe/Berlin"));
 }
 
 std::string complaintAbout(const std::string& text) {

@@ -23,7 +23,7 @@ using testing::Field;
 class FreedesktopPlatformTest : public testing::Test {
 protected:
     FreedesktopPlatformTest() {
-        options.timeZone = TimeZone::named("Europe/Berlin");
+        options.timeZone = namedTimeZone("Europe/Berlin");
         options.locale = "en_US";
         options.preferencesFolder = "/nonexistent/Preferences";
     }
@@ -75,7 +75,7 @@ TEST_F(FreedesktopPlatformTest, ZoneLocaleAndClockFormatMayChange) {
     EXPECT_EQ(relative("2031-07-16T14:30"), "morgen, 2:30 PM");
     made->setClockFormat(ClockFormat::ofLocale);
     EXPECT_EQ(relative("2031-07-16T14:30"), "morgen, 14:30");
-    made->setTimeZone(TimeZone::named("Asia/Tokyo"));
+    made->setTimeZone(namedTimeZone("Asia/Tokyo"));
     EXPECT_EQ(relative("2031-07-16T14:30"), "morgen, 21:30");
     EXPECT_EQ(made->locale(), "de_DE");
     EXPECT_EQ(made->timeZone()->identifier(), "Asia/Tokyo");
@@ -97,7 +97,7 @@ TEST_F(FreedesktopPlatformTest, WholeDaysFollowTheZone) {
             ->startDate;
     };
     EXPECT_EQ(start(), at("2031-07-16T00:00"));
-    made->setTimeZone(TimeZone::named("UTC"));
+    made->setTimeZone(namedTimeZone("UTC"));
     EXPECT_EQ(start(), at("2031-07-16T02:00"));
 }
 

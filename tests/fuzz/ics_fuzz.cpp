@@ -26,7 +26,7 @@ constexpr double greatestMilliseconds = 20'000; // under the sanitizers
 
 // Made once: what is known of them is no part of an input's time.
 const std::shared_ptr<const TimeZone>& userZone() {
-    static const std::shared_ptr<const TimeZone> zone = TimeZone::named("Europe/Berlin");
+    static const std::shared_ptr<const TimeZone> zone = namedTimeZone("Europe/Berlin");
     return zone;
 }
 
@@ -65,7 +65,7 @@ void check(const EKEvents& events, NSDate from, NSDate to) {
 }
 
 void search(EKEventStore& store, const CivilTime& begin, double days) {
-    const NSDate from = userZone()->instant(begin);
+    const NSDate from = dateOf(*userZone(), begin);
     const NSDate to = from.dateByAddingTimeInterval(days * secondsPerDay);
     check(store.eventsMatchingPredicate({from, to, store.calendars()}), from, to);
 }

@@ -169,7 +169,7 @@ TEST_F(BoundedWaits, WhatWasShownStandsInForWhatStalls) {
 TEST_F(BoundedWaits, ZoneMayChangeMeanwhile) {
     gate.close();
     present();
-    own.setTimeZone(TimeZone::named("Asia/Tokyo"));
+    own.setTimeZone(namedTimeZone("Asia/Tokyo"));
     gate.open();
     EXPECT_TRUE(isTold());
     EXPECT_EQ(present(), "Name: first");

@@ -32,7 +32,7 @@ TEST_F(IcalStore, ReadsTimesOfEveryKind) {
 TEST_F(IcalStore, FloatingTimesFollowTheUser) {
     useText(eventText("UID:1|SUMMARY:f|DTSTART:20260310T100000") +
             eventText("UID:2|SUMMARY:d|DTSTART:20260310"));
-    zone = TimeZone::named("America/New_York");
+    zone = namedTimeZone("America/New_York");
     stores.setTimeZone(zone);
     EXPECT_EQ(found("20260310", "20260311"), "d D 20260310T000000-20260310T235959\n"
                                              "f 20260310T100000-20260310T100000\n");

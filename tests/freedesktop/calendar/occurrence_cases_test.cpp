@@ -72,8 +72,8 @@ std::string shownDay(const CivilTime& time) {
 }
 
 std::string shownInstant(const TimeZone& zone, platform::NSDate instant) {
-    const CivilTime time = zone.civilTime(instant);
-    const int offset = zone.secondsFromGMT(instant);
+    const CivilTime time = localTime(zone, instant);
+    const int offset = offsetAt(zone, instant);
     const int east = std::abs(offset);
     char text[64];
     std::snprintf(text, sizeof text, "T%02d:%02d:%02d%c%02d:%02d", time.hour, time.minute,
@@ -103,10 +103,10 @@ std::string expectedLine(const nlohmann::json& occurrence) {
 
 // An all-day event lasts from the first second of its first day to the last second of its last.
 std::string shownDays(const TimeZone& zone, const platform::EKEvent& event) {
-    const CivilTime start = zone.civilTime(event.startDate);
-    const CivilTime end = zone.civilTime(event.endDate);
+    const CivilTime start = localTime(zone, event.startDate);
+    const CivilTime end = localTime(zone, event.endDate);
     const bool startsAtMidnight = start.hour == 0 && start.minute == 0 && start.second == 0;
-    const CivilTime before = zone.civilTime(event.startDate.dateByAddingTimeInterval(-1));
+    const CivilTime before = localTime(zone, event.startDate.dateByAddingTimeInterval(-1));
     std::string result = line(shownDay(start), shownDay(end), true, event.title);
     if (!startsAtMidnight && shownDay(before) == shownDay(start)) {
         result += ", but from " + shownInstant(zone, event.startDate);
@@ -191,7 +191,7 @@ TEST_P(OccurrenceCases, AreFound) {
     std::ifstream file(GetParam());
     const auto answers = nlohmann::json::parse(file);
     const std::string about = answers.at("about");
-    const auto zone = TimeZone::named(answers.at("zone").get<std::string>());
+    const auto zone = namedTimeZone(answers.at("zone").get<std::string>());
     const auto from = readInstant(answers.at("from"));
     const auto to = readInstant(answers.at("to"));
     ASSERT_TRUE(zone && from && to) << "the zone or the window cannot be read";

@@ -41,7 +41,7 @@ protected:
     }
 
     void useZone(const std::string& name) {
-        zone = TimeZone::named(name);
+        zone = namedTimeZone(name);
         ASSERT_TRUE(zone) << name;
         stores.setTimeZone(zone);
     }

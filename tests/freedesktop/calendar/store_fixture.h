@@ -31,7 +31,7 @@ inline std::string eventText(std::string lines) {
 class StoreFixture : public ::testing::Test {
 protected:
     StoreFixture()
-        : zone(TimeZone::named("Europe/Berlin"))
+        : zone(namedTimeZone("Europe/Berlin"))
         , stores(zone, [this](const CalendarProblem& problem) {
             problems +=
                 problem.file + ":" + std::to_string(problem.line) + ": " + problem.what + "\n";
@@ -56,11 +56,11 @@ protected:
 
     platform::NSDate date(std::string_view text) const {
         const auto time = ics::readTime(text);
-        return time->isUtc ? TimeZone::utc()->instant(time->civil) : zone->instant(time->civil);
+        return time->isUtc ? dateOf(*utcTimeZone(), time->civil) : dateOf(*zone, time->civil);
     }
 
     std::string reading(platform::NSDate instant) const {
-        const CivilTime time = zone->civilTime(instant);
+        const CivilTime time = localTime(*zone, instant);
         char text[40];
         std::snprintf(text, sizeof text, "%04d%02d%02dT%02d%02d%02d", time.year, time.month,
                       time.day, time.hour, time.minute, time.second);

@@ -25,7 +25,7 @@ constexpr auto shortStyle = platform::NSDateFormatterStyle::shortStyle;
 class Fixture {
 public:
     explicit Fixture(const std::string& locale, const char* zone = "Europe/Berlin")
-        : m_zone(TimeZone::named(zone))
+        : m_zone(namedTimeZone(zone))
         , m_services(m_clock, m_zone, locale) {
         setNow("2031-07-15T09:00");
     }
@@ -158,14 +158,14 @@ TEST(IcuDateServices, WordsFollowTheHostsClock) {
 
 TEST(IcuDateServices, DaysAreThoseOfTheZone) {
     AdjustableClock clock;
-    clock.setNow(*parseInstant("2031-07-15T20:00:00Z", *TimeZone::utc()));
-    IcuDateServices services(clock, TimeZone::named("America/New_York"), "en_GB");
-    const NSDate date = *parseInstant("2031-07-16T03:00:00Z", *TimeZone::utc());
+    clock.setNow(*parseInstant("2031-07-15T20:00:00Z", *utcTimeZone()));
+    IcuDateServices services(clock, namedTimeZone("America/New_York"), "en_GB");
+    const NSDate date = *parseInstant("2031-07-16T03:00:00Z", *utcTimeZone());
     const NSDateFormatter formatter{true, shortStyle, shortStyle, {}};
     EXPECT_EQ(services.stringFromDate(formatter, date), "Today, 23:00");
-    services.setTimeZone(TimeZone::named("Asia/Kathmandu"));
+    services.setTimeZone(namedTimeZone("Asia/Kathmandu"));
     EXPECT_EQ(services.stringFromDate(formatter, date), "Today, 08:45");
-    services.setTimeZone(TimeZone::named("Europe/Berlin"));
+    services.setTimeZone(namedTimeZone("Europe/Berlin"));
     EXPECT_EQ(services.stringFromDate(formatter, date), "Tomorrow, 05:00");
 }
 
@@ -206,7 +206,7 @@ TEST(IcuDateServices, TheUsersTwelveHoursGoBeforeTheLocale) {
     EXPECT_EQ(fixture.dateAndTime("2031-07-15T14:30"), "15.07.31, 2:30 PM");
     EXPECT_EQ(fixture.fixed("EEE, HH:mm", "2031-07-15T14:30"), "Di., 02:30 PM");
     EXPECT_EQ(fixture.fixed("EEE, h:mm a", "2031-07-15T14:30"), "Di., 2:30 PM");
-    fixture.services().setTimeZone(TimeZone::named("UTC"));
+    fixture.services().setTimeZone(namedTimeZone("UTC"));
     EXPECT_EQ(fixture.time("2031-07-15T14:30"), "12:30 PM") << "and stay, whatever else changes";
     fixture.services().setLocale("fr_FR");
     EXPECT_EQ(fixture.time("2031-07-15T14:30"), "12:30 PM");
@@ -235,7 +235,7 @@ TEST(IcuDateServices, EveryLocaleFollowsTheUsersClock) {
     AdjustableClock clock;
     for (std::int32_t i = 0; i < count; ++i) {
         SCOPED_TRACE(locales[i].getName());
-        IcuDateServices services(clock, TimeZone::utc(), locales[i].getName());
+        IcuDateServices services(clock, utcTimeZone(), locales[i].getName());
         services.setClockFormat(ClockFormat::twelveHours);
         EXPECT_NE(services.dateFormatFromTemplate("j").value().find('a'), std::string::npos);
         const NSDateFormatter time{false, none, shortStyle, {}};
@@ -281,7 +281,7 @@ TEST(IcuDateServices, SplitsIntoTheFieldsAskedFor) {
     Fixture fixture("th_TH", "America/New_York");
     constexpr unsigned day = platform::NSYearCalendarUnit | platform::NSMonthCalendarUnit |
                              platform::NSDayCalendarUnit | platform::NSWeekdayCalendarUnit;
-    const NSDate date = *parseInstant("2026-03-08T07:00:30Z", *TimeZone::utc());
+    const NSDate date = *parseInstant("2026-03-08T07:00:30Z", *utcTimeZone());
     const NSDateComponents fields = fixture.services().components(day, date);
     EXPECT_EQ(fields.year, 2026);
     EXPECT_EQ(fields.month, 3);
@@ -310,14 +310,14 @@ TEST(IcuDateServices, MidnightThatDoesNotExistMovesForward) {
               saoPaulo.instant("2018-11-04T01:00"));
     Fixture beirut("ar_EG", "Asia/Beirut");
     EXPECT_EQ(beirut.services().dateFromComponents(midnight(2022, 3, 27)),
-              *parseInstant("2022-03-26T22:00:00Z", *TimeZone::utc()));
+              *parseInstant("2022-03-26T22:00:00Z", *utcTimeZone()));
 }
 
 TEST(IcuDateServices, AmbiguousTimeIsTheSecond) {
     Fixture berlin("de_DE");
     const NSDateComponents fields{2026, 10, 25, std::nullopt, 2, 30, 0};
     EXPECT_EQ(berlin.services().dateFromComponents(fields),
-              *parseInstant("2026-10-25T01:30:00Z", *TimeZone::utc()));
+              *parseInstant("2026-10-25T01:30:00Z", *utcTimeZone()));
 }
 
 TEST(IcuDateServices, DaysOverClockChangesHaveTheirLength) {

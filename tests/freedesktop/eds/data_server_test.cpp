@@ -43,7 +43,7 @@ protected:
     platform::NSDate at(std::string_view text) const { return parseInstant(text, *zone).value(); }
 
     std::string reading(platform::NSDate instant) const {
-        const CivilTime time = zone->civilTime(instant);
+        const CivilTime time = localTime(*zone, instant);
         char text[40];
         std::snprintf(text, sizeof text, "%02d%02dT%02d%02d%02d", time.month, time.day, time.hour,
                       time.minute, time.second);
@@ -90,7 +90,7 @@ protected:
                                 "|DTSTART:20260310T080000Z|DTEND:20260310T090000Z"));
     }
 
-    std::shared_ptr<const TimeZone> zone = TimeZone::named("Europe/Berlin");
+    std::shared_ptr<const TimeZone> zone = namedTimeZone("Europe/Berlin");
     std::string problems;
     std::unique_ptr<EdsCalendarStores> stores;
 };
@@ -200,7 +200,7 @@ TEST_F(DataServerTest, FloatingTimesAndDaysFollowTheUsersZone) {
     add("test-home", eventText("UID:day|SUMMARY:Day|DTSTART;VALUE=DATE:20260310"));
     makeStores();
     for (const char* const name : {"Asia/Tokyo", "America/New_York", "Pacific/Kiritimati"}) {
-        zone = TimeZone::named(name);
+        zone = namedTimeZone(name);
         stores->setTimeZone(zone);
         EXPECT_THAT(
             found("2026-03-10T00:00", "2026-03-10T23:59"),

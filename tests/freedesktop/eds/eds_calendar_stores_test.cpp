@@ -61,7 +61,7 @@ class EdsCalendarStoresTest : public testing::Test {
 protected:
     EdsCalendarStoresTest()
         : stores(
-              std::make_unique<ScriptedServer>(script), TimeZone::utc(),
+              std::make_unique<ScriptedServer>(script), utcTimeZone(),
               [this](const CalendarProblem& problem) {
                   problems.push_back(problem.file + ": " + problem.what);
               },
@@ -90,8 +90,8 @@ protected:
     }
 
     platform::EKEventPredicate today(platform::EKCalendars calendars) const {
-        return {*parseInstant("2026-03-10T00:00", *TimeZone::utc()),
-                *parseInstant("2026-03-11T00:00", *TimeZone::utc()), std::move(calendars)};
+        return {*parseInstant("2026-03-10T00:00", *utcTimeZone()),
+                *parseInstant("2026-03-11T00:00", *utcTimeZone()), std::move(calendars)};
     }
     std::vector<std::string> found() {
         const auto store = stores.makeEventStore();

@@ -14,7 +14,6 @@ using namespace testing_eds;
 using freedesktop::CalendarSource;
 using freedesktop::FreedesktopOptions;
 using freedesktop::FreedesktopPlatform;
-using freedesktop::TimeZone;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing_session::runFor;
@@ -25,7 +24,7 @@ protected:
     LiveServerTest() {
         addCalendar({"test-home", "A home", "#336699"});
         FreedesktopOptions options;
-        options.timeZone = TimeZone::utc();
+        options.timeZone = freedesktop::utcTimeZone();
         options.locale = "en_US";
         options.preferencesFolder = "/nonexistent/Preferences";
         options.calendars = {CalendarSource::at("eds:")};
@@ -42,8 +41,10 @@ protected:
         const auto store = platform->platform().calendarStores.makeEventStore();
         titles.clear();
         for (const auto& event : store->eventsMatchingPredicate(
-                 {freedesktop::parseInstant("2026-03-10T00:00Z", *TimeZone::utc()).value(),
-                  freedesktop::parseInstant("2026-03-11T00:00Z", *TimeZone::utc()).value(),
+                 {freedesktop::parseInstant("2026-03-10T00:00Z", *freedesktop::utcTimeZone())
+                      .value(),
+                  freedesktop::parseInstant("2026-03-11T00:00Z", *freedesktop::utcTimeZone())
+                      .value(),
                   store->calendars()})) {
             titles.push_back(event->title.value_or("-"));
         }

@@ -25,7 +25,7 @@ protected:
         changes.resumed = [this] { ++resumes; };
         session = std::make_unique<DesktopSession>(
             log, std::move(changes),
-            HostTimeZone{zoneFile, [this] { return TimeZone::named(zoneName); }});
+            HostTimeZone{zoneFile, [this] { return namedTimeZone(zoneName); }});
     }
     void setZone(const char* name) {
         zoneName = name;
@@ -115,7 +115,7 @@ TEST_F(DesktopSessionTest, WhatIsNotAskedForIsNotFollowed) {
     SessionChanges changes;
     changes.resumed = [this] { ++resumes; };
     session = std::make_unique<DesktopSession>(log, std::move(changes),
-                                               HostTimeZone{zoneFile, TimeZone::host});
+                                               HostTimeZone{zoneFile, hostTimeZone});
     ASSERT_TRUE(runUntil([this] { return services.hasListener("org.freedesktop.login1"); }));
     EXPECT_FALSE(services.hasListener("org.freedesktop.locale1"));
     setZone("Asia/Tokyo");

@@ -22,7 +22,7 @@ using freedesktop::CalendarSource;
 using freedesktop::ClockFormat;
 using freedesktop::FreedesktopOptions;
 using freedesktop::FreedesktopPlatform;
-using freedesktop::TimeZone;
+using freedesktop::namedTimeZone;
 using platform::NSDate;
 using testing::IsEmpty;
 namespace fs = std::filesystem;
@@ -39,7 +39,7 @@ protected:
         fs::create_directories(folder / "Preferences");
         fs::create_directories(folder / "calendars/home");
         write(folder / "one.ics", "1");
-        options.timeZone = TimeZone::named("Europe/Berlin");
+        options.timeZone = namedTimeZone("Europe/Berlin");
         options.locale = "en_US";
         options.preferencesFolder = folder / "Preferences";
         options.calendars = {CalendarSource::at(folder / "one.ics"),
@@ -67,7 +67,7 @@ protected:
                 presenter->presented(rows);
             },
             freedesktop::HostTimeZone{folder / "localtime",
-                                      [this] { return TimeZone::named(zoneName); }});
+                                      [this] { return namedTimeZone(zoneName); }});
         presenter->presented(rows);
     }
     void addRow(std::string_view rowStart, std::string_view rowEnd) {

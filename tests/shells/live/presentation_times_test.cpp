@@ -13,13 +13,15 @@
 namespace quorvel::shells {
 namespace {
 
+using freedesktop::localTime;
+using freedesktop::namedTimeZone;
 using freedesktop::TimeZone;
 using platform::NSDate;
 
 class PresentationTimesTest : public testing::Test {
 protected:
     void useZone(const char* name) {
-        zone = TimeZone::named(name);
+        zone = namedTimeZone(name);
         dates.setTimeZone(zone);
     }
     NSDate at(std::string_view text) const {
@@ -39,7 +41,7 @@ protected:
     }
 
     freedesktop::AdjustableClock clock;
-    std::shared_ptr<const TimeZone> zone = TimeZone::named("Europe/Berlin");
+    std::shared_ptr<const TimeZone> zone = namedTimeZone("Europe/Berlin");
     freedesktop::IcuDateServices dates{clock, zone, "de_DE"};
 };
 
@@ -100,8 +102,8 @@ TEST_F(PresentationTimesTest, EveryMidnightOfAYearIsTheFirstInstantOfAnotherDay)
         for (int i = 0; i < 366; ++i) {
             const NSDate midnight = nextMidnight(dates, now);
             ASSERT_GT(midnight, now);
-            const auto before = zone->civilTime(midnight.dateByAddingTimeInterval(-1));
-            const auto after = zone->civilTime(midnight);
+            const auto before = localTime(*zone, midnight.dateByAddingTimeInterval(-1));
+            const auto after = localTime(*zone, midnight);
             ASSERT_NE(before.day, after.day);
             ASSERT_LE(midnight.timeIntervalSinceDate(now), 25 * 3600.0);
             now = midnight;

@@ -27,7 +27,7 @@ protected:
         std::filesystem::create_directories(folder / "calendars");
         writeCalendar("Before");
         writeGarbage(0);
-        options.timeZone = TimeZone::named("UTC");
+        options.timeZone = freedesktop::namedTimeZone("UTC");
         options.followsTimeZone = false;
         options.locale = "en_US";
         options.followsLocale = false;
@@ -74,7 +74,8 @@ protected:
     }
 
     const NSDate noon =
-        freedesktop::parseInstant("2026-03-10T12:00:00Z", *TimeZone::named("UTC")).value();
+        freedesktop::parseInstant("2026-03-10T12:00:00Z", *freedesktop::namedTimeZone("UTC"))
+            .value();
     TemporaryFolder folder;
     std::shared_ptr<RecordedLog> log = std::make_shared<RecordedLog>();
     freedesktop::FreedesktopOptions options;

@@ -60,7 +60,7 @@ protected:
 
     freedesktop::FreedesktopOptions options() const {
         freedesktop::FreedesktopOptions result;
-        result.timeZone = freedesktop::TimeZone::utc();
+        result.timeZone = freedesktop::utcTimeZone();
         result.locale = "en_US";
         result.preferencesFolder = folder / "Preferences";
         result.calendars = {freedesktop::CalendarSource::at(folder / "calendars")};

@@ -26,7 +26,7 @@ public:
 TEST(PresentationThreadTest, IsTheOneThatShowsTheWindow) {
     const auto recorder = std::make_shared<ThreadRecorder>();
     freedesktop::FreedesktopOptions options;
-    options.timeZone = freedesktop::TimeZone::utc();
+    options.timeZone = freedesktop::utcTimeZone();
     options.locale = "en_US";
     options.preferencesFolder = "/nonexistent";
     options.waitsForCalendars = false;

@@ -308,8 +308,8 @@ protected:
     void compare(std::int64_t clockAhead, std::chrono::milliseconds pause, int steps,
                  bool isIndexHurt) {
         Edits edits(folder / "calendars", GetParam());
-        const std::vector<std::shared_ptr<const TimeZone>> zones{TimeZone::named("Europe/Berlin"),
-                                                                 TimeZone::named("Asia/Tokyo")};
+        const std::vector<std::shared_ptr<const TimeZone>> zones{namedTimeZone("Europe/Berlin"),
+                                                                 namedTimeZone("Asia/Tokyo")};
         Viewer livingWith(zones[0], sources(), index(), clockAhead);
         Viewer livingWithout(zones[0], sources(), "", clockAhead);
         for (int step = 0; step < steps; ++step) {
@@ -324,7 +324,7 @@ protected:
             for (int look = 0; look < 8; ++look) {
                 const auto& zone = zones[look % 2 == 0 ? 0 : 1];
                 const auto from =
-                    TimeZone::utc()->instant({2026, 3, day + look / 4, 10 + look / 2, 0, 0});
+                    dateOf(*utcTimeZone(), {2026, 3, day + look / 4, 10 + look / 2, 0, 0});
                 ASSERT_EQ(Viewer(zone, sources(), index(), clockAhead).look(from, length),
                           Viewer(zone, sources(), "", clockAhead).look(from, length))
                     << "look " << look;
@@ -361,16 +361,15 @@ class SameTick : public RandomEdits {};
 // The size stays, and for most of them the times do.
 TEST_P(SameTick, ChangeOfOneLetterShows) {
     const fs::path path = folder / "calendars/a.ics";
-    const auto from = TimeZone::utc()->instant({2026, 3, 9, 10, 0, 0});
-    Viewer living(TimeZone::utc(), sources(), index(), 0);
+    const auto from = dateOf(*utcTimeZone(), {2026, 3, 9, 10, 0, 0});
+    Viewer living(utcTimeZone(), sources(), index(), 0);
     for (char letter = 'a'; letter <= 'z'; ++letter) {
         std::ofstream(path, std::ios::binary) << calendarText(
             eventText(std::string("UID:1|DTSTART:20260310T100000Z|SUMMARY:Title ") + letter));
         const std::string title = std::string("|Title ") + letter + "|";
         EXPECT_NE(living.look(from, 86400 * 3.0).find(title), std::string::npos) << letter;
-        EXPECT_NE(
-            Viewer(TimeZone::utc(), sources(), index(), 0).look(from, 86400 * 3.0).find(title),
-            std::string::npos)
+        EXPECT_NE(Viewer(utcTimeZone(), sources(), index(), 0).look(from, 86400 * 3.0).find(title),
+                  std::string::npos)
             << letter;
     }
 }

@@ -697,12 +697,12 @@ std::vector<T> shuffled(std::vector<T> list) {
 }
 
 std::vector<std::string> listed(const std::vector<CalendarSource>& sources) {
-    IcalCalendarStores stores(TimeZone::utc(), [](const CalendarProblem& problem) {
+    IcalCalendarStores stores(utcTimeZone(), [](const CalendarProblem& problem) {
         ADD_FAILURE() << problem.file << ": " << problem.what;
     });
     stores.setSources(sources);
     const auto store = stores.makeEventStore();
-    const platform::NSDate begin = TimeZone::utc()->instant({2026, 3, 9, 0, 0, 0});
+    const platform::NSDate begin = dateOf(*utcTimeZone(), {2026, 3, 9, 0, 0, 0});
     const platform::NSDate end = begin.dateByAddingTimeInterval(14 * 86400.0);
     std::vector<std::string> result;
     for (const auto& event : store->eventsMatchingPredicate({begin, end, store->calendars()})) {
