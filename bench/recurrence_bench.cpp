@@ -21,16 +21,16 @@
 #include <libical/ical.h>
 
 #include "base/time_units.h"
-#include "freedesktop/calendar/ics_values.h"
-#include "freedesktop/calendar/recurrence/recurrence.h"
-#include "freedesktop/calendar/zone_clock.h"
 #include "freedesktop/dates/time_zone.h"
+#include "icalendar/recurrence/recurrence.h"
+#include "icalendar/text/property_values.h"
+#include "icalendar/time/zone_clock.h"
 
 namespace {
 
 using namespace quorvel;
 using namespace quorvel::freedesktop;
-using namespace quorvel::freedesktop::recurrence;
+using namespace quorvel::icalendar;
 
 constexpr int eventCount = 5300;
 constexpr int years = 4;
@@ -98,8 +98,8 @@ std::vector<RepeatingEvent> makeEvents() {
 }
 
 // The user's clock, which knows the window's days after the first search.
-ics::ZoneClock& userClock() {
-    static ics::ZoneClock clock(namedTimeZone("Europe/Berlin"));
+ZoneClock& userClock() {
+    static ZoneClock clock(namedTimeZone("Europe/Berlin"));
     return clock;
 }
 
@@ -109,7 +109,7 @@ std::size_t occurrences(RepeatingEvent& event, bool isCounted, std::int64_t to =
         std::fprintf(stderr, "recurrence_bench: %s: %s\n", event.rule.c_str(), problem.c_str());
         std::exit(1);
     }
-    const auto until = ics::untilOf(event.rule);
+    const auto until = untilOf(event.rule);
     RecurrenceRequest request(*rule);
     request.start = event.start;
     request.wholeDays = event.wholeDays;

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "base/stable_hash.h"
-#include "freedesktop/calendar/ics_values.h"
+#include "icalendar/text/property_values.h"
 
 namespace quorvel::freedesktop::ics {
 namespace {
@@ -225,7 +225,7 @@ std::string lowerCase(std::string_view text) {
 } // namespace
 
 std::optional<platform::UIColor> calendarColour(std::string_view text) {
-    const std::string name = lowerCase(trimmed(text));
+    const std::string name = lowerCase(icalendar::trimmed(text));
     if (!name.empty() && name.front() == '#') {
         return colourOfDigits(std::string_view(name).substr(1));
     }

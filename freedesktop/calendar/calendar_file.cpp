@@ -111,8 +111,8 @@ private:
     std::size_t m_used = 0;
 };
 
-IcsFile readCalendar(FilePieces& pieces, const ReadContext& context) {
-    IcsFileReader reader(context.zoneIsKnown, context.mostBytes);
+icalendar::IcsFile readCalendar(FilePieces& pieces, const ReadContext& context) {
+    icalendar::IcsFileReader reader(context.zoneIsKnown, context.mostBytes);
     PieceBuffer buffer;
     buffer.append(pieces);
     while (!pieces.isDone()) {
@@ -172,11 +172,12 @@ bool CalendarFile::isErrorLasting() const {
     return error == EACCES || error == EFBIG || error == noRoom;
 }
 
-void CalendarFile::setLoaded(const std::string& path, const FileVersion& readVersion, IcsFile ics) {
+void CalendarFile::setLoaded(const std::string& path, const FileVersion& readVersion,
+                             icalendar::IcsFile ics) {
     wasRead = true;
     error = 0;
     version = readVersion;
-    loaded = std::make_shared<LoadedFile>();
+    loaded = std::make_shared<icalendar::LoadedFile>();
     loaded->path = path;
     loaded->version = versionHash(readVersion);
     loaded->ics = std::move(ics);
@@ -220,7 +221,7 @@ void readCalendarFile(CalendarFile& file, const std::string& path, FileKind kind
         return;
     }
     if (file.loaded && file.loaded->ics.isCut &&
-        context.mostBytes < IcsFileReader::mostBytesOfAFile) {
+        context.mostBytes < icalendar::IcsFileReader::mostBytesOfAFile) {
         file.leaveOut();
         return;
     }

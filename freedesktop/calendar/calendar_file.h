@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "freedesktop/calendar/occurrences.h"
 #include "freedesktop/io/file_version.h"
+#include "icalendar/expansion/occurrences.h"
 
 namespace quorvel::freedesktop::ics {
 
@@ -24,17 +24,18 @@ struct CalendarFile {
     bool wasRead = false;
     FileVersion version; // of what was read
     bool isSettled = false;
-    int error = 0;                      // an errno; not 0: it could not be read
-    std::uint64_t hash = 0;             // of the bytes, where they are not settled
-    std::shared_ptr<LoadedFile> loaded; // null where there is an error; of a calendar alone
-    std::string metadata;               // of a file that names or colours a calendar
+    int error = 0;          // an errno; not 0: it could not be read
+    std::uint64_t hash = 0; // of the bytes, where they are not settled
+    std::shared_ptr<icalendar::LoadedFile>
+        loaded;           // null where there is an error; of a calendar alone
+    std::string metadata; // of a file that names or colours a calendar
 
     // What was read is what lies there.
     bool isCurrent() const;
     // An error that comes from what was seen, and stays as long as that is seen.
     bool isErrorLasting() const;
 
-    void setLoaded(const std::string& path, const FileVersion& readVersion, IcsFile ics);
+    void setLoaded(const std::string& path, const FileVersion& readVersion, icalendar::IcsFile ics);
     void leaveOut(); // for lack of room
 };
 
@@ -45,7 +46,7 @@ struct ReadContext {
     std::function<std::int64_t()> fileClock;           // likewise; nanoseconds since 1970
     const std::atomic<bool>* isCancelled = nullptr;    // nobody wants to know any longer
     // In memory. A file that takes more is left out.
-    std::size_t mostBytes = IcsFileReader::mostBytesOfAFile;
+    std::size_t mostBytes = icalendar::IcsFileReader::mostBytesOfAFile;
 };
 
 // Reads the file at the path. Nothing but a regular file is opened, and only so much of it is in

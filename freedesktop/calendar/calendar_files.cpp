@@ -16,8 +16,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include "freedesktop/calendar/content_lines.h"
 #include "freedesktop/calendar/file_descriptor.h"
+#include "icalendar/text/content_lines.h"
 
 namespace quorvel::freedesktop::ics {
 namespace {
@@ -45,7 +45,7 @@ std::string readingProblem(int error) {
 
 bool endsLikeCalendar(std::string_view name) {
     return name.size() > calendarSuffix.size() &&
-           equalsIgnoringCase(name.substr(name.size() - calendarSuffix.size()), ".ICS");
+           icalendar::equalsIgnoringCase(name.substr(name.size() - calendarSuffix.size()), ".ICS");
 }
 
 bool isMetadataName(std::string_view name) {
@@ -112,7 +112,7 @@ void addProblems(const CalendarFile& file, const std::string& path,
     if (file.error != 0) {
         problems.push_back({{path, 0, readingProblem(file.error)}, ofTheSource});
     } else if (file.loaded) {
-        for (const FileProblem& problem : file.loaded->ics.problems) {
+        for (const icalendar::FileProblem& problem : file.loaded->ics.problems) {
             problems.push_back({{path, problem.line, problem.what}, file.loaded->version});
         }
     }
@@ -227,7 +227,7 @@ bool CalendarFiles::Folder::looksLikeCalendar() const {
     std::size_t named = 0;
     for (const CalendarFile& file : files) {
         if (file.loaded && file.loaded->ics.looksLikeOneEvent()) {
-            const IcsFile& ics = file.loaded->ics;
+            const icalendar::IcsFile& ics = file.loaded->ics;
             ++oneEvent;
             named += nameTellsUid(stemOf(file.name), ics.slice(ics.events.front().uid)) ? 1 : 0;
         }
@@ -239,7 +239,7 @@ bool CalendarFiles::Folder::looksLikeCalendar() const {
 std::optional<std::string> CalendarFiles::Folder::metadataNamed(std::string_view wanted) const {
     for (const CalendarFile& file : metadata) {
         if (file.name == wanted && file.error == 0) {
-            return validUtf8(withoutLineBreaks(file.metadata));
+            return icalendar::validUtf8(withoutLineBreaks(file.metadata));
         }
     }
     return std::nullopt;
@@ -334,9 +334,9 @@ void CalendarFiles::look(const std::function<bool(std::string_view)>& zoneIsKnow
         m_file = std::make_unique<CalendarFile>();
         m_file->name = m_source.name;
         m_file->wasRead = m_file->isSettled = true;
-        m_file->loaded = std::make_shared<LoadedFile>();
+        m_file->loaded = std::make_shared<icalendar::LoadedFile>();
         m_file->loaded->path = m_source.name;
-        m_file->loaded->ics = readIcsFile(*m_source.text, zoneIsKnown);
+        m_file->loaded->ics = icalendar::readIcsFile(*m_source.text, zoneIsKnown);
     }
 }
 
@@ -574,7 +574,7 @@ void CalendarFiles::build() {
 
 void CalendarFiles::buildFolder(const Folder& folder, bool isRoot) {
     const bool isOne = isRoot ? folder.looksLikeCalendar() : folder.isCalendar();
-    std::vector<std::shared_ptr<LoadedFile>> files;
+    std::vector<std::shared_ptr<icalendar::LoadedFile>> files;
     for (const CalendarFile& file : folder.files) {
         if (file.loaded && isOne) {
             files.push_back(file.loaded);
@@ -593,7 +593,7 @@ void CalendarFiles::buildFolder(const Folder& folder, bool isRoot) {
     }
 }
 
-void CalendarFiles::addCalendarOfFile(const std::shared_ptr<LoadedFile>& file,
+void CalendarFiles::addCalendarOfFile(const std::shared_ptr<icalendar::LoadedFile>& file,
                                       std::string_view name, std::string_view place) {
     addCalendar({calendarIdentifier(name, place), file->ics.calendarName, file->ics.calendarColour,
                  std::string(name)},
@@ -602,7 +602,7 @@ void CalendarFiles::addCalendarOfFile(const std::shared_ptr<LoadedFile>& file,
 
 // One that is what it was stays.
 void CalendarFiles::addCalendar(const CalendarNames& names,
-                                std::vector<std::shared_ptr<LoadedFile>> files) {
+                                std::vector<std::shared_ptr<icalendar::LoadedFile>> files) {
     auto calendar = namedCalendar(names);
     const auto old = m_oldCalendars.find(calendar->calendarIdentifier);
     if (old != m_oldCalendars.end() && old->second->calendar->title == calendar->title &&

@@ -74,9 +74,10 @@ private:
     void lookAt(Folder& folder, Walk& walk);
     void lookAtChildren(Folder& folder, std::vector<Child> children, Walk& walk);
     void buildFolder(const Folder& folder, bool isRoot);
-    void addCalendar(const CalendarNames& names, std::vector<std::shared_ptr<LoadedFile>> files);
-    void addCalendarOfFile(const std::shared_ptr<LoadedFile>& file, std::string_view name,
-                           std::string_view place);
+    void addCalendar(const CalendarNames& names,
+                     std::vector<std::shared_ptr<icalendar::LoadedFile>> files);
+    void addCalendarOfFile(const std::shared_ptr<icalendar::LoadedFile>& file,
+                           std::string_view name, std::string_view place);
 
     CalendarSource m_source;
     std::string m_place; // with all links followed

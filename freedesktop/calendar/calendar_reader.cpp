@@ -19,11 +19,12 @@ constexpr std::size_t mostBytesKept = std::size_t{32} << 20U; // of a file: to w
 constexpr std::size_t mostProblemsOfAFile = 50;               // while it is expanded
 constexpr std::size_t mostProblems = 10000;
 
-std::string identifierOf(const platform::EKCalendar& calendar, const Occurrence& occurrence) {
-    const IcsFile& file = occurrence.file->ics;
+std::string identifierOf(const platform::EKCalendar& calendar,
+                         const icalendar::Occurrence& occurrence) {
+    const icalendar::IcsFile& file = occurrence.file->ics;
     std::string identifier = calendar.calendarIdentifier;
     identifier += ':';
-    identifier += validUtf8(file.slice(occurrence.event->uid));
+    identifier += icalendar::validUtf8(file.slice(occurrence.event->uid));
     if (occurrence.recurrence) {
         const auto since = static_cast<std::int64_t>(platform::referenceDateSince1970);
         identifier += ":RID=" + std::to_string(*occurrence.recurrence - since);
@@ -31,14 +32,15 @@ std::string identifierOf(const platform::EKCalendar& calendar, const Occurrence&
     return identifier;
 }
 
-std::optional<std::string> textOf(const IcsFile& file, const SmallOptional<Slice>& slice) {
-    return slice ? std::optional(readText(file.slice(*slice))) : std::nullopt;
+std::optional<std::string> textOf(const icalendar::IcsFile& file,
+                                  const icalendar::SmallOptional<icalendar::Slice>& slice) {
+    return slice ? std::optional(icalendar::readText(file.slice(*slice))) : std::nullopt;
 }
 
 std::shared_ptr<const platform::EKEvent>
 makeEvent(const std::shared_ptr<const platform::EKCalendar>& calendar,
-          const Occurrence& occurrence) {
-    const IcsFile& file = occurrence.file->ics;
+          const icalendar::Occurrence& occurrence) {
+    const icalendar::IcsFile& file = occurrence.file->ics;
     auto event = std::make_shared<platform::EKEvent>();
     event->title = textOf(file, occurrence.event->title);
     event->location = textOf(file, occurrence.event->location);
@@ -57,7 +59,7 @@ Signature keyOfFile(std::string_view place) {
     return key.value();
 }
 
-Signature keyOfSearch(const SearchRequest& request, const Window& window) {
+Signature keyOfSearch(const SearchRequest& request, const icalendar::Window& window) {
     SignatureHash key;
     key.add(request.snapshot->signature);
     key.add(std::string_view(request.userZone->zone().identifier()));
@@ -72,7 +74,7 @@ Signature keyOfSearch(const SearchRequest& request, const Window& window) {
 // What is found amiss while a search is expanded, each thing once.
 class SearchProblems {
 public:
-    void add(const LoadedFile& file, std::size_t line, std::string what) {
+    void add(const icalendar::LoadedFile& file, std::size_t line, std::string what) {
         auto& ofFile = m_seen[&file];
         if (ofFile.size() < mostProblemsOfAFile && m_problems.size() < mostProblems &&
             ofFile.emplace(line, what).second) {
@@ -82,7 +84,7 @@ public:
     std::vector<VersionedProblem> take() { return std::move(m_problems); }
 
 private:
-    std::map<const LoadedFile*, std::set<std::pair<std::size_t, std::string>>> m_seen;
+    std::map<const icalendar::LoadedFile*, std::set<std::pair<std::size_t, std::string>>> m_seen;
     std::vector<VersionedProblem> m_problems;
 };
 
@@ -285,7 +287,7 @@ void CalendarReader::readWithinRoom(const std::vector<UnreadFile>& unread) {
         if (m_isCancelled) {
             return;
         }
-        context.mostBytes = std::min(IcsFileReader::mostBytesOfAFile,
+        context.mostBytes = std::min(icalendar::IcsFileReader::mostBytesOfAFile,
                                      mostBytesInMemory - std::min(bytes, mostBytesInMemory));
         const auto kept = reading ? keptBytes(one, *reading) : std::nullopt;
         if (!kept || !takeKept(one, *kept, context.mostBytes)) {
@@ -365,7 +367,7 @@ std::shared_ptr<const SearchResult> CalendarReader::search(const SearchRequest& 
     }
     auto result = std::make_shared<const SearchResult>(expand(request));
     if (mayBeKept && request.snapshot->isSettled) {
-        const Window& window = result->isNarrow ? request.narrow : request.window;
+        const icalendar::Window& window = result->isNarrow ? request.narrow : request.window;
         m_toBeKept.push_back({IndexKind::search, keyOfSearch(request, window),
                               [result, calendars = request.calendars] {
                                   return bytesOfSearch(*result, calendars);
@@ -376,7 +378,7 @@ std::shared_ptr<const SearchResult> CalendarReader::search(const SearchRequest& 
 
 std::optional<SearchResult> CalendarReader::keptSearch(const SearchRequest& request) {
     CalendarIndex::Reading reading(*m_index);
-    for (const Window* const window : {&request.window, &request.narrow}) {
+    for (const icalendar::Window* const window : {&request.window, &request.narrow}) {
         const auto bytes = reading.find(IndexKind::search, keyOfSearch(request, *window));
         auto result = bytes ? searchFromBytes(*bytes, request.calendars) : std::nullopt;
         if (result) {
@@ -404,7 +406,7 @@ SearchResult CalendarReader::expand(const SearchRequest& request) {
 
 // A calendar that is what it was comes to what it came to, unless all of them cost too much. False
 // where not everything was found.
-bool CalendarReader::expandWithin(const Window& window, const SearchRequest& request) {
+bool CalendarReader::expandWithin(const icalendar::Window& window, const SearchRequest& request) {
     const bool isLikeBefore = m_expandedZone == request.userZone && m_expandedWindow == window;
     auto before = std::exchange(m_expanded, {});
     m_expandedZone = request.userZone;
@@ -423,7 +425,7 @@ bool CalendarReader::expandWithin(const Window& window, const SearchRequest& req
 // False where they cost too much for what was known to be used.
 bool CalendarReader::expandAll(const SearchRequest& request, std::vector<ExpandedCalendar> before) {
     const LoadedCalendars& all = loaded(*request.snapshot);
-    SearchCost cost;
+    icalendar::SearchCost cost;
     bool isKnownUsed = false;
     bool isAllowed = true;
     for (const auto& name : request.calendars) {
@@ -453,27 +455,27 @@ bool CalendarReader::expandAll(const SearchRequest& request, std::vector<Expande
 ExpandedCalendar CalendarReader::expandOne(const SearchRequest& request,
                                            const std::shared_ptr<LoadedCalendar>& calendar,
                                            const std::shared_ptr<const platform::EKCalendar>& name,
-                                           SearchCost& cost) {
+                                           icalendar::SearchCost& cost) {
     SearchProblems problems;
-    const ReportExpansion report = [&problems](LoadedFile& file, std::size_t line,
-                                               std::string what) {
+    const icalendar::ReportExpansion report = [&problems](icalendar::LoadedFile& file,
+                                                          std::size_t line, std::string what) {
         problems.add(file, line, std::move(what));
     };
-    Expander expander(m_expandedWindow, *request.userZone, m_zones, report, cost);
-    std::vector<Occurrence> occurrences;
+    icalendar::Expander expander(m_expandedWindow, *request.userZone, m_zones, report, cost);
+    std::vector<icalendar::Occurrence> occurrences;
     for (const auto& entry : calendar->entries) {
         if (cost.calendar.found == cost.mostFound() && cost.calendar.isCut) {
             break;
         }
         if (expander.mayMeetWindow(entry.firstDay, entry.lastDay)) {
-            LoadedFile& file = *calendar->files[entry.file];
+            icalendar::LoadedFile& file = *calendar->files[entry.file];
             expander.expand({&file, &file.ics.events[entry.event]}, calendar->overrides,
                             occurrences);
         }
     }
     ExpandedCalendar result{calendar, name, {}, problems.take(), cost.calendar};
     result.events.reserve(occurrences.size());
-    for (const Occurrence& occurrence : occurrences) {
+    for (const icalendar::Occurrence& occurrence : occurrences) {
         result.events.push_back(makeEvent(name, occurrence));
     }
     return result;

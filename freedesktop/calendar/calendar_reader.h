@@ -15,15 +15,15 @@
 #include "freedesktop/calendar/calendar_files.h"
 #include "freedesktop/calendar/index/calendar_index.h"
 #include "freedesktop/calendar/store_snapshot.h"
-#include "freedesktop/calendar/zone_clock.h"
+#include "icalendar/time/zone_clock.h"
 
 namespace quorvel::freedesktop::ics {
 
 struct SearchRequest {
     std::shared_ptr<StoreSnapshot> snapshot;
-    std::shared_ptr<ZoneClock> userZone;
-    Window window;                   // what is searched, and known afterwards
-    Window narrow;                   // in it; searched alone where the whole holds too much
+    std::shared_ptr<icalendar::ZoneClock> userZone;
+    icalendar::Window window;        // what is searched, and known afterwards
+    icalendar::Window narrow;        // in it; searched alone where the whole holds too much
     platform::EKCalendars calendars; // of the snapshot, in its order
     bool operator==(const SearchRequest&) const = default;
 };
@@ -34,7 +34,7 @@ struct ExpandedCalendar {
     std::shared_ptr<const platform::EKCalendar> name; // that the events bear
     platform::EKEvents events;
     std::vector<VersionedProblem> problems;
-    CalendarCost cost;
+    icalendar::CalendarCost cost;
 };
 
 // For one thread at a time.
@@ -76,24 +76,24 @@ private:
     const LoadedCalendars& loaded(StoreSnapshot& snapshot);
     std::optional<SearchResult> keptSearch(const SearchRequest& request);
     SearchResult expand(const SearchRequest& request);
-    bool expandWithin(const Window& window, const SearchRequest& request);
+    bool expandWithin(const icalendar::Window& window, const SearchRequest& request);
     bool expandAll(const SearchRequest& request, std::vector<ExpandedCalendar> before);
     ExpandedCalendar expandOne(const SearchRequest& request,
                                const std::shared_ptr<LoadedCalendar>& calendar,
                                const std::shared_ptr<const platform::EKCalendar>& name,
-                               SearchCost& cost);
+                               icalendar::SearchCost& cost);
 
     std::map<std::pair<std::string, std::optional<std::string>>, std::unique_ptr<CalendarFiles>>
         m_known; // those that were asked for before stay, with what was read
     std::vector<CalendarFiles*> m_current;
     bool m_isAllOnDisk = true; // no text in memory among the current ones
-    ZoneNames m_zones{zoneDirectory()};
+    icalendar::ZoneNames m_zones{zoneDirectory()};
     std::atomic<bool> m_isCancelled = false;
     ReadContext m_context;
     std::shared_ptr<StoreSnapshot> m_latest;
     std::vector<ExpandedCalendar> m_expanded; // for the zone and window that follow
-    std::shared_ptr<ZoneClock> m_expandedZone;
-    Window m_expandedWindow;
+    std::shared_ptr<icalendar::ZoneClock> m_expandedZone;
+    icalendar::Window m_expandedWindow;
     std::unique_ptr<CalendarIndex> m_index; // may be null
     std::vector<IndexEntry> m_toBeKept;
 };

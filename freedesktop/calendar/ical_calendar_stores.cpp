@@ -29,8 +29,8 @@ std::int64_t wholeSeconds(platform::NSDate date) {
     return std::llround(platform::timeIntervalSince1970(date));
 }
 
-bool belongsTo(const ics::Window& window, const platform::EKEvent& event) {
-    return ics::belongsTo(window, wholeSeconds(event.startDate), wholeSeconds(event.endDate));
+bool belongsTo(const icalendar::Window& window, const platform::EKEvent& event) {
+    return icalendar::belongsTo(window, wholeSeconds(event.startDate), wholeSeconds(event.endDate));
 }
 
 // Those of the snapshot's calendars that are asked for.
@@ -52,16 +52,16 @@ platform::EKCalendars calendarsIn(const StoreSnapshot& snapshot,
 }
 
 // Whole weeks or hours around it, so that what follows a moment later asks for the same.
-ics::Window roundedWindow(const ics::Window& window, double unit) {
+icalendar::Window roundedWindow(const icalendar::Window& window, double unit) {
     return {std::floor(window.from / unit) * unit, std::ceil(window.to / unit) * unit};
 }
 
 // Absent where nothing can lie in it.
-std::optional<ics::Window> windowOf(const platform::EKEventPredicate& predicate,
-                                    const TimeZone& userZone) {
+std::optional<icalendar::Window> windowOf(const platform::EKEventPredicate& predicate,
+                                          const TimeZone& userZone) {
     constexpr double farthest = 2.54e11; // to the end of the year 9999
-    ics::Window window{platform::timeIntervalSince1970(predicate.startDate),
-                       platform::timeIntervalSince1970(predicate.endDate)};
+    icalendar::Window window{platform::timeIntervalSince1970(predicate.startDate),
+                             platform::timeIntervalSince1970(predicate.endDate)};
     if (!(window.from <= window.to)) {
         return std::nullopt;
     }

@@ -47,7 +47,7 @@ std::shared_ptr<const platform::EKCalendar> namedCalendar(const CalendarNames& n
     auto calendar = std::make_shared<platform::EKCalendar>();
     calendar->calendarIdentifier = names.identifier;
     const bool hasTitle = names.title && !names.title->empty();
-    calendar->title = hasTitle ? *names.title : validUtf8(names.fallbackTitle);
+    calendar->title = hasTitle ? *names.title : icalendar::validUtf8(names.fallbackTitle);
     const auto colour = names.colour ? calendarColour(*names.colour) : std::nullopt;
     calendar->CGColor = colour ? *colour : stableColour(names.identifier);
     return calendar;
@@ -55,11 +55,11 @@ std::shared_ptr<const platform::EKCalendar> namedCalendar(const CalendarNames& n
 
 std::shared_ptr<LoadedCalendar>
 makeLoadedCalendar(std::shared_ptr<const platform::EKCalendar> calendar,
-                   std::vector<std::shared_ptr<LoadedFile>> files) {
+                   std::vector<std::shared_ptr<icalendar::LoadedFile>> files) {
     auto result = std::make_shared<LoadedCalendar>();
     result->calendar = std::move(calendar);
     result->files = std::move(files);
-    EventSet set = collectEvents(result->files);
+    icalendar::EventSet set = icalendar::collectEvents(result->files);
     result->entries = std::move(set.entries);
     result->overrides = std::move(set.overrides);
     return result;

@@ -8,16 +8,16 @@
 #include <string_view>
 #include <vector>
 
-#include "freedesktop/calendar/occurrences.h"
+#include "icalendar/expansion/occurrences.h"
 #include "platform/calendar_store.h"
 
 namespace quorvel::freedesktop::ics {
 
 struct LoadedCalendar {
     std::shared_ptr<const platform::EKCalendar> calendar;
-    std::vector<std::shared_ptr<LoadedFile>> files;
-    std::vector<EventEntry> entries; // all events, to be passed over quickly
-    Overrides overrides;
+    std::vector<std::shared_ptr<icalendar::LoadedFile>> files;
+    std::vector<icalendar::EventEntry> entries; // all events, to be passed over quickly
+    icalendar::Overrides overrides;
 
     // A folder of events may be empty; of files that are there, one at least must be a calendar's.
     bool couldBeRead() const;
@@ -38,6 +38,6 @@ std::shared_ptr<const platform::EKCalendar> namedCalendar(const CalendarNames& n
 
 std::shared_ptr<LoadedCalendar>
 makeLoadedCalendar(std::shared_ptr<const platform::EKCalendar> calendar,
-                   std::vector<std::shared_ptr<LoadedFile>> files);
+                   std::vector<std::shared_ptr<icalendar::LoadedFile>> files);
 
 } // namespace quorvel::freedesktop::ics

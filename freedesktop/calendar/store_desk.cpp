@@ -46,7 +46,7 @@ void ToldProblems::tellAll(const std::vector<VersionedProblem>& problems) {
 
 StoreDesk::StoreDesk(std::shared_ptr<const TimeZone> userZone, CalendarProblemHandler onProblem)
     : m_told(std::move(onProblem))
-    , m_userZone(std::make_shared<ZoneClock>(std::move(userZone))) {}
+    , m_userZone(std::make_shared<icalendar::ZoneClock>(std::move(userZone))) {}
 
 StoreDesk::~StoreDesk() {
     {
@@ -75,7 +75,7 @@ void StoreDesk::setSources(std::vector<CalendarSource> sources) {
 
 void StoreDesk::setTimeZone(std::shared_ptr<const TimeZone> userZone) {
     const std::lock_guard lock(m_mutex);
-    m_userZone = std::make_shared<ZoneClock>(std::move(userZone));
+    m_userZone = std::make_shared<icalendar::ZoneClock>(std::move(userZone));
 }
 
 void StoreDesk::setIndex(std::unique_ptr<CalendarIndex> index) {

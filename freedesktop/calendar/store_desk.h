@@ -43,7 +43,7 @@ public:
     // What one store is made of.
     struct View {
         std::shared_ptr<StoreSnapshot> snapshot; // never null
-        std::shared_ptr<ZoneClock> userZone;
+        std::shared_ptr<icalendar::ZoneClock> userZone;
         Clock::time_point deadline; // of all that is asked of it
     };
 
@@ -89,7 +89,7 @@ private:
     ToldProblems m_told;
 
     mutable std::mutex m_mutex; // over all that follows; never held for long
-    std::shared_ptr<ZoneClock> m_userZone;
+    std::shared_ptr<icalendar::ZoneClock> m_userZone;
     std::vector<std::string> m_paths; // of the sources that are not texts
     std::optional<std::vector<CalendarSource>> m_newSources;
     std::shared_ptr<StoreSnapshot> m_snapshot; // null before the first refresh

@@ -8,7 +8,7 @@
 #include "base/content_hash.h"
 #include "freedesktop/calendar/calendar_files.h"
 #include "freedesktop/calendar/loaded_calendar.h"
-#include "freedesktop/calendar/occurrences.h"
+#include "icalendar/expansion/occurrences.h"
 #include "platform/calendar_store.h"
 
 namespace quorvel::freedesktop::ics {

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "freedesktop/calendar/calendar_colours.h"
-#include "freedesktop/calendar/ics_values.h"
+#include "icalendar/text/property_values.h"
 
 namespace quorvel::freedesktop::eds {
 
@@ -30,7 +30,7 @@ std::string shortened(std::string_view text) {
 
 std::string calendarIdentifier(std::string_view serverIdentifier) {
     std::string identifier;
-    for (const char letter : ics::validUtf8(serverIdentifier)) {
+    for (const char letter : icalendar::validUtf8(serverIdentifier)) {
         if (mayStandInIdentifier(letter)) {
             identifier += letter;
         } else {
@@ -51,7 +51,8 @@ std::optional<platform::UIColor> serverColour(std::string_view text) {
 std::shared_ptr<const platform::EKCalendar> makeCalendar(const ServerCalendar& calendar) {
     auto result = std::make_shared<platform::EKCalendar>();
     result->calendarIdentifier = calendarIdentifier(calendar.identifier);
-    result->title = ics::validUtf8(calendar.title.empty() ? calendar.identifier : calendar.title);
+    result->title =
+        icalendar::validUtf8(calendar.title.empty() ? calendar.identifier : calendar.title);
     const auto colour = serverColour(calendar.colour);
     result->CGColor = colour ? *colour : ics::stableColour(result->calendarIdentifier);
     return result;

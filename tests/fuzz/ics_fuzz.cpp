@@ -9,7 +9,7 @@
 
 #include "base/time_units.h"
 #include "freedesktop/calendar/ical_calendar_stores.h"
-#include "freedesktop/calendar/ics_values.h"
+#include "icalendar/text/property_values.h"
 #include "tests/fuzz/fuzzing.h"
 
 namespace {
@@ -37,7 +37,7 @@ CivilTime firstStart(std::string_view text) {
         const std::string_view rest = text.substr(name, 100);
         const std::size_t colon = rest.find(':');
         if (colon != std::string_view::npos) {
-            if (const auto time = ics::readTime(rest.substr(colon + 1, 8))) {
+            if (const auto time = icalendar::readTime(rest.substr(colon + 1, 8))) {
                 return time->civil;
             }
         }

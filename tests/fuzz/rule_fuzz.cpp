@@ -10,13 +10,13 @@
 #include <string_view>
 
 #include "base/time_units.h"
-#include "freedesktop/calendar/recurrence/recurrence.h"
+#include "icalendar/recurrence/recurrence.h"
 #include "tests/fuzz/fuzzing.h"
 
 namespace {
 
 using namespace quorvel;
-using namespace quorvel::freedesktop::recurrence;
+using namespace quorvel::icalendar;
 using quorvel::fuzzing::processorTime;
 using quorvel::fuzzing::require;
 

@@ -32,7 +32,7 @@ FileVersion takeVersion(ByteReader& reader) {
     return version;
 }
 
-void put(ByteWriter& writer, const Slice& slice) {
+void put(ByteWriter& writer, const icalendar::Slice& slice) {
     writer.number(slice.offset);
     writer.number(slice.length);
 }
@@ -43,8 +43,8 @@ public:
     SliceReader(ByteReader& reader, std::size_t size)
         : m_reader(reader)
         , m_size(size) {}
-    Slice take() {
-        Slice slice;
+    icalendar::Slice take() {
+        icalendar::Slice slice;
         slice.offset = m_reader.number<std::uint32_t>();
         slice.length = m_reader.number<std::uint32_t>();
         m_isWithin = m_isWithin && std::size_t{slice.offset} + slice.length <= m_size;
@@ -78,23 +78,23 @@ CivilTime takeCivilTime(ByteReader& reader) {
     return time;
 }
 
-void put(ByteWriter& writer, const EventTime& time) {
+void put(ByteWriter& writer, const icalendar::EventTime& time) {
     writer.number(static_cast<unsigned>(time.kind));
     writer.number(time.reading);
     writer.number(time.zone);
 }
 
-EventTime takeEventTime(ByteReader& reader) {
-    EventTime time;
-    time.kind = static_cast<TimeKind>(std::min(reader.number<unsigned>(), 4U));
+icalendar::EventTime takeEventTime(ByteReader& reader) {
+    icalendar::EventTime time;
+    time.kind = static_cast<icalendar::TimeKind>(std::min(reader.number<unsigned>(), 4U));
     time.reading = reader.number<std::int64_t>();
     time.zone = reader.number<std::uint32_t>();
     return time;
 }
 
-void put(ByteWriter& writer, const IcsEvent& event) {
-    const auto putSlice = [&](const Slice& slice) { put(writer, slice); };
-    const auto putTime = [&](const EventTime& time) { put(writer, time); };
+void put(ByteWriter& writer, const icalendar::IcsEvent& event) {
+    const auto putSlice = [&](const icalendar::Slice& slice) { put(writer, slice); };
+    const auto putTime = [&](const icalendar::EventTime& time) { put(writer, time); };
     writer.number(event.line);
     writer.number(event.calendar);
     put(writer, event.uid);
@@ -102,7 +102,7 @@ void put(ByteWriter& writer, const IcsEvent& event) {
     writer.optional(event.location, putSlice);
     put(writer, event.start);
     writer.optional(event.end, putTime);
-    writer.optional(event.duration, [&](const Duration& duration) {
+    writer.optional(event.duration, [&](const icalendar::Duration& duration) {
         writer.number(duration.days);
         writer.number(duration.seconds);
     });
@@ -117,10 +117,10 @@ void put(ByteWriter& writer, const IcsEvent& event) {
     writer.number(event.lastDay);
 }
 
-IcsEvent takeEvent(ByteReader& reader, SliceReader& slices) {
+icalendar::IcsEvent takeEvent(ByteReader& reader, SliceReader& slices) {
     const auto takeSlice = [&] { return slices.take(); };
     const auto takeTime = [&] { return takeEventTime(reader); };
-    IcsEvent event;
+    icalendar::IcsEvent event;
     event.line = reader.number<std::uint32_t>();
     event.calendar = reader.number<std::uint32_t>();
     event.uid = slices.take();
@@ -130,7 +130,7 @@ IcsEvent takeEvent(ByteReader& reader, SliceReader& slices) {
     event.end = reader.optional(takeTime);
     event.duration = reader.optional([&] {
         const auto days = reader.number<std::int64_t>();
-        return Duration{days, reader.number<std::int64_t>()};
+        return icalendar::Duration{days, reader.number<std::int64_t>()};
     });
     event.recurrenceId = reader.optional(takeTime);
     const auto flags = reader.number<unsigned>();
@@ -146,50 +146,50 @@ IcsEvent takeEvent(ByteReader& reader, SliceReader& slices) {
     return event;
 }
 
-void put(ByteWriter& writer, const RuleLine& rule) {
+void put(ByteWriter& writer, const icalendar::RuleLine& rule) {
     writer.number(static_cast<unsigned>(rule.kind));
     put(writer, rule.parameters);
     put(writer, rule.value);
     writer.number(rule.line);
 }
 
-RuleLine takeRule(ByteReader& reader, SliceReader& slices) {
-    RuleLine rule;
-    rule.kind = static_cast<RuleKind>(std::min(reader.number<unsigned>(), 3U));
+icalendar::RuleLine takeRule(ByteReader& reader, SliceReader& slices) {
+    icalendar::RuleLine rule;
+    rule.kind = static_cast<icalendar::RuleKind>(std::min(reader.number<unsigned>(), 3U));
     rule.parameters = slices.take();
     rule.value = slices.take();
     rule.line = reader.number<std::uint32_t>();
     return rule;
 }
 
-void put(ByteWriter& writer, const ZoneName& name) {
+void put(ByteWriter& writer, const icalendar::ZoneName& name) {
     writer.text(name.name);
     writer.number(name.calendar);
 }
 
-ZoneName takeZoneName(ByteReader& reader) {
-    ZoneName name;
+icalendar::ZoneName takeZoneName(ByteReader& reader) {
+    icalendar::ZoneName name;
     name.name = reader.text();
     name.calendar = reader.number<std::uint32_t>();
     return name;
 }
 
-void put(ByteWriter& writer, const FloatingZone& zone) {
+void put(ByteWriter& writer, const icalendar::FloatingZone& zone) {
     put(writer, zone.name);
     writer.number(zone.line);
 }
 
-FloatingZone takeFloatingZone(ByteReader& reader) {
-    FloatingZone zone;
+icalendar::FloatingZone takeFloatingZone(ByteReader& reader) {
+    icalendar::FloatingZone zone;
     zone.name = takeZoneName(reader);
     zone.line = reader.number<std::size_t>();
     return zone;
 }
 
-void put(ByteWriter& writer, const ZoneDefinition& zone) {
+void put(ByteWriter& writer, const icalendar::ZoneDefinition& zone) {
     put(writer, zone.name);
     writer.number(zone.observances.size());
-    for (const ZoneObservance& observance : zone.observances) {
+    for (const icalendar::ZoneObservance& observance : zone.observances) {
         put(writer, observance.start);
         writer.number(observance.offsetFrom);
         writer.number(observance.offsetTo);
@@ -204,11 +204,11 @@ void put(ByteWriter& writer, const ZoneDefinition& zone) {
     }
 }
 
-ZoneDefinition takeZone(ByteReader& reader) {
-    ZoneDefinition zone;
+icalendar::ZoneDefinition takeZone(ByteReader& reader) {
+    icalendar::ZoneDefinition zone;
     zone.name = takeZoneName(reader);
     zone.observances.resize(reader.count());
-    for (ZoneObservance& observance : zone.observances) {
+    for (icalendar::ZoneObservance& observance : zone.observances) {
         observance.start = takeCivilTime(reader);
         observance.offsetFrom = reader.number<int>();
         observance.offsetTo = reader.number<int>();
@@ -225,15 +225,16 @@ ZoneDefinition takeZone(ByteReader& reader) {
 }
 
 // What the events and rules say of each other and of the zones is used unlooked at later.
-bool holdsTogether(const IcsFile& file) {
-    const auto isInZones = [&](const EventTime& time) {
-        return time.kind != TimeKind::zoned || time.zone < file.zoneNames.size();
+bool holdsTogether(const icalendar::IcsFile& file) {
+    const auto isInZones = [&](const icalendar::EventTime& time) {
+        return time.kind != icalendar::TimeKind::zoned || time.zone < file.zoneNames.size();
     };
-    return std::all_of(file.events.begin(), file.events.end(), [&](const IcsEvent& event) {
-        return isInZones(event.start) && (!event.end || isInZones(*event.end)) &&
-               (!event.recurrenceId || isInZones(*event.recurrenceId)) &&
-               std::size_t{event.firstRule} + event.ruleCount <= file.rules.size();
-    });
+    return std::all_of(
+        file.events.begin(), file.events.end(), [&](const icalendar::IcsEvent& event) {
+            return isInZones(event.start) && (!event.end || isInZones(*event.end)) &&
+                   (!event.recurrenceId || isInZones(*event.recurrenceId)) &&
+                   std::size_t{event.firstRule} + event.ruleCount <= file.rules.size();
+        });
 }
 
 // ---- snapshots and searches
@@ -292,34 +293,34 @@ platform::NSDate dateAt(std::int64_t seconds) {
 
 } // namespace
 
-std::string bytesOfFile(const FileVersion& version, const IcsFile& file) {
+std::string bytesOfFile(const FileVersion& version, const icalendar::IcsFile& file) {
     ByteWriter writer;
     put(writer, version);
     writer.text(file.text);
     writer.number(file.zoneNames.size());
-    for (const ZoneName& name : file.zoneNames) {
+    for (const icalendar::ZoneName& name : file.zoneNames) {
         put(writer, name);
     }
     writer.number(file.rules.size());
-    for (const RuleLine& rule : file.rules) {
+    for (const icalendar::RuleLine& rule : file.rules) {
         put(writer, rule);
     }
     writer.number(file.events.size());
-    for (const IcsEvent& event : file.events) {
+    for (const icalendar::IcsEvent& event : file.events) {
         put(writer, event);
     }
     writer.number(file.zones.size());
-    for (const ZoneDefinition& zone : file.zones) {
+    for (const icalendar::ZoneDefinition& zone : file.zones) {
         put(writer, zone);
     }
     writer.number(file.floatingZones.size());
-    for (const FloatingZone& zone : file.floatingZones) {
+    for (const icalendar::FloatingZone& zone : file.floatingZones) {
         put(writer, zone);
     }
     writer.optionalText(file.calendarName);
     writer.optionalText(file.calendarColour);
     writer.number(file.problems.size());
-    for (const FileProblem& problem : file.problems) {
+    for (const icalendar::FileProblem& problem : file.problems) {
         writer.number(problem.line);
         writer.text(problem.what);
     }
@@ -327,38 +328,39 @@ std::string bytesOfFile(const FileVersion& version, const IcsFile& file) {
     return writer.take();
 }
 
-std::optional<IcsFile> fileFromBytes(std::string_view bytes, const FileVersion& version) {
+std::optional<icalendar::IcsFile> fileFromBytes(std::string_view bytes,
+                                                const FileVersion& version) {
     ByteReader reader(bytes);
     if (takeVersion(reader) != version) {
         return std::nullopt;
     }
-    IcsFile file;
+    icalendar::IcsFile file;
     file.text = reader.text();
     SliceReader slices(reader, file.text.size());
     file.zoneNames.resize(reader.count());
-    for (ZoneName& name : file.zoneNames) {
+    for (icalendar::ZoneName& name : file.zoneNames) {
         name = takeZoneName(reader);
     }
     file.rules.resize(reader.count());
-    for (RuleLine& rule : file.rules) {
+    for (icalendar::RuleLine& rule : file.rules) {
         rule = takeRule(reader, slices);
     }
     file.events.resize(reader.count());
-    for (IcsEvent& event : file.events) {
+    for (icalendar::IcsEvent& event : file.events) {
         event = takeEvent(reader, slices);
     }
     file.zones.resize(reader.count());
-    for (ZoneDefinition& zone : file.zones) {
+    for (icalendar::ZoneDefinition& zone : file.zones) {
         zone = takeZone(reader);
     }
     file.floatingZones.resize(reader.count());
-    for (FloatingZone& zone : file.floatingZones) {
+    for (icalendar::FloatingZone& zone : file.floatingZones) {
         zone = takeFloatingZone(reader);
     }
     file.calendarName = reader.optionalText();
     file.calendarColour = reader.optionalText();
     file.problems.resize(reader.count());
-    for (FileProblem& problem : file.problems) {
+    for (icalendar::FileProblem& problem : file.problems) {
         problem.line = reader.number<std::size_t>();
         problem.what = reader.text();
     }

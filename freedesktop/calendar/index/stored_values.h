@@ -12,9 +12,9 @@
 
 namespace quorvel::freedesktop::ics {
 
-std::string bytesOfFile(const FileVersion& version, const IcsFile& file);
+std::string bytesOfFile(const FileVersion& version, const icalendar::IcsFile& file);
 // Absent where they are of another version of the file.
-std::optional<IcsFile> fileFromBytes(std::string_view bytes, const FileVersion& version);
+std::optional<icalendar::IcsFile> fileFromBytes(std::string_view bytes, const FileVersion& version);
 
 // Without the events.
 std::string bytesOfSnapshot(const StoreSnapshot& snapshot);

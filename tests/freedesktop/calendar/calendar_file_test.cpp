@@ -32,7 +32,7 @@ protected:
             {[](std::string_view) { return true; }, [ahead] { return fileClock() + ahead; }});
     }
     static std::string titleOf(const CalendarFile& file) {
-        const IcsFile& ics = file.loaded->ics;
+        const icalendar::IcsFile& ics = file.loaded->ics;
         return std::string(ics.slice(*ics.events.at(0).title));
     }
 };

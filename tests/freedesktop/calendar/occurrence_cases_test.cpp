@@ -18,7 +18,7 @@
 #include <nlohmann/json.hpp>
 
 #include "freedesktop/calendar/ical_calendar_stores.h"
-#include "freedesktop/calendar/ics_values.h"
+#include "icalendar/text/property_values.h"
 
 namespace quorvel::freedesktop {
 namespace {

@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "freedesktop/calendar/ical_calendar_stores.h"
-#include "freedesktop/calendar/ics_values.h"
+#include "icalendar/text/property_values.h"
 
 namespace quorvel::freedesktop {
 
@@ -55,7 +55,7 @@ protected:
     }
 
     platform::NSDate date(std::string_view text) const {
-        const auto time = ics::readTime(text);
+        const auto time = icalendar::readTime(text);
         return time->isUtc ? dateOf(*utcTimeZone(), time->civil) : dateOf(*zone, time->civil);
     }
 

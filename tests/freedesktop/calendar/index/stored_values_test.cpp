@@ -14,9 +14,9 @@ namespace {
 
 constexpr FileVersion version{1, 2, 3, -4, std::numeric_limits<std::int64_t>::max()};
 
-IcsFile everyKind() {
+icalendar::IcsFile everyKind() {
     const auto isKnown = [](std::string_view name) { return name == "Europe/Berlin"; };
-    return readIcsFile(
+    return icalendar::readIcsFile(
         calendarText(
             "X-WR-CALNAME:Näme\r\nCOLOR:red\r\nX-WR-TIMEZONE:Europe/Berlin\r\n"
             "BEGIN:VTIMEZONE\r\nTZID:Mine\r\nBEGIN:STANDARD\r\nDTSTART:19700101T000000\r\n"
@@ -34,7 +34,7 @@ IcsFile everyKind() {
 }
 
 TEST(StoredValues, FileComesBackEqual) {
-    const IcsFile file = everyKind();
+    const icalendar::IcsFile file = everyKind();
     ASSERT_EQ(file.events.size(), 3U);
     ASSERT_EQ(file.problems.size(), 1U);
     const std::string bytes = bytesOfFile(version, file);
@@ -43,8 +43,8 @@ TEST(StoredValues, FileComesBackEqual) {
     EXPECT_EQ(bytesOfFile(version, *back), bytes);
     EXPECT_EQ(back->text, file.text);
     EXPECT_EQ(back->zoneNames, file.zoneNames);
-    EXPECT_EQ(back->floatingZones,
-              (std::vector<FloatingZone>{{{"Europe/Berlin", 0}, 5}, {{"Asia/Tokyo", 1}, 45}}));
+    EXPECT_EQ(back->floatingZones, (std::vector<icalendar::FloatingZone>{{{"Europe/Berlin", 0}, 5},
+                                                                         {{"Asia/Tokyo", 1}, 45}}));
     EXPECT_EQ(back->events.back().calendar, file.events.back().calendar);
     EXPECT_EQ(back->calendarName, "Näme");
     EXPECT_EQ(back->calendarColour, "red");
@@ -56,11 +56,11 @@ TEST(StoredValues, FileComesBackEqual) {
     EXPECT_EQ(back->problems[0].what, file.problems[0].what);
     EXPECT_EQ(back->problems[0].line, file.problems[0].line);
     ASSERT_EQ(back->rules.size(), 2U);
-    EXPECT_EQ(back->rules[1].kind, RuleKind::exdate);
+    EXPECT_EQ(back->rules[1].kind, icalendar::RuleKind::exdate);
     EXPECT_EQ(back->slice(back->rules[1].parameters), "TZID=Mine");
     for (std::size_t i = 0; i < file.events.size(); ++i) {
-        const IcsEvent& before = file.events[i];
-        const IcsEvent& after = back->events[i];
+        const icalendar::IcsEvent& before = file.events[i];
+        const icalendar::IcsEvent& after = back->events[i];
         EXPECT_EQ(back->slice(after.uid), file.slice(before.uid));
         EXPECT_EQ(after.title, before.title);
         EXPECT_EQ(after.end, before.end);
@@ -97,7 +97,7 @@ TEST(StoredValues, OtherBytesDoNoHarm) {
             other[random() % other.size()] = static_cast<char>(random());
         }
         if (const auto file = fileFromBytes(other, version)) {
-            for (const IcsEvent& event : file->events) {
+            for (const icalendar::IcsEvent& event : file->events) {
                 EXPECT_LE(file->slice(event.uid).size(), file->text.size());
                 EXPECT_LE(std::size_t{event.firstRule} + event.ruleCount, file->rules.size());
             }

@@ -3,7 +3,7 @@
 //
 // The seed is fixed, so that a run can be repeated; RC_PARAMS="seed=7 max_success=5000" goes
 // elsewhere.
-#include "freedesktop/calendar/recurrence/recurrence.h"
+#include "icalendar/recurrence/recurrence.h"
 
 #include <algorithm>
 #include <chrono>
@@ -20,9 +20,10 @@
 #include "base/time_units.h"
 #include "tests/freedesktop/calendar/store_fixture.h"
 
-namespace quorvel::freedesktop::recurrence {
+namespace quorvel::freedesktop {
 namespace {
 
+using namespace icalendar;
 using std::chrono::days;
 using std::chrono::sys_days;
 
@@ -768,4 +769,4 @@ TEST_F(FolderProperties, TheNamesOfAFoldersFilesAreNoMatter) {
 }
 
 } // namespace
-} // namespace quorvel::freedesktop::recurrence
+} // namespace quorvel::freedesktop

@@ -1,0 +1,184 @@
+// What is kept of one .ics text: its events' key properties, and the days that each can touch.
+// Everything else is passed over while the bytes are walked, and the text itself is let go.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "icalendar/text/property_values.h"
+
+namespace quorvel::icalendar {
+
+// As std::optional, but no larger than the value: there are hundreds of thousands of them.
+template <typename Value>
+class SmallOptional {
+public:
+    SmallOptional() = default;
+    SmallOptional(const Value& value)
+        : m_value(value) {}
+    SmallOptional(const std::optional<Value>& value)
+        : m_value(value.value_or(Value::absent())) {}
+
+    bool has_value() const { return !(m_value == Value::absent()); }
+    explicit operator bool() const { return has_value(); }
+    const Value& operator*() const { return m_value; }
+    const Value* operator->() const { return &m_value; }
+    bool operator==(const SmallOptional&) const = default;
+
+private:
+    Value m_value = Value::absent();
+};
+
+// A part of IcsFile::text.
+struct Slice {
+    std::uint32_t offset = 0;
+    std::uint32_t length = 0;
+    bool operator==(const Slice&) const = default;
+
+    static constexpr Slice absent() { return {std::numeric_limits<std::uint32_t>::max(), 0}; }
+};
+
+enum class TimeKind : std::uint8_t { none, date, floating, utc, zoned };
+
+struct EventTime {
+    std::int64_t reading = 0; // of the wall clock, in seconds since 1970 as if it were one of UTC
+    // Where zoned, of IcsFile::zoneNames; where floating, the calendar that it stands in, as in
+    // ZoneName; else 0.
+    std::uint32_t zone = 0;
+    TimeKind kind = TimeKind::floating;
+    bool operator==(const EventTime&) const = default;
+
+    static constexpr EventTime absent() { return {0, 0, TimeKind::none}; }
+};
+
+// A name means what the iCalendar object says in which it stands.
+struct ZoneName {
+    std::string name;
+    std::uint32_t calendar = 0; // counts from 0 within the file
+    bool operator==(const ZoneName&) const = default;
+};
+
+// The zone that an iCalendar object names for its floating times.
+struct FloatingZone {
+    ZoneName name;
+    std::size_t line = 0; // where it is named
+    bool operator==(const FloatingZone&) const = default;
+};
+
+enum class RuleKind : std::uint8_t { rrule, exrule, rdate, exdate };
+
+struct RuleLine {
+    RuleKind kind = RuleKind::rrule;
+    Slice parameters;
+    Slice value;
+    std::uint32_t line = 0;
+};
+
+struct IcsEvent {
+    Slice uid;
+    SmallOptional<Slice> title;    // raw
+    SmallOptional<Slice> location; // raw
+    EventTime start;
+    SmallOptional<EventTime> end;
+    SmallOptional<Duration> duration;
+    SmallOptional<EventTime> recurrenceId;
+    std::int64_t stamp = std::numeric_limits<std::int64_t>::min(); // DTSTAMP, seconds since 1970
+    int sequence = 0;
+    bool thisAndFuture = false; // the override holds for what follows as well
+    bool cancelled = false;
+    bool repeats = false;        // RRULE or RDATE
+    std::uint32_t line = 0;      // of its BEGIN
+    std::uint32_t calendar = 0;  // as in ZoneName
+    std::uint32_t firstRule = 0; // of IcsFile::rules
+    std::uint32_t ruleCount = 0;
+    // Days since 1970 outside of which no occurrence lies, whatever the zones are.
+    std::int32_t firstDay = 0;
+    std::int32_t lastDay = std::numeric_limits<std::int32_t>::max();
+};
+
+// One STANDARD or DAYLIGHT part of a zone's definition.
+struct ZoneObservance {
+    CivilTime start;
+    int offsetFrom = 0; // seconds east of UTC
+    int offsetTo = 0;
+    std::vector<std::string> rules;
+    std::vector<CivilTime> dates;
+};
+
+struct ZoneDefinition {
+    ZoneName name;
+    std::vector<ZoneObservance> observances;
+};
+
+struct FileProblem {
+    std::size_t line = 0; // 0: unknown
+    std::string what;
+};
+
+struct IcsFile {
+    std::string text; // the kept properties, one behind the other
+    std::vector<IcsEvent> events;
+    std::vector<RuleLine> rules;
+    std::vector<ZoneName> zoneNames;
+    std::vector<ZoneDefinition> zones;       // only those whose exact name is known nowhere else
+    std::vector<FloatingZone> floatingZones; // by calendar, of those that name one
+    std::optional<std::string> calendarName;
+    std::optional<std::string> calendarColour;
+    std::vector<FileProblem> problems;
+    bool isCalendar = false; // false: nothing of it could be read
+    bool isCut = false;      // there was more than could be kept
+
+    std::string_view slice(Slice part) const {
+        return std::string_view(text).substr(part.offset, part.length);
+    }
+    // Null where the calendar names none.
+    const FloatingZone* floatingZoneOf(std::uint32_t calendar) const;
+    // Of two versions of one event or of one override.
+    static bool isNewer(const IcsEvent& one, const IcsEvent& other) {
+        return std::pair(one.sequence, one.stamp) > std::pair(other.sequence, other.stamp);
+    }
+    // Exactly one UID, and no word about a calendar: a file as a vdir holds them.
+    bool looksLikeOneEvent() const;
+    // Bytes, near enough, together with what collecting the events takes.
+    std::size_t sizeInMemory() const;
+};
+
+// Reads a text that comes in pieces, of UTF-8, or of UTF-16 where it begins with the mark of that.
+// Never fails: what cannot be read is left out and named. Zones whose exact name is known need no
+// definition, and theirs is passed over.
+class IcsFileReader {
+public:
+    static constexpr std::size_t mostBytesOfAFile = std::size_t{250} << 20U; // a million events
+
+    // The function must outlive the reader. What would take more bytes in memory is left out.
+    explicit IcsFileReader(const std::function<bool(std::string_view)>& zoneIsKnown,
+                           std::size_t mostBytes = mostBytesOfAFile);
+    ~IcsFileReader();
+    IcsFileReader(const IcsFileReader&) = delete;
+    IcsFileReader& operator=(const IcsFileReader&) = delete;
+
+    // How much of the piece was taken in; the next piece begins with the rest.
+    std::size_t read(std::string_view piece);
+    // So many bytes are to come, and are taken to be like those that came.
+    void expect(std::size_t bytes);
+    // Once, with the last piece.
+    IcsFile finish(std::string_view piece);
+
+private:
+    class Reader;
+    std::unique_ptr<Reader> m_reader;
+};
+
+// The whole of it at once.
+IcsFile readIcsFile(std::string_view bytes,
+                    const std::function<bool(std::string_view)>& zoneIsKnown);
+
+} // namespace quorvel::icalendar

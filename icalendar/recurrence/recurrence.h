@@ -1,0 +1,59 @@
+// What a recurrence rule comes to within a window. Everything here is a plain number of wall-clock
+// time: zones, exceptions and overrides are the callers'. So is what becomes of a local time that a
+// clock skips: it is among the results.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "icalendar/recurrence/recurrence_rule.h"
+
+namespace quorvel::icalendar {
+
+// The steps of one call; they take a few milliseconds at most.
+constexpr std::int64_t standardBudget = 200'000;
+
+// Readings are seconds since 1970 as if the wall clock were one of UTC.
+struct RecurrenceRequest {
+    explicit RecurrenceRequest(const RecurrenceRule& recurrenceRule) // which outlives the request
+        : rule(recurrenceRule) {}
+
+    const RecurrenceRule& rule;
+    std::int64_t start = 0;  // the reading of the first occurrence
+    bool wholeDays = false;  // occurrences are dates, at midnight
+    bool startCounts = true; // the start is an occurrence, and the first, even where the rule does
+                             // not give it; false: only what the rule gives
+    std::optional<std::int64_t> until; // the last reading that still belongs to it
+    std::int64_t from = 0;             // the window, both ends within
+    std::int64_t to = 0;
+    // What the clock shows for a local time: that time, or a later one for a time that the clock
+    // skips. COUNT counts several local times that are shown alike once. May be empty.
+    std::function<std::int64_t(std::int64_t)> shown;
+    std::int64_t budget = standardBudget;
+};
+
+struct RecurrenceStarts {
+    std::vector<std::int64_t> readings; // sorted, no two the same
+    std::string problem;                // empty, or why there may be fewer than the rule means
+    std::int64_t stepsSpent = 0;
+};
+
+// Goes to the window by arithmetic, except where COUNT has to be counted; there are no occurrences
+// before the year 1 or after the year 9999.
+RecurrenceStarts expandRecurrence(const RecurrenceRequest& request);
+
+// The last reading that COUNT leaves, whatever the window is.
+struct CountEnd {
+    std::int64_t reading = 0;
+    bool isCounted =
+        false; // false: the budget did not reach so far, the reading is as far as it did
+    std::int64_t stepsSpent = 0;
+};
+
+// Of a rule with COUNT.
+CountEnd endOfCount(const RecurrenceRequest& request);
+
+} // namespace quorvel::icalendar

@@ -1,0 +1,97 @@
+// The lines of an iCalendar text as they stand in the bytes: cut, unfolded, split. Nothing is
+// copied unless a line is folded, so that 50 MB are walked in a blink.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace quorvel::icalendar {
+
+// One content line with its continuation lines, line breaks between them included.
+struct RawLine {
+    std::string_view text;
+    bool folded = false;
+    std::size_t number = 0; // of its first line in the file, from 1
+};
+
+// Line breaks are LF, CR LF, CR CR LF or CR alone, each line for itself. A byte-order mark of UTF-8
+// is passed over. What a line has beyond four megabytes, folds included, is left out.
+class ContentLineReader {
+public:
+    ContentLineReader() = default;
+    // All of it at once. The text must outlive the reader and its lines.
+    explicit ContentLineReader(std::string_view text) { continueWith(text, true); }
+
+    // Of a text that comes in pieces: one that begins with what remained of the piece before.
+    void continueWith(std::string_view text, bool isLast);
+    // What no line was made of yet.
+    std::string_view remaining() const { return m_rest; }
+
+    // False at the end of the text, and where the line's end is in a piece to come, which has to be
+    // given before the next call.
+    bool next(RawLine& line);
+
+private:
+    // Of the text that remains. Without an end it does not show yet which break it is, or whether a
+    // fold follows; without a beginning there is none.
+    struct LineBreak {
+        std::size_t begin = std::string_view::npos;
+        std::size_t end = std::string_view::npos;
+    };
+
+    bool begin();
+    LineBreak findBreak(std::size_t from);
+    LineBreak breakAtLoneReturn();
+    LineBreak findLineEnd(std::size_t& folds);
+    bool isOpen(const LineBreak& end) const {
+        return end.end == std::string_view::npos && !m_isLast;
+    }
+    void takeTo(const LineBreak& end);
+    bool skipLine();
+
+    std::string_view m_rest;
+    bool m_isLast = false;
+    bool m_hasBegun = false;
+    bool m_isSkipping = false;    // the rest of a line that is too long
+    std::size_t m_loneReturn = 0; // of the text that remains, the next CR without an LF behind it
+    std::size_t m_number = 0;     // of the lines taken
+};
+
+// The line without its folds: the line's own bytes where it has none, else in the scratch string.
+std::string_view unfolded(const RawLine& line, std::string& scratch);
+
+struct ContentLine {
+    std::string_view name;
+    std::string_view parameters; // without the first semicolon
+    std::string_view value;
+};
+
+// Absent where there is no colon behind a name.
+std::optional<ContentLine> splitContentLine(std::string_view line);
+// Of a line whose name is known to end at a colon or semicolon there.
+std::optional<ContentLine> splitContentLine(std::string_view line, std::size_t nameEnd);
+
+// The first value of a parameter, without its quotes. Names are compared regardless of case.
+std::optional<std::string_view> parameterValue(std::string_view parameters, std::string_view name);
+
+// TZID. Without quotes a name such as "(UTC+01:00) Amsterdam, Berlin" is taken with its commas.
+std::optional<std::string_view> zoneParameter(std::string_view parameters);
+
+// In line, as it is asked of nearly every line.
+inline bool equalsIgnoringCase(std::string_view text, std::string_view upperCase) {
+    if (text.size() != upperCase.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (c != upperCase[i] &&
+            (c < 'a' || c > 'z' || static_cast<char>(c - 'a' + 'A') != upperCase[i])) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace quorvel::icalendar

@@ -1,0 +1,59 @@
+// The values of an iCalendar text: times, durations, text. Fields are checked here, one by one.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/civil_calendar.h"
+
+namespace quorvel::icalendar {
+
+struct TimeValue {
+    CivilTime civil; // midnight for a date
+    bool isDate = false;
+    bool isUtc = false;
+};
+
+// Absent for everything that is no day of the calendar or no time of a day. 24:00:00, which some
+// programs write, is the next midnight.
+std::optional<TimeValue> readTime(std::string_view text);
+
+// Days last from a wall-clock time to the same one; seconds are exact.
+struct Duration {
+    std::int64_t days = 0;
+    std::int64_t seconds = 0;
+    bool operator==(const Duration&) const = default;
+
+    static constexpr Duration absent() { return {std::numeric_limits<std::int64_t>::min(), 0}; }
+};
+
+std::optional<Duration> readDuration(std::string_view text);
+
+// One entry of a list of times: with its end or its length where it is a period.
+struct PeriodValue {
+    TimeValue start;
+    std::optional<TimeValue> end;
+    std::optional<Duration> duration;
+};
+
+std::optional<PeriodValue> readPeriodOrTime(std::string_view text);
+
+// The end that a recurrence rule names; absent where it names none that can be read.
+std::optional<TimeValue> untilOf(std::string_view rule);
+
+// The parts between commas.
+std::vector<std::string_view> listParts(std::string_view text);
+
+std::string_view trimmed(std::string_view text); // of spaces and tabs
+
+// Escapes resolved. What is no UTF-8 anywhere is read as Latin-1; other stray bytes, and NUL,
+// become U+FFFD.
+std::string readText(std::string_view raw);
+std::string validUtf8(std::string_view bytes);
+std::string utf8FromLatin1(std::string_view bytes);
+
+} // namespace quorvel::icalendar
