@@ -6,12 +6,8 @@
 #include <cstring>
 #include <utility>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include "base/content_hash.h"
-#include "freedesktop/calendar/file_descriptor.h"
+#include "freedesktop/io/regular_file.h"
 
 namespace quorvel::freedesktop::ics {
 namespace {
@@ -30,49 +26,36 @@ std::uint64_t versionHash(const FileVersion& version) {
     return hash.value();
 }
 
-// An errno, or 0.
-int statusOf(const Descriptor& descriptor, struct stat& status) {
-    if (!descriptor.isOpen() || fstat(descriptor.get(), &status) != 0) {
-        return errno;
-    }
-    return S_ISREG(status.st_mode) ? 0 : EINVAL;
-}
-
 // The bytes of a file, one full piece after the other, up to the size that it had at first: what is
 // written behind that meanwhile is for the next reading.
 class FilePieces {
 public:
     // Without a hash it is 0, which no file's is taken for.
-    FilePieces(const Descriptor& descriptor, std::size_t size, std::size_t largest, bool isHashed)
-        : m_descriptor(descriptor)
+    FilePieces(const RegularFile& file, std::size_t largest, bool isHashed)
+        : m_file(file)
         , m_isHashed(isHashed)
-        , m_left(size == 0 ? largest + 1 : size) // some systems' files tell no size
+        , m_left(file.size() == 0 ? largest + 1 : file.size()) // some file systems report no size
         , m_largest(largest) {}
 
     std::size_t pieceSize() const { return std::min(m_left, largestPiece); }
     // Fills the place unless the file ends before.
     std::size_t read(char* place, std::size_t size) {
-        size = std::min(size, m_left);
-        std::size_t used = 0;
-        while (used < size && !isDone()) {
-            const ssize_t got = ::read(m_descriptor.get(), place + used, size - used);
-            if (got > 0) {
-                used += static_cast<std::size_t>(got);
-                m_left -= static_cast<std::size_t>(got);
-            } else if (got == 0) {
-                m_left = 0;
-            } else if (errno != EINTR) {
-                m_error = errno;
-            }
+        size = isDone() ? 0 : std::min(size, m_left);
+        const ReadResult result = m_file.read(place, size);
+        m_left -= result.size;
+        m_total += result.size;
+        if (result.error != 0) {
+            m_error = result.error;
+        } else if (result.size < size) {
+            m_left = 0; // the file has become shorter
         }
-        m_total += used;
         if (m_total > m_largest && m_error == 0) {
             m_error = EFBIG;
         }
         if (m_isHashed) {
-            m_hash.add(std::string_view(place, used));
+            m_hash.add(std::string_view(place, result.size));
         }
-        return used;
+        return result.size;
     }
     void fail(int error) { m_error = error; }
     std::size_t bytesLeft() const { return m_left; }
@@ -81,7 +64,7 @@ public:
     std::uint64_t hash() const { return m_isHashed ? m_hash.value() : 0; }
 
 private:
-    const Descriptor& m_descriptor;
+    const RegularFile& m_file;
     bool m_isHashed;
     std::size_t m_left;
     std::size_t m_largest;
@@ -135,10 +118,9 @@ std::uint64_t hashOf(FilePieces pieces) {
 }
 
 // The file is at its beginning again afterwards.
-bool hasSameBytes(const CalendarFile& file, const Descriptor& descriptor,
-                  const FilePieces& pieces) {
+bool hasSameBytes(const CalendarFile& file, const RegularFile& opened, const FilePieces& pieces) {
     const bool isSame = file.loaded && file.hash != 0 && hashOf(pieces) == file.hash;
-    lseek(descriptor.get(), 0, SEEK_SET);
+    opened.rewind();
     return isSame;
 }
 
@@ -195,24 +177,22 @@ void CalendarFile::leaveOut() {
 void readCalendarFile(CalendarFile& file, const std::string& path, FileKind kind,
                       const ReadContext& context) {
     const std::int64_t readAt = context.fileClock();
-    const Descriptor descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    struct stat status {};
-    if (const int error = statusOf(descriptor, status)) {
-        setError(file, error, readAt);
+    const RegularFile opened(path);
+    if (!opened.isOpen()) {
+        setError(file, opened.error(), readAt);
         return;
     }
     const std::size_t largest = kind == FileKind::calendar ? largestFile : largestMetadata;
-    if (static_cast<std::size_t>(status.st_size) > largest) {
+    if (opened.size() > largest) {
         setError(file, EFBIG, readAt);
         return;
     }
-    const bool mayBeSame = file.wasRead && file.version == versionOf(status);
-    file.version = versionOf(status);
+    const bool mayBeSame = file.wasRead && file.version == opened.version();
+    file.version = opened.version();
     file.wasRead = true;
     const bool willBeSettled = isSettled(file.version, readAt);
-    FilePieces pieces(descriptor, static_cast<std::size_t>(status.st_size), largest,
-                      !willBeSettled || mayBeSame);
-    if (!mayBeSame || !hasSameBytes(file, descriptor, pieces)) {
+    FilePieces pieces(opened, largest, !willBeSettled || mayBeSame);
+    if (!mayBeSame || !hasSameBytes(file, opened, pieces)) {
         file.error = 0;
         readContent(file, path, kind, pieces, context);
     }
@@ -226,8 +206,7 @@ void readCalendarFile(CalendarFile& file, const std::string& path, FileKind kind
         return;
     }
     // A file that was written to meanwhile is read once more the next time.
-    file.isSettled =
-        willBeSettled && fstat(descriptor.get(), &status) == 0 && versionOf(status) == file.version;
+    file.isSettled = willBeSettled && opened.isUnchanged();
 }
 
 } // namespace quorvel::freedesktop::ics

@@ -16,7 +16,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include "freedesktop/calendar/file_descriptor.h"
+#include "freedesktop/io/file_descriptor.h"
 #include "icalendar/text/content_lines.h"
 
 namespace quorvel::freedesktop::ics {
@@ -386,7 +386,7 @@ void CalendarFiles::forget() {
 }
 
 void CalendarFiles::Listing::lookAtFiles() {
-    const Descriptor descriptor(
+    const FileDescriptor descriptor(
         open(folder->path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK));
     folder->hasTooMany = calendars.size() > mostFilesInAFolder;
     renew(folder->files, std::move(calendars), descriptor.get());
@@ -435,7 +435,7 @@ void CalendarFiles::Lookers::work() {
 }
 
 void CalendarFiles::lookAt(Folder& folder, Walk& walk) {
-    const Descriptor descriptor(
+    const FileDescriptor descriptor(
         open(folder.path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK));
     struct stat status {};
     const int copy = descriptor.isOpen() ? dup(descriptor.get()) : -1;

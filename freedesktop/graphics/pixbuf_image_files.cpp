@@ -1,17 +1,13 @@
 #include "freedesktop/graphics/pixbuf_image_files.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <utility>
 
-#include <fcntl.h>
 #include <gdk-pixbuf/gdk-pixbuf.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "freedesktop/graphics/cairo_pixels.h"
 
@@ -24,7 +20,7 @@ namespace {
 
 constexpr std::string_view stockIconPath = "/Applications/MobileCal.app/icon-about@2x.png";
 constexpr std::string_view stockIconName = "icon-about@2x.png";
-constexpr off_t maximumFileSize = off_t{32} << 20;
+constexpr std::size_t maximumFileSize = std::size_t{32} << 20;
 constexpr std::int64_t maximumFilePixels = std::int64_t{1} << 25;
 constexpr std::size_t maximumRemembered = 8;
 constexpr int maximumRememberedPixels = 1 << 20;
@@ -35,38 +31,13 @@ struct ObjectUnref {
 using LoaderHandle = std::unique_ptr<GdkPixbufLoader, ObjectUnref>;
 using PixbufHandle = std::unique_ptr<GdkPixbuf, ObjectUnref>;
 
-class OpenFile {
-public:
-    // A pipe or a device is opened without waiting for it, so that it can be told and left.
-    explicit OpenFile(const std::string& path)
-        : m_descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {}
-    ~OpenFile() {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
-    }
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-
-    int descriptor() const { return m_descriptor; }
-
-private:
-    int m_descriptor;
-};
-
-std::optional<std::string> contentsOf(int descriptor, std::size_t size) {
-    std::string contents(size, '\0');
-    std::size_t filled = 0;
-    while (filled < size) {
-        const ssize_t count = ::read(descriptor, contents.data() + filled, size - filled);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            return std::nullopt;
-        if (count == 0)
-            break;
-        filled += static_cast<std::size_t>(count);
-    }
-    contents.resize(filled);
+// As many bytes as the file had when it was opened.
+std::optional<std::string> contentsOf(const RegularFile& file) {
+    std::string contents(file.size(), '\0');
+    const ReadResult result = file.read(contents.data(), contents.size());
+    if (result.error != 0)
+        return std::nullopt;
+    contents.resize(result.size);
     return contents;
 }
 
@@ -216,23 +187,21 @@ std::shared_ptr<const UIImage> PixbufImageFiles::imageWithContentsOfFile(std::st
                                  ? (std::filesystem::path(m_dataFolder) / stockIconName).string()
                                  : std::string(path);
     const std::int64_t readAt = m_fileClock();
-    const OpenFile open(file);
-    struct stat status = {};
-    if (open.descriptor() < 0 || ::fstat(open.descriptor(), &status) != 0 ||
-        !S_ISREG(status.st_mode) || status.st_size > maximumFileSize)
+    const RegularFile opened(file);
+    if (!opened.isOpen() || opened.size() > maximumFileSize)
         return nullptr;
-    return imageOfFile(file, open.descriptor(), versionOf(status), readAt);
+    return imageOfFile(file, opened, readAt);
 }
 
 std::shared_ptr<const UIImage> PixbufImageFiles::imageOfFile(const std::string& file,
-                                                             int descriptor,
-                                                             const FileVersion& version,
+                                                             const RegularFile& opened,
                                                              std::int64_t readAt) {
+    const FileVersion& version = opened.version();
     Remembered* const remembered = rememberedAt(file);
     const bool isSameVersion = remembered != nullptr && remembered->version == version;
     if (isSameVersion && remembered->isSettled)
         return remembered->image;
-    const auto contents = contentsOf(descriptor, static_cast<std::size_t>(version.size));
+    const auto contents = contentsOf(opened);
     if (!contents)
         return nullptr;
     const std::size_t hash = std::hash<std::string>()(*contents);

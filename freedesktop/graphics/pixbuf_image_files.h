@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "freedesktop/io/file_version.h"
+#include "freedesktop/io/regular_file.h"
 #include "platform/image_files.h"
 
 namespace quorvel::freedesktop {
@@ -41,9 +42,8 @@ private:
         std::shared_ptr<const platform::UIImage> image;
     };
 
-    std::shared_ptr<const platform::UIImage> imageOfFile(const std::string& file, int descriptor,
-                                                         const FileVersion& version,
-                                                         std::int64_t readAt);
+    std::shared_ptr<const platform::UIImage>
+    imageOfFile(const std::string& file, const RegularFile& opened, std::int64_t readAt);
     Remembered* rememberedAt(const std::string& path);
     void remember(Remembered picture);
 

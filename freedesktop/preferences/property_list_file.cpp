@@ -9,10 +9,10 @@
 
 #include <plist/plist.h>
 
+#include "freedesktop/io/regular_file.h"
 #include "freedesktop/preferences/binary_property_list_check.h"
 #include "freedesktop/preferences/old_property_list.h"
 #include "freedesktop/preferences/property_list_budget.h"
-#include "freedesktop/preferences/regular_file.h"
 #include "freedesktop/preferences/utf8_text.h"
 #include "freedesktop/preferences/xml_property_list.h"
 
@@ -205,7 +205,7 @@ PropertyListReading readPropertyList(std::span<const std::byte> bytes) {
 }
 
 PropertyListReading readPropertyListFile(const std::string& path) {
-    FileReading file = readRegularFile(path, PropertyListBudget::fileBytes);
+    FileContents file = readRegularFile(path, PropertyListBudget::fileBytes);
     if (!file.bytes) {
         return {std::nullopt, std::move(file.problem), file.missing};
     }

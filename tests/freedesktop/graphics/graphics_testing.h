@@ -2,17 +2,14 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <memory>
-#include <string>
 
 #include <cairo.h>
 #include <gtest/gtest.h>
 
 #include "freedesktop/graphics/cairo_graphics_contexts.h"
 #include "freedesktop/graphics/cairo_pixels.h"
+#include "tests/freedesktop/io/folder_testing.h"
 
 namespace quorvel::freedesktop {
 
@@ -57,33 +54,5 @@ inline std::uint32_t pixel(platform::ImageContext& context, int x, int y) {
 inline int alphaOf(std::uint32_t pixelValue) {
     return static_cast<int>(pixelValue >> 24);
 }
-
-inline std::string contentsOfFile(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-inline void writeFile(const std::filesystem::path& path, const std::string& contents) {
-    std::ofstream(path, std::ios::binary) << contents;
-}
-
-// A folder of its own for each test, empty at first and gone afterwards.
-class FolderTest : public testing::Test {
-protected:
-    FolderTest() {
-        std::string name = (std::filesystem::temp_directory_path() / "quorvel-XXXXXX").string();
-        m_folder = ::mkdtemp(name.data());
-    }
-    ~FolderTest() override { std::filesystem::remove_all(m_folder); }
-
-    std::string inFolder(const std::string& name) const { return (m_folder / name).string(); }
-    std::size_t fileCount() const {
-        return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(m_folder),
-                                                      std::filesystem::directory_iterator()));
-    }
-
-private:
-    std::filesystem::path m_folder;
-};
 
 } // namespace quorvel::freedesktop

@@ -1,0 +1,102 @@
+#include "freedesktop/io/regular_file.h"
+
+#include <cerrno>
+#include <string_view>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "tests/freedesktop/io/folder_testing.h"
+
+namespace quorvel::freedesktop {
+namespace {
+
+using namespace std::string_literals;
+
+class RegularFileTest : public FolderTest {};
+
+std::string textOf(const FileContents& contents) {
+    return contents.bytes ? std::string(reinterpret_cast<const char*>(contents.bytes->data()),
+                                        contents.bytes->size())
+                          : "refused: " + contents.problem;
+}
+
+TEST_F(RegularFileTest, ReadsPieceByPiece) {
+    writeFile(inFolder("file"), "abcdef");
+    const RegularFile file(inFolder("file"));
+    ASSERT_TRUE(file.isOpen());
+    EXPECT_EQ(file.size(), 6u);
+    std::string place(4, ' ');
+    EXPECT_EQ(file.read(place.data(), 4).size, 4u);
+    EXPECT_EQ(place, "abcd");
+    EXPECT_EQ(file.read(place.data(), 4).size, 2u);
+    EXPECT_EQ(place, "efcd");
+    EXPECT_EQ(file.read(place.data(), 4).size, 0u);
+    file.rewind();
+    EXPECT_EQ(file.read(place.data(), 4).size, 4u);
+    EXPECT_EQ(place, "abcd");
+}
+
+TEST_F(RegularFileTest, ReportsAnErrorOfReading) {
+    const RegularFile file("/proc/self/mem"); // nothing is mapped at its beginning
+    ASSERT_TRUE(file.isOpen());
+    char place = 0;
+    const ReadResult result = file.read(&place, 1);
+    EXPECT_EQ(result.size, 0u);
+    EXPECT_EQ(result.error, EIO);
+    EXPECT_EQ(textOf(readRegularFile("/proc/self/mem", 100)), "refused: Input/output error");
+}
+
+TEST_F(RegularFileTest, NoticesAChangeWhileItIsOpen) {
+    writeFile(inFolder("file"), "abc");
+    const RegularFile file(inFolder("file"));
+    EXPECT_TRUE(file.isUnchanged());
+    writeFile(inFolder("file"), "abcd");
+    EXPECT_FALSE(file.isUnchanged());
+    EXPECT_EQ(file.size(), 3u);
+}
+
+// A pipe without a writer would be waited for.
+TEST_F(RegularFileTest, RefusesOtherKindsWithoutWaiting) {
+    ASSERT_EQ(::mkfifo(inFolder("pipe").c_str(), 0600), 0);
+    for (const std::string& path : {inFolder("pipe"), inFolder(""), "/dev/zero"s}) {
+        const RegularFile file(path);
+        EXPECT_FALSE(file.isOpen()) << path;
+        EXPECT_TRUE(file.isOtherKind()) << path;
+        EXPECT_EQ(file.error(), EINVAL) << path;
+        const FileContents contents = readRegularFile(path, 100);
+        EXPECT_EQ(textOf(contents), "refused: it is not a regular file") << path;
+        EXPECT_FALSE(contents.missing) << path;
+    }
+}
+
+TEST_F(RegularFileTest, ReportsAMissingFile) {
+    writeFile(inFolder("file"), "x");
+    const RegularFile file(inFolder("none"));
+    EXPECT_EQ(file.error(), ENOENT);
+    EXPECT_FALSE(file.isOtherKind());
+    EXPECT_TRUE(readRegularFile(inFolder("none"), 100).missing);
+    EXPECT_TRUE(readRegularFile(inFolder("file/below"), 100).missing);
+    EXPECT_TRUE(readRegularFile(inFolder("file") + "\0end"s, 100).missing);
+    EXPECT_EQ(textOf(readRegularFile(inFolder("none"), 100)), "refused: No such file or directory");
+}
+
+TEST_F(RegularFileTest, ReadsUpToTheBound) {
+    writeFile(inFolder("file"), std::string(100, 'x'));
+    writeFile(inFolder("empty"), "");
+    EXPECT_EQ(textOf(readRegularFile(inFolder("file"), 100)), std::string(100, 'x'));
+    EXPECT_EQ(textOf(readRegularFile(inFolder("file"), 99)), "refused: it is too large");
+    EXPECT_EQ(textOf(readRegularFile(inFolder("empty"), 0)), "");
+}
+
+// The kernel's own files have the size 0, and so stand for a file that grows while it is read.
+TEST_F(RegularFileTest, ReadsAFileThatGrows) {
+    EXPECT_EQ(RegularFile("/proc/self/status").size(), 0u);
+    const std::string text = textOf(readRegularFile("/proc/self/status", 100000));
+    EXPECT_TRUE(text.starts_with("Name:")) << text;
+    EXPECT_GT(text.size(), 100u);
+    EXPECT_EQ(textOf(readRegularFile("/proc/self/status", 100)), "refused: it is too large");
+}
+
+} // namespace
+} // namespace quorvel::freedesktop
