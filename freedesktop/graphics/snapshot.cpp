@@ -11,8 +11,8 @@
 
 #include "freedesktop/graphics/cairo_graphics_context.h"
 #include "freedesktop/graphics/cairo_handles.h"
-#include "freedesktop/graphics/file_replacement.h"
 #include "freedesktop/graphics/pixel_length.h"
+#include "freedesktop/io/file_replacement.h"
 
 namespace quorvel::freedesktop {
 

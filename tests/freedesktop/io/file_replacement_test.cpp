@@ -1,8 +1,8 @@
-#include "freedesktop/graphics/file_replacement.h"
+#include "freedesktop/io/file_replacement.h"
 
 #include <sys/stat.h>
 
-#include "tests/freedesktop/graphics/graphics_testing.h"
+#include "tests/freedesktop/io/folder_testing.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -35,7 +35,7 @@ TEST_F(FileReplacement, KeepsPermissionsAndLinks) {
     EXPECT_EQ(fileCount(), 2u);
 }
 
-TEST_F(FileReplacement, SaysWhatIsWrong) {
+TEST_F(FileReplacement, ReportsWhatIsWrong) {
     EXPECT_EQ(replaceFile(inFolder("none/file"), "x"), "No such file or directory");
     EXPECT_EQ(replaceFile(inFolder(""), "x"), "Is a directory");
     writeFile(inFolder("file"), "x");

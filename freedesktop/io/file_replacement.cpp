@@ -1,4 +1,4 @@
-#include "freedesktop/graphics/file_replacement.h"
+#include "freedesktop/io/file_replacement.h"
 
 #include <cerrno>
 #include <filesystem>
@@ -7,6 +7,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "freedesktop/io/file_descriptor.h"
 
 namespace quorvel::freedesktop {
 
@@ -28,9 +30,9 @@ int writeAll(int descriptor, std::string_view contents) {
     return 0;
 }
 
-int writeAndClose(int descriptor, std::string_view contents) {
-    const int written = writeAll(descriptor, contents);
-    const int closed = ::close(descriptor) == 0 ? 0 : errno;
+int writeAndClose(FileDescriptor& file, std::string_view contents) {
+    const int written = writeAll(file.get(), contents);
+    const int closed = file.close();
     return written != 0 ? written : closed;
 }
 
@@ -41,17 +43,17 @@ mode_t permissionsOfNewFiles() {
 }
 
 int writeInPlace(const std::string& path, std::string_view contents) {
-    const int descriptor = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
-    return descriptor < 0 ? errno : writeAndClose(descriptor, contents);
+    FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
+    return file.isOpen() ? writeAndClose(file, contents) : errno;
 }
 
 int writeBeside(const std::string& path, std::string_view contents, mode_t permissions) {
     std::string temporary = path + ".XXXXXX";
-    const int descriptor = ::mkostemp(temporary.data(), O_CLOEXEC);
-    if (descriptor < 0)
+    FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    if (!file.isOpen())
         return errno;
-    int error = ::fchmod(descriptor, permissions) == 0 ? 0 : errno;
-    if (const int written = writeAndClose(descriptor, contents); error == 0)
+    int error = ::fchmod(file.get(), permissions) == 0 ? 0 : errno;
+    if (const int written = writeAndClose(file, contents); error == 0)
         error = written;
     if (error == 0 && ::rename(temporary.c_str(), path.c_str()) != 0)
         error = errno;
