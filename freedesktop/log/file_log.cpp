@@ -4,7 +4,6 @@
 #include <system_error>
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include "freedesktop/log/log_line.h"
 #include "freedesktop/log/write_line.h"
@@ -23,12 +22,8 @@ std::unique_ptr<FileLog> FileLog::open(const std::string& path, std::string& rea
     return std::unique_ptr<FileLog>(new FileLog(descriptor));
 }
 
-FileLog::~FileLog() {
-    ::close(m_descriptor);
-}
-
 void FileLog::log(std::string_view message) {
-    writeLine(m_descriptor, logLine(message));
+    writeLine(m_descriptor.get(), logLine(message));
 }
 
 } // namespace quorvel::freedesktop

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "freedesktop/io/file_descriptor.h"
 #include "platform/system_log.h"
 
 namespace quorvel::freedesktop {
@@ -15,17 +16,13 @@ public:
     // ("Permission denied").
     static std::unique_ptr<FileLog> open(const std::string& path, std::string& reason);
 
-    ~FileLog() override;
-    FileLog(const FileLog&) = delete;
-    FileLog& operator=(const FileLog&) = delete;
-
     void log(std::string_view message) override;
 
 private:
     explicit FileLog(int descriptor)
         : m_descriptor(descriptor) {}
 
-    int m_descriptor;
+    FileDescriptor m_descriptor;
 };
 
 } // namespace quorvel::freedesktop

@@ -3,17 +3,10 @@
 #include <utility>
 
 #include <glib-unix.h>
-#include <unistd.h>
 
 #include "freedesktop/session/main_source.h"
 
 namespace quorvel::freedesktop {
-
-FileDescriptor::~FileDescriptor() {
-    if (isOpen()) {
-        close(m_descriptor);
-    }
-}
 
 struct DescriptorEvents::Source {
     session::MainSource source;

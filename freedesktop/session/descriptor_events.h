@@ -4,23 +4,9 @@
 #include <functional>
 #include <memory>
 
+#include "freedesktop/io/file_descriptor.h"
+
 namespace quorvel::freedesktop {
-
-// Owned; closed with its owner.
-class FileDescriptor {
-public:
-    explicit FileDescriptor(int descriptor = -1)
-        : m_descriptor(descriptor) {}
-    ~FileDescriptor();
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-
-    bool isOpen() const { return m_descriptor >= 0; }
-    int get() const { return m_descriptor; }
-
-private:
-    int m_descriptor;
-};
 
 // Calls whenever there is something to be read, on the default main context of the thread that
 // listens. The call does not end the object, but may pause it.

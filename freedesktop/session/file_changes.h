@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "freedesktop/io/file_descriptor.h"
 #include "freedesktop/session/delayed_call.h"
 #include "freedesktop/session/descriptor_events.h"
 #include "freedesktop/session/file_watches.h"

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "freedesktop/session/descriptor_events.h"
+#include "freedesktop/io/file_descriptor.h"
 #include "freedesktop/session/watched_path.h"
 #include "platform/system_log.h"
 

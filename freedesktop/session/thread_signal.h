@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 
+#include "freedesktop/io/file_descriptor.h"
 #include "freedesktop/session/descriptor_events.h"
 
 namespace quorvel::freedesktop {

@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "freedesktop/io/file_descriptor.h"
 #include "freedesktop/session/descriptor_events.h"
 #include "platform/ns_date.h"
 #include "platform/system_log.h"

@@ -7,7 +7,7 @@
 #include <sys/un.h>
 
 #include "freedesktop/eds/session_bus.h"
-#include "freedesktop/session/descriptor_events.h"
+#include "freedesktop/io/file_descriptor.h"
 #include "tests/freedesktop/session/session_testing.h"
 
 namespace quorvel::freedesktop::eds {
