@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "freedesktop/eds/started_data_server.h"
-#include "freedesktop/session/thread_signal.h"
+#include "freedesktop/glib/thread_signal.h"
 
 namespace quorvel::freedesktop {
 

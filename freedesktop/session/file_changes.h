@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "freedesktop/glib/delayed_call.h"
+#include "freedesktop/glib/descriptor_events.h"
 #include "freedesktop/io/file_descriptor.h"
-#include "freedesktop/session/delayed_call.h"
-#include "freedesktop/session/descriptor_events.h"
 #include "freedesktop/session/file_watches.h"
 #include "freedesktop/session/watched_path.h"
 #include "platform/system_log.h"

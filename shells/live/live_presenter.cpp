@@ -6,10 +6,10 @@
 #include <utility>
 
 #include "freedesktop/freedesktop_platform.h"
-#include "freedesktop/session/delayed_call.h"
+#include "freedesktop/glib/delayed_call.h"
+#include "freedesktop/glib/wall_clock_timer.h"
 #include "freedesktop/session/desktop_session.h"
 #include "freedesktop/session/file_changes.h"
-#include "freedesktop/session/wall_clock_timer.h"
 #include "platform/clock.h"
 #include "shells/live/presentation_times.h"
 

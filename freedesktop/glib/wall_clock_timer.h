@@ -1,28 +1,28 @@
-// An instant of the system's clock, awaited without looking at it in between.
+// Waits for an instant of the system's clock without waking up before it.
 #pragma once
 
 #include <functional>
 
+#include "freedesktop/glib/descriptor_events.h"
 #include "freedesktop/io/file_descriptor.h"
-#include "freedesktop/session/descriptor_events.h"
 #include "platform/ns_date.h"
 #include "platform/system_log.h"
 
 namespace quorvel::freedesktop {
 
-// On the default main context of the thread that makes it; the calls do not end it. An instant that
-// passes while the system sleeps comes when it wakes.
+// Belongs to the thread that makes it, and calls on that thread's default main context; the calls
+// do not destroy it. An instant that passes while the system sleeps is reported when it wakes.
 class WallClockTimer {
 public:
-    // `clockWasSet`: the clock jumped, or the system woke; told only while an instant is awaited,
-    // and the instant is awaited no longer. The log is told where the system has no timer to give.
+    // `clockWasSet`: the clock jumped or the system woke up while an instant was awaited, which is
+    // no longer awaited then. Logs when the system has no timer left; then nothing is called.
     WallClockTimer(platform::SystemLog& log, std::function<void()> instantCame,
                    std::function<void()> clockWasSet);
     WallClockTimer(const WallClockTimer&) = delete;
     WallClockTimer& operator=(const WallClockTimer&) = delete;
 
-    // Instead of the instant before. One that is past comes at once. Never called early: the clock
-    // reads the instant or later.
+    // Replaces the instant before. A past instant is reported at once, none is reported early: the
+    // clock shows the instant or later.
     void await(platform::NSDate systemInstant);
     void stop();
 

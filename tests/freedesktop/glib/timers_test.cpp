@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "freedesktop/dates/clocks.h"
-#include "freedesktop/session/delayed_call.h"
-#include "freedesktop/session/wall_clock_timer.h"
+#include "freedesktop/glib/delayed_call.h"
+#include "freedesktop/glib/wall_clock_timer.h"
 #include "tests/freedesktop/session/session_testing.h"
 
 namespace quorvel::freedesktop {
@@ -18,7 +18,7 @@ double secondsOf(const std::function<void()>& action) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
-TEST(DelayedCall, ComesOnceAndNotEarly) {
+TEST(DelayedCall, CallsOnceAndNotEarly) {
     int calls = 0;
     DelayedCall call([&calls] { ++calls; });
     EXPECT_FALSE(call.isStarted());
@@ -30,7 +30,7 @@ TEST(DelayedCall, ComesOnceAndNotEarly) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST(DelayedCall, StartedAgainItComesAtTheLaterTime) {
+TEST(DelayedCall, ASecondStartReplacesTheFirst) {
     int calls = 0;
     DelayedCall call([&calls] { ++calls; });
     call.start(0.02);
@@ -40,7 +40,7 @@ TEST(DelayedCall, StartedAgainItComesAtTheLaterTime) {
     EXPECT_TRUE(runUntil([&] { return calls == 1; }));
 }
 
-TEST(DelayedCall, StoppedItDoesNotCome) {
+TEST(DelayedCall, DoesNotCallOnceItIsStopped) {
     int calls = 0;
     DelayedCall call([&calls] { ++calls; });
     call.start(0.01);
@@ -49,7 +49,7 @@ TEST(DelayedCall, StoppedItDoesNotCome) {
     EXPECT_EQ(calls, 0);
 }
 
-TEST(DelayedCall, NothingComesAfterItsEnd) {
+TEST(DelayedCall, DoesNotCallAfterItsEnd) {
     int calls = 0;
     {
         DelayedCall([&calls] { ++calls; }).start(0);
@@ -58,7 +58,7 @@ TEST(DelayedCall, NothingComesAfterItsEnd) {
     EXPECT_EQ(calls, 0);
 }
 
-TEST(DelayedCall, MayBeEndedAndStartedFromItsCall) {
+TEST(DelayedCall, ItsCallMayStartAndDestroyIt) {
     int calls = 0;
     std::unique_ptr<DelayedCall> call;
     call = std::make_unique<DelayedCall>([&] {
@@ -86,7 +86,7 @@ protected:
         log, [this] { ++instants; }, [this] { ++settings; });
 };
 
-TEST_F(WallClockTimerTest, ComesOnceWhenTheClockReadsTheInstantOrLater) {
+TEST_F(WallClockTimerTest, CallsOnceWhenTheClockShowsTheInstantOrLater) {
     for (int i = 0; i < 20; ++i) {
         const platform::NSDate instant = inSeconds(0.01);
         instants = 0;
@@ -99,7 +99,7 @@ TEST_F(WallClockTimerTest, ComesOnceWhenTheClockReadsTheInstantOrLater) {
     EXPECT_EQ(settings, 0);
 }
 
-TEST_F(WallClockTimerTest, APastInstantComesAtOnceAndFromTheMainLoop) {
+TEST_F(WallClockTimerTest, CallsAtOnceForAPastInstantAndFromTheMainLoop) {
     for (const platform::NSDate past : {inSeconds(-1), platform::NSDate{-1e10}}) {
         instants = 0;
         timer->await(past);
@@ -108,14 +108,14 @@ TEST_F(WallClockTimerTest, APastInstantComesAtOnceAndFromTheMainLoop) {
     }
 }
 
-TEST_F(WallClockTimerTest, AnotherInstantTakesThePlaceOfTheFirst) {
+TEST_F(WallClockTimerTest, ASecondInstantReplacesTheFirst) {
     timer->await(inSeconds(0.02));
     timer->await(inSeconds(1e9));
     runFor(0.1);
     EXPECT_EQ(instants, 0);
 }
 
-TEST_F(WallClockTimerTest, StoppedOrEndedItDoesNotCome) {
+TEST_F(WallClockTimerTest, DoesNotCallOnceItIsStoppedOrDestroyed) {
     timer->await(inSeconds(0.01));
     timer->stop();
     runFor(0.05);
@@ -126,7 +126,7 @@ TEST_F(WallClockTimerTest, StoppedOrEndedItDoesNotCome) {
     EXPECT_TRUE(log.lines.empty());
 }
 
-TEST_F(WallClockTimerTest, TellsOfAClockThatWasSet) {
+TEST_F(WallClockTimerTest, ReportsThatTheClockWasSet) {
     timer->await(inSeconds(0.01));
     Kernel::instance().saysClockWasSet = true;
     EXPECT_TRUE(runUntil([this] { return settings == 1; }));
@@ -137,7 +137,7 @@ TEST_F(WallClockTimerTest, TellsOfAClockThatWasSet) {
     EXPECT_TRUE(runUntil([this] { return instants == 1; })) << "and goes on";
 }
 
-TEST_F(WallClockTimerTest, WaitingWakesNobody) {
+TEST_F(WallClockTimerTest, DoesNotWakeUpBeforeTheInstant) {
     timer->await(inSeconds(3600));
     runFor(0.01);
     EXPECT_EQ(wakeUpsDuring(0.5), 0);

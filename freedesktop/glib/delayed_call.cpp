@@ -1,15 +1,15 @@
-#include "freedesktop/session/delayed_call.h"
+#include "freedesktop/glib/delayed_call.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-#include "freedesktop/session/main_source.h"
+#include "freedesktop/glib/main_source.h"
 
 namespace quorvel::freedesktop {
 
 struct DelayedCall::Source {
-    session::MainSource source;
+    MainSource source;
 };
 
 DelayedCall::DelayedCall(std::function<void()> call)
@@ -29,7 +29,7 @@ void DelayedCall::start(double seconds) {
         call();
         return G_SOURCE_REMOVE;
     };
-    m_source->source = session::MainSource(g_timeout_source_new(milliseconds), run, this);
+    m_source->source = MainSource(g_timeout_source_new(milliseconds), run, this);
 }
 
 void DelayedCall::stop() {

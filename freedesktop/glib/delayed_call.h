@@ -1,4 +1,4 @@
-// One call, a little later, from the main loop.
+// One call from the main loop after a delay.
 #pragma once
 
 #include <functional>
@@ -6,7 +6,8 @@
 
 namespace quorvel::freedesktop {
 
-// On the default main context of the thread that starts it. The call may end the object.
+// Belongs to the thread that makes it, and calls on that thread's default main context. The call
+// may destroy the object.
 class DelayedCall {
 public:
     explicit DelayedCall(std::function<void()> call);
@@ -14,7 +15,7 @@ public:
     DelayedCall(const DelayedCall&) = delete;
     DelayedCall& operator=(const DelayedCall&) = delete;
 
-    // Instead of what was started before. Seconds of a clock that stands while the system sleeps.
+    // Replaces a call that waits. In seconds of a clock that stands while the system sleeps.
     void start(double seconds);
     void stop();
     bool isStarted() const; // and not called yet

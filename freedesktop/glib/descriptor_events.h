@@ -1,4 +1,4 @@
-// What the kernel tells through a descriptor, heard from the main loop.
+// Events of a kernel descriptor, delivered by the main loop.
 #pragma once
 
 #include <functional>
@@ -8,11 +8,11 @@
 
 namespace quorvel::freedesktop {
 
-// Calls whenever there is something to be read, on the default main context of the thread that
-// listens. The call does not end the object, but may pause it.
+// Calls whenever the descriptor is readable. Belongs to the thread that listens, and calls on that
+// thread's default main context. The call may pause this, but not destroy it.
 class DescriptorEvents {
 public:
-    // The descriptor outlives this; one that is not open tells nothing.
+    // The descriptor outlives this; one that is not open has no events.
     DescriptorEvents(const FileDescriptor& descriptor, std::function<void()> readable);
     ~DescriptorEvents(); // nothing is called afterwards
     DescriptorEvents(const DescriptorEvents&) = delete;

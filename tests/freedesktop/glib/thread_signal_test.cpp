@@ -1,4 +1,4 @@
-#include "freedesktop/session/thread_signal.h"
+#include "freedesktop/glib/thread_signal.h"
 
 #include <thread>
 
@@ -11,7 +11,7 @@ namespace {
 
 using namespace testing_session;
 
-TEST(ThreadSignal, IsHeardOnTheThreadThatMadeItAndOnceForMany) {
+TEST(ThreadSignal, CallsOnTheThreadThatMadeItAndOnceForMany) {
     int calls = 0;
     std::thread::id caller;
     const ThreadSignal signal([&] {
@@ -32,7 +32,7 @@ TEST(ThreadSignal, IsHeardOnTheThreadThatMadeItAndOnceForMany) {
     EXPECT_TRUE(runUntil([&] { return calls == 2; }));
 }
 
-TEST(ThreadSignal, IsNotHeardAfterItsEnd) {
+TEST(ThreadSignal, DoesNotCallAfterItsEnd) {
     int calls = 0;
     std::function<void()> send;
     {

@@ -1,4 +1,4 @@
-#include "freedesktop/session/thread_signal.h"
+#include "freedesktop/glib/thread_signal.h"
 
 #include <cstdint>
 #include <utility>
@@ -18,7 +18,7 @@ ThreadSignal::ThreadSignal(std::function<void()> happened)
 std::function<void()> ThreadSignal::sender() const {
     return [counter = m_counter] {
         const std::uint64_t one = 1;
-        // A counter that is full has told it already.
+        // A full counter has woken the thread already.
         [[maybe_unused]] const ssize_t written = write(counter->get(), &one, sizeof one);
     };
 }

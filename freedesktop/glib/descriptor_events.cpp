@@ -1,15 +1,15 @@
-#include "freedesktop/session/descriptor_events.h"
+#include "freedesktop/glib/descriptor_events.h"
 
 #include <utility>
 
 #include <glib-unix.h>
 
-#include "freedesktop/session/main_source.h"
+#include "freedesktop/glib/main_source.h"
 
 namespace quorvel::freedesktop {
 
 struct DescriptorEvents::Source {
-    session::MainSource source;
+    MainSource source;
 };
 
 DescriptorEvents::DescriptorEvents(const FileDescriptor& descriptor, std::function<void()> readable)
@@ -27,8 +27,8 @@ void DescriptorEvents::listen() {
         static_cast<DescriptorEvents*>(data)->m_readable();
         return G_SOURCE_CONTINUE;
     };
-    m_source->source = session::MainSource(g_unix_fd_source_new(m_descriptor.get(), G_IO_IN),
-                                           G_SOURCE_FUNC(call), this);
+    m_source->source =
+        MainSource(g_unix_fd_source_new(m_descriptor.get(), G_IO_IN), G_SOURCE_FUNC(call), this);
 }
 
 void DescriptorEvents::pause() {

@@ -1,17 +1,18 @@
-// A source of the thread's default main context, taken out of it with its object. For this folder's
-// own sources.
+// A source of the thread's default main context, removed from it with its owner. For the folders
+// that wrap GLib.
 #pragma once
 
 #include <utility>
 
 #include <glib.h>
 
-namespace quorvel::freedesktop::session {
+namespace quorvel::freedesktop {
 
+// Belongs to the thread that makes it.
 class MainSource {
 public:
     MainSource() = default;
-    // Takes over the reference, and puts the source in.
+    // Takes over the reference and attaches the source.
     MainSource(GSource* source, GSourceFunc call, gpointer data)
         : m_source(source) {
         g_source_set_callback(m_source, call, data, nullptr);
@@ -39,4 +40,4 @@ private:
     GSource* m_source = nullptr;
 };
 
-} // namespace quorvel::freedesktop::session
+} // namespace quorvel::freedesktop

@@ -1,4 +1,4 @@
-#include "freedesktop/session/wall_clock_timer.h"
+#include "freedesktop/glib/wall_clock_timer.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -15,7 +15,7 @@ namespace quorvel::freedesktop {
 
 namespace {
 
-// A millisecond makes up for the digits that an instant has too few of.
+// A millisecond more outweighs the rounding of an instant, so that no call comes early.
 timespec timeOf(platform::NSDate systemInstant) {
     constexpr double farthest = 1e11; // some 3,000 years
     constexpr double roundedUp = 0.001;
@@ -43,7 +43,7 @@ WallClockTimer::WallClockTimer(platform::SystemLog& log, std::function<void()> i
 void WallClockTimer::await(platform::NSDate systemInstant) {
     const itimerspec due{{0, 0}, timeOf(systemInstant)};
     constexpr int flags = TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET;
-    // Refused once where the clock was set since the last time.
+    // The kernel refuses once if the clock was set since the last call.
     if (m_timer.isOpen() && timerfd_settime(m_timer.get(), flags, &due, nullptr) != 0) {
         timerfd_settime(m_timer.get(), flags, &due, nullptr);
     }

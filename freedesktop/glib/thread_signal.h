@@ -1,23 +1,23 @@
-// Tells the main loop's thread of what has happened on another.
+// Wakes the thread of a main loop from any other thread.
 #pragma once
 
 #include <functional>
 #include <memory>
 
+#include "freedesktop/glib/descriptor_events.h"
 #include "freedesktop/io/file_descriptor.h"
-#include "freedesktop/session/descriptor_events.h"
 
 namespace quorvel::freedesktop {
 
-// Calls on the default main context of the thread that makes this, once for all that was sent since
-// the last call.
+// Belongs to the thread that makes it, and calls on that thread's default main context, once for
+// all signals sent since the last call. Other threads share the kernel's counter alone.
 class ThreadSignal {
 public:
     explicit ThreadSignal(std::function<void()> happened);
     ThreadSignal(const ThreadSignal&) = delete;
     ThreadSignal& operator=(const ThreadSignal&) = delete;
 
-    // To be called from any thread; may outlive this, and does nothing then.
+    // May be called from any thread and outlive this; it has no effect then.
     std::function<void()> sender() const;
 
 private:
