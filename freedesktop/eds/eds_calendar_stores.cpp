@@ -5,7 +5,7 @@
 
 #include "freedesktop/calendar/event_order.h"
 #include "freedesktop/eds/server_calendars.h"
-#include "freedesktop/eds/session_bus.h"
+#include "freedesktop/glib/session_bus.h"
 
 namespace quorvel::freedesktop {
 
@@ -69,7 +69,7 @@ bool isDataServer(const CalendarSource& source) {
 }
 
 std::optional<std::string> problemWithDataServer() {
-    if (eds::mayHaveSessionBus()) {
+    if (mayHaveSessionBus()) {
         return std::nullopt;
     }
     return "there is no session bus";

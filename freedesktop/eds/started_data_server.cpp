@@ -5,6 +5,8 @@
 
 #include <dlfcn.h>
 
+#include "freedesktop/glib/session_bus.h"
+
 namespace quorvel::freedesktop::eds {
 
 StartedDataServer::StartedDataServer(std::string module)

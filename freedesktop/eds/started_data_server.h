@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "freedesktop/eds/data_server.h"
-#include "freedesktop/eds/session_bus.h"
+#include "freedesktop/eds/sources_service.h"
 
 namespace quorvel::freedesktop::eds {
 

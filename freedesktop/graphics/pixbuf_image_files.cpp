@@ -9,6 +9,7 @@
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
+#include "freedesktop/glib/handles.h"
 #include "freedesktop/graphics/cairo_pixels.h"
 
 namespace quorvel::freedesktop {
@@ -25,11 +26,8 @@ constexpr std::int64_t maximumFilePixels = std::int64_t{1} << 25;
 constexpr std::size_t maximumRemembered = 8;
 constexpr int maximumRememberedPixels = 1 << 20;
 
-struct ObjectUnref {
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-using LoaderHandle = std::unique_ptr<GdkPixbufLoader, ObjectUnref>;
-using PixbufHandle = std::unique_ptr<GdkPixbuf, ObjectUnref>;
+using LoaderHandle = ObjectHandle<GdkPixbufLoader>;
+using PixbufHandle = ObjectHandle<GdkPixbuf>;
 
 // As many bytes as the file had when it was opened.
 std::optional<std::string> contentsOf(const RegularFile& file) {

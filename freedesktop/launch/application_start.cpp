@@ -4,10 +4,11 @@
 #include <array>
 #include <utility>
 
+#include "freedesktop/glib/call_after.h"
+#include "freedesktop/glib/session_bus.h"
+#include "freedesktop/glib/weak_reference.h"
 #include "freedesktop/launch/exec_line.h"
 #include "freedesktop/launch/openable_link.h"
-#include "freedesktop/launch/session_bus.h"
-#include "freedesktop/launch/timer.h"
 
 namespace quorvel::freedesktop::launch {
 
@@ -92,7 +93,7 @@ bool isUnknownToTheBus(const GError* error) {
            g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER) != FALSE;
 }
 
-// Replies find it by a weak reference: they come, as cancelled, also when it is gone.
+// Replies find it by a weak reference: they also come, as cancelled, after its end.
 class Activation final : public StartUnderWay, public std::enable_shared_from_this<Activation> {
 public:
     Activation(EntryHandle entry, Opening opening, StartEnded ended)
@@ -149,13 +150,11 @@ void Activation::callApplication(GDBusConnection* bus) {
     GVariant* const values = hasLink ? g_variant_new("(^asa{sv})", links.data(), &surroundings)
                                      : g_variant_new("(a{sv})", &surroundings);
     const GAsyncReadyCallback replied = [](GObject* source, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<std::weak_ptr<Activation>> reference(
-            static_cast<std::weak_ptr<Activation>*>(data));
         GError* error = nullptr;
         const VariantHandle reply(
             g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &error));
         const ErrorHandle held(error);
-        if (const auto self = reference->lock()) {
+        if (const auto self = takeWeakReference<Activation>(data)) {
             self->takeReply(error);
         }
     };
@@ -164,7 +163,7 @@ void Activation::callApplication(GDBusConnection* bus) {
     g_dbus_connection_call(bus, name.c_str(), objectPath(name).c_str(),
                            "org.freedesktop.Application", hasLink ? "Open" : "Activate", values,
                            nullptr, G_DBUS_CALL_FLAGS_NONE, ownDeadlineIsEnough,
-                           m_cancellable.get(), replied, new std::weak_ptr(weak_from_this()));
+                           m_cancellable.get(), replied, newWeakReference(weak_from_this()));
 }
 
 void Activation::takeReply(const GError* error) {

@@ -9,7 +9,7 @@
 
 #include <gio/gdesktopappinfo.h>
 
-#include "freedesktop/launch/gio_handles.h"
+#include "freedesktop/glib/handles.h"
 
 namespace quorvel::freedesktop::launch {
 

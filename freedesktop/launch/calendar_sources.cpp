@@ -1,11 +1,8 @@
 #include "freedesktop/launch/calendar_sources.h"
 
-#include "freedesktop/launch/session_bus.h"
+#include "freedesktop/glib/session_bus.h"
 
 namespace quorvel::freedesktop {
-
-using launch::BusHandle;
-using launch::VariantHandle;
 
 namespace {
 
@@ -21,15 +18,15 @@ bool isSource(GVariant* interfaces, const std::string& identifier) {
 } // namespace
 
 bool isDesktopSource(const std::string& identifier) {
-    const BusHandle bus = launch::waitForSessionBus();
+    const BusHandle bus = waitForSessionBus();
     if (!bus) {
         return false;
     }
-    const VariantHandle answer(g_dbus_connection_call_sync(
-        bus.get(), "org.gnome.evolution.dataserver.Sources5",
-        "/org/gnome/evolution/dataserver/SourceManager", "org.freedesktop.DBus.ObjectManager",
-        "GetManagedObjects", nullptr, G_VARIANT_TYPE("(a{oa{sa{sv}}})"), G_DBUS_CALL_FLAGS_NONE,
-        launch::longestAnswer, nullptr, nullptr));
+    const VariantHandle answer = callAndWait(
+        bus.get(),
+        {"org.gnome.evolution.dataserver.Sources5", "/org/gnome/evolution/dataserver/SourceManager",
+         "org.freedesktop.DBus.ObjectManager", "GetManagedObjects"},
+        nullptr, "(a{oa{sa{sv}}})", longestAnswer);
     if (!answer) {
         return false;
     }

@@ -4,16 +4,14 @@
 #include <string>
 #include <utility>
 
+#include "freedesktop/glib/call_after.h"
 #include "freedesktop/launch/application_start.h"
 #include "freedesktop/launch/openable_link.h"
-#include "freedesktop/launch/timer.h"
 #include "platform/ns_url.h"
 
 namespace quorvel::freedesktop {
 
 using launch::EntryHandle;
-using launch::ObjectHandle;
-using launch::SourceHandle;
 using platform::NSURL;
 using platform::SBApplication;
 using platform::SystemLog;
@@ -117,7 +115,7 @@ void DesktopLauncher::activateApplicationAnimated(
 
 bool DesktopLauncher::waitForLaunches(double seconds) {
     bool isOver = false;
-    const SourceHandle timeout = launch::callAfter(seconds, [&isOver] { isOver = true; });
+    const SourceHandle timeout = callAfter(seconds, [&isOver] { isOver = true; });
     while (m_launches->isPending() && !isOver) {
         g_main_context_iteration(nullptr, TRUE);
     }

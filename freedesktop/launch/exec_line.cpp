@@ -2,11 +2,9 @@
 
 #include <string_view>
 
-#include "freedesktop/launch/gio_handles.h"
+#include "freedesktop/glib/handles.h"
 
 namespace quorvel::freedesktop {
-
-using launch::TextsHandle;
 
 namespace {
 

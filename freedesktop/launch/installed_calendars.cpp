@@ -55,14 +55,13 @@ EntryHandle usersChoice() {
         return choice;
     }
     choice.reset();
-    GList* const others = g_app_info_get_recommended_for_type(calendarType);
-    for (const GList* other = others; other != nullptr && !choice; other = other->next) {
+    const ObjectListHandle<GList> others(g_app_info_get_recommended_for_type(calendarType));
+    for (const GList* other = others.get(); other != nullptr && !choice; other = other->next) {
         EntryHandle candidate = entryOf(G_APP_INFO(other->data));
         if (candidate && isCalendarApplication(candidate.get())) {
             choice = std::move(candidate);
         }
     }
-    g_list_free_full(others, g_object_unref);
     return choice;
 }
 

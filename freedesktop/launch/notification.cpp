@@ -1,14 +1,11 @@
 #include "freedesktop/launch/notification.h"
 
-#include "freedesktop/launch/session_bus.h"
+#include "freedesktop/glib/session_bus.h"
 
 namespace quorvel::freedesktop {
 
-using launch::BusHandle;
-using launch::VariantHandle;
-
 bool notifyUser(const std::string& summary, const std::string& body) {
-    const BusHandle bus = launch::waitForSessionBus();
+    const BusHandle bus = waitForSessionBus();
     if (!bus) {
         return false;
     }
@@ -17,12 +14,13 @@ bool notifyUser(const std::string& summary, const std::string& body) {
     g_variant_builder_init(&actions, G_VARIANT_TYPE("as"));
     g_variant_builder_init(&hints, G_VARIANT_TYPE_VARDICT);
     constexpr int standardTime = -1;
-    const VariantHandle answer(g_dbus_connection_call_sync(
-        bus.get(), "org.freedesktop.Notifications", "/org/freedesktop/Notifications",
-        "org.freedesktop.Notifications", "Notify",
-        g_variant_new("(susssasa{sv}i)", "Quorvel", 0U, "x-office-calendar", summary.c_str(),
-                      body.c_str(), &actions, &hints, standardTime),
-        G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, launch::longestAnswer, nullptr, nullptr));
+    const VariantHandle answer =
+        callAndWait(bus.get(),
+                    {"org.freedesktop.Notifications", "/org/freedesktop/Notifications",
+                     "org.freedesktop.Notifications", "Notify"},
+                    g_variant_new("(susssasa{sv}i)", "Quorvel", 0U, "x-office-calendar",
+                                  summary.c_str(), body.c_str(), &actions, &hints, standardTime),
+                    "(u)", longestAnswer);
     return answer != nullptr;
 }
 

@@ -4,15 +4,18 @@
 #include <filesystem>
 #include <utility>
 
-#include "freedesktop/session/glib_handles.h"
+#include <gio/gio.h>
+
+#include "freedesktop/glib/handles.h"
 
 namespace quorvel::freedesktop {
 
-using session::ObjectHandle;
-using session::SchemaHandle;
-using session::VariantHandle;
-
 namespace {
+
+struct SchemaUnref {
+    void operator()(GSettingsSchema* schema) const { g_settings_schema_unref(schema); }
+};
+using SchemaHandle = std::unique_ptr<GSettingsSchema, SchemaUnref>;
 
 // Reading the desktop's settings costs a millisecond, so it is left out where no desktop can have
 // written any.

@@ -3,12 +3,12 @@
 #include <string_view>
 #include <utility>
 
-#include "freedesktop/session/glib_handles.h"
+#include <gio/gio.h>
+
+#include "freedesktop/glib/handles.h"
+#include "freedesktop/glib/weak_reference.h"
 
 namespace quorvel::freedesktop {
-
-using session::ObjectHandle;
-using session::VariantHandle;
 
 namespace {
 
@@ -49,7 +49,7 @@ std::vector<std::string> assignmentsIn(GVariant* answer) {
 
 } // namespace
 
-// Answers find it by a weak reference: they come, as cancelled, also when it is gone.
+// Answers find it by a weak reference: they also come, as cancelled, after its end.
 class SystemBusSignals::Connection : public std::enable_shared_from_this<Connection> {
 public:
     explicit Connection(SystemBusEvents events)
@@ -67,32 +67,22 @@ public:
     void open() {
         const GAsyncReadyCallback opened = [](GObject*, GAsyncResult* result, gpointer data) {
             ObjectHandle<GDBusConnection> bus(g_bus_get_finish(result, nullptr));
-            if (const auto self = takeReference(data); self && bus) {
+            if (const auto self = takeWeakReference<Connection>(data); self && bus) {
                 self->listen(std::move(bus));
             }
         };
-        g_bus_get(G_BUS_TYPE_SYSTEM, m_cancellable.get(), opened, makeReference());
+        g_bus_get(G_BUS_TYPE_SYSTEM, m_cancellable.get(), opened,
+                  newWeakReference(weak_from_this()));
     }
 
 private:
-    using Reference = std::weak_ptr<Connection>;
-
-    gpointer makeReference() { return new Reference(weak_from_this()); }
-    static void freeReference(gpointer data) { delete static_cast<Reference*>(data); }
-    static std::shared_ptr<Connection> takeReference(gpointer data) {
-        const std::unique_ptr<Reference> reference(static_cast<Reference*>(data));
-        return reference->lock();
-    }
-    static std::shared_ptr<Connection> lockReference(gpointer data) {
-        return static_cast<Reference*>(data)->lock();
-    }
-
     void listen(ObjectHandle<GDBusConnection> bus);
     void subscribe(const char* service, const char* interface, const char* signal,
                    const char* object, const char* firstArgument, GDBusSignalCallback call) {
         m_subscriptions.push_back(g_dbus_connection_signal_subscribe(
             m_bus.get(), service, interface, signal, object, firstArgument,
-            G_DBUS_SIGNAL_FLAGS_NONE, call, makeReference(), &Connection::freeReference));
+            G_DBUS_SIGNAL_FLAGS_NONE, call, newWeakReference(weak_from_this()),
+            freeWeakReference<Connection>));
     }
     void askForLocale();
 
@@ -114,7 +104,7 @@ void SystemBusSignals::Connection::listen(ObjectHandle<GDBusConnection> bus) {
         }
         gboolean begins = TRUE;
         g_variant_get(parameters, "(b)", &begins);
-        if (const auto self = lockReference(data); self && begins == FALSE) {
+        if (const auto self = lockWeakReference<Connection>(data); self && begins == FALSE) {
             self->m_events.resumed();
         }
     };
@@ -124,7 +114,8 @@ void SystemBusSignals::Connection::listen(ObjectHandle<GDBusConnection> bus) {
     const GDBusSignalCallback propertiesChanged = [](GDBusConnection*, const char*, const char*,
                                                      const char*, const char*, GVariant* parameters,
                                                      gpointer data) {
-        if (const auto self = lockReference(data); self && mentionsLocale(parameters)) {
+        if (const auto self = lockWeakReference<Connection>(data);
+            self && mentionsLocale(parameters)) {
             self->askForLocale();
         }
     };
@@ -139,14 +130,14 @@ void SystemBusSignals::Connection::askForLocale() {
     const GAsyncReadyCallback answered = [](GObject* bus, GAsyncResult* result, gpointer data) {
         const VariantHandle answer(
             g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr));
-        if (const auto self = takeReference(data); self && answer) {
+        if (const auto self = takeWeakReference<Connection>(data); self && answer) {
             self->m_events.localeChanged(assignmentsIn(answer.get()));
         }
     };
     g_dbus_connection_call(m_bus.get(), localeService, localeObject, propertiesInterface, "Get",
                            g_variant_new("(ss)", localeService, "Locale"), G_VARIANT_TYPE("(v)"),
                            G_DBUS_CALL_FLAGS_NONE, longestWait, m_cancellable.get(), answered,
-                           makeReference());
+                           newWeakReference(weak_from_this()));
 }
 
 SystemBusSignals::SystemBusSignals(SystemBusEvents events)

@@ -5,13 +5,9 @@
 
 #include <pango/pangocairo.h>
 
-namespace quorvel::freedesktop {
+#include "freedesktop/glib/handles.h"
 
-struct ObjectUnref {
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-template <typename T>
-using ObjectHandle = std::unique_ptr<T, ObjectUnref>;
+namespace quorvel::freedesktop {
 
 struct FontDescriptionFree {
     void operator()(PangoFontDescription* description) const {

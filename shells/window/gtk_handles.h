@@ -1,20 +1,18 @@
-// Owners of what GTK and GLib hand out. For this folder's own sources.
+// Owners of what GTK and GLib return. For this folder's own sources.
 #pragma once
 
-#include <memory>
 #include <utility>
 
 #include <gtk/gtk.h>
 
+#include "freedesktop/glib/handles.h"
+
 namespace quorvel::window {
 
-struct ObjectUnref {
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-template <class Object>
-using ObjectHandle = std::unique_ptr<Object, ObjectUnref>;
+using freedesktop::ObjectHandle;
 
-// Removed with this object, unless it has ended by itself: then forget() is to be called.
+// A source by its number, removed with this object. After a source has ended by itself, call
+// forget().
 class SourceHandle {
 public:
     SourceHandle() = default;

@@ -179,7 +179,7 @@ void CalendarConnection::viewMade(ObjectHandle<ECalClientView> view) {
     for (const char* const signal : {"objects-added", "objects-modified", "objects-removed"}) {
         m_viewHandlers.push_back(connectPosted(m_view.get(), signal, m_mailbox, changed));
     }
-    const std::shared_ptr<ECalClientView> held = keep(m_view.get());
+    const std::shared_ptr<ECalClientView> held = share(m_view.get());
     doBeside(
         [held] {
             e_cal_client_view_set_flags(held.get(), E_CAL_CLIENT_VIEW_FLAGS_NONE, nullptr);
@@ -234,7 +234,7 @@ void CalendarConnection::fetch() {
         FetchedEvents events;
     };
     const auto work =
-        std::make_shared<Work>(Work{keep(m_client.get()), keep(m_cancellable.get()),
+        std::make_shared<Work>(Work{share(m_client.get()), share(m_cancellable.get()),
                                     m_current->range, m_zones, m_changes, FetchedEvents()});
     doBeside(
         [work] {

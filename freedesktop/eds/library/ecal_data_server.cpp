@@ -19,10 +19,6 @@ constexpr double pauseBetweenDeaths = 10; // seconds
 
 using Self = std::shared_ptr<ServerConnection>;
 
-struct SourceListFree {
-    void operator()(GList* list) const { g_list_free_full(list, g_object_unref); }
-};
-
 ServerCalendar describe(ESource* source) {
     auto* const calendar =
         E_SOURCE_SELECTABLE(e_source_get_extension(source, E_SOURCE_EXTENSION_CALENDAR));
@@ -59,7 +55,7 @@ void ServerConnection::list(std::shared_ptr<Reply<CalendarList>> reply) {
 
 // There are always some, but for a registry whose service has died.
 bool ServerConnection::hasSources() const {
-    const std::unique_ptr<GList, SourceListFree> sources(
+    const ObjectListHandle<GList> sources(
         e_source_registry_list_sources(m_registry.get(), nullptr));
     return sources != nullptr;
 }
@@ -204,7 +200,7 @@ void ServerConnection::sourcesChanged() {
 }
 
 std::vector<ServerCalendar> ServerConnection::enabledCalendars() const {
-    const std::unique_ptr<GList, SourceListFree> sources(
+    const ObjectListHandle<GList> sources(
         e_source_registry_list_enabled(m_registry.get(), E_SOURCE_EXTENSION_CALENDAR));
     std::vector<ServerCalendar> calendars;
     for (const GList* entry = sources.get(); entry != nullptr; entry = entry->next) {

@@ -8,11 +8,13 @@
 #include <string>
 #include <vector>
 
+#include <libecal/libecal.h>
+
 #include "freedesktop/eds/data_server.h"
 #include "freedesktop/eds/library/calendar_connection.h"
-#include "freedesktop/eds/library/ecal_handles.h"
 #include "freedesktop/eds/library/worker_loop.h"
 #include "freedesktop/eds/reply.h"
+#include "freedesktop/glib/handles.h"
 
 namespace quorvel::freedesktop::eds {
 

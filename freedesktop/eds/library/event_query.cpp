@@ -71,7 +71,7 @@ ErrorHandle addEvents(ECalClient& client, const std::string& query, std::string&
     GSList* list = nullptr;
     GError* error = nullptr;
     e_cal_client_get_object_list_sync(&client, query.c_str(), &list, &cancellable, &error);
-    const ObjectListHandle components(list);
+    const ObjectListHandle<GSList> components(list);
     for (GSList* entry = list; entry != nullptr; entry = entry->next) {
         auto* const component = I_CAL_COMPONENT(entry->data);
         i_cal_component_foreach_tzid(component, noteZone, &zoneNames);

@@ -5,8 +5,10 @@
 #include <memory>
 #include <string>
 
+#include <libecal/libecal.h>
+
 #include "freedesktop/eds/data_server.h"
-#include "freedesktop/eds/library/ecal_handles.h"
+#include "freedesktop/glib/handles.h"
 
 namespace quorvel::freedesktop::eds {
 

@@ -8,8 +8,8 @@
 
 namespace quorvel::testing_eds {
 
-using freedesktop::eds::ErrorHandle;
-using freedesktop::eds::ObjectHandle;
+using freedesktop::ErrorHandle;
+using freedesktop::ObjectHandle;
 
 namespace {
 
@@ -150,7 +150,7 @@ void ServerTest::removeEvents(const std::string& calendar) {
     GSList* list = nullptr;
     GError* error = nullptr;
     e_cal_client_get_object_list_sync(client(calendar), "#t", &list, nullptr, &error);
-    const freedesktop::eds::ObjectListHandle events(list);
+    const freedesktop::ObjectListHandle<GSList> events(list);
     check(error, "list");
     std::set<std::string> identifiers;
     for (const GSList* entry = list; entry != nullptr; entry = entry->next) {

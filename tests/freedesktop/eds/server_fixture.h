@@ -12,7 +12,7 @@
 #include <gtest/gtest.h>
 #include <libecal/libecal.h>
 
-#include "freedesktop/eds/library/ecal_handles.h"
+#include "freedesktop/glib/handles.h"
 
 namespace quorvel::testing_eds {
 
@@ -58,8 +58,8 @@ private:
     ESourceRegistry* registry();
     void removeEvents(const std::string& calendar);
 
-    freedesktop::eds::ObjectHandle<ESourceRegistry> m_registry;
-    std::map<std::string, freedesktop::eds::ObjectHandle<ECalClient>> m_clients;
+    freedesktop::ObjectHandle<ESourceRegistry> m_registry;
+    std::map<std::string, freedesktop::ObjectHandle<ECalClient>> m_clients;
     std::vector<std::string> m_made;
     std::vector<pid_t> m_stopped;
 };

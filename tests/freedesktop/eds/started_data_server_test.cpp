@@ -6,7 +6,6 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
-#include "freedesktop/eds/session_bus.h"
 #include "freedesktop/io/file_descriptor.h"
 #include "tests/freedesktop/session/session_testing.h"
 
@@ -24,29 +23,14 @@ Deadline inSeconds(double seconds) {
                std::chrono::duration<double>(seconds));
 }
 
-TEST(StartedDataServer, WithoutABusThereIsNone) {
+TEST(StartedDataServer, WithoutABusThereIsNoServer) {
     const EnvironmentVariable noAddress("DBUS_SESSION_BUS_ADDRESS", nullptr);
     const EnvironmentVariable noFolder("XDG_RUNTIME_DIR", nullptr);
-    EXPECT_FALSE(mayHaveSessionBus());
     StartedDataServer server("/nonexistent.so");
     const CalendarList list = server.calendars(inSeconds(5));
     EXPECT_EQ(list.outcome, Outcome::absent);
     EXPECT_EQ(list.problem, "there is no session bus");
     EXPECT_THAT(server.events({"one"}, {}, inSeconds(5)), IsEmpty());
-}
-
-TEST(StartedDataServer, ABusMayBeDisabled) {
-    const EnvironmentVariable address("DBUS_SESSION_BUS_ADDRESS", "disabled:");
-    EXPECT_FALSE(mayHaveSessionBus());
-}
-
-TEST(StartedDataServer, TheBusOfTheRuntimeFolderCounts) {
-    const TemporaryFolder folder;
-    const EnvironmentVariable noAddress("DBUS_SESSION_BUS_ADDRESS", nullptr);
-    const EnvironmentVariable runtime("XDG_RUNTIME_DIR", folder.path().c_str());
-    EXPECT_FALSE(mayHaveSessionBus());
-    testing_session::write(folder / "bus", "");
-    EXPECT_TRUE(mayHaveSessionBus());
 }
 
 TEST(StartedDataServer, ABusThatCannotBeReachedIsNamed) {

@@ -1,9 +1,9 @@
-#include "freedesktop/launch/timer.h"
+#include "freedesktop/glib/call_after.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace quorvel::freedesktop::launch {
+namespace quorvel::freedesktop {
 
 namespace {
 
@@ -31,4 +31,4 @@ SourceHandle callAfter(double seconds, Call call) {
     return source;
 }
 
-} // namespace quorvel::freedesktop::launch
+} // namespace quorvel::freedesktop

@@ -1,22 +1,17 @@
 // Whether the session's message bus has a calendar server, or could start one.
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 
 namespace quorvel::freedesktop::eds {
 
-// By the environment alone: false means that there is no session bus, and nothing is to be waited
-// for. A bus is not started.
-bool mayHaveSessionBus();
-
 struct SourcesService {
-    std::optional<std::string> name; // absent: none
-    std::string problem;             // why
+    std::optional<std::string> name; // absent: there is none
+    std::string problem;             // why there is none
 };
 
-// Ends a search from another thread.
+// Cancels a search from another thread: the library guards the cancellation.
 class SearchEnd {
 public:
     SearchEnd();
@@ -31,7 +26,8 @@ private:
     void* m_cancellable;
 };
 
-// Blocks until the bus answers. From here on the end of the bus is not the end of the process.
+// Blocks until the bus answers or the search is cancelled. From here on the end of the bus does not
+// end the process.
 SourcesService findSourcesService(SearchEnd& end);
 
 } // namespace quorvel::freedesktop::eds
