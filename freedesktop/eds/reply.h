@@ -1,4 +1,4 @@
-// What one thread waits for and another delivers, or delivers too late.
+// A value that one thread waits for and another delivers, or delivers too late.
 #pragma once
 
 #include <condition_variable>
@@ -10,6 +10,7 @@
 
 namespace quorvel::freedesktop::eds {
 
+// For two threads: a mutex guards all of it.
 template <class Value>
 class Reply {
 public:

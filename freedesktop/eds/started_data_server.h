@@ -15,6 +15,8 @@
 
 namespace quorvel::freedesktop::eds {
 
+// For one thread, as every DataServer; its own thread searches and shares with it what the mutex
+// guards.
 class StartedDataServer final : public DataServer {
 public:
     // Begins at once. `module`: the file that wraps the server's library.
@@ -40,7 +42,7 @@ private:
 
     std::string m_module;
     SearchEnd m_searchEnd;
-    std::mutex m_mutex; // of what follows
+    std::mutex m_mutex; // guards the members that follow, but for the thread
     std::condition_variable m_ended;
     bool m_isRunning = false;
     bool m_isAwaited = true; // false: whoever waited has gone on without

@@ -19,7 +19,7 @@ bool wasCancelled(const ErrorHandle& error) {
     return error && g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE;
 }
 
-// Whoever waits for a call of the library holds the connection until then.
+// A call of the library owns the connection until its callback.
 gpointer heldUntilCalled(Self self) {
     return new Self(std::move(self));
 }
@@ -138,13 +138,16 @@ void CalendarConnection::connected(ObjectHandle<ECalClient> client, const ErrorH
     advance();
 }
 
+// By a weak pointer: another thread may hold the last reference when the library reports the death.
 void CalendarConnection::watchServer() {
-    using Death = void (*)(ECalClient*, CalendarConnection*);
-    const Death died = [](ECalClient*, CalendarConnection* self) {
-        self->disconnect();
-        self->m_events.died();
+    const auto died = [weak = weak_from_this(), client = m_client.get()] {
+        const Self self = weak.lock();
+        if (self && self->m_client.get() == client) {
+            self->disconnect();
+            self->m_events.died();
+        }
     };
-    g_signal_connect(m_client.get(), "backend-died", G_CALLBACK(died), this);
+    m_deathHandler = connectPosted(m_client.get(), "backend-died", m_mailbox, died);
 }
 
 // All events, without being told those that are there already.
@@ -288,7 +291,7 @@ void CalendarConnection::answer(Outcome outcome, std::shared_ptr<const std::stri
 void CalendarConnection::disconnect() {
     stopView();
     if (m_client) {
-        g_signal_handlers_disconnect_by_data(m_client.get(), this);
+        g_signal_handler_disconnect(m_client.get(), std::exchange(m_deathHandler, 0));
         m_client.reset();
     }
 }

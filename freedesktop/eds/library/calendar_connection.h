@@ -17,7 +17,7 @@
 
 namespace quorvel::freedesktop::eds {
 
-// The answers of several calendars to one question, from as many threads as there are.
+// The answers of several calendars to one question. For several threads: a mutex guards all of it.
 class EventsReply {
 public:
     explicit EventsReply(std::size_t expected)
@@ -37,7 +37,8 @@ private:
     bool m_isGivenUp = false;
 };
 
-// Everything on the worker's thread.
+// Belongs to the worker's thread. Other threads may hold it and post to its mailbox, which does not
+// change, and nothing else.
 class CalendarConnection : public std::enable_shared_from_this<CalendarConnection> {
 public:
     struct Events {
@@ -88,6 +89,7 @@ private:
     Events m_events;
     ObjectHandle<GCancellable> m_cancellable;
     ObjectHandle<ECalClient> m_client; // null: not connected
+    gulong m_deathHandler = 0;         // of the client
     ObjectHandle<ECalClientView> m_view;
     std::vector<gulong> m_viewHandlers;
     ZoneTexts m_zones;

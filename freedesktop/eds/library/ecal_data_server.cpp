@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "freedesktop/eds/library/posted_signal.h"
+#include "freedesktop/glib/weak_reference.h"
 
 namespace quorvel::freedesktop::eds {
 
@@ -146,11 +147,13 @@ void ServerConnection::watchRegistry() {
 // The registry itself would wait for a service that has died, which starts only when it is asked.
 void ServerConnection::watchService() {
     const GBusNameVanishedCallback vanished = [](GDBusConnection*, const char*, gpointer data) {
-        static_cast<ServerConnection*>(data)->serviceVanished();
+        if (const Self self = lockWeakReference<ServerConnection>(data)) {
+            self->serviceVanished();
+        }
     };
-    m_serviceWatch =
-        g_bus_watch_name(G_BUS_TYPE_SESSION, m_sourcesService.c_str(),
-                         G_BUS_NAME_WATCHER_FLAGS_NONE, nullptr, vanished, this, nullptr);
+    m_serviceWatch = g_bus_watch_name(
+        G_BUS_TYPE_SESSION, m_sourcesService.c_str(), G_BUS_NAME_WATCHER_FLAGS_NONE, nullptr,
+        vanished, newWeakReference(weak_from_this()), freeWeakReference<ServerConnection>);
 }
 
 // Whoever still waits for the list is to have it.

@@ -18,7 +18,7 @@
 
 namespace quorvel::freedesktop::eds {
 
-// The registry of the calendars and the connections to them. Everything on the worker's thread.
+// The registry of the calendars and the connections to them. Belongs to the worker's thread.
 class ServerConnection : public std::enable_shared_from_this<ServerConnection> {
 public:
     ServerConnection(std::string sourcesService, Mailbox mailbox);
@@ -72,6 +72,7 @@ private:
     std::function<void()> m_closed;    // null: not closing
 };
 
+// For one thread, which posts to the worker's and waits for replies that mutexes guard.
 class EcalDataServer final : public DataServer {
 public:
     explicit EcalDataServer(std::string sourcesService);

@@ -4,22 +4,29 @@
 
 namespace quorvel::freedesktop::eds {
 
+namespace {
+
+struct Listener {
+    Mailbox mailbox;
+    std::function<void()> call;
+};
+
+void post(GClosure* closure, GValue*, guint, const GValue*, gpointer, gpointer) {
+    const auto* const listener = static_cast<const Listener*>(closure->data);
+    listener->mailbox.post(listener->call);
+}
+
+} // namespace
+
+// A marshaller of its own leaves the arguments aside, so that any signal fits.
 gulong connectPosted(gpointer object, const char* signal, const Mailbox& mailbox,
                      std::function<void()> call) {
-    struct Listener {
-        Mailbox mailbox;
-        std::function<void()> call;
-    };
-    using Handler = void (*)(gpointer, gpointer, const Listener*);
-    const Handler handler = [](gpointer, gpointer, const Listener* listener) {
-        listener->mailbox.post(listener->call);
-    };
-    const GClosureNotify end = [](gpointer listener, GClosure*) {
-        delete static_cast<Listener*>(listener);
-    };
-    return g_signal_connect_data(object, signal, G_CALLBACK(handler),
-                                 new Listener{mailbox, std::move(call)}, end,
-                                 static_cast<GConnectFlags>(0));
+    auto* const listener = new Listener{mailbox, std::move(call)};
+    GClosure* const closure = g_closure_new_simple(sizeof(GClosure), listener);
+    g_closure_add_finalize_notifier(
+        closure, listener, [](gpointer data, GClosure*) { delete static_cast<Listener*>(data); });
+    g_closure_set_marshal(closure, post);
+    return g_signal_connect_closure(object, signal, closure, FALSE);
 }
 
 } // namespace quorvel::freedesktop::eds

@@ -9,8 +9,9 @@
 
 namespace quorvel::freedesktop::eds {
 
-// Posts the call each time that the signal comes, which has one argument beside its object, until
-// the handler is disconnected; what was posted before still runs. Returns the handler.
+// Posts the call each time the signal is emitted, on whatever thread and with whatever arguments,
+// until the handler is disconnected; a call that was posted before still runs. A call that uses an
+// object binds a weak pointer to it, as the object may be gone by then. Returns the handler.
 gulong connectPosted(gpointer object, const char* signal, const Mailbox& mailbox,
                      std::function<void()> call);
 

@@ -25,6 +25,7 @@ private:
     std::shared_ptr<Queue> m_queue; // never null
 };
 
+// Belongs to the thread that makes it; its mailbox and quit() are for any thread.
 class WorkerLoop {
 public:
     WorkerLoop();
@@ -33,7 +34,7 @@ public:
     WorkerLoop& operator=(const WorkerLoop&) = delete;
 
     const Mailbox& mailbox() const { return m_mailbox; }
-    void quit(); // from any thread
+    void quit();
 
 private:
     Mailbox m_mailbox;
