@@ -35,7 +35,8 @@ private:
     std::unordered_set<std::uint64_t> m_withoutVersion;
 };
 
-// For several threads.
+// For several threads: one mutex guards the reader and the reported problems, the other all that
+// follows it.
 class StoreDesk {
 public:
     using Clock = std::chrono::steady_clock;

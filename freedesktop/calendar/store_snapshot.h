@@ -15,6 +15,8 @@ namespace quorvel::freedesktop::ics {
 
 using LoadedCalendars = std::vector<std::shared_ptr<LoadedCalendar>>;
 
+// Shared between threads: the mutex over the reader guards `isSettled` and `loaded`; nothing else
+// changes once the snapshot is made.
 struct StoreSnapshot {
     Signature signature;    // of what was seen on disk
     bool isSettled = false; // whatever changes afterwards shows in the signature
