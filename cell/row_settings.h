@@ -1,4 +1,4 @@
-// The settings that a row's layout reads, and the two heights that it leaves behind. Process-wide:
+// The settings that a row's layout reads, and the two heights that it writes. Process-wide:
 // shared by every agenda view, and the last load wins.
 #pragma once
 
@@ -23,7 +23,7 @@ extern std::int64_t dateTextSize;
 extern bool titleColorSameAsCalendarColor; // derived from the stored colour of the title
 extern bool rightAlignedDate;
 
-// Points; written by every layout of a row, read by nobody.
+// Points; written by every layout of a row. Hosts read them by name; the widget itself does not.
 extern platform::CGFloat cellWithoutSubtitleHeight;
 extern platform::CGFloat cellWithSubtitleHeight;
 
