@@ -1,4 +1,4 @@
-// The caption that says when an event starts.
+// The caption with the start of an event.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// Which calendars are searched, for which days, and what becomes of the events found.
+// Which calendars are searched, for which days, and the records of the events found.
 #pragma once
 
 #include <cstdint>
@@ -45,7 +45,7 @@ std::shared_ptr<const EKEventQRV> recordOfEvent(const platform::EKEvent& event);
 EventRecords recordsOfEvents(const platform::EKEvents& events, std::int64_t maxEvents,
                              platform::SystemLog& systemLog);
 
-// The whole of it, with a store of its own and the settings of this moment. Never fails.
+// Searches a new store by the current settings and makes the records. Never fails.
 EventRecords gatherEvents(const platform::Platform& platform);
 
 } // namespace quorvel

@@ -10,11 +10,11 @@
 
 namespace quorvel {
 
-// The colons of the stored event's identifier become slashes; what tells the occurrence ("/RID" and
-// on) is cut, since the occurrence is named by its start.
+// The colons of the stored event's identifier become slashes. The part that names the occurrence
+// (from "/RID" on) is cut, since the link names the occurrence by its start.
 std::string eventLinkPath(std::string_view eventIdentifier);
 
-// Nothing where the identifier holds what no link may hold.
+// Nothing where the identifier holds a character that no link may hold.
 std::optional<platform::NSURL> eventLink(std::string_view eventIdentifier,
                                          platform::NSDate startDate);
 

@@ -23,7 +23,7 @@ class UIImageView;
 
 namespace quorvel {
 
-// Refreshes only when told to. Always made with std::make_shared.
+// Refreshes only when a load is called. Always made with std::make_shared.
 class QuorvelView : public platform::UIView,
                     public platform::UITableViewDataSource,
                     public platform::UITableViewDelegate {
@@ -48,7 +48,7 @@ public:
     void loadPreferences();
     platform::NSDate endOfDay(platform::NSDate date) const;
     EventRecords getCalendarEventsEK() const;
-    // "#RRGGBB"; tells the log of the call and of its result.
+    // "#RRGGBB". Logs the call and its result.
     std::string hexStringForColor(const platform::CGColor& color) const;
     // Null: no icon. Throws std::out_of_range where a dot is wanted for a row that is not there.
     std::shared_ptr<const platform::UIImage> getIconForItemNumber(std::int64_t itemNumber) const;
@@ -102,12 +102,12 @@ private:
     void dropBackgroundImageView();
     std::shared_ptr<QuorvelView> sharedFromThis();
 
-    // Of references: the host keeps the services themselves.
+    // References: the host owns the services.
     platform::Platform m_platform;
     std::shared_ptr<platform::UIImageView> m_backgroundImageView; // null without a picture
     std::shared_ptr<const platform::UIImage> m_icon;
     std::int64_t m_swipeAction = 0;
-    // Part of the class's declared shape; the process-wide values of these names are the live ones.
+    // Part of the class's declared shape only. The process-wide values of these names are in use.
     [[maybe_unused]] platform::CGFloat m_cellWithoutSubtitleHeight = 0;
     [[maybe_unused]] platform::CGFloat m_cellWithSubtitleHeight = 0;
     std::shared_ptr<platform::UITableView> m_itemsTableView;

@@ -15,12 +15,12 @@ namespace quorvel {
 
 inline constexpr std::string_view rowReuseIdentifier = "Dynamic Cell";
 
-// The delegate hears of the row's drags. A row that is not draggable takes no touches, ever.
+// The delegate receives the row's drags. A row that is not draggable never takes a touch.
 std::shared_ptr<QVL_UITableViewCell>
 makeRowCell(platform::TextMeasurer& textMeasurer,
             const std::shared_ptr<platform::UIScrollViewDelegate>& delegate, bool draggable);
 
-// The row's number is kept as the tag of the cell's scroll view, which scrolls only for an event
+// Stores the row's number as the tag of the cell's scroll view, which scrolls only for an event
 // with a link.
 void showEvent(QVL_UITableViewCell& cell, const EKEventQRV& event, std::int64_t row);
 

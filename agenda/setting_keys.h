@@ -1,5 +1,5 @@
-// Every key that is looked up in the settings, in the order of reading. A lookup takes a
-// SettingKey, so that no key can be read that does not stand here (and in data/settings.tsv).
+// Every key that the widget reads from the settings, in the order of reading. A lookup takes a
+// SettingKey, so that no key can be read that is missing here (and in data/settings.tsv).
 #pragma once
 
 #include <array>

@@ -1,5 +1,5 @@
 // The settings, as process-wide variables named like their keys: shared by every agenda view, and
-// the last load wins. Those that a row's layout uses stand in cell/row_settings.h.
+// the last load wins. cell/row_settings.h declares those that a row's layout uses.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// Sets the process-wide settings from a dictionary; an absent key takes its default. The pieces are
-// called in the order of the keys by whoever owns the values in between.
+// Sets the process-wide settings from a dictionary; an absent key takes its default. The agenda
+// view calls the pieces in the order of the keys, as it owns some of the values itself.
 #pragma once
 
 #include <cstdint>

@@ -11,8 +11,8 @@ using namespace platform;
 
 namespace {
 
-// The last Foundation under which the settings file itself is up to date; newer ones keep the
-// values with the preferences service.
+// The last Foundation under which the settings file itself is up to date; newer ones store the
+// values in the preferences service.
 constexpr double lastFoundationReadFromFile = 1047.25;
 
 std::optional<PropertyListDictionary> readThroughService(Preferences& preferences,

@@ -21,9 +21,9 @@ inline constexpr std::string_view settingsDomain = "org.quorvel.quorvelprefs";
 inline constexpr std::string_view settingsFilePath =
     "/var/mobile/Library/Preferences/org.quorvel.quorvelprefs.plist";
 
-// Reads afresh. Nothing where the preferences service has no list of keys or no values: whoever
-// loads then keeps what it had. A file that cannot be read gives an empty dictionary. Each of the
-// three is logged.
+// Reads the store anew. Nothing where the preferences service has no list of keys or no values: the
+// caller then leaves its settings unchanged. A file that cannot be read gives an empty dictionary.
+// Each of the three cases is logged.
 std::optional<platform::PropertyListDictionary> readSettings(platform::Preferences& preferences,
                                                              platform::SystemLog& systemLog);
 

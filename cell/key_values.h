@@ -1,4 +1,4 @@
-// Turns what may be absent into a value that is read by name.
+// Converts an optional value or a pointer into a value that is read by name.
 #pragma once
 
 #include <memory>
@@ -13,7 +13,7 @@ platform::KeyValue keyValueOf(const std::optional<Value>& value) {
     return value ? platform::KeyValue(*value) : platform::KeyValue();
 }
 
-// `Held` is the type that the value is kept as.
+// `Held` is the type under which the variant stores the pointer.
 template <class Held, class Object>
 platform::KeyValue keyValueOfObject(const std::shared_ptr<Object>& object) {
     return object ? platform::KeyValue(std::shared_ptr<Held>(object)) : platform::KeyValue();

@@ -15,7 +15,7 @@ using namespace platform;
 
 namespace {
 
-// The label keeps its face.
+// The face of the font stays the same.
 void setFontSize(UILabel& label, std::int64_t size) {
     label.setFont(label.font().fontWithSize(static_cast<CGFloat>(size)));
 }

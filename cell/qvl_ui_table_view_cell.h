@@ -21,7 +21,7 @@ class UITableView;
 
 namespace quorvel {
 
-// Whoever makes the cell gives it its subviews and fills them; the cell styles and places them.
+// The maker of the cell sets its subviews and fills them; the cell styles and places them.
 // Each may be missing.
 // NOLINTNEXTLINE(readability-identifier-naming): the system's own name
 class QVL_UITableViewCell : public platform::UITableViewCell {
@@ -32,7 +32,7 @@ public:
 
     std::string_view className() const override { return "QVL_UITableViewCell"; }
 
-    // The nearest table that the cell stands in, or null.
+    // The nearest table above the cell in its tree of views, or null.
     platform::UITableView* parentTableView() const;
     void layoutSubviews() override;
 

@@ -1,4 +1,4 @@
-// Where the title, the date and the location stand in a row: the arithmetic alone.
+// The frames of the title, the date and the location in a row: the arithmetic alone.
 #pragma once
 
 #include "platform/geometry.h"
@@ -18,7 +18,7 @@ struct RowFrames {
     platform::CGRect title;
     platform::CGRect date;
     platform::CGRect location;
-    // What the row takes itself to need.
+    // The row's own measure of its height; the table asks the agenda view for the real one.
     platform::CGFloat heightWithoutLocation = 0;
     platform::CGFloat heightWithLocation = 0;
 };

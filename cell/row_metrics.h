@@ -8,7 +8,7 @@ namespace quorvel {
 // Above the first line of text and below the last one.
 inline constexpr platform::CGFloat rowVerticalMargin = 13;
 
-// The icon stands at the same place in every row, whatever the row's height.
+// The icon's place, the same in every row whatever the row's height.
 inline constexpr platform::CGRect rowIconFrame = platform::CGRectMake(13, 10, 20, 20);
 
 } // namespace quorvel

@@ -25,7 +25,7 @@ void append(std::u16string& units, char32_t code) {
     units += static_cast<char16_t>(0xDC00U + (code & 0x3FFU));
 }
 
-// No more of a long text than shows that it is too long.
+// Stops as soon as the text is known to be too long.
 std::u16string utf16Units(std::string_view utf8) {
     std::u16string units;
     while (!utf8.empty() && units.size() <= longLength) {

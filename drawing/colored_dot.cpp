@@ -8,8 +8,8 @@ using namespace platform;
 
 namespace {
 
-// The canvas keeps its size whatever the dot's, so that dots of two sizes look different in the
-// same image view.
+// The canvas has one size for all dots, so that the same image view shows dots of two sizes
+// differently.
 constexpr CGFloat canvasSide = 80;
 constexpr CGFloat canvasScale = 1;
 constexpr CGFloat outlineWidth = 2;

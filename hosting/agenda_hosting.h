@@ -1,4 +1,4 @@
-// What the controllers do alike with the agenda view.
+// The steps with the agenda view that the controllers share.
 #pragma once
 
 #include <memory>
@@ -18,8 +18,8 @@ class QuorvelView;
 void loadAgendaView(platform::_SBUIWidgetViewController& controller,
                     const platform::Platform& platform, platform::CGSize size);
 
-// The controller's view, made where there is none yet; null where somebody has put another kind of
-// view in its place.
+// The controller's view, made where there is none yet; null where a host has replaced it by a view
+// of another kind.
 std::shared_ptr<QuorvelView> agendaView(platform::_SBUIWidgetViewController& controller);
 
 void clearBackground(platform::_SBUIWidgetViewController& controller);

@@ -8,7 +8,7 @@
 
 namespace quorvel {
 
-// Reads the variables at the moment of asking.
+// Each call reads the current value of the variable.
 class ProcessWideValues : public platform::KeyValueCoding {
 public:
     static constexpr std::string_view className() { return "ProcessWideValues"; }

@@ -8,9 +8,9 @@
 
 namespace quorvel {
 
-// Every field has 32 bits, little-endian where the record leaves the program. The first stands for
-// the pointer to the class of the record's object. Nobody writes the ignored ones; they keep the
-// others in their places.
+// Every field has 32 bits, little-endian where the record leaves the program. The first is the
+// place of the pointer to the class of the record's object. The ignored ones are never written; the
+// layout needs them.
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the widget's own name for the record
 struct Quorvel__GSEvent {
     std::uint32_t isa = 0;

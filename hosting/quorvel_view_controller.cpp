@@ -25,7 +25,7 @@ std::shared_ptr<const UIImage> pictureOf(const NSBundle* bundle, ImageFiles& ima
     return path ? imageFiles.imageWithContentsOfFile(*path) : nullptr;
 }
 
-// The middle point of the picture is what is stretched.
+// Only the middle point of the picture is stretched.
 std::shared_ptr<const UIImage> stretchedInTheMiddle(const std::shared_ptr<const UIImage>& image) {
     if (!image) {
         return nullptr;

@@ -50,7 +50,7 @@ public:
 private:
     const std::shared_ptr<QuorvelView>& agendaView();
 
-    platform::Platform m_platform; // of references: the host keeps the services themselves
+    platform::Platform m_platform; // references: the host owns the services
     std::shared_ptr<QuorvelView> m_view;
     std::shared_ptr<const platform::NSBundle> m_bundle;
 };

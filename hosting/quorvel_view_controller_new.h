@@ -1,4 +1,4 @@
-// The notification centre's widget: it is as high as its rows, and tells the host so.
+// The notification centre's widget: it is as high as its rows and reports its size to the host.
 #pragma once
 
 #include <memory>
@@ -22,7 +22,7 @@ public:
     // The services outlive the controller.
     explicit QuorvelViewControllerNew(const platform::Platform& platform);
 
-    // The two settings of its own: maxHeight and limitMaxHeight.
+    // The two settings that the controller uses: maxHeight and limitMaxHeight.
     void loadPreferences();
 
     void loadView() override;
@@ -50,7 +50,7 @@ private:
     void measureRows();
     void notifySize();
 
-    platform::Platform m_platform; // of references: the host keeps the services themselves
+    platform::Platform m_platform; // references: the host owns the services
     platform::CGFloat m_totalHeight = 0;
     platform::CGFloat m_maxHeight = 0;
     bool m_limitMaxHeight = false;

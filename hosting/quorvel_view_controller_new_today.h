@@ -14,7 +14,7 @@ class NSBundle;
 
 namespace quorvel {
 
-// Never measures its rows and never tells the host anything.
+// Never measures its rows and never sends the host a message.
 class QuorvelViewControllerNewToday : public platform::_SBUIWidgetViewController {
 public:
     static constexpr std::string_view className() { return "QuorvelViewControllerNewToday"; }
@@ -36,7 +36,7 @@ public:
     }
 
 private:
-    platform::Platform m_platform; // of references: the host keeps the services themselves
+    platform::Platform m_platform; // references: the host owns the services
     std::shared_ptr<const platform::NSBundle> m_bundle;
 };
 

@@ -129,7 +129,7 @@ TEST_F(DateCaptionTest, CountsAsTwelveHoursWithoutAnHourPattern) {
     EXPECT_EQ(caption(at(3, 18, 5)), "Thu, 6:05 PM");
 }
 
-TEST_F(DateCaptionTest, LooksForAnAInTheHourPattern) {
+TEST_F(DateCaptionTest, FindsTheDayPeriodInTheHourPattern) {
     memory.dateServices.hourPattern = "ah";
     EXPECT_TRUE(isTwelveHourClock(memory.dateServices));
     memory.dateServices.hourPattern = "HH 'A'";

@@ -282,7 +282,7 @@ TEST_F(GatheringTest, CopiesTheLocationWhetherItIsShownOrNot) {
     EXPECT_EQ(gather().at(0)->location(), "Canteen");
 }
 
-TEST_F(GatheringTest, KeepsTheStoresOrderAndItsDuplicates) {
+TEST_F(GatheringTest, PreservesTheStoresOrderAndItsDuplicates) {
     setStockPreferences();
     addEvent("Late", at(0, 20));
     addEvent("Early", at(0, 11));
@@ -318,7 +318,7 @@ TEST_F(CapTest, LimitsNothingBelowOne) {
     EXPECT_THAT(titles(), ElementsAre("2"));
 }
 
-TEST_F(CapTest, LooksAtNoEventBehindTheLast) {
+TEST_F(CapTest, IgnoresEventsBehindTheLast) {
     memory.calendarStores.answer->push_back(nullptr);
     settings::maxEventsToDisplay = 4;
     gather();

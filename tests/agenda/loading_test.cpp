@@ -147,7 +147,7 @@ TEST_F(LoadingTest, StaysInTheZeroStateWithoutValues) {
     EXPECT_THAT(memory.systemLog.lines, ElementsAre("QRV: preferences dictionary error"));
 }
 
-TEST_F(LoadingTest, KeepsTheLastValuesWhereTheServiceFails) {
+TEST_F(LoadingTest, LeavesTheLastValuesWhereTheServiceFails) {
     memory.imageFiles.images[defaultIcon] = memory::makeImage({29, 29});
     load({{"textSize", plist(18)}, {"swipeAction", plist(3)}});
     const auto icon = view->icon();
@@ -159,7 +159,7 @@ TEST_F(LoadingTest, KeepsTheLastValuesWhereTheServiceFails) {
     EXPECT_EQ(view->icon(), icon);
 }
 
-TEST_F(LoadingTest, KeepsOnlyThreeSwipeActionsBesideTheUsualOne) {
+TEST_F(LoadingTest, AcceptsOnlyThreeSwipeActionsBesideTheDefault) {
     const auto loaded = [this](int stored) {
         load({{"swipeAction", plist(stored)}});
         return view->swipeAction();
@@ -190,7 +190,7 @@ TEST_F(LoadingTest, ReadsTheTitlesColour) {
     EXPECT_FALSE(settings::titleColorSameAsCalendarColor);
 }
 
-TEST_F(LoadingTest, KeepsTheTitlesFlagWithoutTheKey) {
+TEST_F(LoadingTest, LeavesTheTitlesFlagWithoutTheKey) {
     load({{"textColor", plist(999)}});
     load({});
     EXPECT_EQ(settings::textColor, UIColor::whiteColor());
@@ -257,7 +257,7 @@ TEST_F(LoadingTest, NeverTurnsRoundingOffAgain) {
     EXPECT_TRUE(settings::iconRoundingNeeded);
 }
 
-TEST_F(LoadingTest, KeepsThePictureUnderAWord) {
+TEST_F(LoadingTest, LeavesThePictureUnderAWord) {
     memory.imageFiles.images["/star.png"] = memory::makeImage({20, 20});
     load({{"iconFile", plist("/star.png")}});
     for (const char* word : {"DOT", "DOT_LARGE", "NONE"}) {

@@ -138,7 +138,7 @@ TEST_F(QuorvelViewTest, LeavesTheListOfAnEarlierLoadUnchanged) {
     EXPECT_THAT(*view->items(), SizeIs(2));
 }
 
-TEST_F(QuorvelViewTest, ReloadsWhenItsHostSaysThatItAppears) {
+TEST_F(QuorvelViewTest, ReloadsBeforeItAppears) {
     view->loadFullView();
     addEvent("Lunch", at(0, 12));
     view->viewWillAppear();
@@ -300,7 +300,7 @@ TEST_F(QuorvelViewTest, NamesTheCaptionOfEveryRow) {
     EXPECT_THAT(captions(), ElementsAre("12:00", "", "Tomorrow, 16:00"));
 }
 
-TEST_F(QuorvelViewTest, WritesAColorAndTellsTheLog) {
+TEST_F(QuorvelViewTest, ConvertsAColorAndLogsIt) {
     EXPECT_EQ(view->hexStringForColor({{1.0, 0.5, 0.0, 0.3}}), "#FF7F00");
     EXPECT_THAT(memory.systemLog.lines,
                 ElementsAre("QRV: hexStringForColor", "QRV: got calendar color string: #FF7F00"));

@@ -72,7 +72,7 @@ TEST_F(CellTest, AppliesSizesAndColours) {
     EXPECT_EQ(cell->relevanceDateLabel()->textColor(), UIColor::blueColor());
 }
 
-TEST_F(CellTest, KeepsTheLabelsFace) {
+TEST_F(CellTest, LeavesTheLabelsFaceUnchanged) {
     cell->primaryLabel()->setFont({"Serif", 40});
     layOut();
     EXPECT_EQ(cell->primaryLabel()->font(), (UIFont{"Serif", 14}));

@@ -38,7 +38,7 @@ TEST(ColoredDot, TheLargeOneFillsTheSquareFrom15To65) {
                             "strokeEllipseInRect 15 15 50 50", "fillEllipseInRect 15 15 50 50"));
 }
 
-TEST(ColoredDot, KeepsItsScaleOnASharpScreen) {
+TEST(ColoredDot, HasTheSameScaleOnASharpScreen) {
     memory::MemoryPlatform memory;
     memory.screen.setScale(3);
     EXPECT_EQ(drawColoredDot(memory.graphicsContexts, teal, 30)->scale(), 1);

@@ -107,7 +107,7 @@ TEST_F(ControllerNewTest, ReadsItsSettingsAtEverySizeQuery) {
     EXPECT_THAT(memory.preferences.reads, SizeIs(2));
 }
 
-TEST_F(ControllerNewTest, KeepsItsSettingsWhereTheServiceFails) {
+TEST_F(ControllerNewTest, LeavesItsSettingsWhereTheServiceFails) {
     memory.preferences.foundationVersion = 1048;
     EXPECT_EQ(controller->preferredViewSize(), (CGSize{320, 0}));
     EXPECT_THAT(memory.systemLog.lines, ElementsAre("QRV: unable to get preferences"));
@@ -140,7 +140,7 @@ TEST_F(ControllerNewTest, CollapsesOnceWithoutEvents) {
     EXPECT_EQ(controller->preferredViewSize(), (CGSize{320, 300}));
 }
 
-TEST_F(ControllerNewTest, TellsItsHeightWhenItIsLoaded) {
+TEST_F(ControllerNewTest, ReportsItsHeightWhenItIsLoaded) {
     addEvents(10);
     controller->view();
     EXPECT_THAT(host.messages, ElementsAre("update"));
@@ -281,7 +281,7 @@ TEST_F(ControllerNewTodayTest, LoadsTheAgenda) {
     EXPECT_THAT(*view->items(), SizeIs(2));
 }
 
-TEST_F(ControllerNewTodayTest, ReloadsAndTellsNobody) {
+TEST_F(ControllerNewTodayTest, ReloadsWithoutAMessage) {
     addEvents(1);
     controller->view();
     addEvents(1);
