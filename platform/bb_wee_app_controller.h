@@ -1,4 +1,4 @@
-// What an older widget host asks of a controller, instead of _SBUIWidgetViewController.
+// The controller that an older widget host drives, instead of _SBUIWidgetViewController.
 #pragma once
 
 #include <memory>
@@ -18,7 +18,7 @@ public:
     virtual std::shared_ptr<UIView> view() = 0; // made at first use; never null
     virtual void loadFullView() = 0;
     virtual void loadPlaceholderView() = 0;
-    // Lets the view go; the next use makes another.
+    // Releases the view; the next use makes another.
     virtual void unloadView() = 0;
     virtual CGFloat viewHeight() const = 0; // points
     virtual void viewWillAppear() {}

@@ -1,4 +1,4 @@
-// The current moment, as the host tells it.
+// The current instant, as the host gives it.
 #pragma once
 
 #include "platform/ns_date.h"

@@ -50,7 +50,7 @@ public:
     // `units` is a sum of NSCalendarUnit values. No sub-second field is ever taken.
     virtual NSDateComponents components(unsigned units, NSDate date) const = 0;
 
-    // Absent fields count as the first of their range; the weekday is not looked at. A local time
+    // Absent fields count as the first of their range; the weekday is ignored. A local time
     // that does not exist moves forward by the gap; one that comes twice is the second.
     virtual NSDate dateFromComponents(const NSDateComponents& components) const = 0;
 

@@ -19,7 +19,7 @@ struct CGSize {
     bool operator==(const CGSize&) const = default;
 };
 
-// A width or height below zero is kept as it is; such a rectangle contains and meets nothing.
+// A width or height may be below zero; such a rectangle contains and intersects nothing.
 struct CGRect {
     CGPoint origin;
     CGSize size;

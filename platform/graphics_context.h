@@ -21,7 +21,7 @@ public:
     virtual void translateCTM(CGFloat tx, CGFloat ty) = 0;
     virtual void scaleCTM(CGFloat sx, CGFloat sy) = 0;
 
-    // A point of the path keeps the place that the transform of the moment gave it.
+    // The current transform applies to a point when it is added; later transforms do not move it.
     virtual void beginPath() = 0;
     virtual void moveToPoint(CGFloat x, CGFloat y) = 0;
     // The arc of that radius that touches the line from the current point to the first point and
@@ -38,7 +38,7 @@ public:
     virtual void fillEllipseInRect(const CGRect& rect) = 0;
     virtual void fillRect(const CGRect& rect) = 0;
 
-    // Scaled to fill the rectangle; cap insets keep their size.
+    // Scaled to fill the rectangle; cap insets are not scaled.
     virtual void drawImage(const UIImage& image, const CGRect& rect) = 0;
     // One line from the rectangle's left edge, vertically centred in it, cut with an ellipsis at
     // the tail where it is wider. `text` is UTF-8 and may be damaged.

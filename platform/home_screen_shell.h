@@ -6,7 +6,7 @@
 
 namespace quorvel::platform {
 
-// The shell's record of an installed application. What it holds, only the shell knows.
+// The shell's record of an installed application. Its content is private to the shell.
 class SBApplication {
 public:
     virtual ~SBApplication() = default;
@@ -23,12 +23,12 @@ public:
 class SBUIController {
 public:
     virtual ~SBUIController() = default;
-    // Returns at once. `application` may be null: nothing comes to the front then.
+    // Returns at once. Null brings nothing to the front.
     virtual void activateApplicationAnimated(const std::shared_ptr<SBApplication>& application) = 0;
 };
 
-// A host may lack either class, so they are asked for anew each time they are needed. What it gives
-// belongs to the host.
+// A host may lack either class, so the widget asks for them each time it needs them. The host owns
+// both.
 class HomeScreenShell {
 public:
     virtual ~HomeScreenShell() = default;

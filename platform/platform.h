@@ -1,4 +1,4 @@
-// Everything that a controller and its view ask of their surroundings.
+// The services that a controller and its view use.
 #pragma once
 
 namespace quorvel::platform {
@@ -16,7 +16,7 @@ class SystemLog;
 class TextMeasurer;
 class UIApplication;
 
-// The host owns the services and keeps them alive for as long as any controller or view.
+// The host owns the services, which outlive every controller and view.
 struct Platform {
     Clock& clock;
     DateServices& dateServices;

@@ -62,7 +62,7 @@ bool takeSign(std::string_view& text) {
     return negative;
 }
 
-// White space may stand on both sides of the sign.
+// White space may precede and follow the sign.
 template <typename Integer>
 Integer integerFromString(std::string_view text) {
     text = withoutLeadingWhiteSpace(text);

@@ -31,10 +31,10 @@ struct PropertyListValue {
 const PropertyListValue* objectForKey(const PropertyListDictionary& dictionary,
                                       std::string_view key);
 
-// The conversions of the platform's numbers and strings. A string is read as far as it looks
-// like a number: leading white space is skipped, the rest ignored, too large a number saturates
+// The conversions of the platform's numbers and strings. The number at the front of a
+// string counts: leading white space is skipped, the rest ignored, too large a number saturates
 // at the result's own width. A fraction is cut off; a double out of range saturates as well, and
-// not-a-number is 0. A wider integer keeps its low bits. A number is true unless it is 0. A date,
+// not-a-number is 0. A wider integer gives its low bits. A number is true unless it is 0. A date,
 // data, array or dictionary gives 0 or false.
 std::int32_t intValue(const PropertyListValue& value);
 std::int64_t integerValue(const PropertyListValue& value);

@@ -1,4 +1,4 @@
-// The application object: the way out of the widget to the other applications.
+// The application object, by which the widget opens links in other applications.
 #pragma once
 
 #include "platform/ns_url.h"
@@ -8,8 +8,8 @@ namespace quorvel::platform {
 class UIApplication {
 public:
     virtual ~UIApplication() = default;
-    // Hands the link to whichever application owns its scheme. Returns at once; what comes of it is
-    // told to the log alone.
+    // Hands the link to the application that owns its scheme. Returns at once; the result is only
+    // logged.
     virtual void openURL(const NSURL& url) = 0;
 };
 

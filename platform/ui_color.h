@@ -1,4 +1,4 @@
-// A colour as four components from 0 to 1; values outside are kept.
+// A colour as four components from 0 to 1; values outside are not clamped.
 #pragma once
 
 #include "platform/geometry.h"

@@ -8,7 +8,7 @@ namespace {
 
 constexpr CGFloat stretchedLength = 1; // points
 
-// What keeps its size behind a cap.
+// The length of the cap at the other end.
 CGFloat oppositeCap(CGFloat length, CGFloat cap) {
     return cap > 0 ? std::max(length - cap - stretchedLength, 0.0) : 0;
 }

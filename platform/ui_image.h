@@ -1,4 +1,4 @@
-// A picture: a size in points, a scale, and pixels that only the platform that made them knows.
+// A picture: a size in points, a scale, and pixels in the form of the platform that made them.
 #pragma once
 
 #include <cstdint>
@@ -10,8 +10,8 @@
 
 namespace quorvel::platform {
 
-// The pixels, as the platform that made the picture keeps them. A graphics context paints the
-// pixels of its own platform and passes others over.
+// The pixels, in the form of the platform that made the picture. A graphics context paints the
+// pixels of its own platform and ignores others.
 class ImagePixels {
 public:
     virtual ~ImagePixels() = default;
@@ -29,7 +29,7 @@ public:
 
     CGSize size() const { return m_size; }    // points
     CGFloat scale() const { return m_scale; } // pixels a point
-    // Borders that keep their size when the picture is stretched, in points; absent: none.
+    // Borders whose size stays the same when the picture is stretched, in points; absent: none.
     const std::optional<UIEdgeInsets>& capInsets() const { return m_capInsets; }
     const ImagePixels* pixels() const { return m_pixels.get(); }
 

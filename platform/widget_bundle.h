@@ -23,7 +23,7 @@ struct Platform;
 inline constexpr std::uint32_t widgetBundleInterfaceVersion = 3;
 
 struct WidgetBundle {
-    std::uint32_t interfaceVersion; // stands first in every version
+    std::uint32_t interfaceVersion; // the first field in every version
     // The controllers of either kind.
     std::vector<std::string_view> (*controllerClassNames)();
     // Null for a name that is not a controller of that kind. `platform` outlives the controller.
@@ -35,7 +35,7 @@ struct WidgetBundle {
     const KeyValueCoding& (*processWideValues)();
     // The bundle's two conversions of colours. The text is UTF-8 and may be absent.
     UIColor (*colorFromHexString)(std::optional<std::string_view> text);
-    // What the agenda view answers to `hexStringForColor`, which it logs; absent where `view` is
+    // The agenda view's conversion, which logs its call and its result; absent where `view` is
     // not an agenda view.
     std::optional<std::string> (*hexStringForColor)(const UIView& view, const CGColor& color);
 };

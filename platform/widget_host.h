@@ -1,4 +1,4 @@
-// The host's own side, as a controller sees it.
+// The host's interface to a controller.
 #pragma once
 
 #include "platform/geometry.h"
@@ -15,7 +15,7 @@ public:
     virtual void didUpdatePreferredSize(SBUIWidgetHost& widget, CGSize size) = 0;
 };
 
-// Shows one widget. What a host may lack is asked for each time, before it is sent.
+// Shows one widget. A host may lack a message: the controller asks for it each time before sending.
 class SBUIWidgetHost {
 public:
     virtual ~SBUIWidgetHost() = default;

@@ -1,4 +1,4 @@
-// A clock that stands still until it is told otherwise.
+// A clock whose time changes only by a call.
 #pragma once
 
 #include "platform/clock.h"

@@ -1,4 +1,4 @@
-// A system log that keeps its lines.
+// A system log that stores its lines.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// An application object that keeps the links it was to open.
+// An application object that records the links instead of opening them.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Calendars and events from lists, and a record of what was asked of them.
+// Calendars and events from lists, and a record of the searches.
 #pragma once
 
 #include <memory>
@@ -10,7 +10,7 @@
 
 namespace quorvel::platform::memory {
 
-// The public lists may be changed at any time; a store that was made before keeps what it had.
+// The public lists may be changed at any time; a store has the lists of the moment it was made.
 // The stores must not outlive this object.
 class MemoryCalendarStores : public CalendarStores {
 public:

@@ -18,8 +18,8 @@ struct OffsetChange {
 };
 
 // Short dates are "M/d/yy". Short times are "h:mm a" where the hour pattern holds an 'a', else
-// "HH:mm". Date and time stand with ", " between them. Patterns know y M d E H h m s a and quoted
-// text; another letter stands for itself.
+// "HH:mm". Date and time are joined by ", ". Patterns know y M d E H h m s a and quoted text;
+// another letter is copied.
 class MemoryDateServices : public DateServices {
 public:
     // The clock outlives this object.
@@ -39,7 +39,7 @@ public:
     std::vector<OffsetChange> changes; // earliest first
     std::optional<std::string> hourPattern = "h a";
 
-    mutable std::vector<unsigned> units;             // that dates were taken apart into, in order
+    mutable std::vector<unsigned> units;             // requested of components(), in order
     mutable std::vector<NSDateFormatter> formatters; // that dates were formatted with, in order
     mutable std::vector<std::string> skeletons;      // that patterns were asked for, in order
 

@@ -12,7 +12,7 @@
 
 namespace quorvel::platform::memory {
 
-// What was painted into a picture, in RecordingContext's words.
+// The operations that painted a picture, as RecordingContext writes them.
 class RecordedPixels : public ImagePixels {
 public:
     RecordedPixels(std::vector<std::string> paintedOperations, bool isOpaque)

@@ -1,4 +1,4 @@
-// A whole platform in memory: every service is there to be filled, and to be asked what was done.
+// A whole platform in memory: a test fills the services and reads what the widget did with them.
 #pragma once
 
 #include "platform/memory/fixed_clock.h"

@@ -1,4 +1,4 @@
-// A graphics context that writes down what it is told instead of painting it.
+// A graphics context that records its calls instead of painting.
 #pragma once
 
 #include <string>
@@ -16,7 +16,7 @@ namespace quorvel::platform::memory {
 //   fillRect 15 43.5 305 0.5
 //   drawImage 60x60@2 0 0 20 20
 //   drawText "Lunch" 14 0 0 0 1 47 13 35 17.5    (text, font size, colour, rectangle)
-// A font with a family name stands as NAME:SIZE.
+// A font with a family name is written as NAME:SIZE.
 class RecordingContext : public GraphicsContext {
 public:
     void saveGState() override;

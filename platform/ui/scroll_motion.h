@@ -8,7 +8,7 @@ namespace quorvel::platform {
 // Past an edge the spring draws the content back; where it comes back fast enough it glides on.
 // Within its edges it glides. Where it reaches an edge from within and bounces, the spring takes
 // over with the speed of that moment; else it stops there. It is at rest when less than half a
-// point of the way is left, and then stands exactly at the end.
+// point of the way is left, and then is exactly at the end.
 class AxisMotion {
 public:
     // `velocity`: of the offset, in points a second.

@@ -17,15 +17,15 @@ struct ScrollRange {
 
 CGFloat clampedOffset(CGFloat offset, const ScrollRange& range);
 
-// How far content stands past its edge when a finger has gone `overshoot` points beyond it, in a
+// How far content is past its edge when a finger has gone `overshoot` points beyond it, in a
 // view of that length: always less than the length. Neither is negative.
 CGFloat rubberBand(CGFloat overshoot, CGFloat viewLength);
 
-// Where the content stands under a finger that would have moved it to `offset` if it had no edges.
+// The offset of content under a finger that would have moved it to `offset` if it had no edges.
 CGFloat bandedOffset(CGFloat offset, const ScrollRange& range, CGFloat viewLength, bool bounces);
 // The other way round; the content is not farther out than a finger pulls it.
 CGFloat unbandedOffset(CGFloat banded, const ScrollRange& range, CGFloat viewLength, bool bounces);
-// How many points the content moves for one of the finger where it stands at that offset.
+// How many points the content moves for one point of the finger when it is at that offset.
 CGFloat bandSlope(CGFloat banded, const ScrollRange& range, CGFloat viewLength, bool bounces);
 // The view length that counts while a finger drags content that it caught at that offset: a longer
 // one far out, where the band would hardly give way to the finger, or not reach at all.

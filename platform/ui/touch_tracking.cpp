@@ -33,7 +33,7 @@ std::vector<std::shared_ptr<UIScrollView>> scrollViewsFrom(UIView* view) {
 
 using TouchMessage = void (UIView::*)(const UITouchSet&, UIEvent&);
 
-void tell(const std::shared_ptr<UITouch>& touch, UITouchPhase phase, TouchMessage message) {
+void send(const std::shared_ptr<UITouch>& touch, UITouchPhase phase, TouchMessage message) {
     touch->setPhase(phase);
     if (const auto view = touch->view()) {
         UIEvent event({touch});
@@ -51,7 +51,7 @@ TouchTracking::TouchTracking(UIWindow& window, const FingerReport& report)
 
 void TouchTracking::begin() {
     stopMotions();
-    tell(m_touch, UITouchPhase::began, &UIView::touchesBegan);
+    send(m_touch, UITouchPhase::began, &UIView::touchesBegan);
 }
 
 // Null also for a drag that the view itself has given up.
@@ -79,7 +79,7 @@ void TouchTracking::resumeStopped(double time) {
 
 void TouchTracking::move(const FingerReport& report) {
     m_touch->moveTo(report.location, report.time);
-    tell(m_touch, UITouchPhase::moved, &UIView::touchesMoved);
+    send(m_touch, UITouchPhase::moved, &UIView::touchesMoved);
     if (!m_hasEnded) {
         follow(report);
     }
@@ -112,7 +112,7 @@ void TouchTracking::lift(const FingerReport& report) {
     m_hasEnded = true;
     m_path.add(report.location, report.time);
     m_touch->moveTo(report.location, report.time);
-    tell(m_touch, UITouchPhase::ended, &UIView::touchesEnded);
+    send(m_touch, UITouchPhase::ended, &UIView::touchesEnded);
     if (const auto view = dragged()) {
         view->endDrag(m_path.velocity(), report.time);
     }
@@ -122,14 +122,14 @@ void TouchTracking::lift(const FingerReport& report) {
 void TouchTracking::cancel(double time) {
     m_hasEnded = true;
     m_touch->moveTo(location(), time);
-    tell(m_touch, UITouchPhase::cancelled, &UIView::touchesCancelled);
+    send(m_touch, UITouchPhase::cancelled, &UIView::touchesCancelled);
     if (const auto view = dragged()) {
         view->cancelDrag(time);
     }
     resumeStopped(time);
 }
 
-void TouchTracking::letGoBelow(const UIView& view) {
+void TouchTracking::stopScrollingBelow(const UIView& view) {
     const auto isBelow = [&view](const auto& candidate) {
         return candidate->isDescendantOfView(view);
     };

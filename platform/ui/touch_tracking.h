@@ -1,5 +1,5 @@
-// One finger, from the moment it comes down to the moment it lifts: whom its touch is told to, and
-// which scroll view follows it.
+// One finger, from the moment it comes down to the moment it lifts: the view that gets its touch,
+// and the scroll view that follows it.
 #pragma once
 
 #include <cstdint>
@@ -28,7 +28,7 @@ public:
     void lift(const FingerReport& report);
     void cancel(double time);
     // The finger goes on without the scroll views at and below that view.
-    void letGoBelow(const UIView& view);
+    void stopScrollingBelow(const UIView& view);
 
 private:
     void stopMotions();

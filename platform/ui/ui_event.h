@@ -1,4 +1,4 @@
-// What is told of touches at one moment.
+// The touches that one message reports.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// A picture, fitted into a rectangle.
+// A picture that is scaled into a rectangle.
 #pragma once
 
 #include <memory>

@@ -10,7 +10,7 @@
 
 namespace quorvel::platform {
 
-// Takes no touches until told to.
+// User interaction is off at first.
 class UILabel : public UIView {
 public:
     explicit UILabel(const CGRect& frame = {});

@@ -11,7 +11,7 @@ namespace {
 
 ScrollRange scrollRange(CGFloat contentLength, CGFloat viewLength) {
     const CGFloat hidden = contentLength - viewLength;
-    return {0, hidden > 0 ? hidden : 0}; // also for what is no number
+    return {0, hidden > 0 ? hidden : 0}; // also for NaN
 }
 
 // The least movement that shows the span from `low` to `high`.
@@ -131,8 +131,8 @@ CGPoint UIScrollView::contentVelocity(const CGPoint& fingerVelocity) const {
     return velocity;
 }
 
-// The delegate hears of the end before the motion begins; if it moves the content or begins another
-// drag meanwhile, that counts.
+// The delegate gets the end of the drag before the motion begins. A drag or motion that it begins
+// meanwhile goes on instead; if it moves the content, the motion starts without velocity.
 void UIScrollView::endDrag(const CGPoint& fingerVelocity, double time) {
     const CGPoint offset = contentOffset();
     const CGPoint velocity = contentVelocity(fingerVelocity);
@@ -159,7 +159,7 @@ bool UIScrollView::dragTo(const CGPoint& offset, double time) {
         (offset.y != from.y && !canMoveVertically())) {
         return false;
     }
-    const auto keptAlive = shared_from_this();
+    const auto retained = shared_from_this();
     beginDrag();
     if (m_isDragging) {
         moveContentTo(offset);

@@ -22,11 +22,11 @@ public:
     virtual void scrollViewDidEndDragging(UIScrollView*, bool willDecelerate) {
         static_cast<void>(willDecelerate);
     }
-    // The motion has come to its end by itself; a finger or a new offset ends it without a word.
+    // The motion has ended by itself. A finger or a new offset ends it without this message.
     virtual void scrollViewDidEndDecelerating(UIScrollView*) {}
 };
 
-// Clips its content. Any message to its delegate may change, remove or let go of the view.
+// Clips its content. Any message to its delegate may change, remove or release the view.
 class UIScrollView : public UIView {
 public:
     explicit UIScrollView(const CGRect& frame = {});
@@ -57,15 +57,15 @@ public:
     bool canMoveHorizontally() const;
     bool canMoveVertically() const;
     bool isDragging() const { return m_isDragging; }
-    // It moves by itself: deceleration or spring-back.
+    // The content moves by itself: deceleration or spring-back.
     bool isDecelerating() const { return m_motion.has_value(); }
 
     // As if a finger had dragged the content to that offset and lifted there at rest: the delegate
-    // hears of the beginning and the end, then the content springs back. Nothing happens, and the
+    // gets both messages of a drag, then the content springs back. Nothing happens, and the
     // answer is false, where a finger could not have done it. `time`: seconds of the frame clock.
     bool dragTo(const CGPoint& offset, double time);
-    // Ends a drag and a motion with the content inside its edges at once; the delegate hears
-    // nothing of it.
+    // Ends a drag and a motion at once, with the content inside its edges and without a message to
+    // the delegate.
     void settle();
 
     // Not owned; nothing is sent to a delegate that is gone.

@@ -1,4 +1,4 @@
-// Rows are kept as running sums of their heights, so that the visible ones are found by bisection.
+// Rows are stored as running sums of their heights, so that bisection finds the visible ones.
 #include "platform/ui/ui_table_view.h"
 
 #include <algorithm>
@@ -91,14 +91,14 @@ void UITableView::reloadData() {
         return;
     }
     setNeedsLayout();
-    if (m_asking) { // from within an answer: what it is part of is finished first
+    if (m_asking) { // called from within an answer: the running call ends first
         m_needsReload = true;
         return;
     }
     m_needsReload = false;
     m_rows = askForRows(*source);
     for (const auto& [row, cell] : std::exchange(m_cells, {})) {
-        takeBackCell(cell);
+        recycleCell(cell);
     }
     setContentSize({bounds().size.width, m_rows.totalHeight()});
     keepOffsetInside();
@@ -212,8 +212,8 @@ std::optional<NSIndexPath> UITableView::indexPathForCell(const UITableViewCell& 
                                   : std::optional<NSIndexPath>(indexPathOfRow(found->first));
 }
 
-// The rows that stand between the first and the last one seen; those of no height among them are
-// not seen.
+// The rows from the first visible one to the last; rows of no height between them belong to the
+// range.
 UITableView::RowRange UITableView::rowsInBounds() const {
     const CGFloat top = CGRectGetMinY(bounds());
     const CGFloat bottom = CGRectGetMaxY(bounds());
@@ -245,7 +245,7 @@ void UITableView::layoutSubviews() {
 
 void UITableView::layoutRows() {
     const RowRange range = rowsInBounds();
-    takeBackCellsOutside(range);
+    recycleCellsOutside(range);
     if (makeMissingCells(range)) {
         removeUnusedCells();
         placeCells();
@@ -255,24 +255,24 @@ void UITableView::layoutRows() {
 }
 
 // A pulled row must neither act for the event that the cell shows next nor carry its offset there.
-void UITableView::takeBackCell(const Cell& cell) {
+void UITableView::recycleCell(const Cell& cell) {
     if (UIWindow* top = window()) {
-        top->letGoBelow(*cell);
+        top->stopScrollingBelow(*cell);
     }
     settleScrollViewsBelow(*cell);
-    m_takenBack.push_back(cell);
+    m_recycled.push_back(cell);
     if (const auto& identifier = cell->reuseIdentifier()) {
         m_reusable[*identifier].push_back(cell);
     }
 }
 
-void UITableView::takeBackCellsOutside(const RowRange& range) {
+void UITableView::recycleCellsOutside(const RowRange& range) {
     for (auto entry = m_cells.begin(); entry != m_cells.end();) {
         if (entry->first >= range.first && entry->first < range.end) {
             ++entry;
             continue;
         }
-        takeBackCell(entry->second);
+        recycleCell(entry->second);
         entry = m_cells.erase(entry);
     }
 }
@@ -328,7 +328,7 @@ void UITableView::placeCells() {
 }
 
 void UITableView::removeUnusedCells() {
-    for (const auto& cell : std::exchange(m_takenBack, {})) {
+    for (const auto& cell : std::exchange(m_recycled, {})) {
         if (cell->superview() == this && !indexPathForCell(*cell)) {
             cell->removeFromSuperview();
         }

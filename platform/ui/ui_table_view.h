@@ -45,7 +45,7 @@ public:
     std::string_view className() const override { return "UITableView"; }
     UITableViewStyle style() const { return m_style; }
 
-    // Neither is owned; a table whose data source is gone keeps what it shows and asks nobody.
+    // Neither is owned. A table whose data source is gone stays as it is and asks nothing.
     // After a change of either the next layout reloads.
     void setDataSource(std::weak_ptr<UITableViewDataSource> dataSource);
     std::shared_ptr<UITableViewDataSource> dataSource() const { return m_dataSource.lock(); }
@@ -108,8 +108,8 @@ private:
 
     void layoutRows();
     void keepOffsetInside();
-    void takeBackCell(const Cell& cell);
-    void takeBackCellsOutside(const RowRange& range);
+    void recycleCell(const Cell& cell);
+    void recycleCellsOutside(const RowRange& range);
     bool makeMissingCells(const RowRange& range);
     void forgetCell(const Cell& cell);
     void placeCells();
@@ -127,10 +127,10 @@ private:
     Rows m_rows;
     std::map<std::size_t, Cell> m_cells;                             // by row: those in use
     std::map<std::string, std::deque<Cell>, std::less<>> m_reusable; // by identifier
-    std::vector<Cell> m_takenBack; // since the last layout; they may still be subviews
+    std::vector<Cell> m_recycled; // since the last layout; they may still be subviews
     CGFloat m_laidOutHeight = 0;
     bool m_needsReload = true;
-    bool m_asking = false; // the data source or the delegate is at work
+    bool m_asking = false; // the data source or the delegate is being asked
 };
 
 } // namespace quorvel::platform

@@ -33,7 +33,7 @@ public:
     // Gives the content view the cell's size, less the separator.
     void layoutSubviews() override;
 
-    // The table tells it. The cell paints the line, so that its own background cannot hide it.
+    // Set by the table. The cell paints the line, so that its own background cannot hide it.
     const std::optional<UITableViewCellSeparator>& separator() const { return m_separator; }
     void setSeparator(const std::optional<UITableViewCellSeparator>& separator);
 

@@ -14,7 +14,7 @@ class UIWindow;
 
 enum class UITouchPhase { began = 0, moved = 1, stationary = 2, ended = 3, cancelled = 4 };
 
-// Everything that a touch consists of.
+// All data of a touch.
 struct UITouchFields {
     int tapCount = 0;
     CGPoint locationInWindow; // points, in the window's coordinates
@@ -23,7 +23,7 @@ struct UITouchFields {
     std::weak_ptr<UIWindow> window; // may be gone
     UITouchPhase phase = UITouchPhase::began;
     unsigned touchFlags = 0;
-    double timestamp = 0; // seconds, on the clock of whoever made the touch
+    double timestamp = 0; // seconds, on the clock of the maker of the touch
 };
 
 class UITouch {
@@ -42,7 +42,7 @@ public:
     CGPoint locationInView(const UIView* view) const;
     CGPoint previousLocationInView(const UIView* view) const;
 
-    // The finger has been reported somewhere else.
+    // The host has reported the finger at another place.
     void moveTo(const CGPoint& locationInWindow, double timestamp);
 
     const UITouchFields& fields() const { return m_fields; }

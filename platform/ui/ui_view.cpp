@@ -108,7 +108,8 @@ UIView::UIView(const CGRect& frame)
     : m_origin(frame.origin)
     , m_bounds{{}, frame.size} {}
 
-// A subview that goes may still be told to leave its superview: none keeps one that has let it go.
+// A subview outlives this view where someone else owns it: it must not refer to a superview that is
+// gone.
 UIView::~UIView() {
     std::vector<std::shared_ptr<UIView>> orphans;
     const auto takeSubviews = [&orphans](UIView& view) {
@@ -189,12 +190,12 @@ void UIView::addSubview(const std::shared_ptr<UIView>& view) {
 }
 
 void UIView::insertSubview(const std::shared_ptr<UIView>& view, std::size_t index) {
-    // A view without subviews is nobody's superview, so the climb is seldom needed.
+    // A view without subviews has no descendants, so the climb is seldom needed.
     if (!view || view.get() == this || (!view->m_subviews.empty() && isDescendantOfView(*view))) {
         return;
     }
-    // The argument may stand in a list that is changed below.
-    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it keeps the view alive
+    // The argument may refer to an entry of a list that changes below.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the copy owns the view
     const std::shared_ptr<UIView> added = view;
     UIWindow* oldWindow = added->window();
     if (added->m_superview != nullptr) {
@@ -206,7 +207,7 @@ void UIView::insertSubview(const std::shared_ptr<UIView>& view, std::size_t inde
     if (window() != oldWindow) {
         added->setNeedsLayoutThroughout();
         if (oldWindow != nullptr) {
-            oldWindow->letGoBelow(*added);
+            oldWindow->stopScrollingBelow(*added);
         }
     }
     setNeedsLayout();
@@ -217,9 +218,9 @@ void UIView::removeFromSuperview() {
         return;
     }
     UIWindow* oldWindow = window();
-    const std::shared_ptr<UIView> keptAlive = detach();
+    const std::shared_ptr<UIView> retained = detach();
     if (oldWindow != nullptr) {
-        oldWindow->letGoBelow(*this);
+        oldWindow->stopScrollingBelow(*this);
     }
 }
 
@@ -246,13 +247,13 @@ bool UIView::isDescendantOfView(const UIView& view) const {
 void UIView::setHidden(bool hidden) {
     m_hidden = hidden;
     if (UIWindow* top = hidden ? window() : nullptr) {
-        top->letGoBelow(*this);
+        top->stopScrollingBelow(*this);
     }
 }
 
 void UIView::setNeedsLayout() {
     m_needsLayout = true;
-    // Above a view that tells of a due layout all others tell of it too.
+    // Where a view holds a due layout, all views above it do already.
     for (UIView* view = this; view != nullptr && !view->m_holdsDueLayout;
          view = view->m_superview) {
         view->m_holdsDueLayout = true;
@@ -274,7 +275,7 @@ void UIView::setNeedsLayoutThroughout() {
 }
 
 void UIView::layoutIfNeeded() {
-    const std::shared_ptr<UIView> keptAlive = weak_from_this().lock();
+    const std::shared_ptr<UIView> retained = weak_from_this().lock();
     for (int pass = 0; pass < mostLayoutPasses && m_holdsDueLayout; ++pass) {
         layoutDueViews();
     }
@@ -364,31 +365,31 @@ bool UIView::canBeTouched() const {
     return view == nullptr;
 }
 
-// A view may leave its tree while it is told of a touch.
-std::shared_ptr<UIView> UIView::keptSuperview() const {
+// A touch message may take the view out of its tree.
+std::shared_ptr<UIView> UIView::retainedSuperview() const {
     return m_superview != nullptr ? m_superview->weak_from_this().lock() : nullptr;
 }
 
 void UIView::touchesBegan(const UITouchSet& touches, UIEvent& event) {
-    if (const auto above = keptSuperview()) {
+    if (const auto above = retainedSuperview()) {
         above->touchesBegan(touches, event);
     }
 }
 
 void UIView::touchesMoved(const UITouchSet& touches, UIEvent& event) {
-    if (const auto above = keptSuperview()) {
+    if (const auto above = retainedSuperview()) {
         above->touchesMoved(touches, event);
     }
 }
 
 void UIView::touchesEnded(const UITouchSet& touches, UIEvent& event) {
-    if (const auto above = keptSuperview()) {
+    if (const auto above = retainedSuperview()) {
         above->touchesEnded(touches, event);
     }
 }
 
 void UIView::touchesCancelled(const UITouchSet& touches, UIEvent& event) {
-    if (const auto above = keptSuperview()) {
+    if (const auto above = retainedSuperview()) {
         above->touchesCancelled(touches, event);
     }
 }

@@ -40,11 +40,11 @@ public:
 
     virtual std::string_view className() const { return "UIView"; }
 
-    // In the superview's coordinates. A negative size is kept as it is.
+    // In the superview's coordinates. A negative size is allowed.
     CGRect frame() const;
     void setFrame(const CGRect& frame);
-    // In the view's own coordinates; a scrolled view's origin is its offset. A new size keeps the
-    // frame's centre.
+    // In the view's own coordinates; a scrolled view's origin is its offset. A new size leaves
+    // the frame's centre unchanged.
     const CGRect& bounds() const { return m_bounds; }
     void setBounds(const CGRect& bounds);
 
@@ -58,8 +58,8 @@ public:
     void addSubview(const std::shared_ptr<UIView>& view);
     // `index`: its place among the subviews afterwards; the front where that is too large.
     void insertSubview(const std::shared_ptr<UIView>& view, std::size_t index);
-    // Where a view leaves its window, drags and motions at and below it end at once, untold, with
-    // the content inside its edges.
+    // Where a view leaves its window, drags and motions at and below it end at once, with the
+    // content inside its edges and without a message.
     void removeFromSuperview();
     bool isDescendantOfView(const UIView& view) const; // a view descends from itself
 
@@ -70,7 +70,7 @@ public:
     unsigned autoresizingMask() const { return m_autoresizingMask; }
     void setAutoresizingMask(unsigned mask) { m_autoresizingMask = mask; }
     bool isHidden() const { return m_hidden; }
-    // What is dragged or moves at or below a view that is hidden ends, as if it left the window.
+    // Hiding a view ends drags and motions at and below it, as if it left the window.
     void setHidden(bool hidden);
     bool isUserInteractionEnabled() const { return m_userInteractionEnabled; }
     void setUserInteractionEnabled(bool enabled) { m_userInteractionEnabled = enabled; }
@@ -114,7 +114,7 @@ private:
     void layoutDueViews();
     void layoutOwnIfDue();
     bool takesTouches() const;
-    std::shared_ptr<UIView> keptSuperview() const;
+    std::shared_ptr<UIView> retainedSuperview() const;
     CGPoint fromSuperview(const CGPoint& point) const;
     CGPoint originInTree() const;
     bool isPainted(const std::optional<CGRect>& clip) const;

@@ -15,7 +15,7 @@ UIWindow::UIWindow(const CGRect& frame, const Screen& screen)
 
 // Views that outlive their window are not left half pulled.
 UIWindow::~UIWindow() {
-    letGoBelow(*this);
+    stopScrollingBelow(*this);
 }
 
 double UIWindow::orderedFingerTime(double time) {
@@ -30,7 +30,7 @@ void UIWindow::sendFinger(const FingerReport& report) {
         !std::isfinite(report.time)) {
         return;
     }
-    const auto keptAlive = shared_from_this();
+    const auto retained = shared_from_this();
     FingerReport ordered = report;
     ordered.time = orderedFingerTime(report.time);
     const std::shared_ptr<TouchTracking> tracking = m_tracking;
@@ -67,7 +67,7 @@ void UIWindow::beginTracking(const FingerReport& report) {
     }
 }
 
-// The finger is still down while its last way is told, which may make someone cancel it.
+// Reports the last way while the finger is still down, as the receiver may cancel the touch.
 void UIWindow::liftFinger(const std::shared_ptr<TouchTracking>& tracking,
                           const FingerReport& report) {
     if (report.location != tracking->location()) {
@@ -81,7 +81,7 @@ void UIWindow::liftFinger(const std::shared_ptr<TouchTracking>& tracking,
 
 void UIWindow::cancelFinger(double time) {
     if (const auto tracking = std::exchange(m_tracking, nullptr)) {
-        const auto keptAlive = shared_from_this();
+        const auto retained = shared_from_this();
         tracking->cancel(orderedFingerTime(time));
     }
 }
@@ -94,22 +94,22 @@ std::shared_ptr<UIScrollView> UIWindow::draggedScrollView() const {
     return m_tracking ? m_tracking->dragged() : nullptr;
 }
 
-void UIWindow::letGoBelow(const UIView& view) {
+void UIWindow::stopScrollingBelow(const UIView& view) {
     if (m_tracking) {
-        m_tracking->letGoBelow(view);
+        m_tracking->stopScrollingBelow(view);
     }
-    const auto letGo =
+    const auto stopped =
         std::stable_partition(m_active.begin(), m_active.end(), [&view](const auto& active) {
             const auto scrollView = active.lock();
             return scrollView && !scrollView->isDescendantOfView(view);
         });
-    std::for_each(letGo, m_active.end(), [](const auto& active) {
+    std::for_each(stopped, m_active.end(), [](const auto& active) {
         const auto scrollView = active.lock();
         if (scrollView && (scrollView->isDragging() || scrollView->isDecelerating())) {
             scrollView->settle();
         }
     });
-    m_active.erase(letGo, m_active.end());
+    m_active.erase(stopped, m_active.end());
 }
 
 void UIWindow::addActive(const std::shared_ptr<UIScrollView>& view) {
@@ -122,7 +122,7 @@ void UIWindow::addActive(const std::shared_ptr<UIScrollView>& view) {
 }
 
 bool UIWindow::advance(double time) {
-    const auto keptAlive = shared_from_this();
+    const auto retained = shared_from_this();
     if (std::isfinite(time)) {
         const double now = m_frameTime = std::max(time, m_frameTime);
         const auto active = m_active; // each message may change the list

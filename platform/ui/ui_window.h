@@ -1,4 +1,4 @@
-// The top of a view tree, on a screen: where the host's input comes in and its frames are counted.
+// The top of a view tree on a screen. It takes the host's input and frame times.
 #pragma once
 
 #include <cstdint>
@@ -14,10 +14,10 @@ class Screen;
 class TouchTracking;
 class UIScrollView;
 
-// What the host tells of a finger. Times are seconds on the host's frame clock, the same that
+// The host's report of a finger. Times are seconds on the host's frame clock, the same that
 // advance() is given; they never run backwards.
 struct FingerReport {
-    std::int64_t finger = 0; // tells fingers apart
+    std::int64_t finger = 0; // identifies the finger
     UITouchPhase phase = UITouchPhase::began;
     CGPoint location; // points, in the window's coordinates
     double time = 0;
@@ -42,15 +42,15 @@ public:
     // The scroll view that the finger drags; null where it drags none.
     std::shared_ptr<UIScrollView> draggedScrollView() const;
 
-    // Moves what is in motion to where it is at that time; the motion does not depend on how often
+    // Moves every moving scroll view to its place at that time, which does not depend on how often
     // this is called. True while something goes on moving. A time that is no number moves nothing.
     bool advance(double time);
     bool isMoving() const;
 
     // The view has left the window or shows something else from now on: drags and motions at and
     // below it end at once with the content inside its edges, the finger goes on without them, and
-    // their delegates hear nothing.
-    void letGoBelow(const UIView& view);
+    // their delegates get no message.
+    void stopScrollingBelow(const UIView& view);
 
 private:
     friend class UIScrollView;
@@ -64,7 +64,7 @@ private:
     double m_fingerTime = 0;
     double m_frameTime = 0;
     std::shared_ptr<TouchTracking> m_tracking;         // null while no finger is down
-    std::vector<std::weak_ptr<UIScrollView>> m_active; // what is dragged or moves, and once did
+    std::vector<std::weak_ptr<UIScrollView>> m_active; // dragged or moving now, or earlier
 };
 
 } // namespace quorvel::platform

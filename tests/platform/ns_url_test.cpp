@@ -9,7 +9,7 @@ bool isLink(std::string_view text) {
     return NSURL::URLWithString(text).has_value();
 }
 
-TEST(NSURLTest, KeepsTheTextAsItIs) {
+TEST(NSURLTest, LeavesTheTextUnchanged) {
     const std::string text = "foo://AB/CD?o=1.0#x";
     ASSERT_TRUE(NSURL::URLWithString(text));
     EXPECT_EQ(NSURL::URLWithString(text)->absoluteString(), text);

@@ -145,7 +145,7 @@ TEST(PropertyListTest, BoolValueOfNumbersIsWhetherTheyAreZero) {
     EXPECT_FALSE(boolValue({false}));
 }
 
-TEST(PropertyListTest, IntegersAboveTheSignedRangeAreLargeFloatsAndKeepTheirLowBits) {
+TEST(PropertyListTest, IntegersAboveTheSignedRangeAreLargeFloatsAndGiveTheirLowBits) {
     const PropertyListValue largest{std::numeric_limits<std::uint64_t>::max()};
     EXPECT_EQ(floatValue(largest), 18446744073709551616.0F); // 2 to the 64th is the nearest float
     EXPECT_EQ(floatValue({std::uint64_t{1} << 63U}), 9223372036854775808.0F);

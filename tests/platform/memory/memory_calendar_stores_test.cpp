@@ -78,7 +78,7 @@ TEST(MemoryCalendarStoresTest, RecordsWhatIsAsked) {
     EXPECT_EQ(store->calendars(), (EKCalendars{work, nullptr}));
 }
 
-TEST(MemoryCalendarStoresTest, AStoreKeepsWhatItWasMadeWith) {
+TEST(MemoryCalendarStoresTest, AStoreHasTheListsOfItsMaking) {
     MemoryCalendarStores stores;
     const auto store = stores.makeEventStore();
     stores.addCalendar("w", "Work");

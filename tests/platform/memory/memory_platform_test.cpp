@@ -30,7 +30,7 @@ TEST(MemoryPlatformTest, HandsOutItsOwnServices) {
     EXPECT_EQ(&platform.homeScreenShell, &memory.homeScreenShell);
 }
 
-TEST(MemoryPlatformTest, KeepsTheLinksThatItWasToOpen) {
+TEST(MemoryPlatformTest, RecordsTheLinks) {
     MemoryApplication application;
     EXPECT_TRUE(application.opened.empty());
     application.openURL(*NSURL::URLWithString("one://a?b=c"));

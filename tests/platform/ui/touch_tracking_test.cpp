@@ -116,7 +116,7 @@ TEST_F(DragTest, IsDecidedOnceForAll) {
     EXPECT_DOUBLE_EQ(list->contentOffset().y, 5);
 }
 
-TEST_F(DragTest, IsNobodysWhereNoneCanMove) {
+TEST_F(DragTest, MovesNothingWhereNoViewCanMove) {
     down(50, 200); // below the row: the list does not move sideways
     move(150, 200);
     EXPECT_EQ(window->draggedScrollView(), nullptr);
@@ -277,7 +277,7 @@ TEST_F(DragTest, EndsWithoutAWordWhereTheSameFingerComesDownAgain) {
     EXPECT_TRUE(window->isFingerDown());
 }
 
-TEST_F(DragTest, KeepsInsideWithoutBounces) {
+TEST_F(DragTest, StaysInsideWithoutBounces) {
     list->setBounces(false);
     down(50, 200);
     move(50, 350);
@@ -406,7 +406,7 @@ TEST_F(DragTest, TheWholeTreeMayGoWithTheWindow) {
     EXPECT_THAT(rowDelegate->ends, IsEmpty());
 }
 
-TEST_F(DragTest, IsToldToNobodyWhereTheDelegateIsGone) {
+TEST_F(DragTest, SendsNothingWhereTheDelegateIsGone) {
     down(50, 30);
     move(300, 30);
     rowDelegate.reset();

@@ -55,7 +55,7 @@ TEST(UIScrollViewTest, TheOffsetIsTheOriginOfTheBounds) {
                                   "fillRect 0 0 20 20", "restoreGState", "restoreGState"}));
 }
 
-TEST(UIScrollViewTest, TellsItsDelegateOfARealChange) {
+TEST(UIScrollViewTest, ReportsARealChangeToItsDelegate) {
     UIScrollView view;
     auto delegate = std::make_shared<CountingDelegate>();
     view.setDelegate(delegate);

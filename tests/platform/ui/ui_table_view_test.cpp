@@ -292,7 +292,7 @@ TEST_F(UITableViewTest, AReloadMovesAnOffsetThatHasBecomeImpossible) {
     EXPECT_EQ(table->contentOffset(), (CGPoint{0, -20}));
 }
 
-TEST_F(UITableViewTest, GrowingKeepsTheEndInPlace) {
+TEST_F(UITableViewTest, GrowingLeavesTheEndInPlace) {
     show(equalRows(4, 50));
     scrollTo(100);
     table->setFrame(CGRectMake(0, 0, 320, 150));
@@ -330,7 +330,7 @@ TEST_F(UITableViewTest, WithoutDelegateRowsHaveTheTablesHeight) {
     EXPECT_EQ(table->rowHeights(), (std::vector<CGFloat>{30, 30}));
 }
 
-TEST_F(UITableViewTest, ATableWhoseDataSourceIsGoneKeepsWhatItShows) {
+TEST_F(UITableViewTest, ATableWhoseDataSourceIsGoneStaysAsItIs) {
     show(equalRows(4, 50));
     rows.reset();
     table->reloadData();

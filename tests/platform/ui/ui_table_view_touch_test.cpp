@@ -107,7 +107,7 @@ TEST_F(TouchedTableTest, ARowThatIsScrolledAwayTakesNoPullAlong) {
 }
 
 // A delegate that lays the table out anew would otherwise do so in the midst of its rows.
-TEST_F(TouchedTableTest, TellsNobodyOfThePullsThatItTakesFromItsRows) {
+TEST_F(TouchedTableTest, EndsThePullsOfRecycledRowsWithoutAMessage) {
     pullAllVisibleRows();
     int told = 0;
     source->atScroll = [&] {

@@ -143,7 +143,7 @@ TEST_F(UITouchTest, PassesOverViewsThatTakeNone) {
     EXPECT_EQ(below->touch->view(), below);
 }
 
-TEST_F(UITouchTest, IsToldToNobodyWhereNothingIsHit) {
+TEST_F(UITouchTest, IsSentToNoViewWhereNothingIsHit) {
     const auto view = addTouchedView(*window, CGRectMake(0, 0, 320, 400));
     down(5, 401);
     EXPECT_TRUE(window->isFingerDown());
@@ -165,7 +165,7 @@ TEST_F(UITouchTest, GoesOnWhileAScrollViewMovesWithIt) {
                                             std::pair("ended", UITouchPhase::ended)));
 }
 
-TEST_F(UITouchTest, TellsItsViewThatItIsCancelled) {
+TEST_F(UITouchTest, ReportsItsCancellationToItsView) {
     const auto view = addTouchedView(*window, CGRectMake(0, 0, 320, 400));
     down(5, 5);
     send(UITouchPhase::cancelled, 5, 5, 1);
@@ -186,7 +186,7 @@ TEST_F(UITouchTest, OfTheSameFingerDownAgainIsAnotherOne) {
                                             std::pair("began", UITouchPhase::began)));
 }
 
-TEST_F(UITouchTest, OfASecondFingerIsToldToNobody) {
+TEST_F(UITouchTest, OfASecondFingerIsIgnored) {
     const auto view = addTouchedView(*window, CGRectMake(0, 0, 320, 400));
     const auto sendSecond = [&](UITouchPhase phase) { send(phase, 100, 100, 1, 2); };
     sendSecond(UITouchPhase::moved); // never came down
@@ -243,7 +243,7 @@ public:
     }
 };
 
-TEST_F(UITouchTest, AViewMayCancelTheFingerThatItIsToldOf) {
+TEST_F(UITouchTest, AViewMayCancelItsFinger) {
     const auto view = std::make_shared<ActingView>(CGRectMake(0, 0, 320, 60));
     row->addSubview(view);
     const auto expectNoDrag = [&] {
@@ -295,7 +295,7 @@ TEST_F(UITouchTest, AFingerThatHasLiftedCannotBeCancelledAnyMore) {
     EXPECT_EQ(rowDelegate->ends.size(), 1U);
 }
 
-TEST_F(UITouchTest, AViewMayGoWithAllAboveWhileItIsTold) {
+TEST_F(UITouchTest, AViewMayGoWithAllAboveDuringAMessage) {
     auto outer = std::make_shared<ActingView>(CGRectMake(0, 0, 320, 400));
     const auto inner = addTouchedView(*outer, CGRectMake(0, 0, 320, 400));
     window->addSubview(outer);
@@ -312,7 +312,7 @@ TEST_F(UITouchTest, AViewMayGoWithAllAboveWhileItIsTold) {
     EXPECT_EQ(inner->messages.size(), 3U);
 }
 
-TEST_F(UITouchTest, TheWindowMayGoWhileAViewIsTold) {
+TEST_F(UITouchTest, TheWindowMayGoDuringAMessage) {
     const auto view = std::make_shared<ActingView>(CGRectMake(0, 0, 320, 60));
     row->addSubview(view);
     down(50, 30);

@@ -62,7 +62,7 @@ TEST(UIViewTest, FrameAndBoundsShareTheirSize) {
     EXPECT_EQ(view->bounds(), CGRectMake(0, 0, -3, 4));
 }
 
-TEST(UIViewTest, NewBoundsKeepTheCentre) {
+TEST(UIViewTest, NewBoundsLeaveTheCentre) {
     const auto view = makeView(10, 20, 30, 40);
     view->setBounds(CGRectMake(5, 6, 10, 50));
     EXPECT_EQ(view->frame(), CGRectMake(20, 15, 10, 50));
@@ -83,7 +83,7 @@ TEST(UIViewTest, StartsAsThePlatformDoes) {
     EXPECT_EQ(view.superview(), nullptr);
 }
 
-TEST(UIViewTest, KeepsSubviewsInOrder) {
+TEST(UIViewTest, StoresSubviewsInOrder) {
     const auto top = makeView(0, 0, 1, 1);
     const auto a = makeView(0, 0, 1, 1);
     const auto b = makeView(0, 0, 1, 1);
