@@ -28,7 +28,7 @@ struct RawNumbers {
     std::string foundationVersion;
 };
 
-// Every option is known before and after the command; which commands take it is looked at later.
+// Every option is known before and after the command; a later check decides which commands take it.
 void declareOptions(CLI::App& app, CommandLine& line, RawNumbers& numbers, std::string& command) {
     const auto addValue = [&app](const std::string& names, auto& value) {
         app.add_option(names, value)->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);

@@ -40,7 +40,7 @@ struct CommandLine {
     std::vector<std::string> steps;        // inspect
 };
 
-// Options may stand before and after the command. Throws headless::UsageError.
+// Options may precede and follow the command. Throws headless::UsageError.
 CommandLine parseCommandLine(int argc, const char* const* argv);
 
 } // namespace quorvel::app

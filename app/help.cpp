@@ -36,7 +36,7 @@ constexpr std::array<CommandText, 5> commandTexts{{
     {Command::show, "show", "quorvel show [--background COLOR] [--decorated] [OPTION]...",
      "open the widget in a window",
      "Opens the widget in a window, which is always up to date. A row that is pulled to\n"
-     "the right and let go opens its event; rows below the edge are reached by scrolling;\n"
+     "the right and released opens its event; rows below the edge are reached by scrolling;\n"
      "where no row is, the window can be moved.\n"
      "\n"
      "Keys:\n"
@@ -57,16 +57,16 @@ constexpr std::array<CommandText, 5> commandTexts{{
      "  size               ask for the preferred size\n"
      "  layout:W,H         give the view that size, in points, and lay it out\n"
      "  scroll:Y           set the list's vertical offset, in points\n"
-     "  pull:ROW:DX        pull that row (from 0) DX points to the right and let go\n"
+     "  pull:ROW:DX        pull that row (from 0) DX points to the right and release\n"
      "  drag:X,Y:DX,DY     a finger comes down at X,Y of the view, moves, rests and lifts\n"
      "  tap:X,Y            a finger comes down there and lifts; a controller for older\n"
-     "                     hosts is told of the tap instead\n"
+     "                     hosts gets the place of the tap instead\n"
      "  full-view          controllers for older hosts: load the full view\n"
      "  placeholder        controllers for older hosts: load the placeholder\n"
-     "  unload             controllers for older hosts: let the view go\n"
+     "  unload             controllers for older hosts: release the view\n"
      "  preferences:DIR    the preferences folder is DIR from here on\n"
      "  calendars:SOURCE   the calendars are SOURCE from here on\n"
-     "  now:INSTANT        the clock stands there from here on\n"},
+     "  now:INSTANT        the clock shows that instant from here on\n"},
 }};
 
 struct CommandOption {
@@ -188,7 +188,7 @@ std::string programHelp() {
         text += line + std::string(command.summary) + '\n';
     }
     text += "\nOptions of all commands, before or after the command:\n" + commonOptionsHelp();
-    text += "\n'quorvel COMMAND --help' tells more about a command.\n";
+    text += "\n'quorvel COMMAND --help' describes a command.\n";
     return text + std::string(exitStatusHelp);
 }
 

@@ -1,4 +1,4 @@
-// What the program says to its user: its output, and what went wrong.
+// Writes the program's output and its error messages.
 #pragma once
 
 #include <string_view>

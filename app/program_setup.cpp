@@ -157,7 +157,7 @@ std::string userPreferencesFolder() {
     return (userFolder("XDG_CONFIG_HOME", ".config") / "Preferences").string();
 }
 
-// Empty: none is kept.
+// Empty: no index is stored.
 std::string indexFolderOf(const CommandLine& line) {
     const std::filesystem::path folder = userFolder("XDG_CACHE_HOME", ".cache");
     return line.noCache || !folder.is_absolute() ? std::string() : folder.string();
@@ -230,7 +230,7 @@ void checkOutputName(const CommandLine& line) {
     }
 }
 
-// Whoever wants no long wait at first wants none later.
+// A shorter first wait also shortens the default of the later ones.
 freedesktop::DataServerWaits dataServerWaitsOf(const CommandLine& line) {
     freedesktop::DataServerWaits waits;
     waits.first = line.calendarWait.value_or(waits.first);

@@ -1,10 +1,10 @@
 # Puts the table of settings into the manual page: reads the table (tab-separated, first line the
-# names of its columns), then the page, whose line "@SETTINGS@" stands for it.
+# names of its columns), then the page, in which it replaces the line "@SETTINGS@".
 
 BEGIN { FS = "\t" }
 
-# As roff wants it: what is typed as a backslash or a hyphen comes out as one, and a line cannot be
-# taken for a request.
+# Escapes a text for roff: a backslash or a hyphen is printed as typed, and no line is read as a
+# request.
 function roff(text) {
     gsub(/\\/, "\\e", text)
     gsub(/-/, "\\-", text)

@@ -54,7 +54,7 @@ AgendaRow rowOfRecord(const KeyValueCoding& record) {
     return row;
 }
 
-// A record stands for the event at its place among those that the store gave, absent ones left out.
+// A record belongs to the event at its place among those of the store, absent ones left out.
 void addCalendars(std::vector<AgendaRow>& rows, const std::optional<RecordedQuery>& query) {
     if (!query) {
         return;

@@ -37,7 +37,7 @@ struct Agenda {
 // Loads the widget at that width (points) and reads its rows, scrolling page by page.
 Agenda readAgenda(WidgetSession& session, platform::CGFloat width);
 
-// A line a row; one line that says so where there is none.
+// A line for each row; where there is none, one line that reports it.
 std::string agendaText(const Agenda& agenda);
 // An array of {"caption", "title", "location", "start", "end", "allDay", "calendar", "url"}; the
 // instants in RFC 3339 with the zone's offset.

@@ -25,7 +25,7 @@ namespace {
 constexpr char deleteCharacter = '\x7F';
 constexpr char leadOfC1 = '\xC2'; // in UTF-8, before 0x80 to 0x9F
 
-// JSON allows DEL and C1 to stand as they are, but a terminal acts upon them. They stand inside
+// JSON allows DEL and C1 unescaped, but a terminal acts upon them. They occur inside
 // strings alone, where an escape means the same.
 std::string withEscapedControls(const std::string& document) {
     std::string escaped;

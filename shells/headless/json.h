@@ -13,10 +13,10 @@
 
 namespace quorvel::headless {
 
-using Json = nlohmann::ordered_json; // members keep the order in which they are added
+using Json = nlohmann::ordered_json; // members stay in the order of their addition
 
 // A whole number without a fraction, others in the shortest form that reads back the same; null
-// for what is no finite number.
+// for a number that is not finite.
 Json numberJson(double number);
 Json sizeJson(platform::CGSize size);
 Json rectJson(const platform::CGRect& rect);

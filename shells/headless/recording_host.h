@@ -1,4 +1,4 @@
-// A widget host that keeps what it is told and does nothing by itself.
+// A widget host that records its messages and does nothing by itself.
 #pragma once
 
 #include <optional>

@@ -1,4 +1,4 @@
-// The way out to the other applications, kept instead of taken: nothing is opened or activated.
+// Records links and applications instead of opening and activating them.
 #pragma once
 
 #include <memory>

@@ -1,4 +1,4 @@
-// A log that passes every line on and keeps a copy of it.
+// A log that passes every line on and stores a copy of it.
 #pragma once
 
 #include <string>

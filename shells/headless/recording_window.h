@@ -1,4 +1,4 @@
-// A window that keeps which messages its touches were sent: those of every touch end up here.
+// A window that records the messages of its touches: every touch message ends here.
 #pragma once
 
 #include <string>

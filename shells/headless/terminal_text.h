@@ -17,7 +17,7 @@ std::string textCutToWidth(std::string_view text, std::size_t columns);
 // One line a row, the cells of a column under each other, two spaces between columns, no spaces at
 // a line's end. A column is as wide as its widest cell, but no wider than `widestColumn`; a cell
 // that is wider pushes the rest of its own line along, and is cut at `widestCell`. A cell may hold
-// any text; terminalLine() says what is printed of it.
+// any text; terminalLine() decides what is printed.
 struct ColumnLimits {
     std::size_t widestColumn = 48;
     std::size_t widestCell = 200;

@@ -10,7 +10,7 @@ class UIView;
 
 namespace quorvel::headless {
 
-// The view and everything below it, back first. Labels are measured as they stand.
+// The view and everything below it, back first. Labels are measured with their current text.
 Json viewJson(const platform::UIView& view, platform::TextMeasurer& textMeasurer);
 
 } // namespace quorvel::headless

@@ -29,11 +29,11 @@ public:
     WidgetSession& operator=(const WidgetSession&) = delete;
 
     // Before anything else. A legacy controller's view waits until it is needed. `width` (points)
-    // is for every view that comes up from here on; without it a view keeps its own.
+    // is for every view that is made from here on; without it a view has its own.
     void load(std::optional<platform::CGFloat> width = std::nullopt);
     // load(), with the rows: a legacy controller's full view too.
     void loadWithRows();
-    // The view stands in a window of its size afterwards; one that is there already stays as it is.
+    // Afterwards the view is in a window of its size. A view that exists already stays unchanged.
     void makeView();
     shells::HostedWidget& widget() { return m_widget; }
 

@@ -1,4 +1,4 @@
-// One controller of a bundle, of either kind, as every shell drives it: its view stands in the
+// One controller of a bundle, of either kind, as every shell drives it. Its view is part of the
 // shell's own tree of views.
 #pragma once
 
@@ -32,7 +32,7 @@ namespace quorvel::shells {
 class HostedWidget {
 public:
     // All arguments outlive the widget, except the name; an empty one is the bundle's principal
-    // class. `container` stands in a window, or is one. Throws freedesktop::UnknownClassError for a
+    // class. `container` is in a window, or is one. Throws freedesktop::UnknownClassError for a
     // class that the bundle does not have.
     HostedWidget(const freedesktop::LoadedBundle& bundle, std::string_view controllerName,
                  const platform::Platform& platform, platform::SBUIWidgetHost& host,
@@ -70,7 +70,7 @@ public:
     // itself delivers the touch. The link that it wants opened; absent: none.
     std::optional<platform::NSURL> launchURLForTapLocation(const platform::CGPoint& point);
 
-    // The row's own scroll view; null where the row is out of sight or does not exist.
+    // The row's own scroll view; null where the row is not visible or does not exist.
     std::shared_ptr<platform::UIScrollView> rowScrollView(std::size_t row) const;
     // Ends a drag of the row with its content `distance` points to the right; a row that is out of
     // the table's sight is brought into it for that. False where the row does not exist or cannot

@@ -1,5 +1,5 @@
-// The rows as words and instants, for those who cannot look: screen readers, and the clock that
-// says when a row changes.
+// The rows as words and instants, for screen readers and for the clock that presents the widget
+// again when a row changes.
 #pragma once
 
 #include <optional>
@@ -17,10 +17,10 @@ struct RowDescription {
     std::optional<platform::NSDate> start;
     std::optional<platform::NSDate> end;
     bool isAllDay = false;
-    bool hasAction = false; // it has a link, and the widget runs an action for a pull
+    bool hasAction = false; // it has a link, and the swipe action has an effect
 };
 
-// One a row, in their order, whether the row is in sight or not.
+// One for each row, in their order, visible or not.
 std::vector<RowDescription> describeRows(HostedWidget& widget);
 
 } // namespace quorvel::shells

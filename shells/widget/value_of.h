@@ -1,4 +1,4 @@
-// Values of the bundle's objects, which a shell knows by their names only.
+// Reads values of the bundle's objects, which a shell knows by their names only.
 #pragma once
 
 #include <optional>

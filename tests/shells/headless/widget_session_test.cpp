@@ -53,7 +53,7 @@ TEST_F(WidgetSessionTest, ALegacyViewWaitsUntilItIsNeeded) {
     EXPECT_EQ(session->widget().view().frame(), CGRectMake(0, 0, 400, 70));
 }
 
-TEST_F(WidgetSessionTest, ALegacyViewKeepsItsWidthUntilItIsGivenOne) {
+TEST_F(WidgetSessionTest, ALegacyViewHasItsOwnWidthUntilItIsGivenOne) {
     const auto session = makeSession(legacyController);
     session->load();
     session->resizeView({300, 70});

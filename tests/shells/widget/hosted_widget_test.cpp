@@ -117,7 +117,7 @@ TEST_F(HostedWidgetTest, AnUnloadedViewIsGoneAndTheNextUseMakesAnother) {
     EXPECT_EQ(widget->items().size(), 2U);
 }
 
-TEST_F(HostedWidgetTest, PresentingReloadsAndTellsTheHost) {
+TEST_F(HostedWidgetTest, PresentingReloadsAndReportsToTheHost) {
     addEvents(1);
     const auto widget = makeWidget(notificationController);
     widget->view();
