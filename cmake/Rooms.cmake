@@ -29,9 +29,11 @@ function(quorvel_room name)
   target_link_libraries(${name} PUBLIC ${room_LINK} PRIVATE ${room_LINK_PRIVATE})
 endfunction()
 
-# quorvel_test(NAME SOURCES file... LINK library...): one test program of a room.
+# quorvel_test(NAME SOURCES file... LINK library... [SLOW]): one test program of a room. It gets the
+# label `unit` unless it is SLOW, so that `ctest -L unit` takes less than a minute. The target
+# `unit_tests` builds all that have it.
 function(quorvel_test name)
-  cmake_parse_arguments(test "" "" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(test "SLOW" "" "SOURCES;LINK" ${ARGN})
   add_executable(${name} ${test_SOURCES})
   quorvel_compile_options(${name})
   # What a test says is compiled twice as fast so, and what it tests is optimised as ever.
@@ -39,6 +41,13 @@ function(quorvel_test name)
   target_link_libraries(${name} PRIVATE ${test_LINK} GTest::gmock GTest::gtest_main)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+  if(NOT test_SLOW)
+    set_property(TEST ${name} APPEND PROPERTY LABELS unit)
+    if(NOT TARGET unit_tests)
+      add_custom_target(unit_tests)
+    endif()
+    add_dependencies(unit_tests ${name})
+  endif()
 endfunction()
 
 # quorvel_uses_threads(TEST...): tests that the thread sanitizer watches as well, each built by the
