@@ -159,10 +159,8 @@ void CalendarFile::setLoaded(const std::string& path, const FileVersion& readVer
     wasRead = true;
     error = 0;
     version = readVersion;
-    loaded = std::make_shared<icalendar::LoadedFile>();
-    loaded->path = path;
-    loaded->version = versionHash(readVersion);
-    loaded->ics = std::move(ics);
+    loaded =
+        std::make_shared<icalendar::LoadedFile>(path, versionHash(readVersion), std::move(ics));
 }
 
 void CalendarFile::leaveOut() {

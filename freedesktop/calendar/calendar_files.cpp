@@ -334,9 +334,8 @@ void CalendarFiles::look(const std::function<bool(std::string_view)>& zoneIsKnow
         m_file = std::make_unique<CalendarFile>();
         m_file->name = m_source.name;
         m_file->wasRead = m_file->isSettled = true;
-        m_file->loaded = std::make_shared<icalendar::LoadedFile>();
-        m_file->loaded->path = m_source.name;
-        m_file->loaded->ics = icalendar::readIcsFile(*m_source.text, zoneIsKnown);
+        m_file->loaded = std::make_shared<icalendar::LoadedFile>(
+            m_source.name, 0, icalendar::readIcsFile(*m_source.text, zoneIsKnown));
     }
 }
 

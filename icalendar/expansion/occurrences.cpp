@@ -43,6 +43,27 @@ std::int64_t overriddenReading(const EventReference& reference) {
     return reference.event->recurrenceId->reading;
 }
 
+const ZoneName& zoneName(const LoadedFile& file, std::size_t index) {
+    const auto& names = file.ics.zoneNames;
+    return index < names.size() ? names[index] : file.cache.listedZones[index - names.size()];
+}
+
+// The counterpart. A name that no parsed time bears is added to the cache.
+std::uint32_t zoneIndex(LoadedFile& file, const ZoneName& name) {
+    const auto& parsed = file.ics.zoneNames;
+    const auto known = std::find(parsed.begin(), parsed.end(), name);
+    if (known != parsed.end()) {
+        return static_cast<std::uint32_t>(known - parsed.begin());
+    }
+    auto& listed = file.cache.listedZones;
+    const auto found = std::find(listed.begin(), listed.end(), name);
+    const auto index = static_cast<std::size_t>(found - listed.begin());
+    if (found == listed.end()) {
+        listed.push_back(name);
+    }
+    return static_cast<std::uint32_t>(parsed.size() + index);
+}
+
 // Of its own calendar, else of another one in the file.
 std::shared_ptr<const TimeZone> definedZone(const std::vector<ZoneDefinition>& definitions,
                                             const ZoneName& name) {
@@ -400,15 +421,17 @@ ZoneClock& Expander::clockOf(LoadedFile& file, const EventTime& time) {
     if (time.kind != TimeKind::zoned) {
         return m_userZone;
     }
-    if (file.zones.size() <= time.zone) {
-        file.zones.resize(file.ics.zoneNames.size());
-        file.zonesAsked.resize(file.ics.zoneNames.size());
+    ExpansionCache& cache = file.cache;
+    if (cache.zones.size() <= time.zone) {
+        const std::size_t count = file.ics.zoneNames.size() + cache.listedZones.size();
+        cache.zones.resize(count);
+        cache.zonesAsked.resize(count);
     }
-    if (!file.zonesAsked[time.zone]) {
-        file.zonesAsked[time.zone] = true;
-        file.zones[time.zone] = findZone(file, file.ics.zoneNames[time.zone], 0);
+    if (!cache.zonesAsked[time.zone]) {
+        cache.zonesAsked[time.zone] = true;
+        cache.zones[time.zone] = findZone(file, zoneName(file, time.zone), 0);
     }
-    const auto& zone = file.zones[time.zone];
+    const auto& zone = cache.zones[time.zone];
     return zone ? *zone : m_userZone;
 }
 
@@ -416,7 +439,7 @@ ZoneClock& Expander::floatingClock(LoadedFile& file, std::uint32_t calendar) {
     if (file.ics.floatingZones.empty()) {
         return m_userZone;
     }
-    const auto [found, isNew] = file.floatingZones.try_emplace(calendar);
+    const auto [found, isNew] = file.cache.floatingZones.try_emplace(calendar);
     const FloatingZone* const zone = isNew ? file.ics.floatingZoneOf(calendar) : nullptr;
     if (zone != nullptr) {
         found->second = findZone(file, zone->name, zone->line);
@@ -729,14 +752,16 @@ std::vector<std::int64_t> Expander::ruleStarts(Series& series, const RuleLine& l
 CountEnd Expander::countEnd(Series& series, const RuleLine& line,
                             const RecurrenceRequest& request) {
     const std::string& zone = clockOf(series.file, series.event.start).zone().identifier();
-    const auto known = series.file.countedRules.find(&line);
-    if (known != series.file.countedRules.end() && known->second.zone == zone) {
+    const auto rule = static_cast<std::size_t>(&line - series.file.ics.rules.data());
+    auto& countedRules = series.file.cache.countedRules;
+    const auto known = countedRules.find(rule);
+    if (known != countedRules.end() && known->second.zone == zone) {
         return known->second.end;
     }
     const CountEnd end = endOfCount(request);
     m_cost.calendar.steps += end.stepsSpent;
     if (end.isCounted || request.budget == standardBudget) {
-        series.file.countedRules[&line] = {zone, end};
+        countedRules[rule] = {zone, end};
     }
     return end;
 }
@@ -749,14 +774,8 @@ EventTime Expander::listedTime(Series& series, const RuleLine& rule, const TimeV
     } else if (value.isUtc) {
         time.kind = TimeKind::utc;
     } else if (const auto zone = zoneParameter(series.file.ics.slice(rule.parameters))) {
-        auto& names = series.file.ics.zoneNames;
-        const ZoneName name{std::string(*zone), series.event.calendar};
-        const auto found = std::find(names.begin(), names.end(), name);
         time.kind = TimeKind::zoned;
-        time.zone = static_cast<std::uint32_t>(found - names.begin());
-        if (found == names.end()) {
-            names.push_back(name);
-        }
+        time.zone = zoneIndex(series.file, {std::string(*zone), series.event.calendar});
     } else if (time.kind == TimeKind::date) {
         time.kind = TimeKind::floating;
         time.zone = series.event.calendar;

@@ -13,28 +13,24 @@
 #include <utility>
 #include <vector>
 
+#include "icalendar/expansion/expansion_cache.h"
 #include "icalendar/model/ics_file.h"
 #include "icalendar/recurrence/recurrence.h"
 #include "icalendar/time/zone_clock.h"
 
 namespace quorvel::icalendar {
 
-// Where a rule's COUNT ends, so that it is counted once only.
-struct CountedRule {
-    std::string zone; // in which the readings were looked at
-    CountEnd end;
-};
-
-// A file's events with what is worked out for them on demand.
+// A parsed file, which stays as it was parsed, with what is worked out for it on demand.
 struct LoadedFile {
+    LoadedFile(std::string filePath, std::uint64_t fileVersion, IcsFile parsed)
+        : path(std::move(filePath))
+        , version(fileVersion)
+        , ics(std::move(parsed)) {}
+
     std::string path;          // for messages
     std::uint64_t version = 0; // another one after each change; 0: it never changes
-    IcsFile ics;
-    std::vector<std::shared_ptr<ZoneClock>> zones; // of zoneNames, as far as they were asked for
-    std::vector<bool> zonesAsked;
-    // By calendar, as far as they were asked for; null: the user's.
-    std::unordered_map<std::uint32_t, std::shared_ptr<ZoneClock>> floatingZones;
-    std::unordered_map<const RuleLine*, CountedRule> countedRules;
+    const IcsFile ics;
+    ExpansionCache cache;
 };
 
 struct EventReference {
