@@ -1,4 +1,5 @@
-// From kept events to occurrences: rules, dates, exceptions and overrides put together.
+// From the events of a file to the occurrences of a window: rules, dates, exceptions and overrides
+// put together (RFC 5545 3.8.5, 3.8.4.4).
 #pragma once
 
 #include <cstddef>
@@ -13,58 +14,14 @@
 #include <utility>
 #include <vector>
 
-#include "icalendar/expansion/expansion_cache.h"
+#include "icalendar/expansion/event_set.h"
+#include "icalendar/expansion/loaded_file.h"
+#include "icalendar/expansion/search_cost.h"
 #include "icalendar/model/ics_file.h"
 #include "icalendar/recurrence/recurrence.h"
 #include "icalendar/time/zone_clock.h"
 
 namespace quorvel::icalendar {
-
-// A parsed file, which stays as it was parsed, with what is worked out for it on demand.
-struct LoadedFile {
-    LoadedFile(std::string filePath, std::uint64_t fileVersion, IcsFile parsed)
-        : path(std::move(filePath))
-        , version(fileVersion)
-        , ics(std::move(parsed)) {}
-
-    std::string path;          // for messages
-    std::uint64_t version = 0; // another one after each change; 0: it never changes
-    const IcsFile ics;
-    ExpansionCache cache;
-};
-
-struct EventReference {
-    LoadedFile* file = nullptr;
-    const IcsEvent* event = nullptr;
-};
-
-// The overrides of one UID, sorted by the reading that they override, and the newest first.
-struct OverrideSet {
-    std::vector<EventReference> all;
-    std::vector<EventReference> future; // those of them that hold for what follows as well
-    bool hasMoreFuture = false;         // than future holds
-    EventReference master;              // the newest version of the whole event; may be absent
-};
-
-// The overrides of a calendar's events, by UID.
-using Overrides = std::unordered_map<std::string_view, OverrideSet>;
-
-// An event of a calendar's files, and the days that it can touch.
-struct EventEntry {
-    std::int32_t firstDay = 0;
-    std::int32_t lastDay = 0;
-    std::uint32_t file = 0;
-    std::uint32_t event = 0; // of the file
-};
-
-// What a calendar's files come to: of several versions of an event the newest, and the overrides.
-// Versions that are equally new stay, unless they begin alike.
-struct EventSet {
-    std::vector<EventEntry> entries; // overrides among them
-    Overrides overrides;
-};
-
-EventSet collectEvents(const std::vector<std::shared_ptr<LoadedFile>>& files);
 
 struct Occurrence {
     const LoadedFile* file = nullptr;
@@ -86,29 +43,6 @@ struct Window {
 bool belongsTo(const Window& window, std::int64_t start, std::int64_t end);
 
 using ReportExpansion = std::function<void(LoadedFile& file, std::size_t line, std::string what)>;
-
-// What one calendar of a search cost.
-struct CalendarCost {
-    std::int64_t steps = 0;
-    std::size_t found = 0;   // occurrences
-    std::size_t repeats = 0; // those of them that are repeats
-    bool isCut = false;      // there were more than its share
-};
-
-// How much the calendars of one search may cost together. Of the steps of rules, beyond that each
-// rule gets few only; of the occurrences, each calendar gets at most half of what those before it
-// have left. So what is found depends on what was expanded before.
-struct SearchCost {
-    CalendarCost before; // of the calendars that are done
-    CalendarCost calendar;
-
-    void endCalendar();
-    std::size_t mostFound() const; // by the calendar
-    std::size_t mostRepeats() const;
-    bool hasSpentSteps() const;
-    // Whether what a calendar came to in another search is what it would come to now.
-    bool allows(const CalendarCost& known) const;
-};
 
 // Expands one event after the other for one search. The cost, the clocks, the report, the files and
 // the overrides must outlive it.

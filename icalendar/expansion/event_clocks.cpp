@@ -1,0 +1,95 @@
+// Which clock an event's times are shown by (RFC 5545 3.2.19, 3.3.5): that of its zone, of its
+// calendar, or the user's. Each of a file's zones is looked up once.
+#include "icalendar/expansion/defined_time_zone.h"
+#include "icalendar/expansion/occurrences.h"
+#include "icalendar/text/property_values.h"
+
+namespace quorvel::icalendar {
+
+namespace {
+
+// Of its own calendar, else of another one in the file.
+std::shared_ptr<const TimeZone> definedZone(const std::vector<ZoneDefinition>& definitions,
+                                            const ZoneName& name) {
+    std::shared_ptr<const TimeZone> elsewhere;
+    for (const ZoneDefinition& definition : definitions) {
+        if (definition.name.name != name.name) {
+            continue;
+        }
+        const bool isOwn = definition.name.calendar == name.calendar;
+        if (isOwn || !elsewhere) {
+            auto zone = makeDefinedTimeZone(definition);
+            if (zone && isOwn) {
+                return zone;
+            }
+            elsewhere = zone ? zone : elsewhere;
+        }
+    }
+    return elsewhere;
+}
+
+} // namespace
+
+std::shared_ptr<ZoneClock> Expander::findZone(LoadedFile& file, const ZoneName& name,
+                                              std::size_t line) {
+    const bool isExact = m_names.directory().isExactName(name.name);
+    if (auto zone = isExact ? nullptr : definedZone(file.ics.zones, name)) {
+        return std::make_shared<ZoneClock>(std::move(zone));
+    }
+    if (auto known = m_names.named(name.name)) {
+        return known;
+    }
+    const std::string shown = "the time zone \"" + validUtf8(name.name.substr(0, 60)) + "\" is ";
+    if (auto zone = m_names.directory().ofStatedOffset(name.name)) {
+        m_report(file, line,
+                 shown + "known by its offset alone; it is taken to have no summer time");
+        return std::make_shared<ZoneClock>(std::move(zone));
+    }
+    m_report(file, line, shown + "unknown; its times are taken for local ones");
+    return nullptr;
+}
+
+ZoneClock& Expander::clockOf(LoadedFile& file, const EventTime& time) {
+    if (time.kind == TimeKind::utc) {
+        return *m_utc;
+    }
+    if (time.kind == TimeKind::floating) {
+        return floatingClock(file, time.zone);
+    }
+    if (time.kind != TimeKind::zoned) {
+        return m_userZone;
+    }
+    ExpansionCache& cache = file.cache;
+    if (cache.zones.size() <= time.zone) {
+        const std::size_t count = file.ics.zoneNames.size() + cache.listedZones.size();
+        cache.zones.resize(count);
+        cache.zonesAsked.resize(count);
+    }
+    if (!cache.zonesAsked[time.zone]) {
+        cache.zonesAsked[time.zone] = true;
+        cache.zones[time.zone] = findZone(file, zoneName(file, time.zone), 0);
+    }
+    const auto& zone = cache.zones[time.zone];
+    return zone ? *zone : m_userZone;
+}
+
+ZoneClock& Expander::floatingClock(LoadedFile& file, std::uint32_t calendar) {
+    if (file.ics.floatingZones.empty()) {
+        return m_userZone;
+    }
+    const auto [found, isNew] = file.cache.floatingZones.try_emplace(calendar);
+    const FloatingZone* const zone = isNew ? file.ics.floatingZoneOf(calendar) : nullptr;
+    if (zone != nullptr) {
+        found->second = findZone(file, zone->name, zone->line);
+    }
+    return found->second ? *found->second : m_userZone;
+}
+
+std::int64_t Expander::instantOf(LoadedFile& file, const EventTime& time) {
+    if (time.kind == TimeKind::date) {
+        return m_userZone.platformInstant(time.reading);
+    }
+    return clockOf(file, time).instant(time.reading);
+}
+
+} // namespace quorvel::icalendar

@@ -1,0 +1,188 @@
+// Nearly all events have a UID of their own, so that versions are sought among the few others only.
+#include "icalendar/expansion/event_set.h"
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+#include <tuple>
+
+#include "icalendar/expansion/bounds.h"
+
+namespace quorvel::icalendar {
+
+namespace {
+
+std::int64_t overriddenReading(const EventReference& reference) {
+    return reference.event->recurrenceId->reading;
+}
+
+using Files = std::vector<std::shared_ptr<LoadedFile>>;
+
+// In the files' order, by the number of each among all events.
+template <typename Use>
+void forEachEvent(const Files& files, Use use) {
+    std::uint32_t number = 0;
+    for (std::uint32_t fileNumber = 0; fileNumber < files.size(); ++fileNumber) {
+        LoadedFile& file = *files[fileNumber];
+        for (std::uint32_t event = 0; event < file.ics.events.size(); ++event) {
+            use(number++, EventReference{&file, &file.ics.events[event]},
+                EventEntry{file.ics.events[event].firstDay, file.ics.events[event].lastDay,
+                           fileNumber, event});
+        }
+    }
+}
+
+// Which of the main events, by their numbers, share a UID with another, or may do so: by the UIDs'
+// hashes, as nearly all have one of their own.
+std::vector<bool> findContested(const Files& files, std::size_t count) {
+    struct Key {
+        std::size_t hash;
+        std::uint32_t number;
+    };
+    std::vector<Key> keys;
+    keys.reserve(count);
+    forEachEvent(files, [&](std::uint32_t number, const EventReference& one, const EventEntry&) {
+        if (!one.event->recurrenceId) {
+            const std::string_view uid = one.file->ics.slice(one.event->uid);
+            keys.push_back({std::hash<std::string_view>()(uid), number});
+        }
+    });
+    std::sort(keys.begin(), keys.end(), [](const Key& a, const Key& b) { return a.hash < b.hash; });
+    std::vector<bool> isContested(count);
+    for (std::size_t i = 1; i < keys.size(); ++i) {
+        if (keys[i].hash == keys[i - 1].hash) {
+            isContested[keys[i].number] = isContested[keys[i - 1].number] = true;
+        }
+    }
+    return isContested;
+}
+
+// Of the main events with one UID the newest version first, and of those that begin alike the last
+// one in the files.
+struct Version {
+    std::string_view uid;
+    const IcsEvent* event = nullptr;
+    std::uint32_t number = 0; // among all events
+
+    bool operator<(const Version& other) const {
+        if (uid != other.uid) {
+            return uid < other.uid;
+        }
+        if (IcsFile::isNewer(*event, *other.event) || IcsFile::isNewer(*other.event, *event)) {
+            return IcsFile::isNewer(*event, *other.event);
+        }
+        return std::tuple(event->start.reading, event->start.kind, other.number) <
+               std::tuple(other.event->start.reading, other.event->start.kind, number);
+    }
+    bool beginsLike(const Version& other) const {
+        return event->start.reading == other.event->start.reading &&
+               event->start.kind == other.event->start.kind;
+    }
+};
+
+// Which of the events, by their numbers, give way to another version of themselves.
+std::vector<bool> findSuperseded(const Files& files, std::size_t count) {
+    const std::vector<bool> isContested = findContested(files, count);
+    std::vector<Version> versions;
+    versions.reserve(
+        static_cast<std::size_t>(std::count(isContested.begin(), isContested.end(), true)));
+    forEachEvent(files, [&](std::uint32_t number, const EventReference& one, const EventEntry&) {
+        if (isContested[number]) {
+            versions.push_back({one.file->ics.slice(one.event->uid), one.event, number});
+        }
+    });
+    std::sort(versions.begin(), versions.end());
+    std::vector<bool> isSuperseded(count);
+    const Version* newest = nullptr; // of the same UID
+    const Version* before = nullptr;
+    for (const Version& one : versions) {
+        if (newest == nullptr || newest->uid != one.uid) {
+            newest = &one;
+        } else {
+            isSuperseded[one.number] =
+                IcsFile::isNewer(*newest->event, *one.event) || before->beginsLike(one);
+        }
+        before = &one;
+    }
+    return isSuperseded;
+}
+
+bool overrideTheSame(const EventReference& a, const EventReference& b) {
+    const EventTime& first = *a.event->recurrenceId;
+    const EventTime& second = *b.event->recurrenceId;
+    const auto zoneOf = [](const EventReference& one, const EventTime& time) {
+        return time.kind == TimeKind::zoned
+                   ? std::string_view(one.file->ics.zoneNames[time.zone].name)
+                   : std::string_view();
+    };
+    return first.reading == second.reading && first.kind == second.kind &&
+           zoneOf(a, first) == zoneOf(b, second);
+}
+
+void sortOverrides(OverrideSet& set) {
+    std::reverse(set.all.begin(), set.all.end()); // of equals the last one is the newest
+    std::stable_sort(
+        set.all.begin(), set.all.end(), [](const EventReference& a, const EventReference& b) {
+            const std::int64_t first = overriddenReading(a);
+            const std::int64_t second = overriddenReading(b);
+            return first != second ? first < second : IcsFile::isNewer(*a.event, *b.event);
+        });
+    for (const EventReference& one : set.all) {
+        const bool isWanted = one.event->thisAndFuture &&
+                              (set.future.empty() || !overrideTheSame(set.future.back(), one));
+        if (isWanted && set.future.size() < mostFutureOverrides) {
+            set.future.push_back(one);
+        } else if (isWanted) {
+            set.hasMoreFuture = true;
+        }
+    }
+}
+
+// The overrides get to know the main event. What follows one of them may move with it out of the
+// event's days.
+void followMaster(const EventReference& master, Overrides& overrides, EventEntry& entry) {
+    const auto set = overrides.find(master.file->ics.slice(master.event->uid));
+    if (set == overrides.end()) {
+        return;
+    }
+    set->second.master = master;
+    if (!set->second.future.empty()) {
+        constexpr std::int32_t days = longestShift / secondsPerDay;
+        constexpr auto farthest = std::numeric_limits<std::int32_t>::max();
+        entry.firstDay = std::max(entry.firstDay, days - farthest) - days;
+        entry.lastDay = std::min(entry.lastDay, farthest - days) + days;
+    }
+}
+
+} // namespace
+
+EventSet collectEvents(const std::vector<std::shared_ptr<LoadedFile>>& files) {
+    std::size_t count = 0;
+    for (const auto& file : files) {
+        count += file->ics.events.size();
+    }
+    EventSet result;
+    const std::vector<bool> isSuperseded = findSuperseded(files, count);
+    forEachEvent(files, [&](std::uint32_t, const EventReference& one, const EventEntry&) {
+        if (one.event->recurrenceId) {
+            result.overrides[one.file->ics.slice(one.event->uid)].all.push_back(one);
+        }
+    });
+    for (auto& [uid, set] : result.overrides) {
+        sortOverrides(set);
+    }
+    result.entries.reserve(count);
+    forEachEvent(files,
+                 [&](std::uint32_t number, const EventReference& one, const EventEntry& entry) {
+                     if (isSuperseded[number]) {
+                         return;
+                     }
+                     result.entries.push_back(entry);
+                     if (!one.event->recurrenceId && !result.overrides.empty()) {
+                         followMaster(one, result.overrides, result.entries.back());
+                     }
+                 });
+    return result;
+}
+
+} // namespace quorvel::icalendar

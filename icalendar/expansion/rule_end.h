@@ -1,0 +1,60 @@
+// Where a rule's UNTIL ends it (RFC 5545 3.3.10).
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "icalendar/expansion/bounds.h"
+#include "icalendar/text/property_values.h"
+#include "icalendar/time/zone_clock.h"
+
+namespace quorvel::icalendar {
+
+// What UNTIL, which may be absent, means for the local times of a rule: the last of them, and where
+// it is in UTC the last instant. Around a change of the clock the two orders differ.
+class RuleEnd {
+public:
+    RuleEnd(const std::optional<TimeValue>& until, bool wholeDays, ZoneClock& clock)
+        : m_clock(clock) {
+        if (!until) {
+            return;
+        }
+        m_lastLocalTime = civilSeconds(until->civil);
+        if (until->isDate) { // the whole of that day
+            m_lastLocalTime = (civilDays(until->civil) + 1) * secondsPerDay - 1;
+        }
+        if (until->isUtc && !wholeDays) {
+            m_lastInstant = m_lastLocalTime;
+            m_lastLocalTime = clock.reading(*m_lastInstant) + marginSeconds;
+        }
+    }
+
+    // Absent: the rule has no end.
+    const std::optional<std::int64_t>& lastLocalTime() const { return m_lastLocalTime; }
+
+    bool admits(std::int64_t localTime) const {
+        return (!m_lastLocalTime || localTime <= *m_lastLocalTime) &&
+               (!m_lastInstant || m_clock.instant(localTime) <= *m_lastInstant);
+    }
+
+    // Removes the local times behind the end. They are sorted.
+    void cut(std::vector<std::int64_t>& localTimes) const {
+        if (!m_lastLocalTime) {
+            return;
+        }
+        const auto doubtful = std::lower_bound(localTimes.begin(), localTimes.end(),
+                                               *m_lastLocalTime - 2 * marginSeconds);
+        localTimes.erase(std::remove_if(doubtful, localTimes.end(),
+                                        [this](std::int64_t one) { return !admits(one); }),
+                         localTimes.end());
+    }
+
+private:
+    ZoneClock& m_clock;
+    std::optional<std::int64_t> m_lastLocalTime;
+    std::optional<std::int64_t> m_lastInstant;
+};
+
+} // namespace quorvel::icalendar
