@@ -8,6 +8,7 @@
 
 #include "base/content_hash.h"
 #include "freedesktop/io/regular_file.h"
+#include "icalendar/model/ics_file_reader.h"
 
 namespace quorvel::freedesktop::ics {
 namespace {

@@ -10,6 +10,7 @@
 
 #include "freedesktop/io/file_version.h"
 #include "icalendar/expansion/occurrences.h"
+#include "icalendar/model/ics_file_reader.h"
 
 namespace quorvel::freedesktop::ics {
 

@@ -17,6 +17,7 @@
 #include <sys/stat.h>
 
 #include "freedesktop/io/file_descriptor.h"
+#include "icalendar/model/ics_file_reader.h"
 #include "icalendar/text/content_lines.h"
 
 namespace quorvel::freedesktop::ics {

@@ -10,6 +10,7 @@
 
 #include "freedesktop/calendar/event_order.h"
 #include "freedesktop/calendar/index/stored_values.h"
+#include "icalendar/model/ics_file_reader.h"
 
 namespace quorvel::freedesktop::ics {
 namespace {

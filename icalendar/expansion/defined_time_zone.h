@@ -1,4 +1,4 @@
-// A time zone from the definition that a calendar file brings along.
+// A time zone from the definition that a calendar file brings along (RFC 5545 3.6.5).
 #pragma once
 
 #include <memory>

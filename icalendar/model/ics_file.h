@@ -1,12 +1,10 @@
-// What is kept of one .ics text: its events' key properties, and the days that each can touch.
-// Everything else is passed over while the bytes are walked, and the text itself is let go.
+// What is stored of one .ics text (RFC 5545 3.4, 3.6): its events' key properties, and the days
+// that each can touch.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <limits>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -147,38 +145,10 @@ struct IcsFile {
     }
     // Exactly one UID, and no word about a calendar: a file as a vdir holds them.
     bool looksLikeOneEvent() const;
-    // Bytes, near enough, together with what collecting the events takes.
+    // Bytes, near enough, together with what collecting the events takes; with so many overrides
+    // among them.
     std::size_t sizeInMemory() const;
+    std::size_t sizeInMemory(std::size_t overrides) const;
 };
-
-// Reads a text that comes in pieces, of UTF-8, or of UTF-16 where it begins with the mark of that.
-// Never fails: what cannot be read is left out and named. Zones whose exact name is known need no
-// definition, and theirs is passed over.
-class IcsFileReader {
-public:
-    static constexpr std::size_t mostBytesOfAFile = std::size_t{250} << 20U; // a million events
-
-    // The function must outlive the reader. What would take more bytes in memory is left out.
-    explicit IcsFileReader(const std::function<bool(std::string_view)>& zoneIsKnown,
-                           std::size_t mostBytes = mostBytesOfAFile);
-    ~IcsFileReader();
-    IcsFileReader(const IcsFileReader&) = delete;
-    IcsFileReader& operator=(const IcsFileReader&) = delete;
-
-    // How much of the piece was taken in; the next piece begins with the rest.
-    std::size_t read(std::string_view piece);
-    // So many bytes are to come, and are taken to be like those that came.
-    void expect(std::size_t bytes);
-    // Once, with the last piece.
-    IcsFile finish(std::string_view piece);
-
-private:
-    class Reader;
-    std::unique_ptr<Reader> m_reader;
-};
-
-// The whole of it at once.
-IcsFile readIcsFile(std::string_view bytes,
-                    const std::function<bool(std::string_view)>& zoneIsKnown);
 
 } // namespace quorvel::icalendar

@@ -1,4 +1,4 @@
-// A recurrence rule as a calendar writes it, read into sets of numbers.
+// A recurrence rule as a calendar writes it (RFC 5545 3.3.10), parsed into sets of numbers.
 #pragma once
 
 #include <array>

@@ -1,5 +1,5 @@
-// Which days a rule lets through: its BYMONTH, BYWEEKNO, BYYEARDAY, BYMONTHDAY and BYDAY, and what
-// the start says where the rule is silent.
+// Which days a rule admits (RFC 5545 3.3.10): its BYMONTH, BYWEEKNO, BYYEARDAY, BYMONTHDAY and
+// BYDAY, and what the start says where the rule is silent.
 #pragma once
 
 #include <cstdint>

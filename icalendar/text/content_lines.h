@@ -1,5 +1,5 @@
-// The lines of an iCalendar text as they stand in the bytes: cut, unfolded, split. Nothing is
-// copied unless a line is folded, so that 50 MB are walked in a blink.
+// The lines of an iCalendar text as they stand in the bytes (RFC 5545 3.1): cut, unfolded, split.
+// Nothing is copied unless a line is folded, so that 50 MB are walked in a blink.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,5 @@
-// The values of an iCalendar text: times, durations, text. Fields are checked here, one by one.
+// The values of an iCalendar text (RFC 5545 3.3): times, durations, text. Fields are checked here,
+// one by one.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,5 @@
-// Between a zone's wall clock and instants, for a store that asks the same days again and again.
+// Between the local times of a zone and instants (RFC 5545 3.3.5), for searches that ask for the
+// same days again and again.
 #pragma once
 
 #include <cstdint>

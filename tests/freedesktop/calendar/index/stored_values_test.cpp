@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "icalendar/model/ics_file_reader.h"
 #include "tests/freedesktop/calendar/store_fixture.h"
 
 namespace quorvel::freedesktop::ics {

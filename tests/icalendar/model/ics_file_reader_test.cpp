@@ -1,5 +1,5 @@
 // What is kept of a text, and what is named as wrong with it.
-#include "icalendar/model/ics_file.h"
+#include "icalendar/model/ics_file_reader.h"
 
 #include <gtest/gtest.h>
 
