@@ -55,9 +55,4 @@ int wakeUpsDuring(double seconds) {
     return wakeUps - 1; // the end of the time
 }
 
-Kernel& Kernel::instance() {
-    static Kernel kernel;
-    return kernel;
-}
-
 } // namespace quorvel::testing_session
