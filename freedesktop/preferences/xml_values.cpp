@@ -67,14 +67,14 @@ std::optional<std::chrono::sys_days> takeDay(std::string_view& text) {
 }
 
 std::optional<std::chrono::seconds> takeTimeOfDay(std::string_view& text) {
-    const auto hour = takeDigits(text, 2);
-    const auto minute = take(text, ':') ? takeDigits(text, 2) : std::nullopt;
-    const auto second = take(text, ':') ? takeDigits(text, 2) : std::nullopt;
-    if (!hour || !minute || !second || *hour > 23 || *minute > 59 || *second > 59) {
+    constexpr int tooLarge = 99; // where there is no number
+    const int hour = takeDigits(text, 2).value_or(tooLarge);
+    const int minute = take(text, ':') ? takeDigits(text, 2).value_or(tooLarge) : tooLarge;
+    const int second = take(text, ':') ? takeDigits(text, 2).value_or(tooLarge) : tooLarge;
+    if (hour > 23 || minute > 59 || second > 59) {
         return std::nullopt;
     }
-    return std::chrono::hours(*hour) + std::chrono::minutes(*minute) +
-           std::chrono::seconds(*second);
+    return std::chrono::hours(hour) + std::chrono::minutes(minute) + std::chrono::seconds(second);
 }
 
 // The six bits of a letter of the alphabet.
