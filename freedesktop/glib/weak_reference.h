@@ -1,5 +1,5 @@
-// Weak references as the data pointer of GLib's callbacks, which may come after the end of whoever
-// asked for them. For the folders that wrap GLib.
+// Weak references as the data pointer of GLib's callbacks, which may come after the object that
+// asked for them has been destroyed. For the folders that wrap GLib.
 #pragma once
 
 #include <memory>

@@ -38,7 +38,7 @@ public:
     bool isDone() const { return m_isDone; }
     // Empty: none.
     const std::string& problem() const { return m_problem; }
-    // Of a list that is done without a problem; once.
+    // To be called once, when the list has ended and there is no problem.
     platform::PropertyListValue takeValue() { return std::move(m_root); }
 
 private:
