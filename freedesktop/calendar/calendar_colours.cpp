@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "base/ascii_text.h"
 #include "base/stable_hash.h"
 #include "icalendar/text/property_values.h"
 
@@ -214,18 +215,10 @@ std::optional<platform::UIColor> colourOfDigits(std::string_view text) {
     return digits.size() == 6 ? colourOf(value) : colourOf(value >> 8U, value);
 }
 
-std::string lowerCase(std::string_view text) {
-    std::string result(text);
-    for (char& c : result) {
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    }
-    return result;
-}
-
 } // namespace
 
 std::optional<platform::UIColor> calendarColour(std::string_view text) {
-    const std::string name = lowerCase(icalendar::trimmed(text));
+    const std::string name = asciiLowerCase(icalendar::trimmed(text));
     if (!name.empty() && name.front() == '#') {
         return colourOfDigits(std::string_view(name).substr(1));
     }

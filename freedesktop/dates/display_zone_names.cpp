@@ -8,6 +8,8 @@
 #include <map>
 #include <string>
 
+#include "base/ascii_text.h"
+
 namespace quorvel::freedesktop {
 namespace {
 
@@ -19,16 +21,6 @@ using Places = std::vector<std::string>;
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
-}
-
-std::string lowerCase(std::string_view text) {
-    std::string result(text);
-    for (char& c : result) {
-        if (c >= 'A' && c <= 'Z') {
-            c = static_cast<char>(c - 'A' + 'a');
-        }
-    }
-    return result;
 }
 
 std::string_view trimmed(std::string_view text, std::string_view unwanted) {
@@ -142,7 +134,7 @@ PlaceTable makePlaceTable() {
         std::string_view rest = zone.places;
         while (!rest.empty()) {
             const std::size_t end = rest.find('|');
-            table.emplace(joined(placesOf(lowerCase(rest.substr(0, end)))), &zone);
+            table.emplace(joined(placesOf(asciiLowerCase(rest.substr(0, end)))), &zone);
             rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
         }
     }
@@ -176,7 +168,7 @@ const DisplayedZone* findZone(const Places& places, int minutes) {
 } // namespace
 
 std::optional<int> statedOffset(std::string_view displayName) {
-    const std::string text = lowerCase(displayName.substr(0, longestName));
+    const std::string text = asciiLowerCase(displayName.substr(0, longestName));
     std::string_view rest = text;
     return consumeOffset(rest);
 }
@@ -185,7 +177,7 @@ std::optional<std::string_view> zoneOfDisplayName(std::string_view displayName) 
     if (displayName.size() > longestName) {
         return std::nullopt;
     }
-    const std::string text = lowerCase(displayName);
+    const std::string text = asciiLowerCase(displayName);
     std::string_view rest = text;
     const auto minutes = consumeOffset(rest);
     if (!minutes) {

@@ -13,6 +13,7 @@
 #include <unicode/strenum.h>
 #include <unicode/timezone.h>
 
+#include "base/ascii_text.h"
 #include "base/civil_calendar.h"
 #include "base/time_units.h"
 #include "freedesktop/dates/display_zone_names.h"
@@ -78,16 +79,6 @@ bool mayStandInName(char c) {
            std::string_view("_+-/.: ()").find(c) != std::string_view::npos;
 }
 
-std::string lowerCase(std::string_view text) {
-    std::string result(text);
-    for (char& c : result) {
-        if (c >= 'A' && c <= 'Z') {
-            c = static_cast<char>(c - 'A' + 'a');
-        }
-    }
-    return result;
-}
-
 std::string_view trimmed(std::string_view text) {
     const std::size_t first = text.find_first_not_of(' ');
     if (first == std::string_view::npos) {
@@ -119,7 +110,7 @@ NameTable makeNameTable() {
     std::int32_t length = 0;
     while (const char* name = names->next(&length, status)) {
         std::string text(name, static_cast<std::size_t>(length));
-        std::string key = lowerCase(text);
+        std::string key = asciiLowerCase(text);
         if (!isAmbiguousAbbreviation(key) && text != "Etc/Unknown") {
             table.emplace(std::move(key), std::move(text));
         }
@@ -139,7 +130,7 @@ struct KnownName {
 
 std::optional<KnownName> ianaName(std::string_view name) {
     const NameTable& table = nameTable();
-    const auto found = table.find(lowerCase(name));
+    const auto found = table.find(asciiLowerCase(name));
     return found == table.end() ? std::nullopt
                                 : std::optional(KnownName{found->second, found->second == name});
 }
@@ -200,7 +191,7 @@ struct FixedOffset {
 
 // "GMT+5:30", "UTC-3", "GMT+0530": east of Greenwich is positive.
 std::optional<FixedOffset> fixedOffset(std::string_view name) {
-    const std::string head = lowerCase(name.substr(0, 3));
+    const std::string head = asciiLowerCase(name.substr(0, 3));
     if ((head != "gmt" && head != "utc") || name.size() < 5 || (name[3] != '+' && name[3] != '-')) {
         return std::nullopt;
     }
@@ -255,7 +246,7 @@ std::optional<KnownName> knownName(std::string_view name) {
         return known;
     }
     if (const auto offset = fixedOffset(asked)) {
-        return KnownName{nameOf(*offset), asked.substr(0, 3) != lowerCase(asked.substr(0, 3))};
+        return KnownName{nameOf(*offset), asked.substr(0, 3) != asciiLowerCase(asked.substr(0, 3))};
     }
     return nameBehindPrefix(asked);
 }

@@ -138,8 +138,8 @@ void sortOverrides(OverrideSet& set) {
     }
 }
 
-// The overrides get to know the main event. What follows one of them may move with it out of the
-// event's days.
+// Gives the overrides their main event. Occurrences behind an override of THISANDFUTURE may move
+// with it out of the days that the main event has.
 void followMaster(const EventReference& master, Overrides& overrides, EventEntry& entry) {
     const auto set = overrides.find(master.file->ics.slice(master.event->uid));
     if (set == overrides.end()) {

@@ -45,8 +45,8 @@ TEST(DisplayZoneNames, OfSeveralEditionsAreKnown) {
     EXPECT_EQ(zoneOf("(GMT-05:00) Indiana (East)"), "America/Indiana/Indianapolis");
 }
 
-// The offset parts places of the same name.
-TEST(DisplayZoneNames, AreToldByTheirOffset) {
+// Places of the same name differ in their offset.
+TEST(DisplayZoneNames, AreDistinguishedByTheirOffset) {
     EXPECT_EQ(zoneOf("(UTC-07:00) Chihuahua, La Paz, Mazatlan"), "America/Mazatlan");
     EXPECT_EQ(zoneOf("(UTC-04:00) Georgetown, La Paz, Manaus, San Juan"), "America/La_Paz");
     EXPECT_EQ(zoneOf("(GMT-11:00) Midway Island, Samoa"), "Pacific/Pago_Pago");
