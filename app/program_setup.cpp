@@ -11,6 +11,7 @@
 #include "app/messages.h"
 #include "app/sample.h"
 #include "freedesktop/bundle/program_folders.h"
+#include "freedesktop/calendars/server/sources_service.h"
 #include "freedesktop/dates/clocks.h"
 #include "freedesktop/dates/instant_text.h"
 #include "freedesktop/dates/locale_names.h"
@@ -99,8 +100,9 @@ std::optional<NSDate> nowOf(const CommandLine& line, const TimeZone& zone) {
 
 CalendarSource checkedSource(const std::string& path) {
     CalendarSource source = CalendarSource::at(path);
-    const auto problem = freedesktop::isDataServer(source) ? freedesktop::problemWithDataServer()
-                                                           : freedesktop::problemWithSource(source);
+    const auto problem = freedesktop::isDataServer(source)
+                             ? freedesktop::eds::problemWithDataServer()
+                             : freedesktop::problemWithSource(source);
     if (problem) {
         throw UsageError("the calendars '" + path + "' cannot be read (" + *problem +
                          "): name a .ics file or a folder of them");
@@ -112,7 +114,7 @@ CalendarSource checkedSource(const std::string& path) {
 std::vector<CalendarSource> usualSources() {
     std::vector<CalendarSource> sources = freedesktop::defaultCalendarSources(
         environmentValue("XDG_DATA_HOME"), environmentValue("HOME"));
-    if (!freedesktop::problemWithDataServer()) {
+    if (!freedesktop::eds::problemWithDataServer()) {
         CalendarSource server = CalendarSource::at(std::string(freedesktop::dataServerSourceName));
         server.isOptional = true;
         sources.insert(sources.begin(), std::move(server));

@@ -18,15 +18,15 @@
 
 #include <libecal/libecal.h>
 
+#include "freedesktop/calendars/server/started_data_server.h"
+#include "freedesktop/calendars/store/server_calendar_stores.h"
 #include "freedesktop/dates/instant_text.h"
-#include "freedesktop/eds/eds_calendar_stores.h"
-#include "freedesktop/eds/started_data_server.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace quorvel;
-using freedesktop::EdsCalendarStores;
+using freedesktop::ServerCalendarStores;
 using freedesktop::TimeZone;
 
 constexpr auto withoutWaiting = static_cast<guint32>(-1);
@@ -150,7 +150,7 @@ int main(int argc, char** argv) {
         }
     };
     const auto makeStores = [&] {
-        return std::make_unique<EdsCalendarStores>(
+        return std::make_unique<ServerCalendarStores>(
             std::make_unique<freedesktop::eds::StartedDataServer>(argv[2]), zone,
             [](const freedesktop::CalendarProblem& problem) {
                 fail(problem.file + ": " + problem.what);
@@ -168,7 +168,7 @@ int main(int argc, char** argv) {
         }
     };
     std::size_t shown = 0;
-    const auto present = [&](EdsCalendarStores& stores) {
+    const auto present = [&](ServerCalendarStores& stores) {
         const auto store = stores.makeEventStore();
         shown = store->eventsMatchingPredicate({from, to, store->calendars()}).size();
     };

@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
-#include "freedesktop/calendar/ical_calendar_stores.h"
+#include "freedesktop/calendars/store/file_calendar_stores.h"
+#include "freedesktop/calendars/store/server_calendar_stores.h"
 #include "freedesktop/dates/clock_format.h"
 #include "freedesktop/dates/time_zone.h"
-#include "freedesktop/eds/eds_calendar_stores.h"
 #include "freedesktop/session/watched_path.h"
 #include "freedesktop/text/text_lines.h"
 #include "platform/ns_date.h"

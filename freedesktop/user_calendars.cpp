@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "freedesktop/eds/started_data_server.h"
+#include "freedesktop/calendars/server/started_data_server.h"
 #include "freedesktop/glib/thread_signal.h"
 
 namespace quorvel::freedesktop {
@@ -37,7 +37,7 @@ void UserCalendars::setSources(std::vector<CalendarSource> sources) {
 
 void UserCalendars::makeServer() {
     if (!m_server) {
-        m_server = std::make_unique<EdsCalendarStores>(
+        m_server = std::make_unique<ServerCalendarStores>(
             std::make_unique<eds::StartedDataServer>(m_options.dataServerModule),
             m_options.timeZone, m_options.problemHandler, m_options.dataServerWaits);
         follow();

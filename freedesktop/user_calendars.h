@@ -7,10 +7,10 @@
 #include <string_view>
 #include <vector>
 
-#include "freedesktop/calendar/combined_calendar_stores.h"
-#include "freedesktop/calendar/ical_calendar_stores.h"
+#include "freedesktop/calendars/store/combined_calendar_stores.h"
+#include "freedesktop/calendars/store/file_calendar_stores.h"
+#include "freedesktop/calendars/store/server_calendar_stores.h"
 #include "freedesktop/dates/time_zone.h"
-#include "freedesktop/eds/eds_calendar_stores.h"
 
 namespace quorvel::freedesktop {
 
@@ -58,8 +58,8 @@ private:
     void follow();
 
     UserCalendarOptions m_options;
-    IcalCalendarStores m_files;
-    std::unique_ptr<EdsCalendarStores> m_server; // null before it is named; kept from then on
+    FileCalendarStores m_files;
+    std::unique_ptr<ServerCalendarStores> m_server; // null before it is named; kept from then on
     bool m_usesFiles = false;
     bool m_usesServer = false;
     std::unique_ptr<ThreadSignal> m_changed; // null: nobody is told

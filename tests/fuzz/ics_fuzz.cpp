@@ -8,7 +8,7 @@
 #include <tuple>
 
 #include "base/time_units.h"
-#include "freedesktop/calendar/ical_calendar_stores.h"
+#include "freedesktop/calendars/store/file_calendar_stores.h"
 #include "icalendar/text/property_values.h"
 #include "tests/fuzz/fuzzing.h"
 
@@ -76,7 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string text(reinterpret_cast<const char*>(data), size);
     userZone();
     const double before = processorTime();
-    IcalCalendarStores stores(userZone(), [](const CalendarProblem& problem) {
+    FileCalendarStores stores(userZone(), [](const CalendarProblem& problem) {
         require(!problem.what.empty(), "a problem is named");
     });
     stores.setSources({CalendarSource::inMemory("fuzz", text)});

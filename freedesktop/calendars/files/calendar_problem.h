@@ -1,0 +1,31 @@
+// What is reported of calendars.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace quorvel::freedesktop {
+
+// Something that could not be read, or is shown otherwise than it is written.
+struct CalendarProblem {
+    std::string file;
+    std::size_t line = 0; // 0: unknown
+    std::string what;
+    bool operator==(const CalendarProblem&) const = default;
+};
+using CalendarProblemHandler = std::function<void(const CalendarProblem&)>;
+
+namespace calendars {
+
+// A problem with the version of the file that it was found in, so that each is reported once.
+struct VersionedProblem {
+    CalendarProblem problem;
+    std::uint64_t version = 0; // 0: of no file
+    bool operator==(const VersionedProblem&) const = default;
+};
+
+} // namespace calendars
+
+} // namespace quorvel::freedesktop

@@ -1,0 +1,115 @@
+// Numbers and texts as bytes, for what is kept on disk on one machine.
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+namespace quorvel::freedesktop::calendars {
+
+class ByteWriter {
+public:
+    // Small ones take little room, also below 0.
+    template <std::integral Number>
+    void number(Number value) {
+        auto rest = static_cast<std::uint64_t>(value);
+        if constexpr (std::is_signed_v<Number>) {
+            const auto wide = static_cast<std::int64_t>(value);
+            rest =
+                (static_cast<std::uint64_t>(wide) << 1U) ^ static_cast<std::uint64_t>(wide >> 63U);
+        }
+        while (rest >= 0x80) {
+            m_bytes += static_cast<char>(rest | 0x80U);
+            rest >>= 7U;
+        }
+        m_bytes += static_cast<char>(rest);
+    }
+    void text(std::string_view text) {
+        number(text.size());
+        m_bytes.append(text);
+    }
+    template <typename Optional, typename Write>
+    void optional(const Optional& value, Write write) {
+        number(value ? 1U : 0U);
+        if (value) {
+            write(*value);
+        }
+    }
+    void optionalText(const std::optional<std::string>& value) {
+        optional(value, [this](const std::string& some) { text(some); });
+    }
+    std::string take() { return std::move(m_bytes); }
+
+private:
+    std::string m_bytes;
+};
+
+// What is missing at the end reads as 0 or empty, and is remembered.
+class ByteReader {
+public:
+    explicit ByteReader(std::string_view bytes)
+        : m_rest(bytes) {}
+
+    template <std::integral Number>
+    Number number() {
+        std::uint64_t value = 0;
+        for (unsigned shift = 0; shift < 64; shift += 7) {
+            const auto byte = static_cast<unsigned char>(next());
+            value |= static_cast<std::uint64_t>(byte & 0x7FU) << shift;
+            if (byte < 0x80) {
+                break;
+            }
+        }
+        if constexpr (std::is_signed_v<Number>) {
+            return static_cast<Number>(static_cast<std::int64_t>(value >> 1U) ^
+                                       -static_cast<std::int64_t>(value & 1U));
+        } else {
+            return static_cast<Number>(value);
+        }
+    }
+    std::string_view text() {
+        const auto size = number<std::uint64_t>();
+        if (size > m_rest.size()) {
+            m_isShort = true;
+            return {};
+        }
+        const std::string_view result = m_rest.substr(0, size);
+        m_rest.remove_prefix(size);
+        return result;
+    }
+    // How many things follow, each of which takes a byte at least.
+    std::size_t count() {
+        const auto count = number<std::uint64_t>();
+        m_isShort = m_isShort || count > m_rest.size();
+        return m_isShort ? 0 : count;
+    }
+    bool flag() { return number<unsigned>() != 0; }
+    template <typename Read>
+    auto optional(Read read) -> std::optional<decltype(read())> {
+        return flag() ? std::optional(read()) : std::nullopt;
+    }
+    std::optional<std::string> optionalText() {
+        return optional([this] { return std::string(text()); });
+    }
+    bool isWhole() const { return !m_isShort && m_rest.empty(); }
+
+private:
+    char next() {
+        if (m_rest.empty()) {
+            m_isShort = true;
+            return 0;
+        }
+        const char byte = m_rest.front();
+        m_rest.remove_prefix(1);
+        return byte;
+    }
+
+    std::string_view m_rest;
+    bool m_isShort = false;
+};
+
+} // namespace quorvel::freedesktop::calendars

@@ -1,0 +1,69 @@
+#include "freedesktop/calendars/server/sources_service.h"
+
+#include <string_view>
+
+#include "freedesktop/glib/session_bus.h"
+
+namespace quorvel::freedesktop::eds {
+
+namespace {
+
+// The service's name ends with a number that grows with the protocol.
+constexpr std::string_view servicePrefix = "org.gnome.evolution.dataserver.Sources";
+
+// The service in one of the lists of names that the bus itself answers with.
+std::optional<std::string> serviceIn(GDBusConnection* bus, const char* list,
+                                     GCancellable* cancellable) {
+    const VariantHandle answer(callAndWait(
+        bus, {"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", list},
+        nullptr, "(as)", standardAnswer, cancellable));
+    if (!answer) {
+        return std::nullopt;
+    }
+    std::optional<std::string> found;
+    GVariantIter* names = nullptr;
+    const char* name = nullptr;
+    g_variant_get(answer.get(), "(as)", &names);
+    while (g_variant_iter_next(names, "&s", &name) != FALSE) {
+        if (std::string_view(name).starts_with(servicePrefix)) {
+            found = name;
+        }
+    }
+    g_variant_iter_free(names);
+    return found;
+}
+
+} // namespace
+
+std::optional<std::string> problemWithDataServer() {
+    return mayHaveSessionBus() ? std::nullopt
+                               : std::optional<std::string>("there is no session bus");
+}
+
+SearchEnd::SearchEnd()
+    : m_cancellable(g_cancellable_new()) {}
+
+SearchEnd::~SearchEnd() {
+    g_object_unref(m_cancellable);
+}
+
+void SearchEnd::cancel() {
+    g_cancellable_cancel(G_CANCELLABLE(m_cancellable));
+}
+
+SourcesService findSourcesService(SearchEnd& end) {
+    GCancellable* const cancellable = G_CANCELLABLE(end.m_cancellable);
+    ErrorHandle error;
+    const BusHandle bus = connectToSessionBus(cancellable, error);
+    if (!bus) {
+        return {std::nullopt, "the session bus cannot be reached: " + messageOf(error)};
+    }
+    for (const char* const list : {"ListActivatableNames", "ListNames"}) {
+        if (auto name = serviceIn(bus.get(), list, cancellable)) {
+            return {std::move(name), {}};
+        }
+    }
+    return {std::nullopt, "it is not installed: the package is evolution-data-server"};
+}
+
+} // namespace quorvel::freedesktop::eds

@@ -1,0 +1,113 @@
+// A live host over a real calendar server.
+#include <gmock/gmock.h>
+
+#include "freedesktop/dates/instant_text.h"
+#include "freedesktop/freedesktop_platform.h"
+#include "shells/live/live_presenter.h"
+#include "tests/freedesktop/calendars/server/server_fixture.h"
+#include "tests/freedesktop/session/session_testing.h"
+
+namespace quorvel::shells {
+namespace {
+
+using namespace testing_eds;
+using freedesktop::CalendarSource;
+using freedesktop::FreedesktopOptions;
+using freedesktop::FreedesktopPlatform;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing_session::runFor;
+using testing_session::runUntil;
+
+class LiveServerTest : public ServerTest {
+protected:
+    LiveServerTest() {
+        addCalendar({"test-home", "A home", "#336699"});
+        FreedesktopOptions options;
+        options.timeZone = freedesktop::utcTimeZone();
+        options.locale = "en_US";
+        options.preferencesFolder = "/nonexistent/Preferences";
+        options.calendars = {CalendarSource::at("eds:")};
+        options.dataServerModule = QUORVEL_EDS_MODULE;
+        platform = std::make_unique<FreedesktopPlatform>(options);
+        presenter = std::make_unique<LivePresenter>(*platform, [this] { present(); });
+        present();
+        runFor(1.5); // what the making of the calendar has left behind
+        presentations = 0;
+    }
+
+    void present() {
+        ++presentations;
+        const auto store = platform->platform().calendarStores.makeEventStore();
+        titles.clear();
+        for (const auto& event : store->eventsMatchingPredicate(
+                 {freedesktop::parseInstant("2026-03-10T00:00Z", *freedesktop::utcTimeZone())
+                      .value(),
+                  freedesktop::parseInstant("2026-03-11T00:00Z", *freedesktop::utcTimeZone())
+                      .value(),
+                  store->calendars()})) {
+            titles.push_back(event->title.value_or("-"));
+        }
+        presenter->presented({});
+    }
+    bool isShown(const std::vector<std::string>& expected) {
+        return runUntil([&] { return titles == expected; }, 20);
+    }
+
+    std::unique_ptr<FreedesktopPlatform> platform;
+    std::unique_ptr<LivePresenter> presenter;
+    std::vector<std::string> titles;
+    int presentations = 0;
+};
+
+TEST_F(LiveServerTest, PresentsAgainWhenTheServersCalendarsChange) {
+    EXPECT_THAT(titles, IsEmpty());
+    add("test-home", eventText("UID:one|SUMMARY:One|DTSTART:20260310T080000Z"));
+    EXPECT_TRUE(isShown({"One"}));
+    remove("test-home", "one");
+    EXPECT_TRUE(isShown({}));
+    EXPECT_TRUE(platform->hasReadableCalendars());
+}
+
+TEST_F(LiveServerTest, DoesNothingWhereNothingChanges) {
+    runFor(2);
+    EXPECT_EQ(presentations, 0);
+}
+
+TEST_F(LiveServerTest, StartsAServerThatHasDied) {
+    add("test-home", eventText("UID:one|SUMMARY:One|DTSTART:20260310T080000Z"));
+    EXPECT_TRUE(isShown({"One"}));
+    disconnect();
+    runFor(1.5);
+    presentations = 0;
+    kill(factoryProcesses());
+    EXPECT_TRUE(runUntil([&] { return presentations > 0; }, 3));
+    EXPECT_THAT(titles, ElementsAre("One"));
+    EXPECT_EQ(factoryProcesses().size(), 1U);
+}
+
+TEST_F(LiveServerTest, ShowsWhatComesAfterItWasNotWaitedFor) {
+    add("test-home", eventText("UID:one|SUMMARY:One|DTSTART:20260310T080000Z"));
+    EXPECT_TRUE(isShown({"One"}));
+    disconnect();
+    stop(registryProcess()); // without which no calendar is opened
+    kill(factoryProcesses());
+    EXPECT_TRUE(runUntil(
+        [&] {
+            present(); // the end of the factory may be heard of a moment later
+            return titles.empty();
+        },
+        10));
+    goOn();
+    EXPECT_TRUE(isShown({"One"}));
+}
+
+TEST_F(LiveServerTest, NothingIsToldAfterTheHostIsGone) {
+    presenter.reset();
+    add("test-home", eventText("UID:one|SUMMARY:One|DTSTART:20260310T080000Z"));
+    runFor(1.5);
+    EXPECT_EQ(presentations, 0);
+}
+
+} // namespace
+} // namespace quorvel::shells

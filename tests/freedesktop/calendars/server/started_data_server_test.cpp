@@ -1,0 +1,64 @@
+#include "freedesktop/calendars/server/started_data_server.h"
+
+#include <chrono>
+
+#include <gmock/gmock.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include "freedesktop/io/file_descriptor.h"
+#include "tests/freedesktop/session/session_testing.h"
+
+namespace quorvel::freedesktop::eds {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing_session::EnvironmentVariable;
+using testing_session::TemporaryFolder;
+
+Deadline inSeconds(double seconds) {
+    return std::chrono::steady_clock::now() +
+           std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+               std::chrono::duration<double>(seconds));
+}
+
+TEST(StartedDataServer, WithoutABusThereIsNoServer) {
+    const EnvironmentVariable noAddress("DBUS_SESSION_BUS_ADDRESS", nullptr);
+    const EnvironmentVariable noFolder("XDG_RUNTIME_DIR", nullptr);
+    StartedDataServer server("/nonexistent.so");
+    const CalendarList list = server.calendars(inSeconds(5));
+    EXPECT_EQ(list.outcome, Outcome::absent);
+    EXPECT_EQ(list.problem, "there is no session bus");
+    EXPECT_THAT(server.events({"one"}, {}, inSeconds(5)), IsEmpty());
+}
+
+TEST(StartedDataServer, ABusThatCannotBeReachedIsNamed) {
+    const EnvironmentVariable address("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
+    StartedDataServer server("/nonexistent.so");
+    const CalendarList list = server.calendars(inSeconds(5));
+    EXPECT_EQ(list.outcome, Outcome::absent);
+    EXPECT_THAT(list.problem, HasSubstr("the session bus cannot be reached: "));
+}
+
+TEST(StartedDataServer, ABusThatDoesNotAnswerIsNotWaitedFor) {
+    const TemporaryFolder folder;
+    const std::string path = folder / "bus";
+    sockaddr_un name{};
+    name.sun_family = AF_UNIX;
+    path.copy(name.sun_path, sizeof name.sun_path - 1);
+    const FileDescriptor listening(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    ASSERT_EQ(bind(listening.get(), reinterpret_cast<const sockaddr*>(&name), sizeof name), 0);
+    ASSERT_EQ(listen(listening.get(), 1), 0);
+    const EnvironmentVariable address("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + path).c_str());
+    const auto begin = std::chrono::steady_clock::now();
+    {
+        StartedDataServer server("/nonexistent.so");
+        EXPECT_EQ(server.calendars(inSeconds(0.1)).outcome, Outcome::silent);
+        EXPECT_EQ(server.calendars(inSeconds(0.1)).outcome, Outcome::silent);
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+}
+
+} // namespace
+} // namespace quorvel::freedesktop::eds
