@@ -160,7 +160,7 @@ int main(int argc, char** argv) {
     const auto asked = makeStores();
     const auto followed = makeStores();
     std::atomic<int> told = 0;
-    followed->follow([&told] { ++told; });
+    followed->setChangedHandler([&told] { ++told; });
     const auto waitUntilTold = [&told](int before) {
         while (told == before) {
             g_main_context_iteration(nullptr, FALSE); // as the loop of a host that shows a window

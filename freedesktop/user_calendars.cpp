@@ -73,9 +73,9 @@ void UserCalendars::setChangedHandler(std::function<void()> changed) {
 }
 
 void UserCalendars::follow() {
-    m_files.follow(m_changed ? m_changed->sender() : nullptr);
+    m_files.setChangedHandler(m_changed ? m_changed->sender() : nullptr);
     if (m_server) {
-        m_server->follow(m_changed ? m_changed->sender() : nullptr);
+        m_server->setChangedHandler(m_changed ? m_changed->sender() : nullptr);
     }
 }
 

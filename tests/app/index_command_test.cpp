@@ -139,9 +139,9 @@ TEST_F(IndexCommandTest, IsDoneWithoutOnAFullDisk) {
         errors = runHere(agenda(0, "--verbose")).errors;
     }
     umount(path("cache").c_str());
-    const std::size_t said = errors.find("is done without");
+    const std::size_t said = errors.find("cannot be used");
     EXPECT_NE(said, std::string::npos) << errors;
-    EXPECT_EQ(errors.find("is done without", said + 1), std::string::npos) << errors;
+    EXPECT_EQ(errors.find("cannot be used", said + 1), std::string::npos) << errors;
 }
 
 TEST_F(IndexCommandTest, SurvivesRandomBytes) {
@@ -180,7 +180,7 @@ TEST_F(IndexCommandTest, SaysOnceWhyItIsDoneWithout) {
     EXPECT_EQ(quiet.errors.find("index"), std::string::npos) << quiet.errors;
     const std::string errors = runHere({"agenda", "--verbose"}).errors;
     const std::size_t said = errors.find("the index of the calendars, '" + index().string() +
-                                         "', is done without: Not a directory");
+                                         "', cannot be used: Not a directory");
     ASSERT_NE(said, std::string::npos) << errors;
     EXPECT_EQ(errors.find("the index", said + 1), std::string::npos) << errors;
 }

@@ -1,4 +1,4 @@
-// Colour strings are strangers' input: what is not understood is no colour.
+// Colour strings are untrusted input: one that is not understood gives no colour.
 #include "freedesktop/calendars/files/calendar_colours.h"
 
 #include <algorithm>
@@ -169,7 +169,7 @@ constexpr NamedColour namedColours[] = {
     {"yellowgreen", 0x9acd32},
 };
 
-// Light enough to be read on black, and told apart from one another.
+// Light enough to be legible on black, and easy to distinguish.
 constexpr std::uint32_t palette[] = {0x5ac8fa, 0xff9f45, 0x7ddc6f, 0xff6b8b, 0xb79cff, 0xffd454,
                                      0x4fd6c2, 0xff8f70, 0x8fb8ff, 0xe58bd8, 0xb8d957, 0xd9b08c};
 
@@ -188,7 +188,7 @@ int hexDigit(char c) {
     return -1;
 }
 
-// Three digits stand for six.
+// Each digit stands for two, as in "#F80" for "#FF8800".
 std::string fullDigits(std::string_view digits) {
     if (digits.size() != 3) {
         return std::string(digits);

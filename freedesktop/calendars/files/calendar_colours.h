@@ -1,4 +1,4 @@
-// The colours of calendars: as their files write them, and one for those that have none.
+// The colours of calendars, from the text in their files or from a palette.
 #pragma once
 
 #include <optional>
@@ -12,7 +12,8 @@ namespace quorvel::freedesktop::calendars {
 // it is none of them.
 std::optional<platform::UIColor> calendarColour(std::string_view text);
 
-// Always the same one for an identifier; readable on a dark backdrop.
+// The palette's colour for a calendar that has none: the same in every process, and legible on a
+// dark backdrop.
 platform::UIColor stableColour(std::string_view identifier);
 
 } // namespace quorvel::freedesktop::calendars

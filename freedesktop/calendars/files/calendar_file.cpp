@@ -2,18 +2,16 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstddef>
 #include <cstring>
 #include <utility>
 
 #include "base/content_hash.h"
 #include "freedesktop/io/regular_file.h"
-#include "icalendar/model/ics_file_reader.h"
 
 namespace quorvel::freedesktop::calendars {
 namespace {
 
-constexpr std::size_t largestFile = std::size_t{2} << 30U;
+constexpr std::size_t largestFile = std::size_t{2} << 30U; // bytes
 constexpr std::size_t largestMetadata = 4096;
 constexpr std::size_t largestPiece = std::size_t{256} << 10U;
 
@@ -27,11 +25,10 @@ std::uint64_t versionHash(const FileVersion& version) {
     return hash.value();
 }
 
-// The bytes of a file, one full piece after the other, up to the size that it had at first: what is
-// written behind that meanwhile is for the next reading.
+// The bytes of a file in pieces, up to the size that the file had when it was opened: what another
+// program appends meanwhile is read the next time.
 class FilePieces {
 public:
-    // Without a hash it is 0, which no file's is taken for.
     FilePieces(const RegularFile& file, std::size_t largest, bool isHashed)
         : m_file(file)
         , m_isHashed(isHashed)
@@ -39,7 +36,7 @@ public:
         , m_largest(largest) {}
 
     std::size_t pieceSize() const { return std::min(m_left, largestPiece); }
-    // Fills the place unless the file ends before.
+    // Returns fewer bytes than asked for only at the end or after an error.
     std::size_t read(char* place, std::size_t size) {
         size = isDone() ? 0 : std::min(size, m_left);
         const ReadResult result = m_file.read(place, size);
@@ -61,7 +58,7 @@ public:
     void fail(int error) { m_error = error; }
     std::size_t bytesLeft() const { return m_left; }
     bool isDone() const { return m_left == 0 || m_error != 0; }
-    int error() const { return m_error; }
+    int error() const { return m_error; } // an errno; 0: none
     std::uint64_t hash() const { return m_isHashed ? m_hash.value() : 0; }
 
 private:
@@ -74,7 +71,7 @@ private:
     ContentHash m_hash;
 };
 
-// What was left over stands before each new piece.
+// A piece of a file behind the rest of the piece before, which ended within a line.
 class PieceBuffer {
 public:
     std::string_view text() const { return std::string_view(m_bytes).substr(0, m_used); }
@@ -85,7 +82,7 @@ public:
         }
         m_used += pieces.read(m_bytes.data() + m_used, size);
     }
-    void take(std::size_t count) {
+    void removePrefix(std::size_t count) {
         m_used -= count;
         std::memmove(m_bytes.data(), m_bytes.data() + count, m_used);
     }
@@ -95,7 +92,7 @@ private:
     std::size_t m_used = 0;
 };
 
-icalendar::IcsFile readCalendar(FilePieces& pieces, const ReadContext& context) {
+icalendar::IcsFile parseCalendar(FilePieces& pieces, const ReadContext& context) {
     icalendar::IcsFileReader reader(context.zoneIsKnown, context.mostBytes);
     PieceBuffer buffer;
     buffer.append(pieces);
@@ -103,74 +100,77 @@ icalendar::IcsFile readCalendar(FilePieces& pieces, const ReadContext& context) 
         if (context.isCancelled != nullptr && *context.isCancelled) {
             pieces.fail(ECANCELED);
         }
-        buffer.take(reader.read(buffer.text()));
+        buffer.removePrefix(reader.read(buffer.text()));
         reader.expect(pieces.bytesLeft());
         buffer.append(pieces);
     }
     return reader.finish(buffer.text());
 }
 
+FileContent readContent(const std::string& path, FileKind kind, const FileVersion& version,
+                        FilePieces& pieces, const ReadContext& context) {
+    if (kind == FileKind::calendar) {
+        return {std::make_shared<icalendar::LoadedFile>(path, versionHash(version),
+                                                        parseCalendar(pieces, context)),
+                nullptr};
+    }
+    std::string bytes(largestMetadata + 1, '\0');
+    bytes.resize(pieces.read(bytes.data(), bytes.size()));
+    return {nullptr, std::make_shared<const std::string>(std::move(bytes))};
+}
+
 std::uint64_t hashOf(FilePieces pieces) {
-    std::string place(pieces.pieceSize(), '\0');
+    std::string buffer(pieces.pieceSize(), '\0');
     while (!pieces.isDone()) {
-        pieces.read(place.data(), place.size());
+        pieces.read(buffer.data(), buffer.size());
     }
     return pieces.hash();
 }
 
-// The file is at its beginning again afterwards.
+// The file is read from its beginning again afterwards.
 bool hasSameBytes(const CalendarFile& file, const RegularFile& opened, const FilePieces& pieces) {
-    const bool isSame = file.loaded && file.hash != 0 && hashOf(pieces) == file.hash;
+    const bool isSame =
+        file.calendar() && file.parsed->hash != 0 && hashOf(pieces) == file.parsed->hash;
     opened.rewind();
     return isSame;
 }
 
-void setError(CalendarFile& file, int error, std::int64_t readAt) {
-    file.wasRead = true;
-    file.error = error;
-    file.version = file.seen;
-    file.isSettled = isSettled(file.version, readAt);
-    file.loaded = nullptr;
-    file.metadata.clear();
+FileVersion listedVersion(const CalendarFile& file) {
+    return file.listed ? *file.listed : FileVersion();
 }
 
-void readContent(CalendarFile& file, const std::string& path, FileKind kind, FilePieces& pieces,
-                 const ReadContext& context) {
-    if (kind == FileKind::calendar) {
-        file.setLoaded(path, file.version, readCalendar(pieces, context));
-    } else {
-        file.metadata.resize(largestMetadata + 1);
-        file.metadata.resize(pieces.read(file.metadata.data(), file.metadata.size()));
-    }
-    file.hash = pieces.hash();
+void setError(CalendarFile& file, FileError error, std::int64_t readAt) {
+    const FileVersion version = listedVersion(file);
+    file.parsed = {version, isSettled(version, readAt), 0, error};
 }
 
 } // namespace
 
 bool CalendarFile::isCurrent() const {
-    return wasRead && isSettled && version == seen && seenError == 0 && error != noRoom;
+    // A file without room is read again, as another one may have been removed.
+    const bool hadRoom = parsed && (parsed->content || !parsed->content.error().isNoRoom());
+    return hadRoom && parsed->isSettled && listed && parsed->version == *listed;
 }
 
-bool CalendarFile::isErrorLasting() const {
-    return error == EACCES || error == EFBIG || error == noRoom;
+bool CalendarFile::isSettled() const {
+    const bool isCurrentVersion =
+        parsed && parsed->isSettled && listed && parsed->version == *listed;
+    return isCurrentVersion && (parsed->content || parsed->content.error().isLasting());
 }
 
-void CalendarFile::setLoaded(const std::string& path, const FileVersion& readVersion,
-                             icalendar::IcsFile ics) {
-    wasRead = true;
-    error = 0;
-    version = readVersion;
-    loaded =
-        std::make_shared<icalendar::LoadedFile>(path, versionHash(readVersion), std::move(ics));
+std::shared_ptr<icalendar::LoadedFile> CalendarFile::calendar() const {
+    return parsed && parsed->content ? parsed->content->calendar : nullptr;
 }
 
-void CalendarFile::leaveOut() {
-    wasRead = true;
-    error = noRoom;
-    version = seen;
-    isSettled = true;
-    loaded = nullptr;
-    metadata.clear();
+void CalendarFile::setCalendar(const std::string& path, const FileVersion& version, bool isSettled,
+                               icalendar::IcsFile ics) {
+    const auto loaded =
+        std::make_shared<icalendar::LoadedFile>(path, versionHash(version), std::move(ics));
+    parsed = {version, isSettled, 0, FileContent{loaded, nullptr}};
+}
+
+void CalendarFile::leaveOutForLackOfRoom() {
+    parsed = {listedVersion(*this), true, 0, FileError::noRoom()};
 }
 
 void readCalendarFile(CalendarFile& file, const std::string& path, FileKind kind,
@@ -178,34 +178,33 @@ void readCalendarFile(CalendarFile& file, const std::string& path, FileKind kind
     const std::int64_t readAt = context.fileClock();
     const RegularFile opened(path);
     if (!opened.isOpen()) {
-        setError(file, opened.error(), readAt);
+        setError(file, FileError::ofSystem(opened.error()), readAt);
         return;
     }
     const std::size_t largest = kind == FileKind::calendar ? largestFile : largestMetadata;
     if (opened.size() > largest) {
-        setError(file, EFBIG, readAt);
+        setError(file, FileError::ofSystem(EFBIG), readAt);
         return;
     }
-    const bool mayBeSame = file.wasRead && file.version == opened.version();
-    file.version = opened.version();
-    file.wasRead = true;
-    const bool willBeSettled = isSettled(file.version, readAt);
+    const bool mayBeSame = file.parsed && file.parsed->version == opened.version();
+    const bool willBeSettled = isSettled(opened.version(), readAt);
     FilePieces pieces(opened, largest, !willBeSettled || mayBeSame);
     if (!mayBeSame || !hasSameBytes(file, opened, pieces)) {
-        file.error = 0;
-        readContent(file, path, kind, pieces, context);
+        FileContent content = readContent(path, kind, opened.version(), pieces, context);
+        file.parsed = {opened.version(), false, pieces.hash(), std::move(content)};
     }
     if (pieces.error() != 0) {
-        setError(file, pieces.error(), readAt);
+        setError(file, FileError::ofSystem(pieces.error()), readAt);
         return;
     }
-    if (file.loaded && file.loaded->ics.isCut &&
+    const auto calendar = file.calendar();
+    if (calendar && calendar->ics.isCut &&
         context.mostBytes < icalendar::IcsFileReader::mostBytesOfAFile) {
-        file.leaveOut();
+        file.leaveOutForLackOfRoom();
         return;
     }
-    // A file that was written to meanwhile is read once more the next time.
-    file.isSettled = willBeSettled && opened.isUnchanged();
+    // A file that another program wrote to meanwhile is read again the next time.
+    file.parsed->isSettled = willBeSettled && opened.isUnchanged();
 }
 
 } // namespace quorvel::freedesktop::calendars

@@ -1,57 +1,69 @@
-// One file of a source at its place: what was seen of it, and what was read.
+// One file of a source: which version of it the last scan found, and what was read of it.
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "base/result.h"
+#include "freedesktop/calendars/files/file_error.h"
 #include "freedesktop/io/file_version.h"
-#include "icalendar/expansion/occurrences.h"
+#include "icalendar/expansion/loaded_file.h"
 #include "icalendar/model/ics_file_reader.h"
 
 namespace quorvel::freedesktop::calendars {
 
-// In place of an errno: the file is left out, as there are more events than can be kept.
-inline constexpr int noRoom = -1;
+enum class FileKind { calendar, metadata };
+
+// One of the two, by the file's kind; the other is null.
+struct FileContent {
+    std::shared_ptr<icalendar::LoadedFile> calendar;
+    std::shared_ptr<const std::string> metadata; // the bytes of a file that names or colours one
+};
+
+// What was read of one version of a file.
+struct ParsedVersion {
+    FileVersion version;
+    // Every later change of the file will show in its version. Not so for a file that was written
+    // within a clock tick of being read.
+    bool isSettled = false;
+    std::uint64_t hash = 0; // of the bytes, where they may have to be compared later; else 0
+    Result<FileContent, FileError> content{FileContent()};
+};
 
 struct CalendarFile {
     std::string name;
-    FileVersion seen;  // by the last look at it
-    int seenError = 0; // an errno; not 0: it could not be looked at
+    Result<FileVersion, FileError> listed{FileVersion()}; // by the last scan
+    std::optional<ParsedVersion> parsed;                  // absent: the file was not read yet
 
-    bool wasRead = false;
-    FileVersion version; // of what was read
-    bool isSettled = false;
-    int error = 0;          // an errno; not 0: it could not be read
-    std::uint64_t hash = 0; // of the bytes, where they are not settled
-    std::shared_ptr<icalendar::LoadedFile>
-        loaded;           // null where there is an error; of a calendar alone
-    std::string metadata; // of a file that names or colours a calendar
-
-    // What was read is what lies there.
+    // The version that the last scan found is the one that was read.
     bool isCurrent() const;
-    // An error that comes from what was seen, and stays as long as that is seen.
-    bool isErrorLasting() const;
+    // Nothing will be read otherwise the next time, unless the file's version changes.
+    bool isSettled() const;
+    // Null where the file was not read, could not be read, or is no calendar file.
+    std::shared_ptr<icalendar::LoadedFile> calendar() const;
 
-    void setLoaded(const std::string& path, const FileVersion& readVersion, icalendar::IcsFile ics);
-    void leaveOut(); // for lack of room
+    void setCalendar(const std::string& path, const FileVersion& version, bool isSettled,
+                     icalendar::IcsFile ics);
+    void leaveOutForLackOfRoom();
 };
 
-enum class FileKind { calendar, metadata };
-
 struct ReadContext {
-    std::function<bool(std::string_view)> zoneIsKnown; // exactly; from any thread
-    std::function<std::int64_t()> fileClock;           // likewise; nanoseconds since 1970
-    const std::atomic<bool>* isCancelled = nullptr;    // nobody wants to know any longer
-    // In memory. A file that takes more is left out.
+    // Whether a time zone's name, spelled exactly so, needs no definition. From any thread.
+    std::function<bool(std::string_view)> zoneIsKnown;
+    std::function<std::int64_t()> fileClock;        // nanoseconds since 1970. From any thread.
+    const std::atomic<bool>* isCancelled = nullptr; // may be null: reading is never cancelled
+    // In memory. A file whose events take more is left out.
     std::size_t mostBytes = icalendar::IcsFileReader::mostBytesOfAFile;
 };
 
-// Reads the file at the path. Nothing but a regular file is opened, and only so much of it is in
-// memory at a time as a line takes. What is the same, byte for byte, is not taken apart again.
+// Reads the file at the path into `file.parsed`. Opens nothing but a regular file, and holds about
+// a line of it in memory at a time. A file with the same bytes as before is not parsed again.
 void readCalendarFile(CalendarFile& file, const std::string& path, FileKind kind,
                       const ReadContext& context);
 

@@ -1,4 +1,4 @@
-// What is reported of calendars.
+// What is reported about calendars.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 namespace quorvel::freedesktop {
 
-// Something that could not be read, or is shown otherwise than it is written.
+// Something in a calendar that cannot be read, or is shown differently from how it is written.
 struct CalendarProblem {
     std::string file;
     std::size_t line = 0; // 0: unknown

@@ -7,6 +7,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "freedesktop/calendars/files/calendar_file_names.h"
+
 namespace quorvel::freedesktop {
 namespace {
 
@@ -23,6 +25,10 @@ CalendarSource optionalFolder(std::string path) {
 }
 
 } // namespace
+
+bool mayBelongToCalendar(std::string_view name) {
+    return calendars::hasCalendarSuffix(name) || calendars::isMetadataName(name);
+}
 
 std::optional<std::string> problemWithSource(const CalendarSource& source) {
     if (source.text) {

@@ -1,19 +1,20 @@
 // Where the user's calendars are.
 //
-// What a source is:
+// A source is one of these:
 // - A file is one calendar, whatever its name ends in.
-// - A folder: each folder in it that holds .ics files (or a file `color` or `displayname`) is one
-//   calendar, a file an event. A folder in it that holds none of them is looked into, down to
-//   sixteen levels. The .ics files that lie in the folder itself are a calendar each, unless the
-//   folder is such a calendar itself: it holds a file `color` or `displayname`, or more than half
-//   of its .ics files hold one event each, name no calendar, and either bear the event's UID in
-//   their names or are more than 24.
+// - A folder: each folder in it that holds .ics files, or a file `color` or `displayname`, is one
+//   calendar with an event in each file. A folder without any is searched for further folders, down
+//   to sixteen levels. Each .ics file in the source's own folder is a calendar, unless that folder
+//   is itself one calendar: it holds a file `color` or `displayname`, or more than half of its .ics
+//   files hold a single event, name no calendar, and either are named after the event's UID or are
+//   more than 24.
 // - A text in memory is one calendar, as if it were a file.
-// Names that begin with a dot are passed over; only regular files are opened. Calendars come in the
-// order of the sources, within one by name. The same file or folder is shown once.
+// Names that begin with a dot are ignored; only regular files are opened. Calendars come in the
+// order of the sources, and by name within a source. The same file or folder is shown once.
 //
-// A calendar's title: the file `displayname`, or X-WR-CALNAME or NAME, else the name of the file or
-// folder. Its colour: the file `color`, or X-APPLE-CALENDAR-COLOR or COLOR, else one of a palette.
+// A calendar's title is that in the file `displayname`, or X-WR-CALNAME or NAME, else the name of
+// the file or folder. Its colour is that in the file `color`, or X-APPLE-CALENDAR-COLOR or COLOR,
+// else one of a palette.
 #pragma once
 
 #include <optional>
@@ -26,7 +27,7 @@ namespace quorvel::freedesktop {
 struct CalendarSource {
     std::string name;                // a path, or the name of a text
     std::optional<std::string> text; // a whole calendar in memory
-    bool isOptional = false;         // nothing is amiss where it is not there
+    bool isOptional = false;         // no problem is reported where the path does not exist
 
     static CalendarSource at(std::string path) { return {std::move(path), std::nullopt}; }
     static CalendarSource inMemory(std::string name, std::string text) {
@@ -34,9 +35,9 @@ struct CalendarSource {
     }
 };
 
-// Of a source that is a folder: how many levels of folders are looked into, and whether a file of
-// that name may say something about a calendar.
+// How many levels of folders are searched below a source that is a folder.
 inline constexpr int deepestCalendarFolder = 16;
+// Whether a file with that name can change a calendar.
 bool mayBelongToCalendar(std::string_view name);
 
 // Why the source cannot be read at all; absent where it can.

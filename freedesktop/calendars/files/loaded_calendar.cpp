@@ -9,9 +9,9 @@
 namespace quorvel::freedesktop::calendars {
 namespace {
 
-constexpr std::size_t longestSlug = 40;
+constexpr std::size_t longestSlug = 40; // characters
 
-// Letters and digits, the rest as single hyphens: fit for a link and for a file's name.
+// Each run of other characters than letters, digits, "_" and "." becomes one hyphen.
 std::string slugOf(std::string_view name) {
     std::string slug;
     for (const char c : name.substr(0, std::min(name.size(), std::size_t{256}))) {
@@ -34,8 +34,8 @@ std::string slugOf(std::string_view name) {
 
 } // namespace
 
-std::string calendarIdentifier(std::string_view name, std::string_view place) {
-    return slugOf(name) + "-" + hexDigits(stableHash(place), 8);
+std::string calendarIdentifier(std::string_view name, std::string_view realPath) {
+    return slugOf(name) + "-" + hexDigits(stableHash(realPath), 8);
 }
 
 bool LoadedCalendar::couldBeRead() const {

@@ -1,38 +1,39 @@
-// A calendar put together from its files.
+// A calendar put together from its parsed files, with what a search needs to know about its events.
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "icalendar/expansion/occurrences.h"
+#include "icalendar/expansion/event_set.h"
+#include "icalendar/expansion/loaded_file.h"
 #include "platform/calendar_store.h"
 
 namespace quorvel::freedesktop::calendars {
 
+// Belongs to the thread that searches it: each file has a cache of what its expansion worked out.
 struct LoadedCalendar {
-    std::shared_ptr<const platform::EKCalendar> calendar;
+    std::shared_ptr<const platform::EKCalendar> calendar; // never null
     std::vector<std::shared_ptr<icalendar::LoadedFile>> files;
-    std::vector<icalendar::EventEntry> entries; // all events, to be passed over quickly
+    std::vector<icalendar::EventEntry> entries; // one for each event
     icalendar::Overrides overrides;
 
-    // A folder of events may be empty; of files that are there, one at least must be a calendar's.
+    // At least one file holds a calendar. A folder without files is an empty calendar.
     bool couldBeRead() const;
 };
 
-// What a calendar is called, when its own files do not say it.
 struct CalendarNames {
     std::string identifier;
     std::optional<std::string> title;
-    std::optional<std::string> colour;
-    std::string fallbackTitle;
+    std::optional<std::string> colour; // as calendarColour() reads it
+    std::string fallbackTitle;         // where there is no title
 };
 
-// Stable, and plain: from what the calendar is called and where it lies.
-std::string calendarIdentifier(std::string_view name, std::string_view place);
+// Letters and digits of the name, and a hash of the path: the same in every process, and fit for a
+// link.
+std::string calendarIdentifier(std::string_view name, std::string_view realPath);
 
 std::shared_ptr<const platform::EKCalendar> namedCalendar(const CalendarNames& names);
 

@@ -1,5 +1,6 @@
-// One file of SQLite's. Every content bears a hash of itself and its key, so that nothing that was
-// torn is ever taken for whole; SQLite's own journal brings it back after a process was killed.
+// The index is one SQLite database. A checksum of the key and the content is stored with each
+// content, so that damage is always noticed; SQLite's journal restores the database after a process
+// was killed.
 #include "freedesktop/calendars/index/calendar_index.h"
 
 #include <array>
@@ -18,20 +19,21 @@
 namespace quorvel::freedesktop::calendars {
 namespace {
 
-constexpr int format = 1;             // of the tables, and of what is in them
-constexpr int longestReadingWait = 5; // milliseconds
-constexpr int longestWritingWait = 50;
-constexpr std::int64_t largestIndex = std::int64_t{256} << 20U;
-constexpr std::size_t largestWrite = std::size_t{1} << 20U; // at once, unless a content is larger
+constexpr int format = 1;          // of the tables and their contents
+constexpr int longestReadWait = 5; // milliseconds
+constexpr int longestWriteWait = 50;
+constexpr std::int64_t largestIndex = std::int64_t{256} << 20U; // bytes
+constexpr std::size_t largestWrite = std::size_t{1}
+                                     << 20U; // in a transaction, unless one content is larger
 
-constexpr const char* tables = "CREATE TABLE file(id INTEGER PRIMARY KEY, content BLOB);"
-                               "CREATE TABLE snapshot(id INTEGER PRIMARY KEY, content BLOB,"
-                               " made INTEGER DEFAULT(julianday('now') * 86400000));"
-                               "CREATE TABLE search(id INTEGER PRIMARY KEY, content BLOB,"
-                               " made INTEGER DEFAULT(julianday('now') * 86400000));";
-constexpr const char* withoutTables =
+constexpr const char* createTables = "CREATE TABLE file(id INTEGER PRIMARY KEY, content BLOB);"
+                                     "CREATE TABLE snapshot(id INTEGER PRIMARY KEY, content BLOB,"
+                                     " made INTEGER DEFAULT(julianday('now') * 86400000));"
+                                     "CREATE TABLE search(id INTEGER PRIMARY KEY, content BLOB,"
+                                     " made INTEGER DEFAULT(julianday('now') * 86400000));";
+constexpr const char* dropTables =
     "DROP TABLE IF EXISTS file; DROP TABLE IF EXISTS snapshot; DROP TABLE IF EXISTS search;";
-constexpr const char* latestOnly =
+constexpr const char* deleteOldEntries =
     "DELETE FROM snapshot WHERE id NOT IN (SELECT id FROM snapshot ORDER BY made DESC LIMIT 8);"
     "DELETE FROM search WHERE id NOT IN (SELECT id FROM search ORDER BY made DESC LIMIT 24);";
 
@@ -49,11 +51,12 @@ constexpr std::array<KindQueries, 3> queries{{
      "INSERT OR REPLACE INTO search(id, content) VALUES(?, ?)"},
 }};
 
+// Two keys may share a row: the checksum distinguishes them.
 std::int64_t rowOf(const Signature& key) {
     return static_cast<std::int64_t>(key.first);
 }
 
-std::uint64_t sealOf(IndexKind kind, const Signature& key, std::string_view content) {
+std::uint64_t checksumOf(IndexKind kind, const Signature& key, std::string_view content) {
     ContentHash hash;
     hash.add(static_cast<int>(kind));
     hash.add(key.first);
@@ -62,66 +65,64 @@ std::uint64_t sealOf(IndexKind kind, const Signature& key, std::string_view cont
     return hash.value();
 }
 
-std::string sealed(IndexKind kind, const Signature& key, std::string content) {
-    const std::uint64_t seal = sealOf(kind, key, content);
-    content.insert(0, sizeof seal, '\0');
-    std::memcpy(content.data(), &seal, sizeof seal);
+std::string withChecksum(IndexKind kind, const Signature& key, std::string content) {
+    const std::uint64_t checksum = checksumOf(kind, key, content);
+    content.insert(0, sizeof checksum, '\0');
+    std::memcpy(content.data(), &checksum, sizeof checksum);
     return content;
 }
 
-// Absent where it is not what was sealed.
-std::optional<std::string_view> unsealed(IndexKind kind, const Signature& key,
-                                         std::string_view bytes) {
-    std::uint64_t seal = 0;
-    if (bytes.size() < sizeof seal) {
+// Absent where the content is damaged.
+std::optional<std::string_view> withoutChecksum(IndexKind kind, const Signature& key,
+                                                std::string_view bytes) {
+    std::uint64_t checksum = 0;
+    if (bytes.size() < sizeof checksum) {
         return std::nullopt;
     }
-    std::memcpy(&seal, bytes.data(), sizeof seal);
-    const std::string_view content = bytes.substr(sizeof seal);
-    return seal == sealOf(kind, key, content) ? std::optional(content) : std::nullopt;
+    std::memcpy(&checksum, bytes.data(), sizeof checksum);
+    const std::string_view content = bytes.substr(sizeof checksum);
+    return checksum == checksumOf(kind, key, content) ? std::optional(content) : std::nullopt;
 }
 
-int versionOf(const SqliteDatabase& database) {
+int versionOf(SqliteDatabase& database) {
     return static_cast<int>(database.number("PRAGMA user_version"));
 }
 
-bool isTooLarge(const SqliteDatabase& database) {
+bool isTooLarge(SqliteDatabase& database) {
     return database.number("PRAGMA page_count") * database.number("PRAGMA page_size") >
            largestIndex;
 }
 
-// Empty again, whatever it holds.
-void reset(const SqliteDatabase& database) {
+// Makes the database empty, whatever it contains.
+void reset(SqliteDatabase& database) {
     sqlite3_db_config(database.get(), SQLITE_DBCONFIG_RESET_DATABASE, 1, nullptr);
-    const int code = sqlite3_exec(database.get(), "VACUUM", nullptr, nullptr, nullptr);
+    database.run("VACUUM");
     sqlite3_db_config(database.get(), SQLITE_DBCONFIG_RESET_DATABASE, 0, nullptr);
-    if (code != SQLITE_OK) {
-        throw SqliteError(code);
-    }
 }
 
-// Why nothing is to be opened there; absent where there is a file, and where there is nothing. The
-// folders before it may be links, as a home may be.
+// Why nothing must be opened at the path; absent where there is a regular file or nothing. The
+// folders above it may be links, as a home folder may be.
 std::optional<std::string> obstacleAt(const std::string& path) {
     struct stat status {};
     if (lstat(path.c_str(), &status) != 0) {
         return errno == ENOENT ? std::nullopt
                                : std::optional(std::generic_category().message(errno));
     }
-    return S_ISREG(status.st_mode) ? std::nullopt : std::optional<std::string>("it is no file");
+    return S_ISREG(status.st_mode) ? std::nullopt
+                                   : std::optional<std::string>("it is not a regular file");
 }
 
-bool isThere(const std::string& path) {
+bool exists(const std::string& path) {
     struct stat status {};
     return lstat(path.c_str(), &status) == 0;
 }
 
 } // namespace
 
-struct CalendarIndex::Reading::State {
-    explicit State(const std::string& path)
+struct CalendarIndex::Transaction::Connection {
+    explicit Connection(const std::string& path)
         : database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX) {
-        sqlite3_busy_timeout(database.get(), longestReadingWait);
+        sqlite3_busy_timeout(database.get(), longestReadWait);
         transaction.emplace(database, "BEGIN");
     }
     SqliteDatabase database;
@@ -129,58 +130,56 @@ struct CalendarIndex::Reading::State {
     std::array<std::optional<SqliteStatement>, queries.size()> statements;
 };
 
-CalendarIndex::Reading::Reading(CalendarIndex& index)
+CalendarIndex::Transaction::Transaction(CalendarIndex& index)
     : m_index(index) {
     if (const auto obstacle = obstacleAt(m_index.path())) {
         m_index.fail(SQLITE_CANTOPEN, *obstacle);
         return;
     }
-    if (m_index.m_isTorn || !isThere(m_index.path())) {
+    if (m_index.m_isDamaged || !exists(m_index.path())) {
         return;
     }
-    try {
-        auto state = std::make_unique<State>(m_index.path());
-        const int version = versionOf(state->database);
-        if (version == m_index.m_version) {
-            m_state = std::move(state);
-        } else if (version != 0) {
-            m_index.say("is of another version of the program, and is made anew");
-        }
-    } catch (const SqliteError& error) {
-        m_index.fail(error.code(), error.reason());
+    auto connection = std::make_unique<Connection>(m_index.path());
+    const int version = versionOf(connection->database);
+    if (const auto& error = connection->database.error()) {
+        m_index.fail(error->code, error->reason);
+    } else if (version == m_index.m_version) {
+        m_connection = std::move(connection);
+    } else if (version != 0) {
+        m_index.report("was written by another version of the program, and will be rebuilt");
     }
 }
 
-CalendarIndex::Reading::~Reading() = default;
+CalendarIndex::Transaction::~Transaction() = default;
+CalendarIndex::Transaction::Transaction(Transaction&&) noexcept = default;
 
-std::optional<std::string> CalendarIndex::Reading::find(IndexKind kind, const Signature& key) {
-    if (!m_state) {
+std::optional<std::string> CalendarIndex::Transaction::find(IndexKind kind, const Signature& key) {
+    if (!m_connection) {
         return std::nullopt;
     }
-    try {
-        const auto number = static_cast<std::size_t>(kind);
-        auto& statement = m_state->statements[number];
-        if (!statement) {
-            statement.emplace(m_state->database.get(), queries[number].find);
-        }
-        statement->reset();
-        if (!statement->bind(1, rowOf(key)).next()) {
-            return std::nullopt;
-        }
-        if (const auto content = unsealed(kind, key, statement->bytes(0))) {
+    SqliteDatabase& database = m_connection->database;
+    const auto number = static_cast<std::size_t>(kind);
+    auto& statement = m_connection->statements[number];
+    if (!statement) {
+        statement.emplace(database, queries[number].find);
+    }
+    statement->reset();
+    if (statement->bind(1, rowOf(key)).next()) {
+        if (const auto content = withoutChecksum(kind, key, statement->bytes(0))) {
             return std::string(*content);
         }
-        throw SqliteError(SQLITE_CORRUPT);
-    } catch (const SqliteError& error) {
-        m_index.fail(error.code(), error.reason());
-        m_state = nullptr;
-        return std::nullopt;
+        database.check(SQLITE_CORRUPT);
     }
+    if (const auto& error = database.error()) {
+        m_index.fail(error->code, error->reason);
+        m_connection = nullptr;
+    }
+    return std::nullopt;
 }
 
-CalendarIndex::CalendarIndex(std::string folder, std::uint64_t version, Say say)
+CalendarIndex::CalendarIndex(std::string folder, std::uint64_t version, ProblemHandler onProblem)
     : m_folder(std::move(folder))
-    , m_say(std::move(say)) {
+    , m_onProblem(std::move(onProblem)) {
     ContentHash hash;
     hash.add(format);
     hash.add(version);
@@ -189,69 +188,66 @@ CalendarIndex::CalendarIndex(std::string folder, std::uint64_t version, Say say)
 
 CalendarIndex::~CalendarIndex() = default;
 
-void CalendarIndex::say(const std::string& what) {
-    if (!std::exchange(m_hasSaid, true)) {
-        m_say("the index of the calendars, '" + path() + "', " + what);
+void CalendarIndex::report(const std::string& what) {
+    if (!std::exchange(m_hasReported, true)) {
+        m_onProblem("the index of the calendars, '" + path() + "', " + what);
     }
 }
 
 void CalendarIndex::fail(int code, const std::string& reason) {
     if (code == SQLITE_BUSY || code == SQLITE_LOCKED) {
-        return; // another process writes; it is there the next time
+        return; // another process writes; the index can be used the next time
     }
-    const bool isTorn = code == SQLITE_CORRUPT || code == SQLITE_NOTADB || code == SQLITE_ERROR;
-    m_isTorn = m_isTorn || isTorn;
-    say(isTorn ? "is torn, and is made anew" : "is done without: " + reason);
+    const bool isDamaged = code == SQLITE_CORRUPT || code == SQLITE_NOTADB || code == SQLITE_ERROR;
+    m_isDamaged = m_isDamaged || isDamaged;
+    report(isDamaged ? "is damaged, and will be rebuilt" : "cannot be used: " + reason);
 }
 
-void CalendarIndex::keep(std::vector<IndexEntry> entries) {
+void CalendarIndex::store(std::vector<IndexEntry> entries) {
     std::error_code failure;
     if (std::filesystem::create_directories(m_folder, failure)) {
         std::filesystem::permissions(m_folder, std::filesystem::perms::owner_all, failure);
     }
     if (failure) {
         fail(SQLITE_CANTOPEN, failure.message());
-        return;
-    }
-    try {
+    } else if (const auto obstacle = obstacleAt(path())) {
+        fail(SQLITE_CANTOPEN, *obstacle);
+    } else {
         write(std::move(entries));
-    } catch (const SqliteError& error) {
-        fail(error.code(), error.reason());
     }
 }
 
 void CalendarIndex::write(std::vector<IndexEntry> entries) {
-    if (const auto obstacle = obstacleAt(path())) {
-        fail(SQLITE_CANTOPEN, *obstacle);
-        return;
-    }
-    const SqliteDatabase database(path(),
-                                  SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX);
-    sqlite3_busy_timeout(database.get(), longestWritingWait);
-    if (m_isTorn || isTooLarge(database)) {
+    SqliteDatabase database(path(),
+                            SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX);
+    sqlite3_busy_timeout(database.get(), longestWriteWait);
+    if (m_isDamaged || isTooLarge(database)) {
         reset(database);
-        m_isTorn = false;
+        m_isDamaged = database.hasFailed();
     }
-    // What the system has not written when it fails is torn, which shows.
+    // What is lost when the system fails is noticed by its checksum.
     database.run("PRAGMA synchronous = OFF; PRAGMA cache_size = -8000");
     auto entry = entries.begin();
-    while (entry != entries.end()) {
+    while (entry != entries.end() && !database.hasFailed()) {
         SqliteTransaction transaction(database, "BEGIN IMMEDIATE");
         if (versionOf(database) != m_version) {
-            database.run(withoutTables);
-            database.run(tables);
+            database.run(dropTables);
+            database.run(createTables);
             database.run(("PRAGMA user_version = " + std::to_string(m_version)).c_str());
         }
         std::size_t written = 0;
-        for (; entry != entries.end() && written < largestWrite; ++entry) {
-            SqliteStatement put(database.get(), queries[static_cast<std::size_t>(entry->kind)].put);
-            const std::string content = sealed(entry->kind, entry->key, entry->content());
+        for (; entry != entries.end() && written < largestWrite && !database.hasFailed(); ++entry) {
+            SqliteStatement put(database, queries[static_cast<std::size_t>(entry->kind)].put);
+            const std::string content = withChecksum(entry->kind, entry->key, entry->content());
             put.bind(1, rowOf(entry->key)).bind(2, content).run();
             written += content.size();
-            entry->content = nullptr; // with what it holds on to
+            entry->content = nullptr; // frees what it refers to
         }
-        database.run(latestOnly);
+        database.run(deleteOldEntries);
         transaction.commit();
+    }
+    if (const auto& error = database.error()) {
+        fail(error->code, error->reason);
     }
 }
 

@@ -1,5 +1,5 @@
-// What was worked out before, kept on disk: content by key, for all processes of a user. Nothing is
-// lost where there is none.
+// What was worked out about the calendars, on disk for all processes of a user: contents by key.
+// The index is a cache; nothing is lost where there is none.
 #pragma once
 
 #include <functional>
@@ -14,56 +14,57 @@ namespace quorvel::freedesktop::calendars {
 
 enum class IndexKind { file, snapshot, search };
 
-// What is to be kept. The content is asked for when it is written.
+// What is to be stored. The content is made only when it is written.
 struct IndexEntry {
     IndexKind kind = IndexKind::file;
     Signature key;
     std::function<std::string()> content;
 };
 
-// For one thread at a time. Other processes are waited for a few milliseconds at most. What does
-// not work is said once, and the index done without; one that is torn, or was made by another
-// version of the program, is made anew when something is to be kept.
+// Belongs to one thread. It waits a few milliseconds at most for other processes. The first problem
+// is reported, and the index is not used then; one that is damaged, or that another version of the
+// program has written, is rebuilt by the next store().
 class CalendarIndex {
 public:
-    using Say = std::function<void(const std::string&)>;
+    using ProblemHandler = std::function<void(const std::string&)>;
 
-    // The folder need not exist. `version`: of the program that worked the contents out.
-    CalendarIndex(std::string folder, std::uint64_t version, Say say);
+    // The folder need not exist. `version`: of the program that works the contents out.
+    CalendarIndex(std::string folder, std::uint64_t version, ProblemHandler onProblem);
     ~CalendarIndex();
     CalendarIndex(const CalendarIndex&) = delete;
     CalendarIndex& operator=(const CalendarIndex&) = delete;
 
-    // What is found by one of these is of one moment. Shorter-lived than the index.
-    class Reading {
+    // All that one transaction finds was stored at one moment. Outlived by the index.
+    class Transaction {
     public:
-        explicit Reading(CalendarIndex& index);
-        ~Reading();
-        Reading(const Reading&) = delete;
-        Reading& operator=(const Reading&) = delete;
-        // As it was kept, byte for byte.
+        explicit Transaction(CalendarIndex& index);
+        ~Transaction();
+        Transaction(Transaction&&) noexcept;
+        Transaction& operator=(Transaction&&) = delete;
+        // The bytes that were stored. Absent where there are none.
         std::optional<std::string> find(IndexKind kind, const Signature& key);
 
     private:
-        struct State;
+        struct Connection;
         CalendarIndex& m_index;
-        std::unique_ptr<State> m_state; // null: there is nothing to be read
+        std::unique_ptr<Connection> m_connection; // null where there is nothing to read
     };
+    Transaction beginReading() { return Transaction(*this); }
 
-    // Instead of what was kept by the same keys. Of snapshots and searches the latest stay.
-    void keep(std::vector<IndexEntry> entries);
+    // Replaces what was stored with the same keys. Only the latest snapshots and searches remain.
+    void store(std::vector<IndexEntry> entries);
 
 private:
     std::string path() const { return m_folder + "/calendars.sqlite"; }
-    void say(const std::string& what);
+    void report(const std::string& what);
     void fail(int code, const std::string& reason); // an error of the database
     void write(std::vector<IndexEntry> entries);
 
     std::string m_folder;
     int m_version; // above 0
-    Say m_say;
-    bool m_hasSaid = false;
-    bool m_isTorn = false;
+    ProblemHandler m_onProblem;
+    bool m_hasReported = false;
+    bool m_isDamaged = false;
 };
 
 } // namespace quorvel::freedesktop::calendars

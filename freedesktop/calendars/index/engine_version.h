@@ -1,12 +1,12 @@
-// Which program worked out what the index keeps: another one may read a calendar otherwise.
+// The version of everything that decides what the index contains.
 #pragma once
 
 #include <cstdint>
 
 namespace quorvel::freedesktop::calendars {
 
-// Another one with each change of this folder's sources, of those of the dates, and of the zones'
-// rules; and for each user of the system, as not all may read the same.
+// Changes with the sources by which calendars and dates are read, with the rules of the time zones,
+// and with the user, as another user may be allowed to read other files.
 std::uint64_t engineVersion();
 
 } // namespace quorvel::freedesktop::calendars

@@ -1,4 +1,7 @@
-// SQLite's handles as objects. For this folder's own sources.
+// SQLite's handles as objects. For the sources and tests of this folder alone.
+//
+// A connection remembers its first error, after which its calls do nothing: a sequence of calls is
+// checked once, at its end.
 #pragma once
 
 #include <cstdint>
@@ -11,42 +14,79 @@
 
 namespace quorvel::freedesktop::calendars {
 
-class SqliteError {
-public:
-    explicit SqliteError(int code)
-        : m_code(code) {}
-    int code() const { return m_code & 0xFF; }
-    std::string reason() const { return sqlite3_errstr(m_code); }
-
-private:
-    int m_code;
+struct SqliteError {
+    int code = SQLITE_OK; // a primary result code
+    std::string reason;
 };
 
-class SqliteStatement {
+class SqliteDatabase {
 public:
-    SqliteStatement(sqlite3* database, const char* text) { // throws SqliteError, as all of them
-        sqlite3_stmt* statement = nullptr;
-        const int code = sqlite3_prepare_v2(database, text, -1, &statement, nullptr);
-        m_statement.reset(statement);
+    SqliteDatabase(const std::string& path, int flags) {
+        sqlite3* database = nullptr;
+        const int code = sqlite3_open_v2(path.c_str(), &database, flags, nullptr);
+        m_database.reset(database);
         check(code);
     }
 
-    SqliteStatement& bind(int place, std::int64_t value) {
-        check(sqlite3_bind_int64(m_statement.get(), place, value));
+    const std::optional<SqliteError>& error() const { return m_error; } // absent: there was none
+    bool hasFailed() const { return m_error.has_value(); }
+    // Remembers the result of a call unless it is a success, or there was an error before.
+    void check(int code) {
+        const int primary = code & 0xFF;
+        if (primary != SQLITE_OK && primary != SQLITE_ROW && primary != SQLITE_DONE && !m_error) {
+            m_error = {primary, sqlite3_errstr(code)};
+        }
+    }
+
+    sqlite3* get() const { return m_database.get(); }
+    void run(const char* text) {
+        if (!hasFailed()) {
+            check(sqlite3_exec(get(), text, nullptr, nullptr, nullptr));
+        }
+    }
+    std::int64_t number(const char* query); // 0 where there is no row
+
+private:
+    struct Close {
+        void operator()(sqlite3* database) const { sqlite3_close(database); }
+    };
+    std::unique_ptr<sqlite3, Close> m_database;
+    std::optional<SqliteError> m_error;
+};
+
+// Outlived by its database.
+class SqliteStatement {
+public:
+    SqliteStatement(SqliteDatabase& database, const char* text)
+        : m_database(database) {
+        if (!database.hasFailed()) {
+            sqlite3_stmt* statement = nullptr;
+            database.check(sqlite3_prepare_v2(database.get(), text, -1, &statement, nullptr));
+            m_statement.reset(statement);
+        }
+    }
+
+    SqliteStatement& bind(int parameter, std::int64_t value) {
+        if (m_statement) {
+            m_database.check(sqlite3_bind_int64(m_statement.get(), parameter, value));
+        }
         return *this;
     }
     // The bytes outlive the run.
-    SqliteStatement& bind(int place, std::string_view bytes) {
-        check(sqlite3_bind_blob64(m_statement.get(), place, bytes.data(), bytes.size(),
-                                  SQLITE_STATIC));
+    SqliteStatement& bind(int parameter, std::string_view bytes) {
+        if (m_statement) {
+            m_database.check(sqlite3_bind_blob64(m_statement.get(), parameter, bytes.data(),
+                                                 bytes.size(), SQLITE_STATIC));
+        }
         return *this;
     }
 
-    bool next() { // to the next row; false: there is none
-        const int code = sqlite3_step(m_statement.get());
-        if (code != SQLITE_ROW && code != SQLITE_DONE) {
-            throw SqliteError(code);
+    bool next() { // to the next row; false: there is none, or an error
+        if (!m_statement || m_database.hasFailed()) {
+            return false;
         }
+        const int code = sqlite3_step(m_statement.get());
+        m_database.check(code);
         return code == SQLITE_ROW;
     }
     void run() {
@@ -56,6 +96,7 @@ public:
     }
     void reset() { sqlite3_reset(m_statement.get()); }
 
+    // Of the current row.
     std::int64_t number(int column) { return sqlite3_column_int64(m_statement.get(), column); }
     // Until the next step.
     std::string_view bytes(int column) {
@@ -69,53 +110,24 @@ private:
     struct Finalize {
         void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
     };
-    static void check(int code) {
-        if (code != SQLITE_OK) {
-            throw SqliteError(code);
-        }
-    }
-    std::unique_ptr<sqlite3_stmt, Finalize> m_statement;
+    SqliteDatabase& m_database;
+    std::unique_ptr<sqlite3_stmt, Finalize> m_statement; // null after an error
 };
 
-class SqliteDatabase {
-public:
-    // Throws SqliteError.
-    SqliteDatabase(const std::string& path, int flags) {
-        sqlite3* database = nullptr;
-        const int code = sqlite3_open_v2(path.c_str(), &database, flags, nullptr);
-        m_database.reset(database);
-        if (code != SQLITE_OK) {
-            throw SqliteError(code);
-        }
-    }
-    sqlite3* get() const { return m_database.get(); }
-    void run(const char* text) const {
-        const int code = sqlite3_exec(get(), text, nullptr, nullptr, nullptr);
-        if (code != SQLITE_OK) {
-            throw SqliteError(code);
-        }
-    }
-    std::int64_t number(const char* query) const {
-        SqliteStatement statement(get(), query);
-        return statement.next() ? statement.number(0) : 0;
-    }
+inline std::int64_t SqliteDatabase::number(const char* query) {
+    SqliteStatement statement(*this, query);
+    return statement.next() ? statement.number(0) : 0;
+}
 
-private:
-    struct Close {
-        void operator()(sqlite3* database) const { sqlite3_close(database); }
-    };
-    std::unique_ptr<sqlite3, Close> m_database;
-};
-
-// Undone unless it is committed.
+// Rolled back unless it is committed. Outlived by its database.
 class SqliteTransaction {
 public:
-    SqliteTransaction(const SqliteDatabase& database, const char* begin)
+    SqliteTransaction(SqliteDatabase& database, const char* begin)
         : m_database(database) {
         m_database.run(begin);
     }
     ~SqliteTransaction() {
-        if (!m_isCommitted) {
+        if (!m_isCommitted && m_database.get() != nullptr) {
             sqlite3_exec(m_database.get(), "ROLLBACK", nullptr, nullptr, nullptr);
         }
     }
@@ -123,11 +135,11 @@ public:
     SqliteTransaction& operator=(const SqliteTransaction&) = delete;
     void commit() {
         m_database.run("COMMIT");
-        m_isCommitted = true;
+        m_isCommitted = !m_database.hasFailed();
     }
 
 private:
-    const SqliteDatabase& m_database;
+    SqliteDatabase& m_database;
     bool m_isCommitted = false;
 };
 

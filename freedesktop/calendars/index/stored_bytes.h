@@ -1,4 +1,4 @@
-// Numbers and texts as bytes, for what is kept on disk on one machine.
+// Numbers and texts as bytes, for storage that only this machine reads.
 #pragma once
 
 #include <concepts>
@@ -13,7 +13,7 @@ namespace quorvel::freedesktop::calendars {
 
 class ByteWriter {
 public:
-    // Small ones take little room, also below 0.
+    // In as few bytes as its distance from 0 allows.
     template <std::integral Number>
     void number(Number value) {
         auto rest = static_cast<std::uint64_t>(value);
@@ -48,7 +48,7 @@ private:
     std::string m_bytes;
 };
 
-// What is missing at the end reads as 0 or empty, and is remembered.
+// Beyond the end everything is 0 or empty, and isWhole() is false.
 class ByteReader {
 public:
     explicit ByteReader(std::string_view bytes)
@@ -81,7 +81,7 @@ public:
         m_rest.remove_prefix(size);
         return result;
     }
-    // How many things follow, each of which takes a byte at least.
+    // The number of elements that follow; each takes at least a byte.
     std::size_t count() {
         const auto count = number<std::uint64_t>();
         m_isShort = m_isShort || count > m_rest.size();

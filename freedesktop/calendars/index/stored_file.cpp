@@ -33,7 +33,7 @@ void put(ByteWriter& writer, const icalendar::Slice& slice) {
     writer.number(slice.length);
 }
 
-// Slices are not looked at before they are known to lie within the text.
+// Checks that every slice lies within the text, so that damaged bytes are never used as one.
 class SliceReader {
 public:
     SliceReader(ByteReader& reader, std::size_t size)
@@ -220,8 +220,8 @@ icalendar::ZoneDefinition takeZone(ByteReader& reader) {
     return zone;
 }
 
-// What the events and rules say of each other and of the zones is used unlooked at later.
-bool holdsTogether(const icalendar::IcsFile& file) {
+// Whether all indices in the events are valid: they are used without a check later.
+bool areIndicesValid(const icalendar::IcsFile& file) {
     const auto isInZones = [&](const icalendar::EventTime& time) {
         return time.kind != icalendar::TimeKind::zoned || time.zone < file.zoneNames.size();
     };
@@ -309,7 +309,7 @@ std::optional<icalendar::IcsFile> fileFromBytes(std::string_view bytes,
     const auto flags = reader.number<unsigned>();
     file.isCalendar = (flags & 1U) != 0;
     file.isCut = (flags & 2U) != 0;
-    const bool isRight = reader.isWhole() && slices.isWithin() && holdsTogether(file);
+    const bool isRight = reader.isWhole() && slices.isWithin() && areIndicesValid(file);
     return isRight ? std::optional(std::move(file)) : std::nullopt;
 }
 

@@ -63,7 +63,7 @@ public:
     // From here on tells, from any thread, that the calendars or their events are others than they
     // were, that a server has died, and that an answer that was not waited for is there now. Null:
     // no longer. Changes are heard of while the process's main loop runs.
-    virtual void follow(std::function<void()> changed) = 0;
+    virtual void setChangedHandler(std::function<void()> onChanged) = 0;
 };
 
 // What the module exports; the caller owns the result. The name is that of the service which knows

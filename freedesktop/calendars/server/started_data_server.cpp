@@ -39,7 +39,7 @@ void StartedDataServer::end(Result result) {
         m_result = std::move(result);
         m_isRunning = false;
         if (m_result.server && m_changed) {
-            m_result.server->follow(m_changed);
+            m_result.server->setChangedHandler(m_changed);
         }
         if (m_result.server && !m_isAwaited) {
             tell = m_changed;
@@ -105,11 +105,11 @@ std::vector<CalendarEvents> StartedDataServer::events(const std::vector<std::str
     return m_result.server->events(calendars, range, deadline);
 }
 
-void StartedDataServer::follow(std::function<void()> changed) {
+void StartedDataServer::setChangedHandler(std::function<void()> onChanged) {
     const std::lock_guard lock(m_mutex);
-    m_changed = std::move(changed);
+    m_changed = std::move(onChanged);
     if (m_result.server) {
-        m_result.server->follow(m_changed);
+        m_result.server->setChangedHandler(m_changed);
     }
 }
 

@@ -27,7 +27,7 @@ public:
     CalendarList calendars(Deadline deadline) override;
     std::vector<CalendarEvents> events(const std::vector<std::string>& calendars,
                                        SearchedRange range, Deadline deadline) override;
-    void follow(std::function<void()> changed) override;
+    void setChangedHandler(std::function<void()> onChanged) override;
 
 private:
     struct Result {

@@ -1,34 +1,18 @@
-// The stores' own side: which part of what is known a caller asks for.
 #include "freedesktop/calendars/store/file_calendar_stores.h"
 
-#include <algorithm>
-#include <cmath>
-#include <iterator>
-#include <optional>
+#include <string_view>
 #include <unordered_set>
 #include <utility>
 
 #include "freedesktop/calendars/index/engine_version.h"
 #include "freedesktop/calendars/store/calendar_service.h"
+#include "freedesktop/calendars/store/search_window.h"
 
 namespace quorvel::freedesktop {
 namespace {
 
-using calendars::SearchRequest;
-using calendars::StoreSnapshot;
-
-constexpr int longestRangeYears = 4;
-
-std::int64_t wholeSeconds(platform::NSDate date) {
-    return std::llround(platform::timeIntervalSince1970(date));
-}
-
-bool belongsTo(const icalendar::Window& window, const platform::EKEvent& event) {
-    return icalendar::belongsTo(window, wholeSeconds(event.startDate), wholeSeconds(event.endDate));
-}
-
-// Those of the snapshot's calendars that are asked for.
-platform::EKCalendars calendarsIn(const StoreSnapshot& snapshot,
+// Those of the snapshot's calendars that are wanted, in the snapshot's order.
+platform::EKCalendars calendarsIn(const calendars::StoreSnapshot& snapshot,
                                   const platform::EKCalendars& wanted) {
     std::unordered_set<std::string_view> identifiers;
     for (const auto& calendar : wanted) {
@@ -45,35 +29,13 @@ platform::EKCalendars calendarsIn(const StoreSnapshot& snapshot,
     return result;
 }
 
-// Whole weeks or hours around it, so that what follows a moment later asks for the same.
-icalendar::Window roundedWindow(const icalendar::Window& window, double unit) {
-    return {std::floor(window.from / unit) * unit, std::ceil(window.to / unit) * unit};
-}
-
-// Absent where nothing can lie in it.
-std::optional<icalendar::Window> windowOf(const platform::EKEventPredicate& predicate,
-                                          const TimeZone& userZone) {
-    constexpr double farthest = 2.54e11; // to the end of the year 9999
-    icalendar::Window window{platform::timeIntervalSince1970(predicate.startDate),
-                             platform::timeIntervalSince1970(predicate.endDate)};
-    if (!(window.from <= window.to)) {
-        return std::nullopt;
-    }
-    window.from = std::clamp(window.from, -farthest, farthest);
-    window.to = std::clamp(window.to, -farthest, farthest);
-    CivilTime last = userZone.localTime(static_cast<std::int64_t>(std::trunc(window.from)));
-    last.year += longestRangeYears;
-    window.to = std::min(window.to, static_cast<double>(userZone.instant(last)));
-    return window;
-}
-
 } // namespace
 
 class FileCalendarStores::Store final : public platform::EKEventStore {
 public:
-    explicit Store(std::shared_ptr<calendars::CalendarService> desk)
-        : m_desk(std::move(desk))
-        , m_view(m_desk->refresh()) {}
+    explicit Store(std::shared_ptr<calendars::CalendarService> service)
+        : m_service(std::move(service))
+        , m_view(m_service->refresh()) {}
 
     platform::EKCalendars calendars() override { return m_view.snapshot->calendars; }
 
@@ -89,80 +51,77 @@ public:
 
     platform::EKEvents
     eventsMatchingPredicate(const platform::EKEventPredicate& predicate) override {
-        const auto window = windowOf(predicate, m_view.userZone->zone());
+        const auto window = calendars::searchWindow(predicate, *m_view.userZone);
         if (!window) {
             return {};
         }
-        constexpr double hour = 3600;
-        constexpr double week = 7 * 24 * hour;
-        const auto result =
-            m_desk->search(m_view, {m_view.snapshot, m_view.userZone, roundedWindow(*window, week),
-                                    roundedWindow(*window, hour),
-                                    calendarsIn(*m_view.snapshot, predicate.calendars)});
+        const auto result = m_service->search(
+            m_view,
+            {m_view.snapshot, m_view.userZone, calendars::wholeWeeks(*window),
+             calendars::wholeHours(*window), calendarsIn(*m_view.snapshot, predicate.calendars)});
         platform::EKEvents events;
         if (result) {
-            std::copy_if(result->events.begin(), result->events.end(), std::back_inserter(events),
-                         [&window](const auto& event) { return belongsTo(*window, *event); });
+            calendars::addEventsWithin(*window, result->events, events);
         }
         return events;
     }
 
 private:
-    std::shared_ptr<calendars::CalendarService> m_desk;
+    std::shared_ptr<calendars::CalendarService> m_service;
     calendars::CalendarService::View m_view;
 };
 
 FileCalendarStores::FileCalendarStores(std::shared_ptr<const TimeZone> userZone,
                                        CalendarProblemHandler onProblem)
-    : m_desk(std::make_shared<calendars::CalendarService>(std::move(userZone),
-                                                          std::move(onProblem))) {}
+    : m_service(std::make_shared<calendars::CalendarService>(std::move(userZone),
+                                                             std::move(onProblem))) {}
 
 FileCalendarStores::~FileCalendarStores() = default;
 
 void FileCalendarStores::setSources(std::vector<CalendarSource> sources) {
-    m_desk->setSources(std::move(sources));
+    m_service->setSources(std::move(sources));
 }
 
 void FileCalendarStores::setTimeZone(std::shared_ptr<const TimeZone> userZone) {
-    m_desk->setTimeZone(std::move(userZone));
+    m_service->setTimeZone(std::move(userZone));
 }
 
 void FileCalendarStores::setIndex(const std::string& folder,
-                                  std::function<void(const std::string&)> say) {
-    m_desk->setIndex(std::make_unique<calendars::CalendarIndex>(folder, calendars::engineVersion(),
-                                                                std::move(say)));
+                                  std::function<void(const std::string&)> onProblem) {
+    m_service->setIndex(std::make_unique<calendars::CalendarIndex>(
+        folder, calendars::engineVersion(), std::move(onProblem)));
 }
 
 void FileCalendarStores::setFileClock(std::function<std::int64_t()> clock) {
-    m_desk->setFileClock(std::move(clock));
+    m_service->setFileClock(std::move(clock));
 }
 
 void FileCalendarStores::setWaits(CalendarWaits waits) {
-    m_desk->setWaits(waits);
+    m_service->setWaits(waits);
 }
 
-void FileCalendarStores::follow(std::function<void()> changed) {
-    m_desk->follow(std::move(changed));
+void FileCalendarStores::setChangedHandler(std::function<void()> onChanged) {
+    m_service->setChangedHandler(std::move(onChanged));
 }
 
-std::vector<std::string> FileCalendarStores::paths() const {
-    return m_desk->paths();
+const std::vector<std::string>& FileCalendarStores::paths() const {
+    return m_service->paths();
 }
 
 void FileCalendarStores::beginReading() {
-    m_desk->beginReading();
+    m_service->beginReading();
 }
 
 std::unique_ptr<platform::EKEventStore> FileCalendarStores::makeEventStore() {
-    return std::make_unique<Store>(m_desk);
+    return std::make_unique<Store>(m_service);
 }
 
 bool FileCalendarStores::anyReadable() const {
-    return m_desk->isAnyReadable();
+    return m_service->isAnyReadable();
 }
 
 bool FileCalendarStores::anyCalendar() const {
-    return m_desk->isAnyCalendar();
+    return m_service->isAnyCalendar();
 }
 
 } // namespace quorvel::freedesktop

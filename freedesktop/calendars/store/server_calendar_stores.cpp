@@ -1,9 +1,13 @@
 #include "freedesktop/calendars/store/server_calendar_stores.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
+#include <map>
+#include <utility>
 
 #include "freedesktop/calendars/store/event_order.h"
+#include "freedesktop/calendars/store/server_calendar_events.h"
 #include "freedesktop/calendars/store/server_calendars.h"
 
 namespace quorvel::freedesktop {
@@ -15,8 +19,6 @@ using platform::EKEvents;
 
 namespace {
 
-constexpr std::size_t mostProblemsOfEvents = 100;
-
 using Clock = std::chrono::steady_clock;
 using Seconds = std::chrono::duration<double>;
 
@@ -27,14 +29,8 @@ struct ListedCalendar {
 };
 using ListedCalendars = std::vector<ListedCalendar>;
 
-std::string placeOf(const ListedCalendar& listed) {
+std::string displayNameOf(const ListedCalendar& listed) {
     return "the calendar '" + listed.calendar->title + "' of " + std::string(dataServerName);
-}
-
-std::string secondsText(double seconds) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.3g", seconds);
-    return text;
 }
 
 bool isWanted(const ListedCalendar& listed, const EKCalendars& wanted) {
@@ -43,22 +39,58 @@ bool isWanted(const ListedCalendar& listed, const EKCalendars& wanted) {
     });
 }
 
-// What a store may still wait.
-class Patience {
+// The time that a store may still spend waiting for the server.
+class WaitBudget {
 public:
-    explicit Patience(double seconds)
-        : m_left(seconds) {}
+    explicit WaitBudget(double seconds)
+        : m_total(seconds)
+        , m_left(seconds) {}
 
-    template <class Ask>
-    auto spend(Ask ask) {
+    double total() const { return m_total.count(); } // seconds
+
+    // Calls the server with the deadline, and subtracts what the call took.
+    template <class Call>
+    auto spend(Call call) {
         const Clock::time_point begin = Clock::now();
-        auto answer = ask(begin + std::chrono::duration_cast<Clock::duration>(m_left));
+        auto answer = call(begin + std::chrono::duration_cast<Clock::duration>(m_left));
         m_left = std::max(m_left - Seconds(Clock::now() - begin), Seconds(0));
         return answer;
     }
 
 private:
+    Seconds m_total;
     Seconds m_left;
+};
+
+// The current problem of the server and of each of its calendars.
+class CurrentProblems {
+public:
+    explicit CurrentProblems(CalendarProblemHandler onProblem)
+        : m_onProblem(std::move(onProblem)) {}
+
+    // Reports a problem unless it is the same as the last time. A missing answer is the same
+    // problem however long it was waited for.
+    void set(const std::string& name, Outcome outcome, const std::string& problem,
+             double waitedSeconds) {
+        const auto current = m_current.find(name);
+        if (outcome == Outcome::answered) {
+            m_current.erase(name);
+        } else if (current == m_current.end() || current->second != problem) {
+            m_current[name] = problem;
+            m_onProblem({name, 0, outcome == Outcome::silent ? silence(waitedSeconds) : problem});
+        }
+    }
+
+private:
+    static std::string silence(double waitedSeconds) {
+        char seconds[32];
+        std::snprintf(seconds, sizeof seconds, "%.3g", waitedSeconds);
+        return "it has not answered within " + std::string(seconds) +
+               " s: its events are shown when it does";
+    }
+
+    CalendarProblemHandler m_onProblem;
+    std::map<std::string, std::string> m_current; // by name
 };
 
 } // namespace
@@ -67,95 +99,60 @@ bool isDataServer(const CalendarSource& source) {
     return !source.text && source.name == dataServerSourceName;
 }
 
+// What the stores share.
 class ServerCalendarStores::State {
 public:
     State(std::unique_ptr<eds::DataServer> server, std::shared_ptr<const TimeZone> userZone,
-          CalendarProblemHandler onProblem, DataServerWaits waits)
+          const CalendarProblemHandler& onProblem, DataServerWaits waits)
         : m_server(std::move(server))
-        , m_userZone(std::move(userZone))
-        , m_report(onProblem ? std::move(onProblem) : [](const CalendarProblem&) {})
-        , m_waits(waits) {}
+        , m_waits(waits)
+        , m_problems(onProblem)
+        , m_events(std::move(userZone), onProblem) {}
 
     void setOptional(bool isOptional) { m_isOptional = isOptional; }
-
     void setTimeZone(std::shared_ptr<const TimeZone> userZone) {
-        m_userZone = std::move(userZone);
-        for (auto& [identifier, expanded] : m_expanded) {
-            expanded.stores->setTimeZone(m_userZone);
-        }
+        m_events.setTimeZone(std::move(userZone));
+    }
+    void setChangedHandler(std::function<void()> onChanged) {
+        m_server->setChangedHandler(std::move(onChanged));
     }
 
-    void follow(std::function<void()> changed) { m_server->follow(std::move(changed)); }
-
-    Patience patience() {
-        m_lastWait = std::exchange(m_isFirst, false) ? m_waits.first : m_waits.later;
-        return Patience(m_lastWait);
+    WaitBudget nextBudget() {
+        return WaitBudget(std::exchange(m_isFirst, false) ? m_waits.first : m_waits.later);
     }
-
-    ListedCalendars list(Patience& patience);
+    ListedCalendars list(WaitBudget& budget);
     EKEvents find(const ListedCalendars& listed, const EKEventPredicate& predicate,
-                  Patience& patience);
+                  WaitBudget& budget);
 
     bool anyReadable() const { return m_isListed && !m_listed.empty() && !m_areAllUnreadable; }
-
     bool hasCalendar(std::string_view identifier) const {
         return std::any_of(m_listed.begin(), m_listed.end(), [&](const ListedCalendar& listed) {
             return listed.calendar->calendarIdentifier == identifier;
         });
     }
-
     const std::vector<std::string>& deselectedCalendars() const { return m_deselected; }
 
 private:
-    // The events of a calendar as they were at the last question, and their occurrences.
-    struct Expanded {
-        std::shared_ptr<const std::string> text;
-        std::unique_ptr<FileCalendarStores> stores;
-    };
-
-    // A silence is the same, however long it was waited for.
-    void tell(const std::string& place, Outcome outcome, const std::string& problem) {
-        const auto told = m_told.find(place);
-        if (outcome == Outcome::answered) {
-            m_told.erase(place);
-        } else if (told == m_told.end() || told->second != problem) {
-            m_told[place] = problem;
-            m_report({place, 0, outcome == Outcome::silent ? silence() : problem});
-        }
-    }
-
-    void tellOfList(const eds::CalendarList& list);
-    std::string silence() const {
-        return "it has not answered within " + secondsText(m_lastWait) +
-               " s: its events are shown when it does";
-    }
-    void addEvents(const ListedCalendar& listed, const std::shared_ptr<const std::string>& text,
-                   const EKEventPredicate& predicate, EKEvents& result);
-    FileCalendarStores& expanded(const ListedCalendar& listed,
-                                 const std::shared_ptr<const std::string>& text);
+    void setListed(const eds::CalendarList& list);
 
     std::unique_ptr<eds::DataServer> m_server;
-    std::shared_ptr<const TimeZone> m_userZone;
-    CalendarProblemHandler m_report;
     DataServerWaits m_waits;
-    double m_lastWait = 0; // seconds
     bool m_isFirst = true;
     bool m_isOptional = false;
     bool m_isListed = false;
-    bool m_areAllUnreadable = false; // of those that were last asked for
+    bool m_areAllUnreadable = false; // of those that were asked for last
     ListedCalendars m_listed;
     std::vector<std::string> m_deselected;
-    std::map<std::string, Expanded> m_expanded; // by the server's identifiers
-    std::map<std::string, std::string> m_told;  // problems by place
-    std::set<std::pair<std::string, std::string>> m_toldOfEvents;
+    CurrentProblems m_problems;
+    calendars::ServerCalendarEvents m_events;
 };
 
 class ServerCalendarStores::Store final : public platform::EKEventStore {
 public:
     explicit Store(std::shared_ptr<State> state)
         : m_state(std::move(state))
-        , m_patience(m_state->patience())
-        , m_listed(m_state->list(m_patience)) {}
+        , m_budget(m_state->nextBudget())
+        , m_listed(m_state->list(m_budget)) {}
 
     EKCalendars calendars() override {
         EKCalendars result;
@@ -176,23 +173,30 @@ public:
     }
 
     EKEvents eventsMatchingPredicate(const EKEventPredicate& predicate) override {
-        return m_state->find(m_listed, predicate, m_patience);
+        return m_state->find(m_listed, predicate, m_budget);
     }
 
 private:
     std::shared_ptr<State> m_state;
-    Patience m_patience;
+    WaitBudget m_budget;
     ListedCalendars m_listed;
 };
 
-ListedCalendars ServerCalendarStores::State::list(Patience& patience) {
+ListedCalendars ServerCalendarStores::State::list(WaitBudget& budget) {
     const eds::CalendarList list =
-        patience.spend([this](eds::Deadline deadline) { return m_server->calendars(deadline); });
+        budget.spend([this](eds::Deadline deadline) { return m_server->calendars(deadline); });
+    const bool isAllowed = list.outcome == Outcome::absent && m_isOptional;
+    m_problems.set(std::string(dataServerName), isAllowed ? Outcome::answered : list.outcome,
+                   list.problem, budget.total());
+    setListed(list);
+    return m_listed;
+}
+
+void ServerCalendarStores::State::setListed(const eds::CalendarList& list) {
     m_listed.clear();
     m_deselected.clear();
     m_isListed = list.outcome == Outcome::answered;
     m_areAllUnreadable = false;
-    tellOfList(list);
     for (const eds::ServerCalendar& calendar : list.calendars) {
         m_listed.push_back({calendar.identifier, eds::makeCalendar(calendar)});
         if (!calendar.isSelected) {
@@ -200,22 +204,12 @@ ListedCalendars ServerCalendarStores::State::list(Patience& patience) {
         }
     }
     if (m_isListed) {
-        std::erase_if(m_expanded, [&](const auto& entry) {
-            return std::none_of(list.calendars.begin(), list.calendars.end(),
-                                [&](const auto& one) { return one.identifier == entry.first; });
-        });
+        m_events.removeUnless([this](const std::string& id) { return hasCalendar(id); });
     }
-    return m_listed;
-}
-
-void ServerCalendarStores::State::tellOfList(const eds::CalendarList& list) {
-    const bool isMissedByNobody = list.outcome == Outcome::absent && m_isOptional;
-    tell(std::string(dataServerName), isMissedByNobody ? Outcome::answered : list.outcome,
-         list.problem);
 }
 
 EKEvents ServerCalendarStores::State::find(const ListedCalendars& listed,
-                                           const EKEventPredicate& predicate, Patience& patience) {
+                                           const EKEventPredicate& predicate, WaitBudget& budget) {
     std::vector<const ListedCalendar*> asked;
     std::vector<std::string> identifiers;
     for (const ListedCalendar& one : listed) {
@@ -228,63 +222,29 @@ EKEvents ServerCalendarStores::State::find(const ListedCalendars& listed,
     if (asked.empty() || !range) {
         return {};
     }
-    auto answers = patience.spend(
+    auto answers = budget.spend(
         [&](eds::Deadline deadline) { return m_server->events(identifiers, *range, deadline); });
     answers.resize(asked.size());
     EKEvents result;
     m_areAllUnreadable = true;
     for (std::size_t i = 0; i < asked.size(); ++i) {
-        tell(placeOf(*asked[i]), answers[i].outcome, answers[i].problem);
+        const std::string name = displayNameOf(*asked[i]);
+        m_problems.set(name, answers[i].outcome, answers[i].problem, budget.total());
         if (answers[i].text) {
             m_areAllUnreadable = false;
-            addEvents(*asked[i], answers[i].text, predicate, result);
+            m_events.addEvents({asked[i]->calendar, name, answers[i].text}, predicate, result);
         }
     }
     std::sort(result.begin(), result.end(), comesBefore);
     return result;
 }
 
-// As the files' store finds them, in the server's calendar.
-void ServerCalendarStores::State::addEvents(const ListedCalendar& listed,
-                                            const std::shared_ptr<const std::string>& text,
-                                            const EKEventPredicate& predicate, EKEvents& result) {
-    const auto store = expanded(listed, text).makeEventStore();
-    const EKCalendars calendars = store->calendars();
-    for (const auto& found :
-         store->eventsMatchingPredicate({predicate.startDate, predicate.endDate, calendars})) {
-        auto event = std::make_shared<platform::EKEvent>(*found);
-        std::string& identifier = event->persistentEvent.eventIdentifier;
-        identifier.replace(0, event->calendar->calendarIdentifier.size(),
-                           listed.calendar->calendarIdentifier);
-        event->calendar = listed.calendar;
-        result.push_back(std::move(event));
-    }
-}
-
-FileCalendarStores&
-ServerCalendarStores::State::expanded(const ListedCalendar& listed,
-                                      const std::shared_ptr<const std::string>& text) {
-    Expanded& entry = m_expanded[listed.serverIdentifier];
-    if (!entry.stores || (entry.text != text && *entry.text != *text)) {
-        const std::string place = placeOf(listed);
-        entry.stores = std::make_unique<FileCalendarStores>(
-            m_userZone, [this, place](const CalendarProblem& problem) {
-                if (m_toldOfEvents.size() < mostProblemsOfEvents &&
-                    m_toldOfEvents.emplace(place, problem.what).second) {
-                    m_report({place, 0, problem.what});
-                }
-            });
-        entry.stores->setSources({CalendarSource::inMemory(place, *text)});
-    }
-    entry.text = text;
-    return *entry.stores;
-}
-
 ServerCalendarStores::ServerCalendarStores(std::unique_ptr<eds::DataServer> server,
                                            std::shared_ptr<const TimeZone> userZone,
                                            CalendarProblemHandler onProblem, DataServerWaits waits)
-    : m_state(std::make_shared<State>(std::move(server), std::move(userZone), std::move(onProblem),
-                                      waits)) {}
+    : m_state(std::make_shared<State>(
+          std::move(server), std::move(userZone),
+          onProblem ? std::move(onProblem) : [](const CalendarProblem&) {}, waits)) {}
 
 ServerCalendarStores::~ServerCalendarStores() = default;
 
@@ -312,8 +272,8 @@ std::vector<std::string> ServerCalendarStores::deselectedCalendars() const {
     return m_state->deselectedCalendars();
 }
 
-void ServerCalendarStores::follow(std::function<void()> changed) {
-    m_state->follow(std::move(changed));
+void ServerCalendarStores::setChangedHandler(std::function<void()> onChanged) {
+    m_state->setChangedHandler(std::move(onChanged));
 }
 
 } // namespace quorvel::freedesktop

@@ -1,45 +1,41 @@
-// The user's calendars in Evolution Data Server.
+// The user's calendars in Evolution Data Server, behind the platform's interface.
 #pragma once
 
-#include <chrono>
 #include <functional>
-#include <map>
 #include <memory>
-#include <optional>
-#include <set>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
+#include "freedesktop/calendars/files/calendar_problem.h"
+#include "freedesktop/calendars/files/calendar_source.h"
 #include "freedesktop/calendars/server/data_server.h"
-#include "freedesktop/calendars/store/file_calendar_stores.h"
 #include "freedesktop/dates/time_zone.h"
 #include "platform/calendar_store.h"
 
 namespace quorvel::freedesktop {
 
-// What the source of calendars that stands for the server is called.
+// The name of the source of calendars that stands for the server.
 inline constexpr std::string_view dataServerSourceName = "eds:";
 inline constexpr std::string_view dataServerName = "Evolution Data Server";
 
 bool isDataServer(const CalendarSource& source);
 
-// How long a presentation waits for the server in all, in seconds.
+// How long the making and the questions of one store wait for the server in all, in seconds.
 struct DataServerWaits {
     double first = 3;
     double later = 0.5;
 };
 
-// The server's own events are put together by the rules that the calendar files follow.
+// A calendar's identifier is the server's, in which ':', '/', '%' and control characters are
+// written as "%3A". Its colour is the server's, else one of the palette of files. Calendars are
+// sorted by title.
 //
-// A calendar's identifier is the server's; ':', '/', '%' and control characters are written "%3A".
-// Its colour: the server's, else one of the files' palette. Calendars come by title.
-//
-// A store waits for the server no longer than it may: what has not answered by then is named, and
-// left out. What is amiss is told once, until it is right again. For one thread.
+// A calendar that does not answer in time is reported and left out. A problem is reported again
+// only after it was solved. Belongs to the thread that made it, as do its stores.
 class ServerCalendarStores final : public platform::CalendarStores {
 public:
+    // The server and the zone are not null; the handler may be.
     ServerCalendarStores(std::unique_ptr<eds::DataServer> server,
                          std::shared_ptr<const TimeZone> userZone, CalendarProblemHandler onProblem,
                          DataServerWaits waits = {});
@@ -47,20 +43,21 @@ public:
     ServerCalendarStores(const ServerCalendarStores&) = delete;
     ServerCalendarStores& operator=(const ServerCalendarStores&) = delete;
 
-    // Whether nothing is amiss where there is no server.
+    // Whether a missing server is no problem.
     void setOptional(bool isOptional);
     void setTimeZone(std::shared_ptr<const TimeZone> userZone); // for the stores made from now on
 
     std::unique_ptr<platform::EKEventStore> makeEventStore() override;
 
-    // Whether the last store had a calendar, and not all that it was asked for were unreadable.
+    // Whether the last store had a calendar, and could read at least one of those that it was asked
+    // for.
     bool anyReadable() const;
-    bool hasCalendar(std::string_view identifier) const; // of the last store
-    // The identifiers of the calendars that the desktop's calendar application has switched off, as
-    // of the last store.
+    bool hasCalendar(std::string_view identifier) const; // in the last store
+    // The identifiers of those of the last store's calendars that the desktop's calendar
+    // application does not show.
     std::vector<std::string> deselectedCalendars() const;
-    // See eds::DataServer.
-    void follow(std::function<void()> changed);
+    // See eds::DataServer::setChangedHandler().
+    void setChangedHandler(std::function<void()> onChanged);
 
 private:
     class State;

@@ -1,36 +1,52 @@
-// What a store shows: the calendars at one moment, and what a search of them comes to.
+// The values that stores, the calendar service and its reader exchange.
 #pragma once
 
+#include <cstdint>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "base/content_hash.h"
-#include "freedesktop/calendars/files/calendar_files.h"
-#include "freedesktop/calendars/files/loaded_calendar.h"
+#include "freedesktop/calendars/files/calendar_problem.h"
+#include "freedesktop/dates/time_zone.h"
 #include "icalendar/expansion/occurrences.h"
 #include "platform/calendar_store.h"
 
 namespace quorvel::freedesktop::calendars {
 
-using LoadedCalendars = std::vector<std::shared_ptr<LoadedCalendar>>;
-
-// Shared between threads: the mutex over the reader guards `isSettled` and `loaded`; nothing else
-// changes once the snapshot is made.
+// The calendars at one moment, without their events. Immutable once made: from any thread.
 struct StoreSnapshot {
-    Signature signature;    // of what was seen on disk
-    bool isSettled = false; // whatever changes afterwards shows in the signature
-    bool isAnyReadable = false;
-    bool isAnyCalendar = false;
+    // Two snapshots of one reader with the same number have the same calendars, events and
+    // problems, though the times of their files may differ. 0: nothing was read yet.
+    std::uint64_t contentNumber = 0;
+    Signature signature; // of the sources' scan
+    // Every later change of the calendars will show in the signature of a scan.
+    bool isSettled = false;
+    bool isAnyReadable = false; // of the sources
+    bool isAnyCalendar = false; // at least one calendar could be read
     platform::EKCalendars calendars;
     std::vector<VersionedProblem> problems;
-    std::shared_ptr<const LoadedCalendars> loaded; // null: nobody has asked for events yet
 };
 
+// Which events a store asks for. Immutable once made: from any thread.
+struct SearchRequest {
+    std::shared_ptr<const StoreSnapshot> snapshot; // never null
+    std::shared_ptr<const TimeZone> userZone;      // never null
+    icalendar::Window window;                      // what is searched, and cached
+    icalendar::Window narrow;        // within the window; searched where the window holds too much
+    platform::EKCalendars calendars; // some of the snapshot's, in its order
+    // Whether both have the same result.
+    bool operator==(const SearchRequest& other) const {
+        return snapshot->contentNumber == other.snapshot->contentNumber &&
+               userZone == other.userZone && window == other.window && narrow == other.narrow &&
+               calendars == other.calendars;
+    }
+};
+
+// Immutable once made: from any thread.
 struct SearchResult {
     platform::EKEvents events; // in the store's order
     std::vector<VersionedProblem> problems;
-    bool isNarrow = false; // of the narrow window alone
+    bool isNarrow = false; // these are the events of the narrow window only
 };
 
 } // namespace quorvel::freedesktop::calendars

@@ -273,8 +273,8 @@ void ServerConnection::ask(const std::vector<std::string>& calendars, SearchedRa
     }
 }
 
-void ServerConnection::follow(std::function<void()> changed) {
-    m_changed = std::move(changed);
+void ServerConnection::setChangedHandler(std::function<void()> onChanged) {
+    m_changed = std::move(onChanged);
     for (const auto& [identifier, connection] : m_connections) {
         connection->setFollowing(static_cast<bool>(m_changed));
     }
@@ -348,9 +348,10 @@ std::vector<CalendarEvents> EcalDataServer::events(const std::vector<std::string
     return events;
 }
 
-void EcalDataServer::follow(std::function<void()> changed) {
-    m_worker.mailbox().post(
-        [connection = m_connection, changed = std::move(changed)] { connection->follow(changed); });
+void EcalDataServer::setChangedHandler(std::function<void()> onChanged) {
+    m_worker.mailbox().post([connection = m_connection, onChanged = std::move(onChanged)] {
+        connection->setChangedHandler(onChanged);
+    });
 }
 
 } // namespace quorvel::freedesktop::eds

@@ -31,7 +31,7 @@ public:
     void list(std::shared_ptr<Reply<CalendarList>> reply);
     void ask(const std::vector<std::string>& calendars, SearchedRange range,
              const std::shared_ptr<EventsReply>& reply);
-    void follow(std::function<void()> changed);
+    void setChangedHandler(std::function<void()> onChanged);
 
     // Gives up everything, does nothing from here on, and says when no other thread is at work.
     void close(std::function<void()> closed);
@@ -81,7 +81,7 @@ public:
     CalendarList calendars(Deadline deadline) override;
     std::vector<CalendarEvents> events(const std::vector<std::string>& calendars,
                                        SearchedRange range, Deadline deadline) override;
-    void follow(std::function<void()> changed) override;
+    void setChangedHandler(std::function<void()> onChanged) override;
 
 private:
     WorkerLoop m_worker;

@@ -1,4 +1,4 @@
-// When a file is taken to be what it was, and how one is read that changes meanwhile.
+// When a file counts as unchanged, and how a file is read that changes meanwhile.
 #include "freedesktop/calendars/files/calendar_file.h"
 
 #include <atomic>
@@ -21,18 +21,21 @@ protected:
     void writeTitle(const std::string& title) const {
         write("a.ics", calendarText(eventText("UID:1|DTSTART:20260310|SUMMARY:" + title)));
     }
-    void look(CalendarFile& file) const {
+    void scan(CalendarFile& file) const {
         struct stat status {};
         ASSERT_EQ(stat(path().c_str(), &status), 0);
-        file.seen = versionOf(status);
+        file.listed = versionOf(status);
     }
     void readAt(CalendarFile& file, std::int64_t ahead) const {
         readCalendarFile(
             file, path(), FileKind::calendar,
             {[](std::string_view) { return true; }, [ahead] { return fileClock() + ahead; }});
     }
+    static std::string errorOf(const CalendarFile& file) {
+        return file.parsed->content ? "none" : file.parsed->content.error().message();
+    }
     static std::string titleOf(const CalendarFile& file) {
-        const icalendar::IcsFile& ics = file.loaded->ics;
+        const icalendar::IcsFile& ics = file.calendar()->ics;
         return std::string(ics.slice(*ics.events.at(0).title));
     }
 };
@@ -40,7 +43,7 @@ protected:
 TEST_F(CalendarFileTest, IsCurrentOnceItWasReadWhenSettled) {
     writeTitle("a");
     CalendarFile file;
-    look(file);
+    scan(file);
     EXPECT_FALSE(file.isCurrent());
     readAt(file, 0);
     EXPECT_FALSE(file.isCurrent());
@@ -48,7 +51,7 @@ TEST_F(CalendarFileTest, IsCurrentOnceItWasReadWhenSettled) {
     EXPECT_TRUE(file.isCurrent());
     std::this_thread::sleep_for(std::chrono::milliseconds(12));
     writeTitle("a");
-    look(file);
+    scan(file);
     EXPECT_FALSE(file.isCurrent());
 }
 
@@ -56,35 +59,35 @@ TEST_F(CalendarFileTest, IsCurrentOnceItWasReadWhenSettled) {
 TEST_F(CalendarFileTest, OtherBytesUnderTheSameVersionAreRead) {
     writeTitle("a");
     CalendarFile file;
-    look(file);
+    scan(file);
     readAt(file, 0);
     EXPECT_EQ(titleOf(file), "a");
-    const auto before = file.loaded;
+    const auto before = file.calendar();
     readAt(file, 0);
-    EXPECT_EQ(file.loaded, before);
+    EXPECT_EQ(file.calendar(), before);
     writeTitle("b");
-    look(file);
-    file.version = file.seen;
+    scan(file);
+    file.parsed->version = *file.listed;
     readAt(file, 0);
     EXPECT_EQ(titleOf(file), "b");
 }
 
-TEST_F(CalendarFileTest, ErrorsAreKept) {
+TEST_F(CalendarFileTest, ErrorsAreRemembered) {
     CalendarFile file;
     readAt(file, 0);
-    EXPECT_EQ(file.error, ENOENT);
-    EXPECT_FALSE(file.isErrorLasting());
+    EXPECT_EQ(errorOf(file), FileError::ofSystem(ENOENT).message());
+    EXPECT_FALSE(file.parsed->content.error().isLasting());
     std::filesystem::create_directory(path());
     readAt(file, 0);
-    EXPECT_EQ(file.error, EINVAL);
+    EXPECT_EQ(errorOf(file), FileError::ofSystem(EINVAL).message());
     std::filesystem::remove(path());
     writeTitle("a");
     std::filesystem::resize_file(path(), (std::uintmax_t{2} << 30U) + 1); // takes no room
-    look(file);
+    scan(file);
     readAt(file, 10 * second);
-    EXPECT_EQ(file.error, EFBIG);
-    EXPECT_TRUE(file.isErrorLasting());
-    EXPECT_EQ(file.loaded, nullptr);
+    EXPECT_EQ(errorOf(file), FileError::ofSystem(EFBIG).message());
+    EXPECT_TRUE(file.parsed->content.error().isLasting());
+    EXPECT_EQ(file.calendar(), nullptr);
 }
 
 TEST_F(CalendarFileTest, WithoutRoomIsLeftOut) {
@@ -95,17 +98,17 @@ TEST_F(CalendarFileTest, WithoutRoomIsLeftOut) {
     write("a.ics", text + "END:VCALENDAR\r\n");
     const auto readWith = [this](std::size_t mostBytes) {
         CalendarFile file;
-        look(file);
+        scan(file);
         readCalendarFile(file, path(), FileKind::calendar,
                          {[](std::string_view) { return true; },
                           [] { return fileClock() + 10 * second; }, nullptr, mostBytes});
         return file;
     };
-    EXPECT_EQ(readWith(1000000).loaded->ics.events.size(), 1000U);
+    EXPECT_EQ(readWith(1000000).calendar()->ics.events.size(), 1000U);
     const CalendarFile file = readWith(20000);
-    EXPECT_EQ(file.loaded, nullptr);
-    EXPECT_EQ(file.error, noRoom);
-    EXPECT_TRUE(file.isErrorLasting());
+    EXPECT_EQ(file.calendar(), nullptr);
+    EXPECT_EQ(errorOf(file), "it is left out: there are more events than fit into memory");
+    EXPECT_TRUE(file.parsed->content.error().isLasting());
     EXPECT_FALSE(file.isCurrent()); // there may be room the next time
 }
 
@@ -130,15 +133,15 @@ TEST_F(CalendarFileTest, ThatGrowsMeanwhileIsReadUpToItsSizeAndOnceMoreLater) {
     // On a busy machine the writer may rest while the file is read.
     for (int attempt = 0; attempt < 100 && writesMeanwhile < 3; ++attempt) {
         const int before = writes;
-        look(file);
+        scan(file);
         readAt(file, 10 * second);
         writesMeanwhile = writes - before;
     }
     isDone = true;
     writer.join();
-    ASSERT_NE(file.loaded, nullptr);
-    EXPECT_GE(file.loaded->ics.events.size(), 20000U);
-    EXPECT_FALSE(file.isSettled);
+    ASSERT_NE(file.calendar(), nullptr);
+    EXPECT_GE(file.calendar()->ics.events.size(), 20000U);
+    EXPECT_FALSE(file.parsed->isSettled);
 }
 
 } // namespace

@@ -290,7 +290,7 @@ class FollowedServerTest : public DataServerTest {
 protected:
     void follow() {
         makeStores({30, 30});
-        stores->follow([this] {
+        stores->setChangedHandler([this] {
             isToldOnThisThread = isToldOnThisThread || std::this_thread::get_id() == thisThread;
             ++changes;
         });
@@ -333,7 +333,7 @@ TEST_F(FollowedServerTest, ChangesOfEventsAreTold) {
     EXPECT_TRUE(isToldIn(15));
     EXPECT_THAT(found(), IsEmpty());
     settle();
-    stores->follow(nullptr);
+    stores->setChangedHandler(nullptr);
     EXPECT_THAT(found(), IsEmpty()); // the server has heard of it by then
     addSingle();
     EXPECT_FALSE(isToldIn(1.5));
@@ -380,8 +380,8 @@ TEST_F(FollowedServerTest, AFollowedCalendarIsGivenUpAtOnceWhereTheServerStandsS
     EXPECT_THAT(found(), ElementsAre("Once 0310T090000-0310T100000"));
     stop(factoryProcesses());
     stop(registryProcess());
-    stores->follow(nullptr);
-    stores->follow([this] { ++changes; });
+    stores->setChangedHandler(nullptr);
+    stores->setChangedHandler([this] { ++changes; });
     const auto begin = steady_clock::now();
     stores.reset();
     EXPECT_LT(secondsSince(begin), 0.5);
@@ -433,7 +433,7 @@ TEST_F(FollowedServerTest, AnAnswerThatComesLateIsTold) {
     addCalendar({"test-late", "E late", "#000000"}); // starts the registry
     stop(registryProcess());
     makeStores({0.3, 0.3});
-    stores->follow([this] { ++changes; });
+    stores->setChangedHandler([this] { ++changes; });
     EXPECT_THAT(found(), IsEmpty());
     EXPECT_FALSE(isToldIn(0.5));
     goOn();

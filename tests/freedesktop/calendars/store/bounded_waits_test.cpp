@@ -54,7 +54,7 @@ protected:
             gate.pass();
             return fileClock();
         });
-        own.follow([this] { ++told; });
+        own.setChangedHandler([this] { ++told; });
     }
 
     void writeTitle(const std::string& title) const {
@@ -185,9 +185,9 @@ TEST_F(BoundedWaits, NobodyIsToldAfterTheEnd) {
         gate.pass();
         return fileClock();
     });
-    these->follow([&toldOfThese] { ++toldOfThese; });
+    these->setChangedHandler([&toldOfThese] { ++toldOfThese; });
     these->makeEventStore();
-    these->follow(nullptr);
+    these->setChangedHandler(nullptr);
     auto end = std::async(std::launch::async, [&these] { these.reset(); });
     gate.open();
     end.get();

@@ -51,7 +51,7 @@ public:
         }
         return result;
     }
-    void follow(std::function<void()>) override {}
+    void setChangedHandler(std::function<void()>) override {}
 
 private:
     Script& m_script;

@@ -7,7 +7,7 @@
 namespace quorvel::freedesktop {
 namespace {
 
-class CalendarFilesTest : public StoreFixture {
+class SourceFilesTest : public StoreFixture {
 protected:
     void use(const std::string& name = "") {
         stores.setSources({CalendarSource::at(name.empty() ? folder : folder / name)});
@@ -33,7 +33,7 @@ private:
     int m_user;
 };
 
-TEST_F(CalendarFilesTest, FileIsOneCalendar) {
+TEST_F(SourceFilesTest, FileIsOneCalendar) {
     write("Home Office.ics", one("a"));
     use("Home Office.ics");
     EXPECT_EQ(titles(), "Home Office");
@@ -41,7 +41,7 @@ TEST_F(CalendarFilesTest, FileIsOneCalendar) {
     EXPECT_TRUE(stores.anyReadable());
 }
 
-TEST_F(CalendarFilesTest, FolderHoldsACalendarAFile) {
+TEST_F(SourceFilesTest, FolderHoldsACalendarAFile) {
     write("work.ics", one("a"));
     write("home.ics", calendarText("X-WR-CALNAME:Family\r\nX-APPLE-CALENDAR-COLOR:#FF0000\r\n" +
                                    eventText("UID:b|DTSTART:20260310T090000Z")));
@@ -53,7 +53,7 @@ TEST_F(CalendarFilesTest, FolderHoldsACalendarAFile) {
     EXPECT_EQ(problems, "");
 }
 
-TEST_F(CalendarFilesTest, FoldersWithinAreACalendarEach) {
+TEST_F(SourceFilesTest, FoldersWithinAreACalendarEach) {
     write("personal/color", "#0000ff\n");
     write("personal/displayname", "My life\n");
     write("personal/1.ics", one("a"));
@@ -67,7 +67,7 @@ TEST_F(CalendarFilesTest, FoldersWithinAreACalendarEach) {
     EXPECT_EQ(events("20260310", "20260311").size(), 4U);
 }
 
-TEST_F(CalendarFilesTest, FolderOfEventsIsOneCalendar) {
+TEST_F(SourceFilesTest, FolderOfEventsIsOneCalendar) {
     write("cal/uid-1.ics", one("uid-1"));
     write("cal/uid-2.ics", one("uid-2"));
     use("cal");
@@ -83,7 +83,7 @@ TEST_F(CalendarFilesTest, FolderOfEventsIsOneCalendar) {
     EXPECT_EQ(titles(), "many");
 }
 
-TEST_F(CalendarFilesTest, ChangesShowInTheNextStore) {
+TEST_F(SourceFilesTest, ChangesShowInTheNextStore) {
     write("a.ics", one("a"));
     use();
     const auto before = stores.makeEventStore();
@@ -103,7 +103,7 @@ TEST_F(CalendarFilesTest, ChangesShowInTheNextStore) {
     EXPECT_EQ(problems, folder.string() + ":0: there is no such file or folder\n");
 }
 
-TEST_F(CalendarFilesTest, ChangedMetadataShows) {
+TEST_F(SourceFilesTest, ChangedMetadataShows) {
     write("cal/color", "red");
     write("cal/1.ics", one("a"));
     use();
@@ -115,7 +115,7 @@ TEST_F(CalendarFilesTest, ChangedMetadataShows) {
     EXPECT_EQ(calendar->CGColor, platform::UIColor::greenColor());
 }
 
-TEST_F(CalendarFilesTest, ProblemIsNamedOnceAVersion) {
+TEST_F(SourceFilesTest, ProblemIsNamedOnceAVersion) {
     write("a.ics", calendarText(eventText("UID:a|DTSTART:20261301")));
     use();
     const std::string problem =
@@ -129,7 +129,7 @@ TEST_F(CalendarFilesTest, ProblemIsNamedOnceAVersion) {
     EXPECT_NE(problems, problem);
 }
 
-TEST_F(CalendarFilesTest, OpensNothingButFiles) {
+TEST_F(SourceFilesTest, OpensNothingButFiles) {
     ASSERT_EQ(mkfifo((folder / "pipe.ics").c_str(), 0600), 0);
     std::filesystem::create_directory(folder / "folder.ics");
     std::filesystem::create_symlink(folder, folder / "loop");
@@ -143,13 +143,13 @@ TEST_F(CalendarFilesTest, OpensNothingButFiles) {
               "it is neither a file nor a folder");
 }
 
-TEST_F(CalendarFilesTest, SameCalendarIsShownOnce) {
+TEST_F(SourceFilesTest, SameCalendarIsShownOnce) {
     write("cal/uid-1.ics", one("uid-1"));
     stores.setSources({CalendarSource::at(folder / "cal"), CalendarSource::at(folder)});
     EXPECT_EQ(titles(), "cal");
 }
 
-TEST_F(CalendarFilesTest, IdentifiersAreStableAndPlain) {
+TEST_F(SourceFilesTest, IdentifiersAreStableAndPlain) {
     write("Über: alles?.ics", one("a"));
     use();
     const auto first = stores.makeEventStore()->calendars().at(0);
@@ -163,7 +163,7 @@ TEST_F(CalendarFilesTest, IdentifiersAreStableAndPlain) {
     EXPECT_EQ(first->title, "Über: alles?");
 }
 
-TEST_F(CalendarFilesTest, ManyFilesAreAllReadAndProblemsComeInOrder) {
+TEST_F(SourceFilesTest, ManyFilesAreAllReadAndProblemsComeInOrder) {
     constexpr int files = 450;
     std::string expected;
     for (int i = 0; i < files; ++i) {
@@ -185,7 +185,7 @@ TEST_F(CalendarFilesTest, ManyFilesAreAllReadAndProblemsComeInOrder) {
     EXPECT_EQ(problems, expected);
 }
 
-TEST_F(CalendarFilesTest, WhatMayNotBeReadIsNamedAndTheRestIsShown) {
+TEST_F(SourceFilesTest, WhatMayNotBeReadIsNamedAndTheRestIsShown) {
     write("shut.ics", one("shut"));
     write("closed/a.ics", one("closed"));
     write("good.ics", one("good"));
@@ -208,7 +208,7 @@ TEST_F(CalendarFilesTest, WhatMayNotBeReadIsNamedAndTheRestIsShown) {
                        "shut 20260310T110000-20260310T110000\n");
 }
 
-TEST_F(CalendarFilesTest, SourceThatMayNotBeReadIsNamed) {
+TEST_F(SourceFilesTest, SourceThatMayNotBeReadIsNamed) {
     write("closed/a.ics", one("a"));
     chmod(folder.c_str(), 0755);
     chmod((folder / "closed").c_str(), 0);
@@ -223,7 +223,7 @@ TEST_F(CalendarFilesTest, SourceThatMayNotBeReadIsNamed) {
     chmod((folder / "closed").c_str(), 0755);
 }
 
-TEST_F(CalendarFilesTest, MissingSourceIsNamed) {
+TEST_F(SourceFilesTest, MissingSourceIsNamed) {
     use("nowhere");
     EXPECT_EQ(today(), "");
     EXPECT_EQ(problems, (folder / "nowhere").string() + ":0: there is no such file or folder\n");
@@ -233,7 +233,7 @@ TEST_F(CalendarFilesTest, MissingSourceIsNamed) {
     EXPECT_TRUE(stores.anyReadable());
 }
 
-TEST_F(CalendarFilesTest, DefaultSourcesAreTwoFolders) {
+TEST_F(SourceFilesTest, DefaultSourcesAreTwoFolders) {
     const std::string home = folder;
     const auto sources = defaultCalendarSources("", home);
     ASSERT_EQ(sources.size(), 2U);
@@ -243,7 +243,7 @@ TEST_F(CalendarFilesTest, DefaultSourcesAreTwoFolders) {
     EXPECT_TRUE(defaultCalendarSources("relative", "relative").empty());
 }
 
-TEST_F(CalendarFilesTest, DefaultSourcesNeedNotExist) {
+TEST_F(SourceFilesTest, DefaultSourcesNeedNotExist) {
     stores.setSources(defaultCalendarSources("", folder.string()));
     EXPECT_EQ(titles(), "");
     EXPECT_FALSE(stores.anyReadable());

@@ -1,0 +1,203 @@
+#include "freedesktop/calendars/files/source_files.h"
+
+#include <utility>
+
+#include <sys/stat.h>
+
+#include "freedesktop/calendars/files/calendar_file_names.h"
+#include "freedesktop/calendars/files/folder_scanner.h"
+#include "icalendar/model/ics_file_reader.h"
+
+namespace quorvel::freedesktop::calendars {
+namespace {
+
+bool isFolder(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::string withoutTrailingSlashes(std::string path) {
+    while (path.size() > 1 && path.back() == '/') {
+        path.pop_back();
+    }
+    return path;
+}
+
+} // namespace
+
+SourceFiles::SourceFiles(CalendarSource source)
+    : m_source(std::move(source)) {
+    if (m_source.text) {
+        m_isReadable = true;
+        m_realPath = "text:" + m_source.name;
+    }
+}
+
+void SourceFiles::scan(const std::function<bool(std::string_view)>& zoneIsKnown) {
+    if (!m_source.text) {
+        scanPath();
+    } else if (!m_file) {
+        m_file = std::make_unique<CalendarFile>();
+        m_file->name = m_source.name;
+        const auto loaded = std::make_shared<icalendar::LoadedFile>(
+            m_source.name, 0, icalendar::readIcsFile(*m_source.text, zoneIsKnown));
+        m_file->parsed = {FileVersion(), true, 0, FileContent{loaded, nullptr}};
+    }
+}
+
+void SourceFiles::scanPath() {
+    const bool isAFolder = isFolder(m_source.name);
+    m_problem.clear();
+    if (m_source.isOptional && !isAFolder) {
+        removeFiles();
+        return;
+    }
+    if (const auto problem = problemWithSource(m_source)) {
+        m_problem = *problem;
+        removeFiles();
+        return;
+    }
+    m_realPath = realPath(m_source.name);
+    if (isAFolder) {
+        scanFolderAtPath();
+    } else {
+        scanFileAtPath();
+    }
+}
+
+void SourceFiles::scanFolderAtPath() {
+    m_file = nullptr;
+    if (!m_folder) {
+        m_folder = std::make_unique<CalendarFolder>();
+    }
+    m_folder->path = withoutTrailingSlashes(m_source.name);
+    m_folder->realPath = m_realPath;
+    m_folder->name = lastComponent(m_realPath);
+    scanFolder(*m_folder);
+    m_isReadable = !m_folder->error;
+}
+
+void SourceFiles::scanFileAtPath() {
+    m_folder = nullptr;
+    if (!m_file) {
+        m_file = std::make_unique<CalendarFile>();
+        m_file->name = m_source.name;
+    }
+    scanFile(*m_file);
+    m_isReadable = m_file->listed.hasValue();
+}
+
+void SourceFiles::removeFiles() {
+    m_isReadable = false;
+    m_file = nullptr;
+    m_folder = nullptr;
+}
+
+void SourceFiles::addTo(SignatureHash& signature) const {
+    signature.add(std::string_view(m_source.name));
+    signature.add(m_source.isOptional);
+    signature.add(std::string_view(m_problem));
+    signature.add(std::string_view(m_realPath));
+    signature.add(m_file ? 1 : 0);
+    if (m_source.text) {
+        signature.add(std::string_view(*m_source.text));
+    } else if (m_file) {
+        addToSignature(*m_file, signature);
+    }
+    signature.add(m_folder ? 1 : 0);
+    if (m_folder) {
+        addToSignature(*m_folder, signature);
+    }
+}
+
+std::vector<UnreadFile> SourceFiles::unreadFiles() {
+    std::vector<UnreadFile> unread;
+    if (m_folder) {
+        addUnreadFiles(*m_folder, unread);
+    } else if (m_file && !m_source.text && !m_file->isCurrent()) {
+        unread.push_back({m_file.get(), FileKind::calendar, m_file->name, m_realPath});
+    }
+    return unread;
+}
+
+std::vector<const CalendarFile*> SourceFiles::parsedFiles() const {
+    std::vector<const CalendarFile*> parsed;
+    if (m_folder) {
+        addParsedFiles(*m_folder, parsed);
+    } else if (m_file && m_file->calendar()) {
+        parsed.push_back(m_file.get());
+    }
+    return parsed;
+}
+
+bool SourceFiles::isSettled() const {
+    if (m_source.text) {
+        return true;
+    }
+    return m_folder ? calendars::isSettled(*m_folder) : !m_file || m_file->isSettled();
+}
+
+void SourceFiles::addTo(std::vector<VersionedProblem>& problems) const {
+    if (!m_problem.empty()) {
+        problems.push_back({{m_source.name, 0, m_problem}, 0});
+    } else if (m_folder) {
+        addProblems(*m_folder, problems);
+    } else if (m_file) {
+        addProblems(*m_file, m_file->name, problems);
+    }
+}
+
+void SourceFiles::build() {
+    for (auto& calendar : std::exchange(m_calendars, {})) {
+        m_previousCalendars.emplace(calendar->calendar->calendarIdentifier, std::move(calendar));
+    }
+    if (m_folder) {
+        buildFolder(*m_folder, true);
+    } else if (m_file && m_file->calendar()) {
+        addCalendarOfFile(m_file->calendar(), stemOf(lastComponent(m_source.name)), m_realPath);
+    }
+    m_previousCalendars.clear();
+}
+
+void SourceFiles::buildFolder(const CalendarFolder& folder, bool isRoot) {
+    const bool isOne = isRoot ? looksLikeOneCalendar(folder) : hasCalendarFiles(folder);
+    std::vector<std::shared_ptr<icalendar::LoadedFile>> files;
+    for (const CalendarFile& file : folder.files) {
+        const auto calendar = file.calendar();
+        if (calendar && isOne) {
+            files.push_back(calendar);
+        } else if (calendar) {
+            addCalendarOfFile(calendar, stemOf(file.name), folder.realPath + "/" + file.name);
+        }
+    }
+    if (isOne) {
+        addCalendar({calendarIdentifier(folder.name, folder.realPath),
+                     metadataNamed(folder, "displayname"), metadataNamed(folder, "color"),
+                     folder.name},
+                    std::move(files));
+    }
+    for (const auto& subFolder : folder.subFolders) {
+        buildFolder(*subFolder, false);
+    }
+}
+
+void SourceFiles::addCalendarOfFile(const std::shared_ptr<icalendar::LoadedFile>& file,
+                                    std::string_view name, std::string_view filePath) {
+    addCalendar({calendarIdentifier(name, filePath), file->ics.calendarName,
+                 file->ics.calendarColour, std::string(name)},
+                {file});
+}
+
+void SourceFiles::addCalendar(const CalendarNames& names,
+                              std::vector<std::shared_ptr<icalendar::LoadedFile>> files) {
+    auto calendar = namedCalendar(names);
+    const auto previous = m_previousCalendars.find(calendar->calendarIdentifier);
+    const bool isUnchanged = previous != m_previousCalendars.end() &&
+                             previous->second->calendar->title == calendar->title &&
+                             previous->second->calendar->CGColor == calendar->CGColor &&
+                             previous->second->files == files;
+    m_calendars.push_back(isUnchanged ? previous->second
+                                      : makeLoadedCalendar(std::move(calendar), std::move(files)));
+}
+
+} // namespace quorvel::freedesktop::calendars
