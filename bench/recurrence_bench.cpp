@@ -47,8 +47,8 @@ struct RepeatingEvent {
     std::int64_t countEnd = 0; // where the rule has a COUNT
 };
 
-std::string untilText(std::int64_t reading) {
-    const CivilTime time = civilFromSeconds(reading);
+std::string untilText(std::int64_t localTime) {
+    const CivilTime time = civilFromSeconds(localTime);
     char text[32];
     std::snprintf(text, sizeof text, "%04d%02d%02dT%02d%02d%02d", time.year, time.month, time.day,
                   time.hour, time.minute, time.second);
@@ -104,7 +104,7 @@ ZoneClock& userClock() {
 }
 
 std::size_t occurrences(RepeatingEvent& event, bool isCounted, std::int64_t to = windowTo) {
-    auto [rule, problem] = readRecurrenceRule(event.rule);
+    auto [rule, problem] = parseRecurrenceRule(event.rule);
     if (!rule) {
         std::fprintf(stderr, "recurrence_bench: %s: %s\n", event.rule.c_str(), problem.c_str());
         std::exit(1);
@@ -119,16 +119,18 @@ std::size_t occurrences(RepeatingEvent& event, bool isCounted, std::int64_t to =
         request.until = civilSeconds(until->civil);
     }
     if (!event.wholeDays) {
-        request.shown = [](std::int64_t reading) { return userClock().shown(reading); };
+        request.existingLocalTime = [](std::int64_t localTime) {
+            return userClock().existingLocalTime(localTime);
+        };
     }
     if (rule->count) {
         if (!isCounted) {
-            event.countEnd = endOfCount(request).reading;
+            event.countEnd = endOfCount(request).lastLocalTime;
         }
         request.until = event.countEnd;
         rule->count.reset();
     }
-    return expandRecurrence(request).readings.size();
+    return expandRecurrence(request).localTimes.size();
 }
 
 std::size_t search(std::vector<RepeatingEvent>& events, bool isCounted) {
@@ -139,8 +141,8 @@ std::size_t search(std::vector<RepeatingEvent>& events, bool isCounted) {
     return found;
 }
 
-icaltimetype icalTime(std::int64_t reading, bool isDate) {
-    const CivilTime civil = civilFromSeconds(reading);
+icaltimetype icalTime(std::int64_t localTime, bool isDate) {
+    const CivilTime civil = civilFromSeconds(localTime);
     icaltimetype time = icaltime_null_time();
     time.year = civil.year;
     time.month = civil.month;

@@ -8,8 +8,8 @@
 namespace quorvel::icalendar {
 namespace {
 
-constexpr CivilTime firstReading{1900, 1, 1, 0, 0, 0};
-constexpr CivilTime lastReading{2100, 12, 31, 23, 59, 59};
+constexpr CivilTime firstLocalTime{1900, 1, 1, 0, 0, 0};
+constexpr CivilTime lastLocalTime{2100, 12, 31, 23, 59, 59};
 constexpr std::size_t mostChanges = 20000;
 constexpr std::int64_t mostSteps = 1'000'000;
 
@@ -54,7 +54,7 @@ private:
 };
 
 // UNTIL in UTC is read with the offset before the change.
-std::optional<std::int64_t> untilReading(const std::string& rule, int offsetFrom) {
+std::optional<std::int64_t> untilLocalTime(const std::string& rule, int offsetFrom) {
     const auto until = untilOf(rule);
     if (!until) {
         return std::nullopt;
@@ -64,28 +64,28 @@ std::optional<std::int64_t> untilReading(const std::string& rule, int offsetFrom
 
 void addChanges(const ZoneObservance& observance, std::int64_t& steps,
                 std::vector<Change>& changes) {
-    const auto add = [&](std::int64_t reading) {
+    const auto add = [&](std::int64_t localTime) {
         changes.push_back(
-            {reading - observance.offsetFrom, observance.offsetFrom, observance.offsetTo});
+            {localTime - observance.offsetFrom, observance.offsetFrom, observance.offsetTo});
     };
     add(civilSeconds(observance.start));
     for (const CivilTime& date : observance.dates) {
         add(civilSeconds(date));
     }
     for (const std::string& text : observance.rules) {
-        const auto rule = readRecurrenceRule(text).rule;
+        const auto rule = parseRecurrenceRule(text).rule;
         if (!rule || changes.size() > mostChanges || steps > mostSteps) {
             continue;
         }
         RecurrenceRequest request(*rule);
         request.start = civilSeconds(observance.start);
-        request.until = untilReading(text, observance.offsetFrom);
-        request.from = civilSeconds(firstReading);
-        request.to = civilSeconds(lastReading);
+        request.until = untilLocalTime(text, observance.offsetFrom);
+        request.from = civilSeconds(firstLocalTime);
+        request.to = civilSeconds(lastLocalTime);
         const RecurrenceStarts starts = expandRecurrence(request);
         steps += starts.stepsSpent;
-        for (const std::int64_t reading : starts.readings) {
-            add(reading);
+        for (const std::int64_t localTime : starts.localTimes) {
+            add(localTime);
         }
     }
 }

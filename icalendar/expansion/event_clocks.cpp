@@ -39,13 +39,13 @@ std::shared_ptr<ZoneClock> Expander::findZone(LoadedFile& file, const ZoneName& 
     if (auto known = m_names.named(name.name)) {
         return known;
     }
-    const std::string shown = "the time zone \"" + validUtf8(name.name.substr(0, 60)) + "\" is ";
+    const std::string subject = "the time zone \"" + validUtf8(name.name.substr(0, 60)) + "\" is ";
     if (auto zone = m_names.directory().ofStatedOffset(name.name)) {
         m_report(file, line,
-                 shown + "known by its offset alone; it is taken to have no summer time");
+                 subject + "known by its offset alone; it is taken to have no summer time");
         return std::make_shared<ZoneClock>(std::move(zone));
     }
-    m_report(file, line, shown + "unknown; its times are taken for local ones");
+    m_report(file, line, subject + "unknown; its times are taken for local ones");
     return nullptr;
 }
 
@@ -87,9 +87,9 @@ ZoneClock& Expander::floatingClock(LoadedFile& file, std::uint32_t calendar) {
 
 std::int64_t Expander::instantOf(LoadedFile& file, const EventTime& time) {
     if (time.kind == TimeKind::date) {
-        return m_userZone.platformInstant(time.reading);
+        return m_userZone.latestInstant(time.localTime);
     }
-    return clockOf(file, time).instant(time.reading);
+    return clockOf(file, time).earliestInstant(time.localTime);
 }
 
 } // namespace quorvel::icalendar

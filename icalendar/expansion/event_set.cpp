@@ -12,8 +12,8 @@ namespace quorvel::icalendar {
 
 namespace {
 
-std::int64_t overriddenReading(const EventReference& reference) {
-    return reference.event->recurrenceId->reading;
+std::int64_t overriddenLocalTime(const EventReference& reference) {
+    return reference.event->recurrenceId->localTime;
 }
 
 using Files = std::vector<std::shared_ptr<LoadedFile>>;
@@ -71,11 +71,11 @@ struct Version {
         if (IcsFile::isNewer(*event, *other.event) || IcsFile::isNewer(*other.event, *event)) {
             return IcsFile::isNewer(*event, *other.event);
         }
-        return std::tuple(event->start.reading, event->start.kind, other.number) <
-               std::tuple(other.event->start.reading, other.event->start.kind, number);
+        return std::tuple(event->start.localTime, event->start.kind, other.number) <
+               std::tuple(other.event->start.localTime, other.event->start.kind, number);
     }
     bool beginsLike(const Version& other) const {
-        return event->start.reading == other.event->start.reading &&
+        return event->start.localTime == other.event->start.localTime &&
                event->start.kind == other.event->start.kind;
     }
 };
@@ -115,7 +115,7 @@ bool overrideTheSame(const EventReference& a, const EventReference& b) {
                    ? std::string_view(one.file->ics.zoneNames[time.zone].name)
                    : std::string_view();
     };
-    return first.reading == second.reading && first.kind == second.kind &&
+    return first.localTime == second.localTime && first.kind == second.kind &&
            zoneOf(a, first) == zoneOf(b, second);
 }
 
@@ -123,8 +123,8 @@ void sortOverrides(OverrideSet& set) {
     std::reverse(set.all.begin(), set.all.end()); // of equals the last one is the newest
     std::stable_sort(
         set.all.begin(), set.all.end(), [](const EventReference& a, const EventReference& b) {
-            const std::int64_t first = overriddenReading(a);
-            const std::int64_t second = overriddenReading(b);
+            const std::int64_t first = overriddenLocalTime(a);
+            const std::int64_t second = overriddenLocalTime(b);
             return first != second ? first < second : IcsFile::isNewer(*a.event, *b.event);
         });
     for (const EventReference& one : set.all) {
@@ -140,12 +140,12 @@ void sortOverrides(OverrideSet& set) {
 
 // Gives the overrides their main event. Occurrences behind an override of THISANDFUTURE may move
 // with it out of the days that the main event has.
-void followMaster(const EventReference& master, Overrides& overrides, EventEntry& entry) {
-    const auto set = overrides.find(master.file->ics.slice(master.event->uid));
+void followMainEvent(const EventReference& mainEvent, Overrides& overrides, EventEntry& entry) {
+    const auto set = overrides.find(mainEvent.file->ics.slice(mainEvent.event->uid));
     if (set == overrides.end()) {
         return;
     }
-    set->second.master = master;
+    set->second.mainEvent = mainEvent;
     if (!set->second.future.empty()) {
         constexpr std::int32_t days = longestShift / secondsPerDay;
         constexpr auto farthest = std::numeric_limits<std::int32_t>::max();
@@ -179,7 +179,7 @@ EventSet collectEvents(const std::vector<std::shared_ptr<LoadedFile>>& files) {
                      }
                      result.entries.push_back(entry);
                      if (!one.event->recurrenceId && !result.overrides.empty()) {
-                         followMaster(one, result.overrides, result.entries.back());
+                         followMainEvent(one, result.overrides, result.entries.back());
                      }
                  });
     return result;

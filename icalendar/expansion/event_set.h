@@ -17,7 +17,7 @@ struct OverrideSet {
     std::vector<EventReference> all;
     std::vector<EventReference> future; // those of them that hold for what follows as well
     bool hasMoreFuture = false;         // than future holds
-    EventReference master;              // the newest version of the main event; may be absent
+    EventReference mainEvent;           // the newest version of the main event; may be absent
 };
 
 // The overrides of a calendar's events, by UID.

@@ -41,20 +41,20 @@ void Expander::addFutureOverrides(Series& series, const OverrideSet& overrides) 
 Expander::FutureOverride Expander::futureOverride(Series& series, const EventReference& reference) {
     const EventTime time = overriddenTime(series, reference);
     const EventTime& start = series.event.start;
-    const std::int64_t midnight = dayOf(time.reading) * secondsPerDay;
+    const std::int64_t midnight = dayOf(time.localTime) * secondsPerDay;
     if (start.kind == TimeKind::date) {
-        return {reference, m_userZone.platformInstant(midnight), midnight};
+        return {reference, m_userZone.latestInstant(midnight), midnight};
     }
     if (time.kind == TimeKind::date) { // that day, at the event's time
         const std::int64_t localTime =
-            midnight + start.reading - dayOf(start.reading) * secondsPerDay;
-        return {reference, series.clock.instant(localTime), localTime};
+            midnight + start.localTime - dayOf(start.localTime) * secondsPerDay;
+        return {reference, series.clock.earliestInstant(localTime), localTime};
     }
     const bool isFloating = reference.event->recurrenceId->kind == TimeKind::floating;
     ZoneClock& clock = isFloating ? series.clock : clockOf(*reference.file, time);
-    const std::int64_t instant = clock.instant(time.reading);
+    const std::int64_t instant = clock.earliestInstant(time.localTime);
     return {reference, instant,
-            &clock == &series.clock ? time.reading : series.clock.reading(instant)};
+            &clock == &series.clock ? time.localTime : series.clock.localTime(instant)};
 }
 
 // Moved by as much as the override moves its own instance, in local time. An override in a named
@@ -64,19 +64,20 @@ EventTime Expander::movedStart(Series& series, const Start& start, const FutureO
     const EventTime& from = series.event.start;
     const bool isOfTheSeries = start.time.kind == from.kind && start.time.zone == from.zone;
     const std::int64_t localTime =
-        isOfTheSeries ? start.time.reading : series.clock.reading(start.instant);
+        isOfTheSeries ? start.time.localTime : series.clock.localTime(start.instant);
     const auto movedTo = [&](std::int64_t target) {
         return localTime + std::clamp(target - future.localTime, -longestShift, longestShift);
     };
     EventTime time = future.reference.event->start;
     if (time.kind == TimeKind::date) {
         const std::int64_t timeOfDay = future.localTime - dayOf(future.localTime) * secondsPerDay;
-        const std::int64_t movedDay = dayOf(movedTo(time.reading + timeOfDay));
-        time.reading = movedDay * secondsPerDay;
+        const std::int64_t movedDay = dayOf(movedTo(time.localTime + timeOfDay));
+        time.localTime = movedDay * secondsPerDay;
     } else if (time.kind == TimeKind::utc && from.kind != TimeKind::date) {
-        time.reading = series.clock.instant(movedTo(series.clock.reading(time.reading)));
+        time.localTime =
+            series.clock.earliestInstant(movedTo(series.clock.localTime(time.localTime)));
     } else {
-        time.reading = movedTo(time.reading);
+        time.localTime = movedTo(time.localTime);
     }
     return time;
 }

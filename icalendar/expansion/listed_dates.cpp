@@ -18,7 +18,7 @@ constexpr std::size_t mostListedTimes = 100000;
 
 EventTime Expander::listedTime(Series& series, const RuleLine& rule, const TimeValue& value) {
     EventTime time = series.event.start; // without a zone of its own the event's
-    time.reading = civilSeconds(value.civil);
+    time.localTime = civilSeconds(value.civil);
     if (value.isDate) {
         time.kind = TimeKind::date;
     } else if (value.isUtc) {
@@ -38,7 +38,7 @@ void Expander::addDates(Series& series, const RuleLine& rule) {
     const std::int64_t from = series.from;
     const std::int64_t to = series.to;
     for (const std::string_view part : listParts(series.file.ics.slice(rule.value))) {
-        const auto value = readPeriodOrTime(part);
+        const auto value = parsePeriodOrTime(part);
         if (!value) {
             m_report(series.file, rule.line, "a date of RDATE cannot be read and is left out");
             continue;
@@ -47,11 +47,11 @@ void Expander::addDates(Series& series, const RuleLine& rule) {
         std::optional<Length> length;
         if (like.kind == TimeKind::date) {
             time = like;
-            time.reading = civilDays(value->start.civil) * secondsPerDay;
+            time.localTime = civilDays(value->start.civil) * secondsPerDay;
         } else if (time.kind == TimeKind::date) { // that day, at the event's time
             time = like;
-            time.reading = civilDays(value->start.civil) * secondsPerDay + like.reading -
-                           dayOf(like.reading) * secondsPerDay;
+            time.localTime = civilDays(value->start.civil) * secondsPerDay + like.localTime -
+                             dayOf(like.localTime) * secondsPerDay;
         } else if (value->end) {
             const EventTime end = listedTime(series, rule, *value->end);
             length = Length{0, std::max<std::int64_t>(
@@ -60,9 +60,9 @@ void Expander::addDates(Series& series, const RuleLine& rule) {
             length = Length{std::clamp<std::int64_t>(value->duration->days, 0, mostDays),
                             std::max<std::int64_t>(value->duration->seconds, 0)};
         }
-        const std::int64_t reading = time.reading;
+        const std::int64_t localTime = time.localTime;
         const bool mayMeet =
-            length || (reading >= from - marginSeconds && reading <= to + marginSeconds);
+            length || (localTime >= from - marginSeconds && localTime <= to + marginSeconds);
         if (mayMeet && series.starts.size() >= mostListedTimes) {
             m_report(series.file, rule.line,
                      "more than " + std::to_string(mostListedTimes) +
@@ -79,15 +79,15 @@ void Expander::excludeDates(Series& series, const RuleLine& rule) {
     const std::int64_t from = series.from - marginSeconds;
     const std::int64_t to = series.to + marginSeconds;
     for (const std::string_view part : listParts(series.file.ics.slice(rule.value))) {
-        const auto value = readTime(part);
+        const auto value = parseTime(part);
         if (!value) {
             if (!trimmed(part).empty()) {
                 m_report(series.file, rule.line, "a date of EXDATE cannot be read and is left out");
             }
             continue;
         }
-        const std::int64_t reading = civilSeconds(value->civil);
-        if (reading >= from && reading <= to) {
+        const std::int64_t localTime = civilSeconds(value->civil);
+        if (localTime >= from && localTime <= to) {
             exclude(series, series.file, listedTime(series, rule, *value));
         }
     }
@@ -95,7 +95,7 @@ void Expander::excludeDates(Series& series, const RuleLine& rule) {
 
 void Expander::exclude(Series& series, LoadedFile& file, EventTime time) {
     if (time.kind == TimeKind::date || series.event.start.kind == TimeKind::date) {
-        series.exceptions.days.insert(dayOf(time.reading));
+        series.exceptions.days.insert(dayOf(time.localTime));
     } else {
         series.exceptions.instants.insert(instantOf(file, time));
     }

@@ -27,7 +27,7 @@ std::int64_t bounded(double seconds) {
 }
 
 EventTime moved(EventTime time, std::int64_t seconds) {
-    time.reading += seconds;
+    time.localTime += seconds;
     return time;
 }
 
@@ -40,7 +40,7 @@ bool belongsTo(const Window& window, std::int64_t start, std::int64_t end) {
 }
 
 Expander::Expander(Window window, ZoneClock& userZone, ZoneNames& names,
-                   const ReportExpansion& report, SearchCost& cost)
+                   const ExpansionProblemHandler& report, SearchCost& cost)
     : m_window(window)
     , m_firstDay(dayOf(bounded(window.from)))
     , m_lastDay(dayOf(bounded(window.to)))
@@ -82,20 +82,20 @@ bool Expander::isNewest(const EventReference& reference, const OverrideSet& set)
 
 // By the main event: cancelled since, or without this instance since.
 bool Expander::isTakenBack(const EventReference& reference, const OverrideSet& set) {
-    const EventReference& master = set.master;
-    if (master.event == nullptr) {
+    const EventReference& mainEvent = set.mainEvent;
+    if (mainEvent.event == nullptr) {
         return false;
     }
-    if (master.event->cancelled) {
-        return reference.event->sequence <= master.event->sequence;
+    if (mainEvent.event->cancelled) {
+        return reference.event->sequence <= mainEvent.event->sequence;
     }
-    if (reference.event->sequence >= master.event->sequence) {
+    if (reference.event->sequence >= mainEvent.event->sequence) {
         return false;
     }
     const EventTime& time = *reference.event->recurrenceId;
     const Exceptions& exceptions = exceptionsOf(set);
     return exceptions.instants.count(instantOf(*reference.file, time)) != 0 ||
-           exceptions.days.count(dayOf(time.reading)) != 0;
+           exceptions.days.count(dayOf(time.localTime)) != 0;
 }
 
 // Looked at once a search, however many overrides and versions of the main event there are.
@@ -112,11 +112,11 @@ const Expander::Overridden& Expander::overridden(const OverrideSet& set) {
         if (IcsFile::isNewer(*one.event, *newest)) {
             newest = one.event;
         }
-        times.days.insert(dayOf(time.reading));
+        times.days.insert(dayOf(time.localTime));
         if (time.kind == TimeKind::date) {
-            times.dates.insert(dayOf(time.reading));
+            times.dates.insert(dayOf(time.localTime));
         } else if (time.kind == TimeKind::floating) {
-            times.floating.insert(time.reading);
+            times.floating.insert(time.localTime);
         } else {
             times.instants.insert(instant);
         }
@@ -128,12 +128,12 @@ const Expander::Overridden& Expander::overridden(const OverrideSet& set) {
 const Expander::Exceptions& Expander::exceptionsOf(const OverrideSet& set) {
     const auto [found, isNew] = m_exceptions.try_emplace(&set);
     if (isNew) {
-        const EventReference& master = set.master;
-        Series series = seriesOf(*master.file, *master.event, false);
+        const EventReference& mainEvent = set.mainEvent;
+        Series series = seriesOf(*mainEvent.file, *mainEvent.event, false);
         series.from = std::numeric_limits<std::int64_t>::min() / 2;
         series.to = std::numeric_limits<std::int64_t>::max() / 2;
-        for (std::uint32_t i = 0; i < master.event->ruleCount; ++i) {
-            const RuleLine& rule = master.file->ics.rules[master.event->firstRule + i];
+        for (std::uint32_t i = 0; i < mainEvent.event->ruleCount; ++i) {
+            const RuleLine& rule = mainEvent.file->ics.rules[mainEvent.event->firstRule + i];
             if (rule.kind == RuleKind::exdate) {
                 excludeDates(series, rule);
             }
@@ -149,7 +149,7 @@ Expander::Length Expander::lengthOf(LoadedFile& file, const IcsEvent& event) {
     if (start.kind == TimeKind::date) {
         if (event.end) {
             // A date that ends the event is not part of it, and neither is the day of a midnight.
-            length.days = dayOf(event.end->reading - 1) + 1 - dayOf(start.reading);
+            length.days = dayOf(event.end->localTime - 1) + 1 - dayOf(start.localTime);
         } else if (event.duration) {
             length.days = event.duration->days +
                           (event.duration->seconds + secondsPerDay - 1) / secondsPerDay;
@@ -176,14 +176,15 @@ Expander::Length Expander::lengthOf(LoadedFile& file, const IcsEvent& event) {
 std::int64_t Expander::endOf(LoadedFile& file, const EventTime& start, std::int64_t startInstant,
                              const Length& length) {
     if (start.kind == TimeKind::date) {
-        return m_userZone.platformInstant(
-            moved(start, length.days * secondsPerDay - 1).reading); // 23:59:59 of its last day
+        return m_userZone.latestInstant(
+            moved(start, length.days * secondsPerDay - 1).localTime); // 23:59:59 of its last day
     }
     if (length.days == 0) {
         return startInstant + length.seconds;
     }
     const EventTime end = moved(start, length.days * secondsPerDay);
-    return std::max(clockOf(file, end).instant(end.reading) + length.seconds, startInstant);
+    return std::max(clockOf(file, end).earliestInstant(end.localTime) + length.seconds,
+                    startInstant);
 }
 
 void Expander::emit(LoadedFile& file, const IcsEvent& event, const EventTime& start,
@@ -203,7 +204,7 @@ void Expander::emit(LoadedFile& file, const IcsEvent& event, const EventTime& st
         ++m_cost.calendar.found;
         result.push_back(one);
     } else {
-        m_cost.calendar.isCut = true;
+        m_cost.calendar.isTruncated = true;
         m_report(file, event.line, "there are too many events: from this one on they are left out");
     }
 }
@@ -212,10 +213,10 @@ void Expander::emit(LoadedFile& file, const IcsEvent& event, const EventTime& st
 
 namespace {
 
-// The clock's reading, moved to the past (-1) or the future (1) by what the clock changes around it
-// and a little more: dense rules would spend themselves in a wide margin.
-std::int64_t readingNear(const ZoneClock& clock, std::int64_t instant, int direction) {
-    const auto offsetAt = [&clock](std::int64_t at) { return clock.reading(at) - at; };
+// The local time at the instant, moved to the past (-1) or the future (1) by what the clock changes
+// around it and a little more: dense rules would spend themselves in a wide margin.
+std::int64_t localTimeNear(const ZoneClock& clock, std::int64_t instant, int direction) {
+    const auto offsetAt = [&clock](std::int64_t at) { return clock.localTime(at) - at; };
     const std::int64_t change =
         std::abs(offsetAt(instant - marginSeconds) - offsetAt(instant + marginSeconds));
     constexpr std::int64_t little = 60;
@@ -229,17 +230,17 @@ Expander::Series Expander::seriesOf(LoadedFile& file, const IcsEvent& event, boo
     Series series{file, event, clock, lengthOf(file, event), {}, {}, {}, {}, {}, {}, {}};
     const std::int64_t shift = mayShift ? longestShift + marginSeconds : 0;
     const std::int64_t reach = series.length.days * secondsPerDay + series.length.seconds;
-    const Readings& readings = readingsOfWindow(clock);
-    series.from = readings.from - reach - shift;
-    series.to = readings.to + shift;
+    const LocalWindow& localTimes = localWindow(clock);
+    series.from = localTimes.from - reach - shift;
+    series.to = localTimes.to + shift;
     return series;
 }
 
-const Expander::Readings& Expander::readingsOfWindow(const ZoneClock& clock) {
-    const auto [found, isNew] = m_readings.try_emplace(&clock);
+const Expander::LocalWindow& Expander::localWindow(const ZoneClock& clock) {
+    const auto [found, isNew] = m_localWindows.try_emplace(&clock);
     if (isNew) {
-        found->second = {readingNear(clock, bounded(m_window.from), -1),
-                         readingNear(clock, bounded(m_window.to), 1)};
+        found->second = {localTimeNear(clock, bounded(m_window.from), -1),
+                         localTimeNear(clock, bounded(m_window.to), 1)};
     }
     return found->second;
 }
@@ -256,9 +257,9 @@ void Expander::expandSeries(LoadedFile& file, const IcsEvent& event, const Overr
         const RuleLine& rule = file.ics.rules[event.firstRule + i];
         switch (rule.kind) {
         case RuleKind::rrule:
-            for (const std::int64_t reading : ruleStarts(series, rule)) {
+            for (const std::int64_t localTime : ruleStarts(series, rule)) {
                 EventTime time = event.start;
-                time.reading = reading;
+                time.localTime = localTime;
                 addStart(series, time, std::nullopt);
             }
             break;
@@ -294,7 +295,7 @@ void Expander::emitSeries(Series& series, const OverrideSet* overrides,
     const Start* last = nullptr;
     for (const Start& start : starts) {
         if (m_cost.calendar.repeats >= m_cost.mostRepeats()) {
-            m_cost.calendar.isCut = true;
+            m_cost.calendar.isTruncated = true;
             m_report(series.file, series.event.line,
                      "there are too many repeats; this event's are not all shown");
             return;
@@ -302,7 +303,7 @@ void Expander::emitSeries(Series& series, const OverrideSet* overrides,
         const bool repeated = last != nullptr && last->instant == start.instant;
         last = &start;
         if (repeated || series.exceptions.instants.count(start.instant) != 0 ||
-            series.exceptions.days.count(dayOf(start.time.reading)) != 0 ||
+            series.exceptions.days.count(dayOf(start.time.localTime)) != 0 ||
             (overrides != nullptr && isOverridden(series, start, *overrides))) {
             continue;
         }
@@ -328,17 +329,17 @@ void Expander::emitSeries(Series& series, const OverrideSet* overrides,
 
 bool Expander::isOverridden(Series& series, const Start& start, const OverrideSet& overrides) {
     const Overridden& times = overridden(overrides);
-    const std::int64_t day = dayOf(start.time.reading);
+    const std::int64_t day = dayOf(start.time.localTime);
     if (series.event.start.kind == TimeKind::date) {
         return times.days.count(day) != 0;
     }
     const auto isFloating = [&](std::int64_t localTime) { // for the series' clock
         return times.floating.count(localTime) != 0 &&
-               series.clock.instant(localTime) == start.instant;
+               series.clock.earliestInstant(localTime) == start.instant;
     };
     return times.dates.count(day) != 0 || times.instants.count(start.instant) != 0 ||
-           (!times.floating.empty() &&
-            (isFloating(start.time.reading) || isFloating(series.clock.reading(start.instant))));
+           (!times.floating.empty() && (isFloating(start.time.localTime) ||
+                                        isFloating(series.clock.localTime(start.instant))));
 }
 
 void Expander::addStart(Series& series, const EventTime& time, std::optional<Length> length) {
@@ -353,7 +354,7 @@ std::vector<std::int64_t> Expander::ruleStarts(Series& series, const RuleLine& l
         m_report(series.file, line.line,
                  "a recurrence rule is not followed to its end: " + problem);
     };
-    auto [rule, problem] = readRecurrenceRule(text);
+    auto [rule, problem] = parseRecurrenceRule(text);
     const auto until = untilOf(text);
     const bool isGiving = line.kind == RuleKind::rrule;
     if (!rule || (rule->hasUntil && !until)) {
@@ -362,7 +363,7 @@ std::vector<std::int64_t> Expander::ruleStarts(Series& series, const RuleLine& l
         return {};
     }
     RecurrenceRequest request(*rule);
-    request.start = event.start.reading;
+    request.start = event.start.localTime;
     request.wholeDays = event.start.kind == TimeKind::date;
     request.startCounts = isGiving && series.hasOneRule;
     request.from = series.from;
@@ -373,24 +374,26 @@ std::vector<std::int64_t> Expander::ruleStarts(Series& series, const RuleLine& l
         series.reachesStart = true;
     }
     if (!request.wholeDays) {
-        request.shown = [&clock](std::int64_t reading) { return clock.shown(reading); };
+        request.existingLocalTime = [&clock](std::int64_t localTime) {
+            return clock.existingLocalTime(localTime);
+        };
     }
     request.budget = m_cost.hasSpentSteps() ? fewSteps : standardBudget;
     if (rule->count && request.to >= request.start) {
         const CountEnd end = countEnd(series, line, request);
-        if (!end.isCounted && request.to > end.reading) {
+        if (!end.isCounted && request.to > end.lastLocalTime) {
             report("its COUNT is out of reach");
         }
-        request.until = end.reading;
+        request.until = end.lastLocalTime;
         rule->count = std::nullopt;
     }
     RecurrenceStarts starts = expandRecurrence(request);
     m_cost.calendar.steps += starts.stepsSpent;
-    ruleEnd.cut(starts.readings);
+    ruleEnd.cut(starts.localTimes);
     if (!starts.problem.empty()) {
         report(starts.problem);
     }
-    return starts.readings;
+    return starts.localTimes;
 }
 
 CountEnd Expander::countEnd(Series& series, const RuleLine& line,
@@ -411,9 +414,9 @@ CountEnd Expander::countEnd(Series& series, const RuleLine& line,
 }
 
 void Expander::excludeRule(Series& series, const RuleLine& rule) {
-    for (const std::int64_t reading : ruleStarts(series, rule)) {
+    for (const std::int64_t localTime : ruleStarts(series, rule)) {
         EventTime time = series.event.start;
-        time.reading = reading;
+        time.localTime = localTime;
         exclude(series, series.file, time);
     }
 }

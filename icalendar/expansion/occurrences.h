@@ -25,7 +25,7 @@ namespace quorvel::icalendar {
 
 struct Occurrence {
     const LoadedFile* file = nullptr;
-    const IcsEvent* event = nullptr; // the master, or the override in its place
+    const IcsEvent* event = nullptr; // the main event, or the override in its place
     std::int64_t start = 0;          // seconds since 1970
     std::int64_t end = 0;
     bool isAllDay = false;
@@ -42,14 +42,15 @@ struct Window {
 // Ends after the window's beginning, or starts at it; and starts at or before the window's end.
 bool belongsTo(const Window& window, std::int64_t start, std::int64_t end);
 
-using ReportExpansion = std::function<void(LoadedFile& file, std::size_t line, std::string what)>;
+using ExpansionProblemHandler =
+    std::function<void(LoadedFile& file, std::size_t line, std::string what)>;
 
 // Expands one event after the other for one search. The cost, the clocks, the report, the files and
 // the overrides must outlive it.
 class Expander {
 public:
-    Expander(Window window, ZoneClock& userZone, ZoneNames& names, const ReportExpansion& report,
-             SearchCost& cost);
+    Expander(Window window, ZoneClock& userZone, ZoneNames& names,
+             const ExpansionProblemHandler& report, SearchCost& cost);
 
     // By the days that an event can touch.
     bool mayMeetWindow(std::int32_t firstDay, std::int32_t lastDay) const {
@@ -94,7 +95,7 @@ private:
         const IcsEvent& event;
         ZoneClock& clock; // of its start; the user's for days
         Length length;
-        std::int64_t from = 0; // the readings that can meet the window
+        std::int64_t from = 0; // the local times that can meet the window
         std::int64_t to = 0;
         bool hasOneRule = false;   // RRULE; of several, none counts a start that it does not give
         bool reachesStart = false; // by a rule that does not end before it
@@ -103,13 +104,13 @@ private:
         Exceptions exceptions;
     };
 
-    struct Readings {
+    struct LocalWindow {
         std::int64_t from = 0;
         std::int64_t to = 0;
     };
 
     Series seriesOf(LoadedFile& file, const IcsEvent& event, bool mayShift);
-    const Readings& readingsOfWindow(const ZoneClock& clock);
+    const LocalWindow& localWindow(const ZoneClock& clock);
     ZoneClock& clockOf(LoadedFile& file, const EventTime& time);
     ZoneClock& floatingClock(LoadedFile& file, std::uint32_t calendar);
     bool isNewest(const EventReference& reference, const OverrideSet& set);
@@ -141,7 +142,8 @@ private:
     EventTime overriddenTime(const Series& series, const EventReference& reference);
 
     Window m_window;
-    std::unordered_map<const ZoneClock*, Readings> m_readings; // of the window, and a little more
+    std::unordered_map<const ZoneClock*, LocalWindow>
+        m_localWindows; // of the window, and a little more
     std::unordered_map<const OverrideSet*, Overridden> m_overridden;
     std::unordered_map<const OverrideSet*, Exceptions> m_exceptions; // of the main events
     std::int64_t m_firstDay = 0;
@@ -149,7 +151,7 @@ private:
     ZoneClock& m_userZone;
     ZoneNames& m_names;
     std::shared_ptr<ZoneClock> m_utc;
-    const ReportExpansion& m_report;
+    const ExpansionProblemHandler& m_report;
     SearchCost& m_cost;
 };
 

@@ -27,7 +27,7 @@ public:
         }
         if (until->isUtc && !wholeDays) {
             m_lastInstant = m_lastLocalTime;
-            m_lastLocalTime = clock.reading(*m_lastInstant) + marginSeconds;
+            m_lastLocalTime = clock.localTime(*m_lastInstant) + marginSeconds;
         }
     }
 
@@ -36,7 +36,7 @@ public:
 
     bool admits(std::int64_t localTime) const {
         return (!m_lastLocalTime || localTime <= *m_lastLocalTime) &&
-               (!m_lastInstant || m_clock.instant(localTime) <= *m_lastInstant);
+               (!m_lastInstant || m_clock.earliestInstant(localTime) <= *m_lastInstant);
     }
 
     // Removes the local times behind the end. They are sorted.

@@ -34,7 +34,7 @@ bool SearchCost::hasSpentSteps() const {
 }
 
 bool SearchCost::allows(const CalendarCost& known) const {
-    return !known.isCut && known.found <= mostFound() && known.repeats < mostRepeats();
+    return !known.isTruncated && known.found <= mostFound() && known.repeats < mostRepeats();
 }
 
 } // namespace quorvel::icalendar

@@ -9,9 +9,9 @@ namespace quorvel::icalendar {
 // What one calendar of a search cost.
 struct CalendarCost {
     std::int64_t steps = 0;
-    std::size_t found = 0;   // occurrences
-    std::size_t repeats = 0; // those of them that are repeats
-    bool isCut = false;      // there were more than its share
+    std::size_t found = 0;    // occurrences
+    std::size_t repeats = 0;  // those of them that are repeats
+    bool isTruncated = false; // there were more than its share
 };
 
 // How much the calendars of one search may cost together. Of the steps of rules, beyond that each

@@ -47,7 +47,7 @@ struct Slice {
 enum class TimeKind : std::uint8_t { none, date, floating, utc, zoned };
 
 struct EventTime {
-    std::int64_t reading = 0; // of the wall clock, in seconds since 1970 as if it were one of UTC
+    std::int64_t localTime = 0; // seconds since 1970 as if the local time were UTC
     // Where zoned, of IcsFile::zoneNames; where floating, the calendar that it stands in, as in
     // ZoneName; else 0.
     std::uint32_t zone = 0;
@@ -131,8 +131,8 @@ struct IcsFile {
     std::optional<std::string> calendarName;
     std::optional<std::string> calendarColour;
     std::vector<FileProblem> problems;
-    bool isCalendar = false; // false: nothing of it could be read
-    bool isCut = false;      // there was more than could be kept
+    bool isCalendar = false;  // false: nothing of it could be read
+    bool isTruncated = false; // there was more than could be kept
 
     std::string_view slice(Slice part) const {
         return std::string_view(text).substr(part.offset, part.length);

@@ -17,9 +17,9 @@
 namespace quorvel::icalendar {
 namespace {
 
-constexpr std::int64_t firstReading = -62135596800; // 0001-01-01T00:00:00
-constexpr std::int64_t lastReading = 253402300799;  // 9999-12-31T23:59:59
-constexpr std::size_t mostReadings = 100'000;
+constexpr std::int64_t firstLocalTime = -62135596800; // 0001-01-01T00:00:00
+constexpr std::int64_t lastLocalTime = 253402300799;  // 9999-12-31T23:59:59
+constexpr std::size_t mostLocalTimes = 100'000;
 // After so many steps without an occurrence it is worth asking whether there will ever be one.
 constexpr std::int64_t barrenSteps = 2'000;
 // A month's days are worked out in the time of so many other steps, and a zone is asked about
@@ -106,15 +106,15 @@ public:
     explicit Expansion(const RecurrenceRequest& request)
         : m_request(request)
         , m_rule(request.rule)
-        , m_from(std::max(request.from, firstReading))
-        , m_to(std::min({request.to, request.until.value_or(lastReading), lastReading}))
+        , m_from(std::max(request.from, firstLocalTime))
+        , m_to(std::min({request.to, request.until.value_or(lastLocalTime), lastLocalTime}))
         , m_startDay(floorDivision(request.start, secondsPerDay))
         , m_timeOfDay(request.start - m_startDay * secondsPerDay)
         , m_canLeap(!request.rule.count && request.from > request.start) {}
 
     CountEnd count() {
-        m_from = lastReading; // nothing is kept
-        m_to = std::min(m_request.until.value_or(lastReading), lastReading);
+        m_from = lastLocalTime; // nothing is kept
+        m_to = std::min(m_request.until.value_or(lastLocalTime), lastLocalTime);
         m_canLeap = false;
         m_lastCounted = std::min(m_request.start, m_to);
         const RecurrenceStarts walked = run();
@@ -123,7 +123,7 @@ public:
 
     RecurrenceStarts run() {
         if (m_request.startCounts) {
-            m_counted = isShownAnew(m_request.start) ? 1 : 0;
+            m_counted = isNewTime(m_request.start) ? 1 : 0;
             keep(m_request.start);
         }
         if (m_to < m_request.start || !mayGoOn()) {
@@ -149,18 +149,18 @@ private:
     // ---- plain rules
 
     void walkSteps(std::int64_t step) {
-        if (m_rule.count && !m_request.shown) { // whose end is a matter of arithmetic
+        if (m_rule.count && !m_request.existingLocalTime) { // whose end is a matter of arithmetic
             const std::int64_t last = std::min(*m_rule.count - 1, (m_to - m_request.start) / step);
             m_to = m_request.start + last * step;
             m_canLeap = m_from > m_request.start;
             m_lastCounted = m_to;
         }
-        std::int64_t reading = m_request.start;
+        std::int64_t localTime = m_request.start;
         if (m_canLeap) {
-            reading += (m_from - reading + step - 1) / step * step;
+            localTime += (m_from - localTime + step - 1) / step * step;
         }
-        for (; reading <= m_to && spend(1); reading += step) {
-            if (!offer(reading)) {
+        for (; localTime <= m_to && spend(1); localTime += step) {
+            if (!offer(localTime)) {
                 return;
             }
         }
@@ -186,11 +186,11 @@ private:
     }
 
     // Where neither the start nor the window begins later.
-    std::int64_t firstWantedReading() const {
+    std::int64_t firstWantedLocalTime() const {
         return m_canLeap ? std::max(m_from, m_request.start) : m_request.start;
     }
     std::int64_t firstWantedDay() const {
-        return floorDivision(firstWantedReading(), secondsPerDay);
+        return floorDivision(firstWantedLocalTime(), secondsPerDay);
     }
     std::int64_t lastWantedDay() const { return floorDivision(m_to, secondsPerDay); }
 
@@ -234,7 +234,7 @@ private:
                                [&](std::size_t index) { return midnight + m_times[index]; });
         }
         const auto first =
-            std::lower_bound(m_times.begin(), m_times.end(), firstWantedReading() - midnight);
+            std::lower_bound(m_times.begin(), m_times.end(), firstWantedLocalTime() - midnight);
         return std::all_of(first, m_times.end(),
                            [&](std::int64_t time) { return offer(midnight + time); });
     }
@@ -351,9 +351,9 @@ private:
                });
     }
 
-    // Of so many readings those that BYSETPOS names.
-    template <class ReadingAt>
-    bool offerPicked(std::size_t size, ReadingAt readingAt) {
+    // Of so many local times those that BYSETPOS names.
+    template <class LocalTimeAt>
+    bool offerPicked(std::size_t size, LocalTimeAt localTimeAt) {
         if (size != m_pickedFrom) {
             if (!spend(static_cast<std::int64_t>(m_rule.positions.size()))) {
                 return false;
@@ -362,7 +362,7 @@ private:
         }
         return spend(1 + static_cast<std::int64_t>(m_picked.size()) / timesPerStep) &&
                std::all_of(m_picked.begin(), m_picked.end(),
-                           [&](std::size_t index) { return offer(readingAt(index)); });
+                           [&](std::size_t index) { return offer(localTimeAt(index)); });
     }
 
     void pickFrom(std::size_t size) {
@@ -402,23 +402,23 @@ private:
 
     // The beginning of the unit where its coarser parts let it through; else of a later one before
     // which they let none through.
-    std::int64_t openFrom(std::int64_t reading) {
-        if (reading - m_openMidnight >= secondsPerDay) { // readings only grow
-            const std::int64_t day = floorDivision(reading, secondsPerDay);
+    std::int64_t openFrom(std::int64_t localTime) {
+        if (localTime - m_openMidnight >= secondsPerDay) { // local times only grow
+            const std::int64_t day = floorDivision(localTime, secondsPerDay);
             const auto next = nextDay(day, lastWantedDay());
             if (next != day) {
                 return next.value_or(lastWantedDay() + 1) * secondsPerDay;
             }
             m_openMidnight = day * secondsPerDay;
         }
-        const std::int64_t time = reading - m_openMidnight;
+        const std::int64_t time = localTime - m_openMidnight;
         const std::int64_t hour = time / secondsPerHour;
         const std::int64_t openHour = nextOf(m_rule.hours, hour);
         if (openHour > hour) {
             return m_openMidnight + openHour * secondsPerHour;
         }
         if (m_rule.frequency == Frequency::hourly) {
-            return reading;
+            return localTime;
         }
         const std::int64_t minute = time / secondsPerMinute;
         const std::int64_t openMinute = hour * 60 + nextOf(m_rule.minutes, minute - hour * 60);
@@ -426,10 +426,10 @@ private:
             return m_openMidnight + openMinute * secondsPerMinute;
         }
         if (m_rule.frequency == Frequency::minutely) {
-            return reading;
+            return localTime;
         }
         const std::int64_t second = time - minute * secondsPerMinute;
-        return reading - second + nextOf(m_rule.seconds, second);
+        return localTime - second + nextOf(m_rule.seconds, second);
     }
 
     void makeTimesOfUnit() {
@@ -455,57 +455,58 @@ private:
 
     bool mayGoOn() const { return !m_rule.count || m_counted < *m_rule.count; }
 
-    // Takes the rule's next reading. False: no more is wanted.
-    bool offer(std::int64_t reading) {
-        if (reading < m_request.start || (reading == m_request.start && m_request.startCounts)) {
+    // Takes the rule's next local time. False: no more is wanted.
+    bool offer(std::int64_t localTime) {
+        if (localTime < m_request.start ||
+            (localTime == m_request.start && m_request.startCounts)) {
             return true;
         }
-        if (reading > m_to) {
+        if (localTime > m_to) {
             return false;
         }
-        if (m_canLeap && reading < m_from) {
+        if (m_canLeap && localTime < m_from) {
             return true;
         }
         if (!spend(1)) {
             return false;
         }
         m_barren = 0;
-        if (m_rule.count && m_request.shown) {
-            const std::int64_t day = floorDivision(reading, secondsPerDay);
+        if (m_rule.count && m_request.existingLocalTime) {
+            const std::int64_t day = floorDivision(localTime, secondsPerDay);
             if (day != m_askedDay && !spend(stepsOfAskedDay)) {
                 return false;
             }
             m_askedDay = day;
         }
-        m_counted += isShownAnew(reading) ? 1 : 0;
-        m_lastCounted = reading;
-        keep(reading);
-        if (m_result.readings.size() >= mostReadings) {
+        m_counted += isNewTime(localTime) ? 1 : 0;
+        m_lastCounted = localTime;
+        keep(localTime);
+        if (m_result.localTimes.size() >= mostLocalTimes) {
             m_result.problem = "it has too many occurrences";
             return false;
         }
         return mayGoOn();
     }
 
-    // Whether no earlier local time is shown as this one is.
-    bool isShownAnew(std::int64_t reading) {
-        if (!m_rule.count || !m_request.shown) {
+    // Whether the clock turns no earlier local time into this one.
+    bool isNewTime(std::int64_t localTime) {
+        if (!m_rule.count || !m_request.existingLocalTime) {
             return true;
         }
-        const std::int64_t shown = m_request.shown(reading);
-        if (shown != reading) {
-            if (!m_moved.empty() && m_moved.back() < reading) { // all of an earlier gap
+        const std::int64_t existing = m_request.existingLocalTime(localTime);
+        if (existing != localTime) {
+            if (!m_moved.empty() && m_moved.back() < localTime) { // all of an earlier gap
                 m_moved.clear();
             }
-            m_moved.push_back(shown);
+            m_moved.push_back(existing);
             return true;
         }
-        return !std::binary_search(m_moved.begin(), m_moved.end(), reading);
+        return !std::binary_search(m_moved.begin(), m_moved.end(), localTime);
     }
 
-    void keep(std::int64_t reading) {
-        if (reading >= m_from && reading <= m_to) {
-            m_result.readings.push_back(reading);
+    void keep(std::int64_t localTime) {
+        if (localTime >= m_from && localTime <= m_to) {
+            m_result.localTimes.push_back(localTime);
         }
     }
 
@@ -585,10 +586,10 @@ private:
     std::size_t m_pickedFrom = 0;
     std::int64_t m_step = 0; // from one unit to the next that counts
     std::int64_t m_firstUnit = 0;
-    // Of the last day let through; at first one long before all readings.
+    // Of the last day let through; at first one long before all local times.
     std::int64_t m_openMidnight = std::numeric_limits<std::int64_t>::min() / 2;
     std::int64_t m_askedDay = std::numeric_limits<std::int64_t>::min(); // what its clock shows
-    std::vector<std::int64_t> m_moved; // what is shown for the last skipped local times, sorted
+    std::vector<std::int64_t> m_moved; // the existing local times of the last skipped ones, sorted
     std::int64_t m_counted = 0;
     std::int64_t m_lastCounted = 0;
     std::int64_t m_barren = 0; // steps since the last occurrence

@@ -16,28 +16,28 @@ namespace quorvel::icalendar {
 // The steps of one call; they take a few milliseconds at most.
 constexpr std::int64_t standardBudget = 200'000;
 
-// Readings are seconds since 1970 as if the wall clock were one of UTC.
+// Local times are seconds since 1970 as if they were UTC.
 struct RecurrenceRequest {
     explicit RecurrenceRequest(const RecurrenceRule& recurrenceRule) // which outlives the request
         : rule(recurrenceRule) {}
 
     const RecurrenceRule& rule;
-    std::int64_t start = 0;  // the reading of the first occurrence
+    std::int64_t start = 0;  // of the first occurrence
     bool wholeDays = false;  // occurrences are dates, at midnight
     bool startCounts = true; // the start is an occurrence, and the first, even where the rule does
                              // not give it; false: only what the rule gives
-    std::optional<std::int64_t> until; // the last reading that still belongs to it
+    std::optional<std::int64_t> until; // the last local time that may occur
     std::int64_t from = 0;             // the window, both ends within
     std::int64_t to = 0;
-    // What the clock shows for a local time: that time, or a later one for a time that the clock
-    // skips. COUNT counts several local times that are shown alike once. May be empty.
-    std::function<std::int64_t(std::int64_t)> shown;
+    // The local time itself, or a later one for a time that the clock skips. COUNT counts several
+    // local times for which it is the same as one. May be empty: the clock skips none.
+    std::function<std::int64_t(std::int64_t)> existingLocalTime;
     std::int64_t budget = standardBudget;
 };
 
 struct RecurrenceStarts {
-    std::vector<std::int64_t> readings; // sorted, no two the same
-    std::string problem;                // empty, or why there may be fewer than the rule means
+    std::vector<std::int64_t> localTimes; // sorted, no two the same
+    std::string problem;                  // empty, or why there may be fewer than the rule means
     std::int64_t stepsSpent = 0;
 };
 
@@ -45,11 +45,11 @@ struct RecurrenceStarts {
 // before the year 1 or after the year 9999.
 RecurrenceStarts expandRecurrence(const RecurrenceRequest& request);
 
-// The last reading that COUNT leaves, whatever the window is.
+// The last local time that COUNT leaves, whatever the window is.
 struct CountEnd {
-    std::int64_t reading = 0;
+    std::int64_t lastLocalTime = 0;
     bool isCounted =
-        false; // false: the budget did not reach so far, the reading is as far as it did
+        false; // false: the budget was spent before; lastLocalTime is how far it reached
     std::int64_t stepsSpent = 0;
 };
 

@@ -219,7 +219,7 @@ bool readPart(std::string_view key, std::string_view value, RecurrenceRule& rule
 
 } // namespace
 
-RecurrenceRuleReading readRecurrenceRule(std::string_view text) {
+RecurrenceRuleResult parseRecurrenceRule(std::string_view text) {
     if (text.size() > longestRule) {
         return {std::nullopt, "it is too long"};
     }

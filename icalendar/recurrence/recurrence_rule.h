@@ -57,12 +57,12 @@ struct RecurrenceRule {
     bool hasTimeParts() const { return hours.any() || minutes.any() || seconds.any(); }
 };
 
-struct RecurrenceRuleReading {
+struct RecurrenceRuleResult {
     std::optional<RecurrenceRule> rule;
     std::string problem; // why there is none
 };
 
 // Upper or lower case, in any order; parts that are no rule's business are passed over.
-RecurrenceRuleReading readRecurrenceRule(std::string_view text);
+RecurrenceRuleResult parseRecurrenceRule(std::string_view text);
 
 } // namespace quorvel::icalendar

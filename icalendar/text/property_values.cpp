@@ -120,7 +120,7 @@ bool makeNextMidnight(CivilTime& time) {
 
 } // namespace
 
-std::optional<TimeValue> readTime(std::string_view text) {
+std::optional<TimeValue> parseTime(std::string_view text) {
     text = trimmed(text);
     const int year = number<4>(text, 0);
     const int month = number<2>(text, 4);
@@ -155,7 +155,7 @@ std::optional<TimeValue> readTime(std::string_view text) {
     return text.size() == 15 ? std::optional(result) : std::nullopt;
 }
 
-std::optional<Duration> readDuration(std::string_view text) {
+std::optional<Duration> parseDuration(std::string_view text) {
     text = trimmed(text);
     std::int64_t sign = 1;
     if (!text.empty() && (text.front() == '+' || text.front() == '-')) {
@@ -222,9 +222,9 @@ std::optional<Duration> readDuration(std::string_view text) {
     return result;
 }
 
-std::optional<PeriodValue> readPeriodOrTime(std::string_view text) {
+std::optional<PeriodValue> parsePeriodOrTime(std::string_view text) {
     const std::size_t slash = text.find('/');
-    const auto start = readTime(text.substr(0, slash));
+    const auto start = parseTime(text.substr(0, slash));
     if (!start) {
         return std::nullopt;
     }
@@ -234,9 +234,9 @@ std::optional<PeriodValue> readPeriodOrTime(std::string_view text) {
         return result;
     }
     const std::string_view rest = trimmed(text.substr(slash + 1));
-    result.end = readTime(rest);
+    result.end = parseTime(rest);
     if (!result.end) {
-        result.duration = readDuration(rest);
+        result.duration = parseDuration(rest);
         if (!result.duration) {
             return std::nullopt;
         }
@@ -250,7 +250,7 @@ std::optional<TimeValue> untilOf(std::string_view rule) {
         const std::size_t end = rule.find(';');
         const std::string_view part = trimmed(rule.substr(0, end));
         if (equalsIgnoringCase(part.substr(0, key.size()), key)) {
-            return readTime(part.substr(key.size()));
+            return parseTime(part.substr(key.size()));
         }
         rule.remove_prefix(end == std::string_view::npos ? rule.size() : end + 1);
     }
@@ -298,7 +298,7 @@ std::string validUtf8(std::string_view bytes) {
     return result;
 }
 
-std::string readText(std::string_view raw) {
+std::string parseText(std::string_view raw) {
     std::string text = raw.find('\\') == std::string_view::npos ? std::string(raw) : unescaped(raw);
     if (isAscii(text) && text.find('\0') == std::string::npos) {
         return text;

@@ -21,7 +21,7 @@ struct TimeValue {
 
 // Absent for everything that is no day of the calendar or no time of a day. 24:00:00, which some
 // programs write, is the next midnight.
-std::optional<TimeValue> readTime(std::string_view text);
+std::optional<TimeValue> parseTime(std::string_view text);
 
 // Days last from a wall-clock time to the same one; seconds are exact.
 struct Duration {
@@ -32,7 +32,7 @@ struct Duration {
     static constexpr Duration absent() { return {std::numeric_limits<std::int64_t>::min(), 0}; }
 };
 
-std::optional<Duration> readDuration(std::string_view text);
+std::optional<Duration> parseDuration(std::string_view text);
 
 // One entry of a list of times: with its end or its length where it is a period.
 struct PeriodValue {
@@ -41,7 +41,7 @@ struct PeriodValue {
     std::optional<Duration> duration;
 };
 
-std::optional<PeriodValue> readPeriodOrTime(std::string_view text);
+std::optional<PeriodValue> parsePeriodOrTime(std::string_view text);
 
 // The end that a recurrence rule names; absent where it names none that can be read.
 std::optional<TimeValue> untilOf(std::string_view rule);
@@ -53,7 +53,7 @@ std::string_view trimmed(std::string_view text); // of spaces and tabs
 
 // Escapes resolved. What is no UTF-8 anywhere is read as Latin-1; other stray bytes, and NUL,
 // become U+FFFD.
-std::string readText(std::string_view raw);
+std::string parseText(std::string_view raw);
 std::string validUtf8(std::string_view bytes);
 std::string utf8FromLatin1(std::string_view bytes);
 

@@ -31,16 +31,16 @@ const std::optional<int>& ZoneClock::steadyOffset(std::int64_t day) {
     return m_offsets.emplace(day, offset).first->second;
 }
 
-std::int64_t ZoneClock::instant(std::int64_t reading) {
-    if (const auto offset = steadyOffset(dayOf(reading))) {
-        return reading - *offset;
+std::int64_t ZoneClock::earliestInstant(std::int64_t localTime) {
+    if (const auto offset = steadyOffset(dayOf(localTime))) {
+        return localTime - *offset;
     }
-    const std::int64_t late = m_zone->instant(civilFromSeconds(reading));
-    if (late + m_zone->offsetAt(late) != reading) {
+    const std::int64_t late = m_zone->instant(civilFromSeconds(localTime));
+    if (late + m_zone->offsetAt(late) != localTime) {
         return late; // moved out of a gap
     }
     const int earlierOffset = m_zone->offsetAt(late - secondsPerDay);
-    const std::int64_t early = reading - earlierOffset;
+    const std::int64_t early = localTime - earlierOffset;
     const bool twice = early < late && m_zone->offsetAt(early) == earlierOffset;
     return twice ? early : late;
 }
@@ -65,25 +65,25 @@ ZoneClock::Gap ZoneClock::gapAround(std::int64_t day) {
     return m_gaps.emplace(day, Gap{after + offset, after + newOffset}).first->second;
 }
 
-std::int64_t ZoneClock::shown(std::int64_t reading) {
-    const std::int64_t day = dayOf(reading);
+std::int64_t ZoneClock::existingLocalTime(std::int64_t localTime) {
+    const std::int64_t day = dayOf(localTime);
     if (steadyOffset(day)) {
-        return reading;
+        return localTime;
     }
     const Gap gap = gapAround(day); // ends before it begins where the clock goes back
-    const bool isSkipped = reading >= gap.begin && reading < gap.end;
-    return isSkipped ? reading + (gap.end - gap.begin) : reading;
+    const bool isSkipped = localTime >= gap.begin && localTime < gap.end;
+    return isSkipped ? localTime + (gap.end - gap.begin) : localTime;
 }
 
-std::int64_t ZoneClock::platformInstant(std::int64_t reading) {
-    if (const auto offset = steadyOffset(dayOf(reading))) {
-        return reading - *offset;
+std::int64_t ZoneClock::latestInstant(std::int64_t localTime) {
+    if (const auto offset = steadyOffset(dayOf(localTime))) {
+        return localTime - *offset;
     }
-    return m_zone->instant(civilFromSeconds(reading));
+    return m_zone->instant(civilFromSeconds(localTime));
 }
 
-std::int64_t ZoneClock::reading(std::int64_t seconds) const {
-    return seconds + m_zone->offsetAt(seconds);
+std::int64_t ZoneClock::localTime(std::int64_t instant) const {
+    return instant + m_zone->offsetAt(instant);
 }
 
 ZoneNames::ZoneNames(const ZoneDirectory& directory)

@@ -20,20 +20,20 @@ class ZoneClock {
 public:
     explicit ZoneClock(std::shared_ptr<const TimeZone> zone);
 
-    // Wall-clock readings are in seconds since 1970 as if they were ones of UTC.
+    // Instants are seconds since 1970; local times are seconds since 1970 as if the local time were
+    // UTC. A local time that the clock skips is moved forward by the gap.
 
-    // As calendars mean it: of two instants with the same local time, the first; a local time that
-    // the clock skips is moved forward by the gap. In seconds since 1970.
-    std::int64_t instant(std::int64_t reading);
-    // What the clock shows for it: the same, or for one that it skips, the one moved by the gap.
-    std::int64_t shown(std::int64_t reading);
-    // As the platform means it: of two instants with the same local time, the second.
-    std::int64_t platformInstant(std::int64_t reading);
-    std::int64_t reading(std::int64_t seconds) const; // at the instant
+    // Of two instants with the same local time the first, as RFC 5545 3.3.5 wants it.
+    std::int64_t earliestInstant(std::int64_t localTime);
+    // The local time itself, or for a skipped one, the one moved forward by the gap.
+    std::int64_t existingLocalTime(std::int64_t localTime);
+    // Of two instants with the same local time the second, as the platform's calendar computes it.
+    std::int64_t latestInstant(std::int64_t localTime);
+    std::int64_t localTime(std::int64_t instant) const;
     const TimeZone& zone() const { return *m_zone; }
 
 private:
-    // Readings that are leapt over: from the first one to the one behind the last.
+    // The local times that the clock skips: from begin up to, but not including, end.
     struct Gap {
         std::int64_t begin = 0;
         std::int64_t end = 0;

@@ -37,7 +37,7 @@ CivilTime firstStart(std::string_view text) {
         const std::string_view rest = text.substr(name, 100);
         const std::size_t colon = rest.find(':');
         if (colon != std::string_view::npos) {
-            if (const auto time = icalendar::readTime(rest.substr(colon + 1, 8))) {
+            if (const auto time = icalendar::parseTime(rest.substr(colon + 1, 8))) {
                 return time->civil;
             }
         }

@@ -22,8 +22,8 @@ using quorvel::fuzzing::require;
 
 constexpr std::int64_t year = 366 * secondsPerDay;
 constexpr std::int64_t usualStart = 1704096000; // 2024-01-01T08:00:00
-constexpr std::int64_t firstReading = -62135596800;
-constexpr std::int64_t lastReading = 253402300799;
+constexpr std::int64_t firstLocalTime = -62135596800;
+constexpr std::int64_t lastLocalTime = 253402300799;
 constexpr std::size_t longestMeasured = 300;
 constexpr double greatestMilliseconds = 2000; // under the sanitizers
 
@@ -97,20 +97,20 @@ void noteTime(const RecurrenceRequest& request, std::string_view rule, double mi
     }
 }
 
-void checkReadings(const RecurrenceRequest& request, const RecurrenceStarts& starts) {
-    const auto& readings = starts.readings;
+void checkLocalTimes(const RecurrenceRequest& request, const RecurrenceStarts& starts) {
+    const auto& localTimes = starts.localTimes;
     require(starts.stepsSpent <= request.budget, "the budget is kept");
-    require(std::adjacent_find(readings.begin(), readings.end(), std::greater_equal<>()) ==
-                readings.end(),
-            "readings are sorted, and no two the same");
-    if (!readings.empty()) {
-        require(readings.front() >= request.from && readings.back() <= request.to,
-                "readings lie in the window");
-        require(readings.front() >= firstReading && readings.back() <= lastReading,
-                "readings lie in the years 1 to 9999");
-        require(readings.front() >= request.start &&
-                    (!request.until || readings.back() <= *request.until),
-                "readings lie between the start and UNTIL");
+    require(std::adjacent_find(localTimes.begin(), localTimes.end(), std::greater_equal<>()) ==
+                localTimes.end(),
+            "localTimes are sorted, and no two the same");
+    if (!localTimes.empty()) {
+        require(localTimes.front() >= request.from && localTimes.back() <= request.to,
+                "localTimes lie in the window");
+        require(localTimes.front() >= firstLocalTime && localTimes.back() <= lastLocalTime,
+                "localTimes lie in the years 1 to 9999");
+        require(localTimes.front() >= request.start &&
+                    (!request.until || localTimes.back() <= *request.until),
+                "localTimes lie between the start and UNTIL");
     }
 }
 
@@ -123,8 +123,9 @@ void checkHalves(RecurrenceRequest request, const RecurrenceStarts& whole) {
     request.to = to;
     const RecurrenceStarts second = expandRecurrence(request);
     if (both.problem.empty() && second.problem.empty()) {
-        both.readings.insert(both.readings.end(), second.readings.begin(), second.readings.end());
-        require(both.readings == whole.readings, "two windows make one");
+        both.localTimes.insert(both.localTimes.end(), second.localTimes.begin(),
+                               second.localTimes.end());
+        require(both.localTimes == whole.localTimes, "two windows make one");
     }
 }
 
@@ -136,14 +137,14 @@ void checkCount(RecurrenceRequest request, RecurrenceRule& rule, const Recurrenc
         return;
     }
     rule.count.reset();
-    request.until = end.reading;
+    request.until = end.lastLocalTime;
     const RecurrenceStarts starts = expandRecurrence(request);
-    require(!starts.problem.empty() || starts.readings == counted.readings,
+    require(!starts.problem.empty() || starts.localTimes == counted.localTimes,
             "the end of a count stands for it");
 }
 
 void ask(std::string_view text, Bytes bytes) {
-    auto read = readRecurrenceRule(text);
+    auto read = parseRecurrenceRule(text);
     require(read.rule.has_value() == read.problem.empty(), "a rule or a problem");
     if (!read.rule) {
         return;
@@ -153,7 +154,7 @@ void ask(std::string_view text, Bytes bytes) {
     request.wholeDays = (flags & 1) != 0;
     request.startCounts = (flags & 2) == 0;
     request.start = std::clamp(usualStart + bytes.take(2) * secondsPerHour * 37 + bytes.take(2),
-                               firstReading, lastReading);
+                               firstLocalTime, lastLocalTime);
     if (request.wholeDays) {
         request.start -= (request.start % secondsPerDay + secondsPerDay) % secondsPerDay;
     }
@@ -163,15 +164,15 @@ void ask(std::string_view text, Bytes bytes) {
         request.until = request.start + bytes.take(2) * secondsPerHour;
     }
     if ((flags & 32) != 0) {
-        request.shown = [](std::int64_t reading) {
-            return reading / secondsPerHour % 5 == 0 ? reading + secondsPerHour : reading;
+        request.existingLocalTime = [](std::int64_t localTime) {
+            return localTime / secondsPerHour % 5 == 0 ? localTime + secondsPerHour : localTime;
         };
     }
     const double before = processorTime();
     const RecurrenceStarts starts = expandRecurrence(request);
     noteTime(request, text, processorTime() - before, starts.stepsSpent);
     noteSteps(starts.stepsSpent);
-    checkReadings(request, starts);
+    checkLocalTimes(request, starts);
     if (starts.problem.empty()) {
         checkHalves(request, starts);
     }

@@ -10,19 +10,19 @@
 
 #include "freedesktop/dates/time_zone.h"
 #include "icalendar/expansion/occurrences.h"
-#include "icalendar/model/ics_file_reader.h"
+#include "icalendar/model/ics_file_parser.h"
 
 namespace quorvel::icalendar {
 namespace {
 
 std::shared_ptr<LoadedFile> parsed(std::string_view text, const ZoneDirectory& directory) {
     const auto isKnown = [&](std::string_view name) { return directory.isExactName(name); };
-    return std::make_shared<LoadedFile>("a calendar", 0, readIcsFile(text, isKnown));
+    return std::make_shared<LoadedFile>("a calendar", 0, parseIcsFile(text, isKnown));
 }
 
 std::vector<Occurrence> occurrencesOf(const std::shared_ptr<LoadedFile>& file, Window window,
                                       const ZoneDirectory& directory,
-                                      const ReportExpansion& report) {
+                                      const ExpansionProblemHandler& report) {
     const EventSet set = collectEvents({file});
     ZoneClock userZone(directory.named("UTC"));
     ZoneNames zones(directory);
@@ -53,7 +53,7 @@ TEST(Example, FindsTheOccurrencesOfTheWindow) {
     const auto from = static_cast<double>(civilSeconds({2026, 3, 9, 0, 0, 0}));
     const auto to = static_cast<double>(civilSeconds({2026, 3, 29, 0, 0, 0}));
     std::vector<std::string> problems;
-    const ReportExpansion report = [&](LoadedFile&, std::size_t, std::string what) {
+    const ExpansionProblemHandler report = [&](LoadedFile&, std::size_t, std::string what) {
         problems.push_back(std::move(what));
     };
     const auto file = parsed(text, freedesktop::zoneDirectory());

@@ -93,7 +93,7 @@ private:
 };
 
 icalendar::IcsFile parseCalendar(FilePieces& pieces, const ReadContext& context) {
-    icalendar::IcsFileReader reader(context.zoneIsKnown, context.mostBytes);
+    icalendar::IcsFileParser reader(context.zoneIsKnown, context.mostBytes);
     PieceBuffer buffer;
     buffer.append(pieces);
     while (!pieces.isDone()) {
@@ -198,8 +198,8 @@ void readCalendarFile(CalendarFile& file, const std::string& path, FileKind kind
         return;
     }
     const auto calendar = file.calendar();
-    if (calendar && calendar->ics.isCut &&
-        context.mostBytes < icalendar::IcsFileReader::mostBytesOfAFile) {
+    if (calendar && calendar->ics.isTruncated &&
+        context.mostBytes < icalendar::IcsFileParser::mostBytesOfAFile) {
         file.leaveOutForLackOfRoom();
         return;
     }

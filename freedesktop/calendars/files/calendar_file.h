@@ -14,7 +14,7 @@
 #include "freedesktop/calendars/files/file_error.h"
 #include "freedesktop/io/file_version.h"
 #include "icalendar/expansion/loaded_file.h"
-#include "icalendar/model/ics_file_reader.h"
+#include "icalendar/model/ics_file_parser.h"
 
 namespace quorvel::freedesktop::calendars {
 
@@ -59,7 +59,7 @@ struct ReadContext {
     std::function<std::int64_t()> fileClock;        // nanoseconds since 1970. From any thread.
     const std::atomic<bool>* isCancelled = nullptr; // may be null: reading is never cancelled
     // In memory. A file whose events take more is left out.
-    std::size_t mostBytes = icalendar::IcsFileReader::mostBytesOfAFile;
+    std::size_t mostBytes = icalendar::IcsFileParser::mostBytesOfAFile;
 };
 
 // Reads the file at the path into `file.parsed`. Opens nothing but a regular file, and holds about

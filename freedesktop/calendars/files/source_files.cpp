@@ -6,7 +6,7 @@
 
 #include "freedesktop/calendars/files/calendar_file_names.h"
 #include "freedesktop/calendars/files/folder_scanner.h"
-#include "icalendar/model/ics_file_reader.h"
+#include "icalendar/model/ics_file_parser.h"
 
 namespace quorvel::freedesktop::calendars {
 namespace {
@@ -40,7 +40,7 @@ void SourceFiles::scan(const std::function<bool(std::string_view)>& zoneIsKnown)
         m_file = std::make_unique<CalendarFile>();
         m_file->name = m_source.name;
         const auto loaded = std::make_shared<icalendar::LoadedFile>(
-            m_source.name, 0, icalendar::readIcsFile(*m_source.text, zoneIsKnown));
+            m_source.name, 0, icalendar::parseIcsFile(*m_source.text, zoneIsKnown));
         m_file->parsed = {FileVersion(), true, 0, FileContent{loaded, nullptr}};
     }
 }

@@ -76,14 +76,14 @@ CivilTime takeCivilTime(ByteReader& reader) {
 
 void put(ByteWriter& writer, const icalendar::EventTime& time) {
     writer.number(static_cast<unsigned>(time.kind));
-    writer.number(time.reading);
+    writer.number(time.localTime);
     writer.number(time.zone);
 }
 
 icalendar::EventTime takeEventTime(ByteReader& reader) {
     icalendar::EventTime time;
     time.kind = static_cast<icalendar::TimeKind>(std::min(reader.number<unsigned>(), 4U));
-    time.reading = reader.number<std::int64_t>();
+    time.localTime = reader.number<std::int64_t>();
     time.zone = reader.number<std::uint32_t>();
     return time;
 }
@@ -266,7 +266,7 @@ std::string bytesOfFile(const FileVersion& version, const icalendar::IcsFile& fi
         writer.number(problem.line);
         writer.text(problem.what);
     }
-    writer.number((file.isCalendar ? 1U : 0U) | (file.isCut ? 2U : 0U));
+    writer.number((file.isCalendar ? 1U : 0U) | (file.isTruncated ? 2U : 0U));
     return writer.take();
 }
 
@@ -308,7 +308,7 @@ std::optional<icalendar::IcsFile> fileFromBytes(std::string_view bytes,
     }
     const auto flags = reader.number<unsigned>();
     file.isCalendar = (flags & 1U) != 0;
-    file.isCut = (flags & 2U) != 0;
+    file.isTruncated = (flags & 2U) != 0;
     const bool isRight = reader.isWhole() && slices.isWithin() && areIndicesValid(file);
     return isRight ? std::optional(std::move(file)) : std::nullopt;
 }

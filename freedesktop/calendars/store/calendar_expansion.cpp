@@ -30,7 +30,7 @@ std::string identifierOf(const platform::EKCalendar& calendar,
 
 std::optional<std::string> textOf(const icalendar::IcsFile& file,
                                   const icalendar::SmallOptional<icalendar::Slice>& slice) {
-    return slice ? std::optional(icalendar::readText(file.slice(*slice))) : std::nullopt;
+    return slice ? std::optional(icalendar::parseText(file.slice(*slice))) : std::nullopt;
 }
 
 std::shared_ptr<const platform::EKEvent>
@@ -71,7 +71,7 @@ private:
 ExpandedCalendar expandCalendar(const ExpansionContext& context, const LoadedCalendar& calendar,
                                 const std::shared_ptr<const platform::EKCalendar>& owner) {
     ProblemCollection problems;
-    const icalendar::ReportExpansion onProblem =
+    const icalendar::ExpansionProblemHandler onProblem =
         [&problems](icalendar::LoadedFile& file, std::size_t line, std::string what) {
             problems.add(file, line, std::move(what));
         };
@@ -79,7 +79,7 @@ ExpandedCalendar expandCalendar(const ExpansionContext& context, const LoadedCal
     icalendar::Expander expander(context.window, context.userZone, context.zones, onProblem, cost);
     std::vector<icalendar::Occurrence> occurrences;
     for (const icalendar::EventEntry& entry : calendar.entries) {
-        if (cost.calendar.isCut && cost.calendar.found == cost.mostFound()) {
+        if (cost.calendar.isTruncated && cost.calendar.found == cost.mostFound()) {
             break;
         }
         if (expander.mayMeetWindow(entry.firstDay, entry.lastDay)) {

@@ -93,7 +93,7 @@ bool EventSearch::expandWithin(const icalendar::Window& window, const SearchRequ
         expandCalendars(request, {});
     }
     return std::none_of(m_cached.begin(), m_cached.end(), [](const CachedCalendar& cached) {
-        return cached.expanded.cost.isCut;
+        return cached.expanded.cost.isTruncated;
     });
 }
 
@@ -104,8 +104,8 @@ void EventSearch::useTimeZone(const std::shared_ptr<const TimeZone>& zone) {
     }
 }
 
-// Reuses those of the previous calendars that are unchanged. False where the calendars together cost
-// so much that a reused one could have been expanded differently now.
+// Reuses those of the previous calendars that are unchanged. False where the calendars together
+// cost so much that a reused one could have been expanded differently now.
 bool EventSearch::expandCalendars(const SearchRequest& request,
                                   std::vector<CachedCalendar> previous) {
     const auto loaded = m_snapshots.calendarsOf(request.snapshot);
@@ -113,8 +113,8 @@ bool EventSearch::expandCalendars(const SearchRequest& request,
     bool isAnyReused = false;
     bool isAllowed = true;
     for (const auto& owner : request.calendars) {
-        const auto calendar = std::find_if(
-            loaded->calendars.begin(), loaded->calendars.end(), [&](const auto& one) {
+        const auto calendar =
+            std::find_if(loaded->calendars.begin(), loaded->calendars.end(), [&](const auto& one) {
                 return one->calendar->calendarIdentifier == owner->calendarIdentifier;
             });
         if (calendar == loaded->calendars.end()) {

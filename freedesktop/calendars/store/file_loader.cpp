@@ -123,7 +123,7 @@ void FileLoader::loadOneByOne(const std::vector<UnreadFile>& unread, std::size_t
             return;
         }
         context.mostBytes =
-            std::min(icalendar::IcsFileReader::mostBytesOfAFile,
+            std::min(icalendar::IcsFileParser::mostBytesOfAFile,
                      mostBytesInMemory - std::min(bytesInMemory, mostBytesInMemory));
         const auto bytes = transaction ? storedBytes(one, *transaction) : std::nullopt;
         if (!bytes || !useStoredBytes(one, *bytes, context.mostBytes)) {

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "freedesktop/calendars/store/search_window.h"
-#include "icalendar/model/ics_file_reader.h"
+#include "icalendar/model/ics_file_parser.h"
 
 namespace quorvel::freedesktop::calendars {
 namespace {
@@ -62,7 +62,7 @@ void ServerCalendarEvents::parse(const ServerAnswer& answer, CachedCalendar& cac
         return;
     }
     const auto file = std::make_shared<icalendar::LoadedFile>(
-        answer.displayName, 0, icalendar::readIcsFile(*answer.text, isExactTimeZoneName));
+        answer.displayName, 0, icalendar::parseIcsFile(*answer.text, isExactTimeZoneName));
     for (const icalendar::FileProblem& problem : file->ics.problems) {
         report(answer.displayName, problem.what);
     }
@@ -84,7 +84,7 @@ void ServerCalendarEvents::expand(const ServerAnswer& answer, const icalendar::W
             expandCalendar({wanted, m_userZone, m_zones, cost}, *cached.calendar, answer.calendar);
     };
     expandWithin(searched);
-    cached.isNarrow = cached.expanded.cost.isCut;
+    cached.isNarrow = cached.expanded.cost.isTruncated;
     if (cached.isNarrow) {
         expandWithin(narrow);
     }

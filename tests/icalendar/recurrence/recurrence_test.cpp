@@ -10,12 +10,12 @@
 namespace quorvel::icalendar {
 namespace {
 
-std::int64_t reading(std::string_view text) {
-    return civilSeconds(readTime(text)->civil);
+std::int64_t localTime(std::string_view text) {
+    return civilSeconds(parseTime(text)->civil);
 }
 
 RecurrenceRule ruleOf(std::string_view text) {
-    const auto read = readRecurrenceRule(text);
+    const auto read = parseRecurrenceRule(text);
     EXPECT_TRUE(read.rule) << text << ": " << read.problem;
     return read.rule.value_or(RecurrenceRule());
 }
@@ -24,10 +24,10 @@ RecurrenceRule ruleOf(std::string_view text) {
 struct Asked {
     Asked(std::string_view text, std::string_view start, std::string_view from, std::string_view to)
         : rule(ruleOf(text)) {
-        request.start = reading(start);
-        request.wholeDays = readTime(start)->isDate;
-        request.from = reading(from);
-        request.to = reading(to);
+        request.start = localTime(start);
+        request.wholeDays = parseTime(start)->isDate;
+        request.from = localTime(from);
+        request.to = localTime(to);
     }
     RecurrenceStarts expanded() const { return expandRecurrence(request); }
 
@@ -35,7 +35,7 @@ struct Asked {
     RecurrenceRequest request{rule};
 };
 
-std::string shown(std::int64_t seconds) {
+std::string textOf(std::int64_t seconds) {
     const CivilTime time = civilFromSeconds(seconds);
     char text[32];
     std::snprintf(text, sizeof text, "%04d%02d%02dT%02d%02d", time.year, time.month, time.day,
@@ -43,17 +43,17 @@ std::string shown(std::int64_t seconds) {
     return text;
 }
 
-std::string shown(const RecurrenceStarts& starts) {
+std::string textOf(const RecurrenceStarts& starts) {
     std::string result;
-    for (const std::int64_t seconds : starts.readings) {
-        result += (result.empty() ? "" : " ") + shown(seconds);
+    for (const std::int64_t seconds : starts.localTimes) {
+        result += (result.empty() ? "" : " ") + textOf(seconds);
     }
     return result;
 }
 
 std::string expanded(std::string_view rule, std::string_view start, std::string_view from,
                      std::string_view to) {
-    return shown(Asked(rule, start, from, to).expanded());
+    return textOf(Asked(rule, start, from, to).expanded());
 }
 
 TEST(Recurrence, JumpsToTheWindow) {
@@ -79,12 +79,12 @@ TEST(Recurrence, JumpedToIsTheSameAsWalked) {
         const auto walked = Asked(rule, "20190114T081500", "20190101", "20230101").expanded();
         const Asked late(rule, "20190114T081500", "20220303", "20230101");
         std::vector<std::int64_t> end;
-        for (const std::int64_t seconds : walked.readings) {
+        for (const std::int64_t seconds : walked.localTimes) {
             if (seconds >= late.request.from) {
                 end.push_back(seconds);
             }
         }
-        EXPECT_EQ(late.expanded().readings, end) << rule;
+        EXPECT_EQ(late.expanded().localTimes, end) << rule;
         EXPECT_FALSE(end.empty()) << rule;
     }
 }
@@ -112,10 +112,11 @@ TEST(Recurrence, OfSecondsAndHoursGoesOnAcrossDays) {
 TEST(Recurrence, CountsWhatTheClockShowsAlikeOnce) {
     const auto withSkippedHour = [](std::string_view rule) {
         Asked asked(rule, "20240101T230000", "20240101", "20250101");
-        asked.request.shown = [](std::int64_t seconds) {
+        asked.request.existingLocalTime = [](std::int64_t seconds) {
             return civilFromSeconds(seconds).hour == 0 ? seconds + 3600 : seconds;
         };
-        return shown(asked.expanded()) + ", ends " + shown(endOfCount(asked.request).reading);
+        return textOf(asked.expanded()) + ", ends " +
+               textOf(endOfCount(asked.request).lastLocalTime);
     };
     EXPECT_EQ(withSkippedHour("FREQ=HOURLY;COUNT=3"),
               "20240101T2300 20240102T0000 20240102T0100 20240102T0200, ends 20240102T0200");
@@ -127,12 +128,12 @@ TEST(Recurrence, CountsWhatTheClockShowsAlikeOnce) {
               "ends 20240103T0000");
 }
 
-TEST(Recurrence, EndsWithItsLastReading) {
+TEST(Recurrence, EndsAtUntil) {
     Asked asked("FREQ=DAILY", "20240101T080000", "20240101", "20250101");
-    asked.request.until = reading("20240103T080000");
-    EXPECT_EQ(shown(asked.expanded()), "20240101T0800 20240102T0800 20240103T0800");
-    asked.request.until = reading("20231231");
-    EXPECT_EQ(shown(asked.expanded()), "");
+    asked.request.until = localTime("20240103T080000");
+    EXPECT_EQ(textOf(asked.expanded()), "20240101T0800 20240102T0800 20240103T0800");
+    asked.request.until = localTime("20231231");
+    EXPECT_EQ(textOf(asked.expanded()), "");
 }
 
 TEST(Recurrence, BeginsWithTheStartEvenOffTheRule) {
@@ -140,7 +141,7 @@ TEST(Recurrence, BeginsWithTheStartEvenOffTheRule) {
               "20240101T0800 20240102T0800 20240109T0800");
     Asked asked("FREQ=WEEKLY;BYDAY=TU;COUNT=2", "20240101T080000", "20240101", "20250101");
     asked.request.startCounts = false;
-    EXPECT_EQ(shown(asked.expanded()), "20240102T0800 20240109T0800");
+    EXPECT_EQ(textOf(asked.expanded()), "20240102T0800 20240109T0800");
 }
 
 TEST(Recurrence, TakesTheWeekdayOfAWeekFromTheStart) {
@@ -152,7 +153,7 @@ TEST(Recurrence, FindsTheEndOfItsCount) {
     const auto endOf = [](const char* rule) {
         const CountEnd end =
             endOfCount(Asked(rule, "20240131T080000", "20300101", "20300102").request);
-        return (end.isCounted ? "" : "not ") + shown(end.reading);
+        return (end.isCounted ? "" : "not ") + textOf(end.lastLocalTime);
     };
     EXPECT_EQ(endOf("FREQ=MONTHLY;COUNT=3"), "20240531T0800")
         << "months without a 31st do not count";
@@ -161,20 +162,21 @@ TEST(Recurrence, FindsTheEndOfItsCount) {
     EXPECT_EQ(endOf("FREQ=MINUTELY;BYSECOND=0;COUNT=1000000").substr(0, 4), "not ");
 }
 
-// A rule that takes away has its start as its first reading, and not beside it.
+// A rule that takes away has its start as its first local time, and not beside it.
 TEST(Recurrence, CountsTheStartThatItGivesItself) {
     Asked asked("FREQ=WEEKLY;COUNT=2", "20240101T080000", "20240102", "20250101");
     asked.request.startCounts = false;
-    EXPECT_EQ(shown(asked.expanded()), "20240108T0800");
-    EXPECT_EQ(shown(endOfCount(asked.request).reading), "20240108T0800");
+    EXPECT_EQ(textOf(asked.expanded()), "20240108T0800");
+    EXPECT_EQ(textOf(endOfCount(asked.request).lastLocalTime), "20240108T0800");
 }
 
 TEST(Recurrence, TheEndOfACountIsNotBehindUntil) {
     Asked asked("FREQ=DAILY;COUNT=9", "20240105T080000", "20240101", "20250101");
-    asked.request.until = reading("20240103T080000");
-    EXPECT_EQ(shown(endOfCount(asked.request).reading), "20240103T0800") << "before the start";
-    asked.request.until = reading("20240107T120000");
-    EXPECT_EQ(shown(endOfCount(asked.request).reading), "20240107T0800");
+    asked.request.until = localTime("20240103T080000");
+    EXPECT_EQ(textOf(endOfCount(asked.request).lastLocalTime), "20240103T0800")
+        << "before the start";
+    asked.request.until = localTime("20240107T120000");
+    EXPECT_EQ(textOf(endOfCount(asked.request).lastLocalTime), "20240107T0800");
 }
 
 TEST(Recurrence, SpendsNoStepBeyondItsBudget) {
@@ -188,7 +190,7 @@ TEST(Recurrence, SpendsNoStepBeyondItsBudget) {
 
 TEST(Recurrence, BelowADayIsNothingForWholeDays) {
     const auto starts = Asked("FREQ=HOURLY", "20240101", "20240101", "20250101").expanded();
-    EXPECT_EQ(shown(starts), "20240101T0000");
+    EXPECT_EQ(textOf(starts), "20240101T0000");
     EXPECT_FALSE(starts.problem.empty());
     EXPECT_EQ(expanded("FREQ=DAILY;BYHOUR=5;COUNT=2", "20240101", "20240101", "20250101"),
               "20240101T0000 20240102T0000");
@@ -206,7 +208,7 @@ TEST(Recurrence, ThatNeverComesEndsAtOnce) {
           "FREQ=SECONDLY;BYSECOND=1;BYSETPOS=2;COUNT=2",
           "FREQ=WEEKLY;BYDAY=MO;BYSETPOS=-8;COUNT=2"}) {
         const auto starts = Asked(rule, "19700101T000000", "19700101", "99991231").expanded();
-        EXPECT_EQ(shown(starts), "19700101T0000") << rule;
+        EXPECT_EQ(textOf(starts), "19700101T0000") << rule;
         EXPECT_EQ(starts.problem, "") << rule;
         EXPECT_LT(starts.stepsSpent, 10'000) << rule;
     }
@@ -238,7 +240,7 @@ TEST(RecurrenceRule, ThatCannotBeReadSaysWhy) {
           "FREQ=DAILY;INTERVAL=99999999999999999999", "FREQ=DAILY;BYHOUR=24", "FREQ=DAILY;BYDAY=XX",
           "FREQ=MONTHLY;BYMONTHDAY=0", "FREQ=MONTHLY;BYDAY=54MO", "FREQ=WEEKLY;WKST=1",
           "RSCALE=HEBREW;FREQ=YEARLY", "FREQ=YEARLY;BYMONTHDAY=", "FREQ=YEARLY;BYMONTHDAY=1,,2"}) {
-        const auto read = readRecurrenceRule(rule);
+        const auto read = parseRecurrenceRule(rule);
         EXPECT_FALSE(read.rule) << rule;
         EXPECT_FALSE(read.problem.empty()) << rule;
     }
@@ -262,7 +264,7 @@ TEST(Recurrence, IsBoundedWhateverItSays) {
           "FREQ=DAILY;COUNT=2147483647;INTERVAL=32767"}) {
         const auto starts = Asked(rule, "19700101T000000", "20200101", "20240101").expanded();
         EXPECT_LE(starts.stepsSpent, standardBudget) << rule;
-        EXPECT_LE(starts.readings.size(), 100000U) << rule;
+        EXPECT_LE(starts.localTimes.size(), 100000U) << rule;
     }
 }
 

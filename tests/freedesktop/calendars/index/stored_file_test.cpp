@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "icalendar/model/ics_file_reader.h"
+#include "icalendar/model/ics_file_parser.h"
 #include "tests/freedesktop/calendars/store/store_fixture.h"
 
 namespace quorvel::freedesktop::calendars {
@@ -17,7 +17,7 @@ constexpr FileVersion version{1, 2, 3, -4, std::numeric_limits<std::int64_t>::ma
 
 icalendar::IcsFile everyKind() {
     const auto isKnown = [](std::string_view name) { return name == "Europe/Berlin"; };
-    return icalendar::readIcsFile(
+    return icalendar::parseIcsFile(
         calendarText(
             "X-WR-CALNAME:Näme\r\nCOLOR:red\r\nX-WR-TIMEZONE:Europe/Berlin\r\n"
             "BEGIN:VTIMEZONE\r\nTZID:Mine\r\nBEGIN:STANDARD\r\nDTSTART:19700101T000000\r\n"

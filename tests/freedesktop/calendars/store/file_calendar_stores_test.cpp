@@ -214,7 +214,7 @@ TEST_F(IcalStore, VersionsMayStandInSeveralFilesOfACalendar) {
                                              "elsewhere D 20260312T000000-20260312T235959\n");
 }
 
-TEST_F(IcalStore, OverrideStandsWithoutItsMaster) {
+TEST_F(IcalStore, OverrideStandsWithoutItsMainEvent) {
     useText(
         eventText("UID:1|SUMMARY:alone|RECURRENCE-ID:20260303T080000Z|DTSTART:20260303T090000Z"));
     EXPECT_EQ(found("20260301", "20260401"), "alone 20260303T100000-20260303T100000\n");

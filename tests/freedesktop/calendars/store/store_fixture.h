@@ -55,7 +55,7 @@ protected:
     }
 
     platform::NSDate date(std::string_view text) const {
-        const auto time = icalendar::readTime(text);
+        const auto time = icalendar::parseTime(text);
         return time->isUtc ? dateOf(*utcTimeZone(), time->civil) : dateOf(*zone, time->civil);
     }
 

@@ -178,12 +178,12 @@ struct Case {
     std::optional<std::int64_t> until;
     int gap = 0; // the clock skips the hours whose number is divisible by this
 
-    std::int64_t randomReading() const {
+    std::int64_t randomLocalTime() const {
         const auto span = spanOf(parts.frequency) * secondsPerDay;
         return start + *from(-100, 1000) * (span / 1000) + *from(0, 100);
     }
-    std::int64_t shown(std::int64_t reading) const {
-        return gap != 0 && reading / 3600 % gap == 0 ? reading + 3600 : reading;
+    std::int64_t existingLocalTime(std::int64_t localTime) const {
+        return gap != 0 && localTime / 3600 % gap == 0 ? localTime + 3600 : localTime;
     }
 
     RecurrenceRequest request(std::int64_t first, std::int64_t last) const {
@@ -196,16 +196,18 @@ struct Case {
         result.to = last;
         result.budget = ampleBudget;
         if (gap != 0) {
-            result.shown = [this](std::int64_t reading) { return shown(reading); };
+            result.existingLocalTime = [this](std::int64_t localTime) {
+                return existingLocalTime(localTime);
+            };
         }
         return result;
     }
 
-    std::vector<std::int64_t> readings(std::int64_t first, std::int64_t last) const {
+    std::vector<std::int64_t> localTimes(std::int64_t first, std::int64_t last) const {
         const RecurrenceStarts starts = expandRecurrence(request(first, last));
-        RC_PRE(starts.readings.size() < 100'000); // the most that a search gives
+        RC_PRE(starts.localTimes.size() < 100'000); // the most that a search gives
         RC_ASSERT(starts.problem == "");
-        return starts.readings;
+        return starts.localTimes;
     }
 };
 
@@ -243,8 +245,8 @@ Case randomCase() {
     }
     one.startCounts = *from(0, 3) != 0;
     one.parts.count = chance(3, [] { return *from(1, 40); }).value_or(0);
-    one.until = chance(3, [&one] { return one.randomReading(); });
-    const auto read = readRecurrenceRule(textOf(one.parts));
+    one.until = chance(3, [&one] { return one.randomLocalTime(); });
+    const auto read = parseRecurrenceRule(textOf(one.parts));
     RC_ASSERT(read.problem == "");
     one.rule = *read.rule;
     RC_LOG() << one << "\n";
@@ -281,23 +283,23 @@ public:
 
     std::vector<std::int64_t> through(std::int64_t last) const {
         std::vector<std::int64_t> result;
-        std::set<std::int64_t> shown; // what COUNT counts
+        std::set<std::int64_t> countedTimes; // what COUNT counts
         if (m_case.startCounts && m_case.start <= m_case.until.value_or(m_case.start)) {
             result.push_back(m_case.start);
-            shown.insert(m_case.shown(m_case.start));
+            countedTimes.insert(m_case.existingLocalTime(m_case.start));
         }
         for (const auto& [number, period] : periodsThrough(last)) {
-            for (const std::int64_t reading : picked(period)) {
+            for (const std::int64_t localTime : picked(period)) {
                 const bool isAfterStart =
-                    m_case.startCounts ? reading > m_case.start : reading >= m_case.start;
-                if (!isAfterStart || reading > m_case.until.value_or(last) || reading > last) {
+                    m_case.startCounts ? localTime > m_case.start : localTime >= m_case.start;
+                if (!isAfterStart || localTime > m_case.until.value_or(last) || localTime > last) {
                     continue;
                 }
-                if (m_rule.count > 0 && std::ssize(shown) == m_rule.count) {
+                if (m_rule.count > 0 && std::ssize(countedTimes) == m_rule.count) {
                     return result;
                 }
-                result.push_back(reading);
-                shown.insert(m_case.shown(reading));
+                result.push_back(localTime);
+                countedTimes.insert(m_case.existingLocalTime(localTime));
             }
         }
         return result;
@@ -485,9 +487,9 @@ private:
                                                                      : 1;
         const std::int64_t firstUnit = m_case.start - m_case.start % unit;
         for (std::int64_t time = 0; time < secondsPerDay; time += unit) {
-            const std::int64_t reading = day.time_since_epoch().count() * secondsPerDay + time;
-            const std::int64_t number = (reading - firstUnit) / unit;
-            if (reading < firstUnit || number % m_rule.interval != 0 ||
+            const std::int64_t localTime = day.time_since_epoch().count() * secondsPerDay + time;
+            const std::int64_t number = (localTime - firstUnit) / unit;
+            if (localTime < firstUnit || number % m_rule.interval != 0 ||
                 narrows(m_rule.hours, time / 3600) ||
                 (unit <= 60 && narrows(m_rule.minutes, time / 60 % 60)) ||
                 (unit == 1 && narrows(m_rule.seconds, time % 60))) {
@@ -500,7 +502,7 @@ private:
                 unit >= 60 ? expanded(m_rule.seconds, startTime() % 60) : std::set<std::int64_t>{0};
             for (const std::int64_t minute : minutes) {
                 for (const std::int64_t second : seconds) {
-                    period.push_back(reading + minute * 60 + second);
+                    period.push_back(localTime + minute * 60 + second);
                 }
             }
         }
@@ -511,17 +513,17 @@ private:
     sys_days m_start;
 };
 
-std::vector<std::int64_t> cut(const std::vector<std::int64_t>& readings, std::int64_t first,
+std::vector<std::int64_t> cut(const std::vector<std::int64_t>& localTimes, std::int64_t first,
                               std::int64_t last) {
     std::vector<std::int64_t> result;
-    std::copy_if(readings.begin(), readings.end(), std::back_inserter(result),
-                 [&](std::int64_t reading) { return reading >= first && reading <= last; });
+    std::copy_if(localTimes.begin(), localTimes.end(), std::back_inserter(result),
+                 [&](std::int64_t localTime) { return localTime >= first && localTime <= last; });
     return result;
 }
 
-// Two readings around the start, in order.
+// Two local times around the start, in order.
 std::pair<std::int64_t, std::int64_t> randomWindow(const Case& one) {
-    const auto [first, last] = std::minmax({one.randomReading(), one.randomReading()});
+    const auto [first, last] = std::minmax({one.randomLocalTime(), one.randomLocalTime()});
     return {first, last};
 }
 
@@ -533,7 +535,7 @@ TEST(RecurrenceProperties, AgreesWithASlowReference) {
         const Case one = randomCase();
         const auto [first, last] = randomWindow(one);
         const auto expected = cut(Reference(one).through(last), first, last);
-        RC_ASSERT(one.readings(first, last) == expected);
+        RC_ASSERT(one.localTimes(first, last) == expected);
         found += expected.size();
     }));
     EXPECT_GT(found, 10'000U);
@@ -545,8 +547,8 @@ TEST(RecurrenceProperties, AWindowIsCutFromALargerOne) {
         const Case one = randomCase();
         const auto [first, last] = randomWindow(one);
         const auto span = spanOf(one.parts.frequency) * secondsPerDay;
-        const auto whole = one.readings(one.start - span, last + span / 20);
-        RC_ASSERT(one.readings(first, last) == cut(whole, first, last));
+        const auto whole = one.localTimes(one.start - span, last + span / 20);
+        RC_ASSERT(one.localTimes(first, last) == cut(whole, first, last));
         found += whole.size();
     }));
     EXPECT_GT(found, 10'000U);
@@ -560,10 +562,10 @@ TEST(RecurrenceProperties, AdjacentWindowsMakeOne) {
         const std::int64_t between =
             first + static_cast<std::int64_t>(static_cast<double>(last - first) *
                                               (*from(0, 1000) / 1000.0));
-        auto both = one.readings(first, between);
-        const auto second = one.readings(between + 1, last);
+        auto both = one.localTimes(first, between);
+        const auto second = one.localTimes(between + 1, last);
         both.insert(both.end(), second.begin(), second.end());
-        RC_ASSERT(one.readings(first, last) == both);
+        RC_ASSERT(one.localTimes(first, last) == both);
         found += both.size();
     }));
     EXPECT_GT(found, 10'000U);
@@ -580,28 +582,28 @@ TEST(RecurrenceProperties, TheEndOfACountIsThatOfTheEnumeration) {
         asked.budget = standardBudget;
         const CountEnd end = endOfCount(asked);
         RC_ASSERT(end.stepsSpent <= asked.budget);
-        asked.to = end.reading;
+        asked.to = end.lastLocalTime;
         const auto [first, last] = randomWindow(one);
         if (!end.isCounted) {
-            const auto reached = expandRecurrence(asked).readings;
+            const auto reached = expandRecurrence(asked).localTimes;
             if (!reached.empty()) {
-                RC_ASSERT(end.reading == reached.back());
+                RC_ASSERT(end.lastLocalTime == reached.back());
             }
             return;
         }
-        const auto all = one.readings(asked.from, endOfTime);
-        std::set<std::int64_t> shown;
-        for (const std::int64_t reading : all) {
-            shown.insert(one.shown(reading));
+        const auto all = one.localTimes(asked.from, endOfTime);
+        std::set<std::int64_t> countedTimes;
+        for (const std::int64_t localTime : all) {
+            countedTimes.insert(one.existingLocalTime(localTime));
         }
-        RC_ASSERT(std::ssize(shown) <= one.parts.count);
+        RC_ASSERT(std::ssize(countedTimes) <= one.parts.count);
         if (!all.empty()) {
-            RC_ASSERT(end.reading == all.back());
+            RC_ASSERT(end.lastLocalTime == all.back());
         }
-        const auto expected = one.readings(first, last);
+        const auto expected = one.localTimes(first, last);
         one.rule.count.reset();
-        one.until = end.reading;
-        RC_ASSERT(one.readings(first, last) == expected);
+        one.until = end.lastLocalTime;
+        RC_ASSERT(one.localTimes(first, last) == expected);
         ++counted;
     }));
     EXPECT_GT(counted, 700U);
@@ -628,7 +630,7 @@ RecurrenceRule hostileRule() {
                           parts.positions.end());
     parts.count = *rc::gen::element(0, 0, 5, 2'000'000'000);
     RC_LOG() << textOf(parts) << "\n";
-    const auto read = readRecurrenceRule(textOf(parts));
+    const auto read = parseRecurrenceRule(textOf(parts));
     RC_ASSERT(read.problem == "");
     return *read.rule;
 }
@@ -645,19 +647,19 @@ TEST(RecurrenceProperties, TheBudgetIsKept) {
         request.budget = *rc::gen::element(1, 10, 2'000, 200'000);
         const RecurrenceStarts starts = expandRecurrence(request);
         RC_ASSERT(starts.stepsSpent <= request.budget);
-        RC_ASSERT(std::ssize(starts.readings) <= request.budget + 1);
-        RC_ASSERT(std::is_sorted(starts.readings.begin(), starts.readings.end()));
-        RC_ASSERT(std::adjacent_find(starts.readings.begin(), starts.readings.end()) ==
-                  starts.readings.end());
+        RC_ASSERT(std::ssize(starts.localTimes) <= request.budget + 1);
+        RC_ASSERT(std::is_sorted(starts.localTimes.begin(), starts.localTimes.end()));
+        RC_ASSERT(std::adjacent_find(starts.localTimes.begin(), starts.localTimes.end()) ==
+                  starts.localTimes.end());
         if (rule.count) {
             RC_ASSERT(endOfCount(request).stepsSpent <= request.budget);
         }
         // What there is, is right as far as it goes.
         request.budget = 2 * standardBudget;
         const RecurrenceStarts more = expandRecurrence(request);
-        RC_ASSERT(starts.readings.size() <= more.readings.size());
-        RC_ASSERT(
-            std::equal(starts.readings.begin(), starts.readings.end(), more.readings.begin()));
+        RC_ASSERT(starts.localTimes.size() <= more.localTimes.size());
+        RC_ASSERT(std::equal(starts.localTimes.begin(), starts.localTimes.end(),
+                             more.localTimes.begin()));
         spent += starts.problem.empty() ? 0 : 1;
     }));
     EXPECT_GT(spent, 20U);

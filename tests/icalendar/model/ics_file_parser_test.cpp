@@ -1,5 +1,5 @@
 // What is kept of a text, and what is named as wrong with it.
-#include "icalendar/model/ics_file_reader.h"
+#include "icalendar/model/ics_file_parser.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@ namespace quorvel::icalendar {
 namespace {
 
 IcsFile read(std::string_view text) {
-    return readIcsFile(text, [](std::string_view name) { return name == "Europe/Berlin"; });
+    return parseIcsFile(text, [](std::string_view name) { return name == "Europe/Berlin"; });
 }
 
 std::string calendar(const std::string& content) {
@@ -123,7 +123,7 @@ TEST(IcsFile, InUtf16IsReadInPiecesOfAnySize) {
     for (const bool isBigEndian : {false, true}) {
         const std::string bytes = utf16(text, isBigEndian);
         for (const std::size_t size : {1U, 2U, 3U, 7U, 100U, 1000U}) {
-            IcsFileReader reader(isKnown);
+            IcsFileParser reader(isKnown);
             std::string pending;
             for (std::size_t at = 0; at < bytes.size(); at += size) {
                 pending += bytes.substr(at, size);
@@ -145,10 +145,10 @@ TEST(IcsFile, InUtf16HasTheSameLimits) {
     for (int i = 0; i < 20000; ++i) {
         events += event(std::to_string(i));
     }
-    const IcsFile file = IcsFileReader(isKnown, 20000).finish(utf16(calendar(events), false));
-    EXPECT_TRUE(file.isCut);
+    const IcsFile file = IcsFileParser(isKnown, 20000).finish(utf16(calendar(events), false));
+    EXPECT_TRUE(file.isTruncated);
     EXPECT_LT(file.sizeInMemory(), 21000U);
-    const IcsFile all = IcsFileReader(isKnown).finish(utf16(calendar(events), true));
+    const IcsFile all = IcsFileParser(isKnown).finish(utf16(calendar(events), true));
     EXPECT_EQ(all.events.size(), 20000U); // of several parts
     EXPECT_EQ(problemsOf(all), "");
     const std::string title(5U << 20U, 'x');
@@ -169,7 +169,7 @@ TEST(IcsFile, DecodesTitleAndLocation) {
     EXPECT_EQ(file.slice(*file.events[0].title), "one two üthree");
     EXPECT_EQ(file.slice(*file.events[0].location), "Köln");
     EXPECT_EQ(file.slice(*file.events[1].title), "!");
-    EXPECT_EQ(readText(file.slice(*file.events[1].location)), "Köln");
+    EXPECT_EQ(parseText(file.slice(*file.events[1].location)), "Köln");
     EXPECT_EQ(problemsOf(file),
               "17: a text in base64 cannot be read and is shown as it is\n"
               "18: the character set \"windows-1252\" is not known; the text is read as UTF-8 or "
@@ -211,7 +211,7 @@ TEST(IcsFile, TellsTheNewerOfTwoVersions) {
 TEST(IcsFile, BoundsTheDaysOfAnEvent) {
     const auto days = [](const std::string& more) {
         const IcsFile file = read(calendar(event("a", more)));
-        const std::int64_t start = dayOf(file.events.at(0).start.reading);
+        const std::int64_t start = dayOf(file.events.at(0).start.localTime);
         return std::pair(file.events[0].firstDay - start, file.events[0].lastDay - start);
     };
     EXPECT_EQ(days("DTSTART:20240101T100000Z\r\n"), std::pair(std::int64_t{-2}, std::int64_t{3}));
@@ -243,8 +243,8 @@ TEST(IcsFile, BeyondWhatIsToBeKeptIsCutAndSaysSo) {
         events += event(std::to_string(i));
     }
     const std::function<bool(std::string_view)> isKnown = [](std::string_view) { return true; };
-    const IcsFile file = IcsFileReader(isKnown, 20000).finish(calendar(events));
-    EXPECT_TRUE(file.isCut);
+    const IcsFile file = IcsFileParser(isKnown, 20000).finish(calendar(events));
+    EXPECT_TRUE(file.isTruncated);
     EXPECT_GT(file.events.size(), 50U);
     EXPECT_LT(file.sizeInMemory(), 21000U);
     ASSERT_EQ(file.problems.size(), 1U);
@@ -256,7 +256,7 @@ TEST(IcsFile, BeyondWhatIsToBeKeptIsCutAndSaysSo) {
         dates += "RDATE:20260311\r\n";
     }
     const IcsFile many =
-        IcsFileReader(isKnown, 20000).finish(calendar(event("a", dates) + event("b")));
+        IcsFileParser(isKnown, 20000).finish(calendar(event("a", dates) + event("b")));
     EXPECT_EQ(uidsOf(many), "b");
     ASSERT_EQ(many.problems.size(), 1U);
     EXPECT_EQ(many.problems[0].what, "an event is left out, it has more dates than can be kept");

@@ -1,5 +1,5 @@
 // Walking the lines of a calendar: which component they stand in, and which of them are kept.
-#include "icalendar/model/ics_file_reader.h"
+#include "icalendar/model/ics_file_parser.h"
 
 #include <algorithm>
 #include <array>
@@ -56,7 +56,7 @@ std::optional<int> readOffset(std::string_view text) {
 }
 
 // For a message: printable, and not the whole of a line of megabytes.
-std::string shown(std::string_view text) {
+std::string printable(std::string_view text) {
     constexpr std::size_t longest = 60;
     std::string result;
     for (const char c : validUtf8(text.substr(0, longest))) {
@@ -68,7 +68,7 @@ std::string shown(std::string_view text) {
 
 } // namespace
 
-class IcsFileReader::Reader {
+class IcsFileParser::Reader {
 public:
     Reader(const std::function<bool(std::string_view)>& zoneIsKnown, std::size_t mostBytes)
         : m_zoneIsKnown(zoneIsKnown)
@@ -130,7 +130,7 @@ private:
     std::size_t readLines(std::string_view piece, bool isLast) {
         m_lines.continueWith(piece, isLast);
         while (m_lines.next(m_raw)) {
-            if (!m_file.isCut) {
+            if (!m_file.isTruncated) {
                 readLine();
             }
         }
@@ -312,7 +312,7 @@ private:
         } else if (property == Property::calendarZone) {
             readFloatingZone(trimmed(line.value));
         } else if (property == Property::calendarName && !m_file.calendarName) {
-            m_file.calendarName = readText(line.value);
+            m_file.calendarName = parseText(line.value);
         } else if (property == Property::calendarColour && !m_file.calendarColour) {
             m_file.calendarColour = validUtf8(trimmed(line.value));
         }
@@ -321,7 +321,7 @@ private:
     void readFloatingZone(std::string_view name) {
         const bool isFirst = m_file.floatingZoneOf(m_calendar) == nullptr;
         if (!name.empty() && isFirst && bytesKept() <= m_mostBytes) {
-            m_file.floatingZones.push_back({{readText(name), m_calendar}, m_raw.number});
+            m_file.floatingZones.push_back({{parseText(name), m_calendar}, m_raw.number});
             m_zoneBytes += sizeof(FloatingZone) + name.size();
         }
     }
@@ -386,7 +386,7 @@ private:
             m_event.sequence = std::atoi(std::string(line.value.substr(0, 9)).c_str());
             break;
         case Property::dtstamp:
-            if (const auto stamp = readTime(line.value)) {
+            if (const auto stamp = parseTime(line.value)) {
                 m_event.stamp = civilSeconds(stamp->civil);
             }
             break;
@@ -409,7 +409,7 @@ private:
 
     // An event is worth showing without its end, as long as its start is known.
     void readEnd(const ContentLine& line) {
-        const auto value = readTime(line.value);
+        const auto value = parseTime(line.value);
         if (!value) {
             unreadableEnd("DTEND", line.value);
         } else if (!m_event.end) {
@@ -426,14 +426,14 @@ private:
             problem(m_raw.number, "a text in base64 cannot be read and is shown as it is");
         }
         if (decoded->otherName) {
-            problem(m_raw.number, "the character set \"" + shown(*decoded->otherName) +
+            problem(m_raw.number, "the character set \"" + printable(*decoded->otherName) +
                                       "\" is not known; the text is read as UTF-8 or Latin-1");
         }
         return keep(decoded->text);
     }
 
     void readEventDuration(const ContentLine& line) {
-        const auto duration = readDuration(line.value);
+        const auto duration = parseDuration(line.value);
         if (!duration) {
             unreadableEnd("DURATION", line.value);
         } else if (!m_event.duration) {
@@ -444,13 +444,13 @@ private:
     void unreadableEnd(std::string_view property, std::string_view value) {
         if (m_unreadableEnds.size() < mostProblems) {
             m_unreadableEnds.push_back({m_raw.number, "an event's " + std::string(property) +
-                                                          " cannot be read: \"" + shown(value) +
+                                                          " cannot be read: \"" + printable(value) +
                                                           "\""});
         }
     }
 
     std::optional<EventTime> eventTime(std::string_view property, const ContentLine& line) {
-        const auto value = readTime(line.value);
+        const auto value = parseTime(line.value);
         if (!value) {
             broken(property, line.value);
             return std::nullopt;
@@ -460,7 +460,7 @@ private:
 
     EventTime timeOf(const TimeValue& value, const ContentLine& line) {
         EventTime time;
-        time.reading = civilSeconds(value.civil);
+        time.localTime = civilSeconds(value.civil);
         if (value.isDate) {
             time.kind = TimeKind::date;
         } else if (value.isUtc) {
@@ -494,7 +494,7 @@ private:
         const bool isList = kind == RuleKind::rdate || kind == RuleKind::exdate;
         if (m_isVCalendar1 && !isList && line.value.find('=') == std::string_view::npos) {
             problem(m_raw.number,
-                    "a rule of vCalendar 1.0 is not followed: \"" + shown(line.value) + "\"");
+                    "a rule of vCalendar 1.0 is not followed: \"" + printable(line.value) + "\"");
             return;
         }
         RuleLine rule;
@@ -532,7 +532,7 @@ private:
         if (bytesKept() > m_mostBytes) {
             problem(m_event.line, "there are more events than can be kept: those that follow "
                                   "are left out");
-            m_file.isCut = true;
+            m_file.isTruncated = true;
         }
     }
 
@@ -563,7 +563,7 @@ private:
         if (!m_event.end) {
             return false;
         }
-        const std::int64_t length = m_event.end->reading - m_event.start.reading;
+        const std::int64_t length = m_event.end->localTime - m_event.start.localTime;
         const bool sameZone =
             m_event.end->kind == m_event.start.kind && m_event.end->zone == m_event.start.zone;
         return length < (sameZone ? 0 : -marginDays * secondsPerDay);
@@ -572,7 +572,7 @@ private:
     // Stays the same as long as the event does.
     std::string madeUpUid() const {
         const EventTime& start = m_event.start;
-        std::string source = std::to_string(start.reading);
+        std::string source = std::to_string(start.localTime);
         for (const auto& part : {m_event.title, m_event.location}) {
             source += '\n';
             source += part ? m_file.slice(*part) : std::string_view();
@@ -581,7 +581,7 @@ private:
     }
 
     void setDays() {
-        const std::int64_t start = dayOf(m_event.start.reading);
+        const std::int64_t start = dayOf(m_event.start.localTime);
         std::int64_t first = start;
         std::int64_t last = start;
         for (std::uint32_t i = 0; i < m_event.ruleCount; ++i) {
@@ -589,7 +589,7 @@ private:
         }
         std::int64_t length = 1;
         if (m_event.end) {
-            length += std::max<std::int64_t>(dayOf(m_event.end->reading) - start, 0);
+            length += std::max<std::int64_t>(dayOf(m_event.end->localTime) - start, 0);
         } else if (m_event.duration) {
             length += std::max<std::int64_t>(m_event.duration->days, 0) +
                       std::max<std::int64_t>(m_event.duration->seconds, 0) / secondsPerDay + 1;
@@ -606,7 +606,7 @@ private:
                                         : std::int64_t{std::numeric_limits<std::int32_t>::max()});
         } else if (rule.kind == RuleKind::rdate) {
             for (const std::string_view part : listParts(m_file.slice(rule.value))) {
-                if (const auto date = readPeriodOrTime(part)) {
+                if (const auto date = parsePeriodOrTime(part)) {
                     first = std::min(first, civilDays(date->start.civil));
                     last = std::max(last, lastDayOf(*date));
                 }
@@ -630,7 +630,7 @@ private:
     void readZoneProperty(Property property, const ContentLine& line) {
         if (m_place == Place::zone) {
             if (property == Property::tzid) {
-                m_zone.name = {readText(trimmed(line.value)), m_calendar};
+                m_zone.name = {parseText(trimmed(line.value)), m_calendar};
                 m_zoneWanted = m_file.zones.size() < mostZones && !m_zoneIsKnown(m_zone.name.name);
             }
             return;
@@ -639,7 +639,7 @@ private:
             return;
         }
         if (property == Property::dtstart) {
-            if (const auto time = readTime(line.value)) {
+            if (const auto time = parseTime(line.value)) {
                 m_observance.start = time->civil;
                 m_observanceStarts = true;
             }
@@ -655,7 +655,7 @@ private:
             m_observance.rules.emplace_back(line.value);
         } else if (property == Property::rdate) {
             for (const std::string_view part : listParts(line.value)) {
-                const auto time = readPeriodOrTime(part);
+                const auto time = parsePeriodOrTime(part);
                 if (time && m_observance.dates.size() < mostZoneDates) {
                     m_observance.dates.push_back(time->start.civil);
                 }
@@ -694,12 +694,12 @@ private:
     }
 
     void malformedLine(std::string_view text) {
-        problem(m_raw.number, "a line without a name and a value: \"" + shown(text) + "\"");
+        problem(m_raw.number, "a line without a name and a value: \"" + printable(text) + "\"");
     }
 
     void broken(std::string_view property, std::string_view value) {
         leaveOut("an event is left out, its " + std::string(property) + " cannot be read: \"" +
-                 shown(value) + "\"");
+                 printable(value) + "\"");
     }
 
     void leaveOut(std::string why) {
@@ -732,7 +732,7 @@ private:
             problem(lastLine == 0 ? 0 : 1, lastLine == 0
                                                ? "the file is empty"
                                                : "no calendar: BEGIN:VCALENDAR is missing");
-        } else if (m_calendarOpen && !endsInEvent && !m_file.isCut) {
+        } else if (m_calendarOpen && !endsInEvent && !m_file.isTruncated) {
             problem(lastLine, "the file ends before END:VCALENDAR");
         }
         if (m_moreProblems > 0) {
@@ -781,27 +781,27 @@ private:
     bool m_observanceHasOffset = false;
 };
 
-IcsFileReader::IcsFileReader(const std::function<bool(std::string_view)>& zoneIsKnown,
+IcsFileParser::IcsFileParser(const std::function<bool(std::string_view)>& zoneIsKnown,
                              std::size_t mostBytes)
     : m_reader(std::make_unique<Reader>(zoneIsKnown, mostBytes)) {}
 
-IcsFileReader::~IcsFileReader() = default;
+IcsFileParser::~IcsFileParser() = default;
 
-std::size_t IcsFileReader::read(std::string_view piece) {
+std::size_t IcsFileParser::read(std::string_view piece) {
     return m_reader->read(piece);
 }
 
-void IcsFileReader::expect(std::size_t bytes) {
+void IcsFileParser::expect(std::size_t bytes) {
     m_reader->expect(bytes);
 }
 
-IcsFile IcsFileReader::finish(std::string_view piece) {
+IcsFile IcsFileParser::finish(std::string_view piece) {
     return m_reader->finish(piece);
 }
 
-IcsFile readIcsFile(std::string_view bytes,
-                    const std::function<bool(std::string_view)>& zoneIsKnown) {
-    return IcsFileReader(zoneIsKnown).finish(bytes);
+IcsFile parseIcsFile(std::string_view bytes,
+                     const std::function<bool(std::string_view)>& zoneIsKnown) {
+    return IcsFileParser(zoneIsKnown).finish(bytes);
 }
 
 } // namespace quorvel::icalendar

@@ -14,16 +14,16 @@ namespace quorvel::icalendar {
 // Reads a text that comes in pieces, of UTF-8, or of UTF-16 where it begins with the mark of that.
 // Never fails: what cannot be read is left out and named. Zones whose exact name is known need no
 // definition, and theirs is passed over.
-class IcsFileReader {
+class IcsFileParser {
 public:
     static constexpr std::size_t mostBytesOfAFile = std::size_t{250} << 20U; // a million events
 
     // The function must outlive the reader. What would take more bytes in memory is left out.
-    explicit IcsFileReader(const std::function<bool(std::string_view)>& zoneIsKnown,
+    explicit IcsFileParser(const std::function<bool(std::string_view)>& zoneIsKnown,
                            std::size_t mostBytes = mostBytesOfAFile);
-    ~IcsFileReader();
-    IcsFileReader(const IcsFileReader&) = delete;
-    IcsFileReader& operator=(const IcsFileReader&) = delete;
+    ~IcsFileParser();
+    IcsFileParser(const IcsFileParser&) = delete;
+    IcsFileParser& operator=(const IcsFileParser&) = delete;
 
     // How much of the piece was taken in; the next piece begins with the rest.
     std::size_t read(std::string_view piece);
@@ -38,7 +38,7 @@ private:
 };
 
 // The whole of it at once.
-IcsFile readIcsFile(std::string_view bytes,
-                    const std::function<bool(std::string_view)>& zoneIsKnown);
+IcsFile parseIcsFile(std::string_view bytes,
+                     const std::function<bool(std::string_view)>& zoneIsKnown);
 
 } // namespace quorvel::icalendar
