@@ -30,8 +30,7 @@ DecodedCharacter decodeCharacter(std::string_view text) {
 }
 
 bool isEncodable(char32_t character) {
-    const bool isSurrogate = character >= 0xD800 && character <= 0xDFFF;
-    return !isSurrogate && character <= 0x10FFFF;
+    return !isHighSurrogate(character) && !isLowSurrogate(character) && character <= 0x10FFFF;
 }
 
 void appendCharacter(std::string& text, char32_t character) {

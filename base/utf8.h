@@ -1,4 +1,5 @@
-// Characters of a text in UTF-8 (RFC 3629), which may be damaged.
+// Characters of a text in UTF-8 (RFC 3629), which may be damaged, and the surrogate pairs of UTF-16
+// (RFC 2781).
 #pragma once
 
 #include <cstddef>
@@ -18,6 +19,17 @@ struct DecodedCharacter {
 // The first character of a text that is not empty. Damage takes one byte at a time, so that the
 // next call decodes what follows it from its start.
 DecodedCharacter decodeCharacter(std::string_view text);
+
+// UTF-16 writes a character beyond U+FFFF as two units, the high surrogate first.
+constexpr bool isHighSurrogate(char32_t unit) {
+    return unit >= 0xD800 && unit < 0xDC00;
+}
+constexpr bool isLowSurrogate(char32_t unit) {
+    return unit >= 0xDC00 && unit < 0xE000;
+}
+constexpr char32_t joinSurrogates(char32_t high, char32_t low) {
+    return 0x10000 + ((high - 0xD800) << 10U) + (low - 0xDC00);
+}
 
 // False for the halves of a surrogate pair and for what lies beyond U+10FFFF: UTF-8 cannot encode
 // them.

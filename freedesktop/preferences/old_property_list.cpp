@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/utf8.h"
 #include "freedesktop/preferences/property_list_budget.h"
 #include "freedesktop/preferences/utf8_text.h"
 
@@ -228,12 +229,11 @@ private:
     // A character beyond 16 bits is written as its two surrogates.
     void unicode(std::string& text) {
         char32_t character = number(16, 4);
-        const bool high = character >= 0xD800 && character < 0xDC00;
-        if (high && (m_rest.substr(0, 2) == "\\U" || m_rest.substr(0, 2) == "\\u")) {
+        if (isHighSurrogate(character) &&
+            (m_rest.substr(0, 2) == "\\U" || m_rest.substr(0, 2) == "\\u")) {
             m_rest.remove_prefix(2);
             const char32_t low = number(16, 4);
-            const bool pair = low >= 0xDC00 && low < 0xE000;
-            character = pair ? 0x10000 + ((character - 0xD800) << 10U) + (low - 0xDC00) : character;
+            character = isLowSurrogate(low) ? joinSurrogates(character, low) : character;
         }
         appendUtf8(text, character);
     }

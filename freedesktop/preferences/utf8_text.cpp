@@ -20,12 +20,9 @@ std::string fromUtf16(std::string_view bytes, bool bigEndian) {
     std::string text;
     for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
         char32_t character = unitAt(i);
-        if (character >= 0xD800 && character < 0xDC00 && i + 3 < bytes.size()) {
-            const char32_t low = unitAt(i + 2);
-            if (low >= 0xDC00 && low < 0xE000) {
-                character = 0x10000 + ((character - 0xD800) << 10U) + (low - 0xDC00);
-                i += 2;
-            }
+        if (isHighSurrogate(character) && i + 3 < bytes.size() && isLowSurrogate(unitAt(i + 2))) {
+            character = joinSurrogates(character, unitAt(i + 2));
+            i += 2;
         }
         appendUtf8(text, character);
     }

@@ -9,14 +9,6 @@
 namespace quorvel::icalendar {
 namespace {
 
-bool isHighSurrogate(std::uint32_t unit) {
-    return unit >= 0xD800 && unit < 0xDC00;
-}
-
-bool isLowSurrogate(std::uint32_t unit) {
-    return unit >= 0xDC00 && unit < 0xE000;
-}
-
 // -1 for what is no digit.
 int hexDigit(char c) {
     if (c >= '0' && c <= '9') {
@@ -94,7 +86,7 @@ void Utf16Decoder::addUnit(std::uint32_t unit, std::string& utf8) {
         const std::uint32_t high = *m_firstUnit;
         m_firstUnit.reset();
         if (isLowSurrogate(unit)) {
-            appendCharacter(utf8, 0x10000 + ((high - 0xD800) << 10U) + (unit - 0xDC00));
+            appendCharacter(utf8, joinSurrogates(high, unit));
             return;
         }
         appendCharacter(utf8, replacementCharacter);

@@ -57,6 +57,21 @@ TEST(AppendCharacter, EncodesWhatIsDecoded) {
     }
 }
 
+TEST(JoinSurrogates, GivesEveryCharacterBeyondSixteenBits) {
+    EXPECT_EQ(joinSurrogates(0xD800, 0xDC00), 0x10000U);
+    EXPECT_EQ(joinSurrogates(0xD83C, 0xDF82), 0x1F382U); // a birthday cake
+    EXPECT_EQ(joinSurrogates(0xDBFF, 0xDFFF), 0x10FFFFU);
+}
+
+TEST(Surrogates, AreHighOrLow) {
+    for (char32_t unit = 0; unit <= 0xFFFF; ++unit) {
+        ASSERT_EQ(isHighSurrogate(unit), unit >= 0xD800 && unit <= 0xDBFF)
+            << static_cast<unsigned>(unit);
+        ASSERT_EQ(isLowSurrogate(unit), unit >= 0xDC00 && unit <= 0xDFFF)
+            << static_cast<unsigned>(unit);
+    }
+}
+
 TEST(IsEncodable, RefusesSurrogatesAndLargeNumbers) {
     EXPECT_TRUE(isEncodable(0xD7FF));
     EXPECT_FALSE(isEncodable(0xD800));
