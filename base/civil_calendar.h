@@ -24,6 +24,15 @@ struct CivilTime {
     bool operator==(const CivilTime&) const = default;
 };
 
+constexpr bool isLeapYear(std::int64_t year) {
+    return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+}
+// The month counts from 1.
+constexpr int daysInMonth(std::int64_t year, int month) {
+    constexpr int lengths[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    return month == 2 && isLeapYear(year) ? 29 : lengths[month - 1];
+}
+
 // Days since 1970-01-01. A month or day beyond its range carries over.
 std::int64_t dayNumber(std::int64_t year, std::int64_t month, std::int64_t day);
 CivilDay civilDay(std::int64_t dayNumber);

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdlib>
 
+#include "base/ascii_text.h"
 #include "base/stable_hash.h"
 #include "base/time_units.h"
 #include "icalendar/model/property_names.h"
@@ -43,7 +44,7 @@ std::optional<int> readOffset(std::string_view text) {
     }
     int parts[3] = {0, 0, 0};
     for (std::size_t i = 1; i < text.size(); ++i) {
-        if (text[i] < '0' || text[i] > '9') {
+        if (!isAsciiDigit(text[i])) {
             return std::nullopt;
         }
         parts[(i - 1) / 2] = parts[(i - 1) / 2] * 10 + (text[i] - '0');

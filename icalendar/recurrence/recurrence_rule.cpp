@@ -4,6 +4,9 @@
 #include <charconv>
 #include <utility>
 
+#include "base/ascii_text.h"
+#include "icalendar/text/property_values.h"
+
 namespace quorvel::icalendar {
 namespace {
 
@@ -19,28 +22,6 @@ constexpr std::pair<std::string_view, Frequency> frequencyNames[] = {
 
 constexpr std::string_view weekdayNames[] = {"SU", "MO", "TU", "WE", "TH", "FR", "SA"};
 
-bool isSpace(char c) {
-    return c == ' ' || c == '\t';
-}
-
-std::string_view withoutSpaces(std::string_view text) {
-    while (!text.empty() && isSpace(text.front())) {
-        text.remove_prefix(1);
-    }
-    while (!text.empty() && isSpace(text.back())) {
-        text.remove_suffix(1);
-    }
-    return text;
-}
-
-std::string upperCase(std::string_view text) {
-    std::string result(text);
-    for (char& c : result) {
-        c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-    }
-    return result;
-}
-
 // A plus sign is allowed.
 std::optional<std::int64_t> wholeNumber(std::string_view text) {
     if (text.size() > 1 && text[0] == '+' && text[1] != '-') {
@@ -55,7 +36,7 @@ std::optional<std::int64_t> wholeNumber(std::string_view text) {
 // The text before the separator, which is taken off together with it.
 std::string_view takePart(std::string_view& text, char separator) {
     const std::size_t end = text.find(separator);
-    const std::string_view part = withoutSpaces(text.substr(0, end));
+    const std::string_view part = trimmed(text.substr(0, end));
     text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     return part;
 }
@@ -119,7 +100,7 @@ bool readWeekday(std::string_view text, RecurrenceRule& rule) {
         return false;
     }
     const auto index = static_cast<std::size_t>(*weekday);
-    const std::string_view number = withoutSpaces(text.substr(0, text.size() - 2));
+    const std::string_view number = trimmed(text.substr(0, text.size() - 2));
     if (number.empty()) {
         rule.weekdaysWithoutNumber.set(index);
         return true;
@@ -223,7 +204,7 @@ RecurrenceRuleResult parseRecurrenceRule(std::string_view text) {
     if (text.size() > longestRule) {
         return {std::nullopt, "it is too long"};
     }
-    const std::string upper = upperCase(text);
+    const std::string upper = asciiUpperCase(text);
     std::string_view rest = upper;
     RecurrenceRule rule;
     std::optional<Frequency> frequency;
@@ -236,8 +217,8 @@ RecurrenceRuleResult parseRecurrenceRule(std::string_view text) {
         if (equals == std::string_view::npos) {
             return {std::nullopt, "a part of it has no value"};
         }
-        const std::string_view key = withoutSpaces(part.substr(0, equals));
-        if (!readPart(key, withoutSpaces(part.substr(equals + 1)), rule, frequency)) {
+        const std::string_view key = trimmed(part.substr(0, equals));
+        if (!readPart(key, trimmed(part.substr(equals + 1)), rule, frequency)) {
             return {std::nullopt, "its " + std::string(key) + " cannot be used"};
         }
     }

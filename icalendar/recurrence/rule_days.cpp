@@ -11,12 +11,6 @@ constexpr std::int64_t cycleBegin = 730; // 1972-01-01
 constexpr std::int64_t cycleEnd = 10957; // 2000-01-01
 constexpr int longestMonth = 31;
 
-int monthLength(std::int64_t year, int month) {
-    constexpr int lengths[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    const bool isLeap = year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
-    return month == 2 && isLeap ? 29 : lengths[month - 1];
-}
-
 int lowestBit(std::uint32_t bits) {
     return __builtin_ctz(bits);
 }
@@ -108,7 +102,7 @@ std::int64_t RuleDays::nextCandidate(std::int64_t day) {
         if ((m_months >> month & 1U) != 0) {
             break;
         }
-        next += monthLength(year, month);
+        next += daysInMonth(year, month);
     }
     return next;
 }
@@ -128,7 +122,7 @@ void RuleDays::lookAtMonthOf(std::int64_t day) {
     }
     m_month = civilDay(day);
     m_monthBegin = day - m_month.day + 1;
-    m_monthEnd = m_monthBegin + monthLength(m_month.year, m_month.month);
+    m_monthEnd = m_monthBegin + daysInMonth(m_month.year, m_month.month);
     if (m_yearLength == 0 || m_year != m_month.year) {
         lookAtYear();
     }

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "base/ascii_text.h"
+
 namespace quorvel::icalendar {
 namespace {
 
@@ -80,9 +82,9 @@ std::size_t findUnquoted(std::string_view text, char wanted) {
 
 // Whether a colon stands between the hours and minutes of an offset: "(UTC+01:00)".
 bool isWithinOffset(std::string_view text, std::size_t colon) {
-    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
     if (colon == std::string_view::npos || text.substr(colon).size() < 4 ||
-        text[colon + 3] != ')' || !isDigit(text[colon + 1]) || !isDigit(text[colon + 2])) {
+        text[colon + 3] != ')' || !isAsciiDigit(text[colon + 1]) ||
+        !isAsciiDigit(text[colon + 2])) {
         return false;
     }
     const std::size_t open = text.rfind('(', colon);

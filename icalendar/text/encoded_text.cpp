@@ -3,20 +3,12 @@
 #include <algorithm>
 #include <array>
 
+#include "base/ascii_text.h"
 #include "base/utf8.h"
 #include "icalendar/text/property_values.h"
 
 namespace quorvel::icalendar {
 namespace {
-
-// -1 for what is no digit.
-int hexDigit(char c) {
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    const char upper = static_cast<char>(static_cast<unsigned char>(c) & 0xDFU);
-    return upper >= 'A' && upper <= 'F' ? upper - 'A' + 10 : -1;
-}
 
 constexpr std::array<std::int8_t, 256> makeBase64Values() {
     std::array<std::int8_t, 256> values{};
@@ -143,8 +135,8 @@ std::string decodedQuotedPrintable(std::string_view text) {
     std::string result;
     result.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const int high = text[i] == '=' && i + 2 < text.size() ? hexDigit(text[i + 1]) : -1;
-        const int low = high >= 0 ? hexDigit(text[i + 2]) : -1;
+        const int high = text[i] == '=' && i + 2 < text.size() ? hexDigitValue(text[i + 1]) : -1;
+        const int low = high >= 0 ? hexDigitValue(text[i + 2]) : -1;
         if (low >= 0) {
             result += static_cast<char>(high * 16 + low);
             i += 2;

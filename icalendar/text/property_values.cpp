@@ -2,8 +2,8 @@
 #include "icalendar/text/property_values.h"
 
 #include <algorithm>
-#include <array>
 
+#include "base/ascii_text.h"
 #include "base/time_units.h"
 #include "base/utf8.h"
 #include "icalendar/text/content_lines.h"
@@ -13,10 +13,6 @@ namespace {
 
 constexpr int lastYear = 9999; // the four digits of a date
 constexpr std::size_t mostDurationDigits = 9;
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 // -1 unless there are that many digits at that place.
 template <std::size_t digits>
@@ -28,20 +24,14 @@ int number(std::string_view text, std::size_t at) {
     bool isNumber = true;
     for (std::size_t i = 0; i < digits; ++i) {
         const char c = text[at + i];
-        isNumber = isNumber && isDigit(c);
+        isNumber = isNumber && isAsciiDigit(c);
         value = value * 10 + (c - '0');
     }
     return isNumber ? value : -1;
 }
 
 bool isDay(int year, int month, int day) {
-    if (year < 1 || month < 1 || month > 12 || day < 1) {
-        return false;
-    }
-    constexpr std::array<int, 12> lengths{31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    const bool isLeapYear = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-    const int length = lengths[static_cast<std::size_t>(month - 1)];
-    return day <= length + (month == 2 && isLeapYear ? 1 : 0);
+    return year >= 1 && month >= 1 && month <= 12 && day >= 1 && day <= daysInMonth(year, month);
 }
 
 // An escape that nobody defined stays as it stands: many producers do not escape a backslash.
@@ -180,7 +170,7 @@ std::optional<Duration> parseDuration(std::string_view text) {
         }
         std::size_t digits = 0;
         std::int64_t amount = 0;
-        while (digits < text.size() && isDigit(text[digits]) && digits <= mostDurationDigits) {
+        while (digits < text.size() && isAsciiDigit(text[digits]) && digits <= mostDurationDigits) {
             amount = amount * 10 + (text[digits] - '0');
             ++digits;
         }

@@ -53,5 +53,15 @@ TEST(CivilCalendar, KnowsWeekdays) {
     EXPECT_EQ(weekdayOf(dayNumber(2026, 3, 15)), 1);
 }
 
+TEST(DaysInMonth, ReachFromOneFirstDayToTheNext) {
+    for (const std::int64_t year : {-400, -1, 0, 1, 1900, 1970, 2000, 2023, 2024, 2100}) {
+        for (int month = 1; month <= 12; ++month) {
+            EXPECT_EQ(daysInMonth(year, month),
+                      dayNumber(year, month + 1, 1) - dayNumber(year, month, 1))
+                << year << "-" << month;
+        }
+    }
+}
+
 } // namespace
 } // namespace quorvel
