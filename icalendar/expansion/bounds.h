@@ -5,11 +5,12 @@
 #include <cstdint>
 
 #include "base/time_units.h"
+#include "icalendar/model/zone_margin.h"
 
 namespace quorvel::icalendar {
 
 // No local time lies further from its instant, in any zone.
-inline constexpr std::int64_t marginSeconds = 2 * secondsPerDay;
+inline constexpr std::int64_t marginSeconds = zoneMarginDays * secondsPerDay;
 // How far an override for what follows as well can move an instance.
 inline constexpr std::int64_t longestShift = 400 * secondsPerDay;
 

@@ -1,5 +1,5 @@
-// From the bytes of a calendar (RFC 5545 3.4, 3.6; vCalendar 1.0) to what is stored of it.
-// Everything else is skipped while the bytes are read.
+// From the bytes of a calendar (RFC 5545 3.1, 3.4; vCalendar 1.0) to the parsed file. What is not
+// stored is skipped while the bytes are parsed.
 #pragma once
 
 #include <cstddef>
@@ -11,33 +11,35 @@
 
 namespace quorvel::icalendar {
 
-// Reads a text that comes in pieces, of UTF-8, or of UTF-16 where it begins with the mark of that.
-// Never fails: what cannot be read is left out and named. Zones whose exact name is known need no
-// definition, and theirs is passed over.
+// Parses a text that comes in pieces: UTF-8, or UTF-16 where it begins with that byte-order mark.
+// Never fails: what cannot be parsed is left out, and IcsFile::problems names it by its line. For
+// one thread.
 class IcsFileParser {
 public:
     static constexpr std::size_t mostBytesOfAFile = std::size_t{250} << 20U; // a million events
 
-    // The function must outlive the reader. What would take more bytes in memory is left out.
+    // The function returns whether a time zone is known by that exact name, so that its definition
+    // in the file is not needed; it must outlive the parser. What would take more memory than
+    // mostBytes is left out, and the file marked as truncated.
     explicit IcsFileParser(const std::function<bool(std::string_view)>& zoneIsKnown,
                            std::size_t mostBytes = mostBytesOfAFile);
     ~IcsFileParser();
     IcsFileParser(const IcsFileParser&) = delete;
     IcsFileParser& operator=(const IcsFileParser&) = delete;
 
-    // How much of the piece was taken in; the next piece begins with the rest.
+    // Returns how many bytes of the piece were parsed; the next piece begins with the rest.
     std::size_t read(std::string_view piece);
-    // So many bytes are to come, and are taken to be like those that came.
+    // Reserves memory for so many more bytes of text, which are taken to be like those before.
     void expect(std::size_t bytes);
     // Once, with the last piece.
     IcsFile finish(std::string_view piece);
 
 private:
-    class Reader;
-    std::unique_ptr<Reader> m_reader;
+    class Impl;
+    std::unique_ptr<Impl> m_impl;
 };
 
-// The whole of it at once.
+// Parses a whole text at once.
 IcsFile parseIcsFile(std::string_view bytes,
                      const std::function<bool(std::string_view)>& zoneIsKnown);
 

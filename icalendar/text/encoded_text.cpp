@@ -195,7 +195,7 @@ std::optional<DecodedText> decodedText(const ContentLine& line) {
     if (set && isOneOf(*set, {"ISO-8859-1", "ISO8859-1", "ISO_8859-1", "LATIN1"})) {
         result.text = utf8FromLatin1(result.text);
     } else if (set && !isOneOf(*set, {"UTF-8", "UTF8", "US-ASCII", "ASCII", ""})) {
-        result.otherName = *set;
+        result.unknownCharset = *set;
     }
     result.text = withLineFeeds(result.text);
     return result;

@@ -46,9 +46,10 @@ std::string decodedQuotedPrintable(std::string_view text);
 std::optional<std::string> decodedBase64(std::string_view text);
 
 struct DecodedText {
-    std::string text;                     // line breaks are LF, without any at the end
-    bool isDecoded = true;                // false: as it is written
-    std::optional<std::string> otherName; // of a character set that is not known: bytes as they are
+    std::string text;      // line breaks are LF, without any at the end
+    bool isDecoded = true; // false: as it is written
+    std::optional<std::string>
+        unknownCharset; // of a character set that is not known: bytes as they are
 };
 
 // Absent where the line's parameters name neither an encoding nor a character set, as nearly

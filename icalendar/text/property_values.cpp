@@ -212,6 +212,24 @@ std::optional<Duration> parseDuration(std::string_view text) {
     return result;
 }
 
+std::optional<int> parseUtcOffset(std::string_view text) {
+    text = trimmed(text);
+    if (text.size() != 5 && text.size() != 7) {
+        return std::nullopt;
+    }
+    const int hours = number<2>(text, 1);
+    const int minutes = number<2>(text, 3);
+    const int seconds = text.size() == 7 ? number<2>(text, 5) : 0;
+    if ((text[0] != '+' && text[0] != '-') || hours < 0 || minutes < 0 || seconds < 0) {
+        return std::nullopt;
+    }
+    const int offset = hours * 3600 + minutes * 60 + seconds;
+    if (offset > secondsPerDay) {
+        return std::nullopt;
+    }
+    return text[0] == '-' ? -offset : offset;
+}
+
 std::optional<PeriodValue> parsePeriodOrTime(std::string_view text) {
     const std::size_t slash = text.find('/');
     const auto start = parseTime(text.substr(0, slash));

@@ -34,6 +34,9 @@ struct Duration {
 
 std::optional<Duration> parseDuration(std::string_view text);
 
+// Seconds east of UTC (RFC 5545 3.3.14), at most a day: "+0200", "-023000".
+std::optional<int> parseUtcOffset(std::string_view text);
+
 // One entry of a list of times: with its end or its length where it is a period.
 struct PeriodValue {
     TimeValue start;

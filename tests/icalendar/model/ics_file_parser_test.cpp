@@ -262,6 +262,14 @@ TEST(IcsFile, BeyondWhatIsToBeKeptIsCutAndSaysSo) {
     EXPECT_EQ(many.problems[0].what, "an event is left out, it has more dates than can be kept");
 }
 
+TEST(IcsFile, ObservanceWithoutEndLendsItsStartToNoOther) {
+    const std::string open = "BEGIN:VTIMEZONE\r\nTZID:Open\r\nBEGIN:STANDARD\r\n"
+                             "DTSTART:19700101T000000\r\nTZOFFSETTO:+0100\r\nEND:VTIMEZONE\r\n";
+    const std::string startless = "BEGIN:VTIMEZONE\r\nTZID:Startless\r\nBEGIN:STANDARD\r\n"
+                                  "TZOFFSETTO:+0200\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\n";
+    EXPECT_TRUE(read(calendar(open + startless)).zones.empty());
+}
+
 TEST(IcsFile, OfHostileShapeIsReadInALine) {
     std::string nested = "BEGIN:VCALENDAR\r\n";
     for (int i = 0; i < 300000; ++i) {

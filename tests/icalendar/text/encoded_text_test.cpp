@@ -117,11 +117,11 @@ TEST(EncodedText, IsReadByItsParameters) {
 TEST(EncodedText, OfUnknownKindStaysAndIsNamed) {
     const DecodedText other = textOf("SUMMARY;ENCODING=QUOTED-PRINTABLE;CHARSET=KOI8-R:=F0=D2");
     EXPECT_EQ(other.text, "\xF0\xD2");
-    EXPECT_EQ(other.otherName, "KOI8-R");
+    EXPECT_EQ(other.unknownCharset, "KOI8-R");
     const DecodedText broken = textOf("SUMMARY;ENCODING=BASE64:no base64!");
     EXPECT_EQ(broken.text, "no base64!");
     EXPECT_FALSE(broken.isDecoded);
-    EXPECT_FALSE(textOf("SUMMARY;ENCODING=8BIT;CHARSET=US-ASCII:x").otherName);
+    EXPECT_FALSE(textOf("SUMMARY;ENCODING=8BIT;CHARSET=US-ASCII:x").unknownCharset);
 }
 
 } // namespace

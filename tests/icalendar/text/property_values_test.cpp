@@ -81,5 +81,16 @@ TEST(IcsRule, NamesItsEnd) {
     EXPECT_FALSE(untilOf("FREQ=DAILY;UNTIL=never"));
 }
 
+TEST(UtcOffset, IsInSecondsEastOfUtc) {
+    EXPECT_EQ(parseUtcOffset("+0200"), 7200);
+    EXPECT_EQ(parseUtcOffset(" -023015 "), -9015);
+    EXPECT_EQ(parseUtcOffset("+2400"), 86400);
+    EXPECT_EQ(parseUtcOffset("-0000"), 0);
+    for (const char* text :
+         {"", "0200", "02000", "+02:00", "+02", "+020", "+2401", "+02000", "+02x0"}) {
+        EXPECT_EQ(parseUtcOffset(text), std::nullopt) << text;
+    }
+}
+
 } // namespace
 } // namespace quorvel::icalendar

@@ -1,0 +1,261 @@
+// Of a property that may stand once only the first line counts. An event without a usable DTSTART
+// or RECURRENCE-ID is left out; one without a usable end is worth showing.
+#include "icalendar/model/event_parser.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+#include "base/civil_calendar.h"
+#include "base/stable_hash.h"
+#include "base/time_units.h"
+#include "icalendar/model/event_days.h"
+#include "icalendar/model/message_text.h"
+#include "icalendar/model/zone_margin.h"
+#include "icalendar/text/encoded_text.h"
+#include "icalendar/text/property_values.h"
+
+namespace quorvel::icalendar {
+
+void EventParser::begin(const CalendarContext& calendar, std::size_t line) {
+    m_calendar = calendar;
+    m_event = {};
+    m_event.line = static_cast<std::uint32_t>(line);
+    m_event.calendar = calendar.number;
+    m_event.cancelled = calendar.cancels;
+    m_event.firstRule = static_cast<std::uint32_t>(m_builder.file().rules.size());
+    m_textBefore = m_builder.file().text.size();
+    m_unusableEnds.clear();
+    m_hasStart = m_hasUid = m_isLeftOut = false;
+}
+
+void EventParser::addProperty(Property property, const ContentLine& content, std::size_t line) {
+    switch (property) {
+    case Property::uid:
+        if (const auto uid = trimmed(content.value); !m_hasUid && !uid.empty()) {
+            m_event.uid = m_builder.appendText(uid);
+            m_hasUid = true;
+        }
+        break;
+    case Property::summary:
+        if (!m_event.title) {
+            m_event.title = appendDecodedText(content, line);
+        }
+        break;
+    case Property::location:
+        if (!m_event.location) {
+            m_event.location = appendDecodedText(content, line);
+        }
+        break;
+    case Property::dtstart:
+    case Property::recurrenceId:
+        addDefiningTime(property, content, line);
+        break;
+    case Property::dtend:
+        addEnd(content, line);
+        break;
+    case Property::duration:
+        addDuration(content, line);
+        break;
+    case Property::status:
+        m_event.cancelled =
+            m_calendar.cancels || equalsIgnoringCase(trimmed(content.value), "CANCELLED");
+        break;
+    case Property::sequence:
+        m_event.sequence = std::atoi(std::string(content.value.substr(0, 9)).c_str());
+        break;
+    case Property::dtstamp:
+        if (const auto stamp = parseTime(content.value)) {
+            m_event.stamp = civilSeconds(stamp->civil);
+        }
+        break;
+    case Property::rrule:
+        addRule(RuleKind::rrule, content, line);
+        break;
+    case Property::exrule:
+        addRule(RuleKind::exrule, content, line);
+        break;
+    case Property::rdate:
+        addRule(RuleKind::rdate, content, line);
+        break;
+    case Property::exdate:
+        addRule(RuleKind::exdate, content, line);
+        break;
+    default:
+        break;
+    }
+}
+
+// DTSTART and RECURRENCE-ID.
+void EventParser::addDefiningTime(Property property, const ContentLine& content, std::size_t line) {
+    const bool isStart = property == Property::dtstart;
+    const auto value = parseTime(content.value);
+    if (!value) {
+        leaveOut(line, std::string("an event is left out, its ") +
+                           (isStart ? "DTSTART" : "RECURRENCE-ID") +
+                           " cannot be read: " + quoted(content.value));
+        return;
+    }
+    const EventTime time = eventTime(*value, content);
+    if (isStart && !m_hasStart) {
+        m_event.start = time;
+        m_hasStart = true;
+    } else if (!isStart && !m_event.recurrenceId) {
+        m_event.recurrenceId = time;
+        const auto range = parameterValue(content.parameters, "RANGE");
+        m_event.thisAndFuture = range && equalsIgnoringCase(*range, "THISANDFUTURE");
+    }
+}
+
+void EventParser::addEnd(const ContentLine& content, std::size_t line) {
+    const auto value = parseTime(content.value);
+    if (!value) {
+        noteUnusableEnd("DTEND", content.value, line);
+    } else if (!m_event.end) {
+        m_event.end = eventTime(*value, content);
+    }
+}
+
+void EventParser::addDuration(const ContentLine& content, std::size_t line) {
+    const auto duration = parseDuration(content.value);
+    if (!duration) {
+        noteUnusableEnd("DURATION", content.value, line);
+    } else if (!m_event.duration) {
+        m_event.duration = duration;
+    }
+}
+
+void EventParser::addRule(RuleKind kind, const ContentLine& content, std::size_t line) {
+    if (m_builder.isFull()) {
+        leaveOut(line, "an event is left out, it has more dates than can be kept");
+        return;
+    }
+    const bool isList = kind == RuleKind::rdate || kind == RuleKind::exdate;
+    if (m_calendar.isVCalendar1 && !isList && content.value.find('=') == std::string_view::npos) {
+        m_builder.addProblem(line,
+                             "a rule of vCalendar 1.0 is not followed: " + quoted(content.value));
+        return;
+    }
+    RuleLine rule;
+    rule.kind = kind;
+    rule.parameters = m_builder.appendText(content.parameters);
+    rule.value = m_builder.appendText(content.value);
+    if (m_calendar.isVCalendar1 && isList) { // its lists have semicolons
+        std::string& text = m_builder.file().text;
+        std::replace(text.end() - rule.value.length, text.end(), ';', ',');
+    }
+    rule.line = static_cast<std::uint32_t>(line);
+    m_builder.file().rules.push_back(rule);
+    ++m_event.ruleCount;
+    m_event.repeats = m_event.repeats || kind == RuleKind::rrule || kind == RuleKind::rdate;
+}
+
+Slice EventParser::appendDecodedText(const ContentLine& content, std::size_t line) {
+    const auto decoded = decodedText(content);
+    if (!decoded) {
+        return m_builder.appendText(content.value);
+    }
+    if (!decoded->isDecoded) {
+        m_builder.addProblem(line, "a text in base64 cannot be read and is shown as it is");
+    }
+    if (decoded->unknownCharset) {
+        m_builder.addProblem(line, "the character set " + quoted(*decoded->unknownCharset) +
+                                       " is not known; the text is read as UTF-8 or Latin-1");
+    }
+    return m_builder.appendText(decoded->text);
+}
+
+EventTime EventParser::eventTime(const TimeValue& value, const ContentLine& content) {
+    EventTime time;
+    time.localTime = civilSeconds(value.civil);
+    if (value.isDate) {
+        time.kind = TimeKind::date;
+    } else if (value.isUtc) {
+        time.kind = TimeKind::utc;
+    } else if (const auto zone = zoneParameter(content.parameters); zone && !zone->empty()) {
+        time.kind = TimeKind::zoned;
+        time.zone = m_builder.zoneIndex(*zone, m_calendar.number);
+    } else {
+        time.zone = m_calendar.number;
+    }
+    return time;
+}
+
+void EventParser::end() {
+    if (!m_isLeftOut && !m_hasStart) {
+        leaveOut(m_event.line, "an event without DTSTART is left out");
+    }
+    if (m_isLeftOut) {
+        removeFromFile();
+        return;
+    }
+    if (!m_hasUid) {
+        m_event.uid = m_builder.appendText(generatedUid());
+    }
+    reportUnusableEnds();
+    if (endsBeforeItsStart()) {
+        m_builder.addProblem(m_event.line,
+                             "DTEND lies before DTSTART; the event is shown without a length");
+    }
+    const DayRange days = daysOf(m_builder.file(), m_event);
+    m_event.firstDay = days.first;
+    m_event.lastDay = days.last;
+    m_builder.addEvent(m_event);
+}
+
+void EventParser::abandon() {
+    m_builder.addProblem(m_event.line, "an event without END:VEVENT is left out");
+    removeFromFile();
+}
+
+// Only the first reason is reported.
+void EventParser::leaveOut(std::size_t line, std::string why) {
+    if (!std::exchange(m_isLeftOut, true)) {
+        m_builder.addProblem(line, std::move(why));
+    }
+}
+
+void EventParser::removeFromFile() {
+    m_builder.file().text.resize(m_textBefore);
+    m_builder.file().rules.resize(m_event.firstRule);
+}
+
+void EventParser::noteUnusableEnd(std::string_view property, std::string_view value,
+                                  std::size_t line) {
+    if (m_unusableEnds.size() < IcsFileBuilder::mostProblems) {
+        m_unusableEnds.push_back(
+            {line, "an event's " + std::string(property) + " cannot be read: " + quoted(value)});
+    }
+}
+
+void EventParser::reportUnusableEnds() {
+    const char* const outcome = m_event.end || m_event.duration ? "; the other one holds"
+                                : m_event.start.kind == TimeKind::date
+                                    ? "; it is shown for one day"
+                                    : "; it is shown without a length";
+    for (FileProblem& end : m_unusableEnds) {
+        m_builder.addProblem(end.line, std::move(end.what) + outcome);
+    }
+}
+
+bool EventParser::endsBeforeItsStart() const {
+    if (!m_event.end) {
+        return false;
+    }
+    const EventTime& end = *m_event.end;
+    const bool sameZone = end.kind == m_event.start.kind && end.zone == m_event.start.zone;
+    return end.localTime - m_event.start.localTime <
+           (sameZone ? 0 : -zoneMarginDays * secondsPerDay);
+}
+
+// The same for the same event in every process.
+std::string EventParser::generatedUid() const {
+    std::string source = std::to_string(m_event.start.localTime);
+    for (const auto& part : {m_event.title, m_event.location}) {
+        source += '\n';
+        source += part ? m_builder.file().slice(*part) : std::string_view();
+    }
+    return "no-uid-" + hexDigits(stableHash(source), 16);
+}
+
+} // namespace quorvel::icalendar

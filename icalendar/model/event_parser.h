@@ -1,0 +1,63 @@
+// One VEVENT component (RFC 5545 3.6.1; vCalendar 1.0): from its content lines to an event of the
+// file, or to the reason why it is left out.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "icalendar/model/ics_file_builder.h"
+#include "icalendar/model/property_names.h"
+#include "icalendar/text/content_lines.h"
+
+namespace quorvel::icalendar {
+
+// The VCALENDAR component around an event, as far as it was parsed.
+struct CalendarContext {
+    std::uint32_t number = 0;  // counts from 0 within the file
+    bool cancels = false;      // METHOD:CANCEL, of all its events
+    bool isVCalendar1 = false; // vCalendar 1.0
+};
+
+// One event after the other. The builder must outlive it.
+class EventParser {
+public:
+    explicit EventParser(IcsFileBuilder& builder)
+        : m_builder(builder) {}
+
+    // Lines are numbers from 1 within the file.
+    void begin(const CalendarContext& calendar, std::size_t line);
+    void addProperty(Property property, const ContentLine& content, std::size_t line);
+    // Adds the event to the file, or reports why it is left out.
+    void end();
+    // In place of end() where END:VEVENT is missing: the event is left out.
+    void abandon();
+
+private:
+    void addDefiningTime(Property property, const ContentLine& content, std::size_t line);
+    void addEnd(const ContentLine& content, std::size_t line);
+    void addDuration(const ContentLine& content, std::size_t line);
+    void addRule(RuleKind kind, const ContentLine& content, std::size_t line);
+    Slice appendDecodedText(const ContentLine& content, std::size_t line);
+    EventTime eventTime(const TimeValue& value, const ContentLine& content);
+    void leaveOut(std::size_t line, std::string why);
+    void noteUnusableEnd(std::string_view property, std::string_view value, std::size_t line);
+    void reportUnusableEnds();
+    bool endsBeforeItsStart() const;
+    std::string generatedUid() const;
+    void removeFromFile();
+
+    IcsFileBuilder& m_builder;
+    CalendarContext m_calendar;
+    IcsEvent m_event;
+    std::size_t m_textBefore = 0; // the size of the file's text before the event
+    bool m_hasStart = false;
+    bool m_hasUid = false;
+    bool m_isLeftOut = false;
+    std::vector<FileProblem> m_unusableEnds; // DTEND and DURATION
+};
+
+} // namespace quorvel::icalendar
