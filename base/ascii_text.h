@@ -1,6 +1,8 @@
-// Letters and digits of ASCII, whatever the locale is.
+// Classes and values of ASCII characters, in every locale the same.
 #pragma once
 
+#include <algorithm>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -10,13 +12,23 @@ constexpr bool isAsciiDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-// The value of a hexadecimal digit in upper or lower case; -1 for any other byte.
-constexpr int hexDigitValue(char c) {
+constexpr bool isAsciiLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+constexpr bool isAsciiLetterOrDigit(char c) {
+    return isAsciiLetter(c) || isAsciiDigit(c);
+}
+
+// The value of a hexadecimal digit in upper or lower case. Absent: the character is not a digit.
+constexpr std::optional<int> hexDigitValue(char c) {
     if (isAsciiDigit(c)) {
         return c - '0';
     }
-    const char lower = c >= 'A' && c <= 'F' ? static_cast<char>(c - 'A' + 'a') : c;
-    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+    if (c >= 'a' && c <= 'f') {
+        return c - 'a' + 10;
+    }
+    return c >= 'A' && c <= 'F' ? std::optional(c - 'A' + 10) : std::nullopt;
 }
 
 // A to Z as a to z. All other bytes stay as they are.
@@ -39,6 +51,18 @@ inline std::string asciiUpperCase(std::string_view text) {
         }
     }
     return result;
+}
+
+// Without the characters at its start that are among `unwanted`.
+constexpr std::string_view trimmedStart(std::string_view text, std::string_view unwanted) {
+    text.remove_prefix(std::min(text.find_first_not_of(unwanted), text.size()));
+    return text;
+}
+
+// Without the characters at its start and end that are among `unwanted`.
+constexpr std::string_view trimmed(std::string_view text, std::string_view unwanted) {
+    text = trimmedStart(text, unwanted);
+    return text.substr(0, text.find_last_not_of(unwanted) + 1);
 }
 
 } // namespace quorvel

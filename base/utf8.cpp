@@ -52,4 +52,19 @@ void appendCharacter(std::string& text, char32_t character) {
     }
 }
 
+void appendCharacterOrReplacement(std::string& text, char32_t character) {
+    appendCharacter(text, isEncodable(character) ? character : replacementCharacter);
+}
+
+std::string wellFormedUtf8(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const DecodedCharacter next = decodeCharacter(text);
+        appendCharacter(result, next.character.value_or(replacementCharacter));
+        text.remove_prefix(next.length);
+    }
+    return result;
+}
+
 } // namespace quorvel

@@ -135,10 +135,11 @@ std::string decodedQuotedPrintable(std::string_view text) {
     std::string result;
     result.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const int high = text[i] == '=' && i + 2 < text.size() ? hexDigitValue(text[i + 1]) : -1;
-        const int low = high >= 0 ? hexDigitValue(text[i + 2]) : -1;
-        if (low >= 0) {
-            result += static_cast<char>(high * 16 + low);
+        const bool mayBeEncoded = text[i] == '=' && i + 2 < text.size();
+        const auto high = mayBeEncoded ? hexDigitValue(text[i + 1]) : std::nullopt;
+        const auto low = mayBeEncoded ? hexDigitValue(text[i + 2]) : std::nullopt;
+        if (high && low) {
+            result += static_cast<char>(*high * 16 + *low);
             i += 2;
         } else {
             result += text[i];

@@ -1,4 +1,3 @@
-// Lower case of ASCII.
 #include "base/ascii_text.h"
 
 #include <gtest/gtest.h>
@@ -17,15 +16,36 @@ TEST(AsciiText, OnlyItsOwnSmallLettersBecomeUpperCase) {
     EXPECT_EQ(asciiUpperCase("\xC3\xA4\xC4\xB1i"), "\xC3\xA4\xC4\xB1I");
 }
 
-TEST(AsciiText, DigitsHaveAValue) {
-    const std::string digits = "0123456789abcdefABCDEF";
+TEST(AsciiText, ClassifiesCharacters) {
     for (int byte = 0; byte < 256; ++byte) {
         const char c = static_cast<char>(byte);
-        const std::size_t at = digits.find(c);
-        const int value = at == std::string::npos ? -1 : static_cast<int>(at < 16 ? at : at - 6);
-        EXPECT_EQ(hexDigitValue(c), value) << byte;
-        EXPECT_EQ(isAsciiDigit(c), value >= 0 && value <= 9) << byte;
+        const bool isDigit = byte >= 48 && byte <= 57;
+        const bool isLetter = (byte >= 65 && byte <= 90) || (byte >= 97 && byte <= 122);
+        EXPECT_EQ(isAsciiDigit(c), isDigit) << byte;
+        EXPECT_EQ(isAsciiLetter(c), isLetter) << byte;
+        EXPECT_EQ(isAsciiLetterOrDigit(c), isLetter || isDigit) << byte;
     }
+}
+
+TEST(AsciiText, HexDigitsHaveValuesInBothCases) {
+    const std::string_view digits = "0123456789abcdef";
+    for (int value = 0; value < 16; ++value) {
+        EXPECT_EQ(hexDigitValue(digits[static_cast<std::size_t>(value)]), value);
+    }
+    EXPECT_EQ(hexDigitValue('A'), 10);
+    EXPECT_EQ(hexDigitValue('F'), 15);
+    for (const char c : {'g', 'G', '@', '`', '/', ':', '\0', '\xFF'}) {
+        EXPECT_EQ(hexDigitValue(c), std::nullopt) << c;
+    }
+}
+
+TEST(AsciiText, TrimsOnlyTheUnwantedCharacters) {
+    EXPECT_EQ(trimmed(" \ta b\t ", " \t"), "a b");
+    EXPECT_EQ(trimmed(" \t ", " \t"), "");
+    EXPECT_EQ(trimmed("", " "), "");
+    EXPECT_EQ(trimmed("a ", ""), "a ");
+    EXPECT_EQ(trimmedStart("  a ", " "), "a ");
+    EXPECT_EQ(trimmedStart("  ", " "), "");
 }
 
 } // namespace

@@ -81,5 +81,27 @@ TEST(IsEncodable, RefusesSurrogatesAndLargeNumbers) {
     EXPECT_FALSE(isEncodable(0x110000));
 }
 
+TEST(AppendCharacterOrReplacement, ReplacesWhatUtf8CannotEncode) {
+    std::string text;
+    appendCharacterOrReplacement(text, U'é');
+    appendCharacterOrReplacement(text, 0xD800);
+    appendCharacterOrReplacement(text, 0x110000);
+    EXPECT_EQ(text, "é\uFFFD\uFFFD");
+}
+
+TEST(WellFormedUtf8, DoesNotChangeUtf8) {
+    EXPECT_EQ(wellFormedUtf8("aé日😀"), "aé日😀");
+    EXPECT_EQ(wellFormedUtf8(""), "");
+    EXPECT_EQ(wellFormedUtf8("\xF4\x8F\xBF\xBF"), "\xF4\x8F\xBF\xBF");
+}
+
+TEST(WellFormedUtf8, ReplacesEachInvalidByte) {
+    EXPECT_EQ(wellFormedUtf8("a\xFFz"), "a\uFFFDz");
+    EXPECT_EQ(wellFormedUtf8("\xC0\xAF"), "\uFFFD\uFFFD");
+    EXPECT_EQ(wellFormedUtf8("\xE2\x82"), "\uFFFD\uFFFD");
+    EXPECT_EQ(wellFormedUtf8("\xED\xA0\x80"), "\uFFFD\uFFFD\uFFFD");
+    EXPECT_EQ(wellFormedUtf8("\xF4\x90\x80\x80").size(), 12U);
+}
+
 } // namespace
 } // namespace quorvel
