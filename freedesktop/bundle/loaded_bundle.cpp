@@ -86,15 +86,14 @@ void LoadedBundle::readInformation() {
         throwError(m_path, "is not there");
     }
     const fs::path file = fs::path(m_path) / informationFile;
-    if (!fs::exists(file, error)) {
+    const auto list = readPropertyListFile(file.string());
+    if (list && !list->has_value()) {
         throwError(m_path, "has no " + std::string(informationFile));
     }
-    const PropertyListReading reading = readPropertyListFile(file.string());
-    const auto* information =
-        reading.value ? std::get_if<PropertyListDictionary>(&reading.value->value) : nullptr;
+    const auto* information = list ? std::get_if<PropertyListDictionary>(&(*list)->value) : nullptr;
     if (information == nullptr) {
         throwError(m_path, "has an " + std::string(informationFile) + " that cannot be read (" +
-                               (reading.value ? "it holds no dictionary" : reading.problem) + ")");
+                               (list ? "it holds no dictionary" : list.error().what) + ")");
     }
     m_identifier = textForKey(*information, "CFBundleIdentifier");
     m_executable = textForKey(*information, "CFBundleExecutable");

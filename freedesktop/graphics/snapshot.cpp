@@ -133,8 +133,8 @@ std::optional<std::string> writeSnapshot(const std::string& path, const Snapshot
     const Rendered rendered = render(*format, size, snapshot, lines);
     if (rendered.status != CAIRO_STATUS_SUCCESS)
         return std::string("cannot draw the picture: ") + cairo_status_to_string(rendered.status);
-    if (const auto failure = replaceFile(path, rendered.contents))
-        return "cannot write \"" + path + "\": " + *failure;
+    if (const auto replaced = replaceFile(path, rendered.contents); !replaced)
+        return "cannot write \"" + path + "\": " + replaced.error().what;
     return std::nullopt;
 }
 

@@ -13,8 +13,11 @@ FileDescriptor::~FileDescriptor() {
     }
 }
 
-int FileDescriptor::close() {
-    return ::close(std::exchange(m_number, -1)) == 0 ? 0 : errno;
+Result<void, std::error_code> FileDescriptor::close() {
+    if (::close(std::exchange(m_number, -1)) != 0) {
+        return std::error_code(errno, std::generic_category());
+    }
+    return {};
 }
 
 } // namespace quorvel::freedesktop

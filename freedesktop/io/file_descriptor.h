@@ -1,9 +1,13 @@
-// A descriptor of the kernel's, closed with its owner.
+// Owns a file descriptor and closes it.
 #pragma once
+
+#include <system_error>
+
+#include "base/result.h"
 
 namespace quorvel::freedesktop {
 
-// Several threads may share one: the number does not change before close().
+// Threads may share one, since the number does not change before close().
 class FileDescriptor {
 public:
     // Takes over the number; a negative one means that nothing is open.
@@ -16,9 +20,8 @@ public:
     bool isOpen() const { return m_number >= 0; }
     int get() const { return m_number; }
 
-    // Closes it now, for an owner who wants to know whether everything was written. Returns 0 or
-    // the errno.
-    int close();
+    // Closes the descriptor now. The error tells a writer that not everything was written.
+    Result<void, std::error_code> close();
 
 private:
     int m_number;

@@ -14,26 +14,28 @@ namespace quorvel::freedesktop {
 
 namespace {
 
-std::string errorText(int error) {
-    return std::generic_category().message(error);
+using Outcome = Result<void, std::error_code>;
+
+std::error_code lastError() {
+    return {errno, std::generic_category()};
 }
 
-// 0, or the error.
-int writeAll(int descriptor, std::string_view contents) {
+Outcome writeAll(int descriptor, std::string_view contents) {
     while (!contents.empty()) {
         const ssize_t count = ::write(descriptor, contents.data(), contents.size());
-        if (count >= 0)
+        if (count >= 0) {
             contents.remove_prefix(static_cast<std::size_t>(count));
-        else if (errno != EINTR)
-            return errno;
+        } else if (errno != EINTR) {
+            return lastError();
+        }
     }
-    return 0;
+    return {};
 }
 
-int writeAndClose(FileDescriptor& file, std::string_view contents) {
-    const int written = writeAll(file.get(), contents);
-    const int closed = file.close();
-    return written != 0 ? written : closed;
+Outcome writeAndClose(FileDescriptor& file, std::string_view contents) {
+    Outcome written = writeAll(file.get(), contents);
+    Outcome closed = file.close();
+    return written ? closed : written;
 }
 
 mode_t permissionsOfNewFiles() {
@@ -42,44 +44,62 @@ mode_t permissionsOfNewFiles() {
     return 0666 & ~mask;
 }
 
-int writeInPlace(const std::string& path, std::string_view contents) {
+Outcome writeInPlace(const std::string& path, std::string_view contents) {
     FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
-    return file.isOpen() ? writeAndClose(file, contents) : errno;
+    return file.isOpen() ? writeAndClose(file, contents) : lastError();
 }
 
-int writeBeside(const std::string& path, std::string_view contents, mode_t permissions) {
+Outcome writeWithPermissions(FileDescriptor& file, std::string_view contents, mode_t permissions) {
+    if (::fchmod(file.get(), permissions) != 0) {
+        return lastError();
+    }
+    return writeAndClose(file, contents);
+}
+
+Outcome renameOver(const std::string& from, const std::string& to) {
+    return ::rename(from.c_str(), to.c_str()) == 0 ? Outcome() : lastError();
+}
+
+Outcome writeBeside(const std::string& path, std::string_view contents, mode_t permissions) {
     std::string temporary = path + ".XXXXXX";
     FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
-    if (!file.isOpen())
-        return errno;
-    int error = ::fchmod(file.get(), permissions) == 0 ? 0 : errno;
-    if (const int written = writeAndClose(file, contents); error == 0)
-        error = written;
-    if (error == 0 && ::rename(temporary.c_str(), path.c_str()) != 0)
-        error = errno;
-    if (error != 0)
+    if (!file.isOpen()) {
+        return lastError();
+    }
+    Outcome outcome = writeWithPermissions(file, contents, permissions);
+    if (outcome) {
+        outcome = renameOver(temporary, path);
+    }
+    if (!outcome) {
         ::unlink(temporary.c_str());
-    return error;
+    }
+    return outcome;
 }
 
-int replace(const std::string& path, std::string_view contents) {
+Outcome replace(const std::string& path, std::string_view contents) {
     struct stat status = {};
-    if (::stat(path.c_str(), &status) != 0)
-        return errno == ENOENT ? writeBeside(path, contents, permissionsOfNewFiles()) : errno;
-    if (S_ISDIR(status.st_mode))
-        return EISDIR;
-    if (!S_ISREG(status.st_mode))
+    if (::stat(path.c_str(), &status) != 0) {
+        return errno == ENOENT ? writeBeside(path, contents, permissionsOfNewFiles()) : lastError();
+    }
+    if (S_ISDIR(status.st_mode)) {
+        return std::make_error_code(std::errc::is_a_directory);
+    }
+    if (!S_ISREG(status.st_mode)) {
         return writeInPlace(path, contents);
+    }
     std::error_code error;
     const std::filesystem::path target = std::filesystem::canonical(path, error);
-    return error ? error.value() : writeBeside(target.string(), contents, status.st_mode & 0777);
+    if (error) {
+        return error;
+    }
+    return writeBeside(target.string(), contents, status.st_mode & 0777);
 }
 
 } // namespace
 
-std::optional<std::string> replaceFile(const std::string& path, std::string_view contents) {
-    const int error = replace(path, contents);
-    return error == 0 ? std::nullopt : std::optional(errorText(error));
+Result<void> replaceFile(const std::string& path, std::string_view contents) {
+    const Outcome outcome = replace(path, contents);
+    return outcome ? Result<void>() : Error{outcome.error().message(), {}, {}};
 }
 
 } // namespace quorvel::freedesktop

@@ -8,7 +8,7 @@
 namespace quorvel::freedesktop {
 namespace {
 
-// Some file systems keep two seconds only.
+// Some file systems store times in steps of two seconds.
 constexpr std::int64_t coarsestTime = 2'000'000'000;
 
 std::int64_t nanoseconds(const timespec& time) {

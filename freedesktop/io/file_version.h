@@ -1,4 +1,4 @@
-// By what an unchanged file is known without being read.
+// Recognises an unchanged file without reading it.
 #pragma once
 
 #include <cstdint>
@@ -18,11 +18,11 @@ struct FileVersion {
 
 FileVersion versionOf(const struct stat& status);
 
-// The system's clock, nanoseconds since 1970.
+// The system's clock in nanoseconds since 1970.
 std::int64_t fileClock();
 
-// Whether every change after that moment shows in the version: the file's own times lie so far
-// before it that the coarsest of file systems gives a later change another time.
+// Whether every change after `readAt` gives the file another version: its times are so much earlier
+// that even a file system with coarse time stamps gives a later change a later time.
 bool isSettled(const FileVersion& version, std::int64_t readAt);
 
 } // namespace quorvel::freedesktop

@@ -11,14 +11,37 @@
 namespace quorvel::freedesktop {
 namespace {
 
-FileContents failure(std::string problem) {
-    return {std::nullopt, std::move(problem), false};
+using MaybeBytes = std::optional<std::vector<std::byte>>;
+
+Error tooLarge() {
+    return {"it is too large", {}, {}};
 }
 
-FileContents systemFailure(int error) {
-    FileContents contents = failure(std::generic_category().message(error));
-    contents.missing = error == ENOENT || error == ENOTDIR;
-    return contents;
+Error systemError(int number) {
+    return {std::generic_category().message(number), {}, {}};
+}
+
+// Reads to the end of the file.
+Result<MaybeBytes> readAll(const RegularFile& file, std::size_t most) {
+    // One byte more distinguishes the end of the file from a file that grows meanwhile.
+    std::vector<std::byte> bytes(file.size() + 1);
+    std::size_t size = 0;
+    while (true) {
+        const ReadResult result =
+            file.read(reinterpret_cast<char*>(bytes.data()) + size, bytes.size() - size);
+        size += result.size;
+        if (result.error != 0) {
+            return systemError(result.error);
+        }
+        if (size > most) {
+            return tooLarge();
+        }
+        if (size < bytes.size()) {
+            bytes.resize(size);
+            return MaybeBytes(std::move(bytes));
+        }
+        bytes.resize(size * 2);
+    }
 }
 
 } // namespace
@@ -61,40 +84,21 @@ void RegularFile::rewind() const {
     ::lseek(m_descriptor.get(), 0, SEEK_SET);
 }
 
-FileContents readRegularFile(const std::string& path, std::size_t most) {
+Result<MaybeBytes> readRegularFile(const std::string& path, std::size_t most) {
     if (path.find('\0') != std::string::npos) {
-        return systemFailure(ENOENT);
+        return MaybeBytes();
     }
     const RegularFile file(path);
     if (file.isOtherKind()) {
-        return failure("it is not a regular file");
+        return Error{"it is not a regular file", {}, {}};
+    }
+    if (file.error() == ENOENT || file.error() == ENOTDIR) {
+        return MaybeBytes();
     }
     if (!file.isOpen()) {
-        return systemFailure(file.error());
+        return systemError(file.error());
     }
-    if (file.size() > most) {
-        return failure("it is too large");
-    }
-    // One byte more distinguishes the end of the file from a file that grows meanwhile.
-    std::vector<std::byte> bytes(file.size() + 1);
-    std::size_t size = 0;
-    while (true) {
-        const ReadResult result =
-            file.read(reinterpret_cast<char*>(bytes.data()) + size, bytes.size() - size);
-        size += result.size;
-        if (result.error != 0) {
-            return systemFailure(result.error);
-        }
-        if (size > most) {
-            return failure("it is too large");
-        }
-        if (size < bytes.size()) {
-            break;
-        }
-        bytes.resize(size * 2);
-    }
-    bytes.resize(size);
-    return {std::move(bytes), {}, false};
+    return file.size() > most ? tooLarge() : readAll(file, most);
 }
 
 } // namespace quorvel::freedesktop

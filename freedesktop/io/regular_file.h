@@ -1,4 +1,4 @@
-// Reading a regular file within bounds, whatever lies at its path.
+// Reads regular files, within bounds and without waiting for a pipe or a device.
 #pragma once
 
 #include <cstddef>
@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "base/result.h"
 #include "freedesktop/io/file_descriptor.h"
 #include "freedesktop/io/file_version.h"
 
@@ -16,8 +17,8 @@ struct ReadResult {
     int error = 0;        // an errno; 0: none
 };
 
-// A regular file that is open for reading. Opening never waits: a pipe or a device is refused, and
-// a terminal does not become the process's own.
+// A regular file that is open for reading. Opening does not wait: pipes and devices are refused,
+// and a terminal does not become the controlling terminal of the process.
 class RegularFile {
 public:
     explicit RegularFile(const std::string& path);
@@ -26,15 +27,15 @@ public:
     int error() const { return m_error; } // an errno; 0: it is open; EINVAL: it is not regular
     bool isOtherKind() const { return m_isOtherKind; } // a folder, a pipe, a device
 
-    // As it was opened; of one that is open.
+    // The version and size at the time of opening. Only for a file that is open.
     const FileVersion& version() const { return m_version; }
     std::size_t size() const { return static_cast<std::size_t>(m_version.size); }
-    // Whether the version is the same now.
+    // Whether the file still has that version.
     bool isUnchanged() const;
 
-    // Reads from where the last call ended; an interrupted system call is repeated.
+    // Continues where the last call ended. Repeats a system call that was interrupted.
     ReadResult read(char* place, std::size_t size) const;
-    void rewind() const; // to the file's beginning
+    void rewind() const; // to the beginning of the file
 
 private:
     FileDescriptor m_descriptor;
@@ -43,14 +44,10 @@ private:
     bool m_isOtherKind = false;
 };
 
-struct FileContents {
-    std::optional<std::vector<std::byte>> bytes; // absent: `problem` says why
-    std::string problem;
-    bool missing = false; // there is no file at the path
-};
-
-// All bytes of a regular file, also of one that grows meanwhile; a file of more than `most` bytes
-// is refused. A path with a null character in it names no file.
-FileContents readRegularFile(const std::string& path, std::size_t most);
+// Reads all bytes of a regular file, even if it grows meanwhile. Absent if there is no file at the
+// path; a path with a null character names no file. Fails with an Error that has only `what` if the
+// file cannot be read, is not regular or has more than `most` bytes.
+Result<std::optional<std::vector<std::byte>>> readRegularFile(const std::string& path,
+                                                              std::size_t most);
 
 } // namespace quorvel::freedesktop

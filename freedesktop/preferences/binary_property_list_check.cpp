@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -21,9 +22,12 @@ public:
         : m_bytes(bytes)
         , m_objectsEnd(bytes.size() - trailerSize) {}
 
-    BinaryPropertyListCheck run() {
+    Result<std::vector<TextWithNul>> run() {
         walk();
-        return {std::move(m_problem), std::move(m_textsWithNul)};
+        if (!m_problem.empty()) {
+            return Error{std::move(m_problem), {}, {}};
+        }
+        return std::move(m_textsWithNul);
     }
 
 private:
@@ -163,7 +167,7 @@ private:
         return true;
     }
 
-    // Shared objects are counted each time, as the library unfolds them.
+    // Counts a shared object each time, because the library copies it each time.
     bool visit(std::uint64_t object, std::size_t depth, bool isKey) {
         if (depth > PropertyListBudget::depth) {
             return fail("it is nested too deep");
@@ -205,13 +209,13 @@ bool looksLikeBinaryPropertyList(std::span<const std::byte> bytes) {
     return text.substr(0, 6) == magic.substr(0, 6);
 }
 
-BinaryPropertyListCheck checkBinaryPropertyList(std::span<const std::byte> bytes) {
+Result<std::vector<TextWithNul>> checkBinaryPropertyList(std::span<const std::byte> bytes) {
     const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
     if (text.substr(0, magic.size()) != magic) {
-        return {"its binary format is of an unknown version", {}};
+        return Error{"its binary format is of an unknown version", {}, {}};
     }
     if (bytes.size() < magic.size() + trailerSize) {
-        return {"the binary list is damaged", {}};
+        return Error{"the binary list is damaged", {}, {}};
     }
     return Walk(bytes).run();
 }

@@ -1,36 +1,32 @@
-// A walk over a binary property list before the library sees it: a few hundred bytes of shared
-// references can unfold to gigabytes, and its own bounds are no bounds.
+// Checks a binary property list before the library parses it: a few hundred bytes of shared
+// references can expand to gigabytes, and the library does not limit that.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <string>
 #include <vector>
+
+#include "base/result.h"
 
 namespace quorvel::freedesktop {
 
 bool looksLikeBinaryPropertyList(std::span<const std::byte> bytes);
 
-// Where a text with a NUL lies. The library's texts end at a NUL, and it asserts that one in UTF-16
-// has none.
+// The position of a text that contains a NUL. The library ends a text at a NUL, and aborts if one
+// in UTF-16 has any.
 struct TextWithNul {
-    std::uint64_t at = 0;    // its first character
-    std::uint64_t count = 0; // of characters
-    std::uint64_t width = 1; // bytes a character
+    std::uint64_t at = 0;    // offset of the first character
+    std::uint64_t count = 0; // number of characters
+    std::uint64_t width = 1; // bytes per character
 };
 
-struct BinaryPropertyListCheck {
-    // What is wrong, or empty: then all objects that the root reaches lie within the bytes, every
-    // key is a text, and the budgets are kept.
-    std::string problem;
-    std::vector<TextWithNul> textsWithNul;
-};
+// Succeeds if all objects that the root refers to lie within the bytes, every key is a text, and
+// the list is within the PropertyListBudget.
+Result<std::vector<TextWithNul>> checkBinaryPropertyList(std::span<const std::byte> bytes);
 
-BinaryPropertyListCheck checkBinaryPropertyList(std::span<const std::byte> bytes);
-
-// Each NUL becomes what is no character: 0xFF in a narrow text, U+FFFD in a wide one. Objects may
-// overlap, so the result is to be checked again.
+// Replaces each NUL: by 0xFF in a text of one byte per character, by U+FFFD in one of two. Objects
+// may overlap, so the caller checks the result again.
 void replaceNuls(const std::vector<TextWithNul>& texts, std::span<std::byte> bytes);
 
 } // namespace quorvel::freedesktop

@@ -1,10 +1,12 @@
 #include "freedesktop/preferences/old_property_list.h"
 
 #include <algorithm>
+#include <optional>
+#include <string>
 
+#include "base/ascii_text.h"
 #include "base/utf8.h"
 #include "freedesktop/preferences/property_list_budget.h"
-#include "freedesktop/preferences/utf8_text.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -16,18 +18,7 @@ using platform::PropertyListValue;
 using MaybeValue = std::optional<PropertyListValue>;
 
 bool isUnquoted(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           std::string_view("_$/:.-").find(c) != std::string_view::npos;
-}
-
-int hexDigit(char c) {
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    if (c >= 'a' && c <= 'f') {
-        return c - 'a' + 10;
-    }
-    return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
+    return isAsciiLetterOrDigit(c) || std::string_view("_$/:.-").find(c) != std::string_view::npos;
 }
 
 class Parser {
@@ -35,10 +26,10 @@ public:
     explicit Parser(std::string_view text)
         : m_rest(text) {}
 
-    PropertyListReading run() {
+    Result<PropertyListValue> run() {
         skipSpace();
         if (m_rest.empty()) {
-            return {PropertyListValue{PropertyListDictionary()}, {}, false};
+            return PropertyListValue{PropertyListDictionary()};
         }
         const std::string_view all = m_rest;
         MaybeValue value = object(0);
@@ -49,9 +40,9 @@ public:
         }
         skipSpace();
         if (!value || !m_rest.empty()) {
-            return {std::nullopt, m_problem.empty() ? "it is no property list" : m_problem, false};
+            return Error{m_problem.empty() ? "it is no property list" : m_problem, {}, {}};
         }
-        return {std::move(value), {}, false};
+        return std::move(*value);
     }
 
 private:
@@ -106,7 +97,7 @@ private:
         return std::nullopt;
     }
 
-    // Up to `end`, or up to the end of the text.
+    // Parses up to `end`; with '\0' up to the end of the text.
     MaybeValue pairs(std::size_t depth, char end) {
         PropertyListDictionary dictionary;
         if (!readPairs(depth, end, dictionary)) {
@@ -133,7 +124,7 @@ private:
         }
     }
 
-    // A key without a value is its own.
+    // A key without a value is its own value.
     MaybeValue valueOf(const std::string& key, std::size_t depth) {
         if (skip('=')) {
             return object(depth + 1);
@@ -159,10 +150,12 @@ private:
     MaybeValue data() {
         PropertyListData bytes;
         while (!skip('>')) {
-            if (m_rest.size() < 2 || hexDigit(m_rest[0]) < 0 || hexDigit(m_rest[1]) < 0) {
+            const auto high = m_rest.size() < 2 ? std::nullopt : hexDigitValue(m_rest[0]);
+            const auto low = high ? hexDigitValue(m_rest[1]) : std::nullopt;
+            if (!low) {
                 return std::nullopt;
             }
-            bytes.push_back(static_cast<std::byte>(hexDigit(m_rest[0]) * 16 + hexDigit(m_rest[1])));
+            bytes.push_back(static_cast<std::byte>(*high * 16 + *low));
             m_rest.remove_prefix(2);
         }
         return PropertyListValue{std::move(bytes)};
@@ -212,7 +205,7 @@ private:
     void escape(std::string& text) {
         const char c = m_rest.front();
         if (c >= '0' && c <= '7') {
-            return appendUtf8(text, number(8, 3));
+            return appendCharacterOrReplacement(text, number(8, 3));
         }
         m_rest.remove_prefix(1);
         static constexpr std::string_view letters = "abfnrtv";
@@ -235,17 +228,17 @@ private:
             const char32_t low = number(16, 4);
             character = isLowSurrogate(low) ? joinSurrogates(character, low) : character;
         }
-        appendUtf8(text, character);
+        appendCharacterOrReplacement(text, character);
     }
 
     char32_t number(int base, std::size_t mostDigits) {
         char32_t value = 0;
         for (std::size_t i = 0; i < mostDigits && !m_rest.empty(); ++i) {
-            const int digit = hexDigit(m_rest.front());
-            if (digit < 0 || digit >= base) {
+            const auto digit = hexDigitValue(m_rest.front());
+            if (!digit || *digit >= base) {
                 break;
             }
-            value = value * static_cast<char32_t>(base) + static_cast<char32_t>(digit);
+            value = value * static_cast<char32_t>(base) + static_cast<char32_t>(*digit);
             m_rest.remove_prefix(1);
         }
         return value;
@@ -258,7 +251,7 @@ private:
 
 } // namespace
 
-PropertyListReading readOldPropertyList(std::string_view text) {
+Result<PropertyListValue> parseOldPropertyList(std::string_view text) {
     return Parser(text).run();
 }
 

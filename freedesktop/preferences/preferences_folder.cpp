@@ -20,13 +20,14 @@ constexpr std::string_view propertyListSuffix = ".plist";
 // The part of a path below the platform's preferences directories.
 std::optional<std::string_view> nameInPreferences(std::string_view path) {
     for (const std::string_view directory : preferencesDirectories) {
-        if (path.substr(0, directory.size()) == directory) {
+        if (path.starts_with(directory)) {
             return path.substr(directory.size());
         }
     }
     return std::nullopt;
 }
 
+// Whether a part of the path is "..".
 bool climbs(std::string_view name) {
     while (!name.empty()) {
         const std::size_t slash = std::min(name.find('/'), name.size());
@@ -38,11 +39,15 @@ bool climbs(std::string_view name) {
     return false;
 }
 
+template <class Kind>
+std::optional<Kind> valueOrAbsent(Result<std::optional<Kind>> result) {
+    return result ? std::move(result).value() : std::nullopt;
+}
+
 } // namespace
 
 bool mayHoldPropertyList(std::string_view name) {
-    return name.size() > propertyListSuffix.size() &&
-           name.substr(name.size() - propertyListSuffix.size()) == propertyListSuffix;
+    return name.size() > propertyListSuffix.size() && name.ends_with(propertyListSuffix);
 }
 
 PreferencesFolder::PreferencesFolder(std::string folder, double foundationVersionNumber,
@@ -63,14 +68,6 @@ std::optional<std::string> PreferencesFolder::localPath(std::string_view path) c
     return name ? pathInFolder(*name) : std::string(path);
 }
 
-void PreferencesFolder::report(const std::string& path, const std::string& problem) {
-    std::string& reported = m_reported[path];
-    if (reported != problem) {
-        reported = problem;
-        m_log.log("cannot read " + path + ": " + problem);
-    }
-}
-
 PropertyListDictionary PreferencesFolder::stockCalendarPreferences() const {
     PropertyListArray deselected;
     if (m_deselectedCalendars) {
@@ -82,23 +79,28 @@ PropertyListDictionary PreferencesFolder::stockCalendarPreferences() const {
 }
 
 template <class Kind>
-std::optional<Kind> PreferencesFolder::readAs(const std::string& path, const char* kind,
-                                              bool& missing) {
-    PropertyListReading reading = readPropertyListFile(path);
-    missing = reading.missing;
-    if (reading.value) {
-        if (auto* const value = std::get_if<Kind>(&reading.value->value)) {
-            m_reported.erase(path);
-            return std::move(*value);
-        }
-        reading.problem = std::string("it holds no ") + kind;
+Result<std::optional<Kind>> PreferencesFolder::failure(const std::string& path, Error error) {
+    std::string& logged = m_logged[path];
+    if (logged != error.what) {
+        logged = error.what;
+        m_log.log("cannot read " + path + ": " + error.what);
     }
-    if (missing) {
-        m_reported.erase(path);
-    } else {
-        report(path, reading.problem);
+    return error;
+}
+
+template <class Kind>
+Result<std::optional<Kind>> PreferencesFolder::readAs(const std::string& path, const char* kind) {
+    auto value = readPropertyListFile(path);
+    if (!value) {
+        return failure<Kind>(path, value.error());
     }
-    return std::nullopt;
+    std::optional<platform::PropertyListValue>& list = *value;
+    auto* const wanted = list ? std::get_if<Kind>(&list->value) : nullptr;
+    if (list && wanted == nullptr) {
+        return failure<Kind>(path, {std::string("it holds no ") + kind, {}, {}});
+    }
+    m_logged.erase(path);
+    return list ? std::optional(std::move(*wanted)) : std::nullopt;
 }
 
 std::optional<PropertyListDictionary>
@@ -107,26 +109,24 @@ PreferencesFolder::dictionaryWithContentsOfFile(std::string_view path) {
     if (!local) {
         return std::nullopt;
     }
-    bool missing = false;
-    auto dictionary = readAs<PropertyListDictionary>(*local, "dictionary", missing);
-    if (missing && nameInPreferences(path) == stockCalendarFile) {
+    auto dictionary = readAs<PropertyListDictionary>(*local, "dictionary");
+    const bool isMissing = dictionary && !*dictionary;
+    if (isMissing && nameInPreferences(path) == stockCalendarFile) {
         return stockCalendarPreferences();
     }
-    return dictionary;
+    return valueOrAbsent(std::move(dictionary));
 }
 
 std::optional<PropertyListArray> PreferencesFolder::arrayWithContentsOfFile(std::string_view path) {
     const auto local = localPath(path);
-    bool missing = false;
-    return local ? readAs<PropertyListArray>(*local, "array", missing) : std::nullopt;
+    return local ? valueOrAbsent(readAs<PropertyListArray>(*local, "array")) : std::nullopt;
 }
 
 std::optional<PropertyListDictionary> PreferencesFolder::domainDictionary(std::string_view domain) {
     const auto path = domain.find('/') == std::string_view::npos && !domain.empty()
                           ? pathInFolder(std::string(domain).append(propertyListSuffix))
                           : std::nullopt;
-    bool missing = false;
-    return path ? readAs<PropertyListDictionary>(*path, "dictionary", missing) : std::nullopt;
+    return path ? valueOrAbsent(readAs<PropertyListDictionary>(*path, "dictionary")) : std::nullopt;
 }
 
 std::optional<std::vector<std::string>> PreferencesFolder::copyKeyList(std::string_view domain) {

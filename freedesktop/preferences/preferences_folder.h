@@ -1,12 +1,14 @@
-// Settings as property lists in one folder of the user's.
+// Reads settings from property lists in the user's preferences folder.
 #pragma once
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/result.h"
 #include "platform/preferences.h"
 #include "platform/system_log.h"
 
@@ -15,12 +17,12 @@ namespace quorvel::freedesktop {
 // The last version whose settings are read from the file itself.
 inline constexpr double defaultFoundationVersionNumber = 1047.25;
 
-// Whether a file of that name may be read as settings.
+// Whether a file of that name can hold settings.
 bool mayHoldPropertyList(std::string_view name);
 
-// The platform's preferences directories stand for the folder; no path through them leaves it.
-// Other paths are read as they are. What is there but cannot be read is said in the log, once until
-// it changes.
+// Maps the preferences directories of the platform to the folder; such a path cannot leave it.
+// Other paths are used unchanged. Logs a file that exists but cannot be read, once until it
+// changes.
 class PreferencesFolder final : public platform::Preferences {
 public:
     // The log must outlive this. The folder need not exist.
@@ -29,15 +31,15 @@ public:
     const std::string& folder() const { return m_folder; }
     void setFolder(std::string folder) { m_folder = std::move(folder); }
 
-    // The identifiers of the calendars that the desktop's calendar application has switched off;
-    // asked each time. Null: none are.
+    // `deselected` returns the identifiers of the calendars that are hidden in the desktop's
+    // calendar application. It is called on each use. Null: no calendar is hidden.
     void setDeselectedCalendars(std::function<std::vector<std::string>()> deselected) {
         m_deselectedCalendars = std::move(deselected);
     }
 
     double foundationVersionNumber() const override { return m_foundationVersionNumber; }
-    // The stock calendar application's file, where the user has none, is what the desktop's
-    // calendar application has switched off.
+    // If the user has no file of the stock calendar application, its content is derived from the
+    // calendars that are hidden in the desktop's calendar application.
     std::optional<platform::PropertyListDictionary>
     dictionaryWithContentsOfFile(std::string_view path) override;
     std::optional<platform::PropertyListArray>
@@ -47,19 +49,21 @@ public:
     copyMultiple(const std::vector<std::string>& keys, std::string_view domain) override;
 
 private:
+    // Absent if there is no such file. Logs an error.
     template <class Kind>
-    std::optional<Kind> readAs(const std::string& path, const char* kind, bool& missing);
+    Result<std::optional<Kind>> readAs(const std::string& path, const char* kind);
+    template <class Kind>
+    Result<std::optional<Kind>> failure(const std::string& path, Error error);
     std::optional<platform::PropertyListDictionary> domainDictionary(std::string_view domain);
     std::optional<std::string> localPath(std::string_view path) const;
     std::optional<std::string> pathInFolder(std::string_view name) const;
     platform::PropertyListDictionary stockCalendarPreferences() const;
-    void report(const std::string& path, const std::string& problem);
 
     std::string m_folder;
     double m_foundationVersionNumber;
     platform::SystemLog& m_log;
     std::function<std::vector<std::string>()> m_deselectedCalendars;
-    std::map<std::string, std::string> m_reported; // problem by path
+    std::map<std::string, std::string> m_logged; // the last error by path
 };
 
 } // namespace quorvel::freedesktop

@@ -1,4 +1,4 @@
-// How much of a property list is read. Files come from strangers; settings are small.
+// Limits for property lists: real settings are small, and a file may come from anyone.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@ struct PropertyListBudget {
     static constexpr std::size_t fileBytes = std::size_t{16} << 20U;
     static constexpr std::size_t objects = 200'000;
     static constexpr std::size_t depth = 128;
-    // Of all texts and data together, those that are shared counted each time.
+    // All texts and data together. Shared ones count each time.
     static constexpr std::size_t contentBytes = std::size_t{32} << 20U;
 };
 

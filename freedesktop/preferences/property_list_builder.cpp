@@ -49,7 +49,7 @@ PropertyListValue emptyValue(Element element) {
     return {PropertyListDictionary()};
 }
 
-// What stands between <true> and </true> means nothing.
+// Ignores the text between <true> and </true>.
 std::optional<PropertyListValue> valueOfLeaf(Element element, std::string text) {
     switch (element) {
     case Element::integer:
@@ -70,6 +70,13 @@ std::optional<PropertyListValue> valueOfLeaf(Element element, std::string text) 
 }
 
 } // namespace
+
+Result<PropertyListValue> PropertyListBuilder::takeResult() {
+    if (!m_problem.empty()) {
+        return Error{std::move(m_problem), {}, {}};
+    }
+    return std::move(m_root);
+}
 
 void PropertyListBuilder::fail(const char* problem) {
     m_problem = problem;

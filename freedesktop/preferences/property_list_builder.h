@@ -1,4 +1,4 @@
-// A property list put together from the elements of its XML.
+// Builds a property list from the elements of its XML.
 #pragma once
 
 #include <cstddef>
@@ -7,15 +7,16 @@
 #include <string_view>
 #include <vector>
 
+#include "base/result.h"
 #include "platform/property_list.h"
 
 namespace quorvel::freedesktop {
 
-// Takes the elements and texts in their order; each end belongs to the last element that is open.
-// The budgets are kept. After a problem, or after the root's end, all else is ignored.
+// Expects the elements and texts in document order; each end closes the innermost open element. The
+// PropertyListBudget is enforced. Everything after an error or the end of the root is ignored.
 class PropertyListBuilder {
 public:
-    // The kinds of elements; the values of `yes` and `no` are <true/> and <false/>.
+    // `yes` and `no` are <true/> and <false/>.
     enum class Element {
         plist,
         dictionary,
@@ -34,18 +35,16 @@ public:
     void text(std::string_view characters); // UTF-8
     void end();
 
-    // The root has ended, or there is a problem.
+    // The root has ended, or there was an error.
     bool isDone() const { return m_isDone; }
-    // Empty: none.
-    const std::string& problem() const { return m_problem; }
-    // To be called once, when the list has ended and there is no problem.
-    platform::PropertyListValue takeValue() { return std::move(m_root); }
+    // Call it once, when the builder is done.
+    Result<platform::PropertyListValue> takeResult();
 
 private:
     struct OpenElement {
         Element element = Element::plist;
-        platform::PropertyListValue value; // of a container
-        std::optional<std::string> key;    // of a dictionary: the next object belongs to it
+        platform::PropertyListValue value; // only of a container
+        std::optional<std::string> key;    // only of a dictionary: the key of the next object
     };
 
     void fail(const char* problem);
@@ -58,12 +57,12 @@ private:
     void add(std::optional<platform::PropertyListValue> value);
 
     std::vector<OpenElement> m_open;
-    std::string m_text; // of the leaf that is open
+    std::string m_text; // of the open leaf
     platform::PropertyListValue m_root;
     std::size_t m_objects = 0;
     std::size_t m_contentBytes = 0;
     bool m_isDone = false;
-    std::string m_problem;
+    std::string m_problem; // empty: none
 };
 
 } // namespace quorvel::freedesktop

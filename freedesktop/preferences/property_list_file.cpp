@@ -9,11 +9,12 @@
 
 #include <plist/plist.h>
 
+#include "base/utf8.h"
 #include "freedesktop/io/regular_file.h"
 #include "freedesktop/preferences/binary_property_list_check.h"
 #include "freedesktop/preferences/old_property_list.h"
 #include "freedesktop/preferences/property_list_budget.h"
-#include "freedesktop/preferences/utf8_text.h"
+#include "freedesktop/preferences/text_encoding.h"
 #include "freedesktop/preferences/xml_property_list.h"
 
 namespace quorvel::freedesktop {
@@ -70,7 +71,7 @@ PropertyListValue unsignedValue(std::uint64_t number) {
     return {static_cast<std::int64_t>(number)};
 }
 
-// The library tells a negative integer from one that is as large as that only in its XML.
+// The library distinguishes a negative integer from a large unsigned one only in its XML.
 bool isNegative(plist_t node) {
     char* xml = nullptr;
     std::uint32_t length = 0;
@@ -156,37 +157,40 @@ PropertyListValue valueOf(plist_t node) {
     }
 }
 
-PropertyListReading failure(std::string problem) {
-    return {std::nullopt, std::move(problem), false};
+Error failure(std::string problem) {
+    return {std::move(problem), {}, {}};
 }
 
 // The bytes have been checked.
-PropertyListReading readCheckedBinary(std::span<const std::byte> bytes) {
+Result<PropertyListValue> parseCheckedBinary(std::span<const std::byte> bytes) {
     plist_t root = nullptr;
     plist_from_bin(reinterpret_cast<const char*>(bytes.data()),
                    static_cast<std::uint32_t>(bytes.size()), &root);
     const Node owned(root);
-    return owned ? PropertyListReading{valueOf(root), {}, false} : failure(damagedBinary);
+    if (!owned) {
+        return failure(damagedBinary);
+    }
+    return valueOf(root);
 }
 
-PropertyListReading readBinary(std::span<const std::byte> bytes) {
-    BinaryPropertyListCheck check = checkBinaryPropertyList(bytes);
-    if (!check.problem.empty()) {
-        return failure(std::move(check.problem));
+Result<PropertyListValue> parseBinary(std::span<const std::byte> bytes) {
+    const auto textsWithNul = checkBinaryPropertyList(bytes);
+    if (!textsWithNul) {
+        return textsWithNul.error();
     }
-    if (check.textsWithNul.empty()) {
-        return readCheckedBinary(bytes);
+    if (textsWithNul->empty()) {
+        return parseCheckedBinary(bytes);
     }
     std::vector<std::byte> changed(bytes.begin(), bytes.end());
-    replaceNuls(check.textsWithNul, changed);
-    check = checkBinaryPropertyList(changed);
-    const bool isGood = check.problem.empty() && check.textsWithNul.empty();
-    return isGood ? readCheckedBinary(changed) : failure(damagedBinary);
+    replaceNuls(*textsWithNul, changed);
+    const auto secondCheck = checkBinaryPropertyList(changed);
+    const bool isGood = secondCheck && secondCheck->empty();
+    return isGood ? parseCheckedBinary(changed) : failure(damagedBinary);
 }
 
 } // namespace
 
-PropertyListReading readPropertyList(std::span<const std::byte> bytes) {
+Result<PropertyListValue> parsePropertyList(std::span<const std::byte> bytes) {
     if (bytes.empty()) {
         return failure("it is empty");
     }
@@ -194,22 +198,30 @@ PropertyListReading readPropertyList(std::span<const std::byte> bytes) {
         return failure("it is too large");
     }
     if (looksLikeBinaryPropertyList(bytes)) {
-        return readBinary(bytes);
+        return parseBinary(bytes);
     }
     const std::string_view raw(reinterpret_cast<const char*>(bytes.data()), bytes.size());
     const std::string text = decodedText(raw);
     if (!looksLikeXml(text)) {
-        return readOldPropertyList(text);
+        return parseOldPropertyList(text);
     }
-    return readXmlPropertyList(text, showsItsEncoding(raw) ? std::string_view() : raw);
+    return parseXmlPropertyList(text, hasDetectableEncoding(raw) ? std::string_view() : raw);
 }
 
-PropertyListReading readPropertyListFile(const std::string& path) {
-    FileContents file = readRegularFile(path, PropertyListBudget::fileBytes);
-    if (!file.bytes) {
-        return {std::nullopt, std::move(file.problem), file.missing};
+Result<std::optional<PropertyListValue>> readPropertyListFile(const std::string& path) {
+    const auto file = readRegularFile(path, PropertyListBudget::fileBytes);
+    if (!file) {
+        return file.error();
     }
-    return readPropertyList(*file.bytes);
+    const std::optional<std::vector<std::byte>>& bytes = *file;
+    if (!bytes) {
+        return std::optional<PropertyListValue>();
+    }
+    auto value = parsePropertyList(*bytes);
+    if (!value) {
+        return value.error();
+    }
+    return std::optional(std::move(value).value());
 }
 
 } // namespace quorvel::freedesktop

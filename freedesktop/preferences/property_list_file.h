@@ -1,4 +1,4 @@
-// Property lists from bytes and files: binary, XML, and the old format of braces.
+// Parses property lists in the binary, the XML and the old text format.
 #pragma once
 
 #include <cstddef>
@@ -6,23 +6,20 @@
 #include <span>
 #include <string>
 
+#include "base/result.h"
 #include "platform/property_list.h"
 
 namespace quorvel::freedesktop {
 
-// Either a value or what is wrong with the file, in a few words ("the XML breaks off").
-struct PropertyListReading {
-    std::optional<platform::PropertyListValue> value;
-    std::string problem;
-    bool missing = false; // there is no such file
-};
+// The `what` of an error is a few words about the list, such as "the XML breaks off"; the other
+// parts are empty.
 
-// Time and memory are bounded, whatever the bytes are. White space alone is an empty dictionary. A
-// reference of a keyed archive is a dictionary with "CF$UID". What is no character in a text, and a
-// NUL in one of a binary list, is U+FFFD.
-PropertyListReading readPropertyList(std::span<const std::byte> bytes);
+// Time and memory are bounded for all input. White space alone is an empty dictionary. A reference
+// of a keyed archive becomes a dictionary with "CF$UID". Invalid characters in a text, and a NUL in
+// a text of a binary list, become U+FFFD.
+Result<platform::PropertyListValue> parsePropertyList(std::span<const std::byte> bytes);
 
-// Only a regular file is read. The path may lead anywhere.
-PropertyListReading readPropertyListFile(const std::string& path);
+// Absent if there is no file at the path. Reads only regular files.
+Result<std::optional<platform::PropertyListValue>> readPropertyListFile(const std::string& path);
 
 } // namespace quorvel::freedesktop

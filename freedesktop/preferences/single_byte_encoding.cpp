@@ -4,12 +4,14 @@
 #include <numeric>
 #include <string>
 
+#include "base/ascii_text.h"
+
 namespace quorvel::freedesktop {
 namespace {
 
 constexpr std::size_t asciiSize = 0x80;
 
-// Bytes 0x80 to 0x9F; the others are those of ISO-8859-1.
+// Bytes 0x80 to 0x9F. The others are as in ISO-8859-1.
 constexpr std::array<int, 32> windows1252Middle{
     0x20AC, -1,     0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, -1,     0x017D, -1,     -1,     0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
@@ -19,10 +21,10 @@ std::string plainName(std::string_view name) {
     std::string plain;
     for (const char c : name) {
         if (c != '-' && c != '_') {
-            plain += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+            plain += c;
         }
     }
-    return plain;
+    return asciiLowerCase(plain);
 }
 
 SingleByteEncoding latin1() {

@@ -1,4 +1,4 @@
-// Encodings of one byte a character, beside those that expat knows.
+// Encodings of one byte per character for expat, which knows only some itself.
 #pragma once
 
 #include <array>
@@ -7,11 +7,11 @@
 
 namespace quorvel::freedesktop {
 
-// Unicode's number for each byte, or -1 where the byte is no character.
+// The Unicode code point of each byte, or -1 for a byte that is not a character.
 using SingleByteEncoding = std::array<int, 256>;
 
-// windows-1252, and other names of ISO-8859-1 and US-ASCII. Names are compared without regard to
-// case, '-' and '_'. Absent: unknown.
+// Knows windows-1252 and alternative names of ISO-8859-1 and US-ASCII. Ignores case, '-' and '_'.
+// Absent: the name is unknown.
 std::optional<SingleByteEncoding> singleByteEncodingNamed(std::string_view name);
 
 bool isUtf8Name(std::string_view name);

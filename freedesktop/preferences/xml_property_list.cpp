@@ -8,11 +8,14 @@
 
 #include <expat.h>
 
+#include "base/ascii_text.h"
 #include "freedesktop/preferences/property_list_builder.h"
 #include "freedesktop/preferences/single_byte_encoding.h"
 
 namespace quorvel::freedesktop {
 namespace {
+
+using platform::PropertyListValue;
 
 constexpr const char* unknownEntity = "the XML has an unknown entity";
 
@@ -22,12 +25,7 @@ struct ParserDeleter {
 using ParserHandle = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter>;
 
 std::string_view withoutLeadingSpace(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
-    return text;
-}
-
-bool startsWith(std::string_view text, std::string_view start) {
-    return text.substr(0, start.size()) == start;
+    return trimmedStart(text, " \t\r\n");
 }
 
 std::size_t endOf(std::string_view text, std::size_t from, std::string_view mark) {
@@ -47,26 +45,26 @@ std::size_t endOfDeclaration(std::string_view text, std::size_t from) {
     return text.size();
 }
 
-// Where the next markup may start after that which starts at `from` with '<', and is no comment.
+// Where markup may start after the one at `from`, which is not a comment.
 std::size_t endOfMarkup(std::string_view text, std::size_t from) {
     const std::string_view rest = text.substr(from);
-    if (startsWith(rest, "<![CDATA[")) {
+    if (rest.starts_with("<![CDATA[")) {
         return endOf(text, from, "]]>");
     }
-    if (startsWith(rest, "<?")) {
+    if (rest.starts_with("<?")) {
         return endOf(text, from, "?>");
     }
-    return startsWith(rest, "<!") ? endOfDeclaration(text, from + 2) : from + 1;
+    return rest.starts_with("<!") ? endOfDeclaration(text, from + 2) : from + 1;
 }
 
-// XML forbids "--" within a comment, and expat refuses it. People write it all the same, and other
-// readers of property lists skip it: the dashes become blanks.
+// Replaces the dashes in comments by blanks: XML forbids "--" within a comment and expat refuses
+// it, but people write it and other parsers of property lists accept it.
 std::string withPlainComments(std::string_view text) {
     constexpr std::string_view comment = "<!--";
     std::string plain(text);
     std::size_t at = 0;
     while ((at = text.find('<', at)) != text.npos) {
-        if (!startsWith(text.substr(at), comment)) {
+        if (!text.substr(at).starts_with(comment)) {
             at = endOfMarkup(text, at);
             continue;
         }
@@ -78,8 +76,8 @@ std::string withPlainComments(std::string_view text) {
     return plain;
 }
 
-// Expat expands entities within attributes. One that holds no reference and is no longer than a
-// reference to it makes nothing grow and nothing nest.
+// Expat expands entities within attributes. An entity without references that is no longer than a
+// reference to it cannot make the text grow.
 bool isHarmlessEntity(std::string_view name, std::string_view value) {
     constexpr std::size_t punctuation = 2; // of a reference: & and ;
     return value.find('&') == value.npos && value.size() <= name.size() + punctuation;
@@ -136,9 +134,9 @@ public:
 
     explicit XmlPass(Encoding encoding);
 
-    PropertyListReading read(std::string_view text);
+    Result<PropertyListValue> parse(std::string_view text);
 
-    // A pass over UTF-8 stops where the declaration names something else.
+    // Stops if the XML declaration names an encoding other than UTF-8.
     void stopAtOtherEncoding() { m_stopsAtOtherEncoding = true; }
     bool namesOtherEncoding() const { return m_namesOtherEncoding; }
 
@@ -147,14 +145,14 @@ private:
     void setHandlers();
     void stopWhenDone();
     void fail(const char* problem);
-    void takeDeclaredEncoding(const char* encoding);
-    void takeEntity(std::string_view name, const char* value, int length);
+    void onDeclaredEncoding(const char* encoding);
+    void onEntity(std::string_view name, const char* value, int length);
     void countAttribute();
     const char* problemAfter(std::string_view text) const;
 
     ParserHandle m_parser;
     PropertyListBuilder m_builder;
-    const char* m_problem = nullptr; // beside the builder's
+    const char* m_problem = nullptr; // null: none but the builder's
     bool m_stopsAtOtherEncoding = false;
     bool m_namesOtherEncoding = false;
     int m_declaredAttributes = 0;
@@ -208,14 +206,14 @@ void XmlPass::setHandlers() {
                                         const XML_Char* value, int length, const XML_Char*,
                                         const XML_Char*, const XML_Char*, const XML_Char*) {
         if (isParameter == 0) {
-            self(pass).takeEntity(name, value, length);
+            self(pass).onEntity(name, value, length);
         }
     });
     XML_SetAttlistDeclHandler(parser,
                               [](void* pass, const XML_Char*, const XML_Char*, const XML_Char*,
                                  const XML_Char*, int) { self(pass).countAttribute(); });
     XML_SetXmlDeclHandler(parser, [](void* pass, const XML_Char*, const XML_Char* encoding, int) {
-        self(pass).takeDeclaredEncoding(encoding);
+        self(pass).onDeclaredEncoding(encoding);
     });
     XML_SetUnknownEncodingHandler(parser, fillEncoding, nullptr);
 }
@@ -231,21 +229,21 @@ void XmlPass::fail(const char* problem) {
     XML_StopParser(m_parser.get(), XML_FALSE);
 }
 
-void XmlPass::takeDeclaredEncoding(const char* encoding) {
+void XmlPass::onDeclaredEncoding(const char* encoding) {
     if (m_stopsAtOtherEncoding && encoding != nullptr && !isUtf8Name(encoding)) {
         m_namesOtherEncoding = true;
         XML_StopParser(m_parser.get(), XML_FALSE);
     }
 }
 
-// An entity without a value stands outside the file.
-void XmlPass::takeEntity(std::string_view name, const char* value, int length) {
+// An entity without a value is external.
+void XmlPass::onEntity(std::string_view name, const char* value, int length) {
     if (value != nullptr && !isHarmlessEntity(name, {value, static_cast<std::size_t>(length)})) {
         fail("the XML declares entities");
     }
 }
 
-// Expat compares each with all before it, and puts them into every element.
+// The time that expat takes is quadratic in the number of declared attributes.
 void XmlPass::countAttribute() {
     constexpr int mostDeclaredAttributes = 100;
     if (++m_declaredAttributes > mostDeclaredAttributes) {
@@ -267,19 +265,16 @@ const char* XmlPass::problemAfter(std::string_view text) const {
     return problemOfInvalidToken(text.substr(0, split), text.substr(split));
 }
 
-PropertyListReading XmlPass::read(std::string_view text) {
+Result<PropertyListValue> XmlPass::parse(std::string_view text) {
     if (!m_parser) {
-        return {std::nullopt, problemOfError(XML_ERROR_NO_MEMORY), false};
+        return Error{problemOfError(XML_ERROR_NO_MEMORY), {}, {}};
     }
     const XML_Status status =
         XML_Parse(m_parser.get(), text.data(), static_cast<int>(text.size()), XML_TRUE);
     if (m_builder.isDone() && m_problem == nullptr) {
-        return m_builder.problem().empty()
-                   ? PropertyListReading{m_builder.takeValue(), {}, false}
-                   : PropertyListReading{std::nullopt, m_builder.problem(), false};
+        return m_builder.takeResult();
     }
-    return {std::nullopt, status == XML_STATUS_OK ? "the XML holds no object" : problemAfter(text),
-            false};
+    return Error{status == XML_STATUS_OK ? "the XML holds no object" : problemAfter(text), {}, {}};
 }
 
 } // namespace
@@ -288,19 +283,20 @@ bool looksLikeXml(std::string_view text) {
     text = withoutLeadingSpace(text);
     constexpr std::array<std::string_view, 5> starts{"<?xml", "<!", "<plist", "<dict", "<array"};
     return std::any_of(starts.begin(), starts.end(),
-                       [&](std::string_view start) { return startsWith(text, start); });
+                       [&](std::string_view start) { return text.starts_with(start); });
 }
 
-PropertyListReading readXmlPropertyList(std::string_view text, std::string_view bytes) {
+Result<PropertyListValue> parseXmlPropertyList(std::string_view text, std::string_view bytes) {
     XmlPass pass(XmlPass::Encoding::utf8);
     if (!bytes.empty()) {
         pass.stopAtOtherEncoding();
     }
-    PropertyListReading reading = pass.read(withPlainComments(withoutLeadingSpace(text)));
+    auto value = pass.parse(withPlainComments(withoutLeadingSpace(text)));
     if (!pass.namesOtherEncoding()) {
-        return reading;
+        return value;
     }
-    return XmlPass(XmlPass::Encoding::declared).read(withPlainComments(withoutLeadingSpace(bytes)));
+    return XmlPass(XmlPass::Encoding::declared)
+        .parse(withPlainComments(withoutLeadingSpace(bytes)));
 }
 
 } // namespace quorvel::freedesktop

@@ -1,21 +1,23 @@
-// XML property lists, parsed by expat.
+// Parses XML property lists with expat.
 #pragma once
 
 #include <string_view>
 
-#include "freedesktop/preferences/property_list_file.h"
+#include "base/result.h"
+#include "platform/property_list.h"
 
 namespace quorvel::freedesktop {
 
 // `text` is UTF-8.
 bool looksLikeXml(std::string_view text);
 
-// `text` is the list as UTF-8. `bytes` is the list as it stands in the file: it is parsed instead
-// where its XML declaration names an encoding other than UTF-8. `bytes` is empty where a byte-order
-// mark has told the encoding, which then counts for more than the declaration.
+// `text` is the list as UTF-8. `bytes` are the original bytes of the file: they are parsed instead
+// if the XML declaration names an encoding other than UTF-8. `bytes` is empty if a byte-order mark
+// shows the encoding, because the mark overrides the declaration.
 //
-// What follows the root is ignored, and so are attributes, comments and a document type. Outside
-// entities are never read and declared ones never expanded: a reference to one is a problem.
-PropertyListReading readXmlPropertyList(std::string_view text, std::string_view bytes);
+// Ignores attributes, comments, a document type, and everything after the root. Never reads
+// external entities and never expands declared ones: a reference to an entity is an error.
+Result<platform::PropertyListValue> parseXmlPropertyList(std::string_view text,
+                                                         std::string_view bytes);
 
 } // namespace quorvel::freedesktop

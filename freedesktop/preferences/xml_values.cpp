@@ -9,6 +9,8 @@
 
 #include <locale.h>
 
+#include "base/ascii_text.h"
+
 namespace quorvel::freedesktop {
 namespace {
 
@@ -17,11 +19,6 @@ using platform::PropertyListData;
 using platform::PropertyListValue;
 
 constexpr std::string_view whiteSpace = " \t\r\n";
-
-std::string_view trimmed(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(whiteSpace), text.size()));
-    return text.substr(0, text.find_last_not_of(whiteSpace) + 1);
-}
 
 // The whole text is the number.
 std::optional<std::uint64_t> number(std::string_view digits, int base) {
@@ -38,7 +35,7 @@ bool isHexadecimal(std::string_view text) {
     return text.substr(0, 2) == "0x" || text.substr(0, 2) == "0X";
 }
 
-// So many digits, taken off the front.
+// Removes `count` digits from the front.
 std::optional<int> takeDigits(std::string_view& text, std::size_t count) {
     const auto value = text.size() < count ? std::nullopt : number(text.substr(0, count), 10);
     text.remove_prefix(std::min(count, text.size()));
@@ -67,7 +64,7 @@ std::optional<std::chrono::sys_days> takeDay(std::string_view& text) {
 }
 
 std::optional<std::chrono::seconds> takeTimeOfDay(std::string_view& text) {
-    constexpr int tooLarge = 99; // where there is no number
+    constexpr int tooLarge = 99; // stands for a missing number
     const int hour = takeDigits(text, 2).value_or(tooLarge);
     const int minute = take(text, ':') ? takeDigits(text, 2).value_or(tooLarge) : tooLarge;
     const int second = take(text, ':') ? takeDigits(text, 2).value_or(tooLarge) : tooLarge;
@@ -99,12 +96,12 @@ locale_t numbersWithPoint() {
 } // namespace
 
 std::optional<PropertyListValue> integerOfText(std::string_view text) {
-    text = trimmed(text);
+    text = trimmed(text, whiteSpace);
     const bool negative = take(text, '-');
     if (!negative) {
         take(text, '+');
     }
-    text = trimmed(text);
+    text = trimmed(text, whiteSpace);
     const bool hexadecimal = isHexadecimal(text);
     const auto magnitude = number(text.substr(hexadecimal ? 2 : 0), hexadecimal ? 16 : 10);
     constexpr std::uint64_t smallest = std::uint64_t{1} << 63U; // without its sign
@@ -118,7 +115,7 @@ std::optional<PropertyListValue> integerOfText(std::string_view text) {
 }
 
 std::optional<PropertyListValue> realOfText(std::string_view text) {
-    const std::string number(trimmed(text));
+    const std::string number(trimmed(text, whiteSpace));
     char* end = nullptr;
     const double value = strtod_l(number.c_str(), &end, numbersWithPoint());
     if (number.empty() || end != number.c_str() + number.size()) {
@@ -128,7 +125,7 @@ std::optional<PropertyListValue> realOfText(std::string_view text) {
 }
 
 std::optional<PropertyListValue> dateOfText(std::string_view text) {
-    text = trimmed(text);
+    text = trimmed(text, whiteSpace);
     const auto day = takeDay(text);
     const auto time = take(text, 'T') ? takeTimeOfDay(text) : std::nullopt;
     if (!day || !time || text != "Z") {
@@ -142,7 +139,7 @@ std::optional<PropertyListValue> dateOfText(std::string_view text) {
 PropertyListData dataOfText(std::string_view text) {
     PropertyListData bytes;
     unsigned bits = 0;
-    int count = 0; // of the bits that make no byte yet
+    int count = 0; // of bits that are not yet part of a byte
     for (const char c : text.substr(0, text.find('='))) {
         const auto digit = base64Digit(c);
         if (!digit) {

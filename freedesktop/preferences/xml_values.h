@@ -1,4 +1,4 @@
-// The values that stand as text in an XML property list.
+// Parses the values that an XML property list writes as text.
 #pragma once
 
 #include <optional>
@@ -8,19 +8,19 @@
 
 namespace quorvel::freedesktop {
 
-// White space around a number or a date is ignored. Absent: the text is no such value.
+// White space around a number or a date is ignored. Absent: the text is not such a value.
 
-// Decimal, or hexadecimal after "0x"; a sign may stand before. Within 64 bits: unsigned above the
+// Decimal, or hexadecimal after "0x", with an optional sign. 64 bits; unsigned only above the
 // signed range.
 std::optional<platform::PropertyListValue> integerOfText(std::string_view text);
 
-// As the C library reads it, with a decimal point in every locale; also "nan" and "inf".
+// In the format of strtod() in the "C" locale, "nan" and "inf" included.
 std::optional<platform::PropertyListValue> realOfText(std::string_view text);
 
 // "2026-03-10T09:00:00Z"
 std::optional<platform::PropertyListValue> dateOfText(std::string_view text);
 
-// Base64. What is not of its alphabet is ignored, and so is what follows the padding.
+// Base64. Ignores characters outside the alphabet and everything after the padding.
 platform::PropertyListData dataOfText(std::string_view text);
 
 } // namespace quorvel::freedesktop

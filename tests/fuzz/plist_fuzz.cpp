@@ -1,16 +1,17 @@
-// A property list from a stranger, in any of the forms, read as the program reads it.
+// Parses arbitrary bytes as a property list of any format.
 #include <cstdint>
 #include <string>
 #include <string_view>
 
+#include "base/utf8.h"
 #include "freedesktop/preferences/property_list_budget.h"
 #include "freedesktop/preferences/property_list_file.h"
-#include "freedesktop/preferences/utf8_text.h"
 #include "tests/fuzz/fuzzing.h"
 
 namespace {
 
 using namespace quorvel::freedesktop;
+using quorvel::wellFormedUtf8;
 using quorvel::fuzzing::processorTime;
 using quorvel::fuzzing::require;
 using quorvel::platform::PropertyListArray;
@@ -58,12 +59,11 @@ std::size_t check(const PropertyListValue& value, std::size_t depth) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::span bytes(reinterpret_cast<const std::byte*>(data), size);
     const double before = processorTime();
-    const PropertyListReading reading = readPropertyList(bytes);
-    require(reading.value.has_value() == reading.problem.empty(), "a value or a problem");
-    require(!reading.missing, "bytes are never missing");
-    if (reading.value) {
+    const auto list = parsePropertyList(bytes);
+    require(list || !list.error().what.empty(), "an error has a text");
+    if (list) {
         // A reference of a keyed archive is one object that becomes three.
-        require(check(*reading.value, 0) <= 3 * PropertyListBudget::objects,
+        require(check(*list, 0) <= 3 * PropertyListBudget::objects,
                 "the number of objects is bounded");
     }
     require(processorTime() - before < greatestMilliseconds, "an input is done in time");

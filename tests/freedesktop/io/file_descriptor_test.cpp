@@ -1,6 +1,6 @@
 #include "freedesktop/io/file_descriptor.h"
 
-#include <cerrno>
+#include <system_error>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -32,10 +32,10 @@ TEST(FileDescriptor, ANegativeNumberIsNotOpen) {
 TEST(FileDescriptor, ClosesOnceAndReportsTheError) {
     FileDescriptor file(::open("/dev/null", O_RDONLY | O_CLOEXEC));
     const int number = file.get();
-    EXPECT_EQ(file.close(), 0);
+    EXPECT_TRUE(file.close());
     EXPECT_FALSE(file.isOpen());
     EXPECT_FALSE(isOpenInTheProcess(number));
-    EXPECT_EQ(file.close(), EBADF);
+    EXPECT_EQ(file.close().error(), std::errc::bad_file_descriptor);
 }
 
 } // namespace

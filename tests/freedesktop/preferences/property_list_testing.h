@@ -12,29 +12,36 @@
 
 namespace quorvel::freedesktop {
 
-inline PropertyListReading read(std::string_view bytes) {
-    return readPropertyList(std::as_bytes(std::span(bytes.data(), bytes.size())));
+using ParsedList = Result<platform::PropertyListValue>;
+
+inline ParsedList parse(std::string_view bytes) {
+    return parsePropertyList(std::as_bytes(std::span(bytes.data(), bytes.size())));
 }
 
-inline PropertyListReading readXmlObject(std::string_view object) {
-    return read("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//X\" "
-                "\"http://example.org/x.dtd\">\n<plist version=\"1.0\">" +
-                std::string(object) + "</plist>\n");
+inline ParsedList parseXmlObject(std::string_view object) {
+    return parse("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE plist PUBLIC \"-//X\" "
+                 "\"http://example.org/x.dtd\">\n<plist version=\"1.0\">" +
+                 std::string(object) + "</plist>\n");
+}
+
+// Empty: none.
+inline std::string problemOf(const ParsedList& list) {
+    return list ? "" : message(list.error());
 }
 
 template <class Kind>
-Kind as(const PropertyListReading& reading) {
-    EXPECT_TRUE(reading.value) << reading.problem;
-    if (!reading.value || !std::holds_alternative<Kind>(reading.value->value)) {
+Kind as(const ParsedList& list) {
+    EXPECT_EQ(problemOf(list), "");
+    if (!list || !std::holds_alternative<Kind>(list->value)) {
         ADD_FAILURE() << "of another kind";
         return Kind();
     }
-    return std::get<Kind>(reading.value->value);
+    return std::get<Kind>(list->value);
 }
 
 template <class Kind>
-Kind entry(const PropertyListReading& reading, std::string_view key) {
-    const auto dictionary = as<platform::PropertyListDictionary>(reading);
+Kind entry(const ParsedList& list, std::string_view key) {
+    const auto dictionary = as<platform::PropertyListDictionary>(list);
     const auto found = dictionary.find(key);
     if (found == dictionary.end() || !std::holds_alternative<Kind>(found->second.value)) {
         ADD_FAILURE() << "no such entry: " << key;

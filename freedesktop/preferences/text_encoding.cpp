@@ -1,4 +1,4 @@
-#include "freedesktop/preferences/utf8_text.h"
+#include "freedesktop/preferences/text_encoding.h"
 
 #include <cstdint>
 
@@ -24,7 +24,7 @@ std::string fromUtf16(std::string_view bytes, bool bigEndian) {
             character = joinSurrogates(character, unitAt(i + 2));
             i += 2;
         }
-        appendUtf8(text, character);
+        appendCharacterOrReplacement(text, character);
     }
     return text;
 }
@@ -35,7 +35,7 @@ struct Encoding {
     std::size_t markSize = 0;
 };
 
-// An XML list may lack the mark that UTF-16 should have.
+// An XML list in UTF-16 may lack its byte-order mark.
 Encoding encodingOf(std::string_view bytes) {
     static constexpr std::string_view bigAngle("\0<", 2);
     static constexpr std::string_view littleAngle("<\0", 2);
@@ -54,22 +54,7 @@ Encoding encodingOf(std::string_view bytes) {
 
 } // namespace
 
-void appendUtf8(std::string& text, char32_t character) {
-    appendCharacter(text, isEncodable(character) ? character : replacementCharacter);
-}
-
-std::string wellFormedUtf8(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
-    while (!text.empty()) {
-        const DecodedCharacter next = decodeCharacter(text);
-        appendCharacter(result, next.character.value_or(replacementCharacter));
-        text.remove_prefix(next.length);
-    }
-    return result;
-}
-
-bool showsItsEncoding(std::string_view bytes) {
+bool hasDetectableEncoding(std::string_view bytes) {
     return encodingOf(bytes).kind != Encoding::none;
 }
 

@@ -1,0 +1,17 @@
+// The encoding of a property list's text.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace quorvel::freedesktop {
+
+// Whether the first bytes show the encoding: a byte-order mark, or the '<' of an XML list in
+// UTF-16.
+bool hasDetectableEncoding(std::string_view bytes);
+
+// The text as UTF-8, without a byte-order mark. Bytes without a detectable encoding are taken for
+// UTF-8. Invalid bytes and characters become U+FFFD.
+std::string decodedText(std::string_view bytes);
+
+} // namespace quorvel::freedesktop
