@@ -8,11 +8,8 @@
 
 #include "app/help.h"
 #include "shells/headless/script.h"
-#include "shells/headless/usage_error.h"
 
 namespace quorvel::app {
-
-using headless::UsageError;
 
 namespace {
 
@@ -21,15 +18,17 @@ constexpr double greatestWidth = 100000;
 constexpr double greatestScale = 64;
 constexpr double longestWait = 600; // seconds
 
-struct RawNumbers {
+// As written on the command line.
+struct NumberTexts {
     std::string width;
     std::string calendarWait;
     std::string scale;
     std::string foundationVersion;
 };
 
-// Every option is known before and after the command; a later check decides which commands take it.
-void declareOptions(CLI::App& app, CommandLine& line, RawNumbers& numbers, std::string& command) {
+// The library accepts every option with every command; checkOptionsOfCommand() then refuses those
+// that the command does not take.
+void declareOptions(CLI::App& app, CommandLine& line, NumberTexts& numbers, std::string& command) {
     const auto addValue = [&app](const std::string& names, auto& value) {
         app.add_option(names, value)->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     };
@@ -64,119 +63,159 @@ void declareOptions(CLI::App& app, CommandLine& line, RawNumbers& numbers, std::
     addList("--do", line.steps);
 }
 
-[[noreturn]] void throwUsage(const std::string& what) {
-    throw UsageError(what + ": see 'quorvel --help'");
+Error usageError(const std::string& what) {
+    return {what, {}, "see 'quorvel --help'"};
 }
 
-// The library's messages name the option somewhere, behind its two dashes.
-[[noreturn]] void throwParseError(const CLI::ParseError& error) {
+// The library's messages contain the option's name with its two dashes.
+Error parseError(const CLI::ParseError& error) {
     const std::string message = error.what();
     const std::size_t start = message.find('-');
     if (start == std::string::npos) {
-        throwUsage(message.substr(0, message.find('\n')));
+        return usageError(message.substr(0, message.find('\n')));
     }
     const std::size_t end = message.find_first_of(": =", start);
     const std::string name = message.substr(start, end - start);
     if (message.find("required") != std::string::npos) {
-        throwUsage("the option " + name + " needs a value");
+        return usageError("the option " + name + " needs a value");
     }
-    throwUsage("the option " + name + " takes no such value");
+    return usageError("the option " + name + " takes no such value");
 }
 
-void parseArguments(CLI::App& app, int argc, const char* const* argv) {
+Result<void> parseArguments(CLI::App& app, int argc, const char* const* argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        throwParseError(error);
+        return parseError(error);
     }
     for (const std::string& extra : app.remaining()) {
         if (extra.starts_with('-')) {
-            throwUsage("unknown option '" + extra + "'");
+            return usageError("unknown option '" + extra + "'");
         }
-        throwUsage("'" + extra + "' is one argument too many");
+        return usageError("'" + extra + "' is one argument too many");
     }
+    return {};
 }
 
-Command commandNamed(const std::string& name) {
+Result<Command> commandNamed(const std::string& name) {
     for (const Command command : {Command::agenda, Command::snapshot, Command::calendars,
                                   Command::inspect, Command::show}) {
         if (commandName(command) == name) {
             return command;
         }
     }
-    throwUsage("unknown command '" + name + "'");
+    return usageError("unknown command '" + name + "'");
 }
 
-void checkOptionsOfCommand(const CLI::App& app, Command command) {
+Result<void> checkOptionsOfCommand(const CLI::App& app, Command command) {
     for (const CLI::Option* option : app.get_options()) {
         const std::string name = option->get_name();
         if (option->count() > 0 && !commandTakesOption(command, name)) {
-            throw UsageError("the option " + name + " is not one of " +
-                             std::string(commandName(command)) + ": see 'quorvel " +
-                             std::string(commandName(command)) + " --help'");
+            const std::string commandText(commandName(command));
+            return Error{"the option " + name + " is not one of " + commandText,
+                         {},
+                         "see 'quorvel " + commandText + " --help'"};
         }
     }
+    return {};
 }
 
-double parsePositiveNumber(const std::string& text, std::string_view what, double greatest) {
-    const double number = headless::parseNumber(text, what);
-    if (number <= 0 || number > greatest) {
-        throw UsageError(std::string(what) + " cannot be '" + text +
-                         "': give a number above 0 and up to " +
-                         std::to_string(static_cast<long>(greatest)));
+Result<double> parsePositiveNumber(const std::string& text, std::string_view what,
+                                   double greatest) {
+    const Result<double> number = headless::parseNumber(text, what);
+    if (number && (*number <= 0 || *number > greatest)) {
+        return Error{std::string(what) + " cannot be '" + text + "'",
+                     {},
+                     "give a number above 0 and up to " +
+                         std::to_string(static_cast<long>(greatest))};
     }
     return number;
 }
 
-// Of the first presentation, and behind a comma of those that follow.
-void readCalendarWaits(const std::string& text, CommandLine& line) {
-    constexpr std::string_view what = "the wait for calendars";
-    const std::size_t comma = text.find(',');
-    line.calendarWait = parsePositiveNumber(text.substr(0, comma), what, longestWait);
-    if (comma != std::string::npos) {
-        line.laterCalendarWait = parsePositiveNumber(text.substr(comma + 1), what, longestWait);
+// Stores the number where there is one.
+Result<void> storeNumber(const Result<double>& number, std::optional<double>& target) {
+    if (!number) {
+        return number.error();
     }
+    target = *number;
+    return {};
 }
 
-void readNumbers(const CLI::App& app, const RawNumbers& numbers, CommandLine& line) {
+// For the first presentation and, after a comma, for the later ones.
+Result<void> parseCalendarWaits(const std::string& text, CommandLine& line) {
+    constexpr std::string_view what = "the wait for calendars";
+    const std::size_t comma = text.find(',');
+    const Result<void> first = storeNumber(
+        parsePositiveNumber(text.substr(0, comma), what, longestWait), line.calendarWait);
+    if (!first || comma == std::string::npos) {
+        return first;
+    }
+    return storeNumber(parsePositiveNumber(text.substr(comma + 1), what, longestWait),
+                       line.laterCalendarWait);
+}
+
+Result<void> parseNumbers(const CLI::App& app, const NumberTexts& texts, CommandLine& line) {
+    Result<void> result;
     if (app.count("--width") > 0) {
-        line.width = parsePositiveNumber(numbers.width, "the width", greatestWidth);
+        result =
+            storeNumber(parsePositiveNumber(texts.width, "the width", greatestWidth), line.width);
     }
-    if (app.count("--calendar-wait") > 0) {
-        readCalendarWaits(numbers.calendarWait, line);
+    if (result && app.count("--calendar-wait") > 0) {
+        result = parseCalendarWaits(texts.calendarWait, line);
     }
-    if (app.count("--scale") > 0) {
-        line.scale = parsePositiveNumber(numbers.scale, "the scale", greatestScale);
+    if (result && app.count("--scale") > 0) {
+        result =
+            storeNumber(parsePositiveNumber(texts.scale, "the scale", greatestScale), line.scale);
     }
-    if (app.count("--foundation-version") > 0) {
-        line.foundationVersion =
-            headless::parseNumber(numbers.foundationVersion, "the Foundation version");
+    if (result && app.count("--foundation-version") > 0) {
+        result =
+            storeNumber(headless::parseNumber(texts.foundationVersion, "the Foundation version"),
+                        line.foundationVersion);
     }
+    return result;
+}
+
+// What can only be checked once the command is known.
+Result<void> checkCommand(const CLI::App& app, const NumberTexts& numbers, CommandLine& line) {
+    if (!line.hasCommand) {
+        return usageError("no command");
+    }
+    if (const Result<void> checked = checkOptionsOfCommand(app, line.command); !checked) {
+        return checked;
+    }
+    if (const Result<void> parsed = parseNumbers(app, numbers, line); !parsed) {
+        return parsed;
+    }
+    if (line.command == Command::snapshot && line.output.empty()) {
+        return Error{"no file to draw to", {}, "name one with -o, ending in .png, .svg or .pdf"};
+    }
+    return {};
 }
 
 } // namespace
 
-CommandLine parseCommandLine(int argc, const char* const* argv) {
+Result<CommandLine> parseCommandLine(int argc, const char* const* argv) {
     CommandLine line;
-    RawNumbers numbers;
+    NumberTexts numbers;
     std::string command;
     CLI::App app;
     declareOptions(app, line, numbers, command);
-    parseArguments(app, argc, argv);
+    if (const Result<void> parsed = parseArguments(app, argc, argv); !parsed) {
+        return parsed.error();
+    }
     line.hasCommand = app.count("command") > 0;
     if (line.hasCommand) {
-        line.command = commandNamed(command);
+        const Result<Command> named = commandNamed(command);
+        if (!named) {
+            return named.error();
+        }
+        line.command = *named;
     }
     if (line.wantsHelp || line.wantsVersion) {
         return line;
     }
-    if (!line.hasCommand) {
-        throwUsage("no command");
-    }
-    checkOptionsOfCommand(app, line.command);
-    readNumbers(app, numbers, line);
-    if (line.command == Command::snapshot && line.output.empty()) {
-        throw UsageError("no file to draw to: name one with -o, ending in .png, .svg or .pdf");
+    if (const Result<void> checked = checkCommand(app, numbers, line); !checked) {
+        return checked.error();
     }
     return line;
 }

@@ -1,9 +1,11 @@
-// What the user wrote on the command line, as plain values.
+// The command line as plain values.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "base/result.h"
 
 namespace quorvel::app {
 
@@ -11,13 +13,13 @@ enum class Command { agenda, snapshot, calendars, inspect, show };
 
 struct CommandLine {
     Command command = Command::agenda;
-    bool wantsHelp = false;    // of the command, or of the program where there is no command
-    bool wantsVersion = false; // nothing else counts then
+    bool wantsHelp = false;    // about the command, or about the program where there is no command
+    bool wantsVersion = false; // then all other members are ignored
     bool hasCommand = false;
 
     std::vector<std::string> calendars;
-    std::optional<double> calendarWait;      // seconds, of the first presentation
-    std::optional<double> laterCalendarWait; // of the others
+    std::optional<double> calendarWait;      // seconds, for the first presentation
+    std::optional<double> laterCalendarWait; // seconds, for each later one
     std::optional<std::string> preferences;
     bool sample = false;
     std::string controller;      // empty: the bundle's principal class
@@ -40,7 +42,7 @@ struct CommandLine {
     std::vector<std::string> steps;        // inspect
 };
 
-// Options may precede and follow the command. Throws headless::UsageError.
-CommandLine parseCommandLine(int argc, const char* const* argv);
+// Options may precede and follow the command. An error is wrong usage.
+Result<CommandLine> parseCommandLine(int argc, const char* const* argv);
 
 } // namespace quorvel::app

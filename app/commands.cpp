@@ -3,9 +3,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <exception>
-#include <memory>
 #include <new>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -13,160 +11,185 @@
 #include "app/command_line.h"
 #include "app/help.h"
 #include "app/messages.h"
+#include "app/program_bundle.h"
 #include "app/program_setup.h"
-#include "freedesktop/bundle/loaded_bundle.h"
 #include "freedesktop/freedesktop_platform.h"
 #include "freedesktop/graphics/snapshot.h"
 #include "shells/headless/agenda.h"
 #include "shells/headless/calendar_list.h"
 #include "shells/headless/inspect.h"
 #include "shells/headless/snapshot.h"
-#include "shells/headless/usage_error.h"
 #include "shells/headless/widget_session.h"
 
 namespace quorvel::app {
 
 using freedesktop::CalendarSource;
 using freedesktop::FreedesktopPlatform;
-using freedesktop::LoadedBundle;
-using headless::UsageError;
 using headless::WidgetSession;
 using platform::NSDate;
 
 namespace {
 
-constexpr int exitFailure = 1;
-constexpr int exitUsage = 2;
-
 constexpr double standardWidth = 320; // points
 
-// Everything that a command needs, made and checked before it does anything.
-class Program {
-public:
-    explicit Program(const CommandLine& line)
-        : m_line(line)
-        , m_setup(setUp(line))
-        , m_platform(m_setup.platform)
-        , m_bundle(m_platform.loadBundle(m_setup.bundle))
-        , m_session(*m_bundle, line.controller, m_platform.platform()) {}
+CommandResult<void> printOutput(const std::string& text) {
+    if (const Result<void> printed = print(text); !printed) {
+        return operationFailure(printed.error());
+    }
+    return {};
+}
 
-    int run() {
+class PlatformSurroundings final : public headless::Surroundings {
+public:
+    explicit PlatformSurroundings(FreedesktopPlatform& platform)
+        : m_platform(platform) {}
+    void setPreferencesFolder(const std::string& folder) override {
+        m_platform.setPreferencesFolder(folder);
+    }
+    void setCalendars(const std::string& source) override {
+        m_platform.setCalendars({CalendarSource::at(source)});
+    }
+    void setNow(NSDate date) override { m_platform.setNow(date); }
+
+private:
+    FreedesktopPlatform& m_platform;
+};
+
+// A command that needs no display, on a widget that has been created for it.
+class HeadlessCommand {
+public:
+    // The arguments outlive the command.
+    HeadlessCommand(const CommandLine& line, const ProgramSetup& setup,
+                    FreedesktopPlatform& platform, const ProgramBundle& bundle)
+        : m_line(line)
+        , m_setup(setup)
+        , m_platform(platform)
+        , m_session(*bundle.bundle, bundle.controllerName, platform.platform()) {}
+
+    CommandResult<void> run() {
         switch (m_line.command) {
         case Command::agenda:
-            return agenda();
+            return printAgenda();
         case Command::snapshot:
-            return snapshot();
+            return writeSnapshot();
         case Command::calendars:
-            return calendars();
+            return printCalendars();
         case Command::inspect:
             return inspect();
         case Command::show:
             break;
         }
-        return exitFailure;
+        return operationFailure({"the command needs a window", {}, {}});
     }
 
 private:
     double width() const { return m_line.width.value_or(standardWidth); }
 
-    // An empty list is "nothing planned" only where there was something to read.
-    int statusOfCalendars() const {
+    // An empty list means "nothing planned" only where there was a calendar to read.
+    CommandResult<void> checkCalendars() const {
         if (m_platform.hasReadableCalendars()) {
-            return EXIT_SUCCESS;
+            return {};
         }
-        complain(m_line.calendars.empty()
-                     ? "there are no calendars: name them with --calendars, or try --sample"
-                     : "not one calendar could be read: name others with --calendars");
-        return exitFailure;
+        if (m_line.calendars.empty()) {
+            return operationFailure(
+                {"there are no calendars", {}, "name them with --calendars, or try --sample"});
+        }
+        return operationFailure(
+            {"not one calendar could be read", {}, "name others with --calendars"});
     }
 
-    int agenda() {
+    CommandResult<void> printWithCalendarCheck(const std::string& text) const {
+        const CommandResult<void> printed = printOutput(text);
+        return printed ? checkCalendars() : printed;
+    }
+
+    CommandResult<void> printAgenda() {
         const headless::Agenda agenda = headless::readAgenda(m_session, width());
-        print(m_line.json ? headless::agendaDocument(agenda, *m_setup.platform.timeZone)
-                          : headless::agendaText(agenda));
-        return statusOfCalendars();
+        return printWithCalendarCheck(m_line.json
+                                          ? headless::agendaDocument(agenda, *m_platform.timeZone())
+                                          : headless::agendaText(agenda));
     }
 
-    int snapshot() {
+    CommandResult<void> writeSnapshot() {
         headless::WidgetPicture picture = headless::pictureOfWidget(m_session, width());
         const freedesktop::Snapshot snapshot{picture.size, m_line.scale.value_or(1),
                                              m_setup.backdrop, std::move(picture.paint)};
-        if (const auto failure =
+        if (const auto problem =
                 freedesktop::writeSnapshot(m_line.output, snapshot, m_platform.textLines())) {
-            throw std::runtime_error(*failure + ": name another file with -o, or draw less");
+            return operationFailure({*problem, {}, "name another file with -o, or draw less"});
         }
-        return statusOfCalendars();
+        return checkCalendars();
     }
 
-    int calendars() {
+    CommandResult<void> printCalendars() {
         const auto calendars = headless::readCalendars(m_session);
-        print(m_line.json ? headless::calendarsDocument(calendars)
-                          : headless::calendarsText(calendars, [this](std::string_view identifier) {
-                                return m_platform.storeOfCalendar(identifier);
-                            }));
-        return statusOfCalendars();
+        const auto storeOf = [this](std::string_view identifier) {
+            return m_platform.storeOfCalendar(identifier);
+        };
+        return printWithCalendarCheck(m_line.json ? headless::calendarsDocument(calendars)
+                                                  : headless::calendarsText(calendars, storeOf));
     }
 
-    int inspect() {
-        class Changes : public headless::Surroundings {
-        public:
-            explicit Changes(FreedesktopPlatform& platform)
-                : m_platform(platform) {}
-            void setPreferencesFolder(const std::string& folder) override {
-                m_platform.setPreferencesFolder(folder);
-            }
-            void setCalendars(const std::string& source) override {
-                m_platform.setCalendars({CalendarSource::at(source)});
-            }
-            void setNow(NSDate date) override { m_platform.setNow(date); }
-
-        private:
-            FreedesktopPlatform& m_platform;
-        };
-        Changes changes(m_platform);
-        print(headless::inspectDocument(m_session, changes, m_setup.steps, m_line.width));
-        return EXIT_SUCCESS;
+    CommandResult<void> inspect() {
+        PlatformSurroundings surroundings(m_platform);
+        const Result<std::string> document =
+            headless::inspectDocument(m_session, surroundings, m_setup.steps, m_line.width);
+        return document ? printOutput(*document)
+                        : CommandResult<void>(usageFailure(document.error()));
     }
 
     const CommandLine& m_line;
-    ProgramSetup m_setup;
-    FreedesktopPlatform m_platform;
-    std::shared_ptr<const LoadedBundle> m_bundle;
+    const ProgramSetup& m_setup;
+    FreedesktopPlatform& m_platform;
     WidgetSession m_session;
 };
 
-int runCommand(int argc, const char* const* argv, const ShowCommand& show) {
-    const CommandLine line = parseCommandLine(argc, argv);
-    if (line.wantsHelp) {
-        print(line.hasCommand ? commandHelp(line.command) : programHelp());
-        return EXIT_SUCCESS;
+CommandResult<void> runHeadlessCommand(const CommandLine& line) {
+    const CommandResult<ProgramSetup> setup = makeProgramSetup(line);
+    if (!setup) {
+        return setup.error();
     }
-    if (line.wantsVersion) {
-        print(versionText());
-        return EXIT_SUCCESS;
+    FreedesktopPlatform platform(setup->platform);
+    const CommandResult<ProgramBundle> bundle =
+        loadProgramBundle(platform, setup->bundleFolder, line.controller);
+    if (!bundle) {
+        return bundle.error();
     }
-    return line.command == Command::show ? show(line) : Program(line).run();
+    return HeadlessCommand(line, *setup, platform, *bundle).run();
+}
+
+CommandResult<void> runCommand(int argc, const char* const* argv, const ShowCommand& show) {
+    const Result<CommandLine> line = parseCommandLine(argc, argv);
+    if (!line) {
+        return usageFailure(line.error());
+    }
+    if (line->wantsHelp) {
+        return printOutput(line->hasCommand ? commandHelp(line->command) : programHelp());
+    }
+    if (line->wantsVersion) {
+        return printOutput(versionText());
+    }
+    return line->command == Command::show ? show(*line) : runHeadlessCommand(*line);
 }
 
 } // namespace
 
 int runProgram(int argc, const char* const* argv, const ShowCommand& show) {
-    // A reader that goes away is an error of the write, not the end of the process.
+    // A write to a pipe whose reader has gone then fails instead of ending the process.
     std::signal(SIGPIPE, SIG_IGN);
     try {
-        return runCommand(argc, argv, show);
-    } catch (const UsageError& error) {
-        complain(error.what());
-        return exitUsage;
-    } catch (const freedesktop::UnknownClassError& error) {
-        complain(error.what());
-        return exitUsage;
+        const CommandResult<void> result = runCommand(argc, argv, show);
+        if (result) {
+            return EXIT_SUCCESS;
+        }
+        printError(result.error().error);
+        return result.error().exitStatus;
     } catch (const std::bad_alloc&) {
-        complain("there is not enough memory: ask for fewer events or a smaller picture");
+        printError({"there is not enough memory", {}, "ask for fewer events or a smaller picture"});
     } catch (const std::exception& error) {
-        complain(error.what());
+        printError({error.what(), {}, {}});
     }
-    return exitFailure;
+    return EXIT_FAILURE;
 }
 
 } // namespace quorvel::app

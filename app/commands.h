@@ -1,17 +1,19 @@
-// The commands: what each reads, prints and writes, and how it ends.
+// The commands: the input, the output and the exit status of each.
 #pragma once
 
 #include <functional>
+
+#include "app/failure.h"
 
 namespace quorvel::app {
 
 struct CommandLine;
 
-// What the command `show` is to the program that was started; returns the exit status.
-using ShowCommand = std::function<int(const CommandLine& line)>;
+// Runs the command `show`, which needs a toolkit; each program has its own way to do that.
+using ShowCommand = std::function<CommandResult<void>(const CommandLine& line)>;
 
-// The program's exit status: 0, 1 for what cannot be read or written, 2 for wrong usage. Nothing is
-// thrown.
+// Returns the exit status: 0, 1 where something cannot be read or written, 2 for wrong usage.
+// Throws nothing.
 int runProgram(int argc, const char* const* argv, const ShowCommand& show);
 
 } // namespace quorvel::app

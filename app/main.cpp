@@ -1,11 +1,12 @@
-// The command: one widget, driven from a terminal.
+// The command `quorvel`.
 #include "app/commands.h"
 #include "app/window_start.h"
 #include "freedesktop/log/library_messages.h"
 
 int main(int argc, char** argv) {
+    using namespace quorvel::app;
     quorvel::freedesktop::keepLibraryMessagesOnOneLine();
-    return quorvel::app::runProgram(argc, argv, [argv](const quorvel::app::CommandLine&) {
-        return quorvel::app::becomeWindowProgram(argv);
+    return runProgram(argc, argv, [argv](const CommandLine&) -> CommandResult<void> {
+        return replaceByWindowProgram(argv);
     });
 }

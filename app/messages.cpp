@@ -3,8 +3,6 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
-#include <optional>
-#include <stdexcept>
 #include <string>
 #include <unistd.h>
 
@@ -14,30 +12,32 @@ namespace quorvel::app {
 
 namespace {
 
-// Absent, or what went wrong.
-std::optional<std::string> writeAll(int descriptor, std::string_view text) {
+// The error is the system's text, such as "No space left on device".
+Result<void, std::string> writeAll(int descriptor, std::string_view text) {
     while (!text.empty()) {
         const ssize_t count = ::write(descriptor, text.data(), text.size());
         if (count < 0 && errno != EINTR) {
-            return std::strerror(errno);
+            return std::string(std::strerror(errno));
         }
         text.remove_prefix(count > 0 ? static_cast<std::size_t>(count) : 0);
     }
-    return std::nullopt;
+    return {};
 }
 
 } // namespace
 
-void print(std::string_view text) {
-    if (const auto failure = writeAll(STDOUT_FILENO, text)) {
-        throw std::runtime_error("the output cannot be written (" + *failure +
-                                 "): send it somewhere else");
+Result<void> print(std::string_view text) {
+    if (const auto written = writeAll(STDOUT_FILENO, text); !written) {
+        return Error{
+            "the output cannot be written (" + written.error() + ")", {}, "send it somewhere else"};
     }
+    return {};
 }
 
-// Nothing can be done where not even this gets through.
-void complain(std::string_view message) {
-    writeAll(STDERR_FILENO, "quorvel: " + freedesktop::terminalLine(message) + '\n');
+// A failure to write an error message cannot be reported anywhere.
+void printError(const Error& error) {
+    static_cast<void>(
+        writeAll(STDERR_FILENO, "quorvel: " + freedesktop::terminalLine(message(error)) + '\n'));
 }
 
 } // namespace quorvel::app

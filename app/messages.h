@@ -3,12 +3,15 @@
 
 #include <string_view>
 
+#include "base/result.h"
+
 namespace quorvel::app {
 
-// To standard output, whole. Throws std::runtime_error where it cannot be written.
-void print(std::string_view text);
+// Writes all of the text to standard output.
+Result<void> print(std::string_view text);
 
-// "quorvel: MESSAGE" on a line of standard error, harmless for a terminal.
-void complain(std::string_view message);
+// Writes "quorvel: MESSAGE" as one line to standard error, without characters that a terminal would
+// act upon.
+void printError(const Error& error);
 
 } // namespace quorvel::app

@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <stdexcept>
+#include <memory>
 #include <string_view>
 #include <utility>
 #include <variant>
 
 #include "app/messages.h"
 #include "app/sample.h"
+#include "base/ascii_text.h"
 #include "freedesktop/bundle/program_folders.h"
 #include "freedesktop/calendars/server/sources_service.h"
 #include "freedesktop/dates/clocks.h"
@@ -21,7 +22,6 @@
 #include "freedesktop/session/desktop_settings.h"
 #include "freedesktop/text/fonts.h"
 #include "shells/headless/color_text.h"
-#include "shells/headless/usage_error.h"
 
 namespace quorvel::app {
 
@@ -31,15 +31,14 @@ using freedesktop::FreedesktopOptions;
 using freedesktop::hostTimeZone;
 using freedesktop::namedTimeZone;
 using freedesktop::TimeZone;
-using headless::UsageError;
 using platform::NSDate;
 using platform::UIColor;
 
 namespace {
 
-// A notification centre lies on a darkened picture; this is its tone, near black and a little blue.
+// Near black and a little blue, as the darkened wallpaper behind a notification centre.
 constexpr UIColor standardBackdrop{0x17 / 255.0, 0x1A / 255.0, 0x21 / 255.0, 1};
-// What is behind a window shines through a little.
+// Slightly translucent.
 constexpr UIColor windowBackdrop{standardBackdrop.red, standardBackdrop.green,
                                  standardBackdrop.blue, 0.9};
 
@@ -53,64 +52,71 @@ void reportCalendarProblem(const CalendarProblem& problem) {
     if (problem.line > 0) {
         place += ':' + std::to_string(problem.line);
     }
-    complain(place + ": " + problem.what);
+    printError({problem.what, place, {}});
 }
 
-std::shared_ptr<const TimeZone> timeZoneOf(const CommandLine& line) {
+CommandResult<std::shared_ptr<const TimeZone>> timeZoneOf(const CommandLine& line) {
     if (!line.timeZone) {
         return hostTimeZone();
     }
     auto zone = namedTimeZone(*line.timeZone);
     if (!zone) {
-        throw UsageError("unknown time zone '" + *line.timeZone +
-                         "': give a name such as Europe/Berlin");
+        return usageFailure({"unknown time zone '" + *line.timeZone + "'",
+                             {},
+                             "give a name such as Europe/Berlin"});
     }
     return zone;
 }
 
-std::string localeOf(const CommandLine& line) {
+CommandResult<std::string> localeOf(const CommandLine& line) {
     if (!line.locale) {
         return freedesktop::defaultLocale(environmentValue("LC_ALL"), environmentValue("LC_TIME"),
                                           environmentValue("LANG"));
     }
     const std::optional<std::string> locale = freedesktop::canonicalLocale(*line.locale);
     if (!locale) {
-        throw UsageError("unknown locale '" + *line.locale + "': give one such as de_DE");
+        return usageFailure(
+            {"unknown locale '" + *line.locale + "'", {}, "give one such as de_DE"});
     }
     return *locale;
 }
 
-void checkFont(const CommandLine& line) {
+CommandResult<void> checkFont(const CommandLine& line) {
     if (line.font && !freedesktop::isFontInstalled(*line.font)) {
-        throw UsageError("there is no font '" + *line.font +
-                         "': 'fc-list : family' names those that are installed");
+        return usageFailure({"there is no font '" + *line.font + "'",
+                             {},
+                             "'fc-list : family' names those that are installed"});
     }
+    return {};
 }
 
-std::optional<NSDate> nowOf(const CommandLine& line, const TimeZone& zone) {
+// The value is absent where the command line has none.
+CommandResult<std::optional<NSDate>> nowOf(const CommandLine& line, const TimeZone& zone) {
     if (!line.now) {
-        return std::nullopt;
+        return std::optional<NSDate>();
     }
     const std::optional<NSDate> now = freedesktop::parseInstant(*line.now, zone);
     if (!now) {
-        throw UsageError("'" + *line.now + "' is no instant: write it like 2026-03-10T10:00:00Z");
+        return usageFailure(
+            {"'" + *line.now + "' is no instant", {}, "write it like 2026-03-10T10:00:00Z"});
     }
     return now;
 }
 
-CalendarSource checkedSource(const std::string& path) {
+CommandResult<CalendarSource> checkedSource(const std::string& path) {
     CalendarSource source = CalendarSource::at(path);
     const auto problem = freedesktop::isDataServer(source)
                              ? freedesktop::eds::problemWithDataServer()
                              : freedesktop::problemWithSource(source);
     if (problem) {
-        throw UsageError("the calendars '" + path + "' cannot be read (" + *problem +
-                         "): name a .ics file or a folder of them");
+        return usageFailure({"the calendars '" + path + "' cannot be read (" + *problem + ")",
+                             {},
+                             "name a .ics file or a folder of them"});
     }
     return source;
 }
 
-// What the user has; not all of it need be there.
+// Any of these may be missing.
 std::vector<CalendarSource> usualSources() {
     std::vector<CalendarSource> sources = freedesktop::defaultCalendarSources(
         environmentValue("XDG_DATA_HOME"), environmentValue("HOME"));
@@ -126,24 +132,43 @@ std::string sampleFolder(const std::string& dataFolder) {
     return dataFolder + "/sample";
 }
 
-std::vector<CalendarSource> calendarsOf(const CommandLine& line, const std::string& dataFolder,
-                                        NSDate now, const TimeZone& zone) {
+CommandResult<std::vector<CalendarSource>> namedSources(const std::vector<std::string>& paths) {
     std::vector<CalendarSource> sources;
-    for (const std::string& path : line.calendars) {
-        sources.push_back(checkedSource(path));
+    for (const std::string& path : paths) {
+        CommandResult<CalendarSource> source = checkedSource(path);
+        if (!source) {
+            return source.error();
+        }
+        sources.push_back(*std::move(source));
     }
-    if (!sources.empty()) {
-        return sources;
+    return sources;
+}
+
+CommandResult<std::vector<CalendarSource>> sampleSources(const std::string& dataFolder, NSDate now,
+                                                         const TimeZone& zone) {
+    Result<std::vector<SampleCalendar>> calendars =
+        readSampleCalendars(sampleFolder(dataFolder) + "/calendars", now, zone);
+    if (!calendars) {
+        return operationFailure(calendars.error());
     }
-    if (!line.sample) {
-        return usualSources();
-    }
-    for (SampleCalendar& calendar :
-         readSampleCalendars(sampleFolder(dataFolder) + "/calendars", now, zone)) {
+    std::vector<CalendarSource> sources;
+    for (SampleCalendar& calendar : *calendars) {
         sources.push_back(
             CalendarSource::inMemory(std::move(calendar.name), std::move(calendar.text)));
     }
     return sources;
+}
+
+CommandResult<std::vector<CalendarSource>> calendarsOf(const CommandLine& line,
+                                                       const std::string& dataFolder, NSDate now,
+                                                       const TimeZone& zone) {
+    if (!line.calendars.empty()) {
+        return namedSources(line.calendars);
+    }
+    if (line.sample) {
+        return sampleSources(dataFolder, now, zone);
+    }
+    return usualSources();
 }
 
 // An empty or relative value counts as unset, as everywhere on the desktop.
@@ -175,61 +200,81 @@ std::string preferencesFolderOf(const CommandLine& line, const std::string& data
     return userPreferencesFolder();
 }
 
-std::vector<std::shared_ptr<platform::SystemLog>> logsOf(const CommandLine& line) {
-    std::vector<std::shared_ptr<platform::SystemLog>> logs;
-    if (line.log) {
-        std::string reason;
-        auto log = freedesktop::FileLog::open(*line.log, reason);
-        if (!log) {
-            throw std::runtime_error("the log '" + *line.log + "' cannot be written (" + reason +
-                                     "): name another file with --log");
-        }
-        logs.push_back(std::move(log));
-    } else {
-        logs.push_back(std::make_shared<freedesktop::Syslog>());
+using Logs = std::vector<std::shared_ptr<platform::SystemLog>>;
+
+CommandResult<std::shared_ptr<platform::SystemLog>> mainLogOf(const CommandLine& line) {
+    if (!line.log) {
+        return std::shared_ptr<platform::SystemLog>(std::make_shared<freedesktop::Syslog>());
     }
+    std::string reason;
+    std::shared_ptr<platform::SystemLog> log = freedesktop::FileLog::open(*line.log, reason);
+    if (!log) {
+        return operationFailure({"the log '" + *line.log + "' cannot be written (" + reason + ")",
+                                 {},
+                                 "name another file with --log"});
+    }
+    return log;
+}
+
+CommandResult<Logs> logsOf(const CommandLine& line) {
+    const CommandResult<std::shared_ptr<platform::SystemLog>> mainLog = mainLogOf(line);
+    if (!mainLog) {
+        return mainLog.error();
+    }
+    Logs logs{*mainLog};
     if (line.verbose) {
         logs.push_back(std::make_shared<freedesktop::StandardErrorLog>());
     }
     return logs;
 }
 
-std::vector<headless::Step> stepsOf(const CommandLine& line, const TimeZone& zone) {
+CommandResult<std::vector<headless::Step>> stepsOf(const CommandLine& line, const TimeZone& zone) {
     std::vector<headless::Step> steps;
     for (const std::string& text : line.steps) {
-        steps.push_back(headless::parseStep(text, zone));
-        if (const auto* step = std::get_if<headless::CalendarsStep>(&steps.back().action)) {
-            checkedSource(step->source);
+        Result<headless::Step> step = headless::parseStep(text, zone);
+        if (!step) {
+            return usageFailure(step.error());
         }
+        if (const auto* calendars = std::get_if<headless::CalendarsStep>(&step->action)) {
+            const CommandResult<CalendarSource> source = checkedSource(calendars->source);
+            if (!source) {
+                return source.error();
+            }
+        }
+        steps.push_back(*std::move(step));
     }
     return steps;
 }
 
-// Absent: transparent.
-std::optional<UIColor> backdropOf(const CommandLine& line) {
+// The value is absent for a transparent backdrop.
+CommandResult<std::optional<UIColor>> backdropOf(const CommandLine& line) {
     if (!line.background) {
-        return line.command == Command::show ? windowBackdrop : standardBackdrop;
+        return std::optional<UIColor>(line.command == Command::show ? windowBackdrop
+                                                                    : standardBackdrop);
     }
     if (*line.background == "none") {
-        return std::nullopt;
+        return std::optional<UIColor>();
     }
     const std::optional<UIColor> color = headless::parseColor(*line.background);
     if (!color) {
-        throw UsageError("'" + *line.background +
-                         "' is no colour: write #RRGGBB, a common name, or none");
+        return usageFailure({"'" + *line.background + "' is no colour",
+                             {},
+                             "write #RRGGBB, a common name, or none"});
     }
     return color;
 }
 
-void checkOutputName(const CommandLine& line) {
-    std::string extension = std::filesystem::path(line.output).extension().string();
-    std::ranges::transform(extension, extension.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter | 0x20) : letter;
-    });
-    if (extension != ".png" && extension != ".svg" && extension != ".pdf") {
-        throw UsageError("'" + line.output +
-                         "' is no picture file: end its name in .png, .svg or .pdf");
+CommandResult<void> checkOutputName(const CommandLine& line) {
+    if (line.command != Command::snapshot) {
+        return {};
     }
+    const std::string extension =
+        asciiLowerCase(std::filesystem::path(line.output).extension().string());
+    if (extension != ".png" && extension != ".svg" && extension != ".pdf") {
+        return usageFailure(
+            {"'" + line.output + "' is no picture file", {}, "end its name in .png, .svg or .pdf"});
+    }
+    return {};
 }
 
 // A shorter first wait also shortens the default of the later ones.
@@ -240,19 +285,16 @@ freedesktop::DataServerWaits dataServerWaitsOf(const CommandLine& line) {
     return waits;
 }
 
-FreedesktopOptions platformOptions(const CommandLine& line, const std::string& dataFolder,
-                                   std::shared_ptr<const TimeZone> zone) {
+// The options that cannot be wrong.
+FreedesktopOptions uncheckedOptions(const CommandLine& line,
+                                    const freedesktop::ProgramFolders& folders) {
     FreedesktopOptions options;
-    options.locale = localeOf(line);
-    options.now = nowOf(line, *zone);
-    checkFont(line);
     options.fontFamily = line.font;
-    options.dataFolder = dataFolder;
-    options.preferencesFolder = preferencesFolderOf(line, dataFolder);
+    options.dataFolder = folders.data;
+    options.dataServerModule = folders.dataServerModule;
+    options.preferencesFolder = preferencesFolderOf(line, folders.data);
     options.foundationVersionNumber =
         line.foundationVersion.value_or(options.foundationVersionNumber);
-    const NSDate now = options.now.value_or(freedesktop::SystemClock().now());
-    options.calendars = calendarsOf(line, dataFolder, now, *zone);
     options.calendarProblemHandler = reportCalendarProblem;
     options.calendarIndexFolder = indexFolderOf(line);
     options.dataServerWaits = dataServerWaitsOf(line);
@@ -264,26 +306,66 @@ FreedesktopOptions platformOptions(const CommandLine& line, const std::string& d
     options.measuresText = line.command != Command::agenda && line.command != Command::calendars;
     options.clockRuns = line.command == Command::show;
     options.waitsForCalendars = line.command != Command::show;
+    return options;
+}
+
+CommandResult<FreedesktopOptions> platformOptions(const CommandLine& line,
+                                                  const freedesktop::ProgramFolders& folders,
+                                                  std::shared_ptr<const TimeZone> zone) {
+    const CommandResult<std::string> locale = localeOf(line);
+    if (!locale) {
+        return locale.error();
+    }
+    const CommandResult<std::optional<NSDate>> now = nowOf(line, *zone);
+    if (!now) {
+        return now.error();
+    }
+    if (const CommandResult<void> checked = checkFont(line); !checked) {
+        return checked.error();
+    }
+    CommandResult<std::vector<CalendarSource>> calendars =
+        calendarsOf(line, folders.data, now->value_or(freedesktop::SystemClock().now()), *zone);
+    if (!calendars) {
+        return calendars.error();
+    }
+    CommandResult<Logs> logs = logsOf(line);
+    if (!logs) {
+        return logs.error();
+    }
+    FreedesktopOptions options = uncheckedOptions(line, folders);
     options.timeZone = std::move(zone);
+    options.locale = *locale;
+    options.now = *now;
+    options.calendars = *std::move(calendars);
+    options.logs = *std::move(logs);
     return options;
 }
 
 } // namespace
 
-ProgramSetup setUp(const CommandLine& line) {
+CommandResult<ProgramSetup> makeProgramSetup(const CommandLine& line) {
     const freedesktop::ProgramFolders folders = freedesktop::programFolders();
-    const std::shared_ptr<const TimeZone> zone = timeZoneOf(line);
-    ProgramSetup setup;
-    setup.steps = stepsOf(line, *zone);
-    setup.backdrop = backdropOf(line);
-    if (line.command == Command::snapshot) {
-        checkOutputName(line);
+    CommandResult<std::shared_ptr<const TimeZone>> zone = timeZoneOf(line);
+    if (!zone) {
+        return zone.error();
     }
-    setup.platform = platformOptions(line, folders.data, zone);
-    setup.platform.logs = logsOf(line);
-    setup.platform.dataServerModule = folders.dataServerModule;
-    setup.bundle = line.bundle.value_or(folders.bundle);
-    return setup;
+    CommandResult<std::vector<headless::Step>> steps = stepsOf(line, **zone);
+    if (!steps) {
+        return steps.error();
+    }
+    const CommandResult<std::optional<UIColor>> backdrop = backdropOf(line);
+    if (!backdrop) {
+        return backdrop.error();
+    }
+    if (const CommandResult<void> checked = checkOutputName(line); !checked) {
+        return checked.error();
+    }
+    CommandResult<FreedesktopOptions> platform = platformOptions(line, folders, *std::move(zone));
+    if (!platform) {
+        return platform.error();
+    }
+    return ProgramSetup{*std::move(platform), line.bundle.value_or(folders.bundle),
+                        *std::move(steps), *backdrop};
 }
 
 } // namespace quorvel::app

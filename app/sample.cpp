@@ -8,7 +8,6 @@
 #include <fstream>
 #include <iterator>
 #include <optional>
-#include <stdexcept>
 #include <system_error>
 
 #include "freedesktop/dates/time_zone.h"
@@ -34,7 +33,7 @@ std::string timeText(const CivilTime& time) {
     return dateText(time) + text.data();
 }
 
-// A number with a sign before it; absent for anything else.
+// Absent for anything but a sign and a number behind it.
 std::optional<int> signedNumber(std::string_view text) {
     if (text.size() < 2 || text.size() > 6 || (text[0] != '+' && text[0] != '-')) {
         return std::nullopt;
@@ -76,12 +75,11 @@ std::optional<std::string> placeholderText(std::string_view name, NSDate now,
     return std::nullopt;
 }
 
-std::string fileText(const std::filesystem::path& path) {
+Result<std::string> readFile(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     if (!file) {
-        throw std::runtime_error("'" + path.string() +
-                                 "' cannot be read: install the program again");
+        return Error{"'" + path.string() + "' cannot be read", {}, "install the program again"};
     }
     return text;
 }
@@ -110,19 +108,23 @@ std::string filledTemplate(std::string_view text, NSDate now, const TimeZone& zo
     }
 }
 
-std::vector<SampleCalendar> readSampleCalendars(const std::string& folder, NSDate now,
-                                                const TimeZone& zone) {
+Result<std::vector<SampleCalendar>> readSampleCalendars(const std::string& folder, NSDate now,
+                                                        const TimeZone& zone) {
     std::vector<SampleCalendar> calendars;
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
-        if (entry.path().extension() == ".ics") {
-            calendars.push_back(
-                {entry.path().stem().string(), filledTemplate(fileText(entry.path()), now, zone)});
+        if (entry.path().extension() != ".ics") {
+            continue;
         }
+        const Result<std::string> text = readFile(entry.path());
+        if (!text) {
+            return text.error();
+        }
+        calendars.push_back({entry.path().stem().string(), filledTemplate(*text, now, zone)});
     }
     if (calendars.empty()) {
-        throw std::runtime_error("the sample calendars are not in '" + folder +
-                                 "': install the program again");
+        return Error{
+            "the sample calendars are not in '" + folder + "'", {}, "install the program again"};
     }
     std::ranges::sort(calendars, {}, &SampleCalendar::name);
     return calendars;

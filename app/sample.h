@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/result.h"
 #include "platform/ns_date.h"
 
 namespace quorvel::icalendar {
@@ -14,18 +15,20 @@ class TimeZone;
 namespace quorvel::app {
 
 struct SampleCalendar {
-    std::string name; // the file's, without ".ics"
-    std::string text; // of a .ics file, ready to be read
+    std::string name; // of the file, without ".ics"
+    std::string text; // the content of a .ics file
 };
 
-// Fills in the placeholders of a template. "@+3@" and "@-2@" become the date so many days from
-// today, as YYYYMMDD; "@now+50m@" and "@now-25m@" the local time so many minutes from now, taken
-// down to the quarter of an hour, as YYYYMMDDTHHMMSS. All else stays as it is.
+// Replaces the placeholders of a template: "@+3@" and "@-2@" by the date that many days from today,
+// as YYYYMMDD; "@now+50m@" and "@now-25m@" by the local time that many minutes from now, rounded
+// down to a quarter of an hour, as YYYYMMDDTHHMMSS.
 std::string filledTemplate(std::string_view text, platform::NSDate now,
                            const icalendar::TimeZone& zone);
 
-// The filled templates of a folder, by name. Throws std::runtime_error where there are none.
-std::vector<SampleCalendar> readSampleCalendars(const std::string& folder, platform::NSDate now,
-                                                const icalendar::TimeZone& zone);
+// The filled templates in a folder, sorted by name. The error is a file that cannot be read, or a
+// folder without templates.
+Result<std::vector<SampleCalendar>> readSampleCalendars(const std::string& folder,
+                                                        platform::NSDate now,
+                                                        const icalendar::TimeZone& zone);
 
 } // namespace quorvel::app

@@ -1,13 +1,12 @@
 #include "app/show_command.h"
 
-#include <cstdlib>
+#include <string>
 #include <utility>
 
 #include "app/messages.h"
+#include "app/program_bundle.h"
 #include "app/program_setup.h"
-#include "freedesktop/bundle/loaded_bundle.h"
 #include "freedesktop/freedesktop_platform.h"
-#include "shells/headless/usage_error.h"
 #include "shells/window/show_agenda.h"
 #include "shells/window/toolkit.h"
 
@@ -15,31 +14,43 @@ namespace quorvel::app {
 
 namespace {
 
-void complainOfLostDisplay() {
-    complain("the display has gone away: start the window again where there is one");
+void reportLostDisplay() {
+    printError({"the display has gone away", {}, "start the window again where there is one"});
 }
 
-} // namespace
-
-int showInWindow(const CommandLine& line) {
-    ProgramSetup setup = setUp(line);
-    freedesktop::FreedesktopPlatform platform(std::move(setup.platform));
-    const auto bundle = platform.loadBundle(setup.bundle);
+window::AgendaWindowOptions windowOptions(const CommandLine& line, const ProgramSetup& setup,
+                                          const ProgramBundle& bundle) {
     window::AgendaWindowOptions options;
-    options.controllerName = line.controller;
+    options.controllerName = bundle.controllerName;
     options.width = line.width;
     options.isDecorated = line.decorated;
     options.backdrop = setup.backdrop;
     options.noCalendarsText =
         line.calendars.empty() ? "There are no calendars yet" : "The calendars cannot be read";
-    try {
-        window::showAgenda(platform, *bundle, std::move(options), complainOfLostDisplay);
-    } catch (const window::NoDisplayError& error) {
-        throw headless::UsageError(std::string(error.what()) +
-                                   ": start it on a desktop, or print the rows with 'quorvel "
-                                   "agenda'");
+    return options;
+}
+
+} // namespace
+
+CommandResult<void> showInWindow(const CommandLine& line) {
+    const CommandResult<ProgramSetup> setup = makeProgramSetup(line);
+    if (!setup) {
+        return setup.error();
     }
-    return EXIT_SUCCESS;
+    freedesktop::FreedesktopPlatform platform(setup->platform);
+    const CommandResult<ProgramBundle> bundle =
+        loadProgramBundle(platform, setup->bundleFolder, line.controller);
+    if (!bundle) {
+        return bundle.error();
+    }
+    try {
+        window::showAgenda(platform, *bundle->bundle, windowOptions(line, *setup, *bundle),
+                           reportLostDisplay);
+    } catch (const window::NoDisplayError& error) {
+        return usageFailure(
+            {error.what(), {}, "start it on a desktop, or print the rows with 'quorvel agenda'"});
+    }
+    return {};
 }
 
 } // namespace quorvel::app

@@ -1,10 +1,12 @@
-// From the command to the window, which is a program of its own: no other command loads a toolkit.
+// Continues `quorvel show` in the window's program: no other command has to load a toolkit.
 #pragma once
+
+#include "app/failure.h"
 
 namespace quorvel::app {
 
-// Returns nothing where it succeeds: this process goes on as the window's program, with the same
-// arguments. Throws std::runtime_error where that program cannot be started.
-[[noreturn]] int becomeWindowProgram(char* const* argv);
+// Replaces this process by the window's program, with the same arguments. Returns only where that
+// program cannot be started.
+Failure replaceByWindowProgram(char* const* argv);
 
 } // namespace quorvel::app

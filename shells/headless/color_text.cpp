@@ -1,9 +1,12 @@
 #include "shells/headless/color_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
 #include <utility>
+
+#include "base/ascii_text.h"
 
 namespace quorvel::headless {
 
@@ -50,22 +53,9 @@ std::optional<UIColor> parseHexadecimal(std::string_view digits) {
     return UIColor{bytes[0] / 255.0, bytes[1] / 255.0, bytes[2] / 255.0, bytes[3] / 255.0};
 }
 
-bool equalsIgnoringCase(std::string_view text, std::string_view lower) {
-    if (text.size() != lower.size()) {
-        return false;
-    }
-    for (std::size_t index = 0; index < text.size(); ++index) {
-        const char character = text[index];
-        const bool isCapital = character >= 'A' && character <= 'Z';
-        if ((isCapital ? static_cast<char>(character | 0x20) : character) != lower[index]) {
-            return false;
-        }
-    }
-    return true;
-}
-
 // The names and values of the basic colours of style sheets, and a few more that people try.
-constexpr std::array<std::pair<std::string_view, std::string_view>, 26> namedColors{{
+using NamedColor = std::pair<std::string_view, std::string_view>;
+constexpr std::array<NamedColor, 26> namedColors{{
     {"black", "000000"},    {"silver", "c0c0c0"},        {"gray", "808080"}, {"grey", "808080"},
     {"white", "ffffff"},    {"maroon", "800000"},        {"red", "ff0000"},  {"purple", "800080"},
     {"fuchsia", "ff00ff"},  {"green", "008000"},         {"lime", "00ff00"}, {"olive", "808000"},
@@ -92,12 +82,8 @@ std::optional<UIColor> parseColor(std::string_view text) {
     if (text.starts_with('#')) {
         return parseHexadecimal(text.substr(1));
     }
-    for (const auto& [name, digits] : namedColors) {
-        if (equalsIgnoringCase(text, name)) {
-            return parseHexadecimal(digits);
-        }
-    }
-    return std::nullopt;
+    const auto* color = std::ranges::find(namedColors, asciiLowerCase(text), &NamedColor::first);
+    return color != namedColors.end() ? parseHexadecimal(color->second) : std::nullopt;
 }
 
 } // namespace quorvel::headless

@@ -10,7 +10,6 @@
 #include "platform/ui/ui_view.h"
 #include "shells/headless/json.h"
 #include "shells/headless/script.h"
-#include "shells/headless/usage_error.h"
 #include "shells/headless/view_json.h"
 #include "shells/headless/widget_session.h"
 
@@ -72,7 +71,7 @@ public:
         return nullptr;
     }
     Json operator()(const DragStep& step) const {
-        m_session.drag(step.start, step.way);
+        m_session.drag(step.start, step.distance);
         return nullptr;
     }
     Json operator()(const TapStep& step) const {
@@ -109,14 +108,15 @@ bool isForLegacyControllers(const Step& step) {
            std::holds_alternative<UnloadStep>(step.action);
 }
 
-void checkSteps(const HostedWidget& widget, const std::vector<Step>& steps) {
-    const auto wrong = std::ranges::find_if(steps, isForLegacyControllers);
-    if (!widget.isLegacy() && wrong != steps.end()) {
-        throw UsageError("the step '" + wrong->text +
-                         "' cannot be run: " + widget.controllerName() +
-                         " has no such operation, name a controller for older hosts with "
-                         "--controller");
+Result<void> checkSteps(const HostedWidget& widget, const std::vector<Step>& steps) {
+    const auto unsupported = std::ranges::find_if(steps, isForLegacyControllers);
+    if (widget.isLegacy() || unsupported == steps.end()) {
+        return {};
     }
+    return Error{"the step '" + unsupported->text + "' cannot be run",
+                 {},
+                 widget.controllerName() +
+                     " has no such operation, name a controller for older hosts with --controller"};
 }
 
 Json hostMessagesJson(const std::vector<HostMessage>& messages) {
@@ -191,10 +191,13 @@ Json itemsJson(HostedWidget& widget) {
 
 } // namespace
 
-std::string inspectDocument(WidgetSession& session, Surroundings& surroundings,
-                            const std::vector<Step>& steps, const std::optional<CGFloat>& width) {
+Result<std::string> inspectDocument(WidgetSession& session, Surroundings& surroundings,
+                                    const std::vector<Step>& steps,
+                                    const std::optional<CGFloat>& width) {
     HostedWidget& widget = session.widget();
-    checkSteps(widget, steps);
+    if (const Result<void> checked = checkSteps(widget, steps); !checked) {
+        return checked.error();
+    }
     session.load(width);
     Json document = Json::object();
     document["controller"] = widget.controllerName();

@@ -1,10 +1,11 @@
-// A script of host events, and everything that can be seen of the widget while it runs.
+// Runs a script of host events on the widget and documents everything that can be observed of it.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "base/result.h"
 #include "platform/geometry.h"
 #include "platform/ns_date.h"
 
@@ -13,7 +14,7 @@ namespace quorvel::headless {
 class WidgetSession;
 struct Step;
 
-// What a step changes in the widget's surroundings.
+// The parts of the widget's environment that a step can replace.
 class Surroundings {
 public:
     virtual ~Surroundings() = default;
@@ -22,12 +23,13 @@ public:
     virtual void setNow(platform::NSDate date) = 0;
 };
 
-// Loads the session's controller, runs the steps and gives the JSON document about it. The host
-// only records: it neither opens nor activates anything, nor asks for the size again, nor resizes
-// the view, except to `width` (points) once after it was made, where that is given. Throws
-// UsageError, before anything runs, for a step that the controller does not have.
-std::string inspectDocument(WidgetSession& session, Surroundings& surroundings,
-                            const std::vector<Step>& steps,
-                            const std::optional<platform::CGFloat>& width);
+// Loads the session's controller, runs the steps and returns a JSON document about each step and
+// the final state. The host only records: it opens and activates nothing, does not ask for the
+// preferred size by itself, and never resizes the view, except to `width` (points), where given,
+// when the view is made. The error, found before any step runs, is a step that the controller does
+// not support.
+Result<std::string> inspectDocument(WidgetSession& session, Surroundings& surroundings,
+                                    const std::vector<Step>& steps,
+                                    const std::optional<platform::CGFloat>& width);
 
 } // namespace quorvel::headless

@@ -9,110 +9,164 @@
 #include <utility>
 
 #include "freedesktop/dates/instant_text.h"
-#include "shells/headless/usage_error.h"
 
 namespace quorvel::headless {
 
 using freedesktop::TimeZone;
 using platform::CGFloat;
+using platform::CGPoint;
 
 namespace {
 
 // Farther than any finger, and near enough for every sum to be exact.
 constexpr CGFloat farthest = 1e6; // points
 
+using TextPair = std::pair<std::string_view, std::string_view>;
+
 // A step of the form name:value.
 struct ValueText {
-    std::string_view step; // the whole
+    std::string_view step; // with its name
     std::string_view value;
     const TimeZone& zone;
 };
 
-[[noreturn]] void throwBadStep(std::string_view step, std::string_view remedy) {
-    throw UsageError("the step '" + std::string(step) + "' cannot be run: " + std::string(remedy));
+Error stepError(std::string_view step, std::string_view remedy) {
+    return {"the step '" + std::string(step) + "' cannot be run", {}, std::string(remedy)};
 }
 
-// At the first mark; throws where there is none.
-std::pair<std::string_view, std::string_view>
-splitAt(char mark, std::string_view value, std::string_view step, std::string_view form) {
+Error formError(std::string_view step, std::string_view form) {
+    return stepError(step, "write it as " + std::string(form));
+}
+
+// The texts before and after the first mark; absent where there is no mark.
+std::optional<TextPair> splitAt(char mark, std::string_view value) {
     const std::size_t place = value.find(mark);
     if (place == std::string_view::npos) {
-        throwBadStep(step, "write it as " + std::string(form));
+        return std::nullopt;
     }
-    return {value.substr(0, place), value.substr(place + 1)};
+    return TextPair{value.substr(0, place), value.substr(place + 1)};
 }
 
-double numberOfStep(std::string_view number, std::string_view step) {
+Result<double> parseStepNumber(std::string_view number, std::string_view step) {
     return parseNumber(number, "a number of the step '" + std::string(step) + "'");
 }
 
-CGFloat fingerNumberOfStep(std::string_view number, std::string_view step) {
-    const CGFloat points = numberOfStep(number, step);
-    if (std::abs(points) > farthest) {
-        throwBadStep(step, "give points from -1000000 to 1000000");
+// A distance or a coordinate of a finger.
+Result<CGFloat> parseFingerNumber(std::string_view number, std::string_view step) {
+    Result<CGFloat> points = parseStepNumber(number, step);
+    if (points && std::abs(*points) > farthest) {
+        return stepError(step, "give points from -1000000 to 1000000");
     }
     return points;
 }
 
-std::size_t rowOfStep(std::string_view number, std::string_view step) {
+Result<CGPoint> parseFingerPair(const TextPair& numbers, std::string_view step) {
+    const Result<CGFloat> x = parseFingerNumber(numbers.first, step);
+    if (!x) {
+        return x.error();
+    }
+    const Result<CGFloat> y = parseFingerNumber(numbers.second, step);
+    if (!y) {
+        return y.error();
+    }
+    return CGPoint{*x, *y};
+}
+
+Result<std::size_t> parseRow(std::string_view number, std::string_view step) {
     std::size_t row = 0;
     const char* end = number.data() + number.size();
     const auto [rest, error] = std::from_chars(number.data(), end, row);
     if (error != std::errc() || rest != end) {
-        throwBadStep(step, "count the rows from 0");
+        return stepError(step, "count the rows from 0");
     }
     return row;
 }
 
-StepAction parseLayout(const ValueText& text) {
-    const auto [width, height] = splitAt(',', text.value, text.step, "layout:WIDTH,HEIGHT");
-    return LayoutStep{{numberOfStep(width, text.step), numberOfStep(height, text.step)}};
-}
-
-StepAction parseScroll(const ValueText& text) {
-    return ScrollStep{numberOfStep(text.value, text.step)};
-}
-
-StepAction parsePull(const ValueText& text) {
-    const auto [row, distance] = splitAt(':', text.value, text.step, "pull:ROW:DX");
-    return PullStep{rowOfStep(row, text.step), fingerNumberOfStep(distance, text.step)};
-}
-
-StepAction parseDrag(const ValueText& text) {
-    constexpr std::string_view form = "drag:X,Y:DX,DY";
-    const auto [start, way] = splitAt(':', text.value, text.step, form);
-    const auto [x, y] = splitAt(',', start, text.step, form);
-    const auto [dx, dy] = splitAt(',', way, text.step, form);
-    return DragStep{{fingerNumberOfStep(x, text.step), fingerNumberOfStep(y, text.step)},
-                    {fingerNumberOfStep(dx, text.step), fingerNumberOfStep(dy, text.step)}};
-}
-
-StepAction parseTap(const ValueText& text) {
-    const auto [x, y] = splitAt(',', text.value, text.step, "tap:X,Y");
-    return TapStep{{fingerNumberOfStep(x, text.step), fingerNumberOfStep(y, text.step)}};
-}
-
-std::string nameOfStep(const ValueText& text) {
-    if (text.value.empty()) {
-        throwBadStep(text.step, "name something after the colon");
+Result<StepAction> parseLayout(const ValueText& text) {
+    const auto numbers = splitAt(',', text.value);
+    if (!numbers) {
+        return formError(text.step, "layout:WIDTH,HEIGHT");
     }
-    return std::string(text.value);
+    const Result<double> width = parseStepNumber(numbers->first, text.step);
+    if (!width) {
+        return width.error();
+    }
+    const Result<double> height = parseStepNumber(numbers->second, text.step);
+    if (!height) {
+        return height.error();
+    }
+    return StepAction(LayoutStep{{*width, *height}});
 }
 
-StepAction parsePreferences(const ValueText& text) {
-    return PreferencesStep{nameOfStep(text)};
+Result<StepAction> parseScroll(const ValueText& text) {
+    const Result<double> offset = parseStepNumber(text.value, text.step);
+    if (!offset) {
+        return offset.error();
+    }
+    return StepAction(ScrollStep{*offset});
 }
 
-StepAction parseCalendars(const ValueText& text) {
-    return CalendarsStep{nameOfStep(text)};
+Result<StepAction> parsePull(const ValueText& text) {
+    const auto numbers = splitAt(':', text.value);
+    if (!numbers) {
+        return formError(text.step, "pull:ROW:DX");
+    }
+    const Result<std::size_t> row = parseRow(numbers->first, text.step);
+    if (!row) {
+        return row.error();
+    }
+    const Result<CGFloat> distance = parseFingerNumber(numbers->second, text.step);
+    if (!distance) {
+        return distance.error();
+    }
+    return StepAction(PullStep{*row, *distance});
 }
 
-StepAction parseNow(const ValueText& text) {
+Result<StepAction> parseDrag(const ValueText& text) {
+    const auto parts = splitAt(':', text.value);
+    const auto startNumbers = parts ? splitAt(',', parts->first) : std::nullopt;
+    const auto distanceNumbers = parts ? splitAt(',', parts->second) : std::nullopt;
+    if (!startNumbers || !distanceNumbers) {
+        return formError(text.step, "drag:X,Y:DX,DY");
+    }
+    const Result<CGPoint> start = parseFingerPair(*startNumbers, text.step);
+    if (!start) {
+        return start.error();
+    }
+    const Result<CGPoint> distance = parseFingerPair(*distanceNumbers, text.step);
+    if (!distance) {
+        return distance.error();
+    }
+    return StepAction(DragStep{*start, {distance->x, distance->y}});
+}
+
+Result<StepAction> parseTap(const ValueText& text) {
+    const auto numbers = splitAt(',', text.value);
+    if (!numbers) {
+        return formError(text.step, "tap:X,Y");
+    }
+    const Result<CGPoint> location = parseFingerPair(*numbers, text.step);
+    if (!location) {
+        return location.error();
+    }
+    return StepAction(TapStep{*location});
+}
+
+// A step whose value is a name and must not be empty.
+template <class NameStep>
+Result<StepAction> parseNameStep(const ValueText& text) {
+    if (text.value.empty()) {
+        return stepError(text.step, "name something after the colon");
+    }
+    return StepAction(NameStep{std::string(text.value)});
+}
+
+Result<StepAction> parseNow(const ValueText& text) {
     const std::optional<platform::NSDate> date = freedesktop::parseInstant(text.value, text.zone);
     if (!date) {
-        throwBadStep(text.step, "write the instant like 2026-03-10T10:00:00Z");
+        return stepError(text.step, "write the instant like 2026-03-10T10:00:00Z");
     }
-    return NowStep{*date};
+    return StepAction(NowStep{*date});
 }
 
 struct PlainStep {
@@ -132,7 +186,7 @@ const std::array<PlainStep, 6>& plainSteps() {
 
 struct ValueStep {
     std::string_view name;
-    StepAction (*parse)(const ValueText&);
+    Result<StepAction> (*parse)(const ValueText&);
 };
 
 constexpr std::array<ValueStep, 8> valueSteps{{{"layout", parseLayout},
@@ -140,43 +194,47 @@ constexpr std::array<ValueStep, 8> valueSteps{{{"layout", parseLayout},
                                                {"pull", parsePull},
                                                {"drag", parseDrag},
                                                {"tap", parseTap},
-                                               {"preferences", parsePreferences},
-                                               {"calendars", parseCalendars},
+                                               {"preferences", parseNameStep<PreferencesStep>},
+                                               {"calendars", parseNameStep<CalendarsStep>},
                                                {"now", parseNow}}};
 
-// Absent for a name that is none.
-std::optional<StepAction> parseAction(std::string_view text, const TimeZone& zone) {
+Error unknownStep(std::string_view text) {
+    return {
+        "unknown step '" + std::string(text) + "'", {}, "'quorvel inspect --help' lists the steps"};
+}
+
+Result<StepAction> parseAction(std::string_view text, const TimeZone& zone) {
     const std::size_t colon = text.find(':');
     if (colon == std::string_view::npos) {
         const auto* step = std::ranges::find(plainSteps(), text, &PlainStep::name);
-        return step != plainSteps().end() ? std::optional(step->action) : std::nullopt;
+        return step != plainSteps().end() ? Result<StepAction>(step->action) : unknownStep(text);
     }
     const auto* step = std::ranges::find(valueSteps, text.substr(0, colon), &ValueStep::name);
     if (step == valueSteps.end()) {
-        return std::nullopt;
+        return unknownStep(text);
     }
     return step->parse({text, text.substr(colon + 1), zone});
 }
 
 } // namespace
 
-double parseNumber(std::string_view text, std::string_view what) {
+Result<double> parseNumber(std::string_view text, std::string_view what) {
     double number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(number)) {
-        throw UsageError(std::string(what) + " cannot be '" + std::string(text) +
-                         "': give a decimal number");
+        return Error{std::string(what) + " cannot be '" + std::string(text) + "'",
+                     {},
+                     "give a decimal number"};
     }
     return number;
 }
 
-Step parseStep(std::string_view text, const TimeZone& zone) {
-    const std::optional<StepAction> action = parseAction(text, zone);
+Result<Step> parseStep(std::string_view text, const TimeZone& zone) {
+    Result<StepAction> action = parseAction(text, zone);
     if (!action) {
-        throw UsageError("unknown step '" + std::string(text) +
-                         "': 'quorvel inspect --help' lists the steps");
+        return action.error();
     }
-    return {std::string(text), *action};
+    return Step{std::string(text), *std::move(action)};
 }
 
 } // namespace quorvel::headless

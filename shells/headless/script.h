@@ -6,12 +6,13 @@
 #include <string_view>
 #include <variant>
 
+#include "base/result.h"
 #include "platform/geometry.h"
 #include "platform/ns_date.h"
 
 namespace quorvel::icalendar {
 class TimeZone;
-} // namespace quorvel::freedesktop
+} // namespace quorvel::icalendar
 
 namespace quorvel::headless {
 
@@ -32,8 +33,8 @@ struct PullStep {
     platform::CGFloat distance = 0; // points to the right
 };
 struct DragStep {
-    platform::CGPoint start; // points, in the view's coordinates
-    platform::CGSize way;    // points
+    platform::CGPoint start;   // points, in the view's coordinates
+    platform::CGSize distance; // points
 };
 struct TapStep {
     platform::CGPoint location; // points, in the view's coordinates
@@ -53,15 +54,16 @@ using StepAction = std::variant<PresentStep, DismissStep, SizeStep, FullViewStep
                                 PreferencesStep, CalendarsStep, NowStep>;
 
 struct Step {
-    std::string text; // as it was written
+    std::string text; // as the user wrote it
     StepAction action;
 };
 
-// An instant without an offset is read in `zone`. Throws UsageError.
-Step parseStep(std::string_view text, const icalendar::TimeZone& zone);
+// An instant without an offset is a local time of `zone`. The error names the step and what to
+// write instead.
+Result<Step> parseStep(std::string_view text, const icalendar::TimeZone& zone);
 
-// A whole decimal number, with or without a fraction or an exponent, that is finite; throws
-// UsageError naming `what`.
-double parseNumber(std::string_view text, std::string_view what);
+// A finite decimal number, with or without a fraction or an exponent, and nothing else. `what`
+// names the number in the error, such as "the width".
+Result<double> parseNumber(std::string_view text, std::string_view what);
 
 } // namespace quorvel::headless

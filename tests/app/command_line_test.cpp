@@ -6,25 +6,22 @@
 #include <vector>
 
 #include "app/help.h"
-#include "shells/headless/usage_error.h"
 
 namespace quorvel::app {
 namespace {
 
-using headless::UsageError;
-
-CommandLine parsed(std::vector<const char*> arguments) {
+Result<CommandLine> resultOf(std::vector<const char*> arguments) {
     arguments.insert(arguments.begin(), "quorvel");
     return parseCommandLine(static_cast<int>(arguments.size()), arguments.data());
 }
 
-std::string complaint(const std::vector<const char*>& arguments) {
-    try {
-        parsed(arguments);
-    } catch (const UsageError& error) {
-        return error.what();
-    }
-    return "no complaint";
+CommandLine parsed(const std::vector<const char*>& arguments) {
+    return resultOf(arguments).value();
+}
+
+std::string errorOf(const std::vector<const char*>& arguments) {
+    const Result<CommandLine> result = resultOf(arguments);
+    return result ? "no error" : message(result.error());
 }
 
 TEST(CommandLine, TakesOptionsOnBothSidesOfTheCommand) {
@@ -36,14 +33,14 @@ TEST(CommandLine, TakesOptionsOnBothSidesOfTheCommand) {
     }
 }
 
-TEST(CommandLine, CollectsWhatMayBeRepeated) {
+TEST(CommandLine, CollectsRepeatedOptions) {
     const auto line = parsed({"--calendars", "a", "inspect", "--do", "size", "--do", "layout:1,2",
                               "--calendars", "[b]"});
     EXPECT_EQ(line.calendars, (std::vector<std::string>{"a", "[b]"}));
     EXPECT_EQ(line.steps, (std::vector<std::string>{"size", "layout:1,2"}));
 }
 
-TEST(CommandLine, TakesTheLastOfWhatIsSaidTwice) {
+TEST(CommandLine, TakesTheLastOfARepeatedOption) {
     EXPECT_EQ(parsed({"agenda", "--width", "100", "--width", "200"}).width, 200);
 }
 
@@ -54,15 +51,15 @@ TEST(CommandLine, TakesOneWaitOrTwo) {
     line = parsed({"show", "--calendar-wait", "4,0.25"});
     EXPECT_EQ(line.calendarWait, 4);
     EXPECT_EQ(line.laterCalendarWait, 0.25);
-    EXPECT_EQ(complaint({"show", "--calendar-wait", "4,"}),
+    EXPECT_EQ(errorOf({"show", "--calendar-wait", "4,"}),
               "the wait for calendars cannot be '': give a decimal number");
-    EXPECT_EQ(complaint({"show", "--calendar-wait", "0,1"}),
+    EXPECT_EQ(errorOf({"show", "--calendar-wait", "0,1"}),
               "the wait for calendars cannot be '0': give a number above 0 and up to 600");
-    EXPECT_EQ(complaint({"show", "--calendar-wait", "1,2,3"}),
+    EXPECT_EQ(errorOf({"show", "--calendar-wait", "1,2,3"}),
               "the wait for calendars cannot be '2,3': give a decimal number");
 }
 
-TEST(CommandLine, LeavesWhatIsNotSaidOpen) {
+TEST(CommandLine, LeavesMissingOptionsAbsent) {
     const auto line = parsed({"snapshot", "-o", "x.png"});
     EXPECT_EQ(line.output, "x.png");
     EXPECT_FALSE(line.width);
@@ -80,35 +77,34 @@ TEST(CommandLine, GivesHelpWithAndWithoutACommand) {
     EXPECT_TRUE(parsed({"--version"}).wantsVersion);
 }
 
-TEST(CommandLine, SaysInOneLineWhatIsWrong) {
-    EXPECT_EQ(complaint({}), "no command: see 'quorvel --help'");
-    EXPECT_EQ(complaint({"agendas"}), "unknown command 'agendas': see 'quorvel --help'");
-    EXPECT_EQ(complaint({"shown"}), "unknown command 'shown': see 'quorvel --help'");
-    EXPECT_EQ(complaint({"agenda", "--wide"}), "unknown option '--wide': see 'quorvel --help'");
-    EXPECT_EQ(complaint({"agenda", "-x"}), "unknown option '-x': see 'quorvel --help'");
-    EXPECT_EQ(complaint({"agenda", "inspect"}),
+TEST(CommandLine, ReportsWhatIsWrongInOneLine) {
+    EXPECT_EQ(errorOf({}), "no command: see 'quorvel --help'");
+    EXPECT_EQ(errorOf({"agendas"}), "unknown command 'agendas': see 'quorvel --help'");
+    EXPECT_EQ(errorOf({"shown"}), "unknown command 'shown': see 'quorvel --help'");
+    EXPECT_EQ(errorOf({"agenda", "--wide"}), "unknown option '--wide': see 'quorvel --help'");
+    EXPECT_EQ(errorOf({"agenda", "-x"}), "unknown option '-x': see 'quorvel --help'");
+    EXPECT_EQ(errorOf({"agenda", "inspect"}),
               "'inspect' is one argument too many: see 'quorvel --help'");
-    EXPECT_EQ(complaint({"agenda", "--now"}),
-              "the option --now needs a value: see 'quorvel --help'");
-    EXPECT_EQ(complaint({"agenda", "--calendars"}),
+    EXPECT_EQ(errorOf({"agenda", "--now"}), "the option --now needs a value: see 'quorvel --help'");
+    EXPECT_EQ(errorOf({"agenda", "--calendars"}),
               "the option --calendars needs a value: see 'quorvel --help'");
-    EXPECT_EQ(complaint({"agenda", "--json=maybe"}),
+    EXPECT_EQ(errorOf({"agenda", "--json=maybe"}),
               "the option --json takes no such value: see 'quorvel --help'");
-    EXPECT_EQ(complaint({"agenda", "--scale", "2"}),
+    EXPECT_EQ(errorOf({"agenda", "--scale", "2"}),
               "the option --scale is not one of agenda: see 'quorvel agenda --help'");
-    EXPECT_EQ(complaint({"snapshot", "--json", "-o", "x.png"}),
+    EXPECT_EQ(errorOf({"snapshot", "--json", "-o", "x.png"}),
               "the option --json is not one of snapshot: see 'quorvel snapshot --help'");
-    EXPECT_EQ(complaint({"snapshot"}),
+    EXPECT_EQ(errorOf({"snapshot"}),
               "no file to draw to: name one with -o, ending in .png, .svg or .pdf");
-    EXPECT_EQ(complaint({"agenda", "--width", "wide"}),
+    EXPECT_EQ(errorOf({"agenda", "--width", "wide"}),
               "the width cannot be 'wide': give a decimal number");
-    EXPECT_EQ(complaint({"agenda", "--width", "-5"}),
+    EXPECT_EQ(errorOf({"agenda", "--width", "-5"}),
               "the width cannot be '-5': give a number above 0 and up to 100000");
-    EXPECT_EQ(complaint({"snapshot", "-o", "x.png", "--scale", "0"}),
+    EXPECT_EQ(errorOf({"snapshot", "-o", "x.png", "--scale", "0"}),
               "the scale cannot be '0': give a number above 0 and up to 64");
-    EXPECT_EQ(complaint({"agenda", "--width", "nan"}),
+    EXPECT_EQ(errorOf({"agenda", "--width", "nan"}),
               "the width cannot be 'nan': give a decimal number");
-    EXPECT_EQ(complaint({"agenda", "--foundation-version", "new"}),
+    EXPECT_EQ(errorOf({"agenda", "--foundation-version", "new"}),
               "the Foundation version cannot be 'new': give a decimal number");
 }
 

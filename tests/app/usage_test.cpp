@@ -1,4 +1,5 @@
-// What the program says to wrong usage and to what it cannot read or write.
+// The error messages and exit statuses for wrong usage and for files that cannot be read or
+// written.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,7 +13,7 @@ namespace fs = std::filesystem;
 
 class UsageTest : public CommandTest {
 protected:
-    void expectComplaint(const RunResult& result, int status, const std::string& part) const {
+    void expectError(const RunResult& result, int status, const std::string& part) const {
         EXPECT_EQ(result.status, status) << result.errors;
         EXPECT_EQ(result.output, "");
         EXPECT_TRUE(result.errors.starts_with("quorvel: ")) << result.errors;
@@ -21,73 +22,84 @@ protected:
     }
 };
 
-TEST_F(UsageTest, EveryWrongWordEndsWithTwoAndOneLine) {
-    expectComplaint(runHere({"agenda", "--wrong"}), 2, "'--wrong'");
-    expectComplaint(run({}), 2, "no command");
-    expectComplaint(run({"shown"}), 2, "'shown'");
-    expectComplaint(runHere({"agenda", "--timezone", "Mars/Olympus"}), 2, "'Mars/Olympus'");
-    expectComplaint(runHere({"agenda", "--timezone", "../../etc/passwd"}), 2, "time zone");
-    expectComplaint(runHere({"agenda", "--locale", "xx_YY"}), 2, "'xx_YY'");
-    expectComplaint(runHere({"agenda", "--controller", "NSObject"}), 2,
-                    "QuorvelViewControllerNewToday");
-    expectComplaint(runHere({"agenda", "--now", "soon"}), 2, "'soon'");
-    expectComplaint(runHere({"agenda", "--font", "No Such Font"}), 2, "'No Such Font'");
-    expectComplaint(runHere({"agenda", "--calendars", path("missing").string()}), 2, "missing");
-    expectComplaint(runHere({"agenda", "--calendars", ""}), 2, "calendars");
-    expectComplaint(runHere({"agenda", "--width", "0"}), 2, "width");
-    expectComplaint(runHere({"snapshot"}), 2, "-o");
-    expectComplaint(runHere({"snapshot", "-o", path("x.gif").string()}), 2, "x.gif");
-    expectComplaint(runHere({"snapshot", "-o", path("x.png").string(), "--background", "mud"}), 2,
-                    "'mud'");
-    expectComplaint(runHere({"snapshot", "-o", path("x.png").string(), "--scale", "1e9"}), 2,
-                    "scale");
+TEST_F(UsageTest, EveryWrongArgumentEndsWithTwoAndOneLine) {
+    expectError(runHere({"agenda", "--wrong"}), 2, "'--wrong'");
+    expectError(run({}), 2, "no command");
+    expectError(run({"shown"}), 2, "'shown'");
+    expectError(runHere({"agenda", "--timezone", "Mars/Olympus"}), 2, "'Mars/Olympus'");
+    expectError(runHere({"agenda", "--timezone", "../../etc/passwd"}), 2, "time zone");
+    expectError(runHere({"agenda", "--locale", "xx_YY"}), 2, "'xx_YY'");
+    expectError(runHere({"agenda", "--controller", "NSObject"}), 2,
+                "QuorvelViewControllerNewToday");
+    expectError(runHere({"agenda", "--now", "soon"}), 2, "'soon'");
+    expectError(runHere({"agenda", "--font", "No Such Font"}), 2, "'No Such Font'");
+    expectError(runHere({"agenda", "--calendars", path("missing").string()}), 2, "missing");
+    expectError(runHere({"agenda", "--calendars", ""}), 2, "calendars");
+    expectError(runHere({"agenda", "--width", "0"}), 2, "width");
+    expectError(runHere({"snapshot"}), 2, "-o");
+    expectError(runHere({"snapshot", "-o", path("x.gif").string()}), 2, "x.gif");
+    expectError(runHere({"snapshot", "-o", path("x.png").string(), "--background", "mud"}), 2,
+                "'mud'");
+    expectError(runHere({"snapshot", "-o", path("x.png").string(), "--scale", "1e9"}), 2, "scale");
     EXPECT_FALSE(fs::exists(path("x.png")));
 }
 
 TEST_F(UsageTest, StepsAreCheckedBeforeAnythingRuns) {
     for (const char* step : {"pull:0", "pull:-1:90", "tap:1", "drag:1,1", "drag:1,1:nan,0",
                              "unload", "full-view", "placeholder", "layout:1", "jump", ""}) {
-        expectComplaint(runHere({"inspect", "--do", "present", "--do", step}), 2, "step");
+        expectError(runHere({"inspect", "--do", "present", "--do", step}), 2, "step");
     }
-    expectComplaint(runHere({"inspect", "--do", "calendars:" + path("missing").string()}), 2,
-                    "missing");
+    expectError(runHere({"inspect", "--do", "calendars:" + path("missing").string()}), 2,
+                "missing");
 }
 
-TEST_F(UsageTest, TellsWhatIsWrongWithABundle) {
+TEST_F(UsageTest, ReportsWhatIsWrongWithABundle) {
     const auto bundle = path("Other.bundle");
     const auto information = [&](const std::string& executable) {
         write("Other.bundle/Info.plist",
               propertyList("<dict><key>CFBundleExecutable</key><string>" + executable +
                            "</string><key>NSPrincipalClass</key><string>X</string></dict>"));
     };
-    const auto complaint = [&](const std::string& part) {
-        expectComplaint(runHere({"agenda", "--bundle", bundle.string()}), 1, part);
+    const auto expectBundleError = [&](const std::string& part) {
+        expectError(runHere({"agenda", "--bundle", bundle.string()}), 1, part);
     };
-    complaint("is not there");
+    expectBundleError("is not there");
     fs::create_directory(bundle);
-    complaint("has no Info.plist");
+    expectBundleError("has no Info.plist");
     write("Other.bundle/Info.plist", "<plist><dict><key>");
-    complaint("cannot be read");
+    expectBundleError("cannot be read");
     information("");
-    complaint("names no executable");
+    expectBundleError("names no executable");
     information("../libm.so.6");
-    complaint("outside itself");
+    expectBundleError("outside itself");
     information("Other.so");
-    complaint("lacks its executable");
+    expectBundleError("lacks its executable");
     write("Other.bundle/Other.so", "no shared object\nat all");
-    complaint("cannot be loaded");
+    expectBundleError("cannot be loaded");
 }
 
-TEST_F(UsageTest, AWordFromOutsideCannotSteerTheTerminal) {
+TEST_F(UsageTest, ReportsABundleWithoutAPrincipalClass) {
+    const auto executable = fs::path(QUORVEL_PROGRAM).parent_path() / "Quorvel.bundle/Quorvel.so";
+    write("Other.bundle/Info.plist",
+          propertyList("<dict><key>CFBundleExecutable</key><string>Quorvel.so</string></dict>"));
+    fs::copy_file(executable, path("Other.bundle/Quorvel.so"));
+    const std::string bundle = path("Other.bundle").string();
+    expectError(runHere({"agenda", "--bundle", bundle}), 1,
+                "the bundle '" + bundle +
+                    "' names no principal class: name a folder such as Quorvel.bundle");
+    expectError(runHere({"agenda", "--bundle", bundle, "--controller", "NSObject"}), 2,
+                "the bundle has no controller 'NSObject': it has QuorvelViewController");
+}
+
+TEST_F(UsageTest, AnArgumentCannotControlTheTerminal) {
     const RunResult result = runHere({"agenda", "--timezone", "\x1b[31m\nred"});
-    expectComplaint(result, 2, "red");
+    expectError(result, 2, "red");
     EXPECT_EQ(result.errors.find('\x1b'), std::string::npos);
 }
 
 TEST_F(UsageTest, UnwritablePlacesEndWithOne) {
-    expectComplaint(runHere({"snapshot", "-o", path("no/such/folder.png").string()}), 1,
-                    "folder.png");
-    expectComplaint(runHere({"agenda", "--log", path("no/such/log").string()}), 1, "log");
+    expectError(runHere({"snapshot", "-o", path("no/such/folder.png").string()}), 1, "folder.png");
+    expectError(runHere({"agenda", "--log", path("no/such/log").string()}), 1, "log");
     const RunResult full = runInto("/dev/full", {"--help"});
     EXPECT_EQ(full.status, 1);
     EXPECT_NE(full.errors.find("No space left"), std::string::npos) << full.errors;

@@ -1,0 +1,56 @@
+#include "app/program_bundle.h"
+
+#include <string_view>
+
+#include "freedesktop/bundle/loaded_bundle.h"
+#include "freedesktop/freedesktop_platform.h"
+
+namespace quorvel::app {
+
+using freedesktop::LoadedBundle;
+
+namespace {
+
+// The loader reports by exceptions.
+CommandResult<std::shared_ptr<const LoadedBundle>>
+loadBundle(freedesktop::FreedesktopPlatform& platform, const std::string& folder) {
+    try {
+        return platform.loadBundle(folder);
+    } catch (const freedesktop::BundleError& error) {
+        return operationFailure({error.what(), {}, {}});
+    }
+}
+
+std::string joinedNames(const std::vector<std::string_view>& names) {
+    std::string text;
+    for (const std::string_view name : names) {
+        text += (text.empty() ? "" : ", ") + std::string(name);
+    }
+    return text;
+}
+
+} // namespace
+
+CommandResult<ProgramBundle> loadProgramBundle(freedesktop::FreedesktopPlatform& platform,
+                                               const std::string& folder,
+                                               const std::string& controllerName) {
+    const auto bundle = loadBundle(platform, folder);
+    if (!bundle) {
+        return bundle.error();
+    }
+    const LoadedBundle& loaded = **bundle;
+    const std::string& name = controllerName.empty() ? loaded.principalClass() : controllerName;
+    if (name.empty()) {
+        return operationFailure({"the bundle '" + folder + "' names no principal class",
+                                 {},
+                                 "name a folder such as Quorvel.bundle with --bundle"});
+    }
+    if (!loaded.hasClass(name)) {
+        return usageFailure({"the bundle has no controller '" + name + "'",
+                             {},
+                             "it has " + joinedNames(loaded.controllerClassNames())});
+    }
+    return ProgramBundle{*bundle, name};
+}
+
+} // namespace quorvel::app
