@@ -8,7 +8,6 @@
 #include "app/program_setup.h"
 #include "freedesktop/freedesktop_platform.h"
 #include "shells/window/show_agenda.h"
-#include "shells/window/toolkit.h"
 
 namespace quorvel::app {
 
@@ -43,12 +42,12 @@ CommandResult<void> showInWindow(const CommandLine& line) {
     if (!bundle) {
         return bundle.error();
     }
-    try {
-        window::showAgenda(platform, *bundle->bundle, windowOptions(line, *setup, *bundle),
-                           reportLostDisplay);
-    } catch (const window::NoDisplayError& error) {
-        return usageFailure(
-            {error.what(), {}, "start it on a desktop, or print the rows with 'quorvel agenda'"});
+    const Result<void> shown = window::showAgenda(
+        platform, *bundle->bundle, windowOptions(line, *setup, *bundle), reportLostDisplay);
+    if (!shown) {
+        return usageFailure({shown.error().what,
+                             {},
+                             "start it on a desktop, or print the rows with 'quorvel agenda'"});
     }
     return {};
 }

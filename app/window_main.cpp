@@ -1,4 +1,4 @@
-// The window: what `quorvel show` becomes.
+// The program that runs `quorvel show`: the only one that loads a toolkit.
 #include "app/commands.h"
 #include "app/show_command.h"
 #include "freedesktop/log/library_messages.h"

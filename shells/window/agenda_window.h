@@ -2,14 +2,12 @@
 #pragma once
 
 #include <memory>
-#include <optional>
-#include <string>
 
 #include <gtk/gtk.h>
 
 #include "platform/geometry.h"
-#include "platform/ui_color.h"
 #include "shells/window/agenda_host.h"
+#include "shells/window/agenda_window_options.h"
 
 namespace quorvel::freedesktop {
 class FreedesktopPlatform;
@@ -24,14 +22,6 @@ namespace quorvel::window {
 
 enum class KeyCommand;
 class MainLoop;
-
-struct AgendaWindowOptions {
-    std::string controllerName;             // empty: the bundle's principal class
-    std::optional<platform::CGFloat> width; // points; absent: the one that the widget asks for
-    bool isDecorated = false;
-    std::optional<platform::UIColor> backdrop; // absent: transparent
-    std::string noCalendarsText;               // one line, shown where there is nothing to read
-};
 
 // Presents the widget at first and whenever it is out of date, follows the sizes that it asks for,
 // and quits the loop when it is closed. What fails while it is open ends the loop.

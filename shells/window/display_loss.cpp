@@ -13,22 +13,22 @@ namespace quorvel::window {
 #ifdef GDK_WINDOWING_X11
 namespace {
 
-void (*tellOfLoss)() = nullptr;
+void (*lossHandler)() = nullptr;
 
-// The library must not be returned to, and the exit handlers would talk to the display.
-int endWithoutDisplay(Display*) {
-    tellOfLoss();
+// The library does not allow a return from here, and exit handlers would use the display.
+int exitWithoutDisplay(Display*) {
+    lossHandler();
     _exit(EXIT_FAILURE);
 }
 
 } // namespace
 #endif
 
-void endWhenDisplayIsLost(void (*lost)()) {
+void exitWhenDisplayIsLost(void (*onLost)()) {
 #ifdef GDK_WINDOWING_X11
     if (GDK_IS_X11_DISPLAY(gdk_display_get_default())) {
-        tellOfLoss = lost;
-        XSetIOErrorHandler(endWithoutDisplay);
+        lossHandler = onLost;
+        XSetIOErrorHandler(exitWithoutDisplay);
     }
 #endif
 }

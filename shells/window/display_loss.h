@@ -1,11 +1,11 @@
-// What happens when the display goes away while the window is open.
+// Ends the process when the display disappears while the window is open.
 #pragma once
 
 namespace quorvel::window {
 
-// After gtk_init(). `lost` tells the user; then the process ends with status 1, at once, as nothing
-// can be asked of the display any more. Where the window system's client library ends the process
-// by itself (Wayland), it does so in the same way, with a message of its own.
-void endWhenDisplayIsLost(void (*lost)());
+// Call after gtk_init(). When the X display is lost, calls `onLost`, which may report it, and ends
+// the process at once with status 1, as no request to the display can be answered any more. On
+// Wayland the client library itself ends the process with status 1 and a message of its own.
+void exitWhenDisplayIsLost(void (*onLost)());
 
 } // namespace quorvel::window

@@ -6,6 +6,7 @@
 #include <glib-unix.h>
 
 #include "freedesktop/freedesktop_platform.h"
+#include "shells/window/agenda_window.h"
 #include "shells/window/display_loss.h"
 #include "shells/window/gtk_handles.h"
 #include "shells/window/main_loop.h"
@@ -27,11 +28,14 @@ guint quitAtSignal(int signal, MainLoop& loop) {
 
 } // namespace
 
-void showAgenda(freedesktop::FreedesktopPlatform& platform, const freedesktop::LoadedBundle& bundle,
-                AgendaWindowOptions options, void (*displayLost)()) {
+Result<void> showAgenda(freedesktop::FreedesktopPlatform& platform,
+                        const freedesktop::LoadedBundle& bundle, AgendaWindowOptions options,
+                        void (*onDisplayLost)()) {
     platform.beginReadingCalendars(); // while the toolkit starts
-    startToolkit();
-    endWhenDisplayIsLost(displayLost);
+    if (const Result<void> started = startToolkit(); !started) {
+        return started;
+    }
+    exitWhenDisplayIsLost(onDisplayLost);
     MainLoop loop;
     const SourceHandle interrupted(quitAtSignal(SIGINT, loop));
     const SourceHandle terminated(quitAtSignal(SIGTERM, loop));
@@ -42,6 +46,7 @@ void showAgenda(freedesktop::FreedesktopPlatform& platform, const freedesktop::L
         loop.run();
     }
     platform.waitForLaunches(longestLaunch);
+    return {};
 }
 
 } // namespace quorvel::window

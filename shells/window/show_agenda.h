@@ -1,15 +1,22 @@
-// Everything that `quorvel show` does once its options are known.
+// Runs the command `quorvel show` once its options are known.
 #pragma once
 
-#include "shells/window/agenda_window.h"
+#include "base/result.h"
+#include "shells/window/agenda_window_options.h"
+
+namespace quorvel::freedesktop {
+class FreedesktopPlatform;
+class LoadedBundle;
+} // namespace quorvel::freedesktop
 
 namespace quorvel::window {
 
-// After prepareToolkit(). Opens the window, and returns when it is closed, or the process is asked
-// to end; links and applications that were opened last get a moment to come up. `displayLost` is
-// called when the display goes away, right before the process ends. Throws NoDisplayError,
-// freedesktop::UnknownClassError, and what fails in the widget.
-void showAgenda(freedesktop::FreedesktopPlatform& platform, const freedesktop::LoadedBundle& bundle,
-                AgendaWindowOptions options, void (*displayLost)());
+// Call prepareToolkit() before. Opens the window and returns when it has been closed or the process
+// has received a signal to end; before that, it waits briefly for the links and applications that
+// were opened last. `onDisplayLost` is called when the display disappears, right before the process
+// ends with status 1. The error is a missing display; exceptions of the widget are passed on.
+Result<void> showAgenda(freedesktop::FreedesktopPlatform& platform,
+                        const freedesktop::LoadedBundle& bundle, AgendaWindowOptions options,
+                        void (*onDisplayLost)());
 
 } // namespace quorvel::window

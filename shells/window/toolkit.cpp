@@ -9,14 +9,14 @@ namespace {
 constexpr const char* applicationId = "org.quorvel.Quorvel"; // of the desktop entry
 constexpr const char* glSettings = "GDK_GL";
 
-// GDK loads the drivers when it opens a display, which takes longer than the rest of the agenda's
-// start, and nothing here is painted with them. The applications that are started from here must
-// not hear of it.
-void doWithoutGl() {
-    const bool isOurs = g_getenv(glSettings) == nullptr;
+// GDK loads the drivers of OpenGL when it opens a display, which takes longer than the rest of the
+// start, and the agenda paints nothing with them. Programs that are started from here must not
+// inherit the variable.
+void disableGl() {
+    const bool isUnset = g_getenv(glSettings) == nullptr;
     g_setenv(glSettings, "disable", FALSE);
-    gtk_parse_args(nullptr, nullptr); // reads the environment, once for all
-    if (isOurs) {
+    gtk_parse_args(nullptr, nullptr); // reads the environment, and only once
+    if (isUnset) {
         g_unsetenv(glSettings);
     }
 }
@@ -24,16 +24,17 @@ void doWithoutGl() {
 } // namespace
 
 void prepareToolkit() {
-    g_set_prgname(applicationId); // by which a desktop finds the entry, and its icon
-    gtk_disable_setlocale();      // numbers are read and written alike everywhere in the process
-    doWithoutGl();
+    g_set_prgname(applicationId); // a desktop finds the entry and its icon by this name
+    gtk_disable_setlocale();      // the process reads and writes numbers the same in every locale
+    disableGl();
 }
 
-void startToolkit() {
+Result<void> startToolkit() {
     gdk_set_program_class(applicationId);
     if (gtk_init_check(nullptr, nullptr) == 0) {
-        throw NoDisplayError("there is no display");
+        return Error{"there is no display", {}, {}};
     }
+    return {};
 }
 
 } // namespace quorvel::window

@@ -1,20 +1,15 @@
-// Starting GTK for a program that is nothing but the agenda's window.
+// Starts GTK for a program that shows nothing but the agenda's window.
 #pragma once
 
-#include <stdexcept>
+#include "base/result.h"
 
 namespace quorvel::window {
 
-class NoDisplayError : public std::runtime_error {
-public:
-    using runtime_error::runtime_error;
-};
-
-// Settles what GTK is to do without. First of all in a program: it touches the environment, which
+// Chooses how GTK works in this program. Call it first in main(): it changes the environment, which
 // is safe only while there is one thread.
 void prepareToolkit();
 
-// Opens the display. Throws NoDisplayError.
-void startToolkit();
+// Opens the display. The error is a missing display.
+Result<void> startToolkit();
 
 } // namespace quorvel::window

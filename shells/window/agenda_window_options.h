@@ -1,0 +1,20 @@
+// What the user can choose about the agenda's window; names no type of the toolkit.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/geometry.h"
+#include "platform/ui_color.h"
+
+namespace quorvel::window {
+
+struct AgendaWindowOptions {
+    std::string controllerName; // a class of the bundle; empty: the bundle's principal class
+    std::optional<platform::CGFloat> width; // points; absent: the width that the widget prefers
+    bool isDecorated = false;
+    std::optional<platform::UIColor> backdrop; // absent: transparent
+    std::string noCalendarsText; // one line, shown where there are no calendars to read
+};
+
+} // namespace quorvel::window
