@@ -26,8 +26,9 @@ namespace {
 using SteadyClock = std::chrono::steady_clock;
 using Seconds = std::chrono::duration<double>;
 
-// Files come in bursts: what follows within the pause belongs to what came before.
-constexpr Seconds pauseAfterBurst{0.12};
+// Programs write several files in a row. A change waits this long for the next one, but no burst of
+// changes is waited for longer than its limit.
+constexpr Seconds pauseAfterChange{0.12};
 constexpr Seconds longestBurst{0.4};
 
 } // namespace
@@ -38,37 +39,37 @@ public:
              freedesktop::HostTimeZone hostTimeZone)
         : m_platform(platform)
         , m_present(std::move(present))
-        , m_call([this] { becomeDue(); })
+        , m_presentation([this] { presentOrPostpone(); })
         , m_timer(
-              log(), [this] { m_call.start(0); }, [this] { change(); })
-        , m_files(log(), [this] { change(); })
+              log(), [this] { m_presentation.start(0); }, [this] { handleChange(); })
+        , m_files(log(), [this] { handleChange(); })
         , m_session(log(), sessionChanges(), std::move(hostTimeZone)) {
         m_files.watch(m_platform.watchedPaths());
-        m_platform.setCalendarsChangedHandler([this] { change(); });
+        m_platform.setCalendarsChangedHandler([this] { handleChange(); });
     }
     ~Schedule() { m_platform.setCalendarsChangedHandler(nullptr); }
     Schedule(const Schedule&) = delete;
     Schedule& operator=(const Schedule&) = delete;
 
-    void presented(const std::vector<RowDescription>& rows) {
-        m_call.stop();
+    void restart(const std::vector<RowDescription>& rows) {
+        m_presentation.stop();
         m_burstBegan.reset();
-        m_isDue = false;
+        m_isPostponed = false;
         m_files.watch(m_platform.watchedPaths());
-        awaitNext(rows);
+        startTimer(rows);
     }
 
-    void setHeldBack(bool heldBack) {
-        m_isHeldBack = heldBack;
-        if (!heldBack && std::exchange(m_isDue, false)) {
-            m_call.start(0);
+    void setPaused(bool isPaused) {
+        m_isPaused = isPaused;
+        if (!isPaused && std::exchange(m_isPostponed, false)) {
+            m_presentation.start(0);
         }
     }
 
 private:
     platform::SystemLog& log() const { return m_platform.platform().systemLog; }
 
-    void awaitNext(const std::vector<RowDescription>& rows) {
+    void startTimer(const std::vector<RowDescription>& rows) {
         const platform::Platform& services = m_platform.platform();
         const NSDate next = nextPresentation(services.dateServices, services.clock.now(), rows);
         if (const auto systemInstant = m_platform.systemInstant(next)) {
@@ -78,19 +79,18 @@ private:
         }
     }
 
-    // Something has changed, and more may follow at once.
-    void change() {
+    void handleChange() {
         const SteadyClock::time_point now = SteadyClock::now();
         const Seconds sinceBurstBegan = now - m_burstBegan.value_or(now);
         m_burstBegan = m_burstBegan.value_or(now);
-        m_call.start(std::min(pauseAfterBurst, longestBurst - sinceBurstBegan).count());
+        m_presentation.start(std::min(pauseAfterChange, longestBurst - sinceBurstBegan).count());
     }
 
-    void becomeDue() {
+    void presentOrPostpone() {
         m_burstBegan.reset();
-        m_isDue = m_isHeldBack;
-        if (!m_isHeldBack) {
-            const auto present = m_present; // which may end this
+        m_isPostponed = m_isPaused;
+        if (!m_isPaused) {
+            const auto present = m_present; // a copy, as the call may destroy this object
             present();
         }
     }
@@ -99,24 +99,24 @@ private:
 
     FreedesktopPlatform& m_platform;
     std::function<void()> m_present;
-    bool m_isHeldBack = false;
-    bool m_isDue = false; // as soon as it is not held back
+    bool m_isPaused = false;
+    bool m_isPostponed = false; // until the pause ends
     std::optional<SteadyClock::time_point> m_burstBegan;
-    freedesktop::DelayedCall m_call;
+    freedesktop::DelayedCall m_presentation;
     freedesktop::WallClockTimer m_timer;
     freedesktop::FileChanges m_files;
     freedesktop::DesktopSession m_session;
 };
 
-// The platform is told at once: whatever is presented from here on follows.
+// Passes each change to the platform at once, so that the next presentation shows it.
 SessionChanges LivePresenter::Schedule::sessionChanges() {
     SessionChanges changes;
-    changes.resumed = [this] { change(); };
+    changes.resumed = [this] { handleChange(); };
     if (m_platform.followsTimeZone()) {
         changes.timeZone = [this](std::shared_ptr<const TimeZone> zone) {
             if (zone->identifier() != m_platform.timeZone()->identifier()) {
                 m_platform.setTimeZone(std::move(zone));
-                change();
+                handleChange();
             }
         };
     }
@@ -124,13 +124,13 @@ SessionChanges LivePresenter::Schedule::sessionChanges() {
         changes.locale = [this](const std::string& locale) {
             if (locale != m_platform.locale()) {
                 m_platform.setLocale(locale);
-                change();
+                handleChange();
             }
         };
         changes.clockFormat = [this](ClockFormat clockFormat) {
             if (clockFormat != m_platform.clockFormat()) {
                 m_platform.setClockFormat(clockFormat);
-                change();
+                handleChange();
             }
         };
     }
@@ -147,12 +147,12 @@ LivePresenter::LivePresenter(FreedesktopPlatform& platform, std::function<void()
 
 LivePresenter::~LivePresenter() = default;
 
-void LivePresenter::presented(const std::vector<RowDescription>& rows) {
-    m_schedule->presented(rows);
+void LivePresenter::restart(const std::vector<RowDescription>& rows) {
+    m_schedule->restart(rows);
 }
 
-void LivePresenter::setHeldBack(bool heldBack) {
-    m_schedule->setHeldBack(heldBack);
+void LivePresenter::setPaused(bool isPaused) {
+    m_schedule->setPaused(isPaused);
 }
 
 } // namespace quorvel::shells

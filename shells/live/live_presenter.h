@@ -1,5 +1,5 @@
-// When a live host presents its widget again: the widget refreshes only then, so everything that
-// makes its rows out of date ends here.
+// Presents a widget again whenever its rows may be out of date: the widget refreshes itself only
+// when its host presents it.
 #pragma once
 
 #include <functional>
@@ -16,29 +16,31 @@ struct HostTimeZone;
 
 namespace quorvel::shells {
 
-// Asks for a presentation at local midnight, at the next start or end of a row, after resume, when
-// the zone, the locale or the clock format changes, when a file of settings changes, and when the
-// calendars change, within a second of it. Bursts are joined. Everything happens on the thread's
-// default main context, never from within a call of the host's.
+// Requests a presentation at local midnight, at the next start or end of a row, after the system
+// resumes from sleep, when the time zone, the locale, the clock format or a settings file changes,
+// and within a second of a change of the calendars. Changes that follow each other quickly cause
+// one presentation. All calls come from the default main context of the thread, never from inside a
+// method of this class.
 class LivePresenter {
 public:
-    // Made before the first presentation, so that no change falls in between. The platform outlives
-    // the presenter. `present` is to present the widget, and so to call presented(); it may end the
-    // presenter.
+    // Create it before the first presentation, so that no change is missed in between. The platform
+    // outlives the presenter. `present` presents the widget and then calls restart(); it may
+    // destroy the presenter.
     LivePresenter(freedesktop::FreedesktopPlatform& platform, std::function<void()> present);
-    // With another place for the machine's time zone than the usual one.
+    // For tests: replaces the file that defines the machine's time zone.
     LivePresenter(freedesktop::FreedesktopPlatform& platform, std::function<void()> present,
                   freedesktop::HostTimeZone hostTimeZone);
-    // Nothing is called afterwards.
+    // `present` is not called afterwards.
     ~LivePresenter();
     LivePresenter(const LivePresenter&) = delete;
     LivePresenter& operator=(const LivePresenter&) = delete;
 
-    // The widget has been presented, whoever asked for it, and shows these rows.
-    void presented(const std::vector<RowDescription>& rows);
-    // While held back (a finger is on a row) nothing is presented; what came due meanwhile is due
-    // at once afterwards.
-    void setHeldBack(bool heldBack);
+    // Call this after each presentation, with the rows that it shows: drops pending presentations
+    // and waits for the next one.
+    void restart(const std::vector<RowDescription>& rows);
+    // While paused (a finger is on a row) nothing is presented. A presentation that became due in
+    // the meantime follows at once.
+    void setPaused(bool isPaused);
 
 private:
     class Schedule;

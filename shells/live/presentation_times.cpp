@@ -22,7 +22,8 @@ bool isSameDay(const NSDateComponents& a, const NSDateComponents& b) {
 
 } // namespace
 
-// Of a midnight that comes twice the date services give the second; the day begins with the first.
+// Where midnight occurs twice, the date services return the second one. A binary search finds the
+// first second of the day then.
 NSDate nextMidnight(const DateServices& dateServices, NSDate now) {
     const NSDateComponents today = dateServices.components(dayUnits, now);
     const auto isToday = [&](NSDate date) {
@@ -34,22 +35,22 @@ NSDate nextMidnight(const DateServices& dateServices, NSDate now) {
     if (isToday(midnight.dateByAddingTimeInterval(-1))) {
         return midnight;
     }
-    double last = std::floor(now.timeIntervalSinceReferenceDate);
-    double first = midnight.timeIntervalSinceReferenceDate;
-    while (first - last > 1) {
-        const double between = std::floor((last + first) / 2);
-        (isToday({between}) ? last : first) = between;
+    double lastOfToday = std::floor(now.timeIntervalSinceReferenceDate);
+    double firstOfTomorrow = midnight.timeIntervalSinceReferenceDate;
+    while (firstOfTomorrow - lastOfToday > 1) {
+        const double middle = std::floor((lastOfToday + firstOfTomorrow) / 2);
+        (isToday({middle}) ? lastOfToday : firstOfTomorrow) = middle;
     }
-    return {first};
+    return {firstOfTomorrow};
 }
 
 NSDate nextPresentation(const DateServices& dateServices, NSDate now,
                         const std::vector<RowDescription>& rows) {
     NSDate next = nextMidnight(dateServices, now);
     for (const RowDescription& row : rows) {
-        for (const std::optional<NSDate>& change : {row.start, row.end}) {
-            if (change && !row.isAllDay && *change > now && *change < next) {
-                next = *change;
+        for (const std::optional<NSDate>& boundary : {row.start, row.end}) {
+            if (boundary && !row.isAllDay && *boundary > now && *boundary < next) {
+                next = *boundary;
             }
         }
     }

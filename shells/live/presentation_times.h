@@ -1,4 +1,4 @@
-// The instants at which a widget that stays is out of date.
+// When the rows of a widget go out of date.
 #pragma once
 
 #include <vector>
@@ -9,12 +9,12 @@
 
 namespace quorvel::shells {
 
-// The first instant of the day after that of `now`, also where its midnight does not exist or comes
-// twice.
+// The first instant of the next local day. Where clock changes skip midnight, that is a later time;
+// where midnight occurs twice, it is the first of the two.
 platform::NSDate nextMidnight(const platform::DateServices& dateServices, platform::NSDate now);
 
-// The soonest instant after `now` at which the rows may be others: midnight, or the start or end of
-// one of these. A row of whole days begins and ends with a day.
+// The earliest instant after `now` at which the rows may change: midnight, or the start or end of a
+// row. All-day rows change at midnight only.
 platform::NSDate nextPresentation(const platform::DateServices& dateServices, platform::NSDate now,
                                   const std::vector<RowDescription>& rows);
 

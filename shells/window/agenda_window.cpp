@@ -181,7 +181,7 @@ void AgendaWindow::present() {
 }
 
 void AgendaWindow::agendaPresented() {
-    m_presenter->presented(m_host.rows().descriptions());
+    m_presenter->restart(m_host.rows().descriptions());
     agendaAreaPresented(m_area);
     describeMissingCalendars();
 }
@@ -210,7 +210,7 @@ void AgendaWindow::agendaFocusMoved() {
 
 void AgendaWindow::agendaFingerCameOrWent() {
     if (m_presenter) {
-        m_presenter->setHeldBack(m_host.window().isFingerDown());
+        m_presenter->setPaused(m_host.window().isFingerDown());
     }
 }
 

@@ -1,5 +1,4 @@
-// With real files, the real main loop, and a message bus of the test's own in place of the
-// system's.
+// Uses real files, the real main loop, and a private message bus in place of the system's.
 #include "shells/live/live_presenter.h"
 
 #include <chrono>
@@ -51,7 +50,7 @@ protected:
     NSDate at(std::string_view text) const {
         return freedesktop::parseInstant(text, *options.timeZone).value();
     }
-    // The clock is moved there, and runs on.
+    // The clock starts there and runs.
     void startAt(std::string_view text) {
         options.now = at(text);
         options.clockRuns = true;
@@ -64,11 +63,11 @@ protected:
             [this] {
                 ++presentations;
                 lastClock = platform->platform().clock.now();
-                presenter->presented(rows);
+                presenter->restart(rows);
             },
             freedesktop::HostTimeZone{folder / "localtime",
                                       [this] { return namedTimeZone(zoneName); }});
-        presenter->presented(rows);
+        presenter->restart(rows);
     }
     void addRow(std::string_view rowStart, std::string_view rowEnd) {
         RowDescription row;
@@ -77,7 +76,7 @@ protected:
         rows.push_back(row);
     }
 
-    bool isPresented(int times = 1) {
+    bool isPresentedInTime(int times = 1) {
         const bool happened =
             runUntil([this, times] { return presentations >= times; }, 1); // within a second
         runFor(0.3);
@@ -85,7 +84,7 @@ protected:
         presentations = 0;
         return happened && exactly;
     }
-    bool isLeftAlone() {
+    bool isNotPresented() {
         runFor(0.7);
         return presentations == 0;
     }
@@ -112,21 +111,21 @@ protected:
 TEST_F(LivePresenterTest, AtMidnight) {
     startAt("2026-03-10T23:59:59.7");
     EXPECT_EQ(presentations, 0);
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     EXPECT_GE(lastClock, at("2026-03-11T00:00:00"));
     EXPECT_LT(lastClock, at("2026-03-11T00:00:01"));
-    EXPECT_TRUE(isLeftAlone());
+    EXPECT_TRUE(isNotPresented());
 }
 
-TEST_F(LivePresenterTest, AtTheStartAndAtTheEndOfARow) {
+TEST_F(LivePresenterTest, AtTheStartAndEndOfARow) {
     addRow("2026-03-10T10:00:00.3", "2026-03-10T10:00:01.2");
     startAt("2026-03-10T10:00:00");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     EXPECT_GE(lastClock, *rows[0].start);
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     EXPECT_GE(lastClock, *rows[0].end);
     EXPECT_LT(lastClock.timeIntervalSinceDate(*rows[0].end), 0.5);
-    EXPECT_TRUE(isLeftAlone());
+    EXPECT_TRUE(isNotPresented());
 }
 
 TEST_F(LivePresenterTest, RowsThatEndTogetherAreOnePresentation) {
@@ -134,78 +133,78 @@ TEST_F(LivePresenterTest, RowsThatEndTogetherAreOnePresentation) {
         addRow("2026-03-10T09:00:00", "2026-03-10T10:00:00.2");
     }
     startAt("2026-03-10T10:00:00");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
 }
 
-TEST_F(LivePresenterTest, TheRowsShownLastCount) {
+TEST_F(LivePresenterTest, OnlyTheLatestRowsCount) {
     addRow("2026-03-10T09:00:00", "2026-03-10T10:00:00.2");
     startAt("2026-03-10T10:00:00");
-    presenter->presented({});
-    EXPECT_TRUE(isLeftAlone());
+    presenter->restart({});
+    EXPECT_TRUE(isNotPresented());
 }
 
-TEST_F(LivePresenterTest, AClockThatStandsBringsNothing) {
+TEST_F(LivePresenterTest, AFixedClockCausesNoPresentation) {
     options.now = at("2026-03-10T23:59:59.9");
     start();
-    EXPECT_TRUE(isLeftAlone());
+    EXPECT_TRUE(isNotPresented());
 }
 
 TEST_F(LivePresenterTest, WhenTheClockIsSetOrTheSystemWakes) {
     addRow("2026-03-10T09:00:00", "2026-03-10T10:00:00.2");
     startAt("2026-03-10T10:00:00");
     Kernel::instance().saysClockWasSet = true;
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     ASSERT_TRUE(runUntil([this] { return services.hasListener("org.freedesktop.login1"); }));
     services.prepareForSleep(true);
-    EXPECT_TRUE(isLeftAlone());
+    EXPECT_TRUE(isNotPresented());
     services.prepareForSleep(false);
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
 }
 
 TEST_F(LivePresenterTest, WhenAFileOfSettingsIsWrittenOrReplaced) {
     const std::string settings = folder / "Preferences/org.quorvel.quorvelprefs.plist";
     start();
     write(settings, "{}");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     replace(settings, "{a=b;}");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     fs::remove(settings);
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     write(folder / "Preferences/.settings.swp", "");
     write(folder / "Preferences/4913", "");
-    EXPECT_TRUE(isLeftAlone());
+    EXPECT_TRUE(isNotPresented());
 }
 
-TEST_F(LivePresenterTest, WhenTheFolderOfSettingsComesUp) {
+TEST_F(LivePresenterTest, WhenTheSettingsFolderAppears) {
     options.preferencesFolder = folder / "config/quorvel/Preferences";
     start();
     fs::create_directories(options.preferencesFolder);
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     write(options.preferencesFolder + "/org.quorvel.quorvelprefs.plist", "{}");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
 }
 
 TEST_F(LivePresenterTest, WhenACalendarIsWrittenReplacedAddedOrRemoved) {
     start();
     write(folder / "one.ics", "2");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     replace(folder / "one.ics", "3");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     write(folder / "calendars/home/event.ics", "1");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     write(folder / "calendars/home/color", "#FF0000");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     fs::create_directories(folder / "calendars/office");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     write(folder / "calendars/office/event.ics", "1");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     fs::remove_all(folder / "calendars/office");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     fs::remove(folder / "one.ics");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     write(folder / "calendars/home/event.ics.tmp", "1");
     write(folder / "two.ics", "1");
-    EXPECT_TRUE(isLeftAlone());
+    EXPECT_TRUE(isNotPresented());
     EXPECT_THAT(log->lines, IsEmpty());
 }
 
@@ -215,10 +214,10 @@ TEST_F(LivePresenterTest, ABurstIsOnePresentation) {
         write(folder / ("calendars/home/" + std::to_string(i) + ".ics"), "1");
         runFor(0.002);
     }
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
 }
 
-TEST_F(LivePresenterTest, AStreamOfChangesDoesNotPutItOffForEver) {
+TEST_F(LivePresenterTest, ASteadyStreamOfChangesDoesNotPostponeItForever) {
     start();
     const auto begin = SteadyClock::now();
     while (presentations == 0 && secondsSince(begin) < 5) {
@@ -234,40 +233,40 @@ TEST_F(LivePresenterTest, AStreamOfChangesDoesNotPutItOffForEver) {
     EXPECT_LE(presentations, 6);
 }
 
-TEST_F(LivePresenterTest, WhenTheTimeZoneChangesThePlatformFollowsFirst) {
+TEST_F(LivePresenterTest, ANewTimeZoneReachesThePlatformFirst) {
     start();
     zoneName = "Asia/Tokyo";
     write(folder / "localtime", "Tokyo");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     EXPECT_EQ(platform->timeZone()->identifier(), "Asia/Tokyo");
     const auto hour = platform->platform().dateServices.components(platform::NSHourCalendarUnit,
                                                                    at("2026-03-10T10:00:00"));
     EXPECT_EQ(hour.hour, 18);
     write(folder / "localtime", "Tokyo again");
-    EXPECT_TRUE(isLeftAlone()) << "the same zone";
+    EXPECT_TRUE(isNotPresented()) << "the same zone";
 }
 
-TEST_F(LivePresenterTest, WhenTheLocaleChangesThePlatformFollowsFirst) {
+TEST_F(LivePresenterTest, ANewLocaleReachesThePlatformFirst) {
     start();
     regions.set("region", "de_DE.UTF-8");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     EXPECT_EQ(platform->locale(), "de_DE");
     EXPECT_EQ(platform->platform().dateServices.stringFromDate({false, {}, {}, "EEEE"},
                                                                at("2026-03-10T10:00:00")),
               "Dienstag");
     regions.set("region", "de_DE");
-    EXPECT_TRUE(isLeftAlone()) << "the same locale";
+    EXPECT_TRUE(isNotPresented()) << "the same locale";
     regions.reset("region");
     presentations = 0;
     runFor(0.7);
     presentations = 0;
     ASSERT_TRUE(runUntil([this] { return services.hasListener("org.freedesktop.locale1"); }));
     services.setLocale({"LANG=it_IT.UTF-8"}, false);
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     EXPECT_EQ(platform->locale(), "it_IT");
 }
 
-TEST_F(LivePresenterTest, WhenTheClockFormatChangesThePlatformFollowsFirst) {
+TEST_F(LivePresenterTest, ANewClockFormatReachesThePlatformFirst) {
     start();
     const auto time = [this] {
         const platform::NSDateFormatter formatter{false,
@@ -279,14 +278,14 @@ TEST_F(LivePresenterTest, WhenTheClockFormatChangesThePlatformFollowsFirst) {
     };
     EXPECT_EQ(time(), "2:30 PM");
     interface.set("clock-format", "24h");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     EXPECT_EQ(time(), "14:30");
     interface.set("clock-format", "12h");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     EXPECT_EQ(time(), "2:30 PM");
 }
 
-TEST_F(LivePresenterTest, WhatTheUserHasChosenDoesNotFollowTheSession) {
+TEST_F(LivePresenterTest, ChoicesOfTheUserOverrideTheSession) {
     options.followsTimeZone = false;
     options.followsLocale = false;
     start();
@@ -296,46 +295,46 @@ TEST_F(LivePresenterTest, WhatTheUserHasChosenDoesNotFollowTheSession) {
     regions.set("region", "de_DE.UTF-8");
     interface.set("clock-format", "24h");
     services.setLocale({"LANG=it_IT.UTF-8"}, true);
-    EXPECT_TRUE(isLeftAlone());
+    EXPECT_TRUE(isNotPresented());
     EXPECT_EQ(platform->locale(), "en_US");
     EXPECT_EQ(platform->timeZone()->identifier(), "Europe/Berlin");
     EXPECT_EQ(platform->clockFormat(), ClockFormat::ofLocale);
 }
 
-TEST_F(LivePresenterTest, WhileHeldBackNothingIsPresentedAndThenOnce) {
+TEST_F(LivePresenterTest, APausePostponesAllChangesToOnePresentation) {
     addRow("2026-03-10T09:00:00", "2026-03-10T10:00:00.2");
     startAt("2026-03-10T10:00:00");
-    presenter->setHeldBack(true);
+    presenter->setPaused(true);
     write(folder / "one.ics", "2");
-    EXPECT_TRUE(isLeftAlone());
-    presenter->setHeldBack(false);
+    EXPECT_TRUE(isNotPresented());
+    presenter->setPaused(false);
     EXPECT_EQ(presentations, 0) << "not from within the call";
-    EXPECT_TRUE(isPresented());
-    presenter->setHeldBack(true);
-    presenter->setHeldBack(false);
-    EXPECT_TRUE(isLeftAlone());
+    EXPECT_TRUE(isPresentedInTime());
+    presenter->setPaused(true);
+    presenter->setPaused(false);
+    EXPECT_TRUE(isNotPresented());
 }
 
-TEST_F(LivePresenterTest, APresentationByTheHostCountsForWhatHasCome) {
+TEST_F(LivePresenterTest, APresentationByTheHostCoversEarlierChanges) {
     start();
     write(folder / "one.ics", "2");
     runFor(0.05);
-    presenter->presented(rows);
-    EXPECT_TRUE(isLeftAlone());
-    presenter->setHeldBack(true);
+    presenter->restart(rows);
+    EXPECT_TRUE(isNotPresented());
+    presenter->setPaused(true);
     write(folder / "one.ics", "3");
     runFor(0.3);
-    presenter->presented(rows);
-    presenter->setHeldBack(false);
-    EXPECT_TRUE(isLeftAlone());
+    presenter->restart(rows);
+    presenter->setPaused(false);
+    EXPECT_TRUE(isNotPresented());
 }
 
-TEST_F(LivePresenterTest, NothingIsPresentedAfterItsEnd) {
+TEST_F(LivePresenterTest, PresentsNothingAfterItsDestruction) {
     addRow("2026-03-10T09:00:00", "2026-03-10T10:00:00.4");
     startAt("2026-03-10T10:00:00");
     ASSERT_TRUE(runUntil([this] { return services.hasListener("org.freedesktop.login1"); }));
     write(folder / "one.ics", "2");
-    runFor(0.01); // the change is known, the presentation not yet due
+    runFor(0.01); // the change is known, but its presentation still waits
     write(folder / "Preferences/a.plist", "{}");
     zoneName = "Asia/Tokyo";
     write(folder / "localtime", "Tokyo");
@@ -344,28 +343,28 @@ TEST_F(LivePresenterTest, NothingIsPresentedAfterItsEnd) {
     services.prepareForSleep(false);
     services.setLocale({"LANG=it_IT.UTF-8"}, false);
     presenter.reset();
-    EXPECT_TRUE(isLeftAlone());
+    EXPECT_TRUE(isNotPresented());
     EXPECT_EQ(platform->timeZone()->identifier(), "Europe/Berlin");
 }
 
-TEST_F(LivePresenterTest, APresentationMayEndIt) {
+TEST_F(LivePresenterTest, APresentationMayDestroyIt) {
     platform.emplace(options);
     presenter = std::make_unique<LivePresenter>(*platform, [this] {
         ++presentations;
         presenter.reset();
     });
-    presenter->presented({});
+    presenter->restart({});
     write(folder / "one.ics", "2");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     write(folder / "one.ics", "3");
-    EXPECT_TRUE(isLeftAlone());
+    EXPECT_TRUE(isNotPresented());
 }
 
-TEST_F(LivePresenterTest, WaitingWakesNobody) {
+TEST_F(LivePresenterTest, WaitingCausesNoWakeUps) {
     addRow("2026-03-10T09:00:00", "2026-03-10T11:00:00");
     startAt("2026-03-10T10:00:00");
     write(folder / "one.ics", "2");
-    EXPECT_TRUE(isPresented());
+    EXPECT_TRUE(isPresentedInTime());
     ASSERT_TRUE(runUntil([this] { return services.hasListener("org.freedesktop.locale1"); }));
     runFor(0.2);
     EXPECT_EQ(wakeUpsDuring(1.5), 0);

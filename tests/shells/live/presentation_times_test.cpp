@@ -1,4 +1,4 @@
-// Exact instants, over clock changes of real zones.
+// Exact instants, across the clock changes of real time zones.
 #include "shells/live/presentation_times.h"
 
 #include <cmath>
@@ -58,7 +58,7 @@ TEST_F(PresentationTimesTest, MidnightIsLocal) {
     EXPECT_EQ(midnightAfter("2026-03-10T10:59:59Z"), at("2026-03-10T11:00:00Z"));
 }
 
-TEST_F(PresentationTimesTest, DaysOfClockChangesHaveTheirLength) {
+TEST_F(PresentationTimesTest, DaysWithClockChangesHaveTheirOwnLength) {
     EXPECT_EQ(midnightAfter("2026-03-29T00:00:00").timeIntervalSinceDate(at("2026-03-29T00:00:00")),
               82800);
     EXPECT_EQ(midnightAfter("2026-10-25T00:00:00").timeIntervalSinceDate(at("2026-10-25T00:00:00")),
@@ -74,20 +74,20 @@ TEST_F(PresentationTimesTest, ADayWithoutMidnightBeginsWithItsFirstInstant) {
     EXPECT_EQ(midnightAfter("2022-03-26T23:59:59"), at("2022-03-26T22:00:00Z"));
 }
 
-TEST_F(PresentationTimesTest, OfAMidnightThatComesTwiceTheFirstCounts) {
+TEST_F(PresentationTimesTest, TheFirstOfTwoMidnightsCounts) {
     useZone("America/Havana"); // at 01:00 the clocks go back to midnight
     EXPECT_EQ(midnightAfter("2025-11-01T12:00:00"), at("2025-11-02T04:00:00Z"));
     EXPECT_EQ(midnightAfter("2025-11-02T04:30:00Z"), at("2025-11-03T05:00:00Z"));
     EXPECT_EQ(midnightAfter("2025-11-02T05:30:00Z"), at("2025-11-03T05:00:00Z"));
 }
 
-TEST_F(PresentationTimesTest, AnHourBeforeMidnightThatComesTwiceEndsOnce) {
+TEST_F(PresentationTimesTest, ARepeatedHourBeforeMidnightEndsOnce) {
     useZone("Asia/Beirut"); // at midnight the clocks go back to 23:00
     EXPECT_EQ(midnightAfter("2022-10-29T20:30:00Z"), at("2022-10-29T22:00:00Z"));
     EXPECT_EQ(midnightAfter("2022-10-29T21:30:00Z"), at("2022-10-29T22:00:00Z"));
 }
 
-TEST_F(PresentationTimesTest, ADayThatNeverWasIsPassedOver) {
+TEST_F(PresentationTimesTest, ADayThatAZoneSkippedIsSkipped) {
     useZone("Pacific/Apia");
     EXPECT_EQ(midnightAfter("2011-12-29T12:00:00"), at("2011-12-31T00:00:00"));
 }
@@ -111,11 +111,11 @@ TEST_F(PresentationTimesTest, EveryMidnightOfAYearIsTheFirstInstantOfAnotherDay)
     }
 }
 
-TEST_F(PresentationTimesTest, WithoutRowsItIsMidnight) {
+TEST_F(PresentationTimesTest, WithoutRowsMidnightIsNext) {
     EXPECT_EQ(next("2026-03-10T10:00:00", {}), at("2026-03-11T00:00:00"));
 }
 
-TEST_F(PresentationTimesTest, TheSoonestStartOrEndCounts) {
+TEST_F(PresentationTimesTest, TheEarliestStartOrEndCounts) {
     const std::vector<RowDescription> rows = {
         row(at("2026-03-10T09:00:00"), at("2026-03-10T11:30:00")),
         row(at("2026-03-10T11:00:00"), at("2026-03-10T12:00:00")),
@@ -128,7 +128,7 @@ TEST_F(PresentationTimesTest, TheSoonestStartOrEndCounts) {
     EXPECT_EQ(next("2026-03-12T00:00:00", rows), at("2026-03-12T12:00:00"));
 }
 
-TEST_F(PresentationTimesTest, WhatIsPastOrAbsentDoesNotCount) {
+TEST_F(PresentationTimesTest, PastAndMissingTimesDoNotCount) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     const std::vector<RowDescription> rows = {
         row(at("2026-03-09T09:00:00"), at("2026-03-10T10:00:00")), row({}, {}),
@@ -137,12 +137,12 @@ TEST_F(PresentationTimesTest, WhatIsPastOrAbsentDoesNotCount) {
     EXPECT_EQ(next("2026-03-10T10:00:00", rows), at("2026-03-11T00:00:00"));
 }
 
-TEST_F(PresentationTimesTest, AnInstantWithinASecondCounts) {
+TEST_F(PresentationTimesTest, FractionsOfASecondCount) {
     const NSDate end = at("2026-03-10T10:00:00").dateByAddingTimeInterval(0.25);
     EXPECT_EQ(next("2026-03-10T10:00:00", {row({}, end)}), end);
 }
 
-TEST_F(PresentationTimesTest, RowsOfWholeDaysChangeAtMidnight) {
+TEST_F(PresentationTimesTest, AllDayRowsChangeAtMidnight) {
     const std::vector<RowDescription> rows = {
         row(at("2026-03-10T00:00:00"), at("2026-03-10T23:59:59"), true),
         row(at("2026-03-11T00:00:00"), at("2026-03-12T23:59:59"), true)};
@@ -150,10 +150,10 @@ TEST_F(PresentationTimesTest, RowsOfWholeDaysChangeAtMidnight) {
     EXPECT_EQ(next("2026-03-10T23:59:58", rows), at("2026-03-11T00:00:00"));
     EXPECT_EQ(next("2026-03-10T10:00:00", {row({}, at("2026-03-10T23:59:59"))}),
               at("2026-03-10T23:59:59"))
-        << "a row of hours ends when it ends";
+        << "a row that is not all-day ends at its own end";
 }
 
-TEST_F(PresentationTimesTest, EndsOverAClockChangeAreInstants) {
+TEST_F(PresentationTimesTest, ClockChangesDoNotMoveEnds) {
     const std::vector<RowDescription> rows = {
         row(at("2026-03-29T00:30:00Z"), at("2026-03-29T01:30:00Z"))};
     EXPECT_EQ(next("2026-03-29T01:00:00Z", rows), at("2026-03-29T01:30:00Z"));

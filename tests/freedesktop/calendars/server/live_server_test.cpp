@@ -48,7 +48,7 @@ protected:
                   store->calendars()})) {
             titles.push_back(event->title.value_or("-"));
         }
-        presenter->presented({});
+        presenter->restart({});
     }
     bool isShown(const std::vector<std::string>& expected) {
         return runUntil([&] { return titles == expected; }, 20);
