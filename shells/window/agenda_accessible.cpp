@@ -1,5 +1,5 @@
-// The list manages its rows, of which there may be many: their objects are made when they are asked
-// for, live as long as somebody holds them, and are not announced one by one.
+// The list manages its descendants, as there may be many rows: a row's object is created when a
+// screen reader asks for it, lives as long as it has an owner, and no signal reports its creation.
 #include "shells/window/agenda_accessible.h"
 
 #include <cstddef>
@@ -11,11 +11,14 @@
 
 #include <gtk/gtk-a11y.h>
 
-#include "shells/window/gtk_handles.h"
+#include "freedesktop/glib/handles.h"
 #include "shells/window/row_accessible.h"
 #include "shells/window/row_list.h"
 
 namespace quorvel::window {
+
+using freedesktop::ObjectHandle;
+using freedesktop::share;
 
 namespace {
 
@@ -24,13 +27,13 @@ using FailureHandler = std::function<void(std::exception_ptr)>;
 constexpr const char* rowsKey = "quorvel-rows";
 constexpr const char* accessibleKey = "quorvel-accessible";
 
-// The rows of a widget, also before anybody has asked for its accessible object.
+// Stored at the widget, as its accessible object may be created later.
 struct RowsOfWidget {
     RowList* rows = nullptr;
-    FailureHandler failed;
+    FailureHandler onFailure;
 };
 
-// What the list's object consists of beside its GObject part.
+// The members of the list's object beside those of GObject.
 class ListState final : public RowOwner {
 public:
     explicit ListState(GtkAccessible* object)
@@ -41,27 +44,27 @@ public:
 
     AtkObject* listObject() override { return ATK_OBJECT(m_object); }
     GtkWidget* widget() override { return gtk_accessible_get_widget(m_object); }
-    RowList* rows() override { return m_given.rows; }
-    void rowObjectGoes(std::size_t row) override { m_living.erase(row); }
-    void fail(std::exception_ptr failure) noexcept override;
+    RowList* rows() override { return m_rows.rows; }
+    void onRowObjectFinalized(std::size_t row) override { m_rowObjects.erase(row); }
+    void onFailure(std::exception_ptr failure) noexcept override;
 
-    void setRows(RowsOfWidget given);
+    void setRows(RowsOfWidget rows);
     std::size_t rowCount() const;
-    ObjectHandle<AtkObject> rowAt(std::size_t number); // null for one that is not there
+    ObjectHandle<AtkObject> rowAt(std::size_t number); // null where it does not exist
     ObjectHandle<AtkObject> rowAtHeight(platform::CGFloat height);
-    void changeRows();
-    void tellFocus();
+    void updateRows();
+    void updateFocus();
 
 private:
-    void keep(AtkObject* row);
+    void retain(AtkObject* row);
     void dropRows();
     ObjectHandle<AtkObject> focusedRow();
 
     GtkAccessible* m_object;
-    RowsOfWidget m_given;
-    std::map<std::size_t, AtkObject*> m_living;     // not owned
-    std::deque<ObjectHandle<AtkObject>> m_lastOnes; // that were asked for
-    ObjectHandle<AtkObject> m_focused;              // as it was last told
+    RowsOfWidget m_rows;
+    std::map<std::size_t, AtkObject*> m_rowObjects;     // by row; not owned
+    std::deque<ObjectHandle<AtkObject>> m_recentlyUsed; // oldest first
+    ObjectHandle<AtkObject> m_focused;                  // as last reported to screen readers
 };
 
 struct ListObject {
@@ -79,84 +82,80 @@ ListState& stateOf(gpointer object) {
     return *static_cast<ListObject*>(object)->state;
 }
 
-ObjectHandle<AtkObject> share(AtkObject* object) {
-    return ObjectHandle<AtkObject>(static_cast<AtkObject*>(g_object_ref(object)));
-}
-
-void ListState::fail(std::exception_ptr failure) noexcept {
-    if (m_given.failed) {
-        m_given.failed(std::move(failure));
+void ListState::onFailure(std::exception_ptr failure) noexcept {
+    if (m_rows.onFailure) {
+        m_rows.onFailure(std::move(failure));
     }
 }
 
-void ListState::setRows(RowsOfWidget given) {
+void ListState::setRows(RowsOfWidget rows) {
     dropRows();
-    m_given = std::move(given);
+    m_rows = std::move(rows);
 }
 
 std::size_t ListState::rowCount() const {
-    return m_given.rows != nullptr ? m_given.rows->rowCount() : 0;
+    return m_rows.rows != nullptr ? m_rows.rows->rowCount() : 0;
 }
 
 ObjectHandle<AtkObject> ListState::rowAt(std::size_t number) {
     if (number >= rowCount()) {
         return nullptr;
     }
-    const auto known = m_living.find(number);
-    if (known != m_living.end()) {
+    const auto known = m_rowObjects.find(number);
+    if (known != m_rowObjects.end()) {
         return share(known->second);
     }
     ObjectHandle<AtkObject> row(makeRowObject(*this, number));
-    m_living.emplace(number, row.get());
-    keep(row.get());
+    m_rowObjects.emplace(number, row.get());
+    retain(row.get());
     return row;
 }
 
-// For a reader who comes back to a row without having held it.
-void ListState::keep(AtkObject* row) {
+// Screen readers return to a row without owning its object in the meantime.
+void ListState::retain(AtkObject* row) {
     constexpr std::size_t most = 100;
-    m_lastOnes.push_back(share(row));
-    if (m_lastOnes.size() > most) {
-        m_lastOnes.pop_front();
+    m_recentlyUsed.push_back(share(row));
+    if (m_recentlyUsed.size() > most) {
+        m_recentlyUsed.pop_front();
     }
 }
 
-// The rows stand one below the other.
+// A binary search, as the rows are placed one below the other.
 ObjectHandle<AtkObject> ListState::rowAtHeight(platform::CGFloat height) {
-    std::size_t low = 0; // the rows above this one end above the height
+    std::size_t low = 0; // all rows before this one end above the height
     for (std::size_t high = rowCount(); low < high;) {
         const std::size_t middle = low + (high - low) / 2;
-        const bool isAbove = CGRectGetMaxY(m_given.rows->rowFrame(middle)) <= height;
+        const bool isAbove = CGRectGetMaxY(m_rows.rows->rowFrame(middle)) <= height;
         (isAbove ? low : high) = isAbove ? middle + 1 : middle;
     }
-    const bool isThere = low < rowCount() && CGRectGetMinY(m_given.rows->rowFrame(low)) <= height;
-    return isThere ? rowAt(low) : nullptr;
+    const bool exists = low < rowCount() && CGRectGetMinY(m_rows.rows->rowFrame(low)) <= height;
+    return exists ? rowAt(low) : nullptr;
 }
 
 void ListState::dropRows() {
     std::vector<ObjectHandle<AtkObject>> dropped;
-    for (const auto& [number, row] : std::exchange(m_living, {})) {
+    for (const auto& [number, row] : std::exchange(m_rowObjects, {})) {
         dropped.push_back(share(row));
     }
-    m_lastOnes.clear();
+    m_recentlyUsed.clear();
     m_focused.reset();
     for (const auto& row : dropped) {
         detachRowObject(row.get());
     }
 }
 
-void ListState::changeRows() {
+void ListState::updateRows() {
     dropRows();
     g_signal_emit_by_name(m_object, "visible-data-changed");
-    tellFocus();
+    updateFocus();
 }
 
 ObjectHandle<AtkObject> ListState::focusedRow() {
-    const auto number = m_given.rows != nullptr ? m_given.rows->focusedRow() : std::nullopt;
+    const auto number = m_rows.rows != nullptr ? m_rows.rows->focusedRow() : std::nullopt;
     return number && hasFocus(*this, *number) ? rowAt(*number) : nullptr;
 }
 
-void ListState::tellFocus() {
+void ListState::updateFocus() {
     ObjectHandle<AtkObject> focused = focusedRow();
     if (focused == m_focused) {
         return;
@@ -171,7 +170,7 @@ void ListState::tellFocus() {
     }
 }
 
-// The class.
+// The functions of the GObject class.
 
 int childCount(AtkObject* object) {
     ListState& state = stateOf(object);
@@ -199,7 +198,7 @@ AtkObject* refRowAtPoint(AtkComponent* component, int x, int y, AtkCoordType coo
     int width = 0;
     int height = 0;
     atk_component_get_extents(component, &left, &top, &width, &height, coordinates);
-    // A list that is not shown stands at the least number that there is.
+    // A list that is not shown is at the smallest integer.
     const platform::CGFloat across = static_cast<platform::CGFloat>(x) - left;
     const platform::CGFloat down = static_cast<platform::CGFloat>(y) - top;
     if (across < 0 || across >= width || down < 0 || down >= height) {
@@ -209,34 +208,34 @@ AtkObject* refRowAtPoint(AtkComponent* component, int x, int y, AtkCoordType coo
     return answerOr<AtkObject*>(nullptr, state, [&] { return state.rowAtHeight(down).release(); });
 }
 
-// Null until somebody has asked for the widget's accessible object.
+// Null before the widget's accessible object is created.
 ListObject* listOfWidget(GtkWidget* widget) {
     return static_cast<ListObject*>(g_object_get_data(G_OBJECT(widget), accessibleKey));
 }
 
-void focusCameOrWent(GtkWidget* widget, GParamSpec*, gpointer) {
+void onHasFocusChanged(GtkWidget* widget, GParamSpec*, gpointer) {
     if (ListObject* list = listOfWidget(widget)) {
         answerOr(false, *list->state, [&] {
-            list->state->tellFocus();
+            list->state->updateFocus();
             return true;
         });
     }
 }
 
-void initialiseList(AtkObject* object, gpointer widget) noexcept {
+void initializeList(AtkObject* object, gpointer widget) noexcept {
     parentClass->initialize(object, widget);
     object->role = ATK_ROLE_LIST;
-    const auto* given =
+    const auto* rows =
         static_cast<const RowsOfWidget*>(g_object_get_data(G_OBJECT(widget), rowsKey));
-    if (given != nullptr) {
-        stateOf(object).setRows(*given);
+    if (rows != nullptr) {
+        stateOf(object).setRows(*rows);
     }
     g_object_set_data(G_OBJECT(widget), accessibleKey, object);
-    g_signal_connect(widget, "notify::has-focus", G_CALLBACK(focusCameOrWent), nullptr);
+    g_signal_connect(widget, "notify::has-focus", G_CALLBACK(onHasFocusChanged), nullptr);
 }
 
-// The widget goes, and readers may hold the list for longer.
-void forgetWidget(GtkAccessible* accessible) noexcept {
+// The widget is being destroyed; screen readers may own the list's object for longer.
+void unsetWidget(GtkAccessible* accessible) noexcept {
     stateOf(accessible).setRows({});
     g_object_set_data(G_OBJECT(stateOf(accessible).widget()), accessibleKey, nullptr);
     GTK_ACCESSIBLE_CLASS(parentClass)->widget_unset(accessible);
@@ -247,22 +246,22 @@ void finalizeList(GObject* object) {
     G_OBJECT_CLASS(parentClass)->finalize(object);
 }
 
-void initialiseListClass(gpointer listClass, gpointer) {
+void initializeListClass(gpointer listClass, gpointer) {
     parentClass = ATK_OBJECT_CLASS(g_type_class_peek_parent(listClass));
     AtkObjectClass* objectClass = ATK_OBJECT_CLASS(listClass);
-    objectClass->initialize = initialiseList;
+    objectClass->initialize = initializeList;
     objectClass->get_n_children = childCount;
     objectClass->ref_child = refChild;
     objectClass->ref_state_set = statesOfList;
-    GTK_ACCESSIBLE_CLASS(listClass)->widget_unset = forgetWidget;
+    GTK_ACCESSIBLE_CLASS(listClass)->widget_unset = unsetWidget;
     G_OBJECT_CLASS(listClass)->finalize = finalizeList;
 }
 
-void initialiseComponent(gpointer interface, gpointer) {
+void initializeComponent(gpointer interface, gpointer) {
     static_cast<AtkComponentIface*>(interface)->ref_accessible_at_point = refRowAtPoint;
 }
 
-void initialiseListObject(GTypeInstance* instance, gpointer) noexcept {
+void initializeListObject(GTypeInstance* instance, gpointer) noexcept {
     auto* list = static_cast<ListObject*>(static_cast<gpointer>(instance));
     list->state = new ListState(GTK_ACCESSIBLE(instance));
 }
@@ -270,8 +269,8 @@ void initialiseListObject(GTypeInstance* instance, gpointer) noexcept {
 GType registerListType() {
     const GType type = g_type_register_static_simple(
         GTK_TYPE_WIDGET_ACCESSIBLE, "QuorvelAgendaAccessible", sizeof(ListObjectClass),
-        initialiseListClass, sizeof(ListObject), initialiseListObject, GTypeFlags{});
-    const GInterfaceInfo component{initialiseComponent, nullptr, nullptr};
+        initializeListClass, sizeof(ListObject), initializeListObject, GTypeFlags{});
+    const GInterfaceInfo component{initializeComponent, nullptr, nullptr};
     g_type_add_interface_static(type, ATK_TYPE_COMPONENT, &component);
     return type;
 }
@@ -284,24 +283,24 @@ GType agendaAccessibleType() {
 }
 
 void setAccessibleRows(GtkWidget* widget, RowList* rows,
-                       std::function<void(std::exception_ptr)> failed) {
-    const GDestroyNotify forget = [](gpointer given) { delete static_cast<RowsOfWidget*>(given); };
-    auto* given = new RowsOfWidget{rows, std::move(failed)};
-    g_object_set_data_full(G_OBJECT(widget), rowsKey, given, forget);
+                       std::function<void(std::exception_ptr)> onFailure) {
+    const GDestroyNotify destroy = [](gpointer data) { delete static_cast<RowsOfWidget*>(data); };
+    auto* rowsOfWidget = new RowsOfWidget{rows, std::move(onFailure)};
+    g_object_set_data_full(G_OBJECT(widget), rowsKey, rowsOfWidget, destroy);
     if (ListObject* list = listOfWidget(widget)) {
-        list->state->setRows(*given);
+        list->state->setRows(*rowsOfWidget);
     }
 }
 
-void accessibleRowsChanged(GtkWidget* widget) {
+void updateAccessibleRows(GtkWidget* widget) {
     if (ListObject* list = listOfWidget(widget)) {
-        list->state->changeRows();
+        list->state->updateRows();
     }
 }
 
-void accessibleFocusMoved(GtkWidget* widget) {
+void updateAccessibleFocus(GtkWidget* widget) {
     if (ListObject* list = listOfWidget(widget)) {
-        list->state->tellFocus();
+        list->state->updateFocus();
     }
 }
 

@@ -1,5 +1,5 @@
-// What a screen reader sees of the agenda: a list whose items are the rows, each with a name and,
-// where a pull would do something, one action.
+// Presents the agenda to screen readers: a list whose items are the rows, each with a name and,
+// where a pull has an effect, one action.
 #pragma once
 
 #include <exception>
@@ -11,17 +11,16 @@ namespace quorvel::window {
 
 class RowList;
 
-// For gtk_widget_class_set_accessible_type() of the widget that shows the rows.
+// The type for gtk_widget_class_set_accessible_type() of the widget that shows the rows.
 GType agendaAccessibleType();
 
-// From here on the widget's accessible object speaks of these rows; null: of none, which is to be
-// said before the rows go. The widget is of a class with the type above. `failed` is given what the
-// rows throw while a reader asks them, and is called no more once other rows are set; the reader
-// gets an empty answer.
+// Sets the rows of the widget's accessible object; null: none. Set null before the rows are
+// destroyed. The widget's class has the type above. `onFailure` receives what the rows throw while
+// a screen reader uses them, until other rows are set; the reader receives an empty answer.
 void setAccessibleRows(GtkWidget* widget, RowList* rows,
-                       std::function<void(std::exception_ptr)> failed);
-// The rows are others now: their number or their names.
-void accessibleRowsChanged(GtkWidget* widget);
-void accessibleFocusMoved(GtkWidget* widget);
+                       std::function<void(std::exception_ptr)> onFailure);
+// Call these when the number or the names of the rows have changed, and when the focus has moved.
+void updateAccessibleRows(GtkWidget* widget);
+void updateAccessibleFocus(GtkWidget* widget);
 
 } // namespace quorvel::window

@@ -1,5 +1,5 @@
-// The GTK widget that shows a host's views: it paints them, hands them the input, and gives them
-// frames while something moves. It needs nothing of the window that it stands in.
+// The GTK widget that shows a host's views: it paints them, passes input on to them, and advances
+// them frame by frame while something moves. It can be placed in any window.
 #pragma once
 
 #include <exception>
@@ -14,20 +14,23 @@ namespace quorvel::window {
 
 class AgendaHost;
 
-// What fails in the host or the widget while GTK is calling; the area goes on.
+// Receives an exception of the host or the widget that was thrown while GTK was calling. The area
+// stays usable.
 using AreaFailureHandler = std::function<void(std::exception_ptr)>;
 
-// Shows nothing yet. The reference is floating, as with every new GTK widget. Its natural size is
-// the one that the host wants.
-GtkWidget* makeAgendaArea(std::shared_ptr<freedesktop::TextLines> lines, AreaFailureHandler failed);
+// Creates an area without a host. The reference is floating, as with every new GTK widget. The
+// area's natural size is the host's wanted size.
+GtkWidget* makeAgendaArea(std::shared_ptr<freedesktop::TextLines> lines,
+                          AreaFailureHandler onFailure);
 
-// From here on the area shows this host's views, null: none. The host outlives its place in the
-// area; its observer has to pass on what follows.
+// Shows this host's views; null: none. The host stays alive until another one is set. The host's
+// observer calls redrawAgendaArea(), resizeAgendaArea(), and updateAccessibleRows() and
+// updateAccessibleFocus() of agenda_accessible.h.
 void setAgendaHost(GtkWidget* area, AgendaHost* host);
 
-void agendaAreaLooksDifferent(GtkWidget* area);
-void agendaAreaWantsSize(GtkWidget* area);
-void agendaAreaPresented(GtkWidget* area);
-void agendaAreaFocusMoved(GtkWidget* area);
+// Paints the views anew, and again for each frame while they move.
+void redrawAgendaArea(GtkWidget* area);
+// Requests the size that the host wants now.
+void resizeAgendaArea(GtkWidget* area);
 
 } // namespace quorvel::window

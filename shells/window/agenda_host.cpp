@@ -27,11 +27,11 @@ using platform::UIWindow;
 
 namespace {
 
-constexpr CGFloat standardWidth = 320; // points, where neither the user nor the widget says
-constexpr CGFloat lineHeight = 44;     // of the line about missing calendars
+constexpr CGFloat standardWidth = 320; // points, where neither the user nor the widget chooses one
+constexpr CGFloat lineHeight = 44;     // points, of the line about missing calendars
 constexpr CGFloat lineInset = 12;
 
-std::shared_ptr<UILabel> makeLine(const std::string& text) {
+std::shared_ptr<UILabel> makeHiddenLine(const std::string& text) {
     auto label = std::make_shared<UILabel>();
     label->setText(text);
     label->setFont(platform::UIFont::systemFontOfSize(14));
@@ -45,8 +45,9 @@ CGFloat windowLength(CGFloat length) {
     return std::clamp(std::ceil(length), 1.0, greatest);
 }
 
+// The view itself or the nearest view of that kind around it.
 template <class Kind>
-Kind* climbTo(UIView* view) {
+Kind* nearestOfKind(UIView* view) {
     for (; view != nullptr; view = view->superview()) {
         if (auto* found = dynamic_cast<Kind*>(view)) {
             return found;
@@ -55,10 +56,10 @@ Kind* climbTo(UIView* view) {
     return nullptr;
 }
 
-// Whether a drag that begins on the view would move it or a view above it.
+// Whether a drag that begins on the view would move it or a view that contains it.
 bool anyCanMove(UIView* view, bool (UIScrollView::*canMove)() const) {
-    for (auto* scroller = climbTo<UIScrollView>(view); scroller != nullptr;
-         scroller = climbTo<UIScrollView>(scroller->superview())) {
+    for (auto* scroller = nearestOfKind<UIScrollView>(view); scroller != nullptr;
+         scroller = nearestOfKind<UIScrollView>(scroller->superview())) {
         if ((scroller->*canMove)()) {
             return true;
         }
@@ -70,7 +71,7 @@ CGFloat lowestOffset(const UIScrollView& view) {
     return std::max(view.contentSize().height - view.bounds().size.height, 0.0);
 }
 
-// False where the content stands at that edge already, or cannot be scrolled at all.
+// False where the content is at that edge already, or cannot be scrolled at all.
 bool scrollWithinEdges(UIScrollView& view, CGFloat distance) {
     if (!view.canMoveVertically() || view.isDragging()) {
         return false;
@@ -92,7 +93,7 @@ AgendaHost::AgendaHost(const freedesktop::LoadedBundle& bundle, const platform::
     , m_options(std::move(options))
     , m_window(std::make_shared<UIWindow>(CGRect{}, platform.screen))
     , m_scroller(std::make_shared<UIScrollView>())
-    , m_noCalendars(makeLine(m_options.noCalendarsText))
+    , m_noCalendars(makeHiddenLine(m_options.noCalendarsText))
     , m_greatestHeight(std::numeric_limits<CGFloat>::infinity()) {
     m_window->addSubview(m_scroller);
     m_window->addSubview(m_noCalendars);
@@ -100,18 +101,18 @@ AgendaHost::AgendaHost(const freedesktop::LoadedBundle& bundle, const platform::
                                                       *this, *m_scroller);
     m_rows = std::make_unique<AgendaRows>(
         *m_widget, *m_scroller, m_options.frameTime,
-        AgendaRows::Events{[this] { tell(&AgendaObserver::agendaLooksDifferent); },
-                           [this] {
-                               tell(&AgendaObserver::agendaFocusMoved);
-                               tell(&AgendaObserver::agendaLooksDifferent);
-                           }});
+        AgendaRows::Handlers{[this] { notify(&AgendaObserver::onAppearanceChanged); },
+                             [this] {
+                                 notify(&AgendaObserver::onFocusMoved);
+                                 notify(&AgendaObserver::onAppearanceChanged);
+                             }});
 }
 
 AgendaHost::~AgendaHost() = default;
 
-void AgendaHost::tell(void (AgendaObserver::*message)()) {
+void AgendaHost::notify(void (AgendaObserver::*event)()) {
     if (m_observer != nullptr) {
-        (m_observer->*message)();
+        (m_observer->*event)();
     }
 }
 
@@ -119,33 +120,34 @@ void AgendaHost::tell(void (AgendaObserver::*message)()) {
 
 void AgendaHost::present() {
     const CGSize oldSize = wantedSize();
-    if (!std::exchange(m_isLoaded, true)) {
-        load();
+    if (!std::exchange(m_isFirstSizeKnown, true)) {
+        requestFirstSize();
     }
-    m_isToAskAgain = false;
+    m_isSizeInvalid = false;
     presentWidget();
-    if (m_isToAskAgain) {
+    if (m_isSizeInvalid) {
         m_preferredSize = m_widget->preferredViewSize();
     }
-    showNoCalendars(!m_options.hasCalendars());
+    setNoCalendarsTextShown(!m_options.hasCalendars());
     layOut();
     m_rows->reload();
-    tell(&AgendaObserver::agendaPresented);
+    notify(&AgendaObserver::onRowsChanged);
     if (wantedSize() != oldSize) {
-        tell(&AgendaObserver::agendaWantsSize);
+        notify(&AgendaObserver::onWantedSizeChanged);
     }
-    tell(&AgendaObserver::agendaLooksDifferent);
+    notify(&AgendaObserver::onAppearanceChanged);
 }
 
-// As the host of a notification centre does: the size first, then the view, which may tell another.
-void AgendaHost::load() {
+// In the order of a notification centre: first the size, then the view, which may report another
+// size.
+void AgendaHost::requestFirstSize() {
     m_preferredSize = m_widget->preferredViewSize();
     if (!m_widget->isLegacy()) {
         m_widget->view();
     }
 }
 
-// An older host lets the view go when it is hidden, and has it filled anew when it is shown.
+// Older hosts unload the view when they hide it, and load it again when they show it.
 void AgendaHost::presentWidget() {
     if (m_widget->isLegacy()) {
         m_widget->unloadView();
@@ -163,14 +165,14 @@ void AgendaHost::didUpdatePreferredSize(platform::SBUIWidgetHost&, CGSize size) 
     m_preferredSize = size;
 }
 
-bool AgendaHost::isShowingNoCalendars() const {
+bool AgendaHost::isShowingNoCalendarsText() const {
     return !m_noCalendars->isHidden();
 }
 
-// In place of the widget, whose table rules lines where it has no rows.
-void AgendaHost::showNoCalendars(bool shown) {
-    m_noCalendars->setHidden(!shown);
-    m_scroller->setHidden(shown);
+// Hides the widget, as its table would draw separators behind the text.
+void AgendaHost::setNoCalendarsTextShown(bool isShown) {
+    m_noCalendars->setHidden(!isShown);
+    m_scroller->setHidden(isShown);
 }
 
 CGFloat AgendaHost::width() const {
@@ -183,13 +185,13 @@ CGFloat AgendaHost::width() const {
     return m_preferredSize.width > 0 ? m_preferredSize.width : standardWidth;
 }
 
-// A size from the widget may be anything, as the settings are a stranger's.
+// The settings are not trusted, so the widget's size may be any number.
 CGFloat AgendaHost::contentHeight() const {
     return std::isfinite(m_preferredSize.height) ? std::max(m_preferredSize.height, 0.0) : 0;
 }
 
 CGSize AgendaHost::wantedSize() const {
-    const CGFloat height = isShowingNoCalendars() ? lineHeight : contentHeight();
+    const CGFloat height = isShowingNoCalendarsText() ? lineHeight : contentHeight();
     return {windowLength(width()), windowLength(std::min(height, m_greatestHeight))};
 }
 
@@ -197,7 +199,7 @@ void AgendaHost::setGreatestHeight(CGFloat height) {
     const CGSize oldSize = wantedSize();
     m_greatestHeight = height;
     if (wantedSize() != oldSize) {
-        tell(&AgendaObserver::agendaWantsSize);
+        notify(&AgendaObserver::onWantedSizeChanged);
     }
 }
 
@@ -205,7 +207,7 @@ void AgendaHost::setAreaSize(CGSize size) {
     if (m_areaSize != size) {
         m_areaSize = size;
         layOut();
-        tell(&AgendaObserver::agendaLooksDifferent);
+        notify(&AgendaObserver::onAppearanceChanged);
     }
 }
 
@@ -243,22 +245,22 @@ void AgendaHost::sendFinger(const FingerReport& report) {
     m_window->layoutIfNeeded();
     m_window->sendFinger(report);
     if (wasChanging || isChanging()) {
-        tell(&AgendaObserver::agendaLooksDifferent);
+        notify(&AgendaObserver::onAppearanceChanged);
     }
     if (m_window->isFingerDown() != wasDown) {
-        tell(&AgendaObserver::agendaFingerCameOrWent);
+        notify(&AgendaObserver::onFingerDownChanged);
     }
 }
 
 void AgendaHost::cancelFinger(double time) {
     if (m_window->isFingerDown()) {
         m_window->cancelFinger(time);
-        tell(&AgendaObserver::agendaLooksDifferent);
-        tell(&AgendaObserver::agendaFingerCameOrWent);
+        notify(&AgendaObserver::onAppearanceChanged);
+        notify(&AgendaObserver::onFingerDownChanged);
     }
 }
 
-// A controller for older hosts says what a tap opens.
+// Only a controller for older hosts returns a link for a tap.
 void AgendaHost::tap(const CGPoint& location) {
     if (!m_widget->isLegacy() || !m_widget->hasView()) {
         return;
@@ -276,16 +278,16 @@ void AgendaHost::tap(const CGPoint& location) {
 void AgendaHost::advance(double time) {
     if (m_window->isMoving()) {
         m_window->advance(time);
-        tell(&AgendaObserver::agendaLooksDifferent);
+        notify(&AgendaObserver::onAppearanceChanged);
     }
 }
 
 bool AgendaHost::scrollVertically(const CGPoint& location, CGFloat distance) {
     const auto view = viewAt(location);
-    for (auto* scroller = climbTo<UIScrollView>(view.get()); scroller != nullptr;
-         scroller = climbTo<UIScrollView>(scroller->superview())) {
+    for (auto* scroller = nearestOfKind<UIScrollView>(view.get()); scroller != nullptr;
+         scroller = nearestOfKind<UIScrollView>(scroller->superview())) {
         if (scrollWithinEdges(*scroller, distance)) {
-            tell(&AgendaObserver::agendaLooksDifferent);
+            notify(&AgendaObserver::onAppearanceChanged);
             return true;
         }
     }
@@ -293,7 +295,7 @@ bool AgendaHost::scrollVertically(const CGPoint& location, CGFloat distance) {
 }
 
 bool AgendaHost::isOnRow(const CGPoint& location) {
-    return climbTo<platform::UITableViewCell>(viewAt(location).get()) != nullptr;
+    return nearestOfKind<platform::UITableViewCell>(viewAt(location).get()) != nullptr;
 }
 
 bool AgendaHost::canDragHorizontally(const CGPoint& location) {

@@ -1,5 +1,5 @@
-// The widget's host on a desktop, without a toolkit: it gives the widget a place in a tree of views
-// that scrolls where the place is too small, and follows every size that the widget asks for.
+// Hosts the widget on a desktop, without a toolkit: places it in a tree of views, follows the sizes
+// that it requests, and lets it scroll where it is higher than its window.
 #pragma once
 
 #include <functional>
@@ -28,61 +28,63 @@ class HostedWidget;
 
 namespace quorvel::window {
 
-// Whoever shows the host's views. Told at once, also while calling the host.
+// Shows the host's views. Notified immediately, also from inside methods of the host.
 class AgendaObserver {
 public:
     virtual ~AgendaObserver() = default;
-    virtual void agendaLooksDifferent() = 0; // or has begun to move
-    virtual void agendaWantsSize() = 0;      // wantedSize() is another
-    virtual void agendaPresented() = 0;      // the rows are others
-    virtual void agendaFocusMoved() = 0;
-    virtual void agendaFingerCameOrWent() = 0;
+    virtual void onAppearanceChanged() = 0; // or a motion has begun
+    virtual void onWantedSizeChanged() = 0;
+    virtual void onRowsChanged() = 0; // after a presentation
+    virtual void onFocusMoved() = 0;
+    virtual void onFingerDownChanged() = 0; // a finger came down or was lifted
 };
 
 struct AgendaHostOptions {
     std::string controllerName;             // empty: the bundle's principal class
-    std::optional<platform::CGFloat> width; // points; absent: the one that the widget asks for
-    // Shown in one line after a presentation for which there were no calendars to read.
+    std::optional<platform::CGFloat> width; // points; absent: the width that the widget prefers
+    // One line that replaces the widget after a presentation without any calendar to read.
     std::string noCalendarsText;
     std::function<bool()> hasCalendars;
-    std::function<double()> frameTime; // now, in seconds of the frame clock
+    std::function<double()> frameTime; // the current time of the frame clock, in seconds
 };
 
 class AgendaHost final : public platform::SBUIWidgetHost, private platform::SBUIWidgetHostDelegate {
 public:
-    // The bundle and the platform outlive the host. Throws freedesktop::UnknownClassError.
+    // The bundle and the platform outlive the host. The bundle has the controller's class.
     AgendaHost(const freedesktop::LoadedBundle& bundle, const platform::Platform& platform,
                AgendaHostOptions options);
     ~AgendaHost() override;
     AgendaHost(const AgendaHost&) = delete;
     AgendaHost& operator=(const AgendaHost&) = delete;
 
-    // Not owned; null: nobody.
+    // Not owned; null: none.
     void setObserver(AgendaObserver* observer) { m_observer = observer; }
 
-    // Presents the widget, for the first time or again, and follows the size that it asks for: the
-    // size told to the host's delegate, or where the host was to ask again, the answer to that.
+    // Presents the widget, for the first time or again, and adopts the preferred size that the
+    // widget reports meanwhile or, where it only invalidates the old size, returns on request.
     void present();
     void dismiss();
 
-    // The size that shows the whole widget, but no higher than setGreatestHeight() allows. Whole
-    // points, as windows have them, and at least one.
+    // The size that shows the whole widget, limited to setGreatestHeight(). Whole points, as
+    // windows need them, and at least one.
     platform::CGSize wantedSize() const;
-    void setGreatestHeight(platform::CGFloat height);
-    // The size that it gets; the widget takes that width, and is scrolled where it is higher.
+    void setGreatestHeight(platform::CGFloat height); // points
+    // The size that the window provides. The widget is given its width, and scrolls where it is
+    // higher.
     void setAreaSize(platform::CGSize size);
 
     platform::UIWindow& window() { return *m_window; }
     AgendaRows& rows() { return *m_rows; }
-    bool isShowingNoCalendars() const;
+    bool isShowingNoCalendarsText() const;
     const std::string& noCalendarsText() const { return m_options.noCalendarsText; }
 
-    // Input, in points of the area.
+    // Input. Locations are points of the area, times seconds of the frame clock.
     void sendFinger(const platform::FingerReport& report);
     void cancelFinger(double time);
-    void tap(const platform::CGPoint& location); // a finger has come and gone there
-    void advance(double time);
-    // Moves the deepest view under the point that can be scrolled that way, within its edges.
+    void tap(const platform::CGPoint& location); // after the finger was lifted
+    void advance(double time);                   // continues what moves
+    // Scrolls the innermost view under the point that can move that way, within its edges. False
+    // where there is no such view.
     bool scrollVertically(const platform::CGPoint& location, platform::CGFloat distance);
     bool isOnRow(const platform::CGPoint& location);
     bool canDragHorizontally(const platform::CGPoint& location);
@@ -91,18 +93,18 @@ public:
 private:
     platform::SBUIWidgetHostDelegate* delegate() override { return this; }
     bool respondsToInvalidatePreferredViewSize() const override { return true; }
-    void invalidatePreferredViewSize() override { m_isToAskAgain = true; }
+    void invalidatePreferredViewSize() override { m_isSizeInvalid = true; }
     bool respondsToDidUpdatePreferredSize() const override { return true; }
     void didUpdatePreferredSize(platform::SBUIWidgetHost& widget, platform::CGSize size) override;
 
-    void load();
+    void requestFirstSize();
     void presentWidget();
-    void showNoCalendars(bool shown);
+    void setNoCalendarsTextShown(bool isShown);
     platform::CGFloat width() const;
     platform::CGFloat contentHeight() const;
     void layOut();
     bool isChanging() const;
-    void tell(void (AgendaObserver::*message)());
+    void notify(void (AgendaObserver::*event)());
     std::shared_ptr<platform::UIView> viewAt(const platform::CGPoint& location);
 
     platform::Platform m_platform;
@@ -110,14 +112,14 @@ private:
     AgendaObserver* m_observer = nullptr;
     std::shared_ptr<platform::UIWindow> m_window;
     std::shared_ptr<platform::UIScrollView> m_scroller; // fills the window, holds the widget
-    std::shared_ptr<platform::UILabel> m_noCalendars;   // over the widget
+    std::shared_ptr<platform::UILabel> m_noCalendars;   // in front of the widget
     std::unique_ptr<shells::HostedWidget> m_widget;
     std::unique_ptr<AgendaRows> m_rows;
-    bool m_isLoaded = false;
-    bool m_isToAskAgain = false;
+    bool m_isFirstSizeKnown = false;
+    bool m_isSizeInvalid = false; // the widget invalidated its preferred size
     platform::CGSize m_preferredSize;
     platform::CGFloat m_greatestHeight;
-    std::optional<platform::CGSize> m_areaSize; // absent before there is one
+    std::optional<platform::CGSize> m_areaSize; // absent before setAreaSize()
 };
 
 } // namespace quorvel::window

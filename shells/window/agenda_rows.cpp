@@ -16,7 +16,7 @@ using platform::UITableView;
 
 namespace {
 
-// Somewhat more than a pull needs to run the action, so that the row is seen to move.
+// A little more than a pull needs to run the action, so that the user sees the row move.
 constexpr CGFloat pullDistance = 84; // points
 
 NSIndexPath pathOf(std::size_t row) {
@@ -30,11 +30,11 @@ bool hasRow(const UITableView* table, std::size_t row) {
 } // namespace
 
 AgendaRows::AgendaRows(shells::HostedWidget& widget, platform::UIScrollView& scroller,
-                       std::function<double()> frameTime, Events events)
+                       std::function<double()> frameTime, Handlers handlers)
     : m_widget(widget)
     , m_scroller(scroller)
     , m_frameTime(std::move(frameTime))
-    , m_events(std::move(events)) {}
+    , m_handlers(std::move(handlers)) {}
 
 void AgendaRows::reload() {
     m_descriptions.reset();
@@ -56,7 +56,7 @@ void AgendaRows::dropFocus() {
 
 void AgendaRows::setFocus(std::optional<std::size_t> row) {
     if (std::exchange(m_focusedRow, row) != row) {
-        m_events.focusMoved();
+        m_handlers.onFocusMoved();
     }
 }
 
@@ -89,7 +89,7 @@ bool AgendaRows::runRowAction(std::size_t row) {
         return false;
     }
     const bool isPulled = m_widget.pullRow(row, pullDistance, m_frameTime());
-    m_events.looksDifferent();
+    m_handlers.onAppearanceChanged();
     return isPulled;
 }
 
@@ -110,7 +110,7 @@ bool AgendaRows::focusRow(std::size_t row) {
     const CGRect rect = table->rectForRowAtIndexPath(pathOf(row));
     table->scrollToShow(rect);
     m_scroller.scrollToShow({table->convertPointToView(rect.origin, &m_scroller), rect.size});
-    m_events.looksDifferent();
+    m_handlers.onAppearanceChanged();
     setFocus(row);
     return true;
 }

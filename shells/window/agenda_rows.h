@@ -1,4 +1,5 @@
-// The rows of a hosted widget for those who do not use a pointer, and which of them has the focus.
+// The rows of a hosted widget for the keyboard and for screen readers, and which of them has the
+// focus.
 #pragma once
 
 #include <functional>
@@ -19,22 +20,22 @@ namespace quorvel::window {
 
 class AgendaRows final : public RowList {
 public:
-    struct Events {
-        std::function<void()> looksDifferent; // something has been scrolled or pulled
-        std::function<void()> focusMoved;
+    struct Handlers {
+        std::function<void()> onAppearanceChanged; // after a scroll or a pull
+        std::function<void()> onFocusMoved;
     };
 
-    // The widget stands in `scroller`; both outlive the rows. `frameTime`: now, in seconds of the
-    // frame clock.
+    // The widget is inside `scroller`; both outlive the rows. `frameTime` returns the current time
+    // of the frame clock, in seconds.
     AgendaRows(shells::HostedWidget& widget, platform::UIScrollView& scroller,
-               std::function<double()> frameTime, Events events);
+               std::function<double()> frameTime, Handlers handlers);
 
-    // The widget has been presented: its rows are others.
+    // Call this after each presentation of the widget.
     void reload();
-    // As the last presentation left them; made at first use.
+    // Created at the first use after a presentation.
     const std::vector<shells::RowDescription>& descriptions() const;
     void dropFocus();
-    // How many rows are in sight as a whole, at least 1.
+    // The number of rows that are completely visible, at least 1.
     std::size_t pageLength() const;
 
     std::size_t rowCount() const override;
@@ -51,7 +52,7 @@ private:
     shells::HostedWidget& m_widget;
     platform::UIScrollView& m_scroller;
     std::function<double()> m_frameTime;
-    Events m_events;
+    Handlers m_handlers;
     mutable std::optional<std::vector<shells::RowDescription>> m_descriptions;
     std::optional<std::size_t> m_focusedRow;
 };

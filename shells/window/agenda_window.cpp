@@ -7,6 +7,7 @@
 #include "freedesktop/freedesktop_platform.h"
 #include "platform/screen.h"
 #include "shells/live/live_presenter.h"
+#include "shells/window/agenda_accessible.h"
 #include "shells/window/agenda_area.h"
 #include "shells/window/key_command.h"
 #include "shells/window/main_loop.h"
@@ -28,8 +29,8 @@ double frameTime() {
     return static_cast<double>(g_get_monotonic_time()) / G_USEC_PER_SEC;
 }
 
-// The monitor that the window is on, or where it is not on any yet, the one that it is likely to
-// come up on. Null where there is none at all.
+// The monitor that shows the window or, before the window is shown, the one that will probably show
+// it. Null where there is no monitor.
 GdkMonitor* monitorOf(GtkWidget* window) {
     GdkDisplay* display = gdk_display_get_default();
     GdkWindow* surface = window != nullptr ? gtk_widget_get_window(window) : nullptr;
@@ -77,7 +78,7 @@ void AgendaWindow::makeWindow() {
     gtk_window_set_title(GTK_WINDOW(m_window), "Quorvel");
     gtk_window_set_role(GTK_WINDOW(m_window), "agenda");
     gtk_window_set_decorated(GTK_WINDOW(m_window), m_options.isDecorated ? TRUE : FALSE);
-    // The backdrop is ours, whatever the theme.
+    // The theme must not paint behind the backdrop.
     gtk_widget_set_app_paintable(m_window, TRUE);
     if (GdkVisual* visual = gdk_screen_get_rgba_visual(gtk_widget_get_screen(m_window))) {
         gtk_widget_set_visual(m_window, visual);
@@ -90,45 +91,45 @@ void AgendaWindow::makeWindow() {
 
 void AgendaWindow::connectSignals() {
     using Painter = gboolean (*)(GtkWidget*, cairo_t*, AgendaWindow*);
-    const Painter painted = [](GtkWidget*, cairo_t* context, AgendaWindow* window) -> gboolean {
-        window->guarded([&] { window->paintBehind(context); });
+    const Painter drawBegan = [](GtkWidget*, cairo_t* context, AgendaWindow* window) -> gboolean {
+        window->guarded([&] { window->paintBackground(context); });
         return FALSE;
     };
-    const Painter paintedAll = [](GtkWidget*, cairo_t* context, AgendaWindow* window) -> gboolean {
-        window->guarded([&] { window->paintAbove(context); });
+    const Painter drawEnded = [](GtkWidget*, cairo_t* context, AgendaWindow* window) -> gboolean {
+        window->guarded([&] { window->clearRoundedCorners(context); });
         return FALSE;
     };
     using KeyHandler = gboolean (*)(GtkWidget*, GdkEventKey*, AgendaWindow*);
     const KeyHandler keyPressed = [](GtkWidget*, GdkEventKey* event,
                                      AgendaWindow* window) -> gboolean {
         bool isTaken = false;
-        window->guarded([&] { isTaken = window->pressKey(*event); });
+        window->guarded([&] { isTaken = window->handleKey(*event); });
         return isTaken ? GDK_EVENT_STOP : GDK_EVENT_PROPAGATE;
     };
     using ButtonHandler = gboolean (*)(GtkWidget*, GdkEventButton*, AgendaWindow*);
     const ButtonHandler buttonPressed = [](GtkWidget*, GdkEventButton* event,
                                            AgendaWindow* window) -> gboolean {
         bool isTaken = false;
-        window->guarded([&] { isTaken = window->pressButton(*event); });
+        window->guarded([&] { isTaken = window->handleButton(*event); });
         return isTaken ? GDK_EVENT_STOP : GDK_EVENT_PROPAGATE;
     };
     using CloseHandler = gboolean (*)(GtkWidget*, GdkEvent*, AgendaWindow*);
     const CloseHandler closed = [](GtkWidget*, GdkEvent*, AgendaWindow* window) -> gboolean {
         window->m_loop.quit();
-        return GDK_EVENT_STOP; // it is destroyed with this object
+        return GDK_EVENT_STOP; // the destructor destroys it
     };
     using StateHandler = gboolean (*)(GtkWidget*, GdkEventWindowState*, AgendaWindow*);
     const StateHandler stateChanged = [](GtkWidget*, GdkEventWindowState* event,
                                          AgendaWindow* window) -> gboolean {
-        window->guarded([&] { window->changeState(*event); });
+        window->guarded([&] { window->handleStateChange(*event); });
         return GDK_EVENT_PROPAGATE;
     };
     using ScaleHandler = void (*)(GtkWidget*, GParamSpec*, AgendaWindow*);
     const ScaleHandler scaleChanged = [](GtkWidget*, GParamSpec*, AgendaWindow* window) {
-        window->guarded([&] { window->changeScale(); });
+        window->guarded([&] { window->updateScale(); });
     };
-    g_signal_connect(m_window, "draw", G_CALLBACK(painted), this);
-    g_signal_connect_after(m_window, "draw", G_CALLBACK(paintedAll), this);
+    g_signal_connect(m_window, "draw", G_CALLBACK(drawBegan), this);
+    g_signal_connect_after(m_window, "draw", G_CALLBACK(drawEnded), this);
     g_signal_connect(m_window, "key-press-event", G_CALLBACK(keyPressed), this);
     g_signal_connect(m_window, "delete-event", G_CALLBACK(closed), this);
     g_signal_connect(m_window, "window-state-event", G_CALLBACK(stateChanged), this);
@@ -143,7 +144,7 @@ void AgendaWindow::connectScreenSignals() {
         gtk_widget_queue_draw(window->m_window);
     };
     const ScreenHandler monitorsChanged = [](GdkScreen*, AgendaWindow* window) {
-        window->guarded([&] { window->fitToMonitor(); });
+        window->guarded([&] { window->limitHeightToMonitor(); });
     };
     g_signal_connect(screen, "composited-changed", G_CALLBACK(compositedChanged), this);
     g_signal_connect(screen, "monitors-changed", G_CALLBACK(monitorsChanged), this);
@@ -151,14 +152,14 @@ void AgendaWindow::connectScreenSignals() {
 
 // Presenting.
 
-// The widget is presented on the thread that shows the window, as nothing of the platform but the
-// calendars is made for two threads.
+// Presents the widget on the thread of the window: apart from the calendars, the platform belongs
+// to one thread.
 void AgendaWindow::show() {
     if (GdkMonitor* monitor = monitorOf(nullptr)) {
         m_platform.setScale(gdk_monitor_get_scale_factor(monitor));
     }
-    fitToMonitor();
-    // Watches already what is read now.
+    limitHeightToMonitor();
+    // Before the first presentation reads anything, so that no change is missed.
     m_presenter = std::make_unique<shells::LivePresenter>(
         m_platform, [this] { guarded([this] { present(); }); });
     makeWindow();
@@ -166,49 +167,49 @@ void AgendaWindow::show() {
     connectScreenSignals();
     m_host.present();
     m_host.setObserver(this);
-    agendaPresented();
+    onRowsChanged();
     setAgendaHost(m_area, &m_host);
     const CGSize size = m_host.wantedSize();
     gtk_window_set_default_size(GTK_WINDOW(m_window), static_cast<int>(size.width),
                                 static_cast<int>(size.height));
     gtk_widget_show_all(m_window);
-    changeScale(); // it may have come up on another monitor
+    updateScale(); // the window may have appeared on another monitor
 }
 
 void AgendaWindow::present() {
-    fitToMonitor();
+    limitHeightToMonitor();
     m_host.present();
 }
 
-void AgendaWindow::agendaPresented() {
+void AgendaWindow::onRowsChanged() {
     m_presenter->restart(m_host.rows().descriptions());
-    agendaAreaPresented(m_area);
+    updateAccessibleRows(m_area);
     describeMissingCalendars();
 }
 
-// For those who cannot read the line.
+// Screen readers do not see the line that is painted.
 void AgendaWindow::describeMissingCalendars() {
-    const bool isMissing = m_host.isShowingNoCalendars();
+    const bool isMissing = m_host.isShowingNoCalendarsText();
     atk_object_set_description(gtk_widget_get_accessible(m_area),
                                isMissing ? m_host.noCalendarsText().c_str() : "");
 }
 
-void AgendaWindow::agendaLooksDifferent() {
-    agendaAreaLooksDifferent(m_area);
+void AgendaWindow::onAppearanceChanged() {
+    redrawAgendaArea(m_area);
 }
 
-void AgendaWindow::agendaWantsSize() {
-    agendaAreaWantsSize(m_area);
+void AgendaWindow::onWantedSizeChanged() {
+    resizeAgendaArea(m_area);
     const CGSize size = m_host.wantedSize();
     gtk_window_resize(GTK_WINDOW(m_window), static_cast<int>(size.width),
                       static_cast<int>(size.height));
 }
 
-void AgendaWindow::agendaFocusMoved() {
-    agendaAreaFocusMoved(m_area);
+void AgendaWindow::onFocusMoved() {
+    updateAccessibleFocus(m_area);
 }
 
-void AgendaWindow::agendaFingerCameOrWent() {
+void AgendaWindow::onFingerDownChanged() {
     if (m_presenter) {
         m_presenter->setPaused(m_host.window().isFingerDown());
     }
@@ -220,23 +221,23 @@ bool AgendaWindow::isTranslucent() const {
     return gdk_screen_is_composited(gtk_widget_get_screen(m_window)) != 0;
 }
 
-CGRect AgendaWindow::placeOfArea() const {
-    GtkAllocation place;
-    gtk_widget_get_allocation(m_area, &place);
-    return platform::CGRectMake(place.x, place.y, place.width, place.height);
+CGRect AgendaWindow::frameOfArea() const {
+    GtkAllocation frame;
+    gtk_widget_get_allocation(m_area, &frame);
+    return platform::CGRectMake(frame.x, frame.y, frame.width, frame.height);
 }
 
-void AgendaWindow::paintBehind(cairo_t* context) {
-    paintBackdrop(context, placeOfArea(), m_options.backdrop, isTranslucent());
+void AgendaWindow::paintBackground(cairo_t* context) {
+    paintBackdrop(context, frameOfArea(), m_options.backdrop, isTranslucent());
 }
 
-void AgendaWindow::paintAbove(cairo_t* context) {
+void AgendaWindow::clearRoundedCorners(cairo_t* context) {
     if (isTranslucent() && !m_options.isDecorated) {
-        cutCorners(context, placeOfArea(), cornerRadius);
+        clearCorners(context, frameOfArea(), cornerRadius);
     }
 }
 
-void AgendaWindow::fitToMonitor() {
+void AgendaWindow::limitHeightToMonitor() {
     if (GdkMonitor* monitor = monitorOf(m_window)) {
         GdkRectangle workArea;
         gdk_monitor_get_workarea(monitor, &workArea);
@@ -244,7 +245,7 @@ void AgendaWindow::fitToMonitor() {
     }
 }
 
-void AgendaWindow::changeScale() {
+void AgendaWindow::updateScale() {
     const CGFloat scale = gtk_widget_get_scale_factor(m_area);
     if (scale != m_platform.platform().screen.scale()) {
         m_platform.setScale(scale);
@@ -252,8 +253,9 @@ void AgendaWindow::changeScale() {
     }
 }
 
-// What was hidden is out of date when it shows again. Coming up for the first time is no return.
-void AgendaWindow::changeState(const GdkEventWindowState& event) {
+// Dismisses the widget when the window is minimized or withdrawn, and presents it when the window
+// returns. The window's first appearance is not a return.
+void AgendaWindow::handleStateChange(const GdkEventWindowState& event) {
     const bool wasHidden = ((event.new_window_state ^ event.changed_mask) & hiddenStates) != 0;
     const bool isHidden = (event.new_window_state & hiddenStates) != 0;
     const bool isFirst =
@@ -268,7 +270,7 @@ void AgendaWindow::changeState(const GdkEventWindowState& event) {
     }
 }
 
-bool AgendaWindow::pressKey(const GdkEventKey& event) {
+bool AgendaWindow::handleKey(const GdkEventKey& event) {
     const auto command = keyCommand(event.keyval, event.state);
     if (command) {
         run(*command);
@@ -285,9 +287,9 @@ void AgendaWindow::run(KeyCommand command) {
     case KeyCommand::present:
         present();
         return;
-    case KeyCommand::run:
+    case KeyCommand::runAction:
         if (const auto row = rows.focusedRow()) {
-            rows.focusRow(*row); // back into sight
+            rows.focusRow(*row); // scrolls to the row
             rows.runRowAction(*row);
         }
         return;
@@ -300,8 +302,8 @@ void AgendaWindow::run(KeyCommand command) {
     }
 }
 
-// Where no row is, the window can be taken.
-bool AgendaWindow::pressButton(const GdkEventButton& event) {
+// A press outside the rows moves the window.
+bool AgendaWindow::handleButton(const GdkEventButton& event) {
     if (event.type != GDK_BUTTON_PRESS || event.button != GDK_BUTTON_PRIMARY ||
         m_host.isOnRow({event.x, event.y})) {
         return false;

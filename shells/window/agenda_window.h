@@ -1,4 +1,4 @@
-// The agenda in a window of its own on the desktop, live.
+// The agenda in a window of its own on the desktop, which stays up to date.
 #pragma once
 
 #include <memory>
@@ -23,12 +23,13 @@ namespace quorvel::window {
 enum class KeyCommand;
 class MainLoop;
 
-// Presents the widget at first and whenever it is out of date, follows the sizes that it asks for,
-// and quits the loop when it is closed. What fails while it is open ends the loop.
+// Presents the widget first and whenever it goes out of date, resizes itself to the size that the
+// widget requests, and quits the loop when the user closes it. An exception of the widget while it
+// is open ends the loop, which throws it again.
 class AgendaWindow final : private AgendaObserver {
 public:
-    // The platform, the bundle and the loop outlive the window. GTK has been initialised. Throws
-    // freedesktop::UnknownClassError.
+    // The platform, the bundle and the loop outlive the window. Call startToolkit() before. The
+    // bundle has the controller's class.
     AgendaWindow(freedesktop::FreedesktopPlatform& platform,
                  const freedesktop::LoadedBundle& bundle, AgendaWindowOptions options,
                  MainLoop& loop);
@@ -36,14 +37,14 @@ public:
     AgendaWindow(const AgendaWindow&) = delete;
     AgendaWindow& operator=(const AgendaWindow&) = delete;
 
-    void show(); // once; throws what fails in the widget
+    void show(); // once; passes on exceptions of the widget
 
 private:
-    void agendaLooksDifferent() override;
-    void agendaWantsSize() override;
-    void agendaPresented() override;
-    void agendaFocusMoved() override;
-    void agendaFingerCameOrWent() override;
+    void onAppearanceChanged() override;
+    void onWantedSizeChanged() override;
+    void onRowsChanged() override;
+    void onFocusMoved() override;
+    void onFingerDownChanged() override;
 
     void makeWindow();
     void connectSignals();
@@ -51,16 +52,17 @@ private:
     void present();
     void describeMissingCalendars();
     bool isTranslucent() const;
-    platform::CGRect placeOfArea() const;
-    void paintBehind(cairo_t* context);
-    void paintAbove(cairo_t* context);
-    bool pressKey(const GdkEventKey& event);
+    platform::CGRect frameOfArea() const;
+    void paintBackground(cairo_t* context);
+    void clearRoundedCorners(cairo_t* context);
+    bool handleKey(const GdkEventKey& event);
     void run(KeyCommand command);
-    bool pressButton(const GdkEventButton& event);
-    void changeScale();
-    void changeState(const GdkEventWindowState& event);
-    void fitToMonitor();
+    bool handleButton(const GdkEventButton& event);
+    void updateScale();
+    void handleStateChange(const GdkEventWindowState& event);
+    void limitHeightToMonitor();
 
+    // Runs the work; an exception ends the loop, as none may leave a function that GTK calls.
     template <class Work>
     void guarded(Work work) noexcept;
 
@@ -68,7 +70,7 @@ private:
     AgendaWindowOptions m_options;
     MainLoop& m_loop;
     AgendaHost m_host;
-    GtkWidget* m_window = nullptr; // GTK's own; null before it is shown
+    GtkWidget* m_window = nullptr; // owned by GTK; null before show()
     GtkWidget* m_area = nullptr;
     std::unique_ptr<shells::LivePresenter> m_presenter; // while the window is open
 };

@@ -6,8 +6,8 @@ namespace quorvel::window {
 
 namespace {
 
-// An event that seems to be older than that comes from a clock that was set, or stood still.
-constexpr double longestWay = 1; // seconds
+// A longer apparent delay means that the event's clock was set or stopped.
+constexpr double longestDelay = 1; // seconds
 
 } // namespace
 
@@ -15,10 +15,10 @@ double EventClock::secondsAt(std::uint32_t milliseconds, double now) {
     double time = now;
     if (milliseconds != 0) {
         const double stamp = unwrapped(milliseconds);
-        m_shift = std::min(m_shift.value_or(now - stamp), now - stamp);
-        time = stamp + *m_shift;
-        if (now - time > longestWay) {
-            m_shift = now - stamp;
+        m_offset = std::min(m_offset.value_or(now - stamp), now - stamp);
+        time = stamp + *m_offset;
+        if (now - time > longestDelay) {
+            m_offset = now - stamp;
             time = now;
         }
     }
@@ -28,10 +28,11 @@ double EventClock::secondsAt(std::uint32_t milliseconds, double now) {
 
 void EventClock::restart() {
     m_lastStamp.reset();
-    m_shift.reset();
+    m_offset.reset();
 }
 
-// The difference to the stamp before is taken as signed, so that a late event goes back a little.
+// The difference to the previous stamp is signed, so that an event that arrives late goes back a
+// little.
 double EventClock::unwrapped(std::uint32_t milliseconds) {
     const std::uint32_t forward = milliseconds - m_lastStamp.value_or(milliseconds);
     m_lastStamp = milliseconds;

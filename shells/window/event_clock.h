@@ -1,5 +1,5 @@
-// When input happened, on the clock of the frames: a window system stamps its events with
-// milliseconds of a clock of its own, which start anywhere and run over.
+// Converts the time stamps of input events to the frame clock: window systems use milliseconds of a
+// clock of their own, which begins at any value and wraps around.
 #pragma once
 
 #include <cstdint>
@@ -9,20 +9,21 @@ namespace quorvel::window {
 
 class EventClock {
 public:
-    // Seconds on the clock that `now` is of, never later than `now` and never earlier than an
-    // answer given before. `milliseconds` 0 means that the event has no time. An event counts as
-    // having been under way as long as it took compared with the fastest one so far, so that events
-    // that arrive in one go keep the times between them.
+    // The event's time in seconds of the clock of `now`: never after `now`, and never before an
+    // earlier result. `milliseconds` 0 means that the event has no time stamp. The event that
+    // arrived fastest so far defines the offset between the clocks, so that events which are
+    // delivered together still have the right times between them.
     double secondsAt(std::uint32_t milliseconds, double now);
-    // Another series of events begins. Two clocks that run apart are not noticed within one.
+    // Call this at the start of a series of events: within a series the clocks are assumed to run
+    // at the same rate.
     void restart();
 
 private:
     double unwrapped(std::uint32_t milliseconds);
 
     std::optional<std::uint32_t> m_lastStamp;
-    double m_stampTime = 0;        // seconds since the first stamp
-    std::optional<double> m_shift; // from that time to ours, by the fastest event
+    double m_stampTime = 0;         // seconds since the first stamp
+    std::optional<double> m_offset; // seconds, added to m_stampTime gives the frame clock's time
     double m_latest = 0;
 };
 

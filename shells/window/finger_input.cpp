@@ -14,9 +14,10 @@ using platform::UITouchPhase;
 
 namespace {
 
-// Before a page around the area takes the drag for itself, and before the views decide.
+// A drag is claimed after this distance: shorter than where a widget around the area would claim
+// it, and shorter than where the views begin to move.
 constexpr CGFloat claimDistance = 8; // points
-constexpr CGFloat tapDistance = 10;
+constexpr CGFloat longestTap = 10;   // points
 
 CGPoint plus(const CGPoint& a, const CGPoint& b) {
     return {a.x + b.x, a.y + b.y};
@@ -25,20 +26,20 @@ CGPoint plus(const CGPoint& a, const CGPoint& b) {
 } // namespace
 
 void FingerInput::press(const CGPoint& location, double time) {
-    begin(Finger::pressing, location, time);
+    begin(Source::press, location, time);
 }
 
-void FingerInput::drag(const CGPoint& way, double time) {
+void FingerInput::drag(const CGPoint& translation, double time) {
     if (isPressed()) {
-        move(plus(m_touch->start, way), time);
+        move(plus(m_touch->start, translation), time);
     }
 }
 
-void FingerInput::lift(const CGPoint& way, double time) {
+void FingerInput::lift(const CGPoint& translation, double time) {
     if (!isPressed()) {
         return;
     }
-    drag(way, time);
+    drag(translation, time);
     const bool isTap = m_touch->isTap;
     const CGPoint location = m_touch->location;
     end(time);
@@ -47,19 +48,19 @@ void FingerInput::lift(const CGPoint& way, double time) {
     }
 }
 
-// The content follows the fingers: it is they who move against the direction of scrolling.
-void FingerInput::glide(const CGPoint& pointer, const CGPoint& step, double time) {
+// A finger moves opposite to the direction in which the content is scrolled.
+void FingerInput::scroll(const CGPoint& pointer, const CGPoint& step, double time) {
     if (isPressed()) {
         return;
     }
-    if (!isGliding()) {
-        begin(Finger::gliding, pointer, time);
+    if (!isScrolling()) {
+        begin(Source::touchpad, pointer, time);
     }
     move({m_touch->location.x - step.x, m_touch->location.y - step.y}, time);
 }
 
-void FingerInput::endGlide(double time) {
-    if (isGliding()) {
+void FingerInput::endScroll(double time) {
+    if (isScrolling()) {
         end(time);
     }
 }
@@ -70,32 +71,32 @@ void FingerInput::cancel(double time) {
     }
 }
 
-void FingerInput::begin(Finger finger, const CGPoint& location, double time) {
+void FingerInput::begin(Source source, const CGPoint& location, double time) {
     cancel(time);
-    m_touch = Touch{finger, location, location};
-    report(UITouchPhase::began, time);
+    m_touch = Touch{source, location, location};
+    sendPhase(UITouchPhase::began, time);
 }
 
 void FingerInput::move(const CGPoint& location, double time) {
     m_touch->location = location;
     const CGFloat across = std::abs(location.x - m_touch->start.x);
     const CGFloat down = std::abs(location.y - m_touch->start.y);
-    const CGFloat furthest = std::max(across, down);
-    m_touch->isTap = m_touch->isTap && furthest <= tapDistance;
-    if (!m_touch->hasClaim && furthest > claimDistance) {
-        m_touch->hasClaim = across > down ? m_host.canDragHorizontally(m_touch->start)
-                                          : m_host.canDragVertically(m_touch->start);
+    const CGFloat distance = std::max(across, down);
+    m_touch->isTap = m_touch->isTap && distance <= longestTap;
+    if (!m_touch->isClaimed && distance > claimDistance) {
+        m_touch->isClaimed = across > down ? m_host.canDragHorizontally(m_touch->start)
+                                           : m_host.canDragVertically(m_touch->start);
     }
-    report(UITouchPhase::moved, time);
+    sendPhase(UITouchPhase::moved, time);
 }
 
 void FingerInput::end(double time) {
-    report(UITouchPhase::ended, time);
+    sendPhase(UITouchPhase::ended, time);
     m_touch.reset();
 }
 
-void FingerInput::report(UITouchPhase phase, double time) {
-    m_host.sendFinger({static_cast<std::int64_t>(m_touch->finger), phase, m_touch->location, time});
+void FingerInput::sendPhase(UITouchPhase phase, double time) {
+    m_host.sendFinger({static_cast<std::int64_t>(m_touch->source), phase, m_touch->location, time});
 }
 
 } // namespace quorvel::window

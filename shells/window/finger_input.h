@@ -1,4 +1,5 @@
-// What a pointer, a touch screen and a touchpad do, as the one finger that the views know.
+// Turns the input of a pointer, a touch screen or a touchpad into the one finger that the views
+// follow.
 #pragma once
 
 #include <cstdint>
@@ -11,43 +12,44 @@ namespace quorvel::window {
 
 class AgendaHost;
 
-// Locations and ways are points of the area, times seconds of the frame clock. What comes without
-// its beginning is passed over.
+// Locations and distances are points of the area, times seconds of the frame clock. Input without
+// its beginning is ignored.
 class FingerInput {
 public:
     // The host outlives the input.
     explicit FingerInput(AgendaHost& host)
         : m_host(host) {}
 
-    // A button or a finger on the screen.
+    // A mouse button or a finger on the screen. `translation`: from the location of the press.
     void press(const platform::CGPoint& location, double time);
-    void drag(const platform::CGPoint& way, double time); // since the press
-    void lift(const platform::CGPoint& way, double time);
-    // Fingers on a touchpad, above which a scroll of the content by `step` was reported.
-    void glide(const platform::CGPoint& pointer, const platform::CGPoint& step, double time);
-    void endGlide(double time);
-    // Whatever is down was taken away.
+    void drag(const platform::CGPoint& translation, double time);
+    void lift(const platform::CGPoint& translation, double time);
+    // Fingers on a touchpad, which scroll the content under the pointer by `step`.
+    void scroll(const platform::CGPoint& pointer, const platform::CGPoint& step, double time);
+    void endScroll(double time);
+    // The window system took the input away.
     void cancel(double time);
 
-    bool isPressed() const { return m_touch && m_touch->finger == Finger::pressing; }
-    bool isGliding() const { return m_touch && m_touch->finger == Finger::gliding; }
-    // The press has become a drag that something here can follow.
-    bool hasClaim() const { return m_touch && m_touch->hasClaim; }
+    bool isPressed() const { return m_touch && m_touch->source == Source::press; }
+    bool isScrolling() const { return m_touch && m_touch->source == Source::touchpad; }
+    // The press has become a drag that a view can follow, so a widget around the area must not use
+    // it.
+    bool isClaimed() const { return m_touch && m_touch->isClaimed; }
 
 private:
-    enum class Finger : std::int64_t { pressing = 1, gliding = 2 };
+    enum class Source : std::int64_t { press = 1, touchpad = 2 }; // also the finger's number
     struct Touch {
-        Finger finger;
+        Source source;
         platform::CGPoint start;
         platform::CGPoint location;
-        bool hasClaim = false;
+        bool isClaimed = false;
         bool isTap = true;
     };
 
-    void begin(Finger finger, const platform::CGPoint& location, double time);
+    void begin(Source source, const platform::CGPoint& location, double time);
     void move(const platform::CGPoint& location, double time);
     void end(double time);
-    void report(platform::UITouchPhase phase, double time);
+    void sendPhase(platform::UITouchPhase phase, double time);
 
     AgendaHost& m_host;
     std::optional<Touch> m_touch;

@@ -8,7 +8,7 @@ namespace quorvel::window {
 
 namespace {
 
-// Not the locks, nor what chooses another character.
+// Neither the locks, such as Caps Lock, nor AltGr, which selects other characters.
 constexpr unsigned shortcutModifiers = GDK_SHIFT_MASK | GDK_CONTROL_MASK | GDK_MOD1_MASK |
                                        GDK_MOD4_MASK | GDK_SUPER_MASK | GDK_HYPER_MASK |
                                        GDK_META_MASK;
@@ -43,7 +43,7 @@ std::optional<KeyCommand> keyCommand(unsigned key, unsigned modifiers) {
     case GDK_KEY_KP_Enter:
     case GDK_KEY_space:
     case GDK_KEY_KP_Space:
-        return KeyCommand::run;
+        return KeyCommand::runAction;
     case GDK_KEY_F5:
         return KeyCommand::present;
     case GDK_KEY_Escape:
@@ -59,27 +59,27 @@ std::optional<std::size_t> movedFocus(KeyCommand command, std::optional<std::siz
         return std::nullopt;
     }
     const std::size_t last = rowCount - 1;
-    // Without a focus, the first key that moves it shows it at that end.
-    const auto back = [&](std::size_t rows) {
+    // Without a focus, the first key puts it on the row at that end.
+    const auto backward = [&](std::size_t rows) {
         return focused ? *focused - std::min(rows, *focused) : last;
     };
-    const auto forth = [&](std::size_t rows) {
+    const auto forward = [&](std::size_t rows) {
         return focused ? std::min(*focused + rows, last) : 0;
     };
     switch (command) {
     case KeyCommand::up:
-        return back(1);
+        return backward(1);
     case KeyCommand::down:
-        return forth(1);
+        return forward(1);
     case KeyCommand::pageUp:
-        return back(pageLength);
+        return backward(pageLength);
     case KeyCommand::pageDown:
-        return forth(pageLength);
+        return forward(pageLength);
     case KeyCommand::first:
         return 0;
     case KeyCommand::last:
         return last;
-    case KeyCommand::run:
+    case KeyCommand::runAction:
     case KeyCommand::present:
     case KeyCommand::close:
         break;

@@ -1,4 +1,4 @@
-// What the keys do in the window.
+// The commands that the window runs for its keys.
 #pragma once
 
 #include <cstddef>
@@ -6,14 +6,14 @@
 
 namespace quorvel::window {
 
-enum class KeyCommand { up, down, pageUp, pageDown, first, last, run, present, close };
+enum class KeyCommand { up, down, pageUp, pageDown, first, last, runAction, present, close };
 
-// `key` and `modifiers` as GDK gives them. Absent for every other key, and for all of them
-// together with a modifier, which are the desktop's.
+// `key` and `modifiers` are values of GDK. Absent for all other keys, and for keys together with a
+// modifier, which belong to the desktop.
 std::optional<KeyCommand> keyCommand(unsigned key, unsigned modifiers);
 
-// The row that has the focus after a command that moves it; absent where there are no rows, or the
-// command moves nothing. `pageLength`: rows.
+// The row that has the focus after the command; absent where there are no rows, or the command does
+// not move the focus. `pageLength` is a number of rows.
 std::optional<std::size_t> movedFocus(KeyCommand command, std::optional<std::size_t> focused,
                                       std::size_t rowCount, std::size_t pageLength);
 

@@ -1,4 +1,4 @@
-// The loop that the window's program runs in, which ends with what failed in it.
+// The main loop of the window's program, which passes on an exception that ended it.
 #pragma once
 
 #include <exception>
@@ -15,10 +15,10 @@ public:
     MainLoop(const MainLoop&) = delete;
     MainLoop& operator=(const MainLoop&) = delete;
 
-    // Until quit(), also where that came before. Throws what fail() was given.
+    // Returns after quit(), also where that was called before. Throws the exception of fail().
     void run();
     void quit();
-    void fail(std::exception_ptr failure); // the first one counts
+    void fail(std::exception_ptr failure); // quits; only the first exception is stored
 
 private:
     GMainLoop* m_loop;

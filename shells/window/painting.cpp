@@ -51,8 +51,8 @@ void paintBackdrop(cairo_t* context, const CGRect& rect, const std::optional<UIC
     cairo_restore(context);
 }
 
-// A corner at a time, so that little is touched: between the two there is nothing to take away.
-void cutCorners(cairo_t* context, const CGRect& rect, CGFloat radius) {
+// One corner at a time, so that few pixels are touched.
+void clearCorners(cairo_t* context, const CGRect& rect, CGFloat radius) {
     if (isEmpty(rect)) {
         return;
     }

@@ -1,4 +1,4 @@
-// What the window paints around the widget.
+// Paints the backdrop, the corners and the focus around the widget.
 #pragma once
 
 #include <optional>
@@ -10,15 +10,15 @@ struct _cairo; // the painting library's context
 
 namespace quorvel::window {
 
-// Replaces what is there with the backdrop; absent: with nothing. Where the screen cannot show what
-// lies behind a window, the backdrop is opaque.
+// Replaces the content of the rectangle by the backdrop's colour; absent: by transparency. Where
+// the screen does not support translucent windows, the result is opaque.
 void paintBackdrop(struct _cairo* context, const platform::CGRect& rect,
                    const std::optional<platform::UIColor>& color, bool isTranslucent);
 
-// Takes away what has been painted outside the rectangle's rounded corners, but inside its own.
-void cutCorners(struct _cairo* context, const platform::CGRect& rect, platform::CGFloat radius);
+// Makes the parts of the rectangle outside its rounded corners transparent. `radius` in points.
+void clearCorners(struct _cairo* context, const platform::CGRect& rect, platform::CGFloat radius);
 
-// The outline of the row that has the focus.
+// Paints an outline into the row that has the focus.
 void paintFocus(struct _cairo* context, const platform::CGRect& row);
 
 } // namespace quorvel::window

@@ -2,16 +2,18 @@
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
 #include <string>
 
+#include "freedesktop/glib/handles.h"
 #include "shells/window/row_list.h"
 
 namespace quorvel::window {
 
+using freedesktop::TextHandle;
+
 namespace {
 
-// A title may be as long as a stranger likes, and no one listens to more.
+// Titles are not limited in length, but nobody listens to longer ones.
 constexpr glong longestName = 1000; // characters
 
 struct RowObject {
@@ -34,29 +36,25 @@ RowList* rowsOf(const RowObject* row) {
     return row->owner != nullptr ? row->owner->rows() : nullptr;
 }
 
-// Asks the rows; a row that has gone answers with nothing.
-template <class Answer, class Question>
-Answer ask(gpointer object, Answer otherwise, Question question) noexcept {
+// Queries the rows; the result is `otherwise` for a row that no longer exists.
+template <class Answer, class Query>
+Answer queryRows(gpointer object, Answer otherwise, Query query) noexcept {
     const RowObject* row = rowOf(object);
     RowList* rows = rowsOf(row);
     return rows == nullptr
                ? otherwise
-               : answerOr(otherwise, *row->owner, [&] { return question(*rows, row->row); });
+               : answerOr(otherwise, *row->owner, [&] { return query(*rows, row->row); });
 }
 
-struct GlibFree {
-    void operator()(gpointer memory) const { g_free(memory); }
-};
-
-// The library and its bus take nothing but Unicode.
-char* spokenName(const std::string& name) {
+// The library and its bus accept valid Unicode only.
+TextHandle validName(const std::string& name) {
     constexpr std::size_t mostBytes = longestName * 4;
     const std::size_t length = std::min(name.size(), mostBytes);
-    char* spoken = g_utf8_make_valid(name.data(), static_cast<gssize>(length));
-    if (g_utf8_strlen(spoken, -1) > longestName) {
-        *g_utf8_offset_to_pointer(spoken, longestName) = '\0';
+    TextHandle valid(g_utf8_make_valid(name.data(), static_cast<gssize>(length)));
+    if (g_utf8_strlen(valid.get(), -1) > longestName) {
+        *g_utf8_offset_to_pointer(valid.get(), longestName) = '\0';
     }
-    return spoken;
+    return valid;
 }
 
 int wholePixels(platform::CGFloat points) {
@@ -73,7 +71,7 @@ int indexOfRow(AtkObject* object) {
     return row->owner != nullptr ? static_cast<int>(row->row) : -1;
 }
 
-bool isInSight(const RowObject* row) {
+bool isVisible(const RowObject* row) {
     GtkWidget* widget = row->owner->widget();
     if (widget == nullptr || gtk_widget_get_mapped(widget) == FALSE) {
         return false;
@@ -88,7 +86,7 @@ void addStates(AtkStateSet* states, const RowObject* row) {
                                      ATK_STATE_FOCUSABLE, ATK_STATE_TRANSIENT}) {
         atk_state_set_add_state(states, state);
     }
-    if (isInSight(row)) {
+    if (isVisible(row)) {
         atk_state_set_add_state(states, ATK_STATE_SHOWING);
     }
     if (hasFocus(*row->owner, row->row)) {
@@ -96,7 +94,7 @@ void addStates(AtkStateSet* states, const RowObject* row) {
     }
 }
 
-// Transient also in the end: the bridge to the bus keeps such objects alive for a while itself.
+// Defunct rows are transient too, as the bridge to the bus caches transient objects for a while.
 AtkStateSet* statesOfRow(AtkObject* object) {
     const RowObject* row = rowOf(object);
     AtkStateSet* states = atk_state_set_new();
@@ -115,12 +113,12 @@ AtkStateSet* statesOfRow(AtkObject* object) {
 void finalizeRow(GObject* object) {
     const RowObject* row = rowOf(object);
     if (row->owner != nullptr) {
-        row->owner->rowObjectGoes(row->row);
+        row->owner->onRowObjectFinalized(row->row);
     }
     G_OBJECT_CLASS(parentClass)->finalize(object);
 }
 
-void initialiseClass(gpointer rowClass, gpointer) {
+void initializeClass(gpointer rowClass, gpointer) {
     parentClass = ATK_OBJECT_CLASS(g_type_class_peek_parent(rowClass));
     AtkObjectClass* objectClass = ATK_OBJECT_CLASS(rowClass);
     objectClass->get_parent = parentOfRow;
@@ -130,8 +128,9 @@ void initialiseClass(gpointer rowClass, gpointer) {
 }
 
 int actionCount(AtkAction* action) {
-    return ask(action, 0,
-               [](const RowList& rows, std::size_t row) { return rows.rowHasAction(row) ? 1 : 0; });
+    return queryRows(action, 0, [](const RowList& rows, std::size_t row) {
+        return rows.rowHasAction(row) ? 1 : 0;
+    });
 }
 
 const char* actionName(AtkAction* action, int index) {
@@ -142,12 +141,12 @@ gboolean doAction(AtkAction* action, int index) {
     if (actionName(action, index) == nullptr) {
         return FALSE;
     }
-    return ask(action, FALSE, [](RowList& rows, std::size_t row) -> gboolean {
+    return queryRows(action, FALSE, [](RowList& rows, std::size_t row) -> gboolean {
         return rows.runRowAction(row) ? TRUE : FALSE;
     });
 }
 
-void initialiseAction(gpointer interface, gpointer) {
+void initializeAction(gpointer interface, gpointer) {
     auto* action = static_cast<AtkActionIface*>(interface);
     action->get_n_actions = actionCount;
     action->get_name = actionName;
@@ -162,8 +161,8 @@ void rowExtents(AtkComponent* component, int* x, int* y, int* width, int* height
         return;
     }
     const platform::CGRect frame =
-        ask(component, platform::CGRect{},
-            [](const RowList& rows, std::size_t row) { return rows.rowFrame(row); });
+        queryRows(component, platform::CGRect{},
+                  [](const RowList& rows, std::size_t row) { return rows.rowFrame(row); });
     int left = 0;
     int top = 0;
     if (coordinates != ATK_XY_PARENT) {
@@ -173,7 +172,7 @@ void rowExtents(AtkComponent* component, int* x, int* y, int* width, int* height
         atk_component_get_extents(ATK_COMPONENT(list), &left, &top, &listWidth, &listHeight,
                                   coordinates);
     }
-    // A list that is not shown stands at the least number that there is.
+    // A list that is not shown is at the smallest integer.
     *x = wholePixels(left + frame.origin.x);
     *y = wholePixels(top + frame.origin.y);
     *width = wholePixels(frame.size.width);
@@ -181,7 +180,7 @@ void rowExtents(AtkComponent* component, int* x, int* y, int* width, int* height
 }
 
 gboolean grabRowFocus(AtkComponent* component) {
-    return ask(component, FALSE, [&](RowList& rows, std::size_t row) -> gboolean {
+    return queryRows(component, FALSE, [&](RowList& rows, std::size_t row) -> gboolean {
         if (!rows.focusRow(row)) {
             return FALSE;
         }
@@ -193,7 +192,7 @@ gboolean grabRowFocus(AtkComponent* component) {
     });
 }
 
-void initialiseComponent(gpointer interface, gpointer) {
+void initializeComponent(gpointer interface, gpointer) {
     auto* component = static_cast<AtkComponentIface*>(interface);
     component->get_extents = rowExtents;
     component->grab_focus = grabRowFocus;
@@ -201,10 +200,10 @@ void initialiseComponent(gpointer interface, gpointer) {
 
 GType registerType() {
     const GType type = g_type_register_static_simple(ATK_TYPE_OBJECT, "QuorvelRowAccessible",
-                                                     sizeof(RowObjectClass), initialiseClass,
+                                                     sizeof(RowObjectClass), initializeClass,
                                                      sizeof(RowObject), nullptr, GTypeFlags{});
-    const GInterfaceInfo action{initialiseAction, nullptr, nullptr};
-    const GInterfaceInfo component{initialiseComponent, nullptr, nullptr};
+    const GInterfaceInfo action{initializeAction, nullptr, nullptr};
+    const GInterfaceInfo component{initializeComponent, nullptr, nullptr};
     g_type_add_interface_static(type, ATK_TYPE_ACTION, &action);
     g_type_add_interface_static(type, ATK_TYPE_COMPONENT, &component);
     return type;
@@ -214,13 +213,13 @@ GType registerType() {
 
 AtkObject* makeRowObject(RowOwner& owner, std::size_t row) {
     static const GType type = registerType();
-    std::unique_ptr<char, GlibFree> name(spokenName(owner.rows()->rowName(row)));
+    TextHandle name = validName(owner.rows()->rowName(row));
     auto* object = static_cast<AtkObject*>(g_object_new(type, nullptr));
     rowOf(object)->owner = &owner;
     rowOf(object)->row = row;
     object->role = ATK_ROLE_LIST_ITEM;
     object->layer = ATK_LAYER_WIDGET;
-    object->name = name.release(); // set in silence: it has had no other
+    object->name = name.release(); // without a signal, as the object is new
     return object;
 }
 

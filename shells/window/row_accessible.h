@@ -1,5 +1,5 @@
-// One row of the agenda as a screen reader has it: an item of a list, with a name, a place and,
-// where a pull would do something, one action.
+// Presents one row of the agenda to screen readers: an item of a list with a name, a frame and,
+// where a pull has an effect, one action.
 #pragma once
 
 #include <cstddef>
@@ -11,34 +11,35 @@ namespace quorvel::window {
 
 class RowList;
 
-// What a row's object knows of the list that it is in.
+// The list that a row's object belongs to.
 class RowOwner {
 public:
     virtual ~RowOwner() = default;
     virtual AtkObject* listObject() = 0;
-    virtual GtkWidget* widget() = 0; // null: it is gone
-    virtual RowList* rows() = 0;     // null: they are gone
-    virtual void rowObjectGoes(std::size_t row) = 0;
-    virtual void fail(std::exception_ptr failure) noexcept = 0;
+    virtual GtkWidget* widget() = 0; // null once it is destroyed
+    virtual RowList* rows() = 0;     // null where the list has none
+    virtual void onRowObjectFinalized(std::size_t row) = 0;
+    virtual void onFailure(std::exception_ptr failure) noexcept = 0;
 };
 
-// A new reference. The owner outlives the object, or detaches it. The row is there.
+// Returns a new reference. The row exists. The owner outlives the object or detaches it.
 AtkObject* makeRowObject(RowOwner& owner, std::size_t row);
 
-// For a row that is no more: whoever still holds the object is told that it is defunct, and gets
-// empty answers from here on.
+// For a row that no longer exists: reports the object as defunct to screen readers that still own
+// it; its answers are empty from here on.
 void detachRowObject(AtkObject* rowObject);
 
-// Whether the row has the focus of the whole desktop, and not only that of the list.
+// Whether the row has the keyboard focus, not only the focus inside the list.
 bool hasFocus(RowOwner& owner, std::size_t row);
 
-// No exception goes through the library, which is in C: the owner is told, and the answer is that.
+// Runs the work; an exception goes to the owner, as none may pass through the library, which is
+// written in C, and the result is `otherwise`.
 template <class Answer, class Work>
 Answer answerOr(Answer otherwise, RowOwner& owner, Work work) noexcept {
     try {
         return work();
     } catch (...) {
-        owner.fail(std::current_exception());
+        owner.onFailure(std::current_exception());
         return otherwise;
     }
 }

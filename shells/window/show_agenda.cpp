@@ -6,9 +6,9 @@
 #include <glib-unix.h>
 
 #include "freedesktop/freedesktop_platform.h"
+#include "freedesktop/glib/handles.h"
 #include "shells/window/agenda_window.h"
 #include "shells/window/display_loss.h"
-#include "shells/window/gtk_handles.h"
 #include "shells/window/main_loop.h"
 #include "shells/window/toolkit.h"
 
@@ -18,12 +18,16 @@ namespace {
 
 constexpr double longestLaunch = 3; // seconds
 
-guint quitAtSignal(int signal, MainLoop& loop) {
+// For as long as the result lives.
+freedesktop::SourceHandle quitAtSignal(int signal, MainLoop& loop) {
     const GSourceFunc quit = [](gpointer data) -> gboolean {
         static_cast<MainLoop*>(data)->quit();
         return G_SOURCE_CONTINUE;
     };
-    return g_unix_signal_add(signal, quit, &loop);
+    freedesktop::SourceHandle source(g_unix_signal_source_new(signal));
+    g_source_set_callback(source.get(), quit, &loop, nullptr);
+    g_source_attach(source.get(), nullptr);
+    return source;
 }
 
 } // namespace
@@ -37,9 +41,9 @@ Result<void> showAgenda(freedesktop::FreedesktopPlatform& platform,
     }
     exitWhenDisplayIsLost(onDisplayLost);
     MainLoop loop;
-    const SourceHandle interrupted(quitAtSignal(SIGINT, loop));
-    const SourceHandle terminated(quitAtSignal(SIGTERM, loop));
-    const SourceHandle hungUp(quitAtSignal(SIGHUP, loop));
+    const auto interrupted = quitAtSignal(SIGINT, loop);
+    const auto terminated = quitAtSignal(SIGTERM, loop);
+    const auto hungUp = quitAtSignal(SIGHUP, loop);
     {
         AgendaWindow window(platform, bundle, std::move(options), loop);
         window.show();

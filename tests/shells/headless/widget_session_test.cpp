@@ -23,7 +23,7 @@ protected:
     }
 };
 
-TEST_F(WidgetSessionTest, LoadingMakesTheViewInAWindowOfItsSize) {
+TEST_F(WidgetSessionTest, LoadMakesTheViewInAWindowOfItsSize) {
     addEvents(1);
     const auto session = makeSession(notificationController);
     session->load();
@@ -64,7 +64,7 @@ TEST_F(WidgetSessionTest, ALegacyViewHasItsOwnWidthUntilItIsGivenOne) {
     EXPECT_EQ(session->widget().view().frame(), CGRectMake(0, 0, 100, 70));
 }
 
-TEST_F(WidgetSessionTest, RowsCanBeLoadedWhateverTheController) {
+TEST_F(WidgetSessionTest, EveryControllerCanLoadRows) {
     addEvents(3);
     for (const char* controller :
          {notificationController, "QuorvelViewControllerNewToday", legacyController}) {
@@ -76,7 +76,7 @@ TEST_F(WidgetSessionTest, RowsCanBeLoadedWhateverTheController) {
     }
 }
 
-TEST_F(WidgetSessionTest, WhatIsOpenedIsRecordedOnceAndNotOpened) {
+TEST_F(WidgetSessionTest, RecordsLinksOnceAndOpensNone) {
     addEvents(1);
     const auto session = makeSession(notificationController);
     session->load();
@@ -86,7 +86,7 @@ TEST_F(WidgetSessionTest, WhatIsOpenedIsRecordedOnceAndNotOpened) {
     EXPECT_THAT(memory.application.opened, IsEmpty());
 }
 
-TEST_F(WidgetSessionTest, EveryApplicationIsKnownAndNoneIsActivated) {
+TEST_F(WidgetSessionTest, RecordsApplicationsAndActivatesNone) {
     addEvents(1);
     setSettings({{"swipeAction", {std::int64_t{3}}},
                  {"customLaunchAppBundleID", {std::string("org.example.App")}}});
@@ -100,7 +100,7 @@ TEST_F(WidgetSessionTest, EveryApplicationIsKnownAndNoneIsActivated) {
     EXPECT_THAT(memory.homeScreenShell.activated, IsEmpty());
 }
 
-TEST_F(WidgetSessionTest, MotionIsRunToItsEnd) {
+TEST_F(WidgetSessionTest, SettleRunsMotionsToTheirEnd) {
     addEvents(1);
     const auto session = makeSession(notificationController);
     session->load();
@@ -113,7 +113,7 @@ TEST_F(WidgetSessionTest, MotionIsRunToItsEnd) {
     EXPECT_FALSE(row->isDecelerating());
 }
 
-TEST_F(WidgetSessionTest, AFingerThatRestedFlingsNothing) {
+TEST_F(WidgetSessionTest, AFingerThatRestsBeforeTheLiftFlingsNothing) {
     addEvents(20);
     const auto session = makeSession(notificationController);
     session->load();
@@ -125,7 +125,7 @@ TEST_F(WidgetSessionTest, AFingerThatRestedFlingsNothing) {
     EXPECT_EQ(table.contentOffset(), (CGPoint{0, 70}));
 }
 
-TEST_F(WidgetSessionTest, TheMessagesOfATouchAreRecordedOnce) {
+TEST_F(WidgetSessionTest, RecordsTheMessagesOfATouchOnce) {
     addEvents(1);
     const auto session = makeSession(notificationController);
     session->load();

@@ -20,18 +20,13 @@ protected:
     std::unique_ptr<HostedWidget> makeWidget(std::string_view controller) {
         return std::make_unique<HostedWidget>(bundle, controller, memory.platform(), host, *window);
     }
-    // Shown at that size.
+    // With a laid-out view of that size.
     std::unique_ptr<HostedWidget> makeShownWidget(std::string_view controller, CGSize size) {
         auto widget = makeWidget(controller);
         widget->loadFullView();
         widget->resizeView(size);
         window->layoutIfNeeded();
         return widget;
-    }
-    std::vector<std::string> takeOpened() { return std::exchange(memory.application.opened, {}); }
-    static std::string linkOfRow(int row) {
-        return "x-apple-calevent://home/e" + std::to_string(row) +
-               "?o=" + std::to_string(43200 + row * 60) + ".0";
     }
 
     headless::RecordingHost host;
@@ -44,17 +39,13 @@ TEST_F(HostedWidgetTest, AnEmptyNameIsThePrincipalClass) {
     EXPECT_EQ(makeWidget(legacyController)->controllerName(), legacyController);
 }
 
-TEST_F(HostedWidgetTest, RefusesAClassThatTheBundleDoesNotHave) {
-    EXPECT_THROW(makeWidget("NSObject"), freedesktop::UnknownClassError);
-}
-
 TEST_F(HostedWidgetTest, KnowsWhichControllerIsForOlderHosts) {
     EXPECT_FALSE(makeWidget(notificationController)->isLegacy());
     EXPECT_FALSE(makeWidget("QuorvelViewControllerNewToday")->isLegacy());
     EXPECT_TRUE(makeWidget(legacyController)->isLegacy());
 }
 
-TEST_F(HostedWidgetTest, TheViewIsMadeAtFirstUseAndStandsInTheContainer) {
+TEST_F(HostedWidgetTest, TheFirstUseMakesTheViewInTheContainer) {
     for (const char* controller : {notificationController, legacyController}) {
         const auto widget = makeWidget(controller);
         EXPECT_FALSE(widget->hasView());
@@ -69,7 +60,7 @@ TEST_F(HostedWidgetTest, TheViewIsMadeAtFirstUseAndStandsInTheContainer) {
     }
 }
 
-TEST_F(HostedWidgetTest, OnlyItsOwnViewLeavesTheContainerWithIt) {
+TEST_F(HostedWidgetTest, RemovesOnlyItsOwnViewFromTheContainer) {
     const auto other = std::make_shared<UIView>();
     window->addSubview(other);
     auto widget = makeWidget(notificationController);
@@ -79,7 +70,7 @@ TEST_F(HostedWidgetTest, OnlyItsOwnViewLeavesTheContainerWithIt) {
     EXPECT_THAT(window->subviews(), ElementsAre(other));
 }
 
-TEST_F(HostedWidgetTest, OtherControllersHaveNothingOfTheLegacyOnes) {
+TEST_F(HostedWidgetTest, OperationsOfLegacyControllersDoNothingToOthers) {
     addEvents(1);
     const auto widget = makeWidget(notificationController);
     widget->loadFullView();
@@ -92,7 +83,7 @@ TEST_F(HostedWidgetTest, OtherControllersHaveNothingOfTheLegacyOnes) {
     EXPECT_THAT(window->takeTouchMessages(), IsEmpty());
 }
 
-TEST_F(HostedWidgetTest, AskingALegacyControllerForItsHeightMakesNoView) {
+TEST_F(HostedWidgetTest, TheHeightOfALegacyControllerMakesNoView) {
     const auto widget = makeWidget(legacyController);
     EXPECT_EQ(widget->preferredViewSize(), (CGSize{0, 70}));
     widget->present();
@@ -102,7 +93,7 @@ TEST_F(HostedWidgetTest, AskingALegacyControllerForItsHeightMakesNoView) {
     EXPECT_EQ(widget->preferredViewSize(), (CGSize{250, 70}));
 }
 
-TEST_F(HostedWidgetTest, AnUnloadedViewIsGoneAndTheNextUseMakesAnother) {
+TEST_F(HostedWidgetTest, TheNextUseAfterUnloadingMakesAnotherView) {
     addEvents(2);
     const auto widget = makeShownWidget(legacyController, {320, 70});
     EXPECT_EQ(widget->items().size(), 2U);
@@ -111,7 +102,7 @@ TEST_F(HostedWidgetTest, AnUnloadedViewIsGoneAndTheNextUseMakesAnother) {
     EXPECT_FALSE(widget->hasView());
     EXPECT_TRUE(old.expired());
     EXPECT_THAT(window->subviews(), IsEmpty());
-    EXPECT_THAT(widget->items(), IsEmpty()) << "of the next view, which is not filled";
+    EXPECT_THAT(widget->items(), IsEmpty()) << "the next view is not loaded";
     EXPECT_EQ(widget->view().frame(), CGRectMake(0, 0, 0, 70));
     widget->loadFullView();
     EXPECT_EQ(widget->items().size(), 2U);
@@ -129,7 +120,7 @@ TEST_F(HostedWidgetTest, PresentingReloadsAndReportsToTheHost) {
     EXPECT_EQ(widget->preferredViewSize().width, 320);
 }
 
-TEST_F(HostedWidgetTest, RowsInSightHaveScrollViews) {
+TEST_F(HostedWidgetTest, VisibleRowsHaveScrollViews) {
     addEvents(10);
     const auto widget = makeShownWidget(notificationController, {320, 100});
     EXPECT_EQ(widget->table()->numberOfRowsInSection(0), 10);
@@ -153,7 +144,7 @@ TEST_F(HostedWidgetTest, APullRunsTheActionFromMoreThanEightyPointsOn) {
     }
 }
 
-TEST_F(HostedWidgetTest, ARowThatIsNotThereOrCannotBeDraggedIsNotPulled) {
+TEST_F(HostedWidgetTest, RowsThatDoNotExistOrCannotBeDraggedAreNotPulled) {
     const auto empty = makeWidget(notificationController);
     EXPECT_FALSE(empty->pullRow(0, 90, 0)) << "no view";
     empty->view();
@@ -172,17 +163,17 @@ TEST_F(HostedWidgetTest, ARowThatIsNotThereOrCannotBeDraggedIsNotPulled) {
     EXPECT_TRUE(widget->pullRow(1, 90, 0));
 
     setSettings({{"swipeAction", {std::int64_t{0}}}});
-    const auto still = makeShownWidget(notificationController, {320, 300});
-    EXPECT_FALSE(still->pullRow(1, 90, 0));
+    const auto withoutAction = makeShownWidget(notificationController, {320, 300});
+    EXPECT_FALSE(withoutAction->pullRow(1, 90, 0));
 }
 
-TEST_F(HostedWidgetTest, ARowOutOfSightIsBroughtIntoItForAPull) {
+TEST_F(HostedWidgetTest, APullScrollsToARowThatIsNotVisible) {
     addEvents(20);
     const auto widget = makeShownWidget(notificationController, {320, 100});
     UITableView& table = *widget->table();
     table.setContentOffset({0, 10});
     window->layoutIfNeeded();
-    EXPECT_TRUE(widget->pullRow(0, 90, 0)) << "partly in sight";
+    EXPECT_TRUE(widget->pullRow(0, 90, 0)) << "partly visible";
     EXPECT_EQ(table.contentOffset(), (CGPoint{0, 10}));
     EXPECT_TRUE(widget->pullRow(19, 90, 5));
     EXPECT_EQ(table.contentOffset().y + 100, CGRectGetMaxY(table.rectForRowAtIndexPath({0, 19})));

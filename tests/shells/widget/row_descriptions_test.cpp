@@ -30,7 +30,7 @@ protected:
         std::make_shared<UIWindow>(CGRectMake(0, 0, 320, 480), memory.screen);
 };
 
-TEST_F(RowDescriptionsTest, NoRowsAreNoDescriptions) {
+TEST_F(RowDescriptionsTest, DescribesNothingWithoutRows) {
     EXPECT_THAT(described(), IsEmpty());
 }
 
@@ -45,7 +45,7 @@ TEST_F(RowDescriptionsTest, ARowIsItsTitleLocationAndCaption) {
     EXPECT_EQ(described(legacyController).at(0).name, "Lunch, Café Sol, 12:30");
 }
 
-TEST_F(RowDescriptionsTest, WhatARowLacksIsLeftOut) {
+TEST_F(RowDescriptionsTest, LeavesMissingPartsOut) {
     memory.dateServices.useTwentyFourHourClock();
     setSettings({{"displayLocation", {true}}});
     EKEvent untitled = event("x", at(0, 12, 30));
@@ -55,7 +55,7 @@ TEST_F(RowDescriptionsTest, WhatARowLacksIsLeftOut) {
     EXPECT_EQ(described().at(0).name, "12:30");
 }
 
-TEST_F(RowDescriptionsTest, EveryRowHasItsTimesWhetherItIsInSightOrNot) {
+TEST_F(RowDescriptionsTest, RowsThatAreNotVisibleHaveDescriptionsToo) {
     memory.dateServices.useTwentyFourHourClock();
     addEvents(50);
     EKEvent day = event("Holiday", at(1, 0));
@@ -73,7 +73,7 @@ TEST_F(RowDescriptionsTest, EveryRowHasItsTimesWhetherItIsInSightOrNot) {
     EXPECT_TRUE(rows[50].isAllDay);
 }
 
-TEST_F(RowDescriptionsTest, ARowHasAnActionWhereAPullDoesSomething) {
+TEST_F(RowDescriptionsTest, ARowHasAnActionWhereAPullHasAnEffect) {
     addEvents(1);
     const PropertyListValue application{std::string("org.example.App")};
     EXPECT_TRUE(hasAction({}));

@@ -1,5 +1,5 @@
-// What the tests of the shells share: the bundle as it is built, on a platform in memory. It is
-// Monday, 2001-01-01, 10:00, and the calendar "home" is switched on.
+// The real bundle on a platform in memory. The clock shows Monday, 2001-01-01, 10:00, and the
+// widget searches the calendar "home".
 #pragma once
 
 #include <gtest/gtest.h>
@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "agenda/event_gathering.h"
 #include "agenda/settings_store.h"
@@ -35,7 +36,7 @@ protected:
         memory.preferences.files[std::string(settingsFilePath)] = std::move(dictionary);
     }
 
-    // An hour.
+    // Lasts an hour.
     platform::EKEvent event(const std::string& title, platform::NSDate start) const {
         platform::EKEvent made;
         made.title = title;
@@ -50,6 +51,14 @@ protected:
             memory.calendarStores.addEvent(event("e" + std::to_string(number), at(0, 12, number)));
         }
     }
+
+    // The link of an event that addEvents() added, by its number.
+    static std::string linkOfRow(int row) {
+        return "x-apple-calevent://home/e" + std::to_string(row) +
+               "?o=" + std::to_string(43200 + row * 60) + ".0";
+    }
+    // The links opened since the last call.
+    std::vector<std::string> takeOpened() { return std::exchange(memory.application.opened, {}); }
 
     platform::memory::MemoryPlatform memory;
     std::shared_ptr<const platform::EKCalendar> home =

@@ -1,212 +1,18 @@
-// What a screen reader gets, asked through the accessibility library without a bus in between.
-#include "shells/window/agenda_accessible.h"
-
+// What a screen reader receives, through the accessibility library and without a bus in between.
+#include <algorithm>
 #include <climits>
-#include <cstddef>
-#include <stdexcept>
-#include <string>
-#include <vector>
 
-#include <gmock/gmock.h>
-
-#include "shells/window/gtk_handles.h"
-#include "shells/window/row_list.h"
-#include "tests/freedesktop/session/session_testing.h"
+#include "tests/shells/window/accessible_fixture.h"
 
 namespace quorvel::window {
 namespace {
 
-using platform::CGFloat;
-using platform::CGRect;
-using platform::CGRectMake;
 using testing::AllOf;
 using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
-using testing_session::runUntil;
-
-constexpr int width = 320;
-constexpr int height = 100;
-constexpr CGFloat rowHeight = 40.5;
-
-// Rows of one height, each with its number for a name and, if it is even, an action.
-class NumberedRows final : public RowList {
-public:
-    std::size_t rowCount() const override { return answer(count); }
-    std::string rowName(std::size_t row) const override {
-        ++namings;
-        return answer(row == 0 && !firstName.empty() ? firstName : "row " + std::to_string(row));
-    }
-    bool rowHasAction(std::size_t row) const override { return answer(row % 2 == 0); }
-    bool runRowAction(std::size_t row) override {
-        run.push_back(answer(row));
-        return true;
-    }
-    CGRect rowFrame(std::size_t row) const override {
-        ++framings;
-        return answer(
-            CGRectMake(0, static_cast<CGFloat>(row) * rowHeight - scrolled, width, rowHeight));
-    }
-    std::optional<std::size_t> focusedRow() const override { return answer(focused); }
-    bool focusRow(std::size_t row) override {
-        focused = answer(row);
-        return true;
-    }
-
-    std::size_t count = 4;
-    std::string firstName;
-    CGFloat scrolled = 0;
-    std::optional<std::size_t> focused;
-    bool fails = false;
-    std::vector<std::size_t> run;
-    mutable int namings = 0;
-    mutable int framings = 0;
-
-private:
-    template <class Answer>
-    Answer answer(Answer given) const {
-        if (fails) {
-            throw std::runtime_error("no answer");
-        }
-        return given;
-    }
-};
-
-// A widget that shows nothing.
-GType widgetType() {
-    static const GType type = [] {
-        GTypeQuery query;
-        g_type_query(GTK_TYPE_DRAWING_AREA, &query);
-        const GClassInitFunc initialise = [](gpointer widgetClass, gpointer) {
-            gtk_widget_class_set_accessible_type(GTK_WIDGET_CLASS(widgetClass),
-                                                 agendaAccessibleType());
-        };
-        return g_type_register_static_simple(
-            GTK_TYPE_DRAWING_AREA, "TestAgenda", static_cast<guint>(query.class_size), initialise,
-            static_cast<guint>(query.instance_size), nullptr, GTypeFlags{});
-    }();
-    return type;
-}
-
-class AgendaAccessibleTest : public testing::Test {
-protected:
-    AgendaAccessibleTest() {
-        gtk_container_add(GTK_CONTAINER(window), box);
-        gtk_container_add(GTK_CONTAINER(box), button);
-        gtk_container_add(GTK_CONTAINER(box), widget);
-        gtk_widget_set_size_request(widget, width, height);
-        gtk_widget_set_can_focus(widget, TRUE);
-        giveRows(&rows);
-        gtk_widget_show_all(window);
-        EXPECT_TRUE(runUntil([this] { return gtk_widget_is_drawable(widget) != FALSE; }));
-    }
-    ~AgendaAccessibleTest() override { destroy(); }
-
-    void giveRows(RowList* given) {
-        setAccessibleRows(widget, given, [this](const std::exception_ptr& failure) {
-            try {
-                std::rethrow_exception(failure);
-            } catch (const std::runtime_error& error) {
-                failures.emplace_back(error.what());
-            }
-        });
-    }
-    void destroy() {
-        if (GtkWidget* whole = std::exchange(window, nullptr)) {
-            setAccessibleRows(widget, nullptr, {});
-            gtk_widget_destroy(whole);
-        }
-    }
-    void focus(GtkWidget* which) {
-        gdk_window_focus(gtk_widget_get_window(window), GDK_CURRENT_TIME);
-        gtk_widget_grab_focus(which);
-        ASSERT_TRUE(runUntil([&] { return gtk_widget_has_focus(which) != FALSE; }));
-    }
-
-    AtkObject* list() { return gtk_widget_get_accessible(widget); }
-    ObjectHandle<AtkObject> row(int index) {
-        return ObjectHandle<AtkObject>(atk_object_ref_accessible_child(list(), index));
-    }
-    static std::vector<AtkStateType> statesOf(AtkObject* object) {
-        const ObjectHandle<AtkStateSet> set(atk_object_ref_state_set(object));
-        std::vector<AtkStateType> states;
-        for (int state = 1; state < ATK_STATE_LAST_DEFINED; ++state) {
-            if (atk_state_set_contains_state(set.get(), static_cast<AtkStateType>(state)) != 0) {
-                states.push_back(static_cast<AtkStateType>(state));
-            }
-        }
-        return states;
-    }
-    static std::vector<int> extentsOf(AtkObject* object, AtkCoordType coordinates) {
-        int x = 0;
-        int y = 0;
-        int across = 0;
-        int down = 0;
-        atk_component_get_extents(ATK_COMPONENT(object), &x, &y, &across, &down, coordinates);
-        return {x, y, across, down};
-    }
-    // The number of the row there, counted in pixels of the list; -1 where there is none.
-    int rowAt(int x, int y, AtkCoordType coordinates = ATK_XY_WINDOW) {
-        const std::vector<int> place = extentsOf(list(), coordinates);
-        const ObjectHandle<AtkObject> found(atk_component_ref_accessible_at_point(
-            ATK_COMPONENT(list()), place[0] + x, place[1] + y, coordinates));
-        return found ? atk_object_get_index_in_parent(found.get()) : -1;
-    }
-    // What an object tells, in words, from here on.
-    void listenTo(AtkObject* object, const std::string& name) {
-        using StateHandler = void (*)(AtkObject*, const char*, gboolean, Heard*);
-        const StateHandler stateChanged = [](AtkObject*, const char* state, gboolean isSet,
-                                             Heard* heard) {
-            heard->test->told.push_back(heard->name + (isSet != 0 ? ": " : ": not ") + state);
-        };
-        using Handler = void (*)(AtkObject*, gpointer, Heard*);
-        const Handler descendantChanged = [](AtkObject*, gpointer row, Heard* heard) {
-            heard->test->told.push_back(heard->name + ": to " +
-                                        atk_object_get_name(ATK_OBJECT(row)));
-        };
-        using DataHandler = void (*)(AtkObject*, Heard*);
-        const DataHandler dataChanged = [](AtkObject*, Heard* heard) {
-            heard->test->told.push_back(heard->name + ": looks different");
-        };
-        const auto connect = [&](const char* signal, GCallback callback) {
-            g_signal_connect_data(
-                object, signal, callback, new Heard{this, name},
-                [](gpointer heard, GClosure*) { delete static_cast<Heard*>(heard); },
-                GConnectFlags{});
-        };
-        connect("state-change", G_CALLBACK(stateChanged));
-        connect("active-descendant-changed", G_CALLBACK(descendantChanged));
-        connect("visible-data-changed", G_CALLBACK(dataChanged));
-    }
-    std::vector<std::string> takeTold() { return std::exchange(told, {}); }
-    // No question is answered with more than nothing.
-    void expectNothingOf(AtkObject* rowObject) {
-        EXPECT_EQ(atk_object_get_parent(rowObject), nullptr);
-        EXPECT_EQ(atk_object_get_index_in_parent(rowObject), -1);
-        EXPECT_THAT(statesOf(rowObject), ElementsAre(ATK_STATE_DEFUNCT, ATK_STATE_TRANSIENT));
-        EXPECT_EQ(atk_action_get_n_actions(ATK_ACTION(rowObject)), 0);
-        EXPECT_EQ(atk_action_get_name(ATK_ACTION(rowObject), 0), nullptr);
-        EXPECT_FALSE(atk_action_do_action(ATK_ACTION(rowObject), 0));
-        EXPECT_FALSE(atk_component_grab_focus(ATK_COMPONENT(rowObject)));
-        for (const AtkCoordType coordinates : {ATK_XY_PARENT, ATK_XY_WINDOW, ATK_XY_SCREEN}) {
-            EXPECT_THAT(extentsOf(rowObject, coordinates), ElementsAre(-1, -1, 0, 0));
-        }
-    }
-
-    struct Heard {
-        AgendaAccessibleTest* test;
-        std::string name;
-    };
-    GtkWidget* window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
-    GtkWidget* box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
-    GtkWidget* button = gtk_button_new_with_label("above");
-    GtkWidget* widget = GTK_WIDGET(g_object_new(widgetType(), nullptr));
-    NumberedRows rows;
-    std::vector<std::string> failures;
-    std::vector<std::string> told;
-};
 
 TEST_F(AgendaAccessibleTest, IsAListOfNamedRows) {
     EXPECT_EQ(atk_object_get_role(list()), ATK_ROLE_LIST);
@@ -222,20 +28,20 @@ TEST_F(AgendaAccessibleTest, IsAListOfNamedRows) {
     }
 }
 
-TEST_F(AgendaAccessibleTest, ARowThatIsNotThereIsNone) {
+TEST_F(AgendaAccessibleTest, ARowThatDoesNotExistHasNoObject) {
     for (const int index : {-1, INT_MIN, 4, INT_MAX}) {
         EXPECT_FALSE(row(index)) << index;
     }
     rows.count = 0;
     EXPECT_EQ(atk_object_get_n_accessible_children(list()), 0);
     EXPECT_FALSE(row(0));
-    giveRows(nullptr);
+    setRows(nullptr);
     EXPECT_EQ(atk_object_get_n_accessible_children(list()), 0);
     EXPECT_FALSE(row(0));
     EXPECT_EQ(rowAt(10, 10), -1);
 }
 
-TEST_F(AgendaAccessibleTest, TheListManagesItsRowsWhichComeAndGo) {
+TEST_F(AgendaAccessibleTest, TheListManagesTransientRows) {
     EXPECT_THAT(statesOf(list()),
                 AllOf(Contains(ATK_STATE_MANAGES_DESCENDANTS), Contains(ATK_STATE_FOCUSABLE),
                       Contains(ATK_STATE_SHOWING)));
@@ -246,7 +52,7 @@ TEST_F(AgendaAccessibleTest, TheListManagesItsRowsWhichComeAndGo) {
                       Not(Contains(ATK_STATE_DEFUNCT))));
 }
 
-TEST_F(AgendaAccessibleTest, RowsInSightAreShowing) {
+TEST_F(AgendaAccessibleTest, VisibleRowsAreShowing) {
     const auto isShowing = [&](int index) {
         const auto states = statesOf(row(index).get());
         return std::count(states.begin(), states.end(), ATK_STATE_SHOWING) > 0;
@@ -262,19 +68,19 @@ TEST_F(AgendaAccessibleTest, RowsInSightAreShowing) {
     EXPECT_FALSE(isShowing(1));
 }
 
-TEST_F(AgendaAccessibleTest, RowsHaveTheirPlaceInTheList) {
+TEST_F(AgendaAccessibleTest, RowsHaveTheirFrameInTheList) {
     rows.scrolled = 50;
     EXPECT_THAT(extentsOf(row(2).get(), ATK_XY_PARENT), ElementsAre(0, 31, width, 41));
     for (const AtkCoordType coordinates : {ATK_XY_WINDOW, ATK_XY_SCREEN}) {
         const std::vector<int> place = extentsOf(list(), coordinates);
-        EXPECT_GT(place[1], 0) << "the button stands above";
+        EXPECT_GT(place[1], 0) << "below the button";
         EXPECT_THAT(extentsOf(row(2).get(), coordinates),
                     ElementsAre(place[0], place[1] + 31, width, 41));
         EXPECT_THAT(extentsOf(row(0).get(), coordinates),
                     ElementsAre(place[0], place[1] - 50, width, 41));
     }
     gtk_widget_hide(widget);
-    extentsOf(row(0).get(), ATK_XY_SCREEN); // anything, but no overflow
+    extentsOf(row(0).get(), ATK_XY_SCREEN); // any result, but no overflow
 }
 
 TEST_F(AgendaAccessibleTest, FindsTheRowAtAPoint) {
@@ -288,7 +94,7 @@ TEST_F(AgendaAccessibleTest, FindsTheRowAtAPoint) {
     EXPECT_EQ(rowAt(-1, 5), -1);
     EXPECT_EQ(rowAt(width, 5), -1);
     EXPECT_EQ(rowAt(5, -1), -1);
-    EXPECT_EQ(rowAt(5, height), -1) << "the fourth row stands there, but out of sight";
+    EXPECT_EQ(rowAt(5, height), -1) << "the fourth row is there, but not visible";
     rows.scrolled = -10;
     EXPECT_EQ(rowAt(5, 9), -1) << "above the first";
     EXPECT_EQ(rowAt(5, 10), 0);
@@ -319,67 +125,69 @@ TEST_F(AgendaAccessibleTest, RunsTheActionOfARow) {
     EXPECT_THAT(rows.run, ElementsAre(2U));
 }
 
-// A list that has lost the keyboard has no row that hears it.
-TEST_F(AgendaAccessibleTest, ARowIsFocusedOnlyWhileItsListIs) {
+// A row of a list without the keyboard focus does not receive keys.
+TEST_F(AgendaAccessibleTest, ARowHasTheFocusOnlyWhileItsListHas) {
     focus(button);
     rows.focused = 1;
-    listenTo(list(), "list");
+    recordSignals(list(), "list");
     const auto item = row(1);
-    listenTo(item.get(), "row");
-    accessibleFocusMoved(widget);
+    recordSignals(item.get(), "row");
+    updateAccessibleFocus(widget);
     EXPECT_THAT(statesOf(item.get()), Not(Contains(ATK_STATE_FOCUSED)));
-    EXPECT_THAT(takeTold(), IsEmpty());
+    EXPECT_THAT(takeRecorded(), IsEmpty());
 
     focus(widget);
     EXPECT_THAT(statesOf(item.get()), Contains(ATK_STATE_FOCUSED));
-    EXPECT_THAT(takeTold(), AllOf(Contains("row: focused"), Contains("list: to row 1")));
+    EXPECT_THAT(takeRecorded(), AllOf(Contains("row: focused"), Contains("list: to row 1")));
     EXPECT_THAT(statesOf(row(2).get()), Not(Contains(ATK_STATE_FOCUSED)));
 
     focus(button);
     EXPECT_THAT(statesOf(item.get()), Not(Contains(ATK_STATE_FOCUSED)));
-    EXPECT_THAT(takeTold(), Contains("row: not focused"));
+    EXPECT_THAT(takeRecorded(), Contains("row: not focused"));
 }
 
-TEST_F(AgendaAccessibleTest, TellsWhereTheFocusGoes) {
+TEST_F(AgendaAccessibleTest, ReportsWhereTheFocusMoves) {
     focus(widget);
     const auto second = row(1);
     const auto third = row(2);
-    listenTo(list(), "list");
-    listenTo(second.get(), "second");
-    listenTo(third.get(), "third");
+    recordSignals(list(), "list");
+    recordSignals(second.get(), "second");
+    recordSignals(third.get(), "third");
     rows.focused = 1;
-    accessibleFocusMoved(widget);
-    EXPECT_THAT(takeTold(), ElementsAre("second: focused", "list: to row 1"));
-    accessibleFocusMoved(widget);
-    EXPECT_THAT(takeTold(), IsEmpty()) << "it is where it was";
+    updateAccessibleFocus(widget);
+    EXPECT_THAT(takeRecorded(), ElementsAre("second: focused", "list: to row 1"));
+    updateAccessibleFocus(widget);
+    EXPECT_THAT(takeRecorded(), IsEmpty()) << "it has not moved";
     rows.focused = 2;
-    accessibleFocusMoved(widget);
-    EXPECT_THAT(takeTold(), ElementsAre("second: not focused", "third: focused", "list: to row 2"));
+    updateAccessibleFocus(widget);
+    EXPECT_THAT(takeRecorded(),
+                ElementsAre("second: not focused", "third: focused", "list: to row 2"));
     rows.focused.reset();
-    accessibleFocusMoved(widget);
-    EXPECT_THAT(takeTold(), ElementsAre("third: not focused"));
+    updateAccessibleFocus(widget);
+    EXPECT_THAT(takeRecorded(), ElementsAre("third: not focused"));
     rows.focused = 99; // no such row
-    accessibleFocusMoved(widget);
-    EXPECT_THAT(takeTold(), IsEmpty());
+    updateAccessibleFocus(widget);
+    EXPECT_THAT(takeRecorded(), IsEmpty());
 }
 
-TEST_F(AgendaAccessibleTest, ARowTakesTheFocus) {
+TEST_F(AgendaAccessibleTest, ARowCanGrabTheFocus) {
     focus(button);
     EXPECT_TRUE(atk_component_grab_focus(ATK_COMPONENT(row(2).get())));
     EXPECT_EQ(rows.focused, 2U);
     EXPECT_TRUE(gtk_widget_is_focus(widget));
 }
 
-TEST_F(AgendaAccessibleTest, RowsThatChangedAreOthers) {
+TEST_F(AgendaAccessibleTest, ChangedRowsHaveNewObjects) {
     focus(widget);
     rows.focused = 0;
     const auto old = row(0);
-    listenTo(list(), "list");
-    listenTo(old.get(), "old");
+    recordSignals(list(), "list");
+    recordSignals(old.get(), "old");
     rows.firstName = "Lunch";
-    accessibleRowsChanged(widget);
-    EXPECT_THAT(takeTold(), ElementsAre("old: defunct", "list: looks different", "list: to Lunch"));
-    expectNothingOf(old.get());
+    updateAccessibleRows(widget);
+    EXPECT_THAT(takeRecorded(),
+                ElementsAre("old: defunct", "list: visible data changed", "list: to Lunch"));
+    expectDefunct(old.get());
     EXPECT_STREQ(atk_object_get_name(old.get()), "row 0");
     const auto fresh = row(0);
     EXPECT_NE(fresh, old);
@@ -388,40 +196,39 @@ TEST_F(AgendaAccessibleTest, RowsThatChangedAreOthers) {
     EXPECT_THAT(rows.run, IsEmpty());
 }
 
-TEST_F(AgendaAccessibleTest, NobodyListensAndNothingIsMade) {
-    const NumberedRows& asked = rows;
-    accessibleRowsChanged(widget);
+TEST_F(AgendaAccessibleTest, CreatesNothingWithoutAScreenReader) {
+    updateAccessibleRows(widget);
     rows.focused = 1;
-    accessibleFocusMoved(widget);
-    EXPECT_EQ(asked.namings, 0);
+    updateAccessibleFocus(widget);
+    EXPECT_EQ(rows.nameCalls, 0);
 }
 
-TEST_F(AgendaAccessibleTest, ReadersMayHoldWhatTheyHaveForLonger) {
-    const ObjectHandle<AtkObject> heldList(static_cast<AtkObject*>(g_object_ref(list())));
-    const auto held = row(0);
+TEST_F(AgendaAccessibleTest, ObjectsMayOutliveTheWidget) {
+    const ObjectHandle<AtkObject> ownedList(static_cast<AtkObject*>(g_object_ref(list())));
+    const auto owned = row(0);
     const auto other = row(3);
     destroy();
-    rows.fails = true; // and nobody asks them
-    expectNothingOf(held.get());
-    EXPECT_THAT(statesOf(heldList.get()), Contains(ATK_STATE_DEFUNCT));
-    EXPECT_EQ(atk_object_get_n_accessible_children(heldList.get()), 0);
-    EXPECT_EQ(atk_object_ref_accessible_child(heldList.get(), 0), nullptr);
+    rows.fails = true; // nothing may call them
+    expectDefunct(owned.get());
+    EXPECT_THAT(statesOf(ownedList.get()), Contains(ATK_STATE_DEFUNCT));
+    EXPECT_EQ(atk_object_get_n_accessible_children(ownedList.get()), 0);
+    EXPECT_EQ(atk_object_ref_accessible_child(ownedList.get(), 0), nullptr);
     EXPECT_EQ(
-        atk_component_ref_accessible_at_point(ATK_COMPONENT(heldList.get()), 1, 1, ATK_XY_WINDOW),
+        atk_component_ref_accessible_at_point(ATK_COMPONENT(ownedList.get()), 1, 1, ATK_XY_WINDOW),
         nullptr);
     EXPECT_THAT(failures, IsEmpty());
 }
 
 TEST_F(AgendaAccessibleTest, ARowMayOutliveItsList) {
-    const auto held = row(0);
+    const auto owned = row(0);
     destroy();
-    expectNothingOf(held.get());
+    expectDefunct(owned.get());
 }
 
-TEST_F(AgendaAccessibleTest, TenThousandRowsAreMadeAsTheyAreAskedForAndLetGo) {
+TEST_F(AgendaAccessibleTest, CreatesTenThousandRowsOnDemandAndReleasesThem) {
     rows.count = 10000;
     ASSERT_EQ(atk_object_get_n_accessible_children(list()), 10000);
-    EXPECT_EQ(rows.namings, 0);
+    EXPECT_EQ(rows.nameCalls, 0);
     int alive = 0;
     int most = 0;
     const auto first = row(0);
@@ -435,23 +242,23 @@ TEST_F(AgendaAccessibleTest, TenThousandRowsAreMadeAsTheyAreAskedForAndLetGo) {
         most = std::max(most, alive);
     }
     EXPECT_LE(most, 102);
-    EXPECT_EQ(rows.namings, 10000) << "each once";
-    EXPECT_EQ(row(0), first) << "what somebody holds is still the row";
+    EXPECT_EQ(rows.nameCalls, 10000) << "each once";
+    EXPECT_EQ(row(0), first) << "an object with an owner stays the row's";
     EXPECT_EQ(row(9950), row(9950));
 
-    listenTo(list(), "list");
-    rows.framings = 0;
+    recordSignals(list(), "list");
+    rows.frameCalls = 0;
     rows.scrolled = 5000 * rowHeight;
     EXPECT_EQ(rowAt(5, 5), 5000);
-    EXPECT_LT(rows.framings, 20);
-    rows.namings = 0;
-    accessibleRowsChanged(widget);
-    EXPECT_EQ(rows.namings, 0);
-    EXPECT_THAT(takeTold(), ElementsAre("list: looks different"));
-    EXPECT_EQ(alive, 1) << "the one that is held";
+    EXPECT_LT(rows.frameCalls, 20);
+    rows.nameCalls = 0;
+    updateAccessibleRows(widget);
+    EXPECT_EQ(rows.nameCalls, 0);
+    EXPECT_THAT(takeRecorded(), ElementsAre("list: visible data changed"));
+    EXPECT_EQ(alive, 1) << "the object with an owner";
 }
 
-TEST_F(AgendaAccessibleTest, WhatTheRowsThrowStaysOutOfTheLibrary) {
+TEST_F(AgendaAccessibleTest, ExceptionsOfTheRowsDoNotReachTheLibrary) {
     focus(widget);
     rows.focused = 0;
     const auto item = row(0);
@@ -482,15 +289,15 @@ TEST_F(AgendaAccessibleTest, WhatTheRowsThrowStaysOutOfTheLibrary) {
     EXPECT_FALSE(atk_component_grab_focus(ATK_COMPONENT(item.get())));
     expectFailure("focus");
     focus(button);
-    expectFailure("focus that goes");
+    expectFailure("lost focus");
     EXPECT_STREQ(atk_object_get_name(item.get()), "row 0");
     EXPECT_THAT(failures, IsEmpty());
 }
 
-TEST_F(AgendaAccessibleTest, NamesAreUnicodeAndShort) {
+TEST_F(AgendaAccessibleTest, NamesAreValidUnicodeAndShort) {
     const auto nameFor = [this](const std::string& title) {
         rows.firstName = title;
-        accessibleRowsChanged(widget);
+        updateAccessibleRows(widget);
         return std::string(atk_object_get_name(row(0).get()));
     };
     list();

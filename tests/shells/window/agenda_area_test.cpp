@@ -1,5 +1,4 @@
-// The area with the real toolkit on a display of its own, moved by events as the window system
-// would send them.
+// Uses the real toolkit on a private display, and sends events as a window system would.
 #include "shells/window/agenda_area.h"
 
 #include <gmock/gmock.h>
@@ -7,6 +6,7 @@
 #include <stdexcept>
 
 #include "platform/ui/ui_window.h"
+#include "shells/window/agenda_accessible.h"
 #include "shells/window/agenda_host.h"
 #include "tests/shells/window/host_fixture.h"
 #include "tests/window/child_process.h"
@@ -18,14 +18,14 @@ using namespace platform;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr CGFloat farPull = 290; // points, well beyond what the action takes
+constexpr CGFloat farPull = 290; // points, far more than the action needs
 
 struct EventFree {
     void operator()(GdkEvent* event) const { gdk_event_free(event); }
 };
 using EventHandle = std::unique_ptr<GdkEvent, EventFree>;
 
-// GDK has no touchpad to lend.
+// The test display has no touchpad.
 GdkDevice* makeTouchpad() {
     GTypeQuery query;
     g_type_query(GDK_TYPE_DEVICE, &query);
@@ -37,16 +37,16 @@ GdkDevice* makeTouchpad() {
                                    gdk_display_get_default(), nullptr));
 }
 
-// Passes on what a shell has to.
+// Updates the area as a shell must.
 class Shell final : public AgendaObserver {
 public:
     explicit Shell(GtkWidget* area)
         : m_area(area) {}
-    void agendaLooksDifferent() override { agendaAreaLooksDifferent(m_area); }
-    void agendaWantsSize() override { agendaAreaWantsSize(m_area); }
-    void agendaPresented() override { agendaAreaPresented(m_area); }
-    void agendaFocusMoved() override { agendaAreaFocusMoved(m_area); }
-    void agendaFingerCameOrWent() override {}
+    void onAppearanceChanged() override { redrawAgendaArea(m_area); }
+    void onWantedSizeChanged() override { resizeAgendaArea(m_area); }
+    void onRowsChanged() override { updateAccessibleRows(m_area); }
+    void onFocusMoved() override { updateAccessibleFocus(m_area); }
+    void onFingerDownChanged() override {}
 
 private:
     GtkWidget* m_area;
@@ -102,7 +102,7 @@ protected:
         gdk_event_set_source_device(event.get(), source);
         return event;
     }
-    // The window systems mark the first finger so, in flags behind the public part of an event.
+    // GDK stores this flag of the first finger behind the public part of an event.
     static void markAsPointer(GdkEvent& event) {
         constexpr guint pointerEmulated = 1U << 1U;
         auto* flags = reinterpret_cast<guint*>(reinterpret_cast<char*>(&event) + sizeof event);
@@ -169,7 +169,7 @@ protected:
     const CGPoint pulled{20 + farPull, 10};
 };
 
-TEST_F(AgendaAreaTest, TakesTheSizeThatItGets) {
+TEST_F(AgendaAreaTest, ResizesTheHostToItsOwnSize) {
     int least = 0;
     int natural = 0;
     gtk_widget_get_preferred_width(area, &least, &natural);
@@ -182,12 +182,12 @@ TEST_F(AgendaAreaTest, TakesTheSizeThatItGets) {
     EXPECT_EQ(host->window().frame(), CGRectMake(0, 0, 400, 150));
 }
 
-TEST_F(AgendaAreaTest, NothingIsDrawnAtRest) {
+TEST_F(AgendaAreaTest, DrawsNothingAtRest) {
     EXPECT_GT(draws, 0);
     draws = 0;
     pump(0.5);
     EXPECT_EQ(draws, 0);
-    agendaAreaLooksDifferent(area);
+    redrawAgendaArea(area);
     pump(0.2);
     EXPECT_EQ(draws, 1);
 }
@@ -231,18 +231,18 @@ TEST_F(AgendaAreaTest, AFingerPullsAndASecondOneIsIgnored) {
     EXPECT_THAT(takeOpened(), ElementsAre(linkOfRow(0)));
 }
 
-TEST_F(AgendaAreaTest, ATouchThatIsTakenAwayOpensNothing) {
+TEST_F(AgendaAreaTest, ACancelledTouchOpensNothing) {
     sendTouch(GDK_TOUCH_BEGIN, 1, inFirstRow);
     sendTouch(GDK_TOUCH_UPDATE, 1, pulled);
     sendTouch(GDK_TOUCH_BEGIN, 2, {200, 100});
     sendTouch(GDK_TOUCH_CANCEL, 2, {200, 100});
-    EXPECT_TRUE(host->window().isFingerDown()) << "another finger's";
+    EXPECT_TRUE(host->window().isFingerDown()) << "that was another finger";
     sendTouch(GDK_TOUCH_CANCEL, 1, pulled);
     EXPECT_FALSE(host->window().isFingerDown());
     EXPECT_THAT(takeOpened(), IsEmpty());
 }
 
-TEST_F(AgendaAreaTest, AHiddenAreaLetsGo) {
+TEST_F(AgendaAreaTest, HidingTheAreaCancelsInput) {
     sendButton(GDK_BUTTON_PRESS, inFirstRow);
     sendMotion(pulled);
     EXPECT_TRUE(host->window().isFingerDown());
@@ -252,7 +252,7 @@ TEST_F(AgendaAreaTest, AHiddenAreaLetsGo) {
     EXPECT_THAT(takeOpened(), IsEmpty());
 }
 
-TEST_F(AgendaAreaTest, ABrokenGrabLetsGo) {
+TEST_F(AgendaAreaTest, ABrokenGrabCancelsInput) {
     sendButton(GDK_BUTTON_PRESS, inFirstRow);
     sendMotion(pulled);
     const EventHandle event = makeEvent(GDK_GRAB_BROKEN, pointer());
@@ -261,7 +261,7 @@ TEST_F(AgendaAreaTest, ABrokenGrabLetsGo) {
     EXPECT_THAT(takeOpened(), IsEmpty());
 }
 
-TEST_F(AgendaAreaTest, AHostThatGoesLetsGo) {
+TEST_F(AgendaAreaTest, RemovingTheHostCancelsInput) {
     sendButton(GDK_BUTTON_PRESS, inFirstRow);
     sendMotion(pulled);
     setAgendaHost(area, nullptr);
@@ -274,20 +274,21 @@ TEST_F(AgendaAreaTest, AHostThatGoesLetsGo) {
     EXPECT_THAT(failures, IsEmpty());
 }
 
-// A page around the area would take horizontal drags for itself.
-TEST_F(AgendaAreaTest, ADragThatPullsARowIsNobodyElses) {
-    double seen = 0;
+// A widget around the area, such as a page, may follow horizontal drags too.
+TEST_F(AgendaAreaTest, ClaimsADragThatPullsARow) {
+    double distance = 0;
     GtkGesture* page = gtk_gesture_drag_new(box);
-    g_signal_connect(
-        page, "drag-update",
-        G_CALLBACK(+[](GtkGestureDrag*, double across, double, double* way) { *way = across; }),
-        &seen);
+    g_signal_connect(page, "drag-update",
+                     G_CALLBACK(+[](GtkGestureDrag*, double across, double, double* distance) {
+                         *distance = across;
+                     }),
+                     &distance);
     sendTouch(GDK_TOUCH_BEGIN, 1, inFirstRow);
     sendTouch(GDK_TOUCH_UPDATE, 1, {28, 10});
-    EXPECT_EQ(seen, 8) << "nobody's yet";
+    EXPECT_EQ(distance, 8) << "not claimed yet";
     sendTouch(GDK_TOUCH_UPDATE, 1, {29, 10});
     sendTouch(GDK_TOUCH_UPDATE, 1, {60, 10});
-    EXPECT_EQ(seen, 8) << "ours";
+    EXPECT_EQ(distance, 8) << "claimed by the area";
     EXPECT_NE(host->window().draggedScrollView(), nullptr);
     sendTouch(GDK_TOUCH_END, 1, {60, 10});
     EXPECT_FALSE(host->window().isFingerDown());
@@ -296,12 +297,12 @@ TEST_F(AgendaAreaTest, ADragThatPullsARowIsNobodyElses) {
     sendTouch(GDK_TOUCH_BEGIN, 1, {20, 190});
     sendTouch(GDK_TOUCH_UPDATE, 1, {20, 150});
     sendTouch(GDK_TOUCH_UPDATE, 1, {50, 150});
-    EXPECT_EQ(seen, 30) << "nothing of ours goes up and down";
+    EXPECT_EQ(distance, 30) << "no view can scroll vertically";
     sendTouch(GDK_TOUCH_END, 1, {20, 150});
     g_object_unref(page);
 }
 
-TEST_F(AgendaAreaTest, AWheelScrollsAStepWithinTheEdges) {
+TEST_F(AgendaAreaTest, AWheelScrollsInStepsWithinTheEdges) {
     sendScroll({100, 100}, {0, 1}, false, pointer());
     EXPECT_EQ(offset(), 57);
     sendScroll({100, 100}, {0, -5}, false, pointer());
@@ -312,7 +313,7 @@ TEST_F(AgendaAreaTest, AWheelScrollsAStepWithinTheEdges) {
     EXPECT_FALSE(host->window().isFingerDown());
 }
 
-TEST_F(AgendaAreaTest, ATouchpadPullsAndLiftsAtTheStop) {
+TEST_F(AgendaAreaTest, ATouchpadPullsAndLiftsAtItsStopEvent) {
     for (int step = 0; step < 10; ++step) {
         sendScroll(inFirstRow, {-3, 0}, false, touchpad);
     }
@@ -323,7 +324,7 @@ TEST_F(AgendaAreaTest, ATouchpadPullsAndLiftsAtTheStop) {
     EXPECT_THAT(takeOpened(), ElementsAre(linkOfRow(0)));
 }
 
-TEST_F(AgendaAreaTest, ATouchpadThatFallsSilentLiftsToo) {
+TEST_F(AgendaAreaTest, ATouchpadThatPausesLiftsToo) {
     sendScroll(inFirstRow, {0, 2}, false, touchpad);
     EXPECT_TRUE(host->window().isFingerDown());
     pump(0.4);
@@ -331,18 +332,18 @@ TEST_F(AgendaAreaTest, ATouchpadThatFallsSilentLiftsToo) {
     EXPECT_EQ(offset(), 14) << "24 points but the slop";
 }
 
-TEST_F(AgendaAreaTest, WhatFailsWhileDrawingIsToldAndNotThrown) {
+TEST_F(AgendaAreaTest, ReportsExceptionsWhileDrawing) {
     struct Failing : UIView {
         using UIView::UIView;
         void drawRect(GraphicsContext&) override { throw std::runtime_error("no paint"); }
     };
     const auto failing = std::make_shared<Failing>(CGRectMake(0, 0, 10, 10));
     host->window().addSubview(failing);
-    agendaAreaLooksDifferent(area);
+    redrawAgendaArea(area);
     pump(0.2);
     EXPECT_THAT(failures, ElementsAre("no paint"));
     failing->removeFromSuperview();
-    agendaAreaLooksDifferent(area);
+    redrawAgendaArea(area);
     pump(0.2);
     EXPECT_EQ(failures.size(), 1U);
 }

@@ -4,7 +4,6 @@
 
 #include <limits>
 
-#include "freedesktop/bundle/loaded_bundle.h"
 #include "platform/ui/ui_label.h"
 #include "tests/shells/window/host_fixture.h"
 
@@ -31,7 +30,7 @@ protected:
 
 // Sizes.
 
-TEST_F(AgendaHostTest, TheWidgetHasTheSizeThatItAsksFor) {
+TEST_F(AgendaHostTest, TheWidgetHasItsPreferredSize) {
     addEvents(5);
     const auto host = makeShownHost();
     const CGFloat height = heightOfRows(*host);
@@ -42,7 +41,7 @@ TEST_F(AgendaHostTest, TheWidgetHasTheSizeThatItAsksFor) {
     EXPECT_EQ(observer.presentations, 1);
 }
 
-TEST_F(AgendaHostTest, EveryPresentationIsFollowed) {
+TEST_F(AgendaHostTest, EveryPresentationUpdatesTheSize) {
     addEvents(2);
     const auto host = makeShownHost();
     const CGFloat before = host->wantedSize().height;
@@ -52,12 +51,12 @@ TEST_F(AgendaHostTest, EveryPresentationIsFollowed) {
     EXPECT_EQ(sizeOfWidget(*host).height, heightOfRows(*host));
     EXPECT_EQ(observer.sizes, 2);
     host->present();
-    EXPECT_EQ(observer.sizes, 2) << "the same size is no news";
+    EXPECT_EQ(observer.sizes, 2) << "the same size is not reported";
     EXPECT_EQ(observer.presentations, 3);
 }
 
-// The widget answers the question after "no events" with its greatest height.
-TEST_F(AgendaHostTest, TheSizeIsAskedForAgainAfterNoEvents) {
+// Without events, the widget's preferred size is its greatest height.
+TEST_F(AgendaHostTest, AnInvalidSizeIsRequestedAgain) {
     const auto host = makeShownHost();
     EXPECT_EQ(host->wantedSize(), (CGSize{320, 300}));
     EXPECT_EQ(sizeOfWidget(*host), (CGSize{320, 300}));
@@ -101,14 +100,14 @@ TEST_F(AgendaHostTest, TheUsersWidthCounts) {
     EXPECT_EQ(host->wantedSize().width, 500) << "a window that was widened stays wide";
 }
 
-TEST_F(AgendaHostTest, WhatIsHigherThanTheScreenScrolls) {
+TEST_F(AgendaHostTest, AWidgetHigherThanTheScreenScrolls) {
     addEvents(30);
     const auto host = makeHost(shells::notificationController);
     host->setGreatestHeight(200);
     host->present();
     EXPECT_EQ(host->wantedSize(), (CGSize{320, 200}));
     host->setAreaSize(host->wantedSize());
-    EXPECT_EQ(sizeOfWidget(*host).height, heightOfRows(*host)) << "as high as it wants to be";
+    EXPECT_EQ(sizeOfWidget(*host).height, heightOfRows(*host)) << "its preferred height";
     EXPECT_TRUE(scrollerOf(*host).canMoveVertically());
     EXPECT_EQ(scrollerOf(*host).contentSize(), (CGSize{320, heightOfRows(*host)}));
 
@@ -117,7 +116,7 @@ TEST_F(AgendaHostTest, WhatIsHigherThanTheScreenScrolls) {
     EXPECT_EQ(observer.sizes, 2);
 }
 
-TEST_F(AgendaHostTest, FewerRowsLeaveNothingScrolledOut) {
+TEST_F(AgendaHostTest, TheOffsetStaysWithinFewerRows) {
     addEvents(30);
     const auto host = makeHost(shells::notificationController);
     host->setGreatestHeight(200);
@@ -128,7 +127,7 @@ TEST_F(AgendaHostTest, FewerRowsLeaveNothingScrolledOut) {
     host->present();
     const UIScrollView& scroller = scrollerOf(*host);
     EXPECT_EQ(scroller.contentOffset().y, std::min(300.0, scroller.contentSize().height - 200));
-    memory.clock.setNow(shells::at(0, 13, 28)); // two are left at most
+    memory.clock.setNow(shells::at(0, 13, 28)); // at most two remain
     host->present();
     EXPECT_EQ(scrollerOf(*host).contentOffset().y, 0);
 }
@@ -142,7 +141,7 @@ TEST_F(AgendaHostTest, AnAreaLargerThanTheWidgetStaysEmptyBelow) {
     EXPECT_FALSE(host->isOnRow({100, 699}));
 }
 
-TEST_F(AgendaHostTest, HostileSizesAreTamed) {
+TEST_F(AgendaHostTest, HostileSizesAreLimited) {
     addEvents(1);
     width = 99999;
     const auto host = makeShownHost();
@@ -170,11 +169,11 @@ TEST_F(AgendaHostTest, TheLegacyWidgetHasItsPictureAndItsRows) {
     addEvents(1);
     host->present();
     EXPECT_EQ(host->rows().rowCount(), 4U);
-    EXPECT_EQ(viewsOf<UITableView>(*host).size(), 1U) << "the old view is gone";
+    EXPECT_EQ(viewsOf<UITableView>(*host).size(), 1U) << "the old view was removed";
     EXPECT_EQ(sizeOfWidget(*host), (CGSize{320, 70}));
 }
 
-TEST_F(AgendaHostTest, ATapOpensNothingButTheLegacyControllerIsAsked) {
+TEST_F(AgendaHostTest, ATapOpensNothing) {
     addEvents(1);
     for (const char* controller : {shells::legacyController, shells::notificationController}) {
         const auto host = makeShownHost(controller);
@@ -184,16 +183,12 @@ TEST_F(AgendaHostTest, ATapOpensNothingButTheLegacyControllerIsAsked) {
     }
 }
 
-TEST_F(AgendaHostTest, AnUnknownControllerIsRefused) {
-    EXPECT_THROW(makeHost("NSObject"), freedesktop::UnknownClassError);
-}
-
 // Missing calendars.
 
-TEST_F(AgendaHostTest, ALineSaysThatThereAreNoCalendars) {
+TEST_F(AgendaHostTest, ALineReportsThatThereAreNoCalendars) {
     hasCalendars = false;
     const auto host = makeShownHost();
-    EXPECT_TRUE(host->isShowingNoCalendars());
+    EXPECT_TRUE(host->isShowingNoCalendarsText());
     EXPECT_EQ(lineOf(*host).text(), "There are no calendars");
     EXPECT_FALSE(lineOf(*host).isHidden());
     EXPECT_EQ(host->wantedSize(), (CGSize{320, 44})) << "the line alone";
@@ -201,14 +196,14 @@ TEST_F(AgendaHostTest, ALineSaysThatThereAreNoCalendars) {
     hasCalendars = true;
     host->present();
     EXPECT_FALSE(scrollerOf(*host).isHidden());
-    EXPECT_EQ(host->wantedSize(), (CGSize{320, 300})) << "asked for again after no events";
-    EXPECT_FALSE(host->isShowingNoCalendars());
+    EXPECT_EQ(host->wantedSize(), (CGSize{320, 300})) << "requested again, as there are no events";
+    EXPECT_FALSE(host->isShowingNoCalendarsText());
     EXPECT_TRUE(lineOf(*host).isHidden());
 }
 
 TEST_F(AgendaHostTest, AnEmptyAgendaIsAnEmptyWidget) {
     const auto host = makeShownHost();
-    EXPECT_FALSE(host->isShowingNoCalendars());
+    EXPECT_FALSE(host->isShowingNoCalendarsText());
     EXPECT_EQ(host->rows().rowCount(), 0U);
 }
 
@@ -221,25 +216,25 @@ TEST_F(AgendaHostTest, APulledRowOpensItsEventAndMoves) {
     EXPECT_TRUE(host->isOnRow(row));
     EXPECT_TRUE(host->canDragHorizontally(row));
     EXPECT_FALSE(host->canDragVertically(row));
-    const int looks = observer.looks;
+    const int before = observer.appearances;
     host->sendFinger({1, UITouchPhase::began, row, 1.0});
     EXPECT_EQ(observer.fingers, 1);
     host->sendFinger({1, UITouchPhase::moved, {row.x + 5, row.y}, 1.1});
-    EXPECT_EQ(observer.looks, looks) << "nothing has moved yet";
+    EXPECT_EQ(observer.appearances, before) << "nothing has moved yet";
     host->sendFinger({1, UITouchPhase::moved, {row.x + 250, row.y}, 1.2});
-    EXPECT_EQ(observer.looks, looks + 1);
+    EXPECT_EQ(observer.appearances, before + 1);
     EXPECT_THAT(takeOpened(), IsEmpty());
     host->sendFinger({1, UITouchPhase::ended, {row.x + 250, row.y}, 2.2});
     EXPECT_THAT(takeOpened(), ElementsAre(linkOfRow(1)));
     EXPECT_EQ(observer.fingers, 2);
     EXPECT_TRUE(host->window().isMoving());
     host->advance(2.3);
-    EXPECT_GT(observer.looks, looks + 2);
+    EXPECT_GT(observer.appearances, before + 2);
     host->advance(12);
     EXPECT_FALSE(host->window().isMoving());
-    const int atRest = observer.looks;
+    const int atRest = observer.appearances;
     host->advance(13);
-    EXPECT_EQ(observer.looks, atRest);
+    EXPECT_EQ(observer.appearances, atRest);
 }
 
 TEST_F(AgendaHostTest, ACancelledFingerOpensNothing) {
@@ -256,7 +251,7 @@ TEST_F(AgendaHostTest, ACancelledFingerOpensNothing) {
     EXPECT_THAT(takeOpened(), IsEmpty());
 }
 
-TEST_F(AgendaHostTest, TheWheelMovesTheDeepestViewThatCanGoThatWay) {
+TEST_F(AgendaHostTest, TheWheelScrollsTheInnermostViewThatCanMove) {
     setSettings({{"maxHeight", {std::int64_t{150}}}, {"limitMaxHeight", {true}}});
     addEvents(10);
     const auto host = makeHost(shells::notificationController);
@@ -265,24 +260,24 @@ TEST_F(AgendaHostTest, TheWheelMovesTheDeepestViewThatCanGoThatWay) {
     host->setAreaSize({320, 100});
     UITableView& table = tableOf(*host);
     UIScrollView& scroller = scrollerOf(*host);
-    EXPECT_FALSE(host->scrollVertically({100, 50}, -57)) << "both stand at the top";
+    EXPECT_FALSE(host->scrollVertically({100, 50}, -57)) << "both are at the top";
     EXPECT_TRUE(host->scrollVertically({100, 50}, 57));
     EXPECT_EQ(table.contentOffset().y, 57);
     EXPECT_TRUE(host->scrollVertically({100, 50}, 5000));
-    EXPECT_EQ(table.contentOffset().y, heightOfRows(*host) - 150) << "to its edge and no further";
+    EXPECT_EQ(table.contentOffset().y, heightOfRows(*host) - 150) << "its edge";
     EXPECT_EQ(scroller.contentOffset().y, 0);
     EXPECT_TRUE(host->scrollVertically({100, 50}, 57));
     EXPECT_EQ(scroller.contentOffset().y, 50);
     EXPECT_FALSE(host->scrollVertically({100, 50}, 57));
-    EXPECT_FALSE(host->scrollVertically({1000, 50}, -57)) << "beside everything";
+    EXPECT_FALSE(host->scrollVertically({1000, 50}, -57)) << "outside all views";
 }
 
-TEST_F(AgendaHostTest, NothingIsToldWithoutAnObserver) {
+TEST_F(AgendaHostTest, NotifiesNobodyWithoutAnObserver) {
     addEvents(1);
     const auto host = makeHost(shells::notificationController);
     host->setObserver(nullptr);
     host->present();
-    EXPECT_EQ(observer.looks + observer.sizes + observer.presentations, 0);
+    EXPECT_EQ(observer.appearances + observer.sizes + observer.presentations, 0);
 }
 
 } // namespace

@@ -25,7 +25,7 @@ protected:
     }
 };
 
-TEST_F(AgendaRowsTest, RowsHaveNamesAndPlaces) {
+TEST_F(AgendaRowsTest, RowsHaveNamesAndFrames) {
     memory.dateServices.useTwentyFourHourClock();
     addEvents(2);
     const auto host = makeShownHost();
@@ -39,7 +39,7 @@ TEST_F(AgendaRowsTest, RowsHaveNamesAndPlaces) {
     EXPECT_EQ(rows.rowFrame(1), CGRectMake(0, height, 320, height));
 }
 
-TEST_F(AgendaRowsTest, ARowThatIsNotThereIsNothing) {
+TEST_F(AgendaRowsTest, ARowThatDoesNotExistIsEmpty) {
     addEvents(2);
     const auto host = makeShownHost();
     AgendaRows& rows = host->rows();
@@ -57,11 +57,11 @@ TEST_F(AgendaRowsTest, ARowThatIsNotThereIsNothing) {
 TEST_F(AgendaRowsTest, RunningARowPullsIt) {
     addEvents(2);
     const auto host = makeShownHost();
-    const int looks = observer.looks;
+    const int before = observer.appearances;
     EXPECT_TRUE(host->rows().runRowAction(1));
     EXPECT_THAT(takeOpened(), ElementsAre(linkOfRow(1)));
     EXPECT_TRUE(host->window().isMoving()) << "the row springs back";
-    EXPECT_EQ(observer.looks, looks + 1);
+    EXPECT_EQ(observer.appearances, before + 1);
     host->advance(time + 10);
     EXPECT_FALSE(host->window().isMoving());
 }
@@ -79,7 +79,7 @@ TEST_F(AgendaRowsTest, ARowWithoutAnActionIsNotPulled) {
     EXPECT_FALSE(still->rows().runRowAction(0));
 }
 
-TEST_F(AgendaRowsTest, TheFocusBringsARowIntoSight) {
+TEST_F(AgendaRowsTest, TheFocusScrollsToARow) {
     const auto host = makeScrolledHost();
     AgendaRows& rows = host->rows();
     EXPECT_EQ(rows.focusedRow(), std::nullopt);
@@ -88,12 +88,12 @@ TEST_F(AgendaRowsTest, TheFocusBringsARowIntoSight) {
     EXPECT_TRUE(rows.focusRow(29));
     EXPECT_EQ(rows.focusedRow(), 29U);
     EXPECT_EQ(CGRectGetMaxY(rows.rowFrame(29)), 120);
-    EXPECT_LT(rows.rowFrame(0).origin.y, 0) << "a frame may lie outside";
+    EXPECT_LT(rows.rowFrame(0).origin.y, 0) << "a frame may be outside the area";
     EXPECT_TRUE(rows.focusRow(5));
     EXPECT_EQ(rows.rowFrame(5).origin.y, 0);
     EXPECT_EQ(observer.focusMoves, 3);
     EXPECT_TRUE(rows.focusRow(5));
-    EXPECT_EQ(observer.focusMoves, 3) << "it has it already";
+    EXPECT_EQ(observer.focusMoves, 3) << "the row has the focus already";
     rows.dropFocus();
     EXPECT_EQ(rows.focusedRow(), std::nullopt);
     EXPECT_EQ(observer.focusMoves, 4);
@@ -108,7 +108,7 @@ TEST_F(AgendaRowsTest, TheFocusScrollsALimitedListToo) {
     EXPECT_EQ(CGRectGetMaxY(host->rows().rowFrame(20)), 100);
 }
 
-TEST_F(AgendaRowsTest, APageIsWhatIsInSightAsAWhole) {
+TEST_F(AgendaRowsTest, APageIsTheCompletelyVisibleRows) {
     const auto host = makeScrolledHost();
     const CGFloat height = tableOf(*host).rowHeights().at(0);
     const auto whole = static_cast<std::size_t>(120 / height);
@@ -119,7 +119,7 @@ TEST_F(AgendaRowsTest, APageIsWhatIsInSightAsAWhole) {
     EXPECT_EQ(host->rows().pageLength(), 1U);
 }
 
-TEST_F(AgendaRowsTest, AFocusOnARowThatHasGoneGoesToo) {
+TEST_F(AgendaRowsTest, LosesTheFocusWithTheFocusedRow) {
     addEvents(3);
     const auto host = makeShownHost();
     host->rows().focusRow(2);

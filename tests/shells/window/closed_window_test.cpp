@@ -1,4 +1,5 @@
-// The whole window on real files and a running clock: open it follows them, and closed it is gone.
+// The whole window with real files and a running clock: it follows them while open, and nothing of
+// it runs after it was closed.
 #include "shells/window/agenda_window.h"
 
 #include <memory>
@@ -45,7 +46,7 @@ protected:
                 "DTSTART:20260310T110000Z\r\nDTEND:20260310T120000Z\r\nSUMMARY:" +
                     title + "\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n");
     }
-    // The widget complains of it whenever it is presented.
+    // The widget logs a problem with this file at each presentation.
     void writeGarbage(int number) const {
         replace(folder / "Preferences/org.quorvel.quorvelprefs.plist",
                 "bplist00 garbage " + std::to_string(number));
@@ -60,7 +61,7 @@ protected:
         window = std::make_unique<AgendaWindow>(*platform, *bundle, AgendaWindowOptions{}, *loop);
         window->show();
     }
-    // As the window's user does.
+    // As the user closes it.
     void close() {
         GList* const shown = gtk_window_list_toplevels();
         gtk_window_close(GTK_WINDOW(shown->data));
@@ -85,7 +86,7 @@ protected:
     std::unique_ptr<AgendaWindow> window;
 };
 
-TEST_F(ClosedWindowTest, AnOpenOneFollowsItsFilesAndItsClock) {
+TEST_F(ClosedWindowTest, AnOpenWindowFollowsItsFilesAndItsClock) {
     open(3600);
     runFor(0.3);
     writeGarbage(1);
@@ -97,13 +98,13 @@ TEST_F(ClosedWindowTest, AnOpenOneFollowsItsFilesAndItsClock) {
     EXPECT_TRUE(isPresented());
 }
 
-TEST_F(ClosedWindowTest, NothingFiresAfterwards) {
-    // Far enough from noon for a slow start to be over, and no farther.
+TEST_F(ClosedWindowTest, NothingRunsAfterwards) {
+    // Tries ever longer times before noon, until one is longer than the start of the window.
     for (const double seconds : {1, 3, 10, 30}) {
         open(seconds);
         runFor(0.2);
         writeGarbage(1);
-        runFor(0.05); // it has been heard of, and waits for more
+        runFor(0.05); // the change is known, but its presentation still waits
         close();
         const double left = noon.timeIntervalSinceDate(platform->platform().clock.now());
         if (left <= 0) {

@@ -11,7 +11,7 @@ using namespace platform;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// Points of a finger's way that pull a row well beyond the 80 points of its action.
+// Points, far more than the 80 that the action of a row needs.
 constexpr CGFloat farPull = 290;
 
 class FingerInputTest : public HostFixture {
@@ -41,7 +41,7 @@ TEST_F(FingerInputTest, APressThatIsDraggedFarPullsTheRow) {
     EXPECT_THAT(takeOpened(), ElementsAre(linkOfRow(0)));
 }
 
-TEST_F(FingerInputTest, TheLastWayIsThatOfTheLift) {
+TEST_F(FingerInputTest, TheLiftDecidesTheDistance) {
     FingerInput input(*host);
     input.press(inFirstRow, 1);
     input.drag({farPull, 0}, 1.5);
@@ -61,71 +61,71 @@ TEST_F(FingerInputTest, ACancelledPressOpensNothing) {
     EXPECT_FALSE(host->window().isFingerDown());
 }
 
-TEST_F(FingerInputTest, ADragIsClaimedAfterEightPointsIfSomethingFollows) {
+TEST_F(FingerInputTest, ADragIsClaimedAfterEightPointsWhereAViewCanFollow) {
     FingerInput input(*host);
     input.press(inFirstRow, 1);
     input.drag({8, 0}, 1.1);
-    EXPECT_FALSE(input.hasClaim());
+    EXPECT_FALSE(input.isClaimed());
     input.drag({8.5, 0}, 1.2);
-    EXPECT_TRUE(input.hasClaim());
+    EXPECT_TRUE(input.isClaimed());
     input.lift({8.5, 0}, 1.3);
-    EXPECT_FALSE(input.hasClaim());
+    EXPECT_FALSE(input.isClaimed());
 
     input.press(inFirstRow, 2);
     input.drag({0, 9}, 2.1);
-    EXPECT_TRUE(input.hasClaim()) << "the agenda is higher than its area";
+    EXPECT_TRUE(input.isClaimed()) << "the agenda is higher than its area";
     input.cancel(2.2);
 
     host->setAreaSize({320, 100000});
     input.press(inFirstRow, 3);
     input.drag({0, 9}, 3.1);
-    EXPECT_FALSE(input.hasClaim()) << "nothing scrolls";
+    EXPECT_FALSE(input.isClaimed()) << "nothing scrolls";
     input.cancel(3.2);
     input.press({20, 90000}, 4);
     input.drag({50, 0}, 4.1);
-    EXPECT_FALSE(input.hasClaim()) << "no row";
+    EXPECT_FALSE(input.isClaimed()) << "no row";
     input.cancel(4.2);
 }
 
 TEST_F(FingerInputTest, ATouchpadPullsARowAndFlings) {
     FingerInput input(*host);
-    input.glide(inFirstRow, {-farPull / 2, 0}, 1);
-    EXPECT_TRUE(input.isGliding());
+    input.scroll(inFirstRow, {-farPull / 2, 0}, 1);
+    EXPECT_TRUE(input.isScrolling());
     EXPECT_FALSE(input.isPressed());
-    input.glide({300, 300}, {-farPull / 2, 0}, 1.2); // the pointer itself rests
-    input.endGlide(2);
-    EXPECT_FALSE(input.isGliding());
+    input.scroll({300, 300}, {-farPull / 2, 0}, 1.2); // the pointer's location does not matter
+    input.endScroll(2);
+    EXPECT_FALSE(input.isScrolling());
     EXPECT_THAT(takeOpened(), ElementsAre(linkOfRow(0)));
     host->advance(20);
 
-    input.glide(inFirstRow, {0, 30}, 30);
-    input.glide(inFirstRow, {0, 30}, 30.02);
+    input.scroll(inFirstRow, {0, 30}, 30);
+    input.scroll(inFirstRow, {0, 30}, 30.02);
     EXPECT_EQ(offset(), 50) << "60 points but the slop";
-    input.endGlide(30.03);
+    input.endScroll(30.03);
     host->advance(40);
     EXPECT_GT(offset(), 300);
     EXPECT_THAT(takeOpened(), IsEmpty());
 }
 
-TEST_F(FingerInputTest, APressEndsAGlideWithoutAnAction) {
+TEST_F(FingerInputTest, APressCancelsAScroll) {
     FingerInput input(*host);
-    input.glide(inFirstRow, {-farPull, 0}, 1);
+    input.scroll(inFirstRow, {-farPull, 0}, 1);
     input.press(inFirstRow, 1.5);
-    EXPECT_FALSE(input.isGliding());
+    EXPECT_FALSE(input.isScrolling());
     EXPECT_TRUE(input.isPressed());
     EXPECT_THAT(takeOpened(), IsEmpty());
-    input.glide(inFirstRow, {0, 50}, 1.6);
-    EXPECT_TRUE(input.isPressed()) << "and a glide does not end a press";
+    input.scroll(inFirstRow, {0, 50}, 1.6);
+    EXPECT_TRUE(input.isPressed()) << "a scroll does not end a press";
     EXPECT_EQ(offset(), 0);
-    input.endGlide(1.7);
+    input.endScroll(1.7);
     EXPECT_TRUE(input.isPressed());
 }
 
-TEST_F(FingerInputTest, WhatHasNotBegunIsPassedOver) {
+TEST_F(FingerInputTest, InputWithoutABeginningIsIgnored) {
     FingerInput input(*host);
     input.drag({300, 0}, 1);
     input.lift({300, 0}, 2);
-    input.endGlide(3);
+    input.endScroll(3);
     input.cancel(4);
     EXPECT_FALSE(host->window().isFingerDown());
     EXPECT_EQ(observer.fingers, 0);

@@ -1,4 +1,4 @@
-// A host of the real bundle on a platform in memory, with a record of what it tells.
+// A host of the real bundle on a platform in memory, with counts of its notifications.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -15,13 +15,13 @@ namespace quorvel::window {
 
 class RecordingObserver : public AgendaObserver {
 public:
-    void agendaLooksDifferent() override { ++looks; }
-    void agendaWantsSize() override { ++sizes; }
-    void agendaPresented() override { ++presentations; }
-    void agendaFocusMoved() override { ++focusMoves; }
-    void agendaFingerCameOrWent() override { ++fingers; }
+    void onAppearanceChanged() override { ++appearances; }
+    void onWantedSizeChanged() override { ++sizes; }
+    void onRowsChanged() override { ++presentations; }
+    void onFocusMoved() override { ++focusMoves; }
+    void onFingerDownChanged() override { ++fingers; }
 
-    int looks = 0;
+    int appearances = 0;
     int sizes = 0;
     int presentations = 0;
     int focusMoves = 0;
@@ -41,7 +41,7 @@ protected:
         host->setObserver(&observer);
         return host;
     }
-    // Presented, in an area of the size that it wants.
+    // Presented, in an area of its wanted size.
     std::unique_ptr<AgendaHost>
     makeShownHost(const std::string& controller = shells::notificationController) {
         auto host = makeHost(controller);
@@ -50,25 +50,25 @@ protected:
         return host;
     }
 
-    // All that stand in the host's window, those in front last.
+    // All views of that kind in the host's window, from back to front.
     template <class Kind>
     static std::vector<std::shared_ptr<Kind>> viewsOf(AgendaHost& host) {
         std::vector<std::shared_ptr<Kind>> found;
-        std::vector<std::shared_ptr<platform::UIView>> due{host.window().shared_from_this()};
-        while (!due.empty()) {
-            const auto view = due.back();
-            due.pop_back();
+        std::vector<std::shared_ptr<platform::UIView>> remaining{host.window().shared_from_this()};
+        while (!remaining.empty()) {
+            const auto view = remaining.back();
+            remaining.pop_back();
             if (auto kind = std::dynamic_pointer_cast<Kind>(view)) {
                 found.push_back(kind);
             }
-            due.insert(due.end(), view->subviews().rbegin(), view->subviews().rend());
+            remaining.insert(remaining.end(), view->subviews().rbegin(), view->subviews().rend());
         }
         return found;
     }
     static platform::UITableView& tableOf(AgendaHost& host) {
         return *viewsOf<platform::UITableView>(host).at(0);
     }
-    // The one that fills the window.
+    // The view that fills the window.
     static platform::UIScrollView& scrollerOf(AgendaHost& host) {
         return *viewsOf<platform::UIScrollView>(host).at(0);
     }
@@ -79,15 +79,10 @@ protected:
         }
         return height;
     }
-    static std::string linkOfRow(int row) {
-        return "x-apple-calevent://home/e" + std::to_string(row) +
-               "?o=" + std::to_string(43200 + row * 60) + ".0";
-    }
-    std::vector<std::string> takeOpened() { return std::exchange(memory.application.opened, {}); }
 
     std::optional<platform::CGFloat> width;
     bool hasCalendars = true;
-    double time = 100; // of the frame clock
+    double time = 100; // seconds, of the frame clock
     RecordingObserver observer;
 };
 

@@ -1,5 +1,5 @@
-// The window while much is read for the first time: it goes on drawing in time, and shows the rows
-// when they come.
+// The window while it reads large calendars for the first time: it draws every frame in time, and
+// shows the rows when they are available.
 #include "shells/window/agenda_window.h"
 
 #include <algorithm>
@@ -42,7 +42,7 @@ protected:
     }
     ~LoadingTest() override { fs::remove_all(folder); }
 
-    // Some ten events a day, of 500 bytes.
+    // About ten events a day, of 500 bytes each.
     void writeCalendar(int number) const {
         std::ofstream file(folder / "prepared" / (std::to_string(number) + ".ics"));
         file << "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n";
@@ -86,7 +86,7 @@ protected:
     fs::path folder;
 };
 
-// Draws without a pause, and remembers the longest one that there was.
+// Draws without a pause, and measures the longest time between two frames.
 class Frames {
 public:
     Frames() {
@@ -117,8 +117,8 @@ private:
     int m_number = 0;
 };
 
-TEST_F(LoadingTest, NoFrameIsLateAndTheRowsCome) {
-    constexpr int attempts = 6; // other programs may have the machine for a moment
+TEST_F(LoadingTest, NoFrameIsLateAndTheRowsAppear) {
+    constexpr int attempts = 6; // other programs may use the processors
     double longestPause = 0;
     for (int attempt = 0; attempt < attempts; ++attempt) {
         fs::create_directories(folder / "calendars");
@@ -139,7 +139,7 @@ TEST_F(LoadingTest, NoFrameIsLateAndTheRowsCome) {
         while (heightOfWindow() <= heightAtFirst && Clock::now() < deadline) {
             g_main_context_iteration(nullptr, TRUE);
         }
-        ASSERT_GT(heightOfWindow(), heightAtFirst) << "the rows have not come";
+        ASSERT_GT(heightOfWindow(), heightAtFirst) << "the rows did not appear";
         for (int i = 0; i < 30; ++i) { // with the rows on the screen
             g_main_context_iteration(nullptr, TRUE);
         }
@@ -154,7 +154,7 @@ TEST_F(LoadingTest, NoFrameIsLateAndTheRowsCome) {
         }
     }
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    std::cout << "the pauses are not looked at, as the sanitizers slow everything down\n";
+    std::cout << "the pauses are not checked, as the sanitizers slow everything down\n";
 #else
     EXPECT_LT(longestPause, latestFrame);
 #endif

@@ -7,13 +7,13 @@
 namespace quorvel::window {
 namespace {
 
-void soon(GSourceFunc work, MainLoop& loop) {
+void callFromLoop(GSourceFunc work, MainLoop& loop) {
     g_idle_add(work, &loop);
 }
 
-TEST(MainLoop, RunsUntilItIsToQuit) {
+TEST(MainLoop, RunsUntilQuit) {
     MainLoop loop;
-    soon(
+    callFromLoop(
         [](gpointer data) -> gboolean {
             static_cast<MainLoop*>(data)->quit();
             return G_SOURCE_REMOVE;
@@ -22,15 +22,15 @@ TEST(MainLoop, RunsUntilItIsToQuit) {
     loop.run();
 }
 
-TEST(MainLoop, DoesNotRunAfterItHasQuit) {
+TEST(MainLoop, DoesNotRunAfterQuit) {
     MainLoop loop;
     loop.quit();
     loop.run();
 }
 
-TEST(MainLoop, EndsWithTheFirstFailure) {
+TEST(MainLoop, ThrowsTheFirstFailure) {
     MainLoop loop;
-    soon(
+    callFromLoop(
         [](gpointer data) -> gboolean {
             auto* failing = static_cast<MainLoop*>(data);
             failing->fail(std::make_exception_ptr(std::runtime_error("first")));

@@ -17,7 +17,7 @@ constexpr UIColor translucentWhite{1, 1, 1, 0.5};
 
 class PaintingTest : public ::testing::Test {
 protected:
-    // What is there before is red.
+    // A red surface.
     PaintingTest() {
         cairo_set_source_rgb(m_context.get(), 1, 0, 0);
         cairo_paint(m_context.get());
@@ -40,7 +40,7 @@ protected:
                                                            cairo_destroy};
 };
 
-TEST_F(PaintingTest, TheBackdropTakesThePlaceOfWhatIsThere) {
+TEST_F(PaintingTest, TheBackdropReplacesTheContent) {
     paintBackdrop(m_context.get(), CGRectMake(0, 0, 100, 60), translucentWhite, true);
     EXPECT_EQ(pixel(50, 30), 0x80808080U);
     EXPECT_EQ(pixel(0, 0), 0x80808080U);
@@ -52,14 +52,14 @@ TEST_F(PaintingTest, WithoutACompositorTheBackdropIsOpaque) {
     EXPECT_EQ(pixel(99, 59), 0xFFFFFFFFU);
 }
 
-TEST_F(PaintingTest, WithoutAColourNothingIsLeft) {
+TEST_F(PaintingTest, WithoutAColourTheBackdropIsTransparent) {
     paintBackdrop(m_context.get(), CGRectMake(0, 0, 100, 60), std::nullopt, true);
     EXPECT_EQ(pixel(50, 30), 0U);
     paintBackdrop(m_context.get(), CGRectMake(0, 0, 100, 60), std::nullopt, false);
-    EXPECT_EQ(pixel(50, 30), 0xFF000000U) << "nothing shines through without a compositor";
+    EXPECT_EQ(pixel(50, 30), 0xFF000000U) << "opaque without a compositor";
 }
 
-TEST_F(PaintingTest, TheBackdropStaysInItsPlace) {
+TEST_F(PaintingTest, TheBackdropStaysInItsRectangle) {
     paintBackdrop(m_context.get(), CGRectMake(10, 20, 80, 30), translucentWhite, true);
     EXPECT_EQ(pixel(10, 20), 0x80808080U);
     EXPECT_EQ(pixel(89, 49), 0x80808080U);
@@ -68,8 +68,8 @@ TEST_F(PaintingTest, TheBackdropStaysInItsPlace) {
     EXPECT_EQ(pixel(90, 49), 0xFFFF0000U);
 }
 
-TEST_F(PaintingTest, CornersAreCutOutAndNothingElse) {
-    cutCorners(m_context.get(), CGRectMake(10, 10, 80, 40), 12);
+TEST_F(PaintingTest, ClearsOnlyTheCorners) {
+    clearCorners(m_context.get(), CGRectMake(10, 10, 80, 40), 12);
     for (const int x : {10, 89}) {
         for (const int y : {10, 49}) {
             EXPECT_EQ(pixel(x, y), 0U) << x << ", " << y;
@@ -82,11 +82,11 @@ TEST_F(PaintingTest, CornersAreCutOutAndNothingElse) {
     EXPECT_EQ(pixel(50, 30), 0xFFFF0000U);
 }
 
-TEST_F(PaintingTest, CornersOfSomethingSmallMeetInItsMiddle) {
-    cutCorners(m_context.get(), CGRectMake(10, 10, 10, 10), 12);
+TEST_F(PaintingTest, TheCornersOfASmallRectangleMeet) {
+    clearCorners(m_context.get(), CGRectMake(10, 10, 10, 10), 12);
     EXPECT_EQ(pixel(10, 10), 0U);
     EXPECT_EQ(pixel(15, 15), 0xFFFF0000U);
-    cutCorners(m_context.get(), CGRectMake(50, 30, 0, 0), 12);
+    clearCorners(m_context.get(), CGRectMake(50, 30, 0, 0), 12);
     EXPECT_EQ(pixel(50, 30), 0xFFFF0000U);
 }
 
@@ -100,7 +100,7 @@ TEST_F(PaintingTest, TheFocusIsAnOutlineInsideTheRow) {
     EXPECT_EQ(pixel(2, 12), 0xFFFF0000U) << "rounded";
 }
 
-TEST_F(PaintingTest, ARowOfNoSizeHasNoOutline) {
+TEST_F(PaintingTest, AnEmptyRowHasNoOutline) {
     paintFocus(m_context.get(), CGRectMake(10, 10, 0, 0));
     paintFocus(m_context.get(), CGRectMake(10, 10, 3, 3));
     EXPECT_EQ(pixel(10, 10), 0xFFFF0000U);

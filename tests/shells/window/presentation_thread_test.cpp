@@ -22,8 +22,8 @@ public:
     std::vector<std::thread::id> threads;
 };
 
-// The widget logs that there are no settings each time it loads them.
-TEST(PresentationThreadTest, IsTheOneThatShowsTheWindow) {
+// The widget logs a line whenever it loads its settings, as there are none.
+TEST(PresentationThreadTest, IsTheThreadThatShowsTheWindow) {
     const auto recorder = std::make_shared<ThreadRecorder>();
     freedesktop::FreedesktopOptions options;
     options.timeZone = freedesktop::utcTimeZone();

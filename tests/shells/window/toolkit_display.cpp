@@ -1,5 +1,5 @@
-// For test programs that use the toolkit: a display of their own, one for all tests, as a process
-// opens a display once.
+// Starts a private display for a test program that uses the toolkit. All tests share it, as a
+// process opens a display once.
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
