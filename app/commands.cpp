@@ -175,7 +175,7 @@ CommandResult<void> runCommand(int argc, const char* const* argv, const ShowComm
 } // namespace
 
 int runProgram(int argc, const char* const* argv, const ShowCommand& show) {
-    // A write to a pipe whose reader has gone then fails instead of ending the process.
+    // A write to a pipe whose reader has closed it then fails instead of ending the process.
     std::signal(SIGPIPE, SIG_IGN);
     try {
         const CommandResult<void> result = runCommand(argc, argv, show);

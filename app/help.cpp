@@ -71,7 +71,7 @@ constexpr std::array<CommandText, 5> commandTexts{{
 
 struct CommandOption {
     OptionText option;
-    std::array<Command, 2> commands; // twice the same where there is one
+    std::array<Command, 2> commands; // the same one twice where only one takes the option
 };
 
 constexpr std::array<CommandOption, 6> commandOptions{{
@@ -134,7 +134,7 @@ const CommandText& textOf(Command command) {
 std::string optionHelp(const OptionText& option) {
     constexpr std::size_t textColumn = 26;
     std::string text = "  " + std::string(option.usage);
-    if (text.size() + 2 > textColumn) { // its text begins below it
+    if (text.size() + 2 > textColumn) { // the text begins on the next line
         text += '\n';
         text.append(textColumn, ' ');
     } else {

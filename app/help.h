@@ -10,8 +10,8 @@ namespace quorvel::app {
 
 std::string_view commandName(Command command);
 
-// `option` is the long name with its two dashes. What is no option of a command alone is one of
-// all.
+// `option` is the long name with its two dashes. Options that belong to no particular command are
+// taken by all.
 bool commandTakesOption(Command command, std::string_view option);
 
 std::string programHelp();

@@ -171,7 +171,8 @@ CommandResult<std::vector<CalendarSource>> calendarsOf(const CommandLine& line,
     return usualSources();
 }
 
-// An empty or relative value counts as unset, as everywhere on the desktop.
+// An empty or relative path in the variable is ignored, as the desktop's base directory rules
+// require.
 std::filesystem::path userFolder(const char* variable, const char* nameAtHome) {
     std::filesystem::path folder(environmentValue(variable));
     if (!folder.is_absolute()) {
@@ -277,7 +278,7 @@ CommandResult<void> checkOutputName(const CommandLine& line) {
     return {};
 }
 
-// A shorter first wait also shortens the default of the later ones.
+// The default of the later waits is never longer than the first one.
 freedesktop::DataServerWaits dataServerWaitsOf(const CommandLine& line) {
     freedesktop::DataServerWaits waits;
     waits.first = line.calendarWait.value_or(waits.first);

@@ -1,5 +1,5 @@
-// The handler of the links that the widget opens: shows the event or the day in the calendar
-// application that is installed.
+// The handler of the links that the widget opens: shows the event or the day in the user's calendar
+// application.
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
@@ -31,36 +31,37 @@ constexpr const char* help = "Usage: quorvel-open LINK\n"
                              "\n"
                              "Exit status: 0; 1 where nothing could open it; 2 for wrong usage.\n";
 
-int complain(const std::string& what, int status) {
+// Returns the status.
+int reportError(const std::string& what, int status) {
     std::fprintf(stderr, "quorvel-open: %s\n", terminalLine(what).c_str());
     return status;
 }
 
 int openLink(std::string_view link) {
     if (const auto problem = problemWithLink(link)) {
-        return complain("the link cannot be opened (" + *problem + "): see 'quorvel-open --help'",
-                        exitUsage);
+        return reportError(
+            "the link cannot be opened (" + *problem + "): see 'quorvel-open --help'", exitUsage);
     }
     const auto parsed = parseCalendarLink(link);
     if (!parsed) {
-        return complain("the link names neither an event nor a day: see 'quorvel-open --help'",
-                        exitUsage);
+        return reportError("the link names neither an event nor a day: see 'quorvel-open --help'",
+                           exitUsage);
     }
     const OpeningOutcome outcome = openInCalendarApplication(*parsed);
     if (!outcome.isOpened) {
         const bool isEvent = std::holds_alternative<EventLink>(*parsed);
         notifyUser(isEvent ? "The event cannot be shown" : "The day cannot be shown",
                    asSentence(outcome.problem));
-        return complain(outcome.problem, EXIT_FAILURE);
+        return reportError(outcome.problem, EXIT_FAILURE);
     }
     return EXIT_SUCCESS;
 }
 
 int run(int argc, char** argv) {
     if (argc != 2) {
-        return complain(argc < 2 ? "no link: see 'quorvel-open --help'"
-                                 : "one link at a time: see 'quorvel-open --help'",
-                        exitUsage);
+        return reportError(argc < 2 ? "no link: see 'quorvel-open --help'"
+                                    : "one link at a time: see 'quorvel-open --help'",
+                           exitUsage);
     }
     const std::string_view argument = argv[1];
     if (argument == "-h" || argument == "--help") {
@@ -72,7 +73,7 @@ int run(int argc, char** argv) {
         return EXIT_SUCCESS;
     }
     if (argument.starts_with('-')) {
-        return complain("unknown option: see 'quorvel-open --help'", exitUsage);
+        return reportError("unknown option: see 'quorvel-open --help'", exitUsage);
     }
     return openLink(argument);
 }
@@ -81,10 +82,10 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     keepLibraryMessagesOnOneLine();
-    std::setlocale(LC_ALL, ""); // an application may want a date as the user writes it
+    std::setlocale(LC_ALL, ""); // some applications need dates in the user's format
     try {
         return run(argc, argv);
     } catch (const std::exception& error) {
-        return complain(error.what(), EXIT_FAILURE);
+        return reportError(error.what(), EXIT_FAILURE);
     }
 }

@@ -32,7 +32,7 @@ using shells::valueOf;
 
 namespace {
 
-// Points of the list that have cells at one time: enough for speed, little for memory.
+// Points of the list that have cells at the same time: few pages, but little memory.
 constexpr CGFloat pageHeight = 2000;
 
 std::string captionOfCell(const UITableViewCell& cell) {
@@ -54,7 +54,7 @@ AgendaRow rowOfRecord(const KeyValueCoding& record) {
     return row;
 }
 
-// A record belongs to the event at its place among those of the store, absent ones left out.
+// The records have the order of the query's events, without absent events.
 void addCalendars(std::vector<AgendaRow>& rows, const std::optional<RecordedQuery>& query) {
     if (!query) {
         return;
@@ -71,8 +71,8 @@ void addCalendars(std::vector<AgendaRow>& rows, const std::optional<RecordedQuer
     }
 }
 
-// Makes the row the first of the page and reads what the page shows of it and the rows after it;
-// the number of rows read.
+// Scrolls to the row and reads the captions of the rows that are visible from there on. Returns the
+// number of rows.
 std::size_t readPageFrom(std::size_t first, UITableView& table, WidgetSession& session,
                          std::vector<AgendaRow>& rows) {
     const CGRect rect = table.rectForRowAtIndexPath({0, static_cast<std::int64_t>(first)});
@@ -97,7 +97,7 @@ Json instantJson(NSDate date, const icalendar::TimeZone& zone) {
 } // namespace
 
 Agenda readAgenda(WidgetSession& session, CGFloat width) {
-    session.loadWithRows(); // which gathers; presenting would gather the same once more
+    session.loadWithRows(); // also gathers the events, which presenting would only repeat
     session.resizeView({width, pageHeight});
 
     HostedWidget& widget = session.widget();

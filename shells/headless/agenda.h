@@ -1,4 +1,4 @@
-// The rows of the agenda as the widget shows them, for people and for scripts.
+// The rows of the agenda, as text and as JSON.
 #pragma once
 
 #include <memory>
@@ -12,14 +12,14 @@
 
 namespace quorvel::icalendar {
 class TimeZone;
-} // namespace quorvel::freedesktop
+} // namespace quorvel::icalendar
 
 namespace quorvel::headless {
 
 class WidgetSession;
 
 struct AgendaRow {
-    std::string caption; // as its cell shows it
+    std::string caption; // the text of the date in its cell
     std::optional<std::string> title;
     std::optional<std::string> location;
     platform::NSDate start;
@@ -31,16 +31,17 @@ struct AgendaRow {
 
 struct Agenda {
     std::vector<AgendaRow> rows;
-    bool showsLocations = false; // whether the widget's settings show them
+    bool showsLocations = false; // according to the widget's settings
 };
 
-// Loads the widget at that width (points) and reads its rows, scrolling page by page.
+// Loads the widget at that width (points) and scrolls through it page by page, as cells exist for
+// visible rows only.
 Agenda readAgenda(WidgetSession& session, platform::CGFloat width);
 
-// A line for each row; where there is none, one line that reports it.
+// One line for each row; "No events." without rows.
 std::string agendaText(const Agenda& agenda);
-// An array of {"caption", "title", "location", "start", "end", "allDay", "calendar", "url"}; the
-// instants in RFC 3339 with the zone's offset.
+// A JSON array of {"caption", "title", "location", "start", "end", "allDay", "calendar", "url"}.
+// The times are in RFC 3339 with the zone's offset.
 std::string agendaDocument(const Agenda& agenda, const icalendar::TimeZone& zone);
 
 } // namespace quorvel::headless

@@ -1,4 +1,4 @@
-// The calendars in the store's order, for people and for scripts.
+// The calendars in the store's order, as text and as JSON.
 #pragma once
 
 #include <functional>
@@ -18,13 +18,13 @@ struct ListedCalendar {
     bool isSelected = false;                              // whether the widget searches it
 };
 
-// Loads the widget, to see which calendars it searches.
+// Loads the widget to find out which calendars it searches.
 std::vector<ListedCalendar> readCalendars(WidgetSession& session);
 
-// `storeOf`: what the calendar of an identifier comes from.
+// `storeOf` returns the name of the store that has the calendar with an identifier.
 std::string calendarsText(const std::vector<ListedCalendar>& calendars,
                           const std::function<std::string(std::string_view)>& storeOf);
-// An array of {"identifier", "title", "color", "selected"}.
+// A JSON array of {"identifier", "title", "color", "selected"}.
 std::string calendarsDocument(const std::vector<ListedCalendar>& calendars);
 
 } // namespace quorvel::headless

@@ -16,7 +16,7 @@ using platform::UIColor;
 namespace {
 
 unsigned byteOf(CGFloat component) {
-    // Written so that a component that is no number counts as 0.
+    // This form of the comparison turns NaN into 0.
     if (!(component > 0)) {
         return 0;
     }
@@ -53,7 +53,7 @@ std::optional<UIColor> parseHexadecimal(std::string_view digits) {
     return UIColor{bytes[0] / 255.0, bytes[1] / 255.0, bytes[2] / 255.0, bytes[3] / 255.0};
 }
 
-// The names and values of the basic colours of style sheets, and a few more that people try.
+// The basic colours of style sheets, and a few more that users may try.
 using NamedColor = std::pair<std::string_view, std::string_view>;
 constexpr std::array<NamedColor, 26> namedColors{{
     {"black", "000000"},    {"silver", "c0c0c0"},        {"gray", "808080"}, {"grey", "808080"},

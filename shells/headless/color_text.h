@@ -1,4 +1,4 @@
-// Colours as scripts and users write them.
+// Colours as text, as users write them and as JSON documents contain them.
 #pragma once
 
 #include <optional>
@@ -9,10 +9,10 @@
 
 namespace quorvel::headless {
 
-// "#RRGGBBAA" in capitals; a component outside 0 to 1 counts as the nearer end.
+// "#RRGGBBAA" with upper-case digits. A component below 0 counts as 0, one above 1 as 1.
 std::string colorText(const platform::UIColor& color);
 
-// "#RGB", "#RRGGBB", "#RRGGBBAA" or one of the common English names, in any case.
+// "#RGB", "#RRGGBB", "#RRGGBBAA" or one of the common English names, in upper or lower case.
 std::optional<platform::UIColor> parseColor(std::string_view text);
 
 } // namespace quorvel::headless

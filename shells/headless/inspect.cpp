@@ -22,7 +22,7 @@ using shells::HostedWidget;
 
 namespace {
 
-// Does one step and gives what the operation returned.
+// Runs one step and returns the result of its operation as JSON.
 class StepRunner {
 public:
     StepRunner(WidgetSession& session, Surroundings& surroundings)
@@ -142,7 +142,7 @@ Json touchMessagesJson(const std::vector<TouchMessage>& messages) {
     return array;
 }
 
-// What the step left behind.
+// The result of the step, and everything that was recorded while it ran.
 Json stepJson(WidgetSession& session, const std::string& text, Json result) {
     Json json = Json::object();
     json["do"] = text;
@@ -202,7 +202,7 @@ Result<std::string> inspectDocument(WidgetSession& session, Surroundings& surrou
     Json document = Json::object();
     document["controller"] = widget.controllerName();
     document["steps"] = stepsJson(session, surroundings, steps);
-    session.makeView(); // a legacy controller may have none
+    session.makeView(); // the steps may have left a legacy controller without a view
     document["settings"] = settingsJson(widget);
     document["items"] = itemsJson(widget);
     document["totalHeight"] = valueJson(widget.controller().valueForKey("totalHeight"));

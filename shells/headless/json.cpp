@@ -25,8 +25,8 @@ namespace {
 constexpr char deleteCharacter = '\x7F';
 constexpr char leadOfC1 = '\xC2'; // in UTF-8, before 0x80 to 0x9F
 
-// JSON allows DEL and C1 unescaped, but a terminal acts upon them. They occur inside
-// strings alone, where an escape means the same.
+// JSON allows DEL and C1 controls without escapes, but a terminal acts upon them. They can only
+// occur inside strings, where an escape has the same meaning.
 std::string withEscapedControls(const std::string& document) {
     std::string escaped;
     escaped.reserve(document.size());
@@ -82,20 +82,21 @@ Json textJson(const std::optional<std::string>& text) {
 
 Json valueJson(const KeyValue& value) {
     return std::visit(
-        [](const auto& held) -> Json {
-            using Held = std::decay_t<decltype(held)>;
-            if constexpr (std::is_same_v<Held, platform::CGFloat>) {
-                return numberJson(held);
-            } else if constexpr (std::is_same_v<Held, NSDate>) {
-                return numberJson(held.timeIntervalSinceReferenceDate);
-            } else if constexpr (std::is_same_v<Held, NSURL>) {
-                return held.absoluteString();
-            } else if constexpr (std::is_same_v<Held, UIColor>) {
-                return colorText(held);
-            } else if constexpr (std::is_same_v<Held, bool> || std::is_same_v<Held, std::int64_t> ||
-                                 std::is_same_v<Held, std::string> ||
-                                 std::is_same_v<Held, std::vector<std::string>>) {
-                return held;
+        [](const auto& content) -> Json {
+            using Content = std::decay_t<decltype(content)>;
+            if constexpr (std::is_same_v<Content, platform::CGFloat>) {
+                return numberJson(content);
+            } else if constexpr (std::is_same_v<Content, NSDate>) {
+                return numberJson(content.timeIntervalSinceReferenceDate);
+            } else if constexpr (std::is_same_v<Content, NSURL>) {
+                return content.absoluteString();
+            } else if constexpr (std::is_same_v<Content, UIColor>) {
+                return colorText(content);
+            } else if constexpr (std::is_same_v<Content, bool> ||
+                                 std::is_same_v<Content, std::int64_t> ||
+                                 std::is_same_v<Content, std::string> ||
+                                 std::is_same_v<Content, std::vector<std::string>>) {
+                return content;
             } else {
                 return nullptr;
             }

@@ -1,4 +1,5 @@
-// JSON documents as this folder writes them; no header that others include names these types.
+// Makes JSON documents. Only files of this folder may include this header, which names the
+// library's types.
 #pragma once
 
 #include <optional>
@@ -13,19 +14,19 @@
 
 namespace quorvel::headless {
 
-using Json = nlohmann::ordered_json; // members stay in the order of their addition
+using Json = nlohmann::ordered_json; // in the order in which members are added
 
-// A whole number without a fraction, others in the shortest form that reads back the same; null
-// for a number that is not finite.
+// Whole numbers have no fraction; others have the shortest form that is parsed as the same number.
+// Null for a number that is not finite.
 Json numberJson(double number);
 Json sizeJson(platform::CGSize size);
 Json rectJson(const platform::CGRect& rect);
 Json colorJson(const std::optional<platform::UIColor>& color); // "#RRGGBBAA" or null
 Json textJson(const std::optional<std::string>& text);
-// A value read by name; null for one that is not set. Pictures, views and records are passed over.
+// Null for a value that is not set, and for pictures, views and records.
 Json valueJson(const platform::KeyValue& value);
 
-// Indented, with a newline at the end. Damaged UTF-8 becomes U+FFFD.
+// Indented, with a newline at the end. Invalid UTF-8 becomes U+FFFD.
 std::string documentText(const Json& json);
 
 } // namespace quorvel::headless

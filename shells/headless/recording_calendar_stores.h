@@ -1,4 +1,4 @@
-// The calendar stores of a platform, with a record of what the widget asked of them.
+// Passes on the calendar stores of a platform, and records the query that the widget makes.
 #pragma once
 
 #include <memory>
@@ -10,18 +10,18 @@ namespace quorvel::headless {
 
 struct RecordedQuery {
     platform::EKEventPredicate predicate;
-    platform::EKEvents events; // as the store gave them; an entry may be null
+    platform::EKEvents events; // the store's result; an entry may be null
 };
 
 class RecordingCalendarStores : public platform::CalendarStores {
 public:
-    // `stores` outlives this object, which outlives the stores that it makes.
+    // `stores` outlives this object, which outlives the event stores that it makes.
     explicit RecordingCalendarStores(platform::CalendarStores& stores)
         : m_stores(stores) {}
 
     std::unique_ptr<platform::EKEventStore> makeEventStore() override;
 
-    // The query that the latest store was asked; absent where it was asked none.
+    // The latest query of the latest event store; absent without one.
     const std::optional<RecordedQuery>& latestQuery() const { return m_latestQuery; }
 
 private:

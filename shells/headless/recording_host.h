@@ -1,4 +1,4 @@
-// A widget host that records its messages and does nothing by itself.
+// A widget host that records the messages of the widget and has no other effect.
 #pragma once
 
 #include <optional>
@@ -11,8 +11,8 @@
 namespace quorvel::headless {
 
 struct HostMessage {
-    std::string message;                  // by its name on the platform
-    std::optional<platform::CGSize> size; // points, where the message carries one
+    std::string message;                  // its name on the platform
+    std::optional<platform::CGSize> size; // points; absent for messages without a size
 };
 
 class RecordingHost : public platform::SBUIWidgetHost, private platform::SBUIWidgetHostDelegate {

@@ -12,7 +12,7 @@
 
 namespace quorvel::headless {
 
-// Every application counts as installed, so that the identifier that was asked for is known.
+// Reports every application as installed, so that each one that the widget activates is recorded.
 class RecordingLauncher : public platform::UIApplication,
                           public platform::HomeScreenShell,
                           private platform::SBApplicationController,
@@ -40,8 +40,8 @@ private:
     }
     void activateApplicationAnimated(
         const std::shared_ptr<platform::SBApplication>& application) override {
-        if (const auto* asked = dynamic_cast<const Application*>(application.get())) {
-            m_activated.push_back(asked->identifier);
+        if (const auto* found = dynamic_cast<const Application*>(application.get())) {
+            m_activated.push_back(found->identifier);
         }
     }
 

@@ -1,4 +1,5 @@
-// A window that records the messages of its touches: every touch message ends here.
+// A window that records touch messages: views pass every one of them on until it reaches the
+// window.
 #pragma once
 
 #include <string>
@@ -13,8 +14,8 @@
 namespace quorvel::headless {
 
 struct TouchMessage {
-    std::string view;    // the class of the view that the finger came down on
-    std::string message; // by its name on the platform
+    std::string view;    // the class of the view where the touch began
+    std::string message; // its name on the platform
     platform::UITouchPhase phase = platform::UITouchPhase::began;
 };
 

@@ -18,7 +18,7 @@ using platform::CGPoint;
 
 namespace {
 
-// Farther than any finger, and near enough for every sum to be exact.
+// Larger than any display, and small enough for exact sums.
 constexpr CGFloat farthest = 1e6; // points
 
 using TextPair = std::pair<std::string_view, std::string_view>;

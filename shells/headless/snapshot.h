@@ -1,4 +1,4 @@
-// The widget as a picture.
+// Paints the widget as a picture.
 #pragma once
 
 #include <functional>
@@ -15,11 +15,11 @@ class WidgetSession;
 
 struct WidgetPicture {
     platform::CGSize size;                                 // points
-    std::function<void(platform::GraphicsContext&)> paint; // while the session lives
+    std::function<void(platform::GraphicsContext&)> paint; // valid as long as the session
 };
 
-// Loads the widget, presents it once and gives its view that width (points) and the height that it
-// then asks for.
+// Loads the widget, presents it once, and resizes its view to that width (points) and to its
+// preferred height.
 WidgetPicture pictureOfWidget(WidgetSession& session, platform::CGFloat width);
 
 } // namespace quorvel::headless

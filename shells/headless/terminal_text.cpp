@@ -22,7 +22,7 @@ struct FreeLocale {
 };
 using Locale = std::unique_ptr<std::remove_pointer_t<locale_t>, FreeLocale>;
 
-// While it lives, the C library knows all of Unicode, whatever the user's own locale is.
+// While an object exists, the C library knows all of Unicode, whatever the user's locale is.
 class UnicodeLocale {
 public:
     UnicodeLocale() {
@@ -52,8 +52,8 @@ std::size_t widthOf(char32_t character) {
     return width < 0 ? 1 : static_cast<std::size_t>(width);
 }
 
-// Bytes of the longest beginning that takes no more than so many columns.
-std::size_t lengthFitting(std::string_view text, std::size_t columns) {
+// The bytes of the longest prefix that fits into the columns.
+std::size_t fittingLength(std::string_view text, std::size_t columns) {
     std::size_t used = 0;
     std::size_t length = 0;
     while (length < text.size()) {
@@ -65,6 +65,42 @@ std::size_t lengthFitting(std::string_view text, std::size_t columns) {
         length += next.length;
     }
     return length;
+}
+
+std::vector<std::vector<std::string>>
+printableCells(const std::vector<std::vector<std::string>>& rows, const ColumnLimits& limits) {
+    std::vector<std::vector<std::string>> cells = rows;
+    for (std::vector<std::string>& row : cells) {
+        for (std::string& cell : row) {
+            cell = truncatedToWidth(terminalLine(cell), limits.widestCell);
+        }
+    }
+    return cells;
+}
+
+std::vector<std::size_t> columnWidths(const std::vector<std::vector<std::string>>& cells,
+                                      const ColumnLimits& limits) {
+    std::vector<std::size_t> widths;
+    for (const std::vector<std::string>& row : cells) {
+        widths.resize(std::max(widths.size(), row.size()));
+        for (std::size_t column = 0; column < row.size(); ++column) {
+            const std::size_t width = std::min(displayWidth(row[column]), limits.widestColumn);
+            widths[column] = std::max(widths[column], width);
+        }
+    }
+    return widths;
+}
+
+std::string lineOf(const std::vector<std::string>& row, const std::vector<std::size_t>& widths) {
+    constexpr std::size_t gap = 2; // spaces between columns
+    std::string line;
+    for (std::size_t column = 0; column < row.size(); ++column) {
+        const std::size_t width = displayWidth(row[column]);
+        line += row[column];
+        line.append(std::max(widths[column], width) - width + gap, ' ');
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    return line;
 }
 
 } // namespace
@@ -79,18 +115,18 @@ std::size_t displayWidth(std::string_view text) {
     return width;
 }
 
-std::string textCutToWidth(std::string_view text, std::size_t columns) {
-    // Marks that combine take no column, so their number is bounded apart.
+std::string truncatedToWidth(std::string_view text, std::size_t columns) {
+    // Combining marks occupy no column, so their number needs a limit of its own.
     constexpr std::size_t bytesPerColumn = 32;
-    const std::string_view head = text.substr(0, columns * bytesPerColumn);
-    if (head.size() == text.size() && lengthFitting(text, columns) == text.size()) {
+    const std::string_view prefix = text.substr(0, columns * bytesPerColumn);
+    if (prefix.size() == text.size() && fittingLength(text, columns) == text.size()) {
         return std::string(text);
     }
     if (columns == 0) {
         return {};
     }
-    std::size_t length = lengthFitting(head, columns - 1);
-    // The head may end inside a character.
+    std::size_t length = fittingLength(prefix, columns - 1);
+    // The prefix may end inside a character.
     while (length > 0 && length < text.size() &&
            (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80U) {
         --length;
@@ -100,31 +136,11 @@ std::string textCutToWidth(std::string_view text, std::size_t columns) {
 
 std::string textInColumns(const std::vector<std::vector<std::string>>& rows,
                           const ColumnLimits& limits) {
-    std::vector<std::vector<std::string>> cells = rows;
-    std::vector<std::size_t> columnWidths;
-    for (std::vector<std::string>& row : cells) {
-        columnWidths.resize(std::max(columnWidths.size(), row.size()));
-        for (std::size_t column = 0; column < row.size(); ++column) {
-            row[column] = textCutToWidth(terminalLine(row[column]), limits.widestCell);
-            const std::size_t width = displayWidth(row[column]);
-            if (width <= limits.widestColumn) {
-                columnWidths[column] = std::max(columnWidths[column], width);
-            } else {
-                columnWidths[column] = limits.widestColumn;
-            }
-        }
-    }
+    const std::vector<std::vector<std::string>> cells = printableCells(rows, limits);
+    const std::vector<std::size_t> widths = columnWidths(cells, limits);
     std::string text;
     for (const std::vector<std::string>& row : cells) {
-        std::string line;
-        for (std::size_t column = 0; column < row.size(); ++column) {
-            const std::size_t width = displayWidth(row[column]);
-            line += row[column];
-            line.append(std::max(columnWidths[column], width) - width + 2, ' ');
-        }
-        line.erase(line.find_last_not_of(' ') + 1);
-        text += line;
-        text += '\n';
+        text += lineOf(row, widths) + '\n';
     }
     return text;
 }

@@ -1,4 +1,4 @@
-// Lines on a terminal: measured in columns, cut, set in columns.
+// Measures and truncates text in columns of a terminal, and aligns it as a table.
 #pragma once
 
 #include <cstddef>
@@ -8,20 +8,23 @@
 
 namespace quorvel::headless {
 
-// How many columns of a terminal a text takes that terminalLine() has made.
+// The columns of a terminal that the text occupies. It contains no control characters:
+// terminalLine() has removed them.
 std::size_t displayWidth(std::string_view text);
 
-// As much of such a text as fits, with an ellipsis where something is missing.
-std::string textCutToWidth(std::string_view text, std::size_t columns);
+// The text, which contains no control characters, truncated to that width; an ellipsis marks the
+// end of a truncated text.
+std::string truncatedToWidth(std::string_view text, std::size_t columns);
 
-// One line a row, the cells of a column under each other, two spaces between columns, no spaces at
-// a line's end. A column is as wide as its widest cell, but no wider than `widestColumn`; a cell
-// that is wider pushes the rest of its own line along, and is cut at `widestCell`. A cell may hold
-// any text; terminalLine() decides what is printed.
+// In columns of the terminal.
 struct ColumnLimits {
-    std::size_t widestColumn = 48;
-    std::size_t widestCell = 200;
+    std::size_t widestColumn = 48; // a wider cell moves the rest of its own line to the right
+    std::size_t widestCell = 200;  // a wider cell is truncated
 };
+
+// One line for each row, with two spaces between columns and no spaces at the end of a line. A
+// column is as wide as its widest cell within the limits. A cell may contain any text: control
+// characters are replaced.
 std::string textInColumns(const std::vector<std::vector<std::string>>& rows,
                           const ColumnLimits& limits = {});
 

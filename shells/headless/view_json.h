@@ -1,4 +1,4 @@
-// A tree of views as a JSON document.
+// Describes a tree of views in JSON.
 #pragma once
 
 #include "shells/headless/json.h"
@@ -10,7 +10,8 @@ class UIView;
 
 namespace quorvel::headless {
 
-// The view and everything below it, back first. Labels are measured with their current text.
+// The view and its subviews at every depth, from back to front. Labels are measured with their
+// current text.
 Json viewJson(const platform::UIView& view, platform::TextMeasurer& textMeasurer);
 
 } // namespace quorvel::headless

@@ -14,11 +14,11 @@ using platform::UITouchPhase;
 namespace {
 
 constexpr double frameTime = 1.0 / 60; // seconds
-constexpr double restBeforeLift = 1;   // seconds; long enough for nothing to be flung
+constexpr double restBeforeLift = 1;   // seconds; long enough to prevent a fling
 constexpr double longestMotion = 60;   // seconds
 
-Platform withRecords(const Platform& platform, RecordingCalendarStores& stores, RecordingLog& log,
-                     RecordingLauncher& launcher) {
+Platform recordingPlatform(const Platform& platform, RecordingCalendarStores& stores,
+                           RecordingLog& log, RecordingLauncher& launcher) {
     return Platform{platform.clock,
                     platform.dateServices,
                     stores,
@@ -39,7 +39,7 @@ WidgetSession::WidgetSession(const freedesktop::LoadedBundle& bundle,
                              std::string_view controllerName, const Platform& platform)
     : m_stores(platform.calendarStores)
     , m_log(platform.systemLog)
-    , m_platform(withRecords(platform, m_stores, m_log, m_launcher))
+    , m_platform(recordingPlatform(platform, m_stores, m_log, m_launcher))
     , m_window(std::make_shared<RecordingWindow>(CGRect{}, platform.screen))
     , m_widget(bundle, controllerName, m_platform, m_host, *m_window) {}
 
@@ -94,10 +94,10 @@ void WidgetSession::pullRow(std::size_t row, CGFloat distance) {
     m_widget.pullRow(row, distance, m_time);
 }
 
-void WidgetSession::drag(const CGPoint& start, CGSize way) {
+void WidgetSession::drag(const CGPoint& start, CGSize distance) {
     makeView();
     const CGPoint down = m_widget.view().convertPointToView(start, m_window.get());
-    const CGPoint up{down.x + way.width, down.y + way.height};
+    const CGPoint up{down.x + distance.width, down.y + distance.height};
     sendFinger(UITouchPhase::began, down);
     if (up != down) {
         sendFinger(UITouchPhase::moved, up);

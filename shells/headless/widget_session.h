@@ -1,4 +1,4 @@
-// One controller of a bundle, in a window that only records, driven as a shell drives it.
+// Runs one controller of a bundle in a window without a screen, and records what it does.
 #pragma once
 
 #include <memory>
@@ -20,37 +20,38 @@ namespace quorvel::headless {
 
 class WidgetSession {
 public:
-    // The bundle and the platform outlive the session. An empty name: the bundle's principal
-    // class. Throws freedesktop::BundleError for a class that the bundle does not have.
+    // The bundle and the platform outlive the session. `controllerName` is a class of the bundle;
+    // empty: the bundle's principal class.
     WidgetSession(const freedesktop::LoadedBundle& bundle, std::string_view controllerName,
                   const platform::Platform& platform);
     ~WidgetSession();
     WidgetSession(const WidgetSession&) = delete;
     WidgetSession& operator=(const WidgetSession&) = delete;
 
-    // Before anything else. A legacy controller's view waits until it is needed. `width` (points)
-    // is for every view that is made from here on; without it a view has its own.
+    // Call this first. Creates the view, except a legacy controller's, which is created when it is
+    // needed. `width` (points) applies to every view that is created from here on; absent: the
+    // view's own width.
     void load(std::optional<platform::CGFloat> width = std::nullopt);
-    // load(), with the rows: a legacy controller's full view too.
+    // load(), and also loads a legacy controller's full view.
     void loadWithRows();
-    // Afterwards the view is in a window of its size. A view that exists already stays unchanged.
+    // Creates the view in a window of its size. Does nothing where the view exists already.
     void makeView();
     shells::HostedWidget& widget() { return m_widget; }
 
-    // Gives the view that size, in a window as large, and lays it out.
+    // Resizes the view and its window, and lays the view out.
     void resizeView(platform::CGSize size);
     void layOut();
-    // Runs every motion to its end, then lays out.
+    // Advances the clock until nothing moves, then lays out.
     void settle();
 
-    // Ends a drag of the row with its content `distance` points to the right.
+    // Drags the row's content `distance` points to the right and lifts the finger.
     void pullRow(std::size_t row, platform::CGFloat distance);
-    // A finger comes down at a point of the view, moves, rests and lifts.
-    void drag(const platform::CGPoint& start, platform::CGSize way);
+    // Puts a finger down at a point of the view, moves it, rests and lifts it.
+    void drag(const platform::CGPoint& start, platform::CGSize distance);
 
-    // What the widget's latest query of the calendars was; absent where it made none.
+    // The widget's latest query of the calendars; absent without one.
     const std::optional<RecordedQuery>& latestQuery() const { return m_stores.latestQuery(); }
-    // Since the last call of each.
+    // Each returns what was recorded since its last call.
     std::vector<HostMessage> takeHostMessages() { return m_host.takeMessages(); }
     std::vector<std::string> takeOpened() { return m_launcher.takeOpened(); }
     std::vector<std::string> takeActivated() { return m_launcher.takeActivated(); }
@@ -65,11 +66,11 @@ private:
     RecordingLog m_log;
     RecordingHost m_host;
     RecordingLauncher m_launcher;
-    platform::Platform m_platform; // the host's, with the records in it
+    platform::Platform m_platform; // the constructor's, with the recording services
     std::shared_ptr<RecordingWindow> m_window;
     shells::HostedWidget m_widget;
     std::optional<platform::CGFloat> m_width; // points
-    double m_time = 0; // seconds of a frame clock that runs only while something happens
+    double m_time = 0; // seconds of a frame clock that advances only during input and motions
 };
 
 } // namespace quorvel::headless

@@ -20,7 +20,7 @@ using platform::UIView;
 
 namespace {
 
-// The one in front, at any depth.
+// The frontmost view of that kind, at any depth; null where there is none.
 template <class Kind>
 std::shared_ptr<Kind> frontViewBelow(const UIView& view) {
     const auto& subviews = view.subviews();
@@ -147,7 +147,7 @@ std::optional<NSURL> HostedWidget::launchURLForTapLocation(const CGPoint& point)
     if (!m_legacyController) {
         return std::nullopt;
     }
-    view(); // in its window, where the touch is to be delivered
+    view(); // the touch is delivered in the view's window
     return m_legacyController->launchURLForTapLocation(point);
 }
 

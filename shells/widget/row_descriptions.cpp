@@ -22,7 +22,8 @@ void appendPart(std::string& name, const std::optional<std::string>& part) {
 } // namespace
 
 std::vector<RowDescription> describeRows(HostedWidget& widget) {
-    const platform::UIView& view = widget.view(); // first: making it loads the settings
+    const platform::UIView& view =
+        widget.view(); // first, as the view loads the settings when it is created
     const bool showsLocation =
         valueOf<bool>(widget.processWideValues(), "displayLocation").value_or(false);
     const bool hasActions = valueOf<bool>(view, "swipeActionHasEffect").value_or(false);

@@ -1,5 +1,4 @@
-// The rows as words and instants, for screen readers and for the clock that presents the widget
-// again when a row changes.
+// The rows as texts and times: for screen readers, and to know when a row goes out of date.
 #pragma once
 
 #include <optional>
@@ -13,14 +12,14 @@ namespace quorvel::shells {
 class HostedWidget;
 
 struct RowDescription {
-    std::string name; // "Lunch, Café Sol, Thu, 12:30": title, location where shown, caption
+    std::string name; // title, location if shown, caption: "Lunch, Café Sol, Thu, 12:30"
     std::optional<platform::NSDate> start;
     std::optional<platform::NSDate> end;
     bool isAllDay = false;
-    bool hasAction = false; // it has a link, and the swipe action has an effect
+    bool hasAction = false; // a pull of the row has an effect
 };
 
-// One for each row, in their order, visible or not.
+// One for each row, in order, whether it is visible or not.
 std::vector<RowDescription> describeRows(HostedWidget& widget);
 
 } // namespace quorvel::shells

@@ -1,4 +1,4 @@
-// Reads values of the bundle's objects, which a shell knows by their names only.
+// Reads named values of the bundle's objects, whose classes a shell does not know.
 #pragma once
 
 #include <optional>
@@ -10,12 +10,12 @@
 
 namespace quorvel::shells {
 
-// Absent where the value is not set or of another kind.
+// Absent where the value is not set or has another type.
 template <class Kind>
 std::optional<Kind> valueOf(const platform::KeyValueCoding& object, std::string_view key) {
     platform::KeyValue value = object.valueForKey(key);
-    if (auto* held = std::get_if<Kind>(&value)) {
-        return std::move(*held);
+    if (auto* found = std::get_if<Kind>(&value)) {
+        return std::move(*found);
     }
     return std::nullopt;
 }

@@ -18,11 +18,11 @@ TEST(DisplayWidth, CountsColumnsAndNotBytes) {
 }
 
 TEST(TextCutToWidth, PutsAnEllipsisWhereSomethingIsMissing) {
-    EXPECT_EQ(textCutToWidth("abcdef", 6), "abcdef");
-    EXPECT_EQ(textCutToWidth("abcdef", 4), "abc…");
-    EXPECT_EQ(textCutToWidth("日本語", 5), "日本…");
-    EXPECT_EQ(textCutToWidth("日本語", 4), "日…");
-    EXPECT_EQ(textCutToWidth("abc", 0), "");
+    EXPECT_EQ(truncatedToWidth("abcdef", 6), "abcdef");
+    EXPECT_EQ(truncatedToWidth("abcdef", 4), "abc…");
+    EXPECT_EQ(truncatedToWidth("日本語", 5), "日本…");
+    EXPECT_EQ(truncatedToWidth("日本語", 4), "日…");
+    EXPECT_EQ(truncatedToWidth("abc", 0), "");
 }
 
 TEST(TextCutToWidth, BoundsMarksThatTakeNoColumn) {
@@ -30,7 +30,7 @@ TEST(TextCutToWidth, BoundsMarksThatTakeNoColumn) {
     for (int count = 0; count < 20000; ++count) {
         text += "\u0301";
     }
-    const std::string cut = textCutToWidth(text, 10);
+    const std::string cut = truncatedToWidth(text, 10);
     EXPECT_LE(cut.size(), 10U * 32 + 3);
     EXPECT_TRUE(cut.ends_with("…"));
     EXPECT_EQ(freedesktop::terminalLine(cut), cut); // no character was cut in two
