@@ -105,11 +105,11 @@ CommandResult<std::optional<NSDate>> nowOf(const CommandLine& line, const TimeZo
 
 CommandResult<CalendarSource> checkedSource(const std::string& path) {
     CalendarSource source = CalendarSource::at(path);
-    const auto problem = freedesktop::isDataServer(source)
-                             ? freedesktop::eds::problemWithDataServer()
-                             : freedesktop::problemWithSource(source);
-    if (problem) {
-        return usageFailure({"the calendars '" + path + "' cannot be read (" + *problem + ")",
+    const auto check = freedesktop::isDataServer(source) ? freedesktop::eds::checkDataServer()
+                                                         : freedesktop::checkSource(source);
+    if (!check) {
+        const std::string& reason = check.error().what;
+        return usageFailure({"the calendars '" + path + "' cannot be read (" + reason + ")",
                              {},
                              "name a .ics file or a folder of them"});
     }
@@ -120,7 +120,7 @@ CommandResult<CalendarSource> checkedSource(const std::string& path) {
 std::vector<CalendarSource> usualSources() {
     std::vector<CalendarSource> sources = freedesktop::defaultCalendarSources(
         environmentValue("XDG_DATA_HOME"), environmentValue("HOME"));
-    if (!freedesktop::eds::problemWithDataServer()) {
+    if (freedesktop::eds::checkDataServer()) {
         CalendarSource server = CalendarSource::at(std::string(freedesktop::dataServerSourceName));
         server.isOptional = true;
         sources.insert(sources.begin(), std::move(server));

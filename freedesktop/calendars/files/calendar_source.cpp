@@ -24,34 +24,38 @@ CalendarSource optionalFolder(std::string path) {
     return source;
 }
 
+Error failure(std::string what) {
+    return {std::move(what), {}, {}};
+}
+
 } // namespace
 
 bool mayBelongToCalendar(std::string_view name) {
     return calendars::hasCalendarSuffix(name) || calendars::isMetadataName(name);
 }
 
-std::optional<std::string> problemWithSource(const CalendarSource& source) {
+Result<void> checkSource(const CalendarSource& source) {
     if (source.text) {
-        return std::nullopt;
+        return {};
     }
     if (source.name.empty()) {
-        return "the name is empty";
+        return failure("the name is empty");
     }
-    if (source.name.substr(0, dataServerScheme.size()) == dataServerScheme) {
-        return "Evolution Data Server is named as 'eds:' alone";
+    if (source.name.starts_with(dataServerScheme)) {
+        return failure("Evolution Data Server is named as 'eds:' alone");
     }
     struct stat status {};
     if (source.name.find('\0') != std::string::npos || stat(source.name.c_str(), &status) != 0) {
-        return errno == EACCES ? "it cannot be reached: permission denied"
-                               : "there is no such file or folder";
+        return failure(errno == EACCES ? "it cannot be reached: permission denied"
+                                       : "there is no such file or folder");
     }
     if (!S_ISDIR(status.st_mode) && !S_ISREG(status.st_mode)) {
-        return "it is neither a file nor a folder";
+        return failure("it is neither a file nor a folder");
     }
     if (access(source.name.c_str(), S_ISDIR(status.st_mode) ? R_OK | X_OK : R_OK) != 0) {
-        return "it cannot be read: " + std::generic_category().message(errno);
+        return failure("it cannot be read: " + std::generic_category().message(errno));
     }
-    return std::nullopt;
+    return {};
 }
 
 std::vector<CalendarSource> defaultCalendarSources(std::string_view xdgDataHome,

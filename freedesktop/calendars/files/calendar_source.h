@@ -22,6 +22,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/result.h"
+
 namespace quorvel::freedesktop {
 
 struct CalendarSource {
@@ -40,8 +42,9 @@ inline constexpr int deepestCalendarFolder = 16;
 // Whether a file with that name can change a calendar.
 bool mayBelongToCalendar(std::string_view name);
 
-// Why the source cannot be read at all; absent where it can.
-std::optional<std::string> problemWithSource(const CalendarSource& source);
+// Fails where the source cannot be read at all. The error's `what` is a sentence about "it", the
+// source.
+Result<void> checkSource(const CalendarSource& source);
 
 // The folders `calendars` in the data folder and `.calendars` at home, which need not exist. The
 // arguments are the values of XDG_DATA_HOME and HOME; an empty or relative one counts as unset.

@@ -52,8 +52,8 @@ void SourceFiles::scanPath() {
         removeFiles();
         return;
     }
-    if (const auto problem = problemWithSource(m_source)) {
-        m_problem = *problem;
+    if (const auto check = checkSource(m_source); !check) {
+        m_problem = check.error().what;
         removeFiles();
         return;
     }

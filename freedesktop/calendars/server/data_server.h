@@ -1,5 +1,5 @@
-// Evolution Data Server in plain values, so that the rest of the program knows nothing of its
-// library, and loads it only where there is a server.
+// Evolution Data Server in plain values. The rest of the program knows nothing of its library,
+// which is loaded only where there is a server.
 #pragma once
 
 #include <chrono>
@@ -16,7 +16,7 @@ using Deadline = std::chrono::steady_clock::time_point;
 enum class Outcome {
     answered,
     failed,
-    silent, // not until the deadline
+    silent, // there was no answer until the deadline
     absent  // there is no server, and none can be started
 };
 
@@ -31,7 +31,7 @@ struct ServerCalendar {
 struct CalendarList {
     Outcome outcome = Outcome::silent;
     std::vector<ServerCalendar> calendars; // those that are enabled, sorted by title
-    std::string problem;                   // where it failed, or is absent
+    std::string problem;                   // where the outcome is failed or absent
 };
 
 // Both ends in seconds since 1970.
@@ -43,31 +43,31 @@ struct SearchedRange {
 struct CalendarEvents {
     std::string calendar; // its identifier
     Outcome outcome = Outcome::silent;
-    // An iCalendar: at least every event that can have to do with the range, with all its
-    // exceptions, and the zones that have no common name. Null where there is no answer; the same
-    // object again where nothing has changed and the calendar is followed.
+    // An iCalendar with at least every event that may occur in the range, all their exceptions, and
+    // the time zones that have no common name. Null where there is no answer. The same object as in
+    // the answer before while nothing has changed, if there is a changed handler.
     std::shared_ptr<const std::string> text;
-    std::string problem; // where it failed
+    std::string problem; // where the outcome is failed
 };
 
-// For one thread. No call takes longer than its deadline; what comes later is remembered, or asked
-// for anew.
+// Belongs to the thread that made it. No call takes longer than its deadline; an answer that comes
+// later is used by the next call.
 class DataServer {
 public:
     virtual ~DataServer() = default;
 
     virtual CalendarList calendars(Deadline deadline) = 0;
-    // One entry a calendar, in the order of the identifiers.
+    // One entry for each calendar, in the order of the identifiers.
     virtual std::vector<CalendarEvents> events(const std::vector<std::string>& calendars,
                                                SearchedRange range, Deadline deadline) = 0;
-    // From here on tells, from any thread, that the calendars or their events are others than they
-    // were, that a server has died, and that an answer that was not waited for is there now. Null:
-    // no longer. Changes are heard of while the process's main loop runs.
+    // Called on any thread when the calendars or their events have changed, when a server has died,
+    // and when a late answer has come. Null: no handler. Changes are noticed while the process's
+    // main loop runs.
     virtual void setChangedHandler(std::function<void()> onChanged) = 0;
 };
 
-// What the module exports; the caller owns the result. The name is that of the service which knows
-// the calendars. Null where there is not enough of something.
+// The function that the module exports; the caller owns the result. The argument is the bus name of
+// the service that knows the calendars. Null where the system lacks memory or threads.
 using MakeDataServer = DataServer* (*)(const char* sourcesService);
 inline constexpr const char* makeDataServerSymbol = "quorvelMakeDataServer";
 

@@ -1,4 +1,4 @@
-// A value that one thread waits for and another delivers, or delivers too late.
+// A value that one thread waits for until a deadline and another delivers.
 #pragma once
 
 #include <condition_variable>
@@ -10,22 +10,22 @@
 
 namespace quorvel::freedesktop::eds {
 
-// For two threads: a mutex guards all of it.
+// For two threads: a mutex guards everything.
 template <class Value>
 class Reply {
 public:
-    // Once. Absent where it did not come in time; it is given up then.
+    // Once. Absent where the value did not come in time; the wait is abandoned then.
     std::optional<Value> wait(Deadline deadline) {
         std::unique_lock lock(m_mutex);
         m_delivered.wait_until(lock, deadline, [this] { return m_value.has_value(); });
-        m_isGivenUp = !m_value;
+        m_isAbandoned = !m_value;
         return std::move(m_value);
     }
 
-    // False where it has been given up.
+    // False where the wait was abandoned.
     bool deliver(Value value) {
         const std::lock_guard lock(m_mutex);
-        if (m_isGivenUp) {
+        if (m_isAbandoned) {
             return false;
         }
         m_value = std::move(value);
@@ -33,16 +33,16 @@ public:
         return true;
     }
 
-    bool isGivenUp() const {
+    bool isAbandoned() const {
         const std::lock_guard lock(m_mutex);
-        return m_isGivenUp;
+        return m_isAbandoned;
     }
 
 private:
     mutable std::mutex m_mutex;
     std::condition_variable m_delivered;
     std::optional<Value> m_value;
-    bool m_isGivenUp = false;
+    bool m_isAbandoned = false;
 };
 
 } // namespace quorvel::freedesktop::eds

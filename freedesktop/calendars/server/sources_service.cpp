@@ -1,5 +1,6 @@
 #include "freedesktop/calendars/server/sources_service.h"
 
+#include <optional>
 #include <string_view>
 
 #include "freedesktop/glib/session_bus.h"
@@ -8,10 +9,10 @@ namespace quorvel::freedesktop::eds {
 
 namespace {
 
-// The service's name ends with a number that grows with the protocol.
+// The service's name ends with the version of its protocol.
 constexpr std::string_view servicePrefix = "org.gnome.evolution.dataserver.Sources";
 
-// The service in one of the lists of names that the bus itself answers with.
+// The service in one of the lists of names that the bus offers.
 std::optional<std::string> serviceIn(GDBusConnection* bus, const char* list,
                                      GCancellable* cancellable) {
     const VariantHandle answer(callAndWait(
@@ -35,35 +36,37 @@ std::optional<std::string> serviceIn(GDBusConnection* bus, const char* list,
 
 } // namespace
 
-std::optional<std::string> problemWithDataServer() {
-    return mayHaveSessionBus() ? std::nullopt
-                               : std::optional<std::string>("there is no session bus");
+Result<void> checkDataServer() {
+    if (!mayHaveSessionBus()) {
+        return Error{"there is no session bus", {}, {}};
+    }
+    return {};
 }
 
-SearchEnd::SearchEnd()
+SearchCancellation::SearchCancellation()
     : m_cancellable(g_cancellable_new()) {}
 
-SearchEnd::~SearchEnd() {
+SearchCancellation::~SearchCancellation() {
     g_object_unref(m_cancellable);
 }
 
-void SearchEnd::cancel() {
+void SearchCancellation::cancel() {
     g_cancellable_cancel(G_CANCELLABLE(m_cancellable));
 }
 
-SourcesService findSourcesService(SearchEnd& end) {
-    GCancellable* const cancellable = G_CANCELLABLE(end.m_cancellable);
+Result<std::string> findSourcesService(SearchCancellation& cancellation) {
+    GCancellable* const cancellable = G_CANCELLABLE(cancellation.m_cancellable);
     ErrorHandle error;
     const BusHandle bus = connectToSessionBus(cancellable, error);
     if (!bus) {
-        return {std::nullopt, "the session bus cannot be reached: " + messageOf(error)};
+        return Error{"the session bus cannot be reached: " + messageOf(error), {}, {}};
     }
     for (const char* const list : {"ListActivatableNames", "ListNames"}) {
         if (auto name = serviceIn(bus.get(), list, cancellable)) {
-            return {std::move(name), {}};
+            return *std::move(name);
         }
     }
-    return {std::nullopt, "it is not installed: the package is evolution-data-server"};
+    return Error{"it is not installed: the package is evolution-data-server", {}, {}};
 }
 
 } // namespace quorvel::freedesktop::eds

@@ -1,36 +1,32 @@
 // Whether the session's message bus has a calendar server, or could start one.
 #pragma once
 
-#include <optional>
 #include <string>
+
+#include "base/result.h"
 
 namespace quorvel::freedesktop::eds {
 
-// Why there cannot be a calendar server; absent where the bus has to be asked.
-std::optional<std::string> problemWithDataServer();
+// Fails where there cannot be a calendar server; else the bus has to be asked.
+Result<void> checkDataServer();
 
-struct SourcesService {
-    std::optional<std::string> name; // absent: there is none
-    std::string problem;             // why there is none
-};
-
-// Cancels a search from another thread: the library guards the cancellation.
-class SearchEnd {
+// Cancels a search from any thread.
+class SearchCancellation {
 public:
-    SearchEnd();
-    ~SearchEnd();
-    SearchEnd(const SearchEnd&) = delete;
-    SearchEnd& operator=(const SearchEnd&) = delete;
+    SearchCancellation();
+    ~SearchCancellation();
+    SearchCancellation(const SearchCancellation&) = delete;
+    SearchCancellation& operator=(const SearchCancellation&) = delete;
 
     void cancel();
 
 private:
-    friend SourcesService findSourcesService(SearchEnd&);
-    void* m_cancellable;
+    friend Result<std::string> findSourcesService(SearchCancellation&);
+    void* m_cancellable; // a GCancellable, which guards itself; owned
 };
 
-// Blocks until the bus answers or the search is cancelled. From here on the end of the bus does not
-// end the process.
-SourcesService findSourcesService(SearchEnd& end);
+// The bus name of the service that knows the calendars. Blocks until the bus answers or the search
+// is cancelled. From the call on the process survives the end of the bus.
+Result<std::string> findSourcesService(SearchCancellation& cancellation);
 
 } // namespace quorvel::freedesktop::eds

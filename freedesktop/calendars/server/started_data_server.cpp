@@ -13,7 +13,7 @@ StartedDataServer::StartedDataServer(std::string module)
 }
 
 StartedDataServer::~StartedDataServer() {
-    m_searchEnd.cancel();
+    m_cancellation.cancel();
     if (m_thread.joinable()) {
         m_thread.join();
     }
@@ -25,60 +25,60 @@ void StartedDataServer::begin() {
     }
     m_isRunning = true;
     try {
-        m_thread = std::thread([this] { end(start(m_module, m_searchEnd)); });
+        m_thread = std::thread([this] { end(start(m_module, m_cancellation)); });
     } catch (const std::system_error& error) {
         m_isRunning = false;
-        m_result = {nullptr, Outcome::failed, error.what()};
+        m_result = StartFailure{Outcome::failed, error.what()};
     }
 }
 
-void StartedDataServer::end(Result result) {
-    std::function<void()> tell;
+void StartedDataServer::end(StartResult result) {
+    std::function<void()> onLateAnswer;
     {
         const std::lock_guard lock(m_mutex);
         m_result = std::move(result);
         m_isRunning = false;
-        if (m_result.server && m_changed) {
-            m_result.server->setChangedHandler(m_changed);
+        if (server() != nullptr && m_onChanged) {
+            server()->setChangedHandler(m_onChanged);
         }
-        if (m_result.server && !m_isAwaited) {
-            tell = m_changed;
+        if (server() != nullptr && !m_isAwaited) {
+            onLateAnswer = m_onChanged;
         }
     }
     m_ended.notify_one();
-    if (tell) {
-        tell();
+    if (onLateAnswer) {
+        onLateAnswer();
     }
 }
 
-// The module is never unloaded, as the library below it leaves threads and types behind.
-StartedDataServer::Result StartedDataServer::start(const std::string& module,
-                                                   SearchEnd& searchEnd) {
-    if (auto problem = problemWithDataServer()) {
-        return {nullptr, Outcome::absent, *std::move(problem)};
+// The module is never unloaded, as the library leaves threads and types behind.
+StartedDataServer::StartResult StartedDataServer::start(const std::string& module,
+                                                        SearchCancellation& cancellation) {
+    if (auto check = checkDataServer(); !check) {
+        return StartFailure{Outcome::absent, std::move(check).error().what};
     }
-    SourcesService service = findSourcesService(searchEnd);
-    if (!service.name) {
-        return {nullptr, Outcome::absent, std::move(service.problem)};
+    auto service = findSourcesService(cancellation);
+    if (!service) {
+        return StartFailure{Outcome::absent, std::move(service).error().what};
     }
     void* const handle = dlopen(module.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (handle == nullptr) {
         const char* const reason = dlerror();
-        return {nullptr, Outcome::failed,
-                std::string("its library cannot be loaded: ") + (reason != nullptr ? reason : "")};
+        return StartFailure{Outcome::failed, std::string("its library cannot be loaded: ") +
+                                                 (reason != nullptr ? reason : "")};
     }
     const auto make = reinterpret_cast<MakeDataServer>(dlsym(handle, makeDataServerSymbol));
-    std::unique_ptr<DataServer> server(make != nullptr ? make(service.name->c_str()) : nullptr);
+    std::unique_ptr<DataServer> server(make != nullptr ? make(service->c_str()) : nullptr);
     dlclose(handle);
     if (!server) {
-        return {nullptr, Outcome::failed, "its library does not work"};
+        return StartFailure{Outcome::failed, "its library does not work"};
     }
-    return {std::move(server), Outcome::answered, {}};
+    return server;
 }
 
 CalendarList StartedDataServer::calendars(Deadline deadline) {
     std::unique_lock lock(m_mutex);
-    if (!m_isRunning && !m_result.server && !m_isAwaited) {
+    if (!m_isRunning && server() == nullptr && !m_isAwaited) {
         begin();
     }
     m_isAwaited = true;
@@ -87,29 +87,29 @@ CalendarList StartedDataServer::calendars(Deadline deadline) {
     if (m_isRunning) {
         return {};
     }
-    if (!m_result.server) {
-        return {m_result.outcome, {}, m_result.problem};
+    if (!m_result) {
+        return {m_result.error().outcome, {}, m_result.error().problem};
     }
     lock.unlock();
-    return m_result.server->calendars(deadline);
+    return server()->calendars(deadline);
 }
 
 std::vector<CalendarEvents> StartedDataServer::events(const std::vector<std::string>& calendars,
                                                       SearchedRange range, Deadline deadline) {
     {
         const std::lock_guard lock(m_mutex);
-        if (!m_result.server) {
+        if (server() == nullptr) {
             return {};
         }
     }
-    return m_result.server->events(calendars, range, deadline);
+    return server()->events(calendars, range, deadline);
 }
 
 void StartedDataServer::setChangedHandler(std::function<void()> onChanged) {
     const std::lock_guard lock(m_mutex);
-    m_changed = std::move(onChanged);
-    if (m_result.server) {
-        m_result.server->setChangedHandler(m_changed);
+    m_onChanged = std::move(onChanged);
+    if (server() != nullptr) {
+        server()->setChangedHandler(m_onChanged);
     }
 }
 

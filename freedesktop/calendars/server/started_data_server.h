@@ -1,5 +1,5 @@
-// The calendar server once it has been looked for, and its library loaded, beside everything else
-// that a program does when it starts.
+// The calendar server, found and its library loaded while the program does everything else that it
+// does when it starts.
 #pragma once
 
 #include <condition_variable>
@@ -15,39 +15,41 @@
 
 namespace quorvel::freedesktop::eds {
 
-// For one thread, as every DataServer; its own thread searches and shares with it what the mutex
-// guards.
+// Belongs to the thread that made it. A thread of its own looks for the server; the two share what
+// the mutex guards.
 class StartedDataServer final : public DataServer {
 public:
-    // Begins at once. `module`: the file that wraps the server's library.
+    // Starts at once. `module`: the file that wraps the server's library.
     explicit StartedDataServer(std::string module);
     ~StartedDataServer() override;
 
-    // Where there was no server the last time it is looked for again.
+    // Where there was no server the last time, it is looked for again.
     CalendarList calendars(Deadline deadline) override;
     std::vector<CalendarEvents> events(const std::vector<std::string>& calendars,
                                        SearchedRange range, Deadline deadline) override;
     void setChangedHandler(std::function<void()> onChanged) override;
 
 private:
-    struct Result {
-        std::unique_ptr<DataServer> server; // null: `outcome` and `problem` say why
-        Outcome outcome = Outcome::answered;
+    // Why there is no server.
+    struct StartFailure {
+        Outcome outcome = Outcome::failed;
         std::string problem;
     };
+    using StartResult = Result<std::unique_ptr<DataServer>, StartFailure>; // never null
 
     void begin();
-    void end(Result result);
-    static Result start(const std::string& module, SearchEnd& searchEnd);
+    void end(StartResult result);
+    static StartResult start(const std::string& module, SearchCancellation& cancellation);
+    DataServer* server() const { return m_result ? m_result->get() : nullptr; }
 
     std::string m_module;
-    SearchEnd m_searchEnd;
-    std::mutex m_mutex; // guards the members that follow, but for the thread
+    SearchCancellation m_cancellation;
+    std::mutex m_mutex; // guards the members below, except the thread
     std::condition_variable m_ended;
     bool m_isRunning = false;
-    bool m_isAwaited = true; // false: whoever waited has gone on without
-    Result m_result;
-    std::function<void()> m_changed;
+    bool m_isAwaited = true; // false: a call has given up waiting, so that its answer is late
+    StartResult m_result{StartFailure()};
+    std::function<void()> m_onChanged;
     std::thread m_thread;
 };
 

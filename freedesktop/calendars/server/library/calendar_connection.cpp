@@ -10,7 +10,7 @@ namespace quorvel::freedesktop::eds {
 
 namespace {
 
-// Of the library's wait for a calendar on the network: the events that it has are enough.
+// The library does not wait for the network: the events that the server has stored are enough.
 constexpr auto withoutWaiting = static_cast<guint32>(-1);
 
 using Self = std::shared_ptr<CalendarConnection>;
@@ -19,12 +19,12 @@ bool wasCancelled(const ErrorHandle& error) {
     return error && g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE;
 }
 
-// A call of the library owns the connection until its callback.
-gpointer heldUntilCalled(Self self) {
+// A call of the library shares the ownership of the connection until its callback.
+gpointer holdUntilCallback(Self self) {
     return new Self(std::move(self));
 }
 
-Self released(gpointer data) {
+Self releaseHeld(gpointer data) {
     const std::unique_ptr<Self> held(static_cast<Self*>(data));
     return std::move(*held);
 }
@@ -34,13 +34,13 @@ Self released(gpointer data) {
 std::vector<CalendarEvents> EventsReply::wait(Deadline deadline) {
     std::unique_lock lock(m_mutex);
     m_complete.wait_until(lock, deadline, [this] { return m_answers.size() >= m_expected; });
-    m_isGivenUp = true;
+    m_isAbandoned = true;
     return std::move(m_answers);
 }
 
 bool EventsReply::deliver(CalendarEvents events) {
     const std::lock_guard lock(m_mutex);
-    if (m_isGivenUp) {
+    if (m_isAbandoned) {
         return false;
     }
     m_answers.push_back(std::move(events));
@@ -50,9 +50,9 @@ bool EventsReply::deliver(CalendarEvents events) {
     return true;
 }
 
-bool EventsReply::isGivenUp() const {
+bool EventsReply::isAbandoned() const {
     const std::lock_guard lock(m_mutex);
-    return m_isGivenUp;
+    return m_isAbandoned;
 }
 
 CalendarConnection::CalendarConnection(ObjectHandle<ESource> source, Mailbox mailbox, Events events)
@@ -66,14 +66,14 @@ CalendarConnection::~CalendarConnection() {
     disconnect();
 }
 
-void CalendarConnection::ask(SearchedRange range, std::shared_ptr<EventsReply> reply) {
-    m_next = Question{range, std::move(reply)};
+void CalendarConnection::request(SearchedRange range, std::shared_ptr<EventsReply> reply) {
+    m_next = EventsRequest{range, std::move(reply)};
     advance();
 }
 
-void CalendarConnection::setFollowing(bool follows) {
-    m_isFollowing = follows;
-    if (!follows) {
+void CalendarConnection::setWatched(bool isWatched) {
+    m_isWatched = isWatched;
+    if (!isWatched) {
         stopView();
     }
 }
@@ -86,7 +86,7 @@ void CalendarConnection::close() {
     disconnect();
 }
 
-// From one step to the next: connected, told of changes, asked.
+// Takes the next step: connect, watch the calendar, answer a request.
 void CalendarConnection::advance() {
     if (m_isBusy || m_isClosed) {
         return;
@@ -99,11 +99,11 @@ void CalendarConnection::advance() {
     }
     if (!m_client) {
         connect();
-    } else if (m_isFollowing && !m_view && !std::exchange(m_hasTriedView, true)) {
+    } else if (m_isWatched && !m_view && !std::exchange(m_hasTriedView, true)) {
         startView();
-    } else if (m_view && m_known && m_known->range.from <= m_current->range.from &&
-               m_known->range.to >= m_current->range.to) {
-        answer(Outcome::answered, m_known->text, {});
+    } else if (m_view && m_cached && m_cached->range.from <= m_current->range.from &&
+               m_cached->range.to >= m_current->range.to) {
+        answer(Outcome::answered, m_cached->text, {});
     } else {
         fetch();
     }
@@ -112,7 +112,7 @@ void CalendarConnection::advance() {
 void CalendarConnection::connect() {
     m_isBusy = true;
     const GAsyncReadyCallback call = [](GObject*, GAsyncResult* result, gpointer data) {
-        const Self self = released(data);
+        const Self self = releaseHeld(data);
         GError* error = nullptr;
         EClient* const client = e_cal_client_connect_finish(result, &error);
         self->m_isBusy = false;
@@ -121,7 +121,7 @@ void CalendarConnection::connect() {
             ErrorHandle(error));
     };
     e_cal_client_connect(m_source.get(), E_CAL_CLIENT_SOURCE_TYPE_EVENTS, withoutWaiting,
-                         m_cancellable.get(), call, heldUntilCalled(shared_from_this()));
+                         m_cancellable.get(), call, holdUntilCallback(shared_from_this()));
 }
 
 void CalendarConnection::connected(ObjectHandle<ECalClient> client, const ErrorHandle& error) {
@@ -150,11 +150,11 @@ void CalendarConnection::watchServer() {
     m_deathHandler = connectPosted(m_client.get(), "backend-died", m_mailbox, died);
 }
 
-// All events, without being told those that are there already.
+// A view of all events. It notifies of changes only, not of the events that exist already.
 void CalendarConnection::startView() {
     m_isBusy = true;
     const GAsyncReadyCallback call = [](GObject* client, GAsyncResult* result, gpointer data) {
-        const Self self = released(data);
+        const Self self = releaseHeld(data);
         ECalClientView* view = nullptr;
         GError* error = nullptr;
         e_cal_client_get_view_finish(E_CAL_CLIENT(client), result, &view, &error);
@@ -163,12 +163,12 @@ void CalendarConnection::startView() {
         self->viewMade(ObjectHandle<ECalClientView>(view));
     };
     e_cal_client_get_view(m_client.get(), "#t", m_cancellable.get(), call,
-                          heldUntilCalled(shared_from_this()));
+                          holdUntilCallback(shared_from_this()));
 }
 
-// The view's own calls wait for the server. It tells on the program's main thread.
+// The view's calls wait for the server, and its signals come on the program's main thread.
 void CalendarConnection::viewMade(ObjectHandle<ECalClientView> view) {
-    if (!view || !m_client || !m_isFollowing || m_isClosed) {
+    if (!view || !m_client || !m_isWatched || m_isClosed) {
         advance();
         return;
     }
@@ -183,7 +183,7 @@ void CalendarConnection::viewMade(ObjectHandle<ECalClientView> view) {
         m_viewHandlers.push_back(connectPosted(m_view.get(), signal, m_mailbox, changed));
     }
     const std::shared_ptr<ECalClientView> held = share(m_view.get());
-    doBeside(
+    runOnOtherThread(
         [held] {
             e_cal_client_view_set_flags(held.get(), E_CAL_CLIENT_VIEW_FLAGS_NONE, nullptr);
             e_cal_client_view_start(held.get(), nullptr);
@@ -198,25 +198,27 @@ void CalendarConnection::stopView() {
         }
         m_view.reset();
     }
-    m_known.reset();
+    m_cached.reset();
     m_hasTriedView = false;
 }
 
 void CalendarConnection::changedOnServer() {
     ++m_changes;
-    m_known.reset();
+    m_cached.reset();
     m_events.changed();
 }
 
-// On a thread of its own, which a server that stands still may hold for minutes; then on the
-// worker's.
-void CalendarConnection::doBeside(std::function<void()> work, std::function<void()> done) {
+// Runs the work on a thread of its own, which a server that hangs may block for minutes, and what
+// follows on the worker's thread.
+void CalendarConnection::runOnOtherThread(std::function<void()> work,
+                                          std::function<void()> whenDone) {
     m_isBusy = true;
-    const auto run = [self = shared_from_this(), work = std::move(work), done = std::move(done)] {
+    const auto run = [self = shared_from_this(), work = std::move(work),
+                      whenDone = std::move(whenDone)] {
         work();
-        self->m_mailbox.post([self, done] {
+        self->m_mailbox.post([self, whenDone] {
             self->m_isBusy = false;
-            done();
+            whenDone();
         });
     };
     try {
@@ -239,7 +241,7 @@ void CalendarConnection::fetch() {
     const auto work =
         std::make_shared<Work>(Work{share(m_client.get()), share(m_cancellable.get()),
                                     m_current->range, m_zones, m_changes, FetchedEvents()});
-    doBeside(
+    runOnOtherThread(
         [work] {
             work->events = fetchEvents(*work->client, work->range, work->zones, *work->cancellable);
         },
@@ -257,11 +259,11 @@ void CalendarConnection::fetched(FetchedEvents events, ZoneTexts zones, bool isS
     if (!events.error) {
         auto text = std::make_shared<const std::string>(std::move(events.text));
         if (m_view && !isStale) {
-            m_known = Known{m_current->range, text};
+            m_cached = CachedAnswer{m_current->range, text};
         }
         answer(Outcome::answered, std::move(text), {});
     } else if (!wasCancelled(events.error) && !std::exchange(m_current->isSecondTry, true)) {
-        disconnect(); // the server may have been started anew since
+        disconnect(); // the server may have been restarted
         advance();
     } else {
         failed(messageOf(events.error));
@@ -275,11 +277,11 @@ void CalendarConnection::failed(const std::string& problem) {
 
 void CalendarConnection::answer(Outcome outcome, std::shared_ptr<const std::string> text,
                                 std::string problem) {
-    const Question question = std::move(*m_current);
+    const EventsRequest request = std::move(*m_current);
     m_current.reset();
     const bool isInTime =
-        question.reply->deliver({m_identifier, outcome, std::move(text), std::move(problem)});
-    if (m_next && m_next->reply->isGivenUp()) {
+        request.reply->deliver({m_identifier, outcome, std::move(text), std::move(problem)});
+    if (m_next && m_next->reply->isAbandoned()) {
         m_next.reset();
     }
     if (!isInTime && !m_next && outcome == Outcome::answered) {

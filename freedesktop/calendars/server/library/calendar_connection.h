@@ -1,4 +1,4 @@
-// The connection to one calendar of the server, kept for as long as the calendar is there.
+// The connection to one calendar of the server, open for as long as the server has the calendar.
 #pragma once
 
 #include <functional>
@@ -17,52 +17,50 @@
 
 namespace quorvel::freedesktop::eds {
 
-// The answers of several calendars to one question. For several threads: a mutex guards all of it.
+// The answers of several calendars to one request. For several threads: a mutex guards everything.
 class EventsReply {
 public:
     explicit EventsReply(std::size_t expected)
         : m_expected(expected) {}
 
-    // What is there when all are, or at the deadline.
+    // The answers, as soon as all have come, or those that have come at the deadline.
     std::vector<CalendarEvents> wait(Deadline deadline);
-    // False where it comes too late.
+    // False where the wait is over.
     bool deliver(CalendarEvents events);
-    bool isGivenUp() const;
+    bool isAbandoned() const;
 
 private:
     mutable std::mutex m_mutex;
     std::condition_variable m_complete;
     std::size_t m_expected;
     std::vector<CalendarEvents> m_answers;
-    bool m_isGivenUp = false;
+    bool m_isAbandoned = false;
 };
 
-// Belongs to the worker's thread. Other threads may hold it and post to its mailbox, which does not
-// change, and nothing else.
+// Belongs to the worker's thread. Other threads may share its ownership and post to its mailbox,
+// which does not change, and nothing else.
 class CalendarConnection : public std::enable_shared_from_this<CalendarConnection> {
 public:
     struct Events {
-        std::function<void()> changed; // the calendar, or what is known of it
-        std::function<void()> died;    // the server's side of it
+        std::function<void()> changed; // the calendar changed, or a late answer has come
+        std::function<void()> died;    // the server's process for this calendar
     };
     CalendarConnection(ObjectHandle<ESource> source, Mailbox mailbox, Events events);
     ~CalendarConnection();
     CalendarConnection(const CalendarConnection&) = delete;
     CalendarConnection& operator=(const CalendarConnection&) = delete;
 
-    // Connects where it is not connected. A question that is asked while another one waits takes
-    // its place.
-    void ask(SearchedRange range, std::shared_ptr<EventsReply> reply);
-    // Hears of changes from the next question on. What has been answered since then is remembered
-    // until something changes.
-    void setFollowing(bool follows);
-    // Gives up everything, and does nothing from here on.
+    // Connects first where that is needed. A request that waits is replaced by a later one.
+    void request(SearchedRange range, std::shared_ptr<EventsReply> reply);
+    // Whether changes are reported from the next request on. Answers are cached until a change.
+    void setWatched(bool isWatched);
+    // Cancels everything, and ignores all further calls.
     void close();
-    // Nothing of it runs on another thread.
+    // No other thread works for it.
     bool isIdle() const { return !m_isBusy; }
 
 private:
-    struct Question {
+    struct EventsRequest {
         SearchedRange range;
         std::shared_ptr<EventsReply> reply; // never null
         bool isSecondTry = false;
@@ -75,7 +73,7 @@ private:
     void startView();
     void viewMade(ObjectHandle<ECalClientView> view);
     void stopView();
-    void doBeside(std::function<void()> work, std::function<void()> done);
+    void runOnOtherThread(std::function<void()> work, std::function<void()> whenDone);
     void fetch();
     void fetched(FetchedEvents events, ZoneTexts zones, bool isStale);
     void failed(const std::string& problem);
@@ -93,18 +91,18 @@ private:
     ObjectHandle<ECalClientView> m_view;
     std::vector<gulong> m_viewHandlers;
     ZoneTexts m_zones;
-    bool m_isFollowing = false;
+    bool m_isWatched = false;
     bool m_hasTriedView = false; // with this client
     bool m_isBusy = false;
     bool m_isClosed = false;
-    int m_changes = 0; // how often the server has told of one
-    std::optional<Question> m_current;
-    std::optional<Question> m_next;
-    struct Known {
+    int m_changes = 0; // that the server has reported
+    std::optional<EventsRequest> m_current;
+    std::optional<EventsRequest> m_next;
+    struct CachedAnswer {
         SearchedRange range;
         std::shared_ptr<const std::string> text;
     };
-    std::optional<Known> m_known; // still right, as the view has told nothing else
+    std::optional<CachedAnswer> m_cached; // until the view reports a change
 };
 
 } // namespace quorvel::freedesktop::eds

@@ -11,10 +11,10 @@ namespace quorvel::freedesktop::eds {
 
 namespace {
 
-constexpr double longestClosing = 1;        // seconds
-constexpr double pauseBetweenLooks = 0.005; // seconds
-// Of a death nothing is told at once, as the server's other parts may die with it, and less often
-// where it dies again and again.
+constexpr double longestClosing = 1;      // seconds
+constexpr double pollingInterval = 0.005; // seconds
+// The death of a process is reported after a pause, as the server's other processes may die with
+// it, and less often where they die repeatedly.
 constexpr double pauseAfterDeath = 0.5;   // seconds
 constexpr double pauseBetweenDeaths = 10; // seconds
 
@@ -42,7 +42,7 @@ ServerConnection::~ServerConnection() {
 }
 
 void ServerConnection::list(std::shared_ptr<Reply<CalendarList>> reply) {
-    m_waiting.push_back(std::move(reply));
+    m_waitingReplies.push_back(std::move(reply));
     if (m_registry && !hasSources()) {
         closeRegistry();
         m_hasServiceDied = true;
@@ -54,7 +54,7 @@ void ServerConnection::list(std::shared_ptr<Reply<CalendarList>> reply) {
     }
 }
 
-// There are always some, but for a registry whose service has died.
+// A registry without any is that of a service that has died.
 bool ServerConnection::hasSources() const {
     const ObjectListHandle<GList> sources(
         e_source_registry_list_sources(m_registry.get(), nullptr));
@@ -62,11 +62,11 @@ bool ServerConnection::hasSources() const {
 }
 
 void ServerConnection::answerWaiting() {
-    if (!m_registry || m_waiting.empty()) {
+    if (!m_registry || m_waitingReplies.empty()) {
         return;
     }
     if (!hasSources()) {
-        m_mailbox.postLater(pauseBetweenLooks, [weak = weak_from_this()] {
+        m_mailbox.postLater(pollingInterval, [weak = weak_from_this()] {
             if (const Self self = weak.lock()) {
                 self->answerWaiting();
             }
@@ -74,13 +74,13 @@ void ServerConnection::answerWaiting() {
         return;
     }
     m_listed = enabledCalendars();
-    forgetCalendarsExcept(m_listed);
-    bool isTooLate = false;
-    for (const auto& waiting : std::exchange(m_waiting, {})) {
-        isTooLate = !waiting->deliver({Outcome::answered, m_listed, {}}) || isTooLate;
+    closeConnectionsExcept(m_listed);
+    bool isAnyLate = false;
+    for (const auto& waiting : std::exchange(m_waitingReplies, {})) {
+        isAnyLate = !waiting->deliver({Outcome::answered, m_listed, {}}) || isAnyLate;
     }
-    if (isTooLate) {
-        tellOfChange();
+    if (isAnyLate) {
+        reportChange();
     }
 }
 
@@ -101,7 +101,7 @@ void ServerConnection::openRegistry() {
     e_source_registry_new(m_cancellable.get(), call, new Self(shared_from_this()));
 }
 
-// Where somebody else in the process holds the registry, it is still that of the dead service.
+// Needed where another part of the process still holds the registry of the dead service.
 void ServerConnection::startService() const {
     const ObjectHandle<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
     if (bus) {
@@ -116,11 +116,11 @@ void ServerConnection::startService() const {
 
 void ServerConnection::registryOpened(ObjectHandle<ESourceRegistry> registry,
                                       const ErrorHandle& error) {
-    if (m_closed) {
+    if (m_onClosed) {
         return;
     }
     if (!registry) {
-        for (const auto& reply : std::exchange(m_waiting, {})) {
+        for (const auto& reply : std::exchange(m_waitingReplies, {})) {
             reply->deliver({Outcome::failed, {}, "it does not start: " + messageOf(error)});
         }
         return;
@@ -131,7 +131,7 @@ void ServerConnection::registryOpened(ObjectHandle<ESourceRegistry> registry,
     answerWaiting();
 }
 
-// There is one registry in the process, which tells on the thread of whoever asked for it first.
+// The process has one registry. It emits its signals on the thread that asked for it first.
 void ServerConnection::watchRegistry() {
     const auto changed = [weak = weak_from_this()] {
         if (const Self self = weak.lock()) {
@@ -144,7 +144,7 @@ void ServerConnection::watchRegistry() {
     }
 }
 
-// The registry itself would wait for a service that has died, which starts only when it is asked.
+// The registry would wait for a service that has died, which starts only on a request.
 void ServerConnection::watchService() {
     const GBusNameVanishedCallback vanished = [](GDBusConnection*, const char*, gpointer data) {
         if (const Self self = lockWeakReference<ServerConnection>(data)) {
@@ -156,13 +156,13 @@ void ServerConnection::watchService() {
         vanished, newWeakReference(weak_from_this()), freeWeakReference<ServerConnection>);
 }
 
-// Whoever still waits for the list is to have it.
+// Opens a new registry for the threads that still wait for the list.
 void ServerConnection::serviceVanished() {
     closeRegistry();
     m_hasServiceDied = true;
     serverDied();
-    std::erase_if(m_waiting, [](const auto& reply) { return reply->isGivenUp(); });
-    if (!m_waiting.empty()) {
+    std::erase_if(m_waitingReplies, [](const auto& reply) { return reply->isAbandoned(); });
+    if (!m_waitingReplies.empty()) {
         openRegistry();
     }
 }
@@ -179,9 +179,9 @@ void ServerConnection::closeRegistry() {
     }
 }
 
-// The next presentation starts it again.
+// The next request restarts the server.
 void ServerConnection::serverDied() {
-    if (std::exchange(m_isDeathToBeTold, true)) {
+    if (std::exchange(m_isDeathPending, true)) {
         return;
     }
     const double now = static_cast<double>(g_get_monotonic_time()) / G_USEC_PER_SEC;
@@ -190,15 +190,15 @@ void ServerConnection::serverDied() {
     m_lastDeath = now;
     m_mailbox.postLater(pause, [weak = weak_from_this()] {
         if (const Self self = weak.lock()) {
-            self->m_isDeathToBeTold = false;
-            self->tellOfChange();
+            self->m_isDeathPending = false;
+            self->reportChange();
         }
     });
 }
 
 void ServerConnection::sourcesChanged() {
     if (m_registry && enabledCalendars() != m_listed) {
-        tellOfChange();
+        reportChange();
     }
 }
 
@@ -215,24 +215,24 @@ std::vector<ServerCalendar> ServerConnection::enabledCalendars() const {
     return calendars;
 }
 
-void ServerConnection::forgetCalendarsExcept(const std::vector<ServerCalendar>& calendars) {
+void ServerConnection::closeConnectionsExcept(const std::vector<ServerCalendar>& calendars) {
     for (auto entry = m_connections.begin(); entry != m_connections.end();) {
-        const bool isThere =
+        const bool isListed =
             std::any_of(calendars.begin(), calendars.end(), [&](const ServerCalendar& calendar) {
                 return calendar.identifier == entry->first;
             });
-        if (isThere) {
+        if (isListed) {
             ++entry;
         } else {
             entry->second->close();
-            m_leaving.push_back(std::move(entry->second));
+            m_closing.push_back(std::move(entry->second));
             entry = m_connections.erase(entry);
         }
     }
-    std::erase_if(m_leaving, [](const auto& connection) { return connection->isIdle(); });
+    std::erase_if(m_closing, [](const auto& connection) { return connection->isIdle(); });
 }
 
-// Null where there is no such calendar.
+// Null where the server has no such calendar.
 std::shared_ptr<CalendarConnection> ServerConnection::connectionTo(const std::string& calendar) {
     const auto known = m_connections.find(calendar);
     if (known != m_connections.end()) {
@@ -244,68 +244,67 @@ std::shared_ptr<CalendarConnection> ServerConnection::connectionTo(const std::st
         return nullptr;
     }
     const std::weak_ptr<ServerConnection> weak = weak_from_this();
-    const auto tell = [weak](void (ServerConnection::*what)()) {
-        if (const Self self = weak.lock()) {
-            ((*self).*what)();
-        }
-    };
     auto connection = std::make_shared<CalendarConnection>(
         ObjectHandle<ESource>(source), m_mailbox,
         CalendarConnection::Events{[weak] {
                                        if (const Self self = weak.lock()) {
-                                           self->tellOfChange();
+                                           self->reportChange();
                                        }
                                    },
-                                   [tell] { tell(&ServerConnection::serverDied); }});
-    connection->setFollowing(static_cast<bool>(m_changed));
+                                   [weak] {
+                                       if (const Self self = weak.lock()) {
+                                           self->serverDied();
+                                       }
+                                   }});
+    connection->setWatched(static_cast<bool>(m_onChanged));
     m_connections.emplace(calendar, connection);
     return connection;
 }
 
-void ServerConnection::ask(const std::vector<std::string>& calendars, SearchedRange range,
-                           const std::shared_ptr<EventsReply>& reply) {
+void ServerConnection::requestEvents(const std::vector<std::string>& calendars, SearchedRange range,
+                                     const std::shared_ptr<EventsReply>& reply) {
     for (const std::string& calendar : calendars) {
         if (const auto connection = connectionTo(calendar)) {
-            connection->ask(range, reply);
+            connection->request(range, reply);
         } else {
-            reply->deliver({calendar, Outcome::failed, {}, "it is not there any longer"});
+            reply->deliver({calendar, Outcome::failed, {}, "the server no longer has it"});
         }
     }
 }
 
 void ServerConnection::setChangedHandler(std::function<void()> onChanged) {
-    m_changed = std::move(onChanged);
+    m_onChanged = std::move(onChanged);
     for (const auto& [identifier, connection] : m_connections) {
-        connection->setFollowing(static_cast<bool>(m_changed));
+        connection->setWatched(static_cast<bool>(m_onChanged));
     }
 }
 
-void ServerConnection::tellOfChange() const {
-    if (m_changed && !m_closed) {
-        m_changed();
+void ServerConnection::reportChange() const {
+    if (m_onChanged && !m_onClosed) {
+        m_onChanged();
     }
 }
 
-void ServerConnection::close(std::function<void()> closed) {
-    m_closed = std::move(closed);
-    m_waiting.clear();
+void ServerConnection::close(std::function<void()> onClosed) {
+    m_onClosed = std::move(onClosed);
+    m_waitingReplies.clear();
     g_cancellable_cancel(m_cancellable.get());
     closeRegistry();
-    forgetCalendarsExcept({});
+    closeConnectionsExcept({});
     closeWhenIdle();
 }
 
 bool ServerConnection::isIdle() const {
-    return !m_isOpening && std::all_of(m_leaving.begin(), m_leaving.end(),
-                                       [](const auto& leaving) { return leaving->isIdle(); });
+    return !m_isOpening && std::all_of(m_closing.begin(), m_closing.end(),
+                                       [](const auto& closing) { return closing->isIdle(); });
 }
 
 void ServerConnection::closeWhenIdle() {
     if (isIdle()) {
-        m_leaving.clear();
-        m_closed();
+        m_closing.clear();
+        m_onClosed();
     } else {
-        m_mailbox.postLater(pauseBetweenLooks,
+        m_mailbox.postLater(pollingInterval,
                             [self = shared_from_this()] { self->closeWhenIdle(); });
     }
 }
@@ -316,7 +315,7 @@ EcalDataServer::EcalDataServer(std::string sourcesService)
     m_worker.mailbox().post([connection = m_connection] { connection->openRegistry(); });
 }
 
-// A thread that the library does not give back is left behind.
+// A thread that the library does not return from is abandoned.
 EcalDataServer::~EcalDataServer() {
     const auto quit = [this] { m_worker.quit(); };
     m_worker.mailbox().post([connection = m_connection, quit] { connection->close(quit); });
@@ -333,7 +332,7 @@ std::vector<CalendarEvents> EcalDataServer::events(const std::vector<std::string
                                                    SearchedRange range, Deadline deadline) {
     auto reply = std::make_shared<EventsReply>(calendars.size());
     m_worker.mailbox().post([connection = m_connection, calendars, range, reply] {
-        connection->ask(calendars, range, reply);
+        connection->requestEvents(calendars, range, reply);
     });
     std::vector<CalendarEvents> answers = reply->wait(deadline);
     std::vector<CalendarEvents> events;

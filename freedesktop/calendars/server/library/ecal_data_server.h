@@ -1,4 +1,4 @@
-// The calendar server, by its own library.
+// The calendar server, by way of its own library.
 #pragma once
 
 #include <functional>
@@ -26,15 +26,16 @@ public:
     ServerConnection(const ServerConnection&) = delete;
     ServerConnection& operator=(const ServerConnection&) = delete;
 
-    // The first step to a list; done without being told where one is asked for.
+    // The first step to a list. list() takes it where it was not taken.
     void openRegistry();
     void list(std::shared_ptr<Reply<CalendarList>> reply);
-    void ask(const std::vector<std::string>& calendars, SearchedRange range,
-             const std::shared_ptr<EventsReply>& reply);
+    void requestEvents(const std::vector<std::string>& calendars, SearchedRange range,
+                       const std::shared_ptr<EventsReply>& reply);
     void setChangedHandler(std::function<void()> onChanged);
 
-    // Gives up everything, does nothing from here on, and says when no other thread is at work.
-    void close(std::function<void()> closed);
+    // Cancels everything and ignores all further calls. Calls onClosed when no other thread works
+    // for it.
+    void close(std::function<void()> onClosed);
 
 private:
     void registryOpened(ObjectHandle<ESourceRegistry> registry, const ErrorHandle& error);
@@ -48,11 +49,11 @@ private:
     void serverDied();
     void sourcesChanged();
     std::vector<ServerCalendar> enabledCalendars() const;
-    void forgetCalendarsExcept(const std::vector<ServerCalendar>& calendars);
+    void closeConnectionsExcept(const std::vector<ServerCalendar>& calendars);
     std::shared_ptr<CalendarConnection> connectionTo(const std::string& calendar);
     bool isIdle() const;
     void closeWhenIdle();
-    void tellOfChange() const;
+    void reportChange() const;
 
     std::string m_sourcesService;
     Mailbox m_mailbox;
@@ -62,17 +63,18 @@ private:
     bool m_isOpening = false;
     bool m_hasServiceDied = false; // and was not started since
     guint m_serviceWatch = 0;      // 0: none
-    std::vector<std::shared_ptr<Reply<CalendarList>>> m_waiting;
-    std::vector<ServerCalendar> m_listed; // the last time
+    std::vector<std::shared_ptr<Reply<CalendarList>>> m_waitingReplies;
+    std::vector<ServerCalendar> m_listed; // by the last list()
     std::map<std::string, std::shared_ptr<CalendarConnection>> m_connections;
-    std::vector<std::shared_ptr<CalendarConnection>> m_leaving; // closed, and not idle yet
-    std::function<void()> m_changed;
-    bool m_isDeathToBeTold = false;
+    std::vector<std::shared_ptr<CalendarConnection>> m_closing; // closed, but not idle yet
+    std::function<void()> m_onChanged;
+    bool m_isDeathPending = false;
     std::optional<double> m_lastDeath; // seconds of the monotonic clock
-    std::function<void()> m_closed;    // null: not closing
+    std::function<void()> m_onClosed;  // null: it was not closed
 };
 
-// For one thread, which posts to the worker's and waits for replies that mutexes guard.
+// Belongs to the thread that made it, which posts to the worker's thread and waits for replies that
+// mutexes guard.
 class EcalDataServer final : public DataServer {
 public:
     explicit EcalDataServer(std::string sourcesService);

@@ -1,4 +1,4 @@
-// One question to a calendar of the server, and its answer as an iCalendar.
+// Fetches events from a calendar of the server, as an iCalendar.
 #pragma once
 
 #include <map>
@@ -12,18 +12,18 @@
 
 namespace quorvel::freedesktop::eds {
 
-// Everything that repeats and every exception, wherever they lie.
+// All events that repeat and all exceptions, at any time.
 //
-// A search by time alone would do with fewer, but the server finds a changed exception by the time
-// that it had when the calendar was loaded, and expands each rule to tell whether it meets the
-// range. That takes it three times as long as handing them all out.
+// A search by time would return fewer. But the server finds a changed exception by the time that it
+// had when the calendar was loaded, and expands each rule to find out whether it meets the range,
+// which takes it three times as long as returning all.
 inline constexpr const char* repeatingEventsQuery = "(has-recurrences?)";
 
-// Those that are once only and may meet the range, whatever the zones are. All of them where the
-// range reaches to where the server counts no time.
+// The events that do not repeat and may meet the range in any time zone. All of them where the
+// range extends beyond the times that the server can represent.
 std::string singleEventsQuery(SearchedRange range);
 
-// Definitions of zones by name; empty where there is none.
+// Definitions of time zones by name; empty for a zone without one.
 using ZoneTexts = std::map<std::string, std::string>;
 
 struct FetchedEvents {
@@ -31,8 +31,8 @@ struct FetchedEvents {
     ErrorHandle error;
 };
 
-// Blocks until the server answers or the question is cancelled. `zones` are those that were asked
-// for before, and grows.
+// Blocks until the server answers or the request is cancelled. `zones` caches those that were
+// fetched before, and grows.
 FetchedEvents fetchEvents(ECalClient& client, SearchedRange range, ZoneTexts& zones,
                           GCancellable& cancellable);
 

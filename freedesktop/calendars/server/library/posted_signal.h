@@ -1,4 +1,4 @@
-// Signals of the library's objects, which come on threads of its choice.
+// Signals of the library's objects, which the library emits on any thread.
 #pragma once
 
 #include <functional>
@@ -9,9 +9,9 @@
 
 namespace quorvel::freedesktop::eds {
 
-// Posts the call each time the signal is emitted, on whatever thread and with whatever arguments,
-// until the handler is disconnected; a call that was posted before still runs. A call that uses an
-// object binds a weak pointer to it, as the object may be gone by then. Returns the handler.
+// Posts the call whenever the signal is emitted, on any thread and with any arguments, until the
+// handler is disconnected; a call that was posted before still runs. A call that uses an object
+// binds a weak pointer to it, as the object may have been destroyed by then. Returns the handler.
 gulong connectPosted(gpointer object, const char* signal, const Mailbox& mailbox,
                      std::function<void()> call);
 

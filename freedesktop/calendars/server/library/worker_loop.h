@@ -1,4 +1,4 @@
-// A thread with a main loop of its own, on which everything of the library that calls back lives.
+// A thread with a main loop of its own, for all objects of the library that have callbacks.
 #pragma once
 
 #include <functional>
@@ -10,13 +10,13 @@
 namespace quorvel::freedesktop::eds {
 
 // Runs calls on the loop's thread, one after the other. For several threads: a mutex guards the
-// calls that wait. A mailbox may outlive its loop; calls that are posted then never run.
+// queue of calls. A mailbox may outlive its loop; calls that are posted then never run.
 class Mailbox {
 public:
     Mailbox();
 
     void post(std::function<void()> call) const;
-    // Runs the call these seconds later, or a little after that.
+    // Runs the call after this many seconds or a little later.
     void postLater(double seconds, std::function<void()> call) const;
     GMainContext* context() const;
 

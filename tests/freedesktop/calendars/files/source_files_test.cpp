@@ -139,7 +139,7 @@ TEST_F(SourceFilesTest, OpensNothingButFiles) {
     std::filesystem::create_symlink(folder / "a.ics", folder / "link.ics");
     use();
     EXPECT_EQ(titles(), "a,link");
-    EXPECT_EQ(problemWithSource(CalendarSource::at(folder / "pipe.ics")),
+    EXPECT_EQ(checkSource(CalendarSource::at(folder / "pipe.ics")).error().what,
               "it is neither a file nor a folder");
 }
 
@@ -260,9 +260,9 @@ TEST_F(SourceFilesTest, DefaultSourcesNeedNotExist) {
 }
 
 TEST(CalendarSource, OfAKindThatIsNotReadIsNamed) {
-    EXPECT_TRUE(problemWithSource(CalendarSource::at("eds:")));
-    EXPECT_TRUE(problemWithSource(CalendarSource::at("")));
-    EXPECT_FALSE(problemWithSource(CalendarSource::inMemory("x", "")));
+    EXPECT_FALSE(checkSource(CalendarSource::at("eds:")));
+    EXPECT_FALSE(checkSource(CalendarSource::at("")));
+    EXPECT_TRUE(checkSource(CalendarSource::inMemory("x", "")));
 }
 
 } // namespace
