@@ -12,19 +12,19 @@
 namespace quorvel::icalendar {
 namespace {
 
-class DayWalk {
+class DayWalk final : private FertilityTest {
 public:
     DayWalk(const RecurrenceRequest& request, OccurrenceCollector& collector)
         : m_request(request)
         , m_rule(request.rule)
         , m_collector(collector)
-        , m_startDay(dayOf(request.start))
+        , m_startDay(floorDivision(request.start, secondsPerDay))
         , m_days(request.rule, m_startDay)
         , m_search(m_days, collector)
         , m_positions(request.rule.positions) {}
 
     void run() {
-        m_collector.setFertilityTest([this] { return isEverFertile(); });
+        m_collector.setFertilityTest(this);
         if (!makeTimes()) {
             return;
         }
@@ -35,7 +35,6 @@ public:
         } else {
             walkPeriods();
         }
-        m_collector.setFertilityTest(nullptr);
     }
 
 private:
@@ -122,7 +121,7 @@ private:
     }
 
     // Whether the rule admits any day at all, and its longest period reaches a position.
-    bool isEverFertile() const {
+    bool isEverFertile() const override {
         const auto longest = static_cast<std::int64_t>(m_times.size()) * longestPeriod(m_rule);
         return RuleDays(m_rule, m_startDay).includesAny() &&
                (!hasPositions() || m_positions.areWithin(longest));

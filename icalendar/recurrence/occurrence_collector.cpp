@@ -60,10 +60,6 @@ bool OccurrenceCollector::add(std::int64_t localTime) {
     return mayCountMore();
 }
 
-bool OccurrenceCollector::mayCountMore() const {
-    return !m_request.rule.count || m_counted < *m_request.rule.count;
-}
-
 // False: an earlier local time was moved to this one, out of a gap, and was counted.
 bool OccurrenceCollector::isCountedAnew(std::int64_t localTime) {
     if (!m_request.rule.count || !m_request.existingLocalTime) {

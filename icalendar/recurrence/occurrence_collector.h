@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <functional>
 #include <limits>
 #include <string>
 #include <utility>
@@ -19,6 +18,15 @@ namespace quorvel::icalendar {
 // So many times or positions of a day are written down in the time of one step.
 inline constexpr std::int64_t timesPerStep = 8;
 
+// Whether a rule has any occurrence at all.
+class FertilityTest {
+public:
+    virtual bool isEverFertile() const = 0;
+
+protected:
+    ~FertilityTest() = default;
+};
+
 // Local times are seconds since 1970 as if they were UTC; they are offered in ascending order. The
 // request must outlive it.
 class OccurrenceCollector {
@@ -27,9 +35,9 @@ public:
 
     OccurrenceCollector(const RecurrenceRequest& request, Purpose purpose);
 
-    // Asked once, after many steps without an occurrence: whether the rule has any occurrence at
-    // all. Without such a test it is taken to have some.
-    void setFertilityTest(std::function<bool()> test) { m_isFertile = std::move(test); }
+    // Asked once, after many steps without an occurrence. Null: the rule is taken to have some. The
+    // test must outlive the calls of spend() and offer().
+    void setFertilityTest(const FertilityTest* test) { m_fertilityTest = test; }
 
     // Candidates before the first wanted time and behind the last one need not be offered.
     std::int64_t firstWanted() const {
@@ -65,7 +73,7 @@ public:
         m_result.stepsSpent += steps;
         m_barrenSteps += steps;
         if (m_barrenSteps > mostBarrenSteps && !m_isKnownFertile) {
-            m_isKnownFertile = !m_isFertile || m_isFertile();
+            m_isKnownFertile = m_fertilityTest == nullptr || m_fertilityTest->isEverFertile();
             m_hasEnded = !m_isKnownFertile;
         }
         return !m_hasEnded;
@@ -82,13 +90,13 @@ private:
     static constexpr std::int64_t mostBarrenSteps = 2'000;
 
     bool add(std::int64_t localTime);
-    bool mayCountMore() const;
+    bool mayCountMore() const { return !m_request.rule.count || m_counted < *m_request.rule.count; }
     bool isCountedAnew(std::int64_t localTime);
     void storeWithinWindow(std::int64_t localTime);
     bool endForWantOfSteps();
 
     const RecurrenceRequest& m_request;
-    std::function<bool()> m_isFertile;
+    const FertilityTest* m_fertilityTest = nullptr;
     std::int64_t m_from;
     std::int64_t m_to;
     bool m_skipsToWindow; // nothing before the window has to be counted

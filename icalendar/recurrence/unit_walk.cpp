@@ -13,12 +13,12 @@
 namespace quorvel::icalendar {
 namespace {
 
-class UnitWalk {
+class UnitWalk final : private FertilityTest {
 public:
     UnitWalk(const RecurrenceRequest& request, OccurrenceCollector& collector)
         : m_rule(request.rule)
         , m_collector(collector)
-        , m_startDay(dayOf(request.start))
+        , m_startDay(floorDivision(request.start, secondsPerDay))
         , m_days(request.rule, m_startDay)
         , m_search(m_days, collector)
         , m_positions(request.rule.positions)
@@ -28,7 +28,7 @@ public:
                       floorRemainder(request.start, secondsOf(request.rule.frequency))) {}
 
     void run() {
-        m_collector.setFertilityTest([this] { return isEverFertile(); });
+        m_collector.setFertilityTest(this);
         std::int64_t begin = m_firstUnit;
         begin += std::max<std::int64_t>(m_collector.firstWanted() - begin, 0) / m_step * m_step;
         while (begin <= m_collector.lastWanted() && m_collector.spend(1)) {
@@ -39,7 +39,6 @@ public:
             const std::int64_t distance = admitted - begin;
             begin += distance <= m_step ? m_step : ceilingDivision(distance, m_step) * m_step;
         }
-        m_collector.setFertilityTest(nullptr);
     }
 
 private:
@@ -47,7 +46,7 @@ private:
     // which they admit none.
     std::int64_t nextAdmitted(std::int64_t localTime) {
         if (localTime - m_admittedMidnight >= secondsPerDay) { // local times only grow
-            const std::int64_t day = dayOf(localTime);
+            const std::int64_t day = floorDivision(localTime, secondsPerDay);
             const auto next = m_search.next(day, m_collector.lastWantedDay());
             if (next != day) {
                 return next.value_or(m_collector.lastWantedDay() + 1) * secondsPerDay;
@@ -70,7 +69,7 @@ private:
 
     // Whether its parts admit anything at all, on any day, at any time that the walk comes to: from
     // day to day it comes to the same times, this far from each other.
-    bool isEverFertile() const {
+    bool isEverFertile() const override {
         if (m_times.empty() || !RuleDays(m_rule, m_startDay).includesAny() ||
             (!m_rule.positions.empty() &&
              !m_positions.areWithin(static_cast<std::int64_t>(m_times.size())))) {

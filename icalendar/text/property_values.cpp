@@ -89,18 +89,6 @@ bool looksLikeLatin1(std::string_view bytes) {
     return isAny;
 }
 
-} // namespace
-
-std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(" \t");
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
-namespace {
-
 // Of 24:00:00; false for a later time, and where that day has no next one.
 bool makeNextMidnight(CivilTime& time) {
     const bool isMidnight = time.minute == 0 && time.second == 0;

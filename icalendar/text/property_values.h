@@ -52,7 +52,17 @@ std::optional<TimeValue> untilOf(std::string_view rule);
 // The parts between commas.
 std::vector<std::string_view> listParts(std::string_view text);
 
-std::string_view trimmed(std::string_view text); // of spaces and tabs
+// Without the spaces and tabs at both ends. In line, as nearly all values and parts are short.
+inline std::string_view trimmed(std::string_view text) {
+    const auto isBlank = [](char c) { return c == ' ' || c == '\t'; };
+    while (!text.empty() && isBlank(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && isBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
 
 // Escapes resolved. What is no UTF-8 anywhere is read as Latin-1; other stray bytes, and NUL,
 // become U+FFFD.
