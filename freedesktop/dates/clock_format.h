@@ -1,4 +1,4 @@
-// The user's own choice between the clocks of 12 and of 24 hours.
+// The user's choice between the 12-hour and the 24-hour format.
 #pragma once
 
 namespace quorvel::freedesktop {

@@ -13,20 +13,20 @@ NSDate SystemClock::now() const {
 }
 
 void AdjustableClock::setNow(NSDate instant) {
-    m_standsAt = instant;
+    m_stoppedAt = instant;
 }
 
 void AdjustableClock::runFrom(NSDate instant) {
-    m_standsAt.reset();
-    m_ahead = instant.timeIntervalSinceDate(SystemClock().now());
+    m_stoppedAt.reset();
+    m_offset = instant.timeIntervalSinceDate(SystemClock().now());
 }
 
 NSDate AdjustableClock::now() const {
-    return m_standsAt ? *m_standsAt : SystemClock().now().dateByAddingTimeInterval(m_ahead);
+    return m_stoppedAt ? *m_stoppedAt : SystemClock().now().dateByAddingTimeInterval(m_offset);
 }
 
 std::optional<NSDate> AdjustableClock::systemInstant(NSDate instant) const {
-    return m_standsAt ? std::nullopt : std::optional(instant.dateByAddingTimeInterval(-m_ahead));
+    return m_stoppedAt ? std::nullopt : std::optional(instant.dateByAddingTimeInterval(-m_offset));
 }
 
 } // namespace quorvel::freedesktop

@@ -1,4 +1,4 @@
-// The host's clocks: the system's own, and one that can be moved away from it.
+// Clocks for the platform: the system's, and one that can be set.
 #pragma once
 
 #include <optional>
@@ -12,21 +12,21 @@ public:
     platform::NSDate now() const override;
 };
 
-// Follows the system until it is set.
+// Follows the system's clock until it is set.
 class AdjustableClock final : public platform::Clock {
 public:
-    // Stands there from now on.
+    // Stops at that time.
     void setNow(platform::NSDate instant);
-    // Is there now, and keeps that distance from the system's clock.
+    // Runs from that time on.
     void runFrom(platform::NSDate instant);
 
     platform::NSDate now() const override;
-    // What the system's clock reads when this one reads `instant`; absent where this one stands.
+    // The system's time when this clock shows `instant`. Absent if this clock is stopped.
     std::optional<platform::NSDate> systemInstant(platform::NSDate instant) const;
 
 private:
-    std::optional<platform::NSDate> m_standsAt;
-    platform::NSTimeInterval m_ahead = 0; // of the system's clock, in seconds
+    std::optional<platform::NSDate> m_stoppedAt;
+    platform::NSTimeInterval m_offset = 0; // from the system's clock, in seconds
 };
 
 } // namespace quorvel::freedesktop

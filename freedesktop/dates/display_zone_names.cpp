@@ -1,6 +1,6 @@
-// A list of places is read place by place, as it changes from one edition of Windows to the next
-// and with its language; one known place tells the zone. Offsets are those in front of the places
-// at some time, and countries have changed theirs by an hour since.
+// Compares lists of places place by place, because they differ between versions and languages of
+// Windows; one known place identifies the zone. The offsets may be an hour off, because countries
+// have changed theirs.
 #include "freedesktop/dates/display_zone_names.h"
 
 #include <algorithm>
@@ -19,20 +19,8 @@ constexpr int tolerance = 60; // minutes
 
 using Places = std::vector<std::string>;
 
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-std::string_view trimmed(std::string_view text, std::string_view unwanted) {
-    const std::size_t first = text.find_first_not_of(unwanted);
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(unwanted) - first + 1);
-}
-
 bool consume(std::string_view& text, std::string_view head) {
-    if (text.substr(0, head.size()) != head) {
+    if (!text.starts_with(head)) {
         return false;
     }
     text.remove_prefix(head.size());
@@ -48,7 +36,7 @@ void skipSpaces(std::string_view& text) {
 std::optional<int> consumeNumber(std::string_view& text) {
     int value = 0;
     std::size_t digits = 0;
-    while (digits < 2 && digits < text.size() && isDigit(text[digits])) {
+    while (digits < 2 && digits < text.size() && isAsciiDigit(text[digits])) {
         value = value * 10 + (text[digits++] - '0');
     }
     text.remove_prefix(digits);
@@ -58,7 +46,7 @@ std::optional<int> consumeNumber(std::string_view& text) {
 std::optional<int> consumeHoursAndMinutes(std::string_view& text) {
     const auto hours = consumeNumber(text);
     std::optional<int> minutes = 0;
-    if (consume(text, ":") || consume(text, ".") || (!text.empty() && isDigit(text.front()))) {
+    if (consume(text, ":") || consume(text, ".") || (!text.empty() && isAsciiDigit(text.front()))) {
         minutes = consumeNumber(text);
     }
     if (!hours || !minutes || *hours > 14 || *minutes > 59) {
@@ -67,7 +55,7 @@ std::optional<int> consumeHoursAndMinutes(std::string_view& text) {
     return *hours * 60 + *minutes;
 }
 
-// What stands before the places, in lower case; the places remain.
+// Consumes the offset before the places. The text is in lower case.
 std::optional<int> consumeOffset(std::string_view& text) {
     skipSpaces(text);
     if (!consume(text, "(")) {
@@ -95,8 +83,8 @@ std::optional<int> consumeOffset(std::string_view& text) {
     return isWest ? -*minutes : *minutes;
 }
 
-// Without what tells editions and countries apart: "Eastern Time (US & Canada)", "Moscow (RTZ 2)",
-// "Monterrey - Old".
+// Without the parts that distinguish editions and countries: "Eastern Time (US & Canada)", "Moscow
+// (RTZ 2)", "Monterrey - Old".
 std::string_view plainPlace(std::string_view place) {
     place = place.substr(0, place.find('('));
     for (const std::string_view edition : {" - old", " - new"}) {
@@ -150,7 +138,8 @@ const DisplayedZone* findPlace(std::string_view place, int minutes, int farthest
     return found == last ? nullptr : found->second;
 }
 
-// A list that is known as a whole goes first: its places may have parted since.
+// A list that is known as a whole takes precedence, because its places may be in different zones
+// now.
 const DisplayedZone* findZone(const Places& places, int minutes) {
     if (const DisplayedZone* const zone = findPlace(joined(places), minutes, tolerance)) {
         return zone;
@@ -187,8 +176,7 @@ std::optional<std::string_view> zoneOfDisplayName(std::string_view displayName) 
     return zone == nullptr ? std::nullopt : std::optional(zone->zone);
 }
 
-// From west to east. A list of several places stands for a wording whose first place is by now in
-// another zone.
+// From west to east. An entry with a comma is a list whose first place is in another zone now.
 const std::vector<DisplayedZone>& displayedZones() {
     static const std::vector<DisplayedZone> zones{
         {-720, "International Date Line West|Eniwetok|Kwajalein", "Etc/GMT+12"},

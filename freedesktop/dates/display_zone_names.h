@@ -1,5 +1,5 @@
-// The names under which Windows shows its zones, such as "(UTC+01:00) Amsterdam, Berlin, Bern":
-// some programs write them where the name of a zone belongs.
+// The display names of time zones on Windows, such as "(UTC+01:00) Amsterdam, Berlin, Bern". Some
+// programs write them instead of a zone identifier.
 #pragma once
 
 #include <optional>
@@ -8,16 +8,15 @@
 
 namespace quorvel::freedesktop {
 
-// Whether the text begins with an offset in parentheses: "(UTC+01:00)", "(GMT-3)", "(GMT+05.30)",
-// "(UTC)". Minutes east of UTC, as in winter; absent where it does not.
+// The offset in parentheses at the start of the text: "(UTC+01:00)", "(GMT-3)", "(GMT+05.30)",
+// "(UTC)". In minutes east of UTC, standard time. Absent: there is none.
 std::optional<int> statedOffset(std::string_view displayName);
 
-// The IANA name of the zone, by its places and the offset in front of them. Absent without such an
-// offset, and where no place is known that lies within an hour of it. The text may be longer than
-// any name; what is too long is not known.
+// The IANA name of the zone, found by the places and the offset in front of them. Absent without an
+// offset, or if no known place is within an hour of it. The text may have any length.
 std::optional<std::string_view> zoneOfDisplayName(std::string_view displayName);
 
-// What is known: the places of a zone, parted by '|', and the offset that is shown before them.
+// A known zone: its places, separated by '|', and the offset that is shown before them.
 struct DisplayedZone {
     int minutes; // east of UTC
     std::string_view places;

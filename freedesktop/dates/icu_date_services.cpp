@@ -23,9 +23,9 @@ using platform::NSDateFormatter;
 using platform::NSDateFormatterStyle;
 
 constexpr double millisecondsPerSecond = 1000;
-// Some 15,000 years either way: calendars that follow the moon take their time beyond.
+// About 15,000 years in both directions: ICU's lunar calendars are slow beyond.
 constexpr double farthestPrintedSecond = 5e11;
-constexpr std::size_t mostRemembered = 64;
+constexpr std::size_t mostCached = 64;
 constexpr std::size_t longestPattern = 256;
 
 std::string utf8(const icu::UnicodeString& text) {
@@ -50,7 +50,7 @@ icu::DateFormat::EStyle icuStyle(NSDateFormatterStyle style) {
     return style == NSDateFormatterStyle::none ? icu::DateFormat::kNone : icu::DateFormat::kShort;
 }
 
-// The reform of 1582 is not known to the platform's calendar.
+// The platform's calendar does not have the reform of 1582.
 void makeProleptic(icu::SimpleDateFormat& format) {
     const icu::Calendar* const calendar = format.getCalendar();
     if (dynamic_cast<const icu::GregorianCalendar*>(calendar) == nullptr) {
@@ -67,14 +67,14 @@ void makeProleptic(icu::SimpleDateFormat& format) {
 
 template <class Map>
 void makeRoom(Map& map) {
-    if (map.size() >= mostRemembered) {
+    if (map.size() >= mostCached) {
         map.clear();
     }
 }
 
 } // namespace
 
-// What is remembered between captions: formatters by what they print, patterns by their skeleton.
+// Caches formatters by what they print and patterns by their skeleton.
 class IcuDateServices::Formats {
 public:
     Formats(const std::string& locale, ClockFormat clockFormat)
@@ -87,18 +87,18 @@ public:
     std::string printFixed(const std::string& pattern, NSDate date);
     std::string printStyles(NSDateFormatterStyle dateStyle, NSDateFormatterStyle timeStyle,
                             NSDate date);
-    // `day` counts from today.
+    // `day` is relative to today.
     std::string printRelative(bool withTime, std::int64_t day, NSDate date);
 
 private:
     using Format = std::unique_ptr<icu::SimpleDateFormat>;
 
-    // The formatters show UTC, in which the wall clock's reading is a date like any other: ICU's
-    // own zones are older than the machine's.
+    // The formatters use UTC and get the local time as if it were UTC, because ICU's time zone data
+    // may be older than the machine's.
     std::string print(const Format& format, NSDate date) const {
         icu::UnicodeString text;
-        const NSDate reading = date.dateByAddingTimeInterval(offsetAt(*m_zone, date));
-        return format ? utf8(format->format(printable(reading), text)) : std::string();
+        const NSDate shifted = date.dateByAddingTimeInterval(offsetAt(*m_zone, date));
+        return format ? utf8(format->format(printable(shifted), text)) : std::string();
     }
 
     static Format finished(Format format) {
@@ -109,12 +109,12 @@ private:
         return format;
     }
 
-    // The locale data has clocks that lack their marker.
+    // Some locale data lack the AM/PM marker in 12-hour patterns.
     icu::UnicodeString withUsersClock(const icu::UnicodeString& pattern) const {
         return patternWithClock(pattern, m_clockFormat);
     }
 
-    // Made through the styles, so that it keeps what the locale says about numbers in dates.
+    // Created from the styles, because these include the locale's number format for dates.
     Format styled(NSDateFormatterStyle dateStyle, NSDateFormatterStyle timeStyle) const {
         std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
             icuStyle(dateStyle), icuStyle(timeStyle), m_locale));

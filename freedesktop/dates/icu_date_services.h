@@ -1,5 +1,5 @@
-// Calendar arithmetic and captions in a chosen time zone and locale, with relative day words that
-// follow the host's clock.
+// Calendar arithmetic and formatted dates in a time zone and locale. Relative day words follow the
+// platform's clock.
 #pragma once
 
 #include <cstdint>
@@ -15,14 +15,14 @@
 
 namespace quorvel::freedesktop {
 
-// Days are counted in the proleptic Gregorian calendar; a short date is printed in the calendar
-// that the locale uses. Formatters and hour patterns are remembered. For one thread at a time.
+// Counts days in the proleptic Gregorian calendar, but prints a short date in the calendar of the
+// locale. Caches formatters and patterns.
 //
-// Before and after the AM/PM marker stands a plain space, as in the fixed patterns of the captions:
-// the narrow one of newer locale data would give two spellings of the same time in one list.
+// Puts a plain space beside the AM/PM marker, as the fixed patterns of the widget do: the narrow
+// space of newer locale data would give two spellings of the same time in one list.
 class IcuDateServices final : public platform::DateServices {
 public:
-    // The clock must outlive this. `locale` is an identifier as canonicalLocale() gives it.
+    // The clock must outlive the object. `locale` is in the form of canonicalLocale().
     IcuDateServices(const platform::Clock& clock, std::shared_ptr<const TimeZone> zone,
                     std::string locale);
     ~IcuDateServices() override;
@@ -31,7 +31,7 @@ public:
 
     void setTimeZone(std::shared_ptr<const TimeZone> zone);
     void setLocale(const std::string& locale);
-    // Goes before what the locale says, in patterns of the caller's own too.
+    // Overrides the locale, also in patterns that the caller supplies.
     void setClockFormat(ClockFormat clockFormat);
 
     platform::NSDateComponents components(unsigned units, platform::NSDate date) const override;

@@ -1,9 +1,11 @@
 #include "freedesktop/dates/instant_text.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
+#include "base/ascii_text.h"
 #include "base/civil_calendar.h"
 
 namespace quorvel::freedesktop {
@@ -11,7 +13,7 @@ namespace {
 
 constexpr std::size_t longestInstant = 64;
 
-// Reads a text from its beginning; whoever asks for what is not there learns it.
+// Consumes a text from its start.
 class Reader {
 public:
     explicit Reader(std::string_view text)
@@ -29,89 +31,89 @@ public:
         return true;
     }
 
-    // Exactly `count` digits, not above `most`.
-    bool number(std::size_t count, int most, int& value) {
-        if (m_rest.size() < count) {
-            return false;
+    // Exactly `count` digits that make a number of at most `most`.
+    std::optional<int> number(std::size_t count, int most) {
+        const std::string_view digits = m_rest.substr(0, count);
+        if (digits.size() < count || !std::all_of(digits.begin(), digits.end(), isAsciiDigit)) {
+            return std::nullopt;
         }
-        int read = 0;
-        for (const char c : m_rest.substr(0, count)) {
-            if (!isDigit(c)) {
-                return false;
-            }
-            read = read * 10 + (c - '0');
+        int value = 0;
+        for (const char digit : digits) {
+            value = value * 10 + (digit - '0');
         }
-        if (read > most) {
-            return false;
+        if (value > most) {
+            return std::nullopt;
         }
         m_rest.remove_prefix(count);
-        value = read;
-        return true;
+        return value;
     }
 
-    bool fraction(double& value) {
+    std::optional<double> fraction() {
         double weight = 0.1;
-        value = 0;
-        bool any = false;
-        while (!m_rest.empty() && isDigit(m_rest.front())) {
-            value += weight * (m_rest.front() - '0');
+        std::optional<double> value;
+        while (!m_rest.empty() && isAsciiDigit(m_rest.front())) {
+            value = value.value_or(0) + weight * (m_rest.front() - '0');
             weight /= 10;
             m_rest.remove_prefix(1);
-            any = true;
         }
-        return any;
+        return value;
     }
 
     char front() const { return m_rest.empty() ? '\0' : m_rest.front(); }
 
 private:
-    static bool isDigit(char c) { return c >= '0' && c <= '9'; }
-
     std::string_view m_rest;
 };
 
-bool readDate(Reader& reader, CivilTime& time) {
-    if (!reader.number(4, 9999, time.year) || !reader.skip('-') ||
-        !reader.number(2, 12, time.month) || !reader.skip('-') || !reader.number(2, 31, time.day)) {
-        return false;
+// The local midnight of the date.
+std::optional<CivilTime> readDate(Reader& reader) {
+    const auto year = reader.number(4, 9999);
+    const auto month = year && reader.skip('-') ? reader.number(2, 12) : std::nullopt;
+    const auto day = month && reader.skip('-') ? reader.number(2, 31) : std::nullopt;
+    if (!day || *year < 1 ||
+        civilDay(dayNumber(*year, *month, *day)) != CivilDay{*year, *month, *day}) {
+        return std::nullopt;
     }
-    const CivilDay day = civilDay(dayNumber(time.year, time.month, time.day));
-    return time.year >= 1 && day == CivilDay{time.year, time.month, time.day};
+    return CivilTime{*year, *month, *day};
 }
 
-// A leap second is read as the second after it.
-bool readTime(Reader& reader, CivilTime& time, double& fraction) {
-    if (!reader.number(2, 23, time.hour) || !reader.skip(':') ||
-        !reader.number(2, 59, time.minute)) {
-        return false;
+struct TimeOfDay {
+    int hour = 0;
+    int minute = 0;
+    int second = 0; // 60: a leap second
+    double fraction = 0;
+};
+
+std::optional<TimeOfDay> readTime(Reader& reader) {
+    const auto hour = reader.number(2, 23);
+    const auto minute = hour && reader.skip(':') ? reader.number(2, 59) : std::nullopt;
+    if (!minute) {
+        return std::nullopt;
     }
     if (!reader.skip(':')) {
-        return true;
+        return TimeOfDay{*hour, *minute};
     }
-    return reader.number(2, 60, time.second) &&
-           (!reader.skipAny(".,") || reader.fraction(fraction));
+    const auto second = reader.number(2, 60);
+    const std::optional<double> fraction = second && reader.skipAny(".,") ? reader.fraction() : 0;
+    if (!second || !fraction) {
+        return std::nullopt;
+    }
+    return TimeOfDay{*hour, *minute, *second, *fraction};
 }
 
-// Seconds east of Greenwich.
-bool readOffset(Reader& reader, int& offset) {
+// Seconds east of UTC.
+std::optional<int> readOffset(Reader& reader) {
     if (reader.skipAny("zZ")) {
-        offset = 0;
-        return true;
+        return 0;
     }
-    const bool west = reader.front() == '-';
-    int hours = 0;
-    int minutes = 0;
-    if (!reader.skipAny("+-") || !reader.number(2, 23, hours)) {
-        return false;
+    const int sign = reader.front() == '-' ? -1 : 1;
+    const auto hours = reader.skipAny("+-") ? reader.number(2, 23) : std::nullopt;
+    if (!hours || reader.atEnd()) {
+        return hours ? std::optional(sign * *hours * 3600) : std::nullopt;
     }
-    if (!reader.atEnd()) {
-        reader.skip(':');
-        if (!reader.number(2, 59, minutes)) {
-            return false;
-        }
-    }
-    offset = (west ? -1 : 1) * (hours * 3600 + minutes * 60);
-    return true;
+    reader.skip(':');
+    const auto minutes = reader.number(2, 59);
+    return minutes ? std::optional(sign * (*hours * 3600 + *minutes * 60)) : std::nullopt;
 }
 
 } // namespace
@@ -121,29 +123,32 @@ std::optional<platform::NSDate> parseInstant(std::string_view text, const TimeZo
         return std::nullopt;
     }
     Reader reader(text);
-    CivilTime time;
-    if (!readDate(reader, time)) {
+    auto time = readDate(reader);
+    if (!time) {
         return std::nullopt;
     }
     if (reader.atEnd()) {
-        return dateOf(zone, time);
+        return dateOf(zone, *time);
     }
-    double fraction = 0;
-    if (!reader.skipAny("Tt ") || !readTime(reader, time, fraction)) {
+    const auto timeOfDay = reader.skipAny("Tt ") ? readTime(reader) : std::nullopt;
+    if (!timeOfDay) {
         return std::nullopt;
     }
+    time->hour = timeOfDay->hour;
+    time->minute = timeOfDay->minute;
+    time->second = timeOfDay->second;
     if (reader.atEnd()) {
-        return dateOf(zone, time).dateByAddingTimeInterval(fraction);
+        return dateOf(zone, *time).dateByAddingTimeInterval(timeOfDay->fraction);
     }
-    int offset = 0;
-    if (!readOffset(reader, offset) || !reader.atEnd()) {
+    const auto offset = readOffset(reader);
+    if (!offset || !reader.atEnd()) {
         return std::nullopt;
     }
-    return dateOf(*utcTimeZone(), time).dateByAddingTimeInterval(fraction - offset);
+    return dateOf(*utcTimeZone(), *time).dateByAddingTimeInterval(timeOfDay->fraction - *offset);
 }
 
-// An offset of old local time has seconds, which the form has no place for: the wall time is
-// then written for the whole minutes, so that the instant stays the same.
+// The format has no seconds in an offset, but old local times do. The local time is then written
+// for the offset in whole minutes, so that the instant is correct.
 std::string rfc3339(platform::NSDate date, const TimeZone& zone) {
     const int offset = offsetAt(zone, date) / 60 * 60;
     const CivilTime time =

@@ -1,4 +1,4 @@
-// Instants as text, the way RFC 3339 writes them.
+// Parses and formats instants as in RFC 3339.
 #pragma once
 
 #include <optional>
@@ -11,8 +11,8 @@
 namespace quorvel::freedesktop {
 
 // "2026-03-10T10:00:00Z", also with a fraction, an offset ("+01:00", "+0100", "+01"), without
-// seconds, or with a space for the "T". Without an offset it is wall time in `zone`; a date alone
-// is its local midnight. Years 0001 to 9999. Absent for anything else.
+// seconds, or with a space for the "T". Without an offset it is local time in `zone`; a date alone
+// means its local midnight. Years 0001 to 9999. Absent: the text is not such an instant.
 std::optional<platform::NSDate> parseInstant(std::string_view text, const TimeZone& zone);
 
 // "2026-03-10T10:00:00+01:00": whole seconds, always with a numeric offset ("+00:00" for UTC).

@@ -7,6 +7,8 @@
 #include <unicode/uenum.h>
 #include <unicode/uloc.h>
 
+#include "base/ascii_text.h"
+
 namespace quorvel::freedesktop {
 namespace {
 
@@ -41,13 +43,12 @@ const KnownNames& knownNames() {
     return known;
 }
 
-bool mayStandInLocale(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           std::string_view("_-.@=;+").find(c) != std::string_view::npos;
+bool mayBeInLocale(char c) {
+    return isAsciiLetterOrDigit(c) || std::string_view("_-.@=;+").find(c) != std::string_view::npos;
 }
 
-// The modifiers of POSIX that mean a script or a variant; currencies and the like say nothing
-// about dates.
+// The script of a POSIX modifier. Empty for modifiers such as currencies, which do not concern
+// dates.
 std::string_view subtagOfModifier(std::string_view modifier) {
     if (modifier == "latin" || modifier == "Latn") {
         return "Latn";
@@ -78,7 +79,7 @@ icu::Locale fromPosix(std::string_view name) {
     return icu::Locale::createFromName(identifier.c_str());
 }
 
-// Languages of RFC 5646 are written with hyphens; ICU cuts at what it cannot read.
+// For a language tag of RFC 5646. ICU parses only up to the first invalid part.
 std::optional<icu::Locale> fromLanguageTag(std::string_view name) {
     const std::string tag(name);
     std::string identifier(longestName * 4, '\0');
@@ -105,7 +106,7 @@ bool isKnown(const icu::Locale& locale) {
 
 std::optional<std::string> canonicalLocale(std::string_view name) {
     if (name.empty() || name.size() > longestName ||
-        !std::all_of(name.begin(), name.end(), mayStandInLocale)) {
+        !std::all_of(name.begin(), name.end(), mayBeInLocale)) {
         return std::nullopt;
     }
     const std::string_view withoutCodeset = name.substr(0, name.find_first_of(".@"));

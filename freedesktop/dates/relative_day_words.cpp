@@ -1,5 +1,5 @@
-// ICU's own relative formatter counts from the machine's clock. It is asked once for its words, by
-// dates around the machine's today; which word is due is decided by the host's clock elsewhere.
+// ICU's relative formatter uses the system's clock. It only supplies the words, by formatting the
+// days around the system's today; the caller chooses the word by the platform's clock.
 #include "freedesktop/dates/relative_day_words.h"
 
 #include <cmath>
@@ -53,7 +53,7 @@ icu::UnicodeString formatted(const icu::LocalUDateFormatPointer& format, double 
     return text;
 }
 
-double machinesDay() {
+double systemDay() {
     return std::floor(ucal_getNow() / millisecondsPerDay);
 }
 
@@ -69,8 +69,8 @@ RelativeDayWords::RelativeDayWords(const icu::Locale& locale) {
     readWords(locale);
 }
 
-// The pattern of both holds the patterns of each; what remains joins them. Locales have a joint of
-// their own for relative dates, so it is read from the relative formatter.
+// The pattern for date and time contains both single patterns; the remainder joins them. Locales
+// have a special joining pattern for relative dates, so it is taken from the relative formatter.
 void RelativeDayWords::readPatterns(const icu::Locale& locale) {
     const auto pattern = [&locale](UDateFormatStyle date, UDateFormatStyle time) {
         return patternOf(openFormat(locale, date, time, UDISPCTX_CAPITALIZATION_NONE));
@@ -97,8 +97,8 @@ void RelativeDayWords::readPatterns(const icu::Locale& locale) {
     m_timePattern = withPlainSpaces(withLocalesClock(m_timePattern, locale));
 }
 
-// A day without a word is printed as a plain date. Should the machine's midnight pass in between,
-// the words are read again.
+// ICU prints a day without a word as a plain date. Repeats everything if the system's clock passes
+// midnight meanwhile.
 void RelativeDayWords::readWords(const icu::Locale& locale) {
     const auto listItem = openFormat(locale, UDAT_SHORT_RELATIVE, UDAT_NONE,
                                      UDISPCTX_CAPITALIZATION_FOR_UI_LIST_OR_MENU);
@@ -106,7 +106,7 @@ void RelativeDayWords::readWords(const icu::Locale& locale) {
         openFormat(locale, UDAT_SHORT_RELATIVE, UDAT_NONE, UDISPCTX_CAPITALIZATION_NONE);
     const auto date = openFormat(locale, UDAT_SHORT, UDAT_NONE, UDISPCTX_CAPITALIZATION_NONE);
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-        const double today = machinesDay();
+        const double today = systemDay();
         for (std::int64_t day = -farthestDay; day <= farthestDay; ++day) {
             const double noon = (today + static_cast<double>(day) + 0.5) * millisecondsPerDay;
             Word& word = m_words[static_cast<std::size_t>(day + farthestDay)];
@@ -115,7 +115,7 @@ void RelativeDayWords::readWords(const icu::Locale& locale) {
                 word = {};
             }
         }
-        if (machinesDay() == today) {
+        if (systemDay() == today) {
             return;
         }
     }
@@ -134,7 +134,7 @@ icu::UnicodeString RelativeDayWords::datePattern(std::int64_t day) const {
     return word == nullptr ? m_datePattern : quoted(word->alone);
 }
 
-// A word that follows the time is not at the beginning, and so not capitalised.
+// A word behind the time is not at the start, so it is not capitalised.
 icu::UnicodeString RelativeDayWords::dateAndTimePattern(std::int64_t day) const {
     const Word* const word = wordFor(day);
     const bool atStart = m_dateFirst && m_beforeFirst.isEmpty();

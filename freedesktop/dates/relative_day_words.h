@@ -1,5 +1,5 @@
-// The locale's words for the days around today, and how a word and a time stand together. ICU types
-// are used here: for this folder alone.
+// The locale's words for the days around today, and its patterns of a word with a time. Only for
+// this folder, because it uses ICU types.
 #pragma once
 
 #include <array>
@@ -15,13 +15,13 @@ class RelativeDayWords {
 public:
     explicit RelativeDayWords(const icu::Locale& locale);
 
-    // Patterns of a date format. With a word for that day (-1: yesterday) the word stands in place
-    // of the date, capitalised as an item of a list is.
+    // Date format patterns for a day relative to today (-1: yesterday). If the locale has a word
+    // for the day, it replaces the date, capitalised as an item of a list.
     icu::UnicodeString datePattern(std::int64_t day) const;
     icu::UnicodeString dateAndTimePattern(std::int64_t day) const;
 
 private:
-    static constexpr std::int64_t farthestDay = 3; // no locale has a word beyond
+    static constexpr std::int64_t farthestDay = 3; // no locale has words for more distant days
 
     struct Word {
         icu::UnicodeString alone; // empty: no word for this day

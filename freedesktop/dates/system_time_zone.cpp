@@ -7,6 +7,7 @@
 
 #include <glib.h>
 
+#include "base/ascii_text.h"
 #include "base/civil_calendar.h"
 #include "base/integer_division.h"
 #include "base/time_units.h"
@@ -14,12 +15,12 @@
 namespace quorvel::freedesktop {
 namespace {
 
-// The library works rules out to the year 2999; what follows is like it was 400 years, and so a
-// whole number of weeks, before.
+// GLib evaluates rules up to the year 2999. Later years equal those 400 years before, which is a
+// whole number of weeks.
 constexpr std::int64_t secondsPerCycle = 146097 * secondsPerDay;
-constexpr std::int64_t lastWorkedOut = 26179200000; // in the year 2799
-// No zone lies further from UTC, not even on the day on which one changed to the other side of the
-// date line; and none changes twice within so many hours before and after.
+constexpr std::int64_t lastEvaluated = 26179200000; // in the year 2799
+// No offset is larger, not even when a zone moves to the other side of the date line; and no zone
+// changes twice within that time before and after an instant.
 constexpr std::int64_t margin = 30 * 3600;
 
 struct ZoneUnref {
@@ -36,9 +37,9 @@ public:
     const std::string& identifier() const override { return m_identifier; }
 
     int offsetAt(std::int64_t instant) const override {
-        if (instant > lastWorkedOut) {
+        if (instant > lastEvaluated) {
             instant -=
-                (floorDivision(instant - lastWorkedOut, secondsPerCycle) + 1) * secondsPerCycle;
+                (floorDivision(instant - lastEvaluated, secondsPerCycle) + 1) * secondsPerCycle;
         }
         const int interval =
             g_time_zone_find_interval(m_zone.get(), G_TIME_TYPE_UNIVERSAL, instant);
@@ -57,7 +58,7 @@ private:
         if (late + offsetAt(late) == local && late >= early) {
             return late;
         }
-        // Valid, or within a gap, over which the offset before it moves the reading.
+        // A valid local time, or one in a gap, to which the offset before the gap applies.
         return late + offsetAt(late) == local && early + offsetAt(early) != local ? late : early;
     }
 
@@ -69,20 +70,18 @@ bool isCapital(char c) {
     return c >= 'A' && c <= 'Z';
 }
 
-bool mayStandInPart(char c) {
-    return isCapital(c) || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' ||
-           c == '+' || c == '-';
+bool mayBeInPart(char c) {
+    return isAsciiLetterOrDigit(c) || c == '_' || c == '+' || c == '-';
 }
 
 bool isPlainName(std::string_view name) {
     constexpr std::size_t longest = 64;
     const bool hasEmptyPart = name.find("//") != std::string_view::npos || name.ends_with('/');
     return !name.empty() && name.size() <= longest && isCapital(name.front()) && !hasEmptyPart &&
-           std::all_of(name.begin(), name.end(),
-                       [](char c) { return c == '/' || mayStandInPart(c); });
+           std::all_of(name.begin(), name.end(), [](char c) { return c == '/' || mayBeInPart(c); });
 }
 
-// Where the library looks for zones.
+// The folder that GLib reads zones from.
 std::string zoneFolder() {
     const char* const folder = g_getenv("TZDIR");
     return folder != nullptr ? folder : "/usr/share/zoneinfo";

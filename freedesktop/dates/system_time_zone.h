@@ -1,5 +1,4 @@
-// A time zone as the machine's own files have it: they are kept up to date with what governments
-// decide, and the data inside ICU is not.
+// Time zones from the machine's zone files, which are updated more often than ICU's data.
 #pragma once
 
 #include <memory>
@@ -9,11 +8,12 @@
 
 namespace quorvel::freedesktop {
 
-// Null where the machine has no such zone, or where the name is no plain one of the IANA: parts of
-// letters, digits, '_', '+' and '-' between slashes, the first one with a capital.
+// Null if the machine has no such zone or the name is not a plain IANA name: parts of letters,
+// digits,
+// '_', '+' and '-' separated by slashes, starting with a capital letter.
 std::shared_ptr<const TimeZone> makeSystemTimeZone(const std::string& name);
 
-// Of the machine's files, for instance "# version 2025b"; empty where they do not say it.
+// The edition of the machine's zone files, such as "# version 2025b". Empty: unknown.
 std::string systemTimeZoneEdition();
 
 } // namespace quorvel::freedesktop

@@ -28,7 +28,7 @@ bool isMinuteOrSecondField(char16_t c) {
     return c == u'm' || c == u's' || c == u'S';
 }
 
-// The usual two stand for each other, and so do the rare two.
+// Replaces 'h' and 'H' by each other, and 'K' and 'k'.
 char16_t hourOfClock(char16_t field, ClockFormat clockFormat) {
     const bool ofTwelve = clockFormat == ClockFormat::twelveHours;
     switch (field) {
@@ -43,7 +43,7 @@ char16_t hourOfClock(char16_t field, ClockFormat clockFormat) {
     }
 }
 
-// Without the marker and the blank that parts it from the time.
+// Removes the AM/PM marker and the blanks between it and the time.
 class MarkerRemoval {
 public:
     void append(char16_t c, bool isMarker) {
@@ -65,10 +65,10 @@ private:
     }
 
     icu::UnicodeString m_result;
-    bool m_dropsBlanks = false; // those that follow a marker at the beginning
+    bool m_dropsBlanks = false; // behind a marker at the start
 };
 
-// Calls `use(character, is it a field)` for each of a pattern's characters.
+// Calls `use(character, isField)` for each character of the pattern.
 template <class Use>
 void forEachCharacter(const icu::UnicodeString& pattern, Use use) {
     bool isQuoted = false;
@@ -82,15 +82,15 @@ void forEachCharacter(const icu::UnicodeString& pattern, Use use) {
 }
 
 icu::UnicodeString withTwentyFourHours(const icu::UnicodeString& pattern) {
-    MarkerRemoval kept;
-    forEachCharacter(pattern, [&kept](char16_t c, bool isField) {
-        kept.append(isField ? hourOfClock(c, ClockFormat::twentyFourHours) : c,
-                    isField && isDayPeriodField(c));
+    MarkerRemoval removal;
+    forEachCharacter(pattern, [&removal](char16_t c, bool isField) {
+        removal.append(isField ? hourOfClock(c, ClockFormat::twentyFourHours) : c,
+                       isField && isDayPeriodField(c));
     });
-    return kept.result();
+    return removal.result();
 }
 
-// A marker that is missing stands behind the last of the hour and what belongs to it.
+// A missing marker is added behind the last field of the time.
 icu::UnicodeString withTwelveHours(const icu::UnicodeString& pattern) {
     icu::UnicodeString result;
     bool hasMarker = false;

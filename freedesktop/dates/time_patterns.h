@@ -1,5 +1,4 @@
-// What is put right in the locale data's patterns of times. ICU types are used here: for this
-// folder alone.
+// Corrects the time patterns of the locale data. Only for this folder, because it uses ICU types.
 #pragma once
 
 #include <unicode/locid.h>
@@ -9,19 +8,19 @@
 
 namespace quorvel::freedesktop {
 
-// The locale with the user's clock named in it.
+// The locale with the user's clock format as a keyword.
 icu::Locale withClockFormat(icu::Locale locale, ClockFormat clockFormat);
-// The skeleton with its hours ("j" too) as that clock counts them.
+// The skeleton with the hour fields, "j" included, of that clock format.
 icu::UnicodeString skeletonWithClock(const icu::UnicodeString& skeleton, ClockFormat clockFormat);
-// The pattern with its hours as that clock counts them, and with the AM/PM marker that it needs or
-// without the one that it must not have. Quoted text stays as it is.
+// The pattern with the hour fields of that clock format. Adds or removes the AM/PM marker. Does not
+// change quoted text.
 icu::UnicodeString patternWithClock(const icu::UnicodeString& pattern, ClockFormat clockFormat);
 
 // The pattern with a plain space beside the AM/PM marker.
 icu::UnicodeString withPlainSpaces(icu::UnicodeString pattern);
 
-// A locale may name its clock ("en_US@hours=h23"). The hour skeleton follows it by itself, the
-// locale's short time does not: `pattern` with the short time in it replaced where it must be.
+// Applies a clock format in the locale's name ("en_US@hours=h23") to the short time in `pattern`.
+// ICU itself applies it only to skeletons.
 icu::UnicodeString withLocalesClock(icu::UnicodeString pattern, const icu::Locale& locale);
 
 } // namespace quorvel::freedesktop

@@ -1,5 +1,5 @@
-// Names come from strangers and are matched with those that are known before anything is opened.
-// ICU knows the names, those of Windows among them; the hours are the machine's own files'.
+// A name is untrusted, so it must match a known name before anything is opened. ICU supplies the
+// names, also those of Windows; the machine's zone files supply the offsets.
 #include "freedesktop/dates/time_zone.h"
 
 #include <algorithm>
@@ -24,9 +24,9 @@ namespace {
 
 constexpr double millisecondsPerSecond = 1000;
 constexpr std::size_t longestName = 200;
-constexpr std::size_t mostNamesRemembered = 4096;
+constexpr std::size_t mostCachedNames = 4096;
 
-// Where the machine has no zone files, and for offsets that are called by themselves.
+// For machines without zone files, and for fixed offsets.
 class IcuTimeZone final : public TimeZone {
 public:
     IcuTimeZone(std::unique_ptr<icu::BasicTimeZone> zone, std::string identifier)
@@ -51,7 +51,7 @@ public:
     }
 
 private:
-    // Within a gap the offset before it moves the local time forward; of two instants the latter.
+    // In a gap the offset before it applies. Of two possible instants it is the later one.
     int offsetFromLocal(double local) const {
         UErrorCode status = U_ZERO_ERROR;
         std::int32_t raw = 0;
@@ -67,28 +67,13 @@ private:
 
 using SharedZone = std::shared_ptr<const TimeZone>;
 
-bool isLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-bool mayStandInName(char c) {
-    return isLetter(c) || isDigit(c) ||
+bool mayBeInName(char c) {
+    return isAsciiLetterOrDigit(c) ||
            std::string_view("_+-/.: ()").find(c) != std::string_view::npos;
 }
 
-std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
-// ICU knows these abbreviations from elsewhere; no zone of the IANA bears them, and they mean
-// different places to different producers ("BST" would be Dhaka, "IST" Kolkata).
+// ICU knows these abbreviations, but they are not IANA names, and different programs mean different
+// places by them (ICU takes "BST" for Dhaka and "IST" for Kolkata).
 bool isAmbiguousAbbreviation(std::string_view lowerCaseName) {
     static constexpr std::array names{"act", "aet", "agt", "art", "ast", "bet", "bst", "cat", "cnt",
                                       "cst", "ctt", "eat", "ect", "iet", "ist", "jst", "mit", "net",
@@ -98,7 +83,7 @@ bool isAmbiguousAbbreviation(std::string_view lowerCaseName) {
 
 using NameTable = std::map<std::string, std::string, std::less<>>;
 
-// Every name that ICU knows, by its lower-case form.
+// All names that ICU knows, by their lower-case form.
 NameTable makeNameTable() {
     NameTable table;
     UErrorCode status = U_ZERO_ERROR;
@@ -124,8 +109,8 @@ const NameTable& nameTable() {
 }
 
 struct KnownName {
-    std::string name;    // ICU's
-    bool isExact = true; // false: it was asked for in another case
+    std::string name;    // in ICU's spelling
+    bool isExact = true; // false: the given name differs in upper and lower case
 };
 
 std::optional<KnownName> ianaName(std::string_view name) {
@@ -135,10 +120,10 @@ std::optional<KnownName> ianaName(std::string_view name) {
                                 : std::optional(KnownName{found->second, found->second == name});
 }
 
-// ICU minds the case of these.
+// ICU distinguishes upper and lower case in these names.
 std::optional<KnownName> nameFromWindows(std::string_view name) {
     if (name.find('/') != std::string_view::npos) {
-        return std::nullopt; // a resource path to ICU
+        return std::nullopt; // ICU would take it for a resource path
     }
     UErrorCode status = U_ZERO_ERROR;
     icu::UnicodeString id;
@@ -153,14 +138,14 @@ std::optional<KnownName> nameFromWindows(std::string_view name) {
     return result;
 }
 
-// "/mozilla.org/20050126_1/Europe/Berlin": what follows the prefix is the longest known end.
+// "/mozilla.org/20050126_1/Europe/Berlin": the longest known name at the end.
 std::optional<KnownName> nameBehindPrefix(std::string_view name) {
     if (name.substr(0, 1) != "/" && name.find("://") == std::string_view::npos) {
         return std::nullopt;
     }
     for (std::size_t slash = name.find('/'); slash != std::string_view::npos;
          slash = name.find('/', slash + 1)) {
-        const std::string_view end = trimmed(name.substr(slash + 1));
+        const std::string_view end = trimmed(name.substr(slash + 1), " ");
         if (auto known = ianaName(end)) {
             return known;
         }
@@ -173,7 +158,7 @@ std::optional<KnownName> nameBehindPrefix(std::string_view name) {
 
 std::optional<int> smallNumber(std::string_view digits) {
     if (digits.empty() || digits.size() > 2 ||
-        !std::all_of(digits.begin(), digits.end(), isDigit)) {
+        !std::all_of(digits.begin(), digits.end(), isAsciiDigit)) {
         return std::nullopt;
     }
     int value = 0;
@@ -189,7 +174,7 @@ struct FixedOffset {
     int minutes = 0;
 };
 
-// "GMT+5:30", "UTC-3", "GMT+0530": east of Greenwich is positive.
+// "GMT+5:30", "UTC-3", "GMT+0530"; positive east of UTC.
 std::optional<FixedOffset> fixedOffset(std::string_view name) {
     const std::string head = asciiLowerCase(name.substr(0, 3));
     if ((head != "gmt" && head != "utc") || name.size() < 5 || (name[3] != '+' && name[3] != '-')) {
@@ -232,10 +217,10 @@ std::optional<KnownName> knownName(std::string_view name) {
     if (const auto zone = zoneOfDisplayName(name)) {
         return KnownName{std::string(*zone), true};
     }
-    if (name.size() > longestName || !std::all_of(name.begin(), name.end(), mayStandInName)) {
+    if (name.size() > longestName || !std::all_of(name.begin(), name.end(), mayBeInName)) {
         return std::nullopt;
     }
-    const std::string_view asked = trimmed(name);
+    const std::string_view asked = trimmed(name, " ");
     if (asked.empty()) {
         return std::nullopt;
     }
@@ -264,8 +249,8 @@ SharedZone wrapped(icu::TimeZone* owned, std::string identifier) {
 
 SharedZone openZone(std::string_view name) {
     auto known = knownName(name);
-    if (!known) { // it may be younger than ICU's data
-        const std::string_view asked = trimmed(name);
+    if (!known) { // the zone may be newer than ICU's data
+        const std::string_view asked = trimmed(name, " ");
         const bool hasRegion = asked.find('/') != std::string_view::npos;
         return hasRegion ? makeSystemTimeZone(std::string(asked)) : nullptr;
     }
@@ -281,14 +266,14 @@ SharedZone openZone(std::string_view name) {
 
 std::shared_ptr<const TimeZone> namedTimeZone(std::string_view name) {
     static std::mutex mutex;
-    static std::map<std::string, SharedZone, std::less<>> remembered;
+    static std::map<std::string, SharedZone, std::less<>> cached;
     const std::lock_guard lock(mutex);
-    if (const auto found = remembered.find(name); found != remembered.end()) {
+    if (const auto found = cached.find(name); found != cached.end()) {
         return found->second;
     }
     SharedZone zone = openZone(name);
-    if (name.size() <= longestName && remembered.size() < mostNamesRemembered) {
-        remembered.emplace(name, zone);
+    if (name.size() <= longestName && cached.size() < mostCachedNames) {
+        cached.emplace(name, zone);
     }
     return zone;
 }
@@ -307,7 +292,7 @@ std::shared_ptr<const TimeZone> utcTimeZone() {
     return namedTimeZone("UTC");
 }
 
-// A zone that the machine describes without a known name is known by its offset alone.
+// A zone without a known name is represented by its offset.
 std::shared_ptr<const TimeZone> hostTimeZone() {
     const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
     if (!zone || *zone == icu::TimeZone::getUnknown()) {

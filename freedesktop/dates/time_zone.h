@@ -1,4 +1,4 @@
-// The machine's time zones by name.
+// Finds the machine's time zones by name.
 #pragma once
 
 #include <memory>
@@ -13,23 +13,23 @@ namespace quorvel::freedesktop {
 
 using icalendar::TimeZone;
 
-// All of these may be called from any thread.
+// Any thread may call these functions.
 
-// Null where the name is known to nobody. Known are IANA names and their aliases, the names of
-// Windows, either behind a prefix such as "/freeassociation.sourceforge.net/", and the names that
-// Windows shows, such as "(UTC+01:00) Berlin". The name is never used as a path.
+// Null for an unknown name. Knows IANA names and their aliases and the identifiers of Windows, both
+// also behind a prefix such as "/freeassociation.sourceforge.net/", and the display names of
+// Windows, such as "(UTC+01:00) Berlin". Never uses the name as a path.
 std::shared_ptr<const TimeZone> namedTimeZone(std::string_view name);
-// The fixed offset that a name begins with which Windows could show; null without one.
+// A zone with the fixed offset at the start of a display name. Null: the name has no offset.
 std::shared_ptr<const TimeZone> timeZoneOfStatedOffset(std::string_view displayName);
-// Whether the name is known as it is written, and not only in another case.
+// Whether the name is known in exactly this spelling, upper and lower case included.
 bool isExactTimeZoneName(std::string_view name);
 std::shared_ptr<const TimeZone> utcTimeZone();
-std::shared_ptr<const TimeZone> hostTimeZone(); // the machine's own, read afresh
+std::shared_ptr<const TimeZone> hostTimeZone(); // the machine's current zone
 
-// The functions above, for the calendars; it lives as long as the process.
+// The functions above as an interface. Lives as long as the process.
 const icalendar::ZoneDirectory& zoneDirectory();
 
-// Which editions of the zones' rules these are: another text, other rules.
+// Identifies the edition of the zones' rules: different rules have a different text.
 std::string timeZoneRulesVersion();
 
 } // namespace quorvel::freedesktop

@@ -1,4 +1,4 @@
-// Between the platform's dates and the whole seconds that time zones count in.
+// Converts between the platform's dates and the whole seconds of time zones.
 #pragma once
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 
 namespace quorvel::freedesktop {
 
-// Rounded down and bounded; 1970 for what is no number.
+// Rounded down and limited to the range of time zones. 0 for NaN.
 inline std::int64_t wholeSecondsSince1970(platform::NSDate date) {
     constexpr auto farthest = static_cast<double>(icalendar::farthestInstant);
     const double seconds = platform::timeIntervalSince1970(date);
@@ -24,7 +24,7 @@ inline int offsetAt(const icalendar::TimeZone& zone, platform::NSDate date) {
     return zone.offsetAt(wholeSecondsSince1970(date));
 }
 
-// Fractions of a second are cut off.
+// Rounded down to whole seconds.
 inline CivilTime localTime(const icalendar::TimeZone& zone, platform::NSDate date) {
     return zone.localTime(wholeSecondsSince1970(date));
 }
