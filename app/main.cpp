@@ -5,7 +5,7 @@
 
 int main(int argc, char** argv) {
     using namespace quorvel::app;
-    quorvel::freedesktop::keepLibraryMessagesOnOneLine();
+    quorvel::freedesktop::printLibraryMessagesOnOneLine();
     return runProgram(argc, argv, [argv](const CommandLine&) -> CommandResult<void> {
         return replaceByWindowProgram(argv);
     });

@@ -207,14 +207,14 @@ CommandResult<std::shared_ptr<platform::SystemLog>> mainLogOf(const CommandLine&
     if (!line.log) {
         return std::shared_ptr<platform::SystemLog>(std::make_shared<freedesktop::Syslog>());
     }
-    std::string reason;
-    std::shared_ptr<platform::SystemLog> log = freedesktop::FileLog::open(*line.log, reason);
+    auto log = freedesktop::FileLog::open(*line.log);
     if (!log) {
+        const std::string& reason = log.error().what;
         return operationFailure({"the log '" + *line.log + "' cannot be written (" + reason + ")",
                                  {},
                                  "name another file with --log"});
     }
-    return log;
+    return std::shared_ptr<platform::SystemLog>(*std::move(log));
 }
 
 CommandResult<Logs> logsOf(const CommandLine& line) {

@@ -5,7 +5,7 @@
 #include "shells/window/toolkit.h"
 
 int main(int argc, char** argv) {
-    quorvel::freedesktop::keepLibraryMessagesOnOneLine();
+    quorvel::freedesktop::printLibraryMessagesOnOneLine();
     quorvel::window::prepareToolkit();
     return quorvel::app::runProgram(argc, argv, quorvel::app::showInWindow);
 }

@@ -81,7 +81,7 @@ int run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    keepLibraryMessagesOnOneLine();
+    printLibraryMessagesOnOneLine();
     std::setlocale(LC_ALL, ""); // some applications need dates in the user's format
     try {
         return run(argc, argv);

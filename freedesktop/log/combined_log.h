@@ -1,4 +1,4 @@
-// Several logs as one: each message goes to all, in their order.
+// Passes each message to several logs, in their order.
 #pragma once
 
 #include <memory>

@@ -10,14 +10,13 @@
 
 namespace quorvel::freedesktop {
 
-// Not blocking, so that a pipe without a reader is an error rather than a halt.
-std::unique_ptr<FileLog> FileLog::open(const std::string& path, std::string& reason) {
-    constexpr mode_t ownersAndReadable = 0644;
-    const int descriptor = ::open(
-        path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK, ownersAndReadable);
+// O_NONBLOCK makes a pipe without a reader an error instead of waiting for one.
+Result<std::unique_ptr<FileLog>> FileLog::open(const std::string& path) {
+    constexpr mode_t permissions = 0644;
+    const int descriptor =
+        ::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK, permissions);
     if (descriptor < 0) {
-        reason = std::generic_category().message(errno);
-        return nullptr;
+        return Error{std::generic_category().message(errno), {}, {}};
     }
     return std::unique_ptr<FileLog>(new FileLog(descriptor));
 }

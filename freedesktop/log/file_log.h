@@ -1,20 +1,22 @@
-// A log file that the user named.
+// The log file that the user has chosen.
 #pragma once
 
 #include <memory>
 #include <string>
 
+#include "base/result.h"
 #include "freedesktop/io/file_descriptor.h"
 #include "platform/system_log.h"
 
 namespace quorvel::freedesktop {
 
-// Lines are appended, each with its time, process and thread; a line is written at once and whole.
+// Appends lines with time, process and thread. Each line is one write, so threads and processes may
+// share a file.
 class FileLog final : public platform::SystemLog {
 public:
-    // The file is made where it is missing. Null where it cannot be written; `reason` then says why
-    // ("Permission denied").
-    static std::unique_ptr<FileLog> open(const std::string& path, std::string& reason);
+    // Creates a missing file. The `what` of the error is the system's message, such as "Permission
+    // denied". The log is not null.
+    static Result<std::unique_ptr<FileLog>> open(const std::string& path);
 
     void log(std::string_view message) override;
 

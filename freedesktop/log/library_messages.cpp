@@ -41,7 +41,7 @@ GLogWriterOutput writeOnOneLine(GLogLevelFlags level, const GLogField* fields, g
 
 } // namespace
 
-void keepLibraryMessagesOnOneLine() {
+void printLibraryMessagesOnOneLine() {
     g_log_set_writer_func(writeOnOneLine, nullptr, nullptr);
 }
 

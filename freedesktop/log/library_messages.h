@@ -1,10 +1,10 @@
-// The messages that GLib and the libraries on it print by themselves.
+// The messages that GLib and the libraries above it print.
 #pragma once
 
 namespace quorvel::freedesktop {
 
-// From here on each of them is one line without control characters, as printableMessage() makes
-// it; where it goes stays GLib's decision. To be called once, at a program's very start.
-void keepLibraryMessagesOnOneLine();
+// Makes each message one line without control characters, by printableMessage(). GLib still decides
+// where it is written. Call it once, at the start of the program.
+void printLibraryMessagesOnOneLine();
 
 } // namespace quorvel::freedesktop

@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t longestMessage = 4096; // bytes
 
 bool isEscaped(char32_t character) {
-    return isControlCharacter(character) || isLineEnd(character) || turnsDirection(character);
+    return isControlCharacter(character) || isLineEnd(character) || changesDirection(character);
 }
 
 void appendEscaped(std::string& line, std::string_view bytes) {

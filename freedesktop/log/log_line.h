@@ -1,4 +1,4 @@
-// One line of a log, from a message that may hold anything.
+// Formats one line of a log. The message may contain anything.
 #pragma once
 
 #include <string>
@@ -6,10 +6,10 @@
 
 namespace quorvel::freedesktop {
 
-// Control characters are written as "\n", "\t" or "\x1B", bytes that are no UTF-8 as "\xFF", so
-// that a message stays one line and cannot pretend to be another. Line ends beyond ASCII and what
-// turns the writing direction are written as the bytes that they have, "\xE2\x80\xAE". Beyond 4096
-// bytes it is cut and ends in "...". A newline at the very end is dropped.
+// Escapes control characters ("\n", "\t", "\x1B") and bytes that are not UTF-8 ("\xFF"), so that a
+// message stays one line and cannot imitate another. Also escapes the bytes of line ends outside
+// ASCII and of characters that change the writing direction ("\xE2\x80\xAE"). Truncates a message
+// after 4096 bytes and adds "...". Removes a newline at the end.
 std::string printableMessage(std::string_view message);
 
 // "2026-03-10 10:00:00.123 quorvel[4711:1a2b] message" in the machine's local time, without the

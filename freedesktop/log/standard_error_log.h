@@ -1,4 +1,4 @@
-// The log on standard error, for a user who asked to see it.
+// Logs to standard error.
 #pragma once
 
 #include "platform/system_log.h"

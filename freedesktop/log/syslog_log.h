@@ -1,11 +1,11 @@
-// The system's own log: the journal, or whatever takes syslog messages.
+// Logs to syslog, which may be the journal.
 #pragma once
 
 #include "platform/system_log.h"
 
 namespace quorvel::freedesktop {
 
-// Messages are notices of "quorvel". One object a process.
+// Messages are notices of "quorvel". At most one object per process.
 class Syslog final : public platform::SystemLog {
 public:
     Syslog();

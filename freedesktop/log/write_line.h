@@ -1,11 +1,11 @@
-// A line to an open file.
+// Writes a line to an open file.
 #pragma once
 
 #include <string>
 
 namespace quorvel::freedesktop {
 
-// The newline is added here. What cannot be written is lost: a log has nobody to tell.
+// Adds the newline. Ignores errors, because a log cannot report that it cannot be written.
 void writeLine(int descriptor, std::string line);
 
 } // namespace quorvel::freedesktop

@@ -11,7 +11,7 @@ bool isLineEnd(char32_t character) {
            character == 0x2029;
 }
 
-bool turnsDirection(char32_t character) {
+bool changesDirection(char32_t character) {
     return (character >= 0x202A && character <= 0x202E) ||
            (character >= 0x2066 && character <= 0x2069);
 }

@@ -14,7 +14,7 @@ std::string terminalLine(std::string_view text) {
         const char32_t character = next.character.value_or(replacementCharacter);
         if (character == '\t' || isLineEnd(character)) {
             line += ' ';
-        } else if (!turnsDirection(character)) {
+        } else if (!changesDirection(character)) {
             appendCharacter(line, isControlCharacter(character) ? replacementCharacter : character);
         }
     }

@@ -1,4 +1,4 @@
-// Any text as a part of one line on a terminal.
+// Makes any text safe to print within one line on a terminal.
 #pragma once
 
 #include <string>
@@ -6,9 +6,10 @@
 
 namespace quorvel::freedesktop {
 
-// Valid UTF-8 that stays on its line and that no terminal acts upon: a tab or a line end becomes a
-// space, any other control character and each damaged byte U+FFFD, and what turns the writing
-// direction is dropped. All else is unchanged: marks of direction, joiners, combining marks.
+// Valid UTF-8 without line ends and control characters: a tab or a line end becomes a space, any
+// other control character and each invalid byte becomes U+FFFD, and characters that change the
+// writing direction are dropped. Other characters, such as direction marks and joiners, do not
+// change.
 std::string terminalLine(std::string_view text);
 
 } // namespace quorvel::freedesktop

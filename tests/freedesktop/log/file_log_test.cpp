@@ -37,34 +37,29 @@ protected:
 
 TEST_F(FileLogTest, AppendsLines) {
     const fs::path path = m_folder / "log";
-    std::string reason;
     {
-        const auto log = FileLog::open(path, reason);
-        ASSERT_NE(log, nullptr) << reason;
-        log->log("one");
-        log->log("two\nlines");
+        const auto log = FileLog::open(path);
+        ASSERT_TRUE(log);
+        log.value()->log("one");
+        log.value()->log("two\nlines");
     }
-    const auto again = FileLog::open(path, reason);
-    ASSERT_NE(again, nullptr) << reason;
-    again->log("three");
+    const auto again = FileLog::open(path);
+    ASSERT_TRUE(again);
+    again.value()->log("three");
     EXPECT_THAT(linesOf(path),
                 ElementsAre(EndsWith("] one"), EndsWith("] two\\nlines"), EndsWith("] three")));
 }
 
-TEST_F(FileLogTest, SaysWhyItCannotBeOpened) {
-    std::string reason;
-    EXPECT_EQ(FileLog::open(m_folder / "missing" / "log", reason), nullptr);
-    EXPECT_EQ(reason, "No such file or directory");
-    EXPECT_EQ(FileLog::open(m_folder, reason), nullptr);
-    EXPECT_EQ(reason, "Is a directory");
+TEST_F(FileLogTest, ReportsWhyItCannotBeOpened) {
+    EXPECT_EQ(FileLog::open(m_folder / "missing" / "log").error().what,
+              "No such file or directory");
+    EXPECT_EQ(FileLog::open(m_folder).error().what, "Is a directory");
 }
 
 TEST_F(FileLogTest, DoesNotWaitForAPipesReader) {
     const fs::path path = m_folder / "pipe";
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
-    std::string reason;
-    EXPECT_EQ(FileLog::open(path, reason), nullptr);
-    EXPECT_EQ(reason, "No such device or address");
+    EXPECT_EQ(FileLog::open(path).error().what, "No such device or address");
 }
 
 } // namespace
