@@ -52,8 +52,8 @@ struct FreedesktopPlatform::Services {
         , locale(options.locale)
         , clockFormat(options.clockFormat)
         , textLines(std::make_shared<TextLines>(options.fontFamily, options.locale,
-                                                options.measuresText ? FontReading::early
-                                                                     : FontReading::late))
+                                                options.measuresText ? FontLoading::early
+                                                                     : FontLoading::late))
         , systemLog(std::move(options.logs))
         , dateServices(clock, timeZone, locale)
         , calendars({timeZone, std::move(options.calendarProblemHandler),
@@ -86,7 +86,7 @@ struct FreedesktopPlatform::Services {
     std::shared_ptr<const TimeZone> timeZone;
     std::string locale;
     ClockFormat clockFormat;
-    // First of the services, as it reads the list of fonts while the rest is made.
+    // The first service, because it loads the list of fonts in the background.
     std::shared_ptr<TextLines> textLines;
     CombinedLog systemLog;
     AdjustableClock clock;

@@ -1,4 +1,4 @@
-// What every text is shaped with. For this folder's own sources.
+// Pango contexts and font families. Only for this folder.
 #pragma once
 
 #include <optional>
@@ -8,18 +8,18 @@
 
 namespace quorvel::freedesktop {
 
-// Every text is shaped at this one size, in points, and scaled from there: looking up a family at
-// another size costs the system 2 ms, and nothing that is shaped here depends on the size.
+// The size in points at which every text is shaped; it is scaled afterwards. Looking up a family at
+// another size takes 2 ms, and the shape does not depend on the size.
 inline constexpr double shapedSize = 64;
 
-// Of the process's one font map. `locale` may be empty: the environment's.
+// Uses the font map of the process. An empty `locale` means the environment's.
 ObjectHandle<PangoContext> createFontContext(const std::string& locale);
 
 FontDescriptionHandle describeFont(const std::string& family);
 
-// The family asked for, as it is; else the desktop's interface font where a desktop session runs
-// and the font is installed; else the first installed of Inter, Cantarell, Noto Sans and
-// DejaVu Sans; else whatever the system holds for a font without serifs.
+// The requested family, unchecked; else the desktop's interface font if a desktop session runs and
+// the font is installed; else the first installed of Inter, Cantarell, Noto Sans and DejaVu Sans;
+// else "sans-serif".
 std::string systemFontFamily(PangoContext* context, const std::optional<std::string>& requested);
 
 } // namespace quorvel::freedesktop

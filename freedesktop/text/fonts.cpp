@@ -16,14 +16,14 @@ bool isSameName(const FcChar8* name, const std::string& other) {
     return FcStrCmpIgnoreCase(name, reinterpret_cast<const FcChar8*>(other.c_str())) == 0;
 }
 
-bool isGeneralName(const std::string& family) {
+bool isGenericName(const std::string& family) {
     constexpr std::array names = {"sans", "sans-serif", "serif", "monospace", "system-ui"};
     return std::any_of(names.begin(), names.end(), [&](const char* name) {
         return isSameName(reinterpret_cast<const FcChar8*>(name), family);
     });
 }
 
-// A font may bear several names, in several languages.
+// A font may have names in several languages.
 bool hasFamilyName(FcPattern* font, const std::string& family) {
     FcChar8* name = nullptr;
     for (int i = 0; FcPatternGetString(font, FC_FAMILY, i, &name) == FcResultMatch; ++i) {
@@ -42,8 +42,8 @@ bool isFamilyOfAnyFont(const std::string& family) {
     return false;
 }
 
-// The list of fonts is read in the background; loading a font waits for it, and costs nothing for a
-// font that will be used anyway.
+// Pango loads the list of fonts in the background. Loading a font waits for it, and costs nothing
+// if the font is used anyway.
 void waitForFonts(PangoContext* context, const std::string& likelyFamily) {
     const ObjectHandle<PangoFont> font(
         pango_context_load_font(context, describeFont(likelyFamily).get()));
@@ -66,7 +66,7 @@ bool isFontInstalled(const std::string& family) {
     if (family.empty() || g_utf8_validate(family.c_str(), -1, nullptr) == 0)
         return false;
     waitForFonts(createFontContext({}).get(), family);
-    return isGeneralName(family) || isFamilyOfAnyFont(family);
+    return isGenericName(family) || isFamilyOfAnyFont(family);
 }
 
 std::string systemFontFamily(PangoContext* context, const std::optional<std::string>& requested) {

@@ -1,12 +1,12 @@
-// Which font families there are.
+// The installed font families.
 #pragma once
 
 #include <string>
 
 namespace quorvel::freedesktop {
 
-// Also true of the general names such as "sans-serif". Upper and lower case do not matter. Waits
-// for the list of fonts, which takes some milliseconds at the first question of a process.
+// Also true for generic names such as "sans-serif". Ignores case. Waits until the list of fonts is
+// loaded, which takes some milliseconds for the first call in a process.
 bool isFontInstalled(const std::string& family);
 
 } // namespace quorvel::freedesktop

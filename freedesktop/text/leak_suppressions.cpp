@@ -1,6 +1,6 @@
-// Tells the leak sanitizer what the font libraries keep for as long as the process lives, and what
-// the calendar server's library loses where its service dies or stands still. Part of every
-// sanitized program that shows text.
+// Suppresses leak reports for memory that the font libraries never free, and that the calendar
+// server's library loses if its service dies or hangs. Part of every sanitized program that shows
+// text.
 
 extern "C" const char* __lsan_default_suppressions(); // NOLINT: the sanitizer's own name
 

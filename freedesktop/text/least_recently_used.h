@@ -1,4 +1,4 @@
-// A memory of bounded size: what was asked for longest ago is forgotten first.
+// A cache of bounded size that evicts the least recently used entry first.
 #pragma once
 
 #include <cstddef>
@@ -8,8 +8,8 @@
 
 namespace quorvel::freedesktop {
 
-// `View` is what is looked up: a cheap value made from a `Key`, and valid as long as that key.
-// Every entry has a weight; the entries and their weights together are bounded.
+// Entries are looked up by a `View`, a cheap value made from a `Key` and valid as long as that key.
+// Both the number of entries and the sum of their weights are limited.
 template <typename Key, typename View, typename Value, typename Hash>
 class LeastRecentlyUsed {
 public:
@@ -19,7 +19,7 @@ public:
     LeastRecentlyUsed(const LeastRecentlyUsed&) = delete; // the views point into the entries
     LeastRecentlyUsed& operator=(const LeastRecentlyUsed&) = delete;
 
-    // Null where nothing is remembered; valid until the next remember().
+    // Null: there is no such entry. Valid until the next insert().
     const Value* find(const View& view) {
         const auto found = m_index.find(view);
         if (found == m_index.end())
@@ -28,14 +28,14 @@ public:
         return &found->second->value;
     }
 
-    // For a view that find() did not find. The newest entry is kept whatever its weight.
-    const Value& remember(Key key, Value value, std::size_t weight) {
+    // Only for a key that find() did not find. Never evicts the new entry, whatever its weight.
+    const Value& insert(Key key, Value value, std::size_t weight) {
         m_entries.push_front({std::move(key), std::move(value), weight});
         m_index.emplace(View(m_entries.front().key), m_entries.begin());
         m_weight += weight;
         while (m_entries.size() > 1 &&
                (m_entries.size() > m_maximumCount || m_weight > m_maximumWeight))
-            forgetOldest();
+            evictOldest();
         return m_entries.front().value;
     }
 
@@ -48,7 +48,7 @@ private:
         std::size_t weight;
     };
 
-    void forgetOldest() {
+    void evictOldest() {
         m_index.erase(View(m_entries.back().key));
         m_weight -= m_entries.back().weight;
         m_entries.pop_back();

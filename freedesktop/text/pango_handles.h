@@ -1,4 +1,4 @@
-// Owners of the text library's objects. For this folder's own sources.
+// Owning pointers to Pango's objects. Only for this folder.
 #pragma once
 
 #include <memory>

@@ -1,4 +1,4 @@
-// The text measurer of the Linux platform.
+// Measures texts with the fonts that paint them.
 #pragma once
 
 #include <memory>
@@ -8,7 +8,7 @@
 
 namespace quorvel::freedesktop {
 
-// Measures with the lines that are painted, so that what was measured fits.
+// Uses the lines that are painted, so that a text fits its measured size.
 class PangoTextMeasurer final : public platform::TextMeasurer {
 public:
     explicit PangoTextMeasurer(std::shared_ptr<TextLines> lines);

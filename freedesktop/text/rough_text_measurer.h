@@ -1,4 +1,4 @@
-// Sizes of texts that nobody will see, for hosts that print.
+// Estimates text sizes, for hosts that show no texts.
 #pragma once
 
 #include <string_view>
@@ -7,7 +7,7 @@
 
 namespace quorvel::freedesktop {
 
-// Reads no fonts: each character is half as wide as the font is high.
+// Loads no fonts: each byte is half as wide as the font size.
 class RoughTextMeasurer final : public platform::TextMeasurer {
 public:
     platform::CGSize sizeWithFont(std::string_view text, const platform::UIFont& font) override;

@@ -1,5 +1,5 @@
-// Lines are shaped at one size and scaled, when they are measured and when they are painted: a text
-// is shaped once for all sizes, and no size leaves the range of the library's whole numbers.
+// Shapes lines at one size and scales them to measure and paint: a text is shaped once for all
+// sizes, and no size exceeds the range of Pango's integers.
 #include "freedesktop/text/text_lines.h"
 
 #include <algorithm>
@@ -21,18 +21,18 @@ using platform::UIFont;
 namespace {
 
 constexpr CGFloat maximumSize = 1e6; // points
-// A rectangle as wide as the text was measured holds it, whatever the sums did to the last digits.
+// Absorbs rounding errors, so that a rectangle of the measured width fits the text.
 constexpr CGFloat widthTolerance = 0.05;
-constexpr int notCut = -1;
+constexpr int notTruncated = -1;
 
 struct LineView;
 
 struct LineKey {
     explicit LineKey(const LineView& view);
-    std::string text; // as far as it is looked at
+    std::string text; // at most lineTextMaximumBytes
     std::string family;
-    std::size_t textSize; // of the whole text, or one above the limit
-    int cutWidth;
+    std::size_t textSize; // of the whole text, at most lineTextMaximumBytes + 1
+    int truncationWidth;
 };
 
 struct LineView {
@@ -40,25 +40,25 @@ struct LineView {
         : text(wholeText.substr(0, lineTextMaximumBytes))
         , family(font.familyName)
         , textSize(std::min(wholeText.size(), lineTextMaximumBytes + 1))
-        , cutWidth(width) {}
+        , truncationWidth(width) {}
     explicit LineView(const LineKey& key)
         : text(key.text)
         , family(key.family)
         , textSize(key.textSize)
-        , cutWidth(key.cutWidth) {}
+        , truncationWidth(key.truncationWidth) {}
     bool operator==(const LineView&) const = default;
 
     std::string_view text;
     std::string_view family;
     std::size_t textSize;
-    int cutWidth;
+    int truncationWidth;
 };
 
 LineKey::LineKey(const LineView& view)
     : text(view.text)
     , family(view.family)
     , textSize(view.textSize)
-    , cutWidth(view.cutWidth) {}
+    , truncationWidth(view.truncationWidth) {}
 
 struct LineHash {
     std::size_t operator()(const LineView& view) const {
@@ -69,12 +69,12 @@ struct LineHash {
         if (!view.family.empty())
             add(std::hash<std::string_view>{}(view.family));
         add(view.textSize);
-        add(static_cast<std::size_t>(view.cutWidth));
+        add(static_cast<std::size_t>(view.truncationWidth));
         return hash;
     }
 };
 
-// Where a family's lines stand, at the shaped size.
+// The line metrics of a family at the shaped size.
 struct LineMetrics {
     CGFloat ascent = 0;
     CGFloat descent = 0;
@@ -90,7 +90,7 @@ bool isShown(std::string_view text, const UIFont& font) {
     return !text.empty() && font.pointSize > 0;
 }
 
-// From the shaped size to the font's.
+// The scale from the shaped size to the font's size.
 CGFloat enlargement(const UIFont& font) {
     return std::min(font.pointSize, maximumSize) / shapedSize;
 }
@@ -113,26 +113,26 @@ public:
         , m_context(createFontContext(locale)) {}
 
     CGFloat width(std::string_view text, const UIFont& font) {
-        const LineView view(text, font, notCut);
+        const LineView view(text, font, notTruncated);
         if (const CGFloat* known = m_widths.find(view))
             return *known;
-        return m_widths.remember(LineKey(view), line(view, text).width, view.text.size());
+        return m_widths.insert(LineKey(view), line(view, text).width, view.text.size());
     }
 
-    // The line as it stands in that width.
+    // The line, truncated to that width if necessary.
     const ShapedLine& lineOfWidth(std::string_view text, const UIFont& font, CGFloat width) {
-        const ShapedLine& whole = line(LineView(text, font, notCut), text);
+        const ShapedLine& whole = line(LineView(text, font, notTruncated), text);
         if (enlargement(font) * whole.width <= width + widthTolerance)
             return whole;
         return line(LineView(text, font, toUnits(width / enlargement(font))), text);
     }
 
     const LineMetrics& metrics(const UIFont& font) {
-        const LineView view({}, font, notCut);
+        const LineView view({}, font, notTruncated);
         if (const LineMetrics* known = m_metrics.find(view))
             return *known;
-        return m_metrics.remember(LineKey(view), measuredMetrics(font.familyName),
-                                  view.family.size());
+        return m_metrics.insert(LineKey(view), measuredMetrics(font.familyName),
+                                view.family.size());
     }
 
     const std::string& systemFamily() {
@@ -146,18 +146,18 @@ private:
         if (const ShapedLine* known = m_lines.find(view))
             return *known;
         LineKey key(view);
-        ShapedLine line = shaped(text, key.family, key.cutWidth);
-        return m_lines.remember(std::move(key), std::move(line), view.text.size());
+        ShapedLine line = shaped(text, key.family, key.truncationWidth);
+        return m_lines.insert(std::move(key), std::move(line), view.text.size());
     }
 
-    ShapedLine shaped(std::string_view text, const std::string& family, int cutWidth) {
+    ShapedLine shaped(std::string_view text, const std::string& family, int truncationWidth) {
         ShapedLine line{ObjectHandle<PangoLayout>(pango_layout_new(m_context.get()))};
         PangoLayout* layout = line.layout.get();
         pango_layout_set_font_description(layout, description(family).get());
         pango_layout_set_single_paragraph_mode(layout, TRUE);
-        if (cutWidth != notCut) {
+        if (truncationWidth != notTruncated) {
             pango_layout_set_ellipsize(layout, PANGO_ELLIPSIZE_END);
-            pango_layout_set_width(layout, cutWidth);
+            pango_layout_set_width(layout, truncationWidth);
         }
         const std::string shown = lineText(text);
         pango_layout_set_text(layout, shown.data(), static_cast<int>(shown.size()));
@@ -177,7 +177,7 @@ private:
             if (metrics.height() >= shapedSize / 2 && metrics.height() <= shapedSize * 4)
                 return metrics;
         }
-        // No font at all, or a font whose own figures are nonsense: what most fonts have.
+        // There is no font, or its metrics are implausible: use typical metrics.
         return {shapedSize * 0.95, shapedSize * 0.25};
     }
 
@@ -188,17 +188,17 @@ private:
     std::optional<std::string> m_requestedFamily;
     std::string m_systemFamily; // empty until the first text
     ObjectHandle<PangoContext> m_context;
-    // A width is small, a shaped line holds a few kilobytes.
+    // A width is small, a shaped line takes a few kilobytes.
     LeastRecentlyUsed<LineKey, LineView, CGFloat, LineHash> m_widths{16384, std::size_t{1} << 20};
     LeastRecentlyUsed<LineKey, LineView, ShapedLine, LineHash> m_lines{512, std::size_t{1} << 16};
     LeastRecentlyUsed<LineKey, LineView, LineMetrics, LineHash> m_metrics{64, std::size_t{1} << 16};
 };
 
 TextLines::TextLines(std::optional<std::string> family, const std::string& locale,
-                     FontReading reading)
+                     FontLoading loading)
     : m_family(std::move(family))
     , m_locale(locale) {
-    if (reading == FontReading::early) {
+    if (loading == FontLoading::early) {
         shaper();
     }
 }
@@ -242,7 +242,7 @@ void TextLines::paint(struct _cairo* context, std::string_view text, const UIFon
                              scale * metrics.ascent;
     const bool isWider = scale * line.width > rect.size.width + widthTolerance;
     cairo_save(context);
-    if (isWider) { // not even the ellipsis has room
+    if (isWider) { // not even the ellipsis fits
         cairo_new_path(context);
         cairo_rectangle(context, CGRectGetMinX(rect), CGRectGetMinY(rect), rect.size.width,
                         rect.size.height);

@@ -13,17 +13,17 @@ using Memory = LeastRecentlyUsed<std::string, std::string_view, int, std::hash<s
 TEST(LeastRecentlyUsed, FindsWhatItRemembers) {
     Memory memory(2, 100);
     EXPECT_EQ(memory.find("a"), nullptr);
-    EXPECT_EQ(memory.remember("a", 1, 1), 1);
+    EXPECT_EQ(memory.insert("a", 1, 1), 1);
     ASSERT_NE(memory.find("a"), nullptr);
     EXPECT_EQ(*memory.find("a"), 1);
 }
 
 TEST(LeastRecentlyUsed, ForgetsWhatWasAskedForLongestAgo) {
     Memory memory(2, 100);
-    memory.remember("a", 1, 1);
-    memory.remember("b", 2, 1);
+    memory.insert("a", 1, 1);
+    memory.insert("b", 2, 1);
     memory.find("a");
-    memory.remember("c", 3, 1);
+    memory.insert("c", 3, 1);
     EXPECT_NE(memory.find("a"), nullptr);
     EXPECT_EQ(memory.find("b"), nullptr);
     EXPECT_NE(memory.find("c"), nullptr);
@@ -32,15 +32,15 @@ TEST(LeastRecentlyUsed, ForgetsWhatWasAskedForLongestAgo) {
 
 TEST(LeastRecentlyUsed, HeavyEntriesPushOthersOut) {
     Memory memory(10, 100);
-    memory.remember("a", 1, 40);
-    memory.remember("b", 2, 40);
-    memory.remember("c", 3, 60);
+    memory.insert("a", 1, 40);
+    memory.insert("b", 2, 40);
+    memory.insert("c", 3, 60);
     EXPECT_EQ(memory.find("a"), nullptr);
     EXPECT_NE(memory.find("b"), nullptr);
-    memory.remember("d", 4, 500);
+    memory.insert("d", 4, 500);
     EXPECT_EQ(memory.count(), 1u);
     EXPECT_NE(memory.find("d"), nullptr);
-    memory.remember("e", 5, 1);
+    memory.insert("e", 5, 1);
     EXPECT_EQ(memory.count(), 1u);
 }
 
