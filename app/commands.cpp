@@ -114,9 +114,11 @@ private:
         headless::WidgetPicture picture = headless::pictureOfWidget(m_session, width());
         const freedesktop::Snapshot snapshot{picture.size, m_line.scale.value_or(1),
                                              m_setup.backdrop, std::move(picture.paint)};
-        if (const auto problem =
-                freedesktop::writeSnapshot(m_line.output, snapshot, m_platform.textLines())) {
-            return operationFailure({*problem, {}, "name another file with -o, or draw less"});
+        const auto written =
+            freedesktop::writeSnapshot(m_line.output, snapshot, m_platform.textLines());
+        if (!written) {
+            return operationFailure(
+                {written.error().what, {}, "name another file with -o, or draw less"});
         }
         return checkCalendars();
     }

@@ -31,7 +31,7 @@ bool hasArea(const CGRect& rect) {
     return isFinite(rect) && rect.size.width > 0 && rect.size.height > 0;
 }
 
-// The part that can show at all; the painting library's own coordinates end at some millions.
+// The visible part. Cairo's own coordinates overflow at some millions.
 std::optional<CGRect> shownPart(cairo_t* context, const CGRect& rect) {
     if (!hasArea(rect))
         return std::nullopt;
@@ -76,13 +76,13 @@ struct DeviceRect {
     int y = 0;
     int width = 0;
     int height = 0;
-    double scaleX = 1; // device pixels a point
+    double scaleX = 1; // device pixels per point
     double scaleY = 1;
-    double surfaceScaleX = 1; // device pixels a unit of the surface
+    double surfaceScaleX = 1; // device pixels per unit of the surface
     double surfaceScaleY = 1;
 };
 
-// The nearest whole pixels; absent where the transform turns or mirrors, or leads out of range.
+// The nearest whole pixels. Absent if the transform rotates or mirrors, or the result is too large.
 std::optional<DeviceRect> deviceRect(cairo_t* context, const CGRect& rect) {
     DeviceRect device;
     cairo_surface_get_device_scale(cairo_get_group_target(context), &device.surfaceScaleX,
@@ -136,7 +136,7 @@ void paintScaled(cairo_t* context, cairo_surface_t* pixels, const CGRect& rect) 
     cairo_restore(context);
 }
 
-// A stretched picture where there are no device pixels: in pixels of the picture's own scale.
+// A stretched image for a surface without device pixels: uses the image's own scale.
 cairo_surface_t* stretchedPixels(const CairoPixels& pixels, const UIImage& image,
                                  const CGRect& rect) {
     const auto length = [&](CGFloat points) {
@@ -184,7 +184,7 @@ void CairoGraphicsContext::scaleCTM(CGFloat sx, CGFloat sy) {
     if (std::isnormal(sx) && std::isnormal(sy))
         cairo_scale(m_context, sx, sy);
     else
-        hideEverything(); // what has no extent does not show
+        hideEverything(); // nothing has an extent any more
 }
 
 void CairoGraphicsContext::hideEverything() {
@@ -212,7 +212,7 @@ void CairoGraphicsContext::addArcToPoint(CGFloat x1, CGFloat y1, CGFloat x2, CGF
         cairo_line_to(m_context, x1, y1);
         return;
     }
-    // The line to the arc's beginning is added by the arc itself.
+    // cairo_arc() itself adds the line to the start of the arc.
     const auto addArc = arc->clockwise ? cairo_arc : cairo_arc_negative;
     addArc(m_context, arc->center.x, arc->center.y, arc->radius, arc->startAngle, arc->endAngle);
 }

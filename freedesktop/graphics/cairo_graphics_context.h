@@ -1,4 +1,4 @@
-// The graphics context of the Linux platform, over any surface of the painting library.
+// The platform's graphics context on any cairo surface.
 #pragma once
 
 #include <memory>
@@ -7,16 +7,16 @@
 #include "freedesktop/text/text_lines.h"
 #include "platform/graphics_context.h"
 
-struct _cairo; // the painting library's context
+struct _cairo; // cairo_t
 
 namespace quorvel::freedesktop {
 
-// Painting anything empties the path. A restore without its save, a figure without
-// size, and coordinates that are not numbers do nothing.
+// Painting anything empties the path. A restore without its save, a figure without size, and
+// coordinates that are NaN or infinite have no effect.
 class CairoGraphicsContext final : public platform::GraphicsContext {
 public:
-    // The context is shared, and its units at this moment are the points. On a surface of pixels
-    // pictures stand on whole pixels, so that they are sharp.
+    // Shares ownership of the context, whose current units are the points. On a raster surface it
+    // draws images at whole pixels, which keeps them sharp.
     CairoGraphicsContext(struct _cairo* context, std::shared_ptr<TextLines> lines);
     ~CairoGraphicsContext() override;
     CairoGraphicsContext(const CairoGraphicsContext&) = delete;
@@ -47,7 +47,7 @@ public:
                   const platform::UIColor& color, const platform::CGRect& rect) override;
 
 private:
-    // The part of the state that the painting library does not hold itself.
+    // The part of the graphics state that cairo does not store.
     struct State {
         platform::UIColor strokeColor = platform::UIColor::blackColor();
         platform::UIColor fillColor = platform::UIColor::blackColor();

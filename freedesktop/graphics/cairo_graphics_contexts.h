@@ -1,4 +1,4 @@
-// New pictures to paint into.
+// Creates images to draw into.
 #pragma once
 
 #include <memory>
@@ -9,11 +9,11 @@
 
 namespace quorvel::freedesktop {
 
-// A picture is at most 16,384 pixels to a side and 64 million altogether; an opaque one is black at
-// first. A fraction of a pixel is a whole one more.
+// An image has at most 16,384 pixels per side and 64 million in total. An opaque one is black at
+// first. Its size in pixels is rounded up.
 class CairoGraphicsContexts final : public platform::GraphicsContexts {
 public:
-    // The screen outlives this object.
+    // The screen must outlive the object.
     CairoGraphicsContexts(const platform::Screen& screen, std::shared_ptr<TextLines> lines);
 
     std::unique_ptr<platform::ImageContext> beginImageContext(platform::CGSize size, bool opaque,

@@ -1,4 +1,4 @@
-// Owners of the painting library's objects. For this folder's own sources.
+// Owning pointers to cairo's objects. Only for this folder.
 #pragma once
 
 #include <memory>

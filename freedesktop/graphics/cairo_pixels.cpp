@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t maximumScaledCopies = 3;
 constexpr double maximumScaledPixels = 1 << 22;
 
-// One row or column of parts: where it begins in the picture and where in what is shown.
+// One row or column of parts: its position in the original and in the scaled image.
 struct Band {
     int from = 0;
     int fromLength = 0;
@@ -23,7 +23,8 @@ struct Band {
     int toLength = 0;
 };
 
-// The leading cap, what is stretched, and the trailing cap. Caps that have no room share it.
+// The leading cap, the stretched part and the trailing cap. If both caps do not fit, they share the
+// length.
 std::array<Band, 3> bands(int fromLength, int toLength, double leadingPoints, double trailingPoints,
                           double fromScale, double toScale) {
     const auto pixels = [](double points, double scale, int maximum) {
@@ -45,7 +46,7 @@ std::array<Band, 3> bands(int fromLength, int toLength, double leadingPoints, do
              {fromLength - fromTrailing, fromTrailing, toLength - toTrailing, toTrailing}}};
 }
 
-// A part of the pixels without a copy of them; the pixels must outlive it.
+// Refers to a part of the pixels, which must outlive it.
 SurfaceHandle partOf(cairo_surface_t* surface, const Band& column, const Band& row) {
     const int stride = cairo_image_surface_get_stride(surface);
     unsigned char* data = cairo_image_surface_get_data(surface) +
@@ -133,9 +134,9 @@ cairo_surface_t* CairoPixels::surfaceOfSize(const UIImage& image, int width, int
 }
 
 std::shared_ptr<const UIImage> imageOfPixels(SurfaceHandle pixels, double scale) {
-    auto kept = std::make_shared<const CairoPixels>(std::move(pixels));
-    const platform::CGSize size = {kept->width() / scale, kept->height() / scale};
-    return std::make_shared<const UIImage>(std::move(kept), size, scale);
+    auto owned = std::make_shared<const CairoPixels>(std::move(pixels));
+    const platform::CGSize size = {owned->width() / scale, owned->height() / scale};
+    return std::make_shared<const UIImage>(std::move(owned), size, scale);
 }
 
 } // namespace quorvel::freedesktop

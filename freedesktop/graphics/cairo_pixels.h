@@ -1,4 +1,4 @@
-// The pixels of a picture. For this folder's own sources.
+// The pixels of an image. Only for this folder.
 #pragma once
 
 #include <cstddef>
@@ -11,15 +11,15 @@
 
 namespace quorvel::freedesktop {
 
-// No picture has more pixels than this to a side, nor altogether.
+// The limits of an image in pixels: per side, and in total.
 inline constexpr int maximumSide = 16384;
 inline constexpr double maximumPixels = 1 << 26;
 
-// Null where there is no memory for them; the pixels are transparent.
+// Transparent pixels. Null if there is not enough memory.
 SurfaceHandle createPixels(int width, int height);
 
-// Premultiplied pixels of 32 bits. A copy in the size that a picture is shown in is kept with it,
-// so that it is scaled once and copied from then on.
+// Premultiplied pixels of 32 bits. Caches copies in the sizes at which the image is drawn, so that
+// each is scaled once.
 class CairoPixels final : public platform::ImagePixels {
 public:
     explicit CairoPixels(SurfaceHandle surface);
@@ -28,8 +28,8 @@ public:
     int width() const;
     int height() const;
 
-    // The picture in exactly that many pixels, `capScale` of them a point for the cap insets, which
-    // keep their size. Null for a size that is not worth keeping.
+    // The image scaled to that many pixels. Cap insets are not stretched and have `capScale` pixels
+    // per point. Null for a size that is too large to cache. Valid until the next call.
     cairo_surface_t* surfaceOfSize(const platform::UIImage& image, int width, int height,
                                    double capScaleX, double capScaleY) const;
 
@@ -44,10 +44,10 @@ private:
     };
 
     SurfaceHandle m_surface;
-    mutable std::vector<Scaled> m_scaled; // the oldest first
+    mutable std::vector<Scaled> m_scaled; // a cache, the oldest first
 };
 
-// A picture whose size in points is its pixels over the scale.
+// An image whose size in points is its size in pixels divided by the scale.
 std::shared_ptr<const platform::UIImage> imageOfPixels(SurfaceHandle pixels, double scale);
 
 } // namespace quorvel::freedesktop

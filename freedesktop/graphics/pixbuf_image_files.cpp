@@ -23,8 +23,8 @@ constexpr std::string_view stockIconPath = "/Applications/MobileCal.app/icon-abo
 constexpr std::string_view stockIconName = "icon-about@2x.png";
 constexpr std::size_t maximumFileSize = std::size_t{32} << 20;
 constexpr std::int64_t maximumFilePixels = std::int64_t{1} << 25;
-constexpr std::size_t maximumRemembered = 8;
-constexpr int maximumRememberedPixels = 1 << 20;
+constexpr std::size_t maximumCachedImages = 8;
+constexpr int maximumCachedPixels = 1 << 20;
 
 using LoaderHandle = ObjectHandle<GdkPixbufLoader>;
 using PixbufHandle = ObjectHandle<GdkPixbuf>;
@@ -52,7 +52,7 @@ bool hasEndOfPng(std::string_view contents) {
     return contents.rfind("IEND\xAE\x42\x60\x82") != std::string_view::npos;
 }
 
-// Naming the two usual formats spares the library a look at every format there is.
+// With the name of the format the library need not load all of its format modules.
 LoaderHandle createLoader(std::string_view contents) {
     const char* format = isPng(contents) ? "png" : isJpeg(contents) ? "jpeg" : nullptr;
     GdkPixbufLoader* loader =
@@ -69,7 +69,7 @@ void checkSize(GdkPixbufLoader* loader, gint width, gint height, gpointer progre
     if (width <= 0 || height <= 0 || width > maximumSide || height > maximumSide ||
         std::int64_t{width} * height > maximumFilePixels) {
         static_cast<Progress*>(progress)->tooLarge = true;
-        gdk_pixbuf_loader_set_size(loader, 0, 0); // makes the format's reader give up
+        gdk_pixbuf_loader_set_size(loader, 0, 0); // makes the format's decoder stop
     }
 }
 
@@ -78,8 +78,8 @@ void countRows(GdkPixbufLoader*, gint, gint y, gint, gint height, gpointer progr
     rows = std::max(rows, y + height);
 }
 
-// The library takes the two usual formats for whole where the file breaks off.
-bool isTorn(std::string_view contents, const GdkPixbuf* pixbuf, int decodedRows) {
+// The library reports no error for a truncated file of the two usual formats.
+bool isTruncated(std::string_view contents, const GdkPixbuf* pixbuf, int decodedRows) {
     if (isPng(contents))
         return !hasEndOfPng(contents);
     return isJpeg(contents) && decodedRows < gdk_pixbuf_get_height(pixbuf);
@@ -91,19 +91,19 @@ PixbufHandle decode(std::string_view contents) {
     g_signal_connect(loader.get(), "size-prepared", G_CALLBACK(checkSize), &progress);
     g_signal_connect(loader.get(), "area-updated", G_CALLBACK(countRows), &progress);
     bool good = true;
-    constexpr std::size_t pieceSize = 65536; // so that a picture too large is left early
+    constexpr std::size_t pieceSize = 65536; // to stop early if the image is too large
     for (std::size_t at = 0; good && !progress.tooLarge && at < contents.size(); at += pieceSize) {
         const std::string_view piece = contents.substr(at, pieceSize);
         good = gdk_pixbuf_loader_write(loader.get(), reinterpret_cast<const guchar*>(piece.data()),
                                        piece.size(), nullptr) != 0;
     }
-    const int decodedRows = progress.decodedRows; // closing makes up those that are missing
-    // To be closed even after an error.
+    const int decodedRows = progress.decodedRows; // closing also counts missing rows
+    // The loader must be closed even after an error.
     good = gdk_pixbuf_loader_close(loader.get(), nullptr) != 0 && good && !progress.tooLarge;
     GdkPixbuf* pixbuf = good ? gdk_pixbuf_loader_get_pixbuf(loader.get()) : nullptr;
-    if (pixbuf == nullptr || isTorn(contents, pixbuf, decodedRows))
+    if (pixbuf == nullptr || isTruncated(contents, pixbuf, decodedRows))
         return nullptr;
-    return PixbufHandle(gdk_pixbuf_apply_embedded_orientation(pixbuf)); // as a camera notes it
+    return PixbufHandle(gdk_pixbuf_apply_embedded_orientation(pixbuf)); // written by cameras
 }
 
 std::uint32_t premultiplied(const guchar* pixel, bool hasAlpha) {
@@ -142,9 +142,9 @@ std::shared_ptr<const UIImage> imageOf(std::string_view contents, CGFloat scale)
     return surface ? imageOfPixels(std::move(surface), scale) : nullptr;
 }
 
-bool isWorthRemembering(const UIImage& image) {
+bool isSmallEnoughToCache(const UIImage& image) {
     return image.size().width * image.size().height * image.scale() * image.scale() <=
-           maximumRememberedPixels;
+           maximumCachedPixels;
 }
 
 } // namespace
@@ -160,22 +160,20 @@ CGFloat scaleOfFileName(std::string_view path) {
 PixbufImageFiles::PixbufImageFiles(std::string dataFolder)
     : m_dataFolder(std::move(dataFolder)) {}
 
-PixbufImageFiles::Remembered* PixbufImageFiles::rememberedAt(const std::string& path) {
-    const auto found =
-        std::find_if(m_remembered.begin(), m_remembered.end(),
-                     [&](const Remembered& remembered) { return remembered.path == path; });
-    return found == m_remembered.end() ? nullptr : &*found;
+PixbufImageFiles::CachedImage* PixbufImageFiles::cachedAt(const std::string& path) {
+    const auto found = std::find_if(m_cache.begin(), m_cache.end(),
+                                    [&](const CachedImage& cached) { return cached.path == path; });
+    return found == m_cache.end() ? nullptr : &*found;
 }
 
-// Instead of an older picture of the same path.
-void PixbufImageFiles::remember(Remembered picture) {
-    std::erase_if(m_remembered,
-                  [&](const Remembered& remembered) { return remembered.path == picture.path; });
-    if (!isWorthRemembering(*picture.image))
+// Replaces an older image of the same path.
+void PixbufImageFiles::cache(CachedImage image) {
+    std::erase_if(m_cache, [&](const CachedImage& cached) { return cached.path == image.path; });
+    if (!isSmallEnoughToCache(*image.image))
         return;
-    m_remembered.push_front(std::move(picture));
-    if (m_remembered.size() > maximumRemembered)
-        m_remembered.pop_back();
+    m_cache.push_front(std::move(image));
+    if (m_cache.size() > maximumCachedImages)
+        m_cache.pop_back();
 }
 
 std::shared_ptr<const UIImage> PixbufImageFiles::imageWithContentsOfFile(std::string_view path) {
@@ -195,22 +193,22 @@ std::shared_ptr<const UIImage> PixbufImageFiles::imageOfFile(const std::string& 
                                                              const RegularFile& opened,
                                                              std::int64_t readAt) {
     const FileVersion& version = opened.version();
-    Remembered* const remembered = rememberedAt(file);
-    const bool isSameVersion = remembered != nullptr && remembered->version == version;
-    if (isSameVersion && remembered->isSettled)
-        return remembered->image;
+    CachedImage* const cached = cachedAt(file);
+    const bool isSameVersion = cached != nullptr && cached->version == version;
+    if (isSameVersion && cached->isSettled)
+        return cached->image;
     const auto contents = contentsOf(opened);
     if (!contents)
         return nullptr;
     const std::size_t hash = std::hash<std::string>()(*contents);
     const bool willBeSettled = isSettled(version, readAt);
-    if (isSameVersion && remembered->contentHash == hash) {
-        remembered->isSettled = willBeSettled;
-        return remembered->image;
+    if (isSameVersion && cached->contentHash == hash) {
+        cached->isSettled = willBeSettled;
+        return cached->image;
     }
     auto image = imageOf(*contents, scaleOfFileName(file));
     if (image)
-        remember({file, version, willBeSettled, hash, image});
+        cache({file, version, willBeSettled, hash, image});
     return image;
 }
 

@@ -1,4 +1,4 @@
-// How many whole pixels hold a length in points. For this folder's own sources.
+// Converts a length in points to whole pixels. Only for this folder.
 #pragma once
 
 #include <cmath>
@@ -7,8 +7,8 @@
 
 namespace quorvel::freedesktop {
 
-// Rounded up, but not for the last digits that a product is wrong by: 1.1 points at 10 pixels a
-// point are 11 pixels.
+// Rounds up, except for rounding errors of the product: 1.1 points at 10 pixels per point are 11
+// pixels.
 inline platform::CGFloat pixelLength(platform::CGFloat points, platform::CGFloat scale) {
     constexpr platform::CGFloat rounding = 1e-6;
     return std::ceil(points * scale - rounding);

@@ -9,6 +9,7 @@
 #include <cairo-pdf.h>
 #include <cairo-svg.h>
 
+#include "base/ascii_text.h"
 #include "freedesktop/graphics/cairo_graphics_context.h"
 #include "freedesktop/graphics/cairo_handles.h"
 #include "freedesktop/graphics/pixel_length.h"
@@ -23,15 +24,12 @@ namespace {
 
 enum class Format { png, svg, pdf };
 
-constexpr CGFloat maximumPictureSide = 32767; // the most that the painting library holds
+constexpr CGFloat maximumPictureSide = 32767; // cairo's limit
 constexpr CGFloat maximumPicturePixels = 1 << 27;
-constexpr CGFloat maximumPageSide = 1e6; // its coordinates end at some millions
+constexpr CGFloat maximumPageSide = 1e6; // cairo's coordinates overflow at some millions
 
 std::optional<Format> formatOf(const std::string& path) {
-    std::string extension = std::filesystem::path(path).extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(), [](char letter) {
-        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + ('a' - 'A')) : letter;
-    });
+    const std::string extension = asciiLowerCase(std::filesystem::path(path).extension().string());
     if (extension == ".png")
         return Format::png;
     if (extension == ".svg")
@@ -41,7 +39,7 @@ std::optional<Format> formatOf(const std::string& path) {
     return std::nullopt;
 }
 
-// In pixels; whole ones for a picture of pixels.
+// In pixels; whole ones for a .png.
 CGSize deviceSize(Format format, const Snapshot& snapshot) {
     const CGSize points = {std::max(snapshot.size.width, 1.0), std::max(snapshot.size.height, 1.0)};
     if (format == Format::png)
@@ -74,7 +72,7 @@ SurfaceHandle createSurface(Format format, CGSize size, std::string& contents) {
     }
     SurfaceHandle surface(
         cairo_pdf_surface_create_for_stream(append, &contents, size.width, size.height));
-    // The day on which the picture is made is no part of it.
+    // A fixed date, because the same snapshot must give the same bytes.
     cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE,
                                    "2001-01-01T00:00:00Z");
     return surface;
@@ -93,49 +91,51 @@ void paintOn(cairo_surface_t* surface, const Snapshot& snapshot,
     snapshot.paint(graphics);
 }
 
-struct Rendered {
+Result<std::string, cairo_status_t> render(Format format, CGSize size, const Snapshot& snapshot,
+                                           const std::shared_ptr<TextLines>& lines) {
     std::string contents;
-    cairo_status_t status = CAIRO_STATUS_SUCCESS;
-};
-
-Rendered render(Format format, CGSize size, const Snapshot& snapshot,
-                const std::shared_ptr<TextLines>& lines) {
-    Rendered rendered;
-    const SurfaceHandle surface = createSurface(format, size, rendered.contents);
-    rendered.status = cairo_surface_status(surface.get());
-    if (rendered.status != CAIRO_STATUS_SUCCESS)
-        return rendered;
+    const SurfaceHandle surface = createSurface(format, size, contents);
+    cairo_status_t status = cairo_surface_status(surface.get());
+    if (status != CAIRO_STATUS_SUCCESS)
+        return status;
     paintOn(surface.get(), snapshot, lines);
     if (format == Format::png) {
-        rendered.status =
-            cairo_surface_write_to_png_stream(surface.get(), append, &rendered.contents);
-        return rendered;
+        status = cairo_surface_write_to_png_stream(surface.get(), append, &contents);
+    } else {
+        cairo_surface_finish(surface.get());
+        status = cairo_surface_status(surface.get());
     }
-    cairo_surface_finish(surface.get());
-    rendered.status = cairo_surface_status(surface.get());
-    return rendered;
+    if (status != CAIRO_STATUS_SUCCESS)
+        return status;
+    return contents;
+}
+
+Error failure(std::string what) {
+    return {std::move(what), {}, {}};
 }
 
 } // namespace
 
-std::optional<std::string> writeSnapshot(const std::string& path, const Snapshot& snapshot,
-                                         const std::shared_ptr<TextLines>& lines) {
+Result<void> writeSnapshot(const std::string& path, const Snapshot& snapshot,
+                           const std::shared_ptr<TextLines>& lines) {
     const std::optional<Format> format = formatOf(path);
     if (!format)
-        return "the name of the picture \"" + path + "\" does not end in .png, .svg or .pdf";
+        return failure("the name of the picture \"" + path +
+                       "\" does not end in .png, .svg or .pdf");
     if (!std::isnormal(snapshot.scale) || snapshot.scale < 0 ||
         !std::isfinite(snapshot.size.width) || !std::isfinite(snapshot.size.height))
-        return "the picture has no size that can be drawn";
+        return failure("the picture has no size that can be drawn");
     const CGSize size = deviceSize(*format, snapshot);
     if (!canBeHeld(*format, size))
-        return "a picture of " + std::to_string(std::llround(size.width)) + " x " +
-               std::to_string(std::llround(size.height)) + " pixels is too large";
-    const Rendered rendered = render(*format, size, snapshot, lines);
-    if (rendered.status != CAIRO_STATUS_SUCCESS)
-        return std::string("cannot draw the picture: ") + cairo_status_to_string(rendered.status);
-    if (const auto replaced = replaceFile(path, rendered.contents); !replaced)
-        return "cannot write \"" + path + "\": " + replaced.error().what;
-    return std::nullopt;
+        return failure("a picture of " + std::to_string(std::llround(size.width)) + " x " +
+                       std::to_string(std::llround(size.height)) + " pixels is too large");
+    const auto contents = render(*format, size, snapshot, lines);
+    if (!contents)
+        return failure(std::string("cannot draw the picture: ") +
+                       cairo_status_to_string(contents.error()));
+    if (const auto replaced = replaceFile(path, *contents); !replaced)
+        return failure("cannot write \"" + path + "\": " + replaced.error().what);
+    return {};
 }
 
 } // namespace quorvel::freedesktop

@@ -1,4 +1,4 @@
-// A picture of the widget in a file.
+// Writes a picture of the widget to a file.
 #pragma once
 
 #include <functional>
@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "base/result.h"
 #include "freedesktop/text/text_lines.h"
 #include "platform/geometry.h"
 #include "platform/graphics_context.h"
@@ -13,18 +14,18 @@
 
 namespace quorvel::freedesktop {
 
-// What is painted, and how large.
+// The content and size of the picture.
 struct Snapshot {
-    platform::CGSize size; // points; a side below 1 is 1, an empty agenda still makes a picture
-    platform::CGFloat scale = 1;                           // pixels a point
+    platform::CGSize size;                                 // points; a side below 1 counts as 1
+    platform::CGFloat scale = 1;                           // pixels per point
     std::optional<platform::UIColor> backdrop;             // absent: transparent
     std::function<void(platform::GraphicsContext&)> paint; // in points
 };
 
-// Writes a .png, .svg or .pdf, as the name's extension says. In a .svg a pixel is a "px", in a .pdf
-// 1/72 inch. The same snapshot gives the same bytes. The file is complete or as it was before: it
-// is written beside and then put in place. Returns what went wrong, in one line; absent: nothing.
-std::optional<std::string> writeSnapshot(const std::string& path, const Snapshot& snapshot,
-                                         const std::shared_ptr<TextLines>& lines);
+// Writes a .png, .svg or .pdf, depending on the extension of the name. A pixel is a "px" in a .svg
+// and 1/72 inch in a .pdf. The same snapshot gives the same bytes. Replaces an existing file only
+// after the new one is complete. The error has only `what`, one line.
+Result<void> writeSnapshot(const std::string& path, const Snapshot& snapshot,
+                           const std::shared_ptr<TextLines>& lines);
 
 } // namespace quorvel::freedesktop

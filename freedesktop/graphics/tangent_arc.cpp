@@ -24,7 +24,7 @@ CGFloat angleFrom(const CGPoint& center, const CGPoint& point) {
 
 std::optional<TangentArc> tangentArc(const CGPoint& start, const CGPoint& corner,
                                      const CGPoint& end, CGFloat radius) {
-    constexpr CGFloat straight = 1e-9; // sine of an angle that nobody can see
+    constexpr CGFloat straight = 1e-9; // sine of an angle too small to see
     const auto back = direction(corner, start);
     const auto onward = direction(corner, end);
     if (!back || !onward || !std::isfinite(radius) || radius <= 0)
@@ -33,7 +33,7 @@ std::optional<TangentArc> tangentArc(const CGPoint& start, const CGPoint& corner
     const CGFloat cosine = back->x * onward->x + back->y * onward->y;
     if (std::abs(sine) < straight)
         return std::nullopt;
-    // From the corner to where the arc touches either line.
+    // From the corner to the points where the arc touches the lines.
     const CGFloat distance = radius * (1 + cosine) / std::abs(sine);
     const CGPoint first = {corner.x + back->x * distance, corner.y + back->y * distance};
     const CGPoint second = {corner.x + onward->x * distance, corner.y + onward->y * distance};

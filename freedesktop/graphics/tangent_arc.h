@@ -1,4 +1,4 @@
-// The arc that rounds the corner between two lines.
+// Computes the arc that rounds the corner between two lines.
 #pragma once
 
 #include <optional>
@@ -7,8 +7,8 @@
 
 namespace quorvel::freedesktop {
 
-// Angles in radians from the x axis towards the y axis, which is clockwise with y growing
-// downwards.
+// Angles are in radians from the x axis towards the y axis. As y grows downwards, that is
+// clockwise.
 struct TangentArc {
     platform::CGPoint center;
     platform::CGFloat radius = 0;
@@ -18,8 +18,8 @@ struct TangentArc {
 };
 
 // The arc that touches the line from `start` to `corner` and the line from `corner` to `end`.
-// Absent where no arc rounds anything: no radius, points that coincide, lines that go straight on
-// or straight back.
+// Absent if there is no such arc: the radius is not positive, points coincide, or the lines are
+// parallel.
 std::optional<TangentArc> tangentArc(const platform::CGPoint& start,
                                      const platform::CGPoint& corner, const platform::CGPoint& end,
                                      platform::CGFloat radius);
