@@ -18,18 +18,25 @@ DelayedCall::DelayedCall(std::function<void()> call)
 
 DelayedCall::~DelayedCall() = default;
 
+namespace {
+
+guint milliseconds(double seconds) {
+    constexpr double longest = 1e6;      // seconds
+    const bool isPositive = seconds > 0; // false for NaN
+    return isPositive ? static_cast<guint>(std::ceil(std::min(seconds, longest) * 1000)) : 0;
+}
+
+} // namespace
+
 void DelayedCall::start(double seconds) {
-    constexpr double longest = 1e6; // seconds
-    const auto milliseconds =
-        static_cast<guint>(std::ceil(std::clamp(seconds, 0.0, longest) * 1000));
     const GSourceFunc run = [](gpointer data) -> gboolean {
         auto& self = *static_cast<DelayedCall*>(data);
-        const auto call = self.m_call; // which may end `self`
+        const auto call = self.m_call; // may destroy `self`
         self.stop();
         call();
         return G_SOURCE_REMOVE;
     };
-    m_source->source = MainSource(g_timeout_source_new(milliseconds), run, this);
+    m_source->source = MainSource(g_timeout_source_new(milliseconds(seconds)), run, this);
 }
 
 void DelayedCall::stop() {

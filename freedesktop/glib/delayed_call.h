@@ -1,4 +1,4 @@
-// One call from the main loop after a delay.
+// Calls a function once from the main loop, after a delay.
 #pragma once
 
 #include <functional>
@@ -6,19 +6,20 @@
 
 namespace quorvel::freedesktop {
 
-// Belongs to the thread that makes it, and calls on that thread's default main context. The call
-// may destroy the object.
+// Belongs to the thread that constructs it and calls on that thread's default main context. The
+// call may destroy the object.
 class DelayedCall {
 public:
     explicit DelayedCall(std::function<void()> call);
-    ~DelayedCall(); // nothing is called afterwards
+    ~DelayedCall(); // the function is not called afterwards
     DelayedCall(const DelayedCall&) = delete;
     DelayedCall& operator=(const DelayedCall&) = delete;
 
-    // Replaces a call that waits. In seconds of a clock that stands while the system sleeps.
+    // Replaces a pending call. Time while the system sleeps does not count. A negative number or
+    // NaN is no delay; the longest delay is a million seconds.
     void start(double seconds);
     void stop();
-    bool isStarted() const; // and not called yet
+    bool isStarted() const; // started and not called yet
 
 private:
     struct Source;

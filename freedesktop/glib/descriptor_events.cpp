@@ -12,9 +12,10 @@ struct DescriptorEvents::Source {
     MainSource source;
 };
 
-DescriptorEvents::DescriptorEvents(const FileDescriptor& descriptor, std::function<void()> readable)
+DescriptorEvents::DescriptorEvents(const FileDescriptor& descriptor,
+                                   std::function<void()> onReadable)
     : m_descriptor(descriptor)
-    , m_readable(std::move(readable))
+    , m_onReadable(std::move(onReadable))
     , m_source(std::make_unique<Source>()) {}
 
 DescriptorEvents::~DescriptorEvents() = default;
@@ -24,7 +25,7 @@ void DescriptorEvents::listen() {
         return;
     }
     const GUnixFDSourceFunc call = [](gint, GIOCondition, gpointer data) -> gboolean {
-        static_cast<DescriptorEvents*>(data)->m_readable();
+        static_cast<DescriptorEvents*>(data)->m_onReadable();
         return G_SOURCE_CONTINUE;
     };
     m_source->source =

@@ -1,4 +1,4 @@
-// Events of a kernel descriptor, delivered by the main loop.
+// Calls a function from the main loop when a file descriptor is readable.
 #pragma once
 
 #include <functional>
@@ -8,13 +8,13 @@
 
 namespace quorvel::freedesktop {
 
-// Calls whenever the descriptor is readable. Belongs to the thread that listens, and calls on that
-// thread's default main context. The call may pause this, but not destroy it.
+// Belongs to the thread that calls listen() and calls on that thread's default main context. The
+// call may pause the object, but not destroy it.
 class DescriptorEvents {
 public:
-    // The descriptor outlives this; one that is not open has no events.
-    DescriptorEvents(const FileDescriptor& descriptor, std::function<void()> readable);
-    ~DescriptorEvents(); // nothing is called afterwards
+    // The descriptor must outlive the object. One that is not open has no events.
+    DescriptorEvents(const FileDescriptor& descriptor, std::function<void()> onReadable);
+    ~DescriptorEvents(); // the function is not called afterwards
     DescriptorEvents(const DescriptorEvents&) = delete;
     DescriptorEvents& operator=(const DescriptorEvents&) = delete;
 
@@ -24,7 +24,7 @@ public:
 private:
     struct Source;
     const FileDescriptor& m_descriptor;
-    std::function<void()> m_readable;
+    std::function<void()> m_onReadable;
     std::unique_ptr<Source> m_source; // never null
 };
 

@@ -1,5 +1,5 @@
-// Owners of what GLib, GObject and the libraries above them return. For the folders that wrap one
-// of these libraries.
+// Owning pointers to objects of GLib, GObject and the libraries above them. Only for the folders
+// that wrap one of these libraries.
 #pragma once
 
 #include <memory>
@@ -15,7 +15,7 @@ struct ObjectUnref {
 template <class Object>
 using ObjectHandle = std::unique_ptr<Object, ObjectUnref>;
 
-// A second owner of an object that has one.
+// A further reference to an object.
 template <class Object>
 ObjectHandle<Object> share(Object* object) {
     return ObjectHandle<Object>(static_cast<Object*>(g_object_ref(object)));
@@ -35,7 +35,7 @@ struct ErrorFree {
 using ErrorHandle = std::unique_ptr<GError, ErrorFree>;
 
 inline std::string messageOf(const ErrorHandle& error) {
-    return error && error->message != nullptr ? error->message : "nobody says why";
+    return error && error->message != nullptr ? error->message : "no reason was given";
 }
 
 struct VariantUnref {
@@ -51,9 +51,9 @@ using TextHandle = std::unique_ptr<char, TextFree>;
 struct TextsFree {
     void operator()(char** texts) const { g_strfreev(texts); }
 };
-using TextsHandle = std::unique_ptr<char*, TextsFree>; // ends with a null
+using TextsHandle = std::unique_ptr<char*, TextsFree>; // null-terminated
 
-// Destroyed with its owner: it calls no more.
+// Also removes the source from its main context, so that it calls no more.
 struct SourceDestroy {
     void operator()(GSource* source) const {
         g_source_destroy(source);

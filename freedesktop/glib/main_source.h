@@ -1,5 +1,4 @@
-// A source of the thread's default main context, removed from it with its owner. For the folders
-// that wrap GLib.
+// Owns a source of the thread's default main context. Only for the folders that wrap GLib.
 #pragma once
 
 #include <utility>
@@ -8,11 +7,11 @@
 
 namespace quorvel::freedesktop {
 
-// Belongs to the thread that makes it.
+// Belongs to the thread that constructs it.
 class MainSource {
 public:
     MainSource() = default;
-    // Takes over the reference and attaches the source.
+    // Takes ownership of the reference and attaches the source.
     MainSource(GSource* source, GSourceFunc call, gpointer data)
         : m_source(source) {
         g_source_set_callback(m_source, call, data, nullptr);

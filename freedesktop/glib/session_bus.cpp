@@ -7,7 +7,7 @@
 
 #include <unistd.h>
 
-#include "freedesktop/glib/call_after.h"
+#include "freedesktop/glib/delayed_call.h"
 #include "freedesktop/glib/weak_reference.h"
 
 namespace quorvel::freedesktop {
@@ -15,9 +15,9 @@ namespace quorvel::freedesktop {
 namespace {
 
 constexpr double longestConnecting = 2;               // seconds
-constexpr std::string_view disabledBus = "disabled:"; // the address of no bus
+constexpr std::string_view disabledBus = "disabled:"; // the address that stands for no bus
 
-// A bus that goes away is no reason for the whole program to end.
+// By default the library ends the process when the bus closes the connection.
 void outliveBus(GDBusConnection* bus) {
     if (bus != nullptr) {
         g_dbus_connection_set_exit_on_close(bus, FALSE);
@@ -35,22 +35,18 @@ bool mayHaveSessionBus() {
     return folder != nullptr && access((std::string(folder) + "/bus").c_str(), F_OK) == 0;
 }
 
-// The library's callback finds it by a weak reference: it also comes, as cancelled, after its end.
+// The library calls back even after cancellation, so its callback has only a weak reference.
 class SessionBusRequest::Connecting : public std::enable_shared_from_this<Connecting> {
 public:
-    explicit Connecting(Answer answer)
-        : m_answer(std::move(answer))
+    explicit Connecting(OnAnswer onAnswer)
+        : m_onAnswer(std::move(onAnswer))
         , m_cancellable(g_cancellable_new()) {}
     ~Connecting() { g_cancellable_cancel(m_cancellable.get()); }
     Connecting(const Connecting&) = delete;
     Connecting& operator=(const Connecting&) = delete;
 
     void begin() {
-        m_deadline = callAfter(longestConnecting, [reference = weak_from_this()] {
-            if (const auto self = reference.lock()) {
-                self->end(nullptr);
-            }
-        });
+        m_deadline.start(longestConnecting);
         g_bus_get(G_BUS_TYPE_SESSION, m_cancellable.get(), connected,
                   newWeakReference(weak_from_this()));
     }
@@ -64,19 +60,19 @@ private:
         }
     }
     void end(BusHandle bus) {
-        m_deadline.reset();
-        if (const Answer answer = std::exchange(m_answer, nullptr)) {
-            answer(std::move(bus));
+        m_deadline.stop();
+        if (const OnAnswer onAnswer = std::exchange(m_onAnswer, nullptr)) {
+            onAnswer(std::move(bus));
         }
     }
 
-    Answer m_answer; // null once it was called
+    OnAnswer m_onAnswer; // null once it was called
     ObjectHandle<GCancellable> m_cancellable;
-    SourceHandle m_deadline;
+    DelayedCall m_deadline{[this] { end(nullptr); }};
 };
 
-SessionBusRequest::SessionBusRequest(Answer answer)
-    : m_connecting(std::make_shared<Connecting>(std::move(answer))) {
+SessionBusRequest::SessionBusRequest(OnAnswer onAnswer)
+    : m_connecting(std::make_shared<Connecting>(std::move(onAnswer))) {
     m_connecting->begin();
 }
 
@@ -95,10 +91,13 @@ BusHandle waitForSessionBus() {
     return bus;
 }
 
-BusHandle connectToSessionBus(GCancellable* cancellable, ErrorHandle& error) {
+Result<BusHandle> connectToSessionBus(GCancellable* cancellable) {
     GError* problem = nullptr;
     BusHandle bus(g_bus_get_sync(G_BUS_TYPE_SESSION, cancellable, &problem));
-    error.reset(problem);
+    const ErrorHandle error(problem);
+    if (!bus) {
+        return Error{messageOf(error), {}, {}};
+    }
     outliveBus(bus.get());
     return bus;
 }

@@ -1,5 +1,4 @@
-// The session's message bus, which may not answer: nothing waits for it without a bound. For the
-// folders that wrap GIO.
+// Connects to the session's message bus within bounded time. Only for the folders that wrap GIO.
 #pragma once
 
 #include <functional>
@@ -7,28 +6,29 @@
 
 #include <gio/gio.h>
 
+#include "base/result.h"
 #include "freedesktop/glib/handles.h"
 
 namespace quorvel::freedesktop {
 
 using BusHandle = ObjectHandle<GDBusConnection>;
 
-constexpr int longestAnswer = 3000; // milliseconds that a service of the desktop may take
-constexpr int standardAnswer = -1;  // as many as the library allows, 25 seconds
+constexpr int longestAnswer = 3000; // milliseconds that a desktop service has for its reply
+constexpr int standardAnswer = -1;  // the library's default, 25 seconds
 
-// By the environment alone: false means that there is no session bus to wait for. Never starts a
+// False if the environment shows that there is no session bus. Does not connect and never starts a
 // bus.
 bool mayHaveSessionBus();
 
 // Connects on the default main context, within a few seconds.
 class SessionBusRequest {
 public:
-    // Called once while the default main context runs, and not after the request's end. The bus is
-    // null where there is none or it does not answer. Its end does not end the process.
-    using Answer = std::function<void(BusHandle bus)>;
+    // Called once while the default main context runs. The bus is null if there is none or it does
+    // not answer. The process outlives a bus that closes the connection.
+    using OnAnswer = std::function<void(BusHandle bus)>;
 
-    explicit SessionBusRequest(Answer answer);
-    ~SessionBusRequest();
+    explicit SessionBusRequest(OnAnswer onAnswer);
+    ~SessionBusRequest(); // the function is not called afterwards
     SessionBusRequest(const SessionBusRequest&) = delete;
     SessionBusRequest& operator=(const SessionBusRequest&) = delete;
 
@@ -37,11 +37,12 @@ private:
     std::shared_ptr<Connecting> m_connecting;
 };
 
-// Runs the default main context until SessionBusRequest has its answer. Null as there.
+// Runs the default main context until a SessionBusRequest is answered. Null in the same cases.
 BusHandle waitForSessionBus();
 
-// Blocks until the bus answers or another thread cancels. The error is set where the bus is null.
-BusHandle connectToSessionBus(GCancellable* cancellable, ErrorHandle& error);
+// Blocks until the bus answers or another thread cancels. The bus is not null. The `what` of the
+// error is the library's message.
+Result<BusHandle> connectToSessionBus(GCancellable* cancellable);
 
 struct BusMethod {
     const char* service;
@@ -50,8 +51,8 @@ struct BusMethod {
     const char* name;
 };
 
-// Blocks until the answer is there, another thread cancels, or the time is over. Takes over
-// floating parameters; null: none. Null where no answer of that type came.
+// Blocks until the reply arrives, another thread cancels, or the time is over. Takes ownership of
+// floating parameters, which may be null. Returns null if no reply of that type arrived.
 VariantHandle callAndWait(GDBusConnection* bus, const BusMethod& method, GVariant* parameters,
                           const char* answerType, int milliseconds,
                           GCancellable* cancellable = nullptr);

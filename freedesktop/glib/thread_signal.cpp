@@ -8,8 +8,8 @@
 
 namespace quorvel::freedesktop {
 
-ThreadSignal::ThreadSignal(std::function<void()> happened)
-    : m_happened(std::move(happened))
+ThreadSignal::ThreadSignal(std::function<void()> onSignal)
+    : m_onSignal(std::move(onSignal))
     , m_counter(std::make_shared<FileDescriptor>(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)))
     , m_events(*m_counter, [this] { receive(); }) {
     m_events.listen();
@@ -18,7 +18,7 @@ ThreadSignal::ThreadSignal(std::function<void()> happened)
 std::function<void()> ThreadSignal::sender() const {
     return [counter = m_counter] {
         const std::uint64_t one = 1;
-        // A full counter has woken the thread already.
+        // If the counter is full, a signal is pending already.
         [[maybe_unused]] const ssize_t written = write(counter->get(), &one, sizeof one);
     };
 }
@@ -26,8 +26,8 @@ std::function<void()> ThreadSignal::sender() const {
 void ThreadSignal::receive() {
     std::uint64_t count = 0;
     if (read(m_counter->get(), &count, sizeof count) > 0) {
-        const auto happened = m_happened;
-        happened();
+        const auto onSignal = m_onSignal; // may destroy this object
+        onSignal();
     }
 }
 

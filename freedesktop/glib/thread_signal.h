@@ -1,4 +1,4 @@
-// Wakes the thread of a main loop from any other thread.
+// Lets any thread call a function on the thread of a main loop.
 #pragma once
 
 #include <functional>
@@ -9,21 +9,21 @@
 
 namespace quorvel::freedesktop {
 
-// Belongs to the thread that makes it, and calls on that thread's default main context, once for
-// all signals sent since the last call. Other threads share the kernel's counter alone.
+// Belongs to the thread that constructs it and calls on that thread's default main context, once
+// for all signals since the last call. Other threads use only the kernel's counter.
 class ThreadSignal {
 public:
-    explicit ThreadSignal(std::function<void()> happened);
+    explicit ThreadSignal(std::function<void()> onSignal);
     ThreadSignal(const ThreadSignal&) = delete;
     ThreadSignal& operator=(const ThreadSignal&) = delete;
 
-    // May be called from any thread and outlive this; it has no effect then.
+    // Any thread may call the function. It may outlive the object and then has no effect.
     std::function<void()> sender() const;
 
 private:
     void receive();
 
-    std::function<void()> m_happened;
+    std::function<void()> m_onSignal;
     std::shared_ptr<FileDescriptor> m_counter;
     DescriptorEvents m_events;
 };

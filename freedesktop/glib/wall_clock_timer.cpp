@@ -15,7 +15,7 @@ namespace quorvel::freedesktop {
 
 namespace {
 
-// A millisecond more outweighs the rounding of an instant, so that no call comes early.
+// Adds a millisecond, so that rounding never causes an early call.
 timespec timeOf(platform::NSDate systemInstant) {
     constexpr double farthest = 1e11; // some 3,000 years
     constexpr double roundedUp = 0.001;
@@ -27,10 +27,10 @@ timespec timeOf(platform::NSDate systemInstant) {
 
 } // namespace
 
-WallClockTimer::WallClockTimer(platform::SystemLog& log, std::function<void()> instantCame,
-                               std::function<void()> clockWasSet)
-    : m_instantCame(std::move(instantCame))
-    , m_clockWasSet(std::move(clockWasSet))
+WallClockTimer::WallClockTimer(platform::SystemLog& log, std::function<void()> onInstant,
+                               std::function<void()> onClockSet)
+    : m_onInstant(std::move(onInstant))
+    , m_onClockSet(std::move(onClockSet))
     , m_timer(timerfd_create(CLOCK_REALTIME, TFD_NONBLOCK | TFD_CLOEXEC))
     , m_events(m_timer, [this] { read(); }) {
     if (!m_timer.isOpen()) {
@@ -40,10 +40,10 @@ WallClockTimer::WallClockTimer(platform::SystemLog& log, std::function<void()> i
     m_events.listen();
 }
 
-void WallClockTimer::await(platform::NSDate systemInstant) {
+void WallClockTimer::start(platform::NSDate systemInstant) {
     const itimerspec due{{0, 0}, timeOf(systemInstant)};
     constexpr int flags = TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET;
-    // The kernel refuses once if the clock was set since the last call.
+    // The first call fails if the clock was set since the last one.
     if (m_timer.isOpen() && timerfd_settime(m_timer.get(), flags, &due, nullptr) != 0) {
         timerfd_settime(m_timer.get(), flags, &due, nullptr);
     }
@@ -61,9 +61,9 @@ void WallClockTimer::read() {
     const ssize_t count = ::read(m_timer.get(), &expirations, sizeof expirations);
     if (count < 0 && errno == ECANCELED) {
         stop();
-        m_clockWasSet();
+        m_onClockSet();
     } else if (count > 0) {
-        m_instantCame();
+        m_onInstant();
     }
 }
 

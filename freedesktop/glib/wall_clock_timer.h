@@ -1,4 +1,4 @@
-// Waits for an instant of the system's clock without waking up before it.
+// Calls a function from the main loop at an instant of the system's clock.
 #pragma once
 
 #include <functional>
@@ -10,27 +10,27 @@
 
 namespace quorvel::freedesktop {
 
-// Belongs to the thread that makes it, and calls on that thread's default main context; the calls
-// do not destroy it. An instant that passes while the system sleeps is reported when it wakes.
+// Belongs to the thread that constructs it and calls on that thread's default main context. The
+// calls must not destroy it. For an instant while the system sleeps it calls when the system wakes.
 class WallClockTimer {
 public:
-    // `clockWasSet`: the clock jumped or the system woke up while an instant was awaited, which is
-    // no longer awaited then. Logs when the system has no timer left; then nothing is called.
-    WallClockTimer(platform::SystemLog& log, std::function<void()> instantCame,
-                   std::function<void()> clockWasSet);
+    // `onClockSet`: someone set the clock or the system woke up while the timer was started; the
+    // timer is stopped then. If the system has no timer left, logs that and never calls.
+    WallClockTimer(platform::SystemLog& log, std::function<void()> onInstant,
+                   std::function<void()> onClockSet);
     WallClockTimer(const WallClockTimer&) = delete;
     WallClockTimer& operator=(const WallClockTimer&) = delete;
 
-    // Replaces the instant before. A past instant is reported at once, none is reported early: the
-    // clock shows the instant or later.
-    void await(platform::NSDate systemInstant);
+    // Replaces the previous instant. Calls at once for a past instant, and never early: the clock
+    // shows the instant or later.
+    void start(platform::NSDate systemInstant);
     void stop();
 
 private:
     void read();
 
-    std::function<void()> m_instantCame;
-    std::function<void()> m_clockWasSet;
+    std::function<void()> m_onInstant;
+    std::function<void()> m_onClockSet;
     FileDescriptor m_timer;
     DescriptorEvents m_events;
 };

@@ -1,5 +1,5 @@
-// Weak references as the data pointer of GLib's callbacks, which may come after the object that
-// asked for them has been destroyed. For the folders that wrap GLib.
+// Weak references as the data pointer of GLib's callbacks, which GLib may call after the object has
+// been destroyed. Only for the folders that wrap GLib.
 #pragma once
 
 #include <memory>
@@ -9,13 +9,13 @@
 
 namespace quorvel::freedesktop {
 
-// To be released by takeWeakReference() or freeWeakReference(), once.
+// Release it once, by takeWeakReference() or freeWeakReference().
 template <class Object>
 gpointer newWeakReference(std::weak_ptr<Object> object) {
     return new std::weak_ptr<Object>(std::move(object));
 }
 
-// Null once the object is gone. For a callback that comes more than once.
+// Null if the object has been destroyed. For a callback that is called repeatedly.
 template <class Object>
 std::shared_ptr<Object> lockWeakReference(gpointer data) {
     return static_cast<std::weak_ptr<Object>*>(data)->lock();
@@ -26,7 +26,7 @@ void freeWeakReference(gpointer data) {
     delete static_cast<std::weak_ptr<Object>*>(data);
 }
 
-// Both at once, for a callback that comes once.
+// Locks and releases the reference, for a callback that is called once.
 template <class Object>
 std::shared_ptr<Object> takeWeakReference(gpointer data) {
     const std::unique_ptr<std::weak_ptr<Object>> reference(

@@ -73,7 +73,7 @@ private:
         const platform::Platform& services = m_platform.platform();
         const NSDate next = nextPresentation(services.dateServices, services.clock.now(), rows);
         if (const auto systemInstant = m_platform.systemInstant(next)) {
-            m_timer.await(*systemInstant);
+            m_timer.start(*systemInstant);
         } else {
             m_timer.stop();
         }

@@ -56,13 +56,12 @@ void SearchCancellation::cancel() {
 
 Result<std::string> findSourcesService(SearchCancellation& cancellation) {
     GCancellable* const cancellable = G_CANCELLABLE(cancellation.m_cancellable);
-    ErrorHandle error;
-    const BusHandle bus = connectToSessionBus(cancellable, error);
+    const auto bus = connectToSessionBus(cancellable);
     if (!bus) {
-        return Error{"the session bus cannot be reached: " + messageOf(error), {}, {}};
+        return Error{"the session bus cannot be reached: " + bus.error().what, {}, {}};
     }
     for (const char* const list : {"ListActivatableNames", "ListNames"}) {
-        if (auto name = serviceIn(bus.get(), list, cancellable)) {
+        if (auto name = serviceIn(bus->get(), list, cancellable)) {
             return *std::move(name);
         }
     }

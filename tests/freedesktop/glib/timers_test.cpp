@@ -1,4 +1,5 @@
 #include <chrono>
+#include <cmath>
 
 #include <gtest/gtest.h>
 
@@ -28,6 +29,15 @@ TEST(DelayedCall, CallsOnceAndNotEarly) {
     EXPECT_FALSE(call.isStarted());
     runFor(0.15);
     EXPECT_EQ(calls, 1);
+}
+
+TEST(DelayedCall, CallsSoonWithoutAPositiveDelay) {
+    for (const double seconds : {0.0, -1.0, std::nan("")}) {
+        int calls = 0;
+        DelayedCall call([&calls] { ++calls; });
+        call.start(seconds);
+        EXPECT_TRUE(runUntil([&] { return calls == 1; }, 1)) << seconds;
+    }
 }
 
 TEST(DelayedCall, ASecondStartReplacesTheFirst) {
@@ -90,7 +100,7 @@ TEST_F(WallClockTimerTest, CallsOnceWhenTheClockShowsTheInstantOrLater) {
     for (int i = 0; i < 20; ++i) {
         const platform::NSDate instant = inSeconds(0.01);
         instants = 0;
-        timer->await(instant);
+        timer->start(instant);
         ASSERT_TRUE(runUntil([this] { return instants > 0; }));
         EXPECT_GE(SystemClock().now(), instant);
     }
@@ -102,24 +112,24 @@ TEST_F(WallClockTimerTest, CallsOnceWhenTheClockShowsTheInstantOrLater) {
 TEST_F(WallClockTimerTest, CallsAtOnceForAPastInstantAndFromTheMainLoop) {
     for (const platform::NSDate past : {inSeconds(-1), platform::NSDate{-1e10}}) {
         instants = 0;
-        timer->await(past);
+        timer->start(past);
         EXPECT_EQ(instants, 0);
         EXPECT_LT(secondsOf([this] { runUntil([this] { return instants == 1; }); }), 1);
     }
 }
 
 TEST_F(WallClockTimerTest, ASecondInstantReplacesTheFirst) {
-    timer->await(inSeconds(0.02));
-    timer->await(inSeconds(1e9));
+    timer->start(inSeconds(0.02));
+    timer->start(inSeconds(1e9));
     runFor(0.1);
     EXPECT_EQ(instants, 0);
 }
 
 TEST_F(WallClockTimerTest, DoesNotCallOnceItIsStoppedOrDestroyed) {
-    timer->await(inSeconds(0.01));
+    timer->start(inSeconds(0.01));
     timer->stop();
     runFor(0.05);
-    timer->await(inSeconds(0));
+    timer->start(inSeconds(0));
     timer.reset();
     runFor(0.05);
     EXPECT_EQ(instants, 0);
@@ -127,18 +137,18 @@ TEST_F(WallClockTimerTest, DoesNotCallOnceItIsStoppedOrDestroyed) {
 }
 
 TEST_F(WallClockTimerTest, ReportsThatTheClockWasSet) {
-    timer->await(inSeconds(0.01));
+    timer->start(inSeconds(0.01));
     Kernel::instance().saysClockWasSet = true;
     EXPECT_TRUE(runUntil([this] { return settings == 1; }));
     runFor(0.05);
     EXPECT_EQ(settings, 1);
     EXPECT_EQ(instants, 0);
-    timer->await(inSeconds(0.01));
+    timer->start(inSeconds(0.01));
     EXPECT_TRUE(runUntil([this] { return instants == 1; })) << "and goes on";
 }
 
 TEST_F(WallClockTimerTest, DoesNotWakeUpBeforeTheInstant) {
-    timer->await(inSeconds(3600));
+    timer->start(inSeconds(3600));
     runFor(0.01);
     EXPECT_EQ(wakeUpsDuring(0.5), 0);
 }
