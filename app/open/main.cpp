@@ -38,21 +38,22 @@ int reportError(const std::string& what, int status) {
 }
 
 int openLink(std::string_view link) {
-    if (const auto problem = problemWithLink(link)) {
-        return reportError(
-            "the link cannot be opened (" + *problem + "): see 'quorvel-open --help'", exitUsage);
+    if (const auto checked = checkLink(link); !checked) {
+        return reportError("the link cannot be opened (" + checked.error().what +
+                               "): see 'quorvel-open --help'",
+                           exitUsage);
     }
     const auto parsed = parseCalendarLink(link);
     if (!parsed) {
         return reportError("the link names neither an event nor a day: see 'quorvel-open --help'",
                            exitUsage);
     }
-    const OpeningOutcome outcome = openInCalendarApplication(*parsed);
-    if (!outcome.isOpened) {
+    if (const auto opened = openInCalendarApplication(*parsed); !opened) {
+        const std::string problem = message(opened.error());
         const bool isEvent = std::holds_alternative<EventLink>(*parsed);
         notifyUser(isEvent ? "The event cannot be shown" : "The day cannot be shown",
-                   asSentence(outcome.problem));
-        return reportError(outcome.problem, EXIT_FAILURE);
+                   asSentence(problem));
+        return reportError(problem, EXIT_FAILURE);
     }
     return EXIT_SUCCESS;
 }

@@ -4,7 +4,7 @@
 #include <array>
 #include <utility>
 
-#include "freedesktop/glib/call_after.h"
+#include "freedesktop/glib/delayed_call.h"
 #include "freedesktop/glib/session_bus.h"
 #include "freedesktop/glib/weak_reference.h"
 #include "freedesktop/launch/exec_line.h"
@@ -25,7 +25,7 @@ std::string textOf(GDesktopAppInfo* entry, const char* key) {
     return orEmpty(text.get());
 }
 
-// The name on the bus of one that can be activated there, else empty.
+// The bus name of an application that supports activation, else empty.
 std::string busName(GDesktopAppInfo* entry) {
     std::string name = nameOf(entry);
     if (g_desktop_app_info_get_boolean(entry, "DBusActivatable") == FALSE ||
@@ -42,7 +42,7 @@ std::string objectPath(std::string name) {
     return '/' + name;
 }
 
-// The words before a command that runs in a terminal; empty where there is no terminal.
+// The words that run a command in a terminal; empty if no terminal is installed.
 std::vector<std::string> terminalCommand() {
     constexpr std::array<std::array<const char*, 2>, 5> terminals = {{{"x-terminal-emulator", "-e"},
                                                                       {"gnome-terminal", "--"},
@@ -57,8 +57,12 @@ std::vector<std::string> terminalCommand() {
     return {};
 }
 
-// Why it could not be started; empty where it was. Nobody needs to wait for the process's end.
-std::string startProcess(const std::vector<std::string>& arguments, const std::string& folder) {
+Error failure(std::string what) {
+    return {std::move(what), {}, {}};
+}
+
+// GLib reaps the process.
+Result<void> startProcess(const std::vector<std::string>& arguments, const std::string& folder) {
     std::vector<char*> argv;
     for (const std::string& argument : arguments) {
         argv.push_back(const_cast<char*>(argument.c_str()));
@@ -67,50 +71,46 @@ std::string startProcess(const std::vector<std::string>& arguments, const std::s
     GError* error = nullptr;
     g_spawn_async(folder.empty() ? nullptr : folder.c_str(), argv.data(), nullptr,
                   G_SPAWN_SEARCH_PATH, nullptr, nullptr, nullptr, &error);
-    const ErrorHandle held(error);
-    return error != nullptr ? shortened(error->message) : "";
+    const ErrorHandle owned(error);
+    return error != nullptr ? failure(shortened(error->message)) : Result<void>();
 }
 
-std::string startProgram(GDesktopAppInfo* entry, const Opening& opening) {
-    auto arguments = commandOf(entry, opening.link);
+Result<void> startProgram(GDesktopAppInfo* entry, const LaunchArguments& given) {
+    auto arguments = commandOf(entry, given.link);
     if (!arguments) {
-        return "its entry has no command line";
+        return failure("its entry has no command line");
     }
-    arguments->insert(arguments->end(), opening.arguments.begin(), opening.arguments.end());
+    arguments->insert(arguments->end(), given.arguments.begin(), given.arguments.end());
     if (g_desktop_app_info_get_boolean(entry, "Terminal") != FALSE) {
         const std::vector<std::string> terminal = terminalCommand();
         if (terminal.empty()) {
-            return "it needs a terminal, and there is none";
+            return failure("it needs a terminal, and there is none");
         }
         arguments->insert(arguments->begin(), terminal.begin(), terminal.end());
     }
     return startProcess(*arguments, textOf(entry, "Path"));
 }
 
-// Nothing of the message has reached an application then.
+// The message has reached no application in these cases.
 bool isUnknownToTheBus(const GError* error) {
     return g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_SERVICE_UNKNOWN) != FALSE ||
            g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_NAME_HAS_NO_OWNER) != FALSE;
 }
 
-// Replies find it by a weak reference: they also come, as cancelled, after its end.
-class Activation final : public StartUnderWay, public std::enable_shared_from_this<Activation> {
+// GIO calls back even after cancellation, so its callbacks have only a weak reference.
+class Activation final : public PendingStart, public std::enable_shared_from_this<Activation> {
 public:
-    Activation(EntryHandle entry, Opening opening, StartEnded ended)
+    Activation(EntryHandle entry, LaunchArguments arguments, OnStarted onStarted)
         : m_entry(std::move(entry))
-        , m_opening(std::move(opening))
-        , m_ended(std::move(ended))
+        , m_arguments(std::move(arguments))
+        , m_onStarted(std::move(onStarted))
         , m_cancellable(g_cancellable_new()) {}
     ~Activation() override { g_cancellable_cancel(m_cancellable.get()); }
     Activation(const Activation&) = delete;
     Activation& operator=(const Activation&) = delete;
 
     void begin(double seconds) {
-        m_deadline = callAfter(seconds, [reference = weak_from_this()] {
-            if (const auto self = reference.lock()) {
-                self->end("it did not answer");
-            }
-        });
+        m_deadline.start(seconds);
         m_request.emplace([reference = weak_from_this()](BusHandle bus) {
             if (const auto self = reference.lock()) {
                 self->callApplication(bus.get());
@@ -120,59 +120,60 @@ public:
 
 private:
     void callApplication(GDBusConnection* bus);
-    void takeReply(const GError* error);
-    void end(const std::string& problem) {
-        m_deadline.reset();
+    void onReply(const GError* error);
+    void end(const Result<void>& result) {
+        m_deadline.stop();
         m_request.reset();
         g_cancellable_cancel(m_cancellable.get());
-        if (const StartEnded ended = std::exchange(m_ended, nullptr)) {
-            ended(problem);
+        if (const OnStarted onStarted = std::exchange(m_onStarted, nullptr)) {
+            onStarted(result);
         }
     }
 
     EntryHandle m_entry;
-    Opening m_opening;
-    StartEnded m_ended; // null once it was called
+    LaunchArguments m_arguments;
+    OnStarted m_onStarted; // null once it was called
     ObjectHandle<GCancellable> m_cancellable;
-    SourceHandle m_deadline;
+    DelayedCall m_deadline{[this] { end(failure("it did not answer")); }};
     std::optional<SessionBusRequest> m_request;
 };
 
 void Activation::callApplication(GDBusConnection* bus) {
     if (bus == nullptr) {
-        end(startProgram(m_entry.get(), m_opening));
+        end(startProgram(m_entry.get(), m_arguments));
         return;
     }
-    GVariantBuilder surroundings;
-    g_variant_builder_init(&surroundings, G_VARIANT_TYPE_VARDICT);
-    std::array<const char*, 2> links{m_opening.link ? m_opening.link->c_str() : nullptr, nullptr};
-    const bool hasLink = m_opening.link.has_value();
-    GVariant* const values = hasLink ? g_variant_new("(^asa{sv})", links.data(), &surroundings)
-                                     : g_variant_new("(a{sv})", &surroundings);
+    GVariantBuilder platformData;
+    g_variant_builder_init(&platformData, G_VARIANT_TYPE_VARDICT);
+    std::array<const char*, 2> links{m_arguments.link ? m_arguments.link->c_str() : nullptr,
+                                     nullptr};
+    const bool hasLink = m_arguments.link.has_value();
+    GVariant* const values = hasLink ? g_variant_new("(^asa{sv})", links.data(), &platformData)
+                                     : g_variant_new("(a{sv})", &platformData);
     const GAsyncReadyCallback replied = [](GObject* source, GAsyncResult* result, gpointer data) {
         GError* error = nullptr;
         const VariantHandle reply(
             g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, &error));
-        const ErrorHandle held(error);
+        const ErrorHandle owned(error);
         if (const auto self = takeWeakReference<Activation>(data)) {
-            self->takeReply(error);
+            self->onReply(error);
         }
     };
     const std::string name = busName(m_entry.get());
-    const int ownDeadlineIsEnough = G_MAXINT;
+    constexpr int noTimeout = G_MAXINT; // m_deadline ends the call
     g_dbus_connection_call(bus, name.c_str(), objectPath(name).c_str(),
                            "org.freedesktop.Application", hasLink ? "Open" : "Activate", values,
-                           nullptr, G_DBUS_CALL_FLAGS_NONE, ownDeadlineIsEnough,
-                           m_cancellable.get(), replied, newWeakReference(weak_from_this()));
+                           nullptr, G_DBUS_CALL_FLAGS_NONE, noTimeout, m_cancellable.get(), replied,
+                           newWeakReference(weak_from_this()));
 }
 
-void Activation::takeReply(const GError* error) {
+void Activation::onReply(const GError* error) {
     if (error == nullptr) {
-        end("");
+        end({});
     } else if (isUnknownToTheBus(error)) {
-        end(startProgram(m_entry.get(), m_opening));
+        end(startProgram(m_entry.get(), m_arguments));
     } else {
-        end(shortened(error->message));
+        end(failure(shortened(error->message)));
     }
 }
 
@@ -189,14 +190,14 @@ std::optional<std::vector<std::string>> commandOf(GDesktopAppInfo* entry,
     return argumentsOf(orEmpty(g_app_info_get_commandline(G_APP_INFO(entry))), facts, link);
 }
 
-std::shared_ptr<StartUnderWay> startApplication(EntryHandle entry, Opening opening, double seconds,
-                                                StartEnded ended) {
-    if (!opening.arguments.empty() || busName(entry.get()).empty()) {
-        ended(startProgram(entry.get(), opening));
+std::shared_ptr<PendingStart> startApplication(EntryHandle entry, LaunchArguments arguments,
+                                               double seconds, OnStarted onStarted) {
+    if (!arguments.arguments.empty() || busName(entry.get()).empty()) {
+        onStarted(startProgram(entry.get(), arguments));
         return nullptr;
     }
     const auto activation =
-        std::make_shared<Activation>(std::move(entry), std::move(opening), std::move(ended));
+        std::make_shared<Activation>(std::move(entry), std::move(arguments), std::move(onStarted));
     activation->begin(seconds);
     return activation;
 }

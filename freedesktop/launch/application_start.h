@@ -1,4 +1,4 @@
-// Starts an installed application, or has the session bus activate it. For this folder alone.
+// Starts an installed application, or activates it over the session bus. Only for this folder.
 #pragma once
 
 #include <functional>
@@ -9,39 +9,36 @@
 
 #include <gio/gdesktopappinfo.h>
 
+#include "base/result.h"
 #include "freedesktop/glib/handles.h"
+#include "freedesktop/launch/launch_arguments.h"
 
 namespace quorvel::freedesktop::launch {
 
 using EntryHandle = ObjectHandle<GDesktopAppInfo>;
 
-// "org.example.App.desktop"; empty where the entry has no name.
+// "org.example.App.desktop"; empty if the entry has no name.
 std::string nameOf(GDesktopAppInfo* entry);
 
-// The program and its first arguments, as the entry has them. Absent where its line is none.
+// The program and its first arguments according to the entry. Absent if its command line is
+// invalid.
 std::optional<std::vector<std::string>> commandOf(GDesktopAppInfo* entry,
                                                   const std::optional<std::string>& link);
 
-// What an application is given.
-struct Opening {
-    std::optional<std::string> link;
-    std::vector<std::string> arguments; // with any, the program is started, not activated
-};
-
-// A start that waits for a reply. Once it is gone nothing more is done, and nothing called.
-class StartUnderWay {
+// A start that waits for a reply. Destroying it abandons the start; nothing is called afterwards.
+class PendingStart {
 public:
-    virtual ~StartUnderWay() = default;
+    virtual ~PendingStart() = default;
 };
 
-// Why it could not be started; empty where it was, or where it has taken the link.
-using StartEnded = std::function<void(const std::string& problem)>;
+// Called with success when the program runs or the application has accepted the link.
+using OnStarted = std::function<void(const Result<void>& result)>;
 
-// Never waits, and there is no shell on the way. An application that the bus can activate is asked
-// over the bus; where there is no bus, or the bus does not know it, its program is started.
-// `ended` is called once: before this returns, and then it returns null; else while the default
-// main context runs, after so many seconds at the latest.
-std::shared_ptr<StartUnderWay> startApplication(EntryHandle entry, Opening opening, double seconds,
-                                                StartEnded ended);
+// Neither waits nor uses a shell. An application that supports activation is activated over the
+// bus; if there is no bus, or the bus does not know the application, its program is started. Calls
+// `onStarted` once: either before it returns, and then it returns null, or later while the default
+// main context runs, at the latest after that many seconds.
+std::shared_ptr<PendingStart> startApplication(EntryHandle entry, LaunchArguments arguments,
+                                               double seconds, OnStarted onStarted);
 
 } // namespace quorvel::freedesktop::launch

@@ -4,12 +4,14 @@
 #include <array>
 #include <cmath>
 #include <ctime>
+#include <optional>
+#include <string>
+
+#include "base/ascii_text.h"
 
 namespace quorvel::freedesktop {
 
 namespace {
-
-constexpr double referenceDateSince1970 = 978307200;
 
 std::string formatted(const std::tm& time, const char* format) {
     std::array<char, 256> text{};
@@ -17,11 +19,10 @@ std::string formatted(const std::tm& time, const char* format) {
 }
 
 std::time_t unixTime(platform::NSDate date) {
-    return static_cast<std::time_t>(
-        std::floor(date.timeIntervalSinceReferenceDate + referenceDateSince1970));
+    return static_cast<std::time_t>(std::floor(platform::timeIntervalSince1970(date)));
 }
 
-// Noon: no clock change moves it to another day.
+// Noon, because no clock change moves it to another day.
 std::tm noonOf(const DayLink& day) {
     std::tm time{};
     time.tm_year = day.year - 1900;
@@ -51,15 +52,14 @@ std::string utcInstant(const CalendarLink& link) {
     const std::time_t instant = event != nullptr ? unixTime(event->start) : std::mktime(&day);
     std::tm utc{};
     gmtime_r(&instant, &utc);
-    // The early years have four digits too.
+    // strftime() does not pad the year to four digits.
     constexpr std::size_t length = std::string_view("20140307T174500Z").size();
     const std::string text = formatted(utc, "%Y%m%dT%H%M%SZ");
     return std::string(length - std::min(length, text.size()), '0') + text;
 }
 
 bool isUnreserved(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||
-           c == '.' || c == '_' || c == '~';
+    return isAsciiLetterOrDigit(c) || c == '-' || c == '.' || c == '_' || c == '~';
 }
 
 std::string percentEncoded(std::string_view text) {
@@ -76,7 +76,7 @@ std::string percentEncoded(std::string_view text) {
     return encoded;
 }
 
-CalendarOpening evolutionOpening(const CalendarLink& link, const EventLink* event) {
+LaunchArguments evolutionArguments(const CalendarLink& link, const EventLink* event) {
     constexpr std::string_view start = "calendar:///?";
     if (event != nullptr) {
         return {std::string(start) + "source-uid=" + percentEncoded(event->calendar) +
@@ -86,7 +86,7 @@ CalendarOpening evolutionOpening(const CalendarLink& link, const EventLink* even
     return {std::string(start) + "startdate=" + utcInstant(link), {}};
 }
 
-CalendarOpening gnomeCalendarOpening(const CalendarLink& link, const EventLink* event) {
+LaunchArguments gnomeCalendarArguments(const CalendarLink& link, const EventLink* event) {
     if (event != nullptr) {
         return {std::nullopt, {"--uuid", event->calendar + ':' + event->uid}};
     }
@@ -105,14 +105,14 @@ CalendarApplication calendarApplicationOfEntry(std::string_view desktopEntryName
     return CalendarApplication::other;
 }
 
-CalendarOpening openingOf(const CalendarLink& link, CalendarApplication application,
-                          bool isKnownSource) {
+LaunchArguments argumentsToOpen(const CalendarLink& link, CalendarApplication application,
+                                bool isKnownSource) {
     const EventLink* event = isKnownSource ? std::get_if<EventLink>(&link) : nullptr;
     switch (application) {
     case CalendarApplication::evolution:
-        return evolutionOpening(link, event);
+        return evolutionArguments(link, event);
     case CalendarApplication::gnomeCalendar:
-        return gnomeCalendarOpening(link, event);
+        return gnomeCalendarArguments(link, event);
     case CalendarApplication::other:
         break;
     }

@@ -14,7 +14,7 @@ namespace {
 constexpr std::string_view eventPrefix = "x-apple-calevent://";
 constexpr std::string_view startKey = "?o=";
 constexpr std::string_view dayPrefix = "fantastical2://show?date=";
-// The first second of the year 1 and that of the year 10000, since the reference date.
+// The first seconds of the years 1 and 10000, since the reference date.
 constexpr double earliestStart = -63113904000.0;
 constexpr double endOfStarts = 252423993600.0;
 

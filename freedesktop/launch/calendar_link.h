@@ -1,4 +1,4 @@
-// The two kinds of link that the widget makes, taken apart.
+// Parses the two kinds of link that the widget makes.
 #pragma once
 
 #include <optional>
@@ -10,8 +10,8 @@
 
 namespace quorvel::freedesktop {
 
-// x-apple-calevent://CALENDAR/UID?o=SECONDS. The slashes behind the first one belong to the UID;
-// they may have been colons.
+// x-apple-calevent://CALENDAR/UID?o=SECONDS. All slashes after the first belong to the UID, whose
+// colons may have been replaced by slashes.
 struct EventLink {
     std::string calendar;
     std::string uid;
@@ -27,7 +27,7 @@ struct DayLink {
 
 using CalendarLink = std::variant<EventLink, DayLink>;
 
-// Absent where the text is neither.
+// Absent if the text is neither.
 std::optional<CalendarLink> parseCalendarLink(std::string_view text);
 
 } // namespace quorvel::freedesktop

@@ -1,5 +1,7 @@
 #include "freedesktop/launch/calendar_opener.h"
 
+#include <optional>
+#include <string>
 #include <utility>
 
 #include "freedesktop/launch/application_start.h"
@@ -15,12 +17,12 @@ namespace {
 
 constexpr double longestStart = 10; // seconds
 
-// An application that the bus activates has been told when this returns.
-std::string startAndWait(EntryHandle application, CalendarOpening opening) {
-    std::optional<std::string> answer;
-    const auto underWay = launch::startApplication(
-        std::move(application), {std::move(opening.link), std::move(opening.arguments)},
-        longestStart, [&answer](const std::string& problem) { answer = problem; });
+// Returns after the application has accepted the link, if it is activated over the bus.
+Result<void> startAndWait(EntryHandle application, LaunchArguments arguments) {
+    std::optional<Result<void>> answer;
+    const auto pending =
+        launch::startApplication(std::move(application), std::move(arguments), longestStart,
+                                 [&answer](const Result<void>& result) { answer = result; });
     while (!answer) {
         g_main_context_iteration(nullptr, TRUE);
     }
@@ -29,23 +31,24 @@ std::string startAndWait(EntryHandle application, CalendarOpening opening) {
 
 } // namespace
 
-OpeningOutcome openInCalendarApplication(const CalendarLink& link) {
+Result<void> openInCalendarApplication(const CalendarLink& link) {
     EntryHandle application = launch::installedCalendarApplication();
     if (!application) {
-        return {false, "there is no calendar application: install Evolution or GNOME Calendar"};
+        return Error{"there is no calendar application", {}, "install Evolution or GNOME Calendar"};
     }
     const std::string name = launch::nameOf(application.get());
     const CalendarApplication kind = calendarApplicationOfEntry(name);
     const auto* event = std::get_if<EventLink>(&link);
     const bool isKnown =
         event != nullptr && kind != CalendarApplication::other && isDesktopSource(event->calendar);
-    const std::string problem =
-        startAndWait(std::move(application), openingOf(link, kind, isKnown));
-    if (!problem.empty()) {
-        return {false, "the application " + name + " could not be started (" + problem +
-                           "): try it by hand"};
+    const auto started = startAndWait(std::move(application), argumentsToOpen(link, kind, isKnown));
+    if (!started) {
+        return Error{"the application " + name + " could not be started (" + started.error().what +
+                         ")",
+                     {},
+                     "try it by hand"};
     }
-    return {true, ""};
+    return {};
 }
 
 } // namespace quorvel::freedesktop

@@ -6,7 +6,7 @@ namespace quorvel::freedesktop {
 
 namespace {
 
-// Whether an object of the service is the source of that identifier.
+// Whether the object with these interfaces is the source with that identifier.
 bool isSource(GVariant* interfaces, const std::string& identifier) {
     const VariantHandle source(g_variant_lookup_value(
         interfaces, "org.gnome.evolution.dataserver.Source", G_VARIANT_TYPE_VARDICT));

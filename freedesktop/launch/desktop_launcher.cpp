@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "freedesktop/glib/call_after.h"
+#include "freedesktop/glib/delayed_call.h"
 #include "freedesktop/launch/application_start.h"
 #include "freedesktop/launch/openable_link.h"
 #include "platform/ns_url.h"
@@ -16,35 +16,35 @@ using platform::NSURL;
 using platform::SBApplication;
 using platform::SystemLog;
 
-// What is under way. It goes with the launcher, and then nothing of it is called any more.
+// The pending starts. No callback runs after its destruction.
 class DesktopLauncher::Launches {
 public:
     Launches(SystemLog& log, double patience)
         : m_log(log)
         , m_patience(patience) {}
 
-    // `failure`: how it is told.
+    // `failure`: the start of the log message if it fails.
     void start(EntryHandle application, std::optional<std::string> link, std::string failure) {
         const int number = m_next++;
-        auto underWay = launch::startApplication(
+        auto pending = launch::startApplication(
             std::move(application), {std::move(link), {}}, m_patience,
-            [this, number, failure = std::move(failure)](const std::string& problem) {
-                if (!problem.empty()) {
-                    m_log.log("QRV: " + failure + ": " + problem);
+            [this, number, failure = std::move(failure)](const Result<void>& result) {
+                if (!result) {
+                    m_log.log("QRV: " + failure + ": " + result.error().what);
                 }
-                m_underWay.erase(number);
+                m_pending.erase(number);
             });
-        if (underWay) {
-            m_underWay.emplace(number, std::move(underWay));
+        if (pending) {
+            m_pending.emplace(number, std::move(pending));
         }
     }
-    bool isPending() const { return !m_underWay.empty(); }
+    bool isPending() const { return !m_pending.empty(); }
 
 private:
     SystemLog& m_log;
     double m_patience;
     int m_next = 0;
-    std::map<int, std::shared_ptr<launch::StartUnderWay>> m_underWay;
+    std::map<int, std::shared_ptr<launch::PendingStart>> m_pending;
 };
 
 namespace {
@@ -55,11 +55,7 @@ struct InstalledApplication final : SBApplication {
     EntryHandle entry;
 };
 
-EntryHandle sharedHandle(const EntryHandle& entry) {
-    return EntryHandle(G_DESKTOP_APP_INFO(g_object_ref(entry.get())));
-}
-
-// Null where nobody opens such links.
+// Null if no application opens such links.
 EntryHandle handlerOf(const std::string& scheme) {
     ObjectHandle<GAppInfo> handler(g_app_info_get_default_for_uri_scheme(scheme.c_str()));
     return EntryHandle(G_IS_DESKTOP_APP_INFO(handler.get()) ? G_DESKTOP_APP_INFO(handler.release())
@@ -76,8 +72,8 @@ DesktopLauncher::~DesktopLauncher() = default;
 
 void DesktopLauncher::openURL(const NSURL& url) {
     const std::string& link = url.absoluteString();
-    if (const auto problem = problemWithLink(link)) {
-        m_log.log("QRV: the link " + shortened(link) + " is not opened: " + *problem);
+    if (const auto checked = checkLink(link); !checked) {
+        m_log.log("QRV: the link " + shortened(link) + " is not opened: " + checked.error().what);
         return;
     }
     const std::string scheme = link.substr(0, link.find(':'));
@@ -108,14 +104,15 @@ void DesktopLauncher::activateApplicationAnimated(
         m_log.log("QRV: there is no application to bring to the front");
         return;
     }
-    m_launches->start(sharedHandle(installed->entry), std::nullopt,
+    m_launches->start(share(installed->entry.get()), std::nullopt,
                       "the application " + launch::nameOf(installed->entry.get()) +
                           " could not be brought to the front");
 }
 
 bool DesktopLauncher::waitForLaunches(double seconds) {
     bool isOver = false;
-    const SourceHandle timeout = callAfter(seconds, [&isOver] { isOver = true; });
+    DelayedCall timeout([&isOver] { isOver = true; });
+    timeout.start(seconds);
     while (m_launches->isPending() && !isOver) {
         g_main_context_iteration(nullptr, TRUE);
     }

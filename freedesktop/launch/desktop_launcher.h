@@ -1,5 +1,5 @@
-// The desktop's other applications: links go to the handler of their scheme, an application comes
-// to the front by the identifier of its desktop entry.
+// Opens links and applications on the desktop: a link in the handler of its scheme, an application
+// by the identifier of its desktop entry.
 #pragma once
 
 #include <memory>
@@ -12,8 +12,8 @@
 
 namespace quorvel::freedesktop {
 
-// Nothing waits: what fails later is told to the log, and so is an application that does not answer
-// in time. Replies arrive while the default main context runs. For one thread.
+// Does not wait. Logs a start that fails later and an application that does not answer in time.
+// Replies arrive while the default main context runs.
 class DesktopLauncher final : public platform::UIApplication,
                               public platform::HomeScreenShell,
                               private platform::SBApplicationController,
@@ -21,20 +21,21 @@ class DesktopLauncher final : public platform::UIApplication,
 public:
     static constexpr double usualPatience = 20; // seconds
 
-    // The log outlives the launcher. `patience`: seconds that an application has for its answer.
+    // The log must outlive the launcher. `patience`: seconds that an application has for its
+    // answer.
     explicit DesktopLauncher(platform::SystemLog& log, double patience = usualPatience);
-    // What is still under way is abandoned; nothing is started or logged afterwards.
+    // Abandons pending starts; nothing is started or logged afterwards.
     ~DesktopLauncher() override;
     DesktopLauncher(const DesktopLauncher&) = delete;
     DesktopLauncher& operator=(const DesktopLauncher&) = delete;
 
-    // Only the widget's own two schemes are opened, and only links short enough to be an argument.
+    // Opens only links that checkLink() accepts.
     void openURL(const platform::NSURL& url) override;
     platform::SBApplicationController* applicationController() override { return this; }
     platform::SBUIController* uiController() override { return this; }
 
     // Runs the default main context until every launch has succeeded or failed, or the time is
-    // over. True: none is left. What is no time (negative, not a number) is none at all.
+    // over. True: no launch is pending. A negative number or NaN is no time.
     bool waitForLaunches(double seconds);
 
 private:

@@ -18,7 +18,7 @@ bool takesLinkAsValue(std::string_view word) {
            isLinkCode(word.substr(equals + 1));
 }
 
-// Codes of files and those that nobody uses any more stand for nothing.
+// Removes the codes for files and the deprecated ones.
 std::string withoutCodes(std::string_view word, const EntryFacts& facts) {
     std::string text;
     for (std::size_t i = 0; i < word.size(); ++i) {
@@ -68,11 +68,11 @@ std::optional<std::vector<std::string>> argumentsOf(const std::string& execLine,
                                                     const std::optional<std::string>& link) {
     int count = 0;
     char** words = nullptr;
-    // It only takes quotes away: nothing is run.
+    // This only splits and unquotes the line; it runs nothing.
     if (g_shell_parse_argv(execLine.c_str(), &count, &words, nullptr) == FALSE) {
         return std::nullopt;
     }
-    const TextsHandle held(words);
+    const TextsHandle owned(words);
     if (isLinkCode(words[0])) {
         return std::nullopt; // the link would be the program
     }

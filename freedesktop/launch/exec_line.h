@@ -1,4 +1,4 @@
-// The command line of a desktop entry, taken apart into the arguments of a process.
+// Parses the command line of a desktop entry into the arguments of a process.
 #pragma once
 
 #include <optional>
@@ -7,16 +7,16 @@
 
 namespace quorvel::freedesktop {
 
-// What the codes of the line stand for beside the link.
+// The values of the field codes other than the link.
 struct EntryFacts {
     std::string name;
-    std::string icon; // empty where there is none
-    std::string file; // the entry's own
+    std::string icon; // empty: none
+    std::string file; // of the entry itself
 };
 
-// Never empty. Absent where the line is none. The link takes the place of %u or %U where that is a
-// word of its own or all of an option's value; in the middle of other words, which might be a
-// script, it is left out.
+// Never empty. Absent if the line is invalid. The link replaces a %u or %U that is a word of its
+// own or the whole value of an option. In the middle of other words, which might be a script, the
+// code is removed instead.
 std::optional<std::vector<std::string>> argumentsOf(const std::string& execLine,
                                                     const EntryFacts& facts,
                                                     const std::optional<std::string>& link);

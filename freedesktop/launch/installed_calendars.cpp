@@ -16,7 +16,7 @@ constexpr const char* textType = "text/plain";
 constexpr std::string_view ownEntry = "org.quorvel.Open.desktop";
 constexpr std::string_view ownProgram = "quorvel-open";
 
-// Under its own name, also within the words of a script, or under another.
+// Whether the command names this program, also within a script, or is a link to it.
 bool runsThisProgram(GDesktopAppInfo* entry) {
     const auto command = commandOf(entry, std::nullopt);
     if (!command) {
@@ -31,7 +31,7 @@ bool runsThisProgram(GDesktopAppInfo* entry) {
            (program && std::filesystem::equivalent(program.get(), "/proc/self/exe", absent));
 }
 
-// A calendar is a text too, so where no application is meant for it the editor is offered.
+// If no application handles calendars, GIO offers the text editor, because a calendar is a text.
 bool isTextEditor(GDesktopAppInfo* entry) {
     const ObjectHandle<GAppInfo> editor(g_app_info_get_default_for_type(textType, FALSE));
     return editor && g_app_info_equal(G_APP_INFO(entry), editor.get()) != FALSE;
@@ -47,8 +47,8 @@ EntryHandle entryOf(GAppInfo* application) {
                            : nullptr);
 }
 
-// The default, or where that is none the first that is made for calendars.
-EntryHandle usersChoice() {
+// The default, or the first application for calendars if the default is none.
+EntryHandle defaultApplication() {
     const ObjectHandle<GAppInfo> first(g_app_info_get_default_for_type(calendarType, FALSE));
     EntryHandle choice = entryOf(first.get());
     if (choice && isCalendarApplication(choice.get())) {
@@ -65,15 +65,15 @@ EntryHandle usersChoice() {
     return choice;
 }
 
-bool canBeTold(GDesktopAppInfo* entry) {
+bool takesArguments(GDesktopAppInfo* entry) {
     return calendarApplicationOfEntry(nameOf(entry)) != CalendarApplication::other;
 }
 
 } // namespace
 
 EntryHandle installedCalendarApplication() {
-    EntryHandle choice = usersChoice();
-    if (choice && canBeTold(choice.get())) {
+    EntryHandle choice = defaultApplication();
+    if (choice && takesArguments(choice.get())) {
         return choice;
     }
     for (const char* name : {"org.gnome.Evolution.desktop", "org.gnome.Calendar.desktop"}) {

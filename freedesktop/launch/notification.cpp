@@ -4,24 +4,22 @@
 
 namespace quorvel::freedesktop {
 
-bool notifyUser(const std::string& summary, const std::string& body) {
+void notifyUser(const std::string& summary, const std::string& body) {
     const BusHandle bus = waitForSessionBus();
     if (!bus) {
-        return false;
+        return;
     }
     GVariantBuilder actions;
     GVariantBuilder hints;
     g_variant_builder_init(&actions, G_VARIANT_TYPE("as"));
     g_variant_builder_init(&hints, G_VARIANT_TYPE_VARDICT);
     constexpr int standardTime = -1;
-    const VariantHandle answer =
-        callAndWait(bus.get(),
-                    {"org.freedesktop.Notifications", "/org/freedesktop/Notifications",
-                     "org.freedesktop.Notifications", "Notify"},
-                    g_variant_new("(susssasa{sv}i)", "Quorvel", 0U, "x-office-calendar",
-                                  summary.c_str(), body.c_str(), &actions, &hints, standardTime),
-                    "(u)", longestAnswer);
-    return answer != nullptr;
+    callAndWait(bus.get(),
+                {"org.freedesktop.Notifications", "/org/freedesktop/Notifications",
+                 "org.freedesktop.Notifications", "Notify"},
+                g_variant_new("(susssasa{sv}i)", "Quorvel", 0U, "x-office-calendar",
+                              summary.c_str(), body.c_str(), &actions, &hints, standardTime),
+                "(u)", longestAnswer);
 }
 
 std::string asSentence(const std::string& problem) {

@@ -3,20 +3,18 @@
 #include <algorithm>
 #include <array>
 
+#include "base/ascii_text.h"
+
 namespace quorvel::freedesktop {
 
 namespace {
 
 constexpr std::array<std::string_view, 2> schemes = {"x-apple-calevent", "fantastical2"};
-// The kernel takes arguments of 128 KiB, and the handler may want to add something.
+// The kernel allows arguments of 128 KiB, and the handler may add to them.
 constexpr std::size_t longestLink = std::size_t{32} << 10U;
-constexpr std::size_t longestIdentifier = 255; // of a file's name
+constexpr std::size_t longestIdentifier = 255; // the limit for file names
 constexpr std::size_t longestShown = 80;
 constexpr std::string_view entrySuffix = ".desktop";
-
-bool isAsciiLetterOrDigit(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-}
 
 bool isGraphic(char c) {
     return c > ' ' && c < '\x7F';
@@ -24,18 +22,18 @@ bool isGraphic(char c) {
 
 } // namespace
 
-std::optional<std::string> problemWithLink(std::string_view link) {
+Result<void> checkLink(std::string_view link) {
     const std::string_view scheme = link.substr(0, link.find(':'));
     if (scheme == link || std::find(schemes.begin(), schemes.end(), scheme) == schemes.end()) {
-        return "its scheme is none of the widget's";
+        return Error{"its scheme is none of the widget's", {}, {}};
     }
     if (link.size() > longestLink) {
-        return "it is too long";
+        return Error{"it is too long", {}, {}};
     }
     if (!std::all_of(link.begin(), link.end(), isGraphic)) {
-        return "it holds characters that no link may hold";
+        return Error{"it holds characters that no link may hold", {}, {}};
     }
-    return std::nullopt;
+    return {};
 }
 
 std::optional<std::string> desktopEntryName(std::string_view identifier) {

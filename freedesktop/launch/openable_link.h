@@ -1,18 +1,21 @@
-// Which links and identifiers leave the program at all: both may come from a stranger's calendar.
+// Decides which links and identifiers are passed to other programs: both may come from a calendar
+// of unknown origin.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "base/result.h"
+
 namespace quorvel::freedesktop {
 
-// Why the link is not opened; absent where it may be. Only the two schemes that the widget makes
-// are opened, and only links that are short enough for one argument of a process.
-std::optional<std::string> problemWithLink(std::string_view link);
+// Accepts only the two schemes that the widget makes, and only links that are short enough for one
+// argument of a process.
+Result<void> checkLink(std::string_view link);
 
-// The name of the desktop entry of an application: "org.example.App" and "org.example.App.desktop"
-// alike. Absent for what can be no identifier.
+// The name of an application's desktop entry, for "org.example.App" and "org.example.App.desktop".
+// Absent for an invalid identifier.
 std::optional<std::string> desktopEntryName(std::string_view identifier);
 
 // The beginning of a text, for a line of the log.

@@ -37,34 +37,35 @@ TEST_F(CalendarApplicationsTest, KnowsTheApplicationsByTheirEntries) {
 }
 
 TEST_F(CalendarApplicationsTest, EvolutionOpensAnEventThatItKnows) {
-    EXPECT_EQ(openingOf(event, CalendarApplication::evolution, true).link,
+    EXPECT_EQ(argumentsToOpen(event, CalendarApplication::evolution, true).link,
               "calendar:///?source-uid=source%201&comp-uid=uid%2F2%40x");
 }
 
 TEST_F(CalendarApplicationsTest, EvolutionOpensTheDayOtherwise) {
-    EXPECT_EQ(openingOf(event, CalendarApplication::evolution, false).link,
+    EXPECT_EQ(argumentsToOpen(event, CalendarApplication::evolution, false).link,
               "calendar:///?startdate=20140307T174500Z");
-    EXPECT_EQ(openingOf(day, CalendarApplication::evolution, false).link,
+    EXPECT_EQ(argumentsToOpen(day, CalendarApplication::evolution, false).link,
               "calendar:///?startdate=20140307T110000Z"); // noon in Berlin
 }
 
 TEST_F(CalendarApplicationsTest, AnEarlyYearHasFourDigitsToo) {
     EXPECT_EQ(
-        openingOf(EventLink{"a", "b", {-63113904000}}, CalendarApplication::evolution, false).link,
+        argumentsToOpen(EventLink{"a", "b", {-63113904000}}, CalendarApplication::evolution, false)
+            .link,
         "calendar:///?startdate=00010101T000000Z");
 }
 
-TEST_F(CalendarApplicationsTest, GnomeCalendarIsToldByArguments) {
-    EXPECT_THAT(openingOf(event, CalendarApplication::gnomeCalendar, true).arguments,
+TEST_F(CalendarApplicationsTest, GnomeCalendarTakesArguments) {
+    EXPECT_THAT(argumentsToOpen(event, CalendarApplication::gnomeCalendar, true).arguments,
                 ElementsAre("--uuid", "source 1:uid/2@x"));
-    EXPECT_THAT(openingOf(event, CalendarApplication::gnomeCalendar, false).arguments,
+    EXPECT_THAT(argumentsToOpen(event, CalendarApplication::gnomeCalendar, false).arguments,
                 ElementsAre("--date", "03/07/14")); // as the C locale writes a date
-    EXPECT_THAT(openingOf(day, CalendarApplication::gnomeCalendar, true).arguments,
+    EXPECT_THAT(argumentsToOpen(day, CalendarApplication::gnomeCalendar, true).arguments,
                 ElementsAre("--date", "03/07/14"));
 }
 
 TEST_F(CalendarApplicationsTest, AnotherApplicationJustComesToTheFront) {
-    const CalendarOpening opening = openingOf(event, CalendarApplication::other, false);
+    const LaunchArguments opening = argumentsToOpen(event, CalendarApplication::other, false);
     EXPECT_EQ(opening.link, std::nullopt);
     EXPECT_THAT(opening.arguments, IsEmpty());
 }
