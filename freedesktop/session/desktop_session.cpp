@@ -23,69 +23,69 @@ std::string environmentValue(const char* name) {
 class DesktopSession::TimeZoneWatch {
 public:
     TimeZoneWatch(platform::SystemLog& log, HostTimeZone zone,
-                  std::function<void(std::shared_ptr<const TimeZone>)> changed)
+                  std::function<void(std::shared_ptr<const TimeZone>)> onChange)
         : m_zone(std::move(zone))
-        , m_changed(std::move(changed))
-        , m_files(log, [this] { m_changed(m_zone.read()); }) {
+        , m_onChange(std::move(onChange))
+        , m_files(log, [this] { m_onChange(m_zone.read()); }) {
         m_files.watch({{m_zone.file}});
     }
 
 private:
     HostTimeZone m_zone;
-    std::function<void(std::shared_ptr<const TimeZone>)> m_changed;
+    std::function<void(std::shared_ptr<const TimeZone>)> m_onChange;
     FileChanges m_files;
 };
 
 class DesktopSession::LocaleWatch {
 public:
-    explicit LocaleWatch(std::function<void(const std::string&)> changed)
-        : m_changed(std::move(changed))
+    explicit LocaleWatch(std::function<void(const std::string&)> onChange)
+        : m_onChange(std::move(onChange))
         , m_known{environmentValue("LC_ALL"), environmentValue("LC_TIME"), environmentValue("LANG"),
                   m_region.region().value_or(""), std::nullopt} {
-        m_region.whenChanged([this] {
+        m_region.setOnChange([this] {
             m_known.region = m_region.region().value_or("");
-            tell();
+            notify();
         });
     }
 
     void setSystem(std::vector<std::string> assignments) {
         m_known.system = std::move(assignments);
-        tell();
+        notify();
     }
 
 private:
-    void tell() { m_changed(localeOf(m_known)); }
+    void notify() { m_onChange(localeOf(m_known)); }
 
-    std::function<void(const std::string&)> m_changed;
+    std::function<void(const std::string&)> m_onChange;
     RegionSetting m_region;
     SessionLocale m_known;
 };
 
 class DesktopSession::ClockFormatWatch {
 public:
-    explicit ClockFormatWatch(std::function<void(ClockFormat)> changed)
-        : m_changed(std::move(changed)) {
-        m_setting.whenChanged([this] { m_changed(m_setting.clockFormat()); });
+    explicit ClockFormatWatch(std::function<void(ClockFormat)> onChange)
+        : m_onChange(std::move(onChange)) {
+        m_setting.setOnChange([this] { m_onChange(m_setting.clockFormat()); });
     }
 
 private:
-    std::function<void(ClockFormat)> m_changed;
+    std::function<void(ClockFormat)> m_onChange;
     ClockFormatSetting m_setting;
 };
 
 DesktopSession::DesktopSession(platform::SystemLog& log, SessionChanges changes,
                                HostTimeZone hostTimeZone) {
-    if (changes.timeZone && environmentValue("TZ").empty()) {
+    if (changes.onTimeZone && environmentValue("TZ").empty()) {
         m_timeZone = std::make_unique<TimeZoneWatch>(log, std::move(hostTimeZone),
-                                                     std::move(changes.timeZone));
+                                                     std::move(changes.onTimeZone));
     }
-    if (changes.clockFormat) {
-        m_clockFormat = std::make_unique<ClockFormatWatch>(std::move(changes.clockFormat));
+    if (changes.onClockFormat) {
+        m_clockFormat = std::make_unique<ClockFormatWatch>(std::move(changes.onClockFormat));
     }
-    SystemBusEvents events{std::move(changes.resumed), nullptr};
-    if (changes.locale) {
-        m_locale = std::make_unique<LocaleWatch>(std::move(changes.locale));
-        events.localeChanged = [this](std::vector<std::string> assignments) {
+    SystemBusEvents events{std::move(changes.onResume), nullptr};
+    if (changes.onLocale) {
+        m_locale = std::make_unique<LocaleWatch>(std::move(changes.onLocale));
+        events.onLocale = [this](std::vector<std::string> assignments) {
             m_locale->setSystem(std::move(assignments));
         };
     }

@@ -1,4 +1,4 @@
-// What a program that stays has to hear from the session that it runs in.
+// Reports changes of the session's time zone, locale and clock format, and resuming from sleep.
 #pragma once
 
 #include <functional>
@@ -13,28 +13,28 @@ namespace quorvel::freedesktop {
 
 class SystemBusSignals;
 
-// Each with what holds now, which need not be another than before. Null: not followed.
+// Each is called with the current value, which may be the same as before. Null: not followed.
 struct SessionChanges {
-    std::function<void(std::shared_ptr<const TimeZone>)> timeZone;
-    std::function<void(const std::string&)> locale; // as canonicalLocale() gives it
-    std::function<void(ClockFormat)> clockFormat;
-    std::function<void()> resumed; // from sleep
+    std::function<void(std::shared_ptr<const TimeZone>)> onTimeZone;
+    std::function<void(const std::string&)> onLocale; // in the form of canonicalLocale()
+    std::function<void(ClockFormat)> onClockFormat;
+    std::function<void()> onResume; // from sleep
 };
 
-// Where the machine keeps its time zone.
+// Where the machine stores its time zone.
 struct HostTimeZone {
     std::string file = "/etc/localtime";
     std::function<std::shared_ptr<const TimeZone>()> read = hostTimeZone;
 };
 
-// On the default main context of the thread that makes this; the calls do not end it. What the
-// environment fixes (TZ, LC_ALL) does not change.
+// Calls on the default main context of the thread that constructs it; the calls must not destroy
+// it. Does not follow what the environment sets (TZ, LC_ALL).
 class DesktopSession {
 public:
-    // The log outlives this.
+    // The log must outlive the object.
     DesktopSession(platform::SystemLog& log, SessionChanges changes,
                    HostTimeZone hostTimeZone = {});
-    ~DesktopSession(); // nothing is called afterwards
+    ~DesktopSession(); // no function is called afterwards
     DesktopSession(const DesktopSession&) = delete;
     DesktopSession& operator=(const DesktopSession&) = delete;
 
@@ -42,9 +42,9 @@ private:
     class TimeZoneWatch;
     class LocaleWatch;
     class ClockFormatWatch;
-    std::unique_ptr<TimeZoneWatch> m_timeZone; // null: not followed, as the next two
-    std::unique_ptr<LocaleWatch> m_locale;
-    std::unique_ptr<ClockFormatWatch> m_clockFormat;
+    std::unique_ptr<TimeZoneWatch> m_timeZone;       // null: not followed
+    std::unique_ptr<LocaleWatch> m_locale;           // likewise
+    std::unique_ptr<ClockFormatWatch> m_clockFormat; // likewise
     std::unique_ptr<SystemBusSignals> m_systemBus;
 };
 

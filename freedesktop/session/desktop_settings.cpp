@@ -1,12 +1,11 @@
 #include "freedesktop/session/desktop_settings.h"
 
-#include <cstdlib>
-#include <filesystem>
 #include <utility>
 
 #include <gio/gio.h>
 
 #include "freedesktop/glib/handles.h"
+#include "freedesktop/glib/session_bus.h"
 
 namespace quorvel::freedesktop {
 
@@ -17,22 +16,12 @@ struct SchemaUnref {
 };
 using SchemaHandle = std::unique_ptr<GSettingsSchema, SchemaUnref>;
 
-// Reading the desktop's settings costs a millisecond, so it is left out where no desktop can have
-// written any.
-bool hasDesktopSession() {
-    if (std::getenv("DBUS_SESSION_BUS_ADDRESS") != nullptr) {
-        return true;
-    }
-    const char* const runtimeFolder = std::getenv("XDG_RUNTIME_DIR");
-    std::error_code ignored;
-    return runtimeFolder != nullptr &&
-           std::filesystem::exists(std::filesystem::path(runtimeFolder) / "bus", ignored);
-}
-
-// Null where the system does not know them; opening them would end the process then.
+// Null if the system does not know the setting, because opening it would end the process then.
+// Without a session bus no desktop can have written settings, so it saves the millisecond that
+// opening them takes.
 ObjectHandle<GSettings> openSettings(const char* name, const char* key) {
     GSettingsSchemaSource* const source =
-        hasDesktopSession() ? g_settings_schema_source_get_default() : nullptr;
+        mayHaveSessionBus() ? g_settings_schema_source_get_default() : nullptr;
     const SchemaHandle schema(
         source != nullptr ? g_settings_schema_source_lookup(source, name, TRUE) : nullptr);
     if (!schema || g_settings_schema_has_key(schema.get(), key) == 0) {
@@ -70,21 +59,21 @@ public:
         return textOf(VariantHandle(g_settings_get_user_value(m_settings.get(), m_key.c_str())));
     }
 
-    void whenChanged(std::function<void()> changed) {
+    void setOnChange(std::function<void()> onChange) {
         using Handler = void (*)(GSettings*, const char*, gpointer);
-        const Handler tell = [](GSettings*, const char*, gpointer data) {
-            static_cast<Store*>(data)->m_changed();
+        const Handler notify = [](GSettings*, const char*, gpointer data) {
+            static_cast<Store*>(data)->m_onChange();
         };
-        m_changed = std::move(changed);
+        m_onChange = std::move(onChange);
         m_handler = g_signal_connect(m_settings.get(), ("changed::" + m_key).c_str(),
-                                     G_CALLBACK(tell), this);
-        value(); // changes are told of what was read
+                                     G_CALLBACK(notify), this);
+        value(); // GSettings reports changes only of values that were read
     }
 
 private:
     ObjectHandle<GSettings> m_settings;
     std::string m_key;
-    std::function<void()> m_changed;
+    std::function<void()> m_onChange;
     gulong m_handler = 0;
 };
 
@@ -104,9 +93,9 @@ std::optional<std::string> DesktopSetting::userValue() const {
     return m_store ? m_store->userValue() : std::nullopt;
 }
 
-void DesktopSetting::whenChanged(std::function<void()> changed) {
+void DesktopSetting::setOnChange(std::function<void()> onChange) {
     if (m_store) {
-        m_store->whenChanged(std::move(changed));
+        m_store->setOnChange(std::move(onChange));
     }
 }
 

@@ -1,4 +1,4 @@
-// The desktop's own settings, where a desktop has put some.
+// Settings of the desktop, which exist only in a desktop session.
 #pragma once
 
 #include <functional>
@@ -10,19 +10,19 @@
 
 namespace quorvel::freedesktop {
 
-// One setting that holds a text. For one thread.
+// One setting whose value is a text.
 class DesktopSetting {
 public:
-    // Without a desktop session, or where the system does not know the setting, it has no value.
+    // Without a desktop session, or if the system does not know the setting, it has no value.
     DesktopSetting(const char* schema, const char* key);
-    ~DesktopSetting(); // nothing is called afterwards
+    ~DesktopSetting(); // `onChange` is not called afterwards
     DesktopSetting(const DesktopSetting&) = delete;
     DesktopSetting& operator=(const DesktopSetting&) = delete;
 
-    std::optional<std::string> value() const;     // the desktop's default too
-    std::optional<std::string> userValue() const; // only what the user has set
-    // On the default main context of the thread that made this. Once.
-    void whenChanged(std::function<void()> changed);
+    std::optional<std::string> value() const;     // possibly the desktop's default
+    std::optional<std::string> userValue() const; // absent: the user has not set it
+    // Called on the default main context of the thread that constructed the object. Set it once.
+    void setOnChange(std::function<void()> onChange);
 
 private:
     class Store;
@@ -31,16 +31,16 @@ private:
 
 struct ClockFormatSetting : DesktopSetting {
     ClockFormatSetting();
-    ClockFormat clockFormat() const; // what the user has set, else the locale's own
+    ClockFormat clockFormat() const; // the user's choice, else the locale's format
 };
 
-// "de_DE.UTF-8": the region whose formats the user has set; else absent.
+// The region whose formats the user has chosen, such as "de_DE.UTF-8".
 struct RegionSetting : DesktopSetting {
     RegionSetting();
-    std::optional<std::string> region() const;
+    std::optional<std::string> region() const; // absent: not set
 };
 
-// What ClockFormatSetting says now.
+// The current value of ClockFormatSetting.
 ClockFormat desktopClockFormat();
 
 } // namespace quorvel::freedesktop

@@ -17,7 +17,7 @@ namespace quorvel::freedesktop {
 
 namespace {
 
-// Whoever writes without end must not keep the thread busy.
+// A program that writes all the time must not keep the thread busy.
 constexpr double secondsBetweenReads = 0.1;
 constexpr int mostBuffersAtOnce = 8;
 
@@ -39,9 +39,9 @@ void forEachEvent(const Buffer& buffer, std::size_t size, Use use) {
 
 } // namespace
 
-FileChanges::FileChanges(platform::SystemLog& log, std::function<void()> changed,
+FileChanges::FileChanges(platform::SystemLog& log, std::function<void()> onChange,
                          std::size_t mostWatches)
-    : m_changed(std::move(changed))
+    : m_onChange(std::move(onChange))
     , m_inotify(inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
     , m_watches(m_inotify, log, mostWatches)
     , m_events(m_inotify, [this] { read(); })
@@ -84,7 +84,7 @@ void FileChanges::read() {
         m_watches.renew(m_paths);
     }
     if (effect != Effect::none) {
-        m_changed();
+        m_onChange();
     }
 }
 

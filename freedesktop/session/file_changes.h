@@ -1,4 +1,4 @@
-// Tells when files or folders change, without looking at them in between.
+// Calls a function when files or folders change. Uses inotify, so nothing is polled.
 #pragma once
 
 #include <cstddef>
@@ -15,28 +15,28 @@
 
 namespace quorvel::freedesktop {
 
-// A file is seen to change when it is written in place, replaced, renamed, removed or appears, and
-// when its permissions change; a symbolic link is followed, and seen to point elsewhere. A path
-// that does not exist is seen to come up. Calls come from the default main context of the thread
-// that makes this, ten a second at most.
+// Notices that a file is written in place, replaced, renamed, removed or created, and that its
+// permissions change. Follows symbolic links and notices that they point elsewhere. A path need not
+// exist yet. Calls on the default main context of the thread that constructs it, at most ten times
+// per second.
 //
-// What the system does not watch (too many folders, no permission) is said in the log, once. Other
-// machines' changes to a network file system are not seen.
+// Logs once what the system cannot watch (too many folders, no permission). Does not notice changes
+// that other machines make on a network file system.
 class FileChanges {
 public:
-    // The log outlives this. The call does not end it.
-    FileChanges(platform::SystemLog& log, std::function<void()> changed,
+    // The log must outlive the object. The call must not destroy it.
+    FileChanges(platform::SystemLog& log, std::function<void()> onChange,
                 std::size_t mostWatches = usualMostWatches);
     FileChanges(const FileChanges&) = delete;
     FileChanges& operator=(const FileChanges&) = delete;
 
-    // Instead of what was watched before. What changes from here on is told.
+    // Replaces the watched paths. Every later change is reported.
     void watch(std::vector<WatchedPath> paths);
 
 private:
     void read();
 
-    std::function<void()> m_changed;
+    std::function<void()> m_onChange;
     std::vector<WatchedPath> m_paths;
     FileDescriptor m_inotify;
     FileWatches m_watches;

@@ -9,17 +9,19 @@
 
 #include <sys/inotify.h>
 
+#include "base/result.h"
+
 namespace quorvel::freedesktop {
 
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int mostSteps = 1000; // on one way, where links lead in a circle
+constexpr int mostSteps = 1000; // along one path, because links may lead in a circle
 
-constexpr std::uint32_t comes = IN_CREATE | IN_MOVED_TO;
-constexpr std::uint32_t comesOrGoes = comes | IN_DELETE | IN_MOVED_FROM;
-constexpr std::uint32_t namesMask = comesOrGoes | IN_DELETE_SELF | IN_MOVE_SELF;
+constexpr std::uint32_t appears = IN_CREATE | IN_MOVED_TO;
+constexpr std::uint32_t appearsOrDisappears = appears | IN_DELETE | IN_MOVED_FROM;
+constexpr std::uint32_t namesMask = appearsOrDisappears | IN_DELETE_SELF | IN_MOVE_SELF;
 constexpr std::uint32_t fileMask =
     IN_MODIFY | IN_CLOSE_WRITE | IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF;
 constexpr std::uint32_t folderMask = namesMask | fileMask;
@@ -44,8 +46,14 @@ bool passes(bool (*filter)(std::string_view), std::string_view name) {
     return filter == nullptr || filter(name);
 }
 
-bool isGone(const std::error_code& error) {
+bool isMissing(const std::error_code& error) {
     return error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory;
+}
+
+using Outcome = Result<void, std::error_code>;
+
+bool isMissing(const Outcome& outcome) {
+    return !outcome && isMissing(outcome.error());
 }
 
 fs::file_type typeOf(const fs::path& path) {
@@ -55,8 +63,8 @@ fs::file_type typeOf(const fs::path& path) {
 
 } // namespace
 
-// One look at the disk. A watch is always added before what it watches is looked at, so that
-// nothing happens unseen in between.
+// One scan of the disk. It always adds the watch before it reads what is watched, so that no change
+// in between is lost.
 class FileWatches::Walk {
 public:
     explicit Walk(FileWatches& owner)
@@ -67,22 +75,21 @@ public:
 
 private:
     enum class Step {
-        onTheWay, // something is other than it was a moment ago: look again
+        onTheWay, // the path has changed during the scan: look at it again
         arrived,
-        lost // the folder has gone
+        lost // the folder was removed
     };
-    // Name by name from a folder that is no link.
+    // Name by name, from a folder that is not a link.
     Step follow(fs::path folder, Parts parts, const WatchedPath& path, int depth);
     Step awaitName(const fs::path& folder, const std::string& name, fs::file_type type);
     Step arrive(const fs::path& folder, const std::string& name, const WatchedPath& path,
                 int depth);
-    // An error where the kernel cannot, or the disk.
-    std::error_code watchFolder(const fs::path& folder, const WatchedPath& path, int depth);
-    std::error_code watchFile(const fs::path& file);
-    std::error_code watchName(const fs::path& folder, const std::string& name, std::uint32_t mask);
-    std::error_code watch(const fs::path& path, std::uint32_t mask, Watched*& watched);
-    void lookAt(const fs::directory_entry& entry, Watched& folder, const WatchedPath& path,
-                int depth);
+    Outcome watchFolder(const fs::path& folder, const WatchedPath& path, int depth);
+    Outcome watchFile(const fs::path& file);
+    Outcome watchName(const fs::path& folder, const std::string& name, std::uint32_t mask);
+    Result<Watched*, std::error_code> watch(const fs::path& path, std::uint32_t mask); // not null
+    void watchEntry(const fs::directory_entry& entry, Watched& folder, const WatchedPath& path,
+                    int depth);
 
     FileWatches& m_owner;
     Watches m_watches;
@@ -98,70 +105,69 @@ void FileWatches::Walk::add(const WatchedPath& path) {
     }
 }
 
-std::error_code FileWatches::Walk::watch(const fs::path& path, std::uint32_t mask,
-                                         Watched*& watched) {
+Result<FileWatches::Watched*, std::error_code> FileWatches::Walk::watch(const fs::path& path,
+                                                                        std::uint32_t mask) {
     if (m_watches.size() >= m_owner.m_mostWatches) {
-        m_owner.sayOnce("there is too much to watch: some changes of files show when the widget "
+        m_owner.logOnce("there is too much to watch: some changes of files show when the widget "
                         "is presented again");
         return std::make_error_code(std::errc::no_space_on_device);
     }
     const int number = inotify_add_watch(m_owner.m_inotify.get(), path.c_str(),
                                          mask | IN_MASK_ADD | IN_EXCL_UNLINK | IN_DONT_FOLLOW);
     if (number >= 0) {
-        watched = &m_watches[number];
+        Watched* const watched = &m_watches[number];
         watched->path = path.string();
-        return {};
+        return watched;
     }
     const std::error_code error(errno, std::generic_category());
     if (error == std::errc::no_space_on_device) {
-        m_owner.sayOnce("the system watches no more files (fs.inotify.max_user_watches): some "
+        m_owner.logOnce("the system watches no more files (fs.inotify.max_user_watches): some "
                         "changes show when the widget is presented again");
-    } else if (!isGone(error)) {
-        m_owner.sayOnce("cannot watch " + path.string() + ": " + error.message());
+    } else if (!isMissing(error)) {
+        m_owner.logOnce("cannot watch " + path.string() + ": " + error.message());
     }
     return error;
 }
 
-std::error_code FileWatches::Walk::watchName(const fs::path& folder, const std::string& name,
-                                             std::uint32_t mask) {
-    Watched* watched = nullptr;
-    const std::error_code error = watch(folder, mask | IN_ONLYDIR, watched);
-    if (!error) {
-        watched->names.insert(name);
+Outcome FileWatches::Walk::watchName(const fs::path& folder, const std::string& name,
+                                     std::uint32_t mask) {
+    const auto watched = watch(folder, mask | IN_ONLYDIR);
+    if (!watched) {
+        return watched.error();
     }
-    return error;
+    watched.value()->names.insert(name);
+    return {};
 }
 
-std::error_code FileWatches::Walk::watchFile(const fs::path& file) {
-    Watched* watched = nullptr;
-    const std::error_code error = watch(file, fileMask, watched);
-    if (!error) {
-        watched->isFile = true;
+Outcome FileWatches::Walk::watchFile(const fs::path& file) {
+    const auto watched = watch(file, fileMask);
+    if (!watched) {
+        return watched.error();
     }
-    return error;
+    watched.value()->isFile = true;
+    return {};
 }
 
-std::error_code FileWatches::Walk::watchFolder(const fs::path& folder, const WatchedPath& path,
-                                               int depth) {
-    Watched* watched = nullptr;
-    std::error_code error = watch(folder, folderMask | IN_ONLYDIR, watched);
-    if (error) {
-        return error;
+Outcome FileWatches::Walk::watchFolder(const fs::path& folder, const WatchedPath& path, int depth) {
+    const auto watched = watch(folder, folderMask | IN_ONLYDIR);
+    if (!watched) {
+        return watched.error();
     }
-    const auto [known, isNew] = watched->depths.emplace(path.matters, depth);
+    const auto [known, isNew] = watched.value()->depths.emplace(path.matters, depth);
     if (!isNew && known->second >= depth) {
-        return {}; // links lead in a circle, or two of the paths to the same folder
+        return {}; // links lead in a circle, or two of the paths lead to the same folder
     }
     known->second = depth;
+    std::error_code error;
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error)) {
-        lookAt(*entry, *watched, path, depth);
+        watchEntry(*entry, *watched.value(), path, depth);
     }
-    return error;
+    return error ? error : Outcome();
 }
 
-void FileWatches::Walk::lookAt(const fs::directory_entry& entry, Watched& folder,
-                               const WatchedPath& path, int depth) {
+void FileWatches::Walk::watchEntry(const fs::directory_entry& entry, Watched& folder,
+                                   const WatchedPath& path, int depth) {
     const std::string name = entry.path().filename().string();
     std::error_code ignored;
     if (isHidden(name)) {
@@ -173,14 +179,13 @@ void FileWatches::Walk::lookAt(const fs::directory_entry& entry, Watched& folder
             follow(folder.path, {name}, path, depth - 1);
         }
     } else if (depth > 0 && entry.is_directory(ignored)) {
-        watchFolder(entry.path(), path, depth - 1);
+        static_cast<void>(watchFolder(entry.path(), path, depth - 1));
     }
 }
 
 FileWatches::Walk::Step FileWatches::Walk::awaitName(const fs::path& folder,
                                                      const std::string& name, fs::file_type type) {
-    const std::error_code error = watchName(folder, name, namesMask);
-    if (isGone(error)) {
+    if (isMissing(watchName(folder, name, namesMask))) {
         return Step::lost;
     }
     return typeOf(folder / name) == type ? Step::arrived : Step::onTheWay;
@@ -189,26 +194,26 @@ FileWatches::Walk::Step FileWatches::Walk::awaitName(const fs::path& folder,
 FileWatches::Walk::Step FileWatches::Walk::arrive(const fs::path& folder, const std::string& name,
                                                   const WatchedPath& path, int depth) {
     const fs::path last = folder / name;
-    std::error_code error;
-    if (typeOf(last) == fs::file_type::directory) {
-        error = watchFolder(last, path, depth);
-    } else if (isGone(watchName(folder, name, namesMask))) {
+    const bool isFolder = typeOf(last) == fs::file_type::directory;
+    if (!isFolder && isMissing(watchName(folder, name, namesMask))) {
         return Step::lost;
-    } else {
-        error = watchFile(last);
     }
-    if (error && !isGone(error)) {
-        watchName(folder, name, folderMask); // for the day that it can be read
+    const Outcome watched = isFolder ? watchFolder(last, path, depth) : watchFile(last);
+    if (isMissing(watched)) {
+        return Step::onTheWay;
     }
-    return isGone(error) ? Step::onTheWay : Step::arrived;
+    if (!watched) { // a change of the permissions is noticed by the name
+        static_cast<void>(watchName(folder, name, folderMask));
+    }
+    return Step::arrived;
 }
 
 FileWatches::Walk::Step FileWatches::Walk::follow(fs::path folder, Parts parts,
                                                   const WatchedPath& path, int depth) {
     Step step = Step::onTheWay;
     for (int steps = 0; step == Step::onTheWay && steps < mostSteps; ++steps) {
-        if (parts.empty()) { // the root, or a link to it or to the folder that the link is in
-            watchFolder(folder, path, depth);
+        if (parts.empty()) { // the root, or a link to it or to the folder that contains the link
+            static_cast<void>(watchFolder(folder, path, depth));
             return Step::arrived;
         }
         const std::string name = parts.front();
@@ -217,7 +222,7 @@ FileWatches::Walk::Step FileWatches::Walk::follow(fs::path folder, Parts parts,
         const fs::file_type type = typeOf(next);
         if (name != ".." && type == fs::file_type::symlink) {
             std::error_code error;
-            watchName(folder, name, namesMask);
+            static_cast<void>(watchName(folder, name, namesMask));
             const fs::path target = fs::read_symlink(next, error);
             if (!error) {
                 folder = target.is_absolute() ? "/" : folder;
@@ -246,10 +251,10 @@ bool FileWatches::Watched::mattersAsFile(std::string_view name) const {
                        [name](const auto& depth) { return passes(depth.first, name); });
 }
 
-// Also one that has just come, of which nothing is known yet.
-bool FileWatches::Watched::isFollowedLink(std::string_view name, bool hasCome) const {
+// A new link is not known yet.
+bool FileWatches::Watched::isFollowedLink(std::string_view name, bool isNew) const {
     return links.count(name) > 0 ||
-           (hasCome && !depths.empty() && typeOf(fs::path(path) / name) == fs::file_type::symlink);
+           (isNew && !depths.empty() && typeOf(fs::path(path) / name) == fs::file_type::symlink);
 }
 
 FileWatches::FileWatches(const FileDescriptor& inotify, platform::SystemLog& log,
@@ -280,7 +285,7 @@ FileWatches::Effect FileWatches::effectOf(const inotify_event& event) {
         return Effect::none;
     }
     if ((event.mask & IN_IGNORED) != 0) {
-        m_watches.erase(found); // the kernel watches it no longer
+        m_watches.erase(found); // the kernel has removed the watch
         return Effect::structure;
     }
     return event.len == 0 ? effectOnItself(found->second, event.mask)
@@ -300,9 +305,9 @@ FileWatches::Effect FileWatches::effectOnItself(const Watched& watched, std::uin
 FileWatches::Effect FileWatches::effectInFolder(const Watched& folder, std::string_view name,
                                                 std::uint32_t mask) const {
     const bool isFolder = (mask & IN_ISDIR) != 0;
-    const bool hasComeOrGone = (mask & comesOrGoes) != 0;
+    const bool isEntryChange = (mask & appearsOrDisappears) != 0;
     if (folder.names.count(name) > 0) {
-        return isFolder || hasComeOrGone ? Effect::structure : Effect::change;
+        return isFolder || isEntryChange ? Effect::structure : Effect::change;
     }
     if (isHidden(name)) {
         return Effect::none;
@@ -310,14 +315,14 @@ FileWatches::Effect FileWatches::effectInFolder(const Watched& folder, std::stri
     if (isFolder) {
         return folder.mattersAsFolder() ? Effect::structure : Effect::none;
     }
-    if (hasComeOrGone && folder.isFollowedLink(name, (mask & comes) != 0)) {
+    if (isEntryChange && folder.isFollowedLink(name, (mask & appears) != 0)) {
         return Effect::structure;
     }
     return folder.mattersAsFile(name) ? Effect::change : Effect::none;
 }
 
-void FileWatches::sayOnce(const std::string& problem) {
-    if (m_said.insert(problem).second) {
+void FileWatches::logOnce(const std::string& problem) {
+    if (m_logged.insert(problem).second) {
         m_log.log(problem);
     }
 }

@@ -1,4 +1,4 @@
-// Which of the kernel's watches stand for which paths. For this folder's own sources.
+// Maintains the inotify watches for a set of paths. Only for this folder.
 #pragma once
 
 #include <cstddef>
@@ -19,23 +19,23 @@ namespace quorvel::freedesktop {
 
 inline constexpr std::size_t usualMostWatches = 8000;
 
-// The kernel watches folders, telling the names of what changes in them, and files. A file of its
-// own is also watched by its name in its folder, so that one that takes its place is seen; a path
-// that does not exist by the name that is missing first.
+// The kernel watches files, and folders including the names that change in them. A single file is
+// also watched by its name in its folder, to notice a file that replaces it. A path that does not
+// exist is watched by its first missing name.
 class FileWatches {
 public:
-    // Both outlive this.
+    // Both must outlive the object.
     FileWatches(const FileDescriptor& inotify, platform::SystemLog& log, std::size_t mostWatches);
     FileWatches(const FileWatches&) = delete;
     FileWatches& operator=(const FileWatches&) = delete;
 
-    // Looks at the disk, and watches what these paths, absolute ones, are now.
+    // Watches what these absolute paths lead to now.
     void renew(const std::vector<WatchedPath>& paths);
 
     enum class Effect {
         none,
-        change,   // of what is watched
-        structure // ... and other folders are to be watched now
+        change,   // something watched has changed
+        structure // likewise, and renew() is necessary
     };
     Effect effectOf(const inotify_event& event);
 
@@ -43,29 +43,29 @@ private:
     using Filter = bool (*)(std::string_view name);
     struct Watched {
         std::string path;
-        bool isFile = false;                      // else a folder
-        std::set<std::string, std::less<>> names; // that matter in any case
-        std::set<std::string, std::less<>> links; // what is a link, and is followed
-        // Of what passes which filter: how many levels of folders in this one belong to it.
+        bool isFile = false;                      // false: a folder
+        std::set<std::string, std::less<>> names; // entries that matter whatever the filter
+        std::set<std::string, std::less<>> links; // entries that are followed symbolic links
+        // The number of levels of subfolders to watch, by the filter of the files that matter.
         std::map<Filter, int> depths;
 
         bool mattersAsFolder() const;
         bool mattersAsFile(std::string_view name) const;
-        bool isFollowedLink(std::string_view name, bool comes) const;
+        bool isFollowedLink(std::string_view name, bool isNew) const;
     };
-    using Watches = std::map<int, Watched>; // by the number that the kernel gave
+    using Watches = std::map<int, Watched>; // by the kernel's number of the watch
     class Walk;
 
     Effect effectOnItself(const Watched& watched, std::uint32_t mask) const;
     Effect effectInFolder(const Watched& folder, std::string_view name, std::uint32_t mask) const;
 
-    void sayOnce(const std::string& problem);
+    void logOnce(const std::string& problem);
 
     const FileDescriptor& m_inotify;
     platform::SystemLog& m_log;
     std::size_t m_mostWatches;
     Watches m_watches;
-    std::set<std::string> m_said;
+    std::set<std::string> m_logged;
 };
 
 } // namespace quorvel::freedesktop

@@ -1,4 +1,4 @@
-// Which locale dates and times follow in a session.
+// Determines the locale of dates and times in a session.
 #pragma once
 
 #include <optional>
@@ -7,20 +7,19 @@
 
 namespace quorvel::freedesktop {
 
-// What is known of the session's locale, by names as the environment writes them ("de_DE.UTF-8");
-// empty: unset.
+// All settings of the locale, in the form of the environment ("de_DE.UTF-8"); empty: unset.
 struct SessionLocale {
-    std::string lcAll; // of the environment, as the next two
-    std::string lcTime;
-    std::string lang;
-    std::string region; // that the user has set on the desktop
-    // Assignments ("LC_TIME=de_DE.UTF-8"); absent: they have not changed since the session began,
-    // and so the environment has them.
+    std::string lcAll;  // from the environment
+    std::string lcTime; // likewise
+    std::string lang;   // likewise
+    std::string region; // set by the user on the desktop
+    // The system's assignments ("LC_TIME=de_DE.UTF-8"). Absent: they have not changed since the
+    // session began, so the environment has the same values.
     std::optional<std::vector<std::string>> system;
 };
 
-// The first that is known: of LC_ALL, since who sets it wants that and nothing else; the region;
-// the system's; the environment's. As canonicalLocale() gives it.
+// The first known locale of: LC_ALL, which overrides everything; the region; the system's
+// assignments, or without any the environment. In the form of canonicalLocale().
 std::string localeOf(const SessionLocale& session);
 
 } // namespace quorvel::freedesktop

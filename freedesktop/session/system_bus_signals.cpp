@@ -16,7 +16,7 @@ constexpr const char* localeService = "org.freedesktop.locale1";
 constexpr const char* localeObject = "/org/freedesktop/locale1";
 constexpr const char* propertiesInterface = "org.freedesktop.DBus.Properties";
 
-// Of a PropertiesChanged: with its new value, or as one to be asked for.
+// Whether a PropertiesChanged signal has a new locale or invalidates the old one.
 bool mentionsLocale(GVariant* parameters) {
     if (g_variant_is_of_type(parameters, G_VARIANT_TYPE("(sa{sv}as)")) == 0) {
         return false;
@@ -33,10 +33,10 @@ bool mentionsLocale(GVariant* parameters) {
     return mentions;
 }
 
-// Of the answer "(v)" with an array of texts in it.
-std::vector<std::string> assignmentsIn(GVariant* answer) {
+// From the reply "(v)", which contains an array of texts.
+std::vector<std::string> assignmentsOf(GVariant* reply) {
     std::vector<std::string> assignments;
-    const VariantHandle boxed(g_variant_get_child_value(answer, 0));
+    const VariantHandle boxed(g_variant_get_child_value(reply, 0));
     const VariantHandle value(g_variant_get_variant(boxed.get()));
     if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_STRING_ARRAY) != 0) {
         for (gsize i = 0; i < g_variant_n_children(value.get()); ++i) {
@@ -49,7 +49,7 @@ std::vector<std::string> assignmentsIn(GVariant* answer) {
 
 } // namespace
 
-// Answers find it by a weak reference: they also come, as cancelled, after its end.
+// GIO calls back even after cancellation, so its callbacks have only a weak reference.
 class SystemBusSignals::Connection : public std::enable_shared_from_this<Connection> {
 public:
     explicit Connection(SystemBusEvents events)
@@ -84,7 +84,7 @@ private:
             G_DBUS_SIGNAL_FLAGS_NONE, call, newWeakReference(weak_from_this()),
             freeWeakReference<Connection>));
     }
-    void askForLocale();
+    void requestLocale();
 
     SystemBusEvents m_events;
     ObjectHandle<GCancellable> m_cancellable;
@@ -105,7 +105,7 @@ void SystemBusSignals::Connection::listen(ObjectHandle<GDBusConnection> bus) {
         gboolean begins = TRUE;
         g_variant_get(parameters, "(b)", &begins);
         if (const auto self = lockWeakReference<Connection>(data); self && begins == FALSE) {
-            self->m_events.resumed();
+            self->m_events.onResume();
         }
     };
     subscribe("org.freedesktop.login1", "org.freedesktop.login1.Manager", "PrepareForSleep",
@@ -116,27 +116,27 @@ void SystemBusSignals::Connection::listen(ObjectHandle<GDBusConnection> bus) {
                                                      gpointer data) {
         if (const auto self = lockWeakReference<Connection>(data);
             self && mentionsLocale(parameters)) {
-            self->askForLocale();
+            self->requestLocale();
         }
     };
-    if (m_events.localeChanged) {
+    if (m_events.onLocale) {
         subscribe(localeService, propertiesInterface, "PropertiesChanged", localeObject,
                   localeService, propertiesChanged);
     }
 }
 
-void SystemBusSignals::Connection::askForLocale() {
+void SystemBusSignals::Connection::requestLocale() {
     constexpr int longestWait = 10000; // milliseconds
-    const GAsyncReadyCallback answered = [](GObject* bus, GAsyncResult* result, gpointer data) {
-        const VariantHandle answer(
+    const GAsyncReadyCallback replied = [](GObject* bus, GAsyncResult* result, gpointer data) {
+        const VariantHandle reply(
             g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr));
-        if (const auto self = takeWeakReference<Connection>(data); self && answer) {
-            self->m_events.localeChanged(assignmentsIn(answer.get()));
+        if (const auto self = takeWeakReference<Connection>(data); self && reply) {
+            self->m_events.onLocale(assignmentsOf(reply.get()));
         }
     };
     g_dbus_connection_call(m_bus.get(), localeService, localeObject, propertiesInterface, "Get",
                            g_variant_new("(ss)", localeService, "Locale"), G_VARIANT_TYPE("(v)"),
-                           G_DBUS_CALL_FLAGS_NONE, longestWait, m_cancellable.get(), answered,
+                           G_DBUS_CALL_FLAGS_NONE, longestWait, m_cancellable.get(), replied,
                            newWeakReference(weak_from_this()));
 }
 

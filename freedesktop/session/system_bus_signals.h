@@ -1,4 +1,4 @@
-// What the system's services tell of sleep and of the system's locale.
+// Signals of the system bus: resuming from sleep, and changes of the system's locale.
 #pragma once
 
 #include <functional>
@@ -9,17 +9,17 @@
 namespace quorvel::freedesktop {
 
 struct SystemBusEvents {
-    std::function<void()> resumed;
-    // The assignments of the system's locale, "LC_TIME=de_DE.UTF-8"; null: nobody asks.
-    std::function<void(std::vector<std::string>)> localeChanged;
+    std::function<void()> onResume;
+    // Gets the assignments of the system's locale, "LC_TIME=de_DE.UTF-8". Null: not followed.
+    std::function<void(std::vector<std::string>)> onLocale;
 };
 
-// On the default main context of the thread that makes this. Where there is no system bus, or
-// nobody on it, nothing is told.
+// Calls on the default main context of the thread that constructs it. Without a system bus or the
+// services it never calls.
 class SystemBusSignals {
 public:
     explicit SystemBusSignals(SystemBusEvents events);
-    ~SystemBusSignals(); // nothing is called afterwards
+    ~SystemBusSignals(); // no function is called afterwards
     SystemBusSignals(const SystemBusSignals&) = delete;
     SystemBusSignals& operator=(const SystemBusSignals&) = delete;
 

@@ -1,4 +1,4 @@
-// A file or folder whose changes matter to somebody.
+// A file or folder to watch.
 #pragma once
 
 #include <string>
@@ -7,9 +7,10 @@
 namespace quorvel::freedesktop {
 
 struct WatchedPath {
-    std::string path; // need not exist; relative: to the working folder
-    int depth = 0;    // how many levels of folders below it belong to it
-    // Which files of its folders matter, by name; null: all of them. Hidden ones never do.
+    std::string path; // need not exist; may be relative to the working folder
+    int depth = 0;    // number of levels of folders below it that are watched too
+    // Whether a file in the folders matters, by its name. Null: all files. Hidden files never
+    // matter.
     bool (*matters)(std::string_view name) = nullptr;
     bool operator==(const WatchedPath&) const = default;
 };

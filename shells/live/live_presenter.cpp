@@ -111,9 +111,9 @@ private:
 // Passes each change to the platform at once, so that the next presentation shows it.
 SessionChanges LivePresenter::Schedule::sessionChanges() {
     SessionChanges changes;
-    changes.resumed = [this] { handleChange(); };
+    changes.onResume = [this] { handleChange(); };
     if (m_platform.followsTimeZone()) {
-        changes.timeZone = [this](std::shared_ptr<const TimeZone> zone) {
+        changes.onTimeZone = [this](std::shared_ptr<const TimeZone> zone) {
             if (zone->identifier() != m_platform.timeZone()->identifier()) {
                 m_platform.setTimeZone(std::move(zone));
                 handleChange();
@@ -121,13 +121,13 @@ SessionChanges LivePresenter::Schedule::sessionChanges() {
         };
     }
     if (m_platform.followsLocale()) {
-        changes.locale = [this](const std::string& locale) {
+        changes.onLocale = [this](const std::string& locale) {
             if (locale != m_platform.locale()) {
                 m_platform.setLocale(locale);
                 handleChange();
             }
         };
-        changes.clockFormat = [this](ClockFormat clockFormat) {
+        changes.onClockFormat = [this](ClockFormat clockFormat) {
             if (clockFormat != m_platform.clockFormat()) {
                 m_platform.setClockFormat(clockFormat);
                 handleChange();

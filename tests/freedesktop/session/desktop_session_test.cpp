@@ -17,12 +17,12 @@ class DesktopSessionTest : public testing::Test {
 protected:
     void follow() {
         SessionChanges changes;
-        changes.timeZone = [this](const std::shared_ptr<const TimeZone>& zone) {
+        changes.onTimeZone = [this](const std::shared_ptr<const TimeZone>& zone) {
             zones.push_back(zone->identifier());
         };
-        changes.locale = [this](const std::string& locale) { locales.push_back(locale); };
-        changes.clockFormat = [this](ClockFormat clockFormat) { formats.push_back(clockFormat); };
-        changes.resumed = [this] { ++resumes; };
+        changes.onLocale = [this](const std::string& locale) { locales.push_back(locale); };
+        changes.onClockFormat = [this](ClockFormat clockFormat) { formats.push_back(clockFormat); };
+        changes.onResume = [this] { ++resumes; };
         session = std::make_unique<DesktopSession>(
             log, std::move(changes),
             HostTimeZone{zoneFile, [this] { return namedTimeZone(zoneName); }});
@@ -33,7 +33,7 @@ protected:
         fs::rename(zoneFile + ".new", zoneFile);
     }
 
-    EnvironmentVariable desktop{"DBUS_SESSION_BUS_ADDRESS", "disabled:"};
+    EnvironmentVariable desktop{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus"};
     EnvironmentVariable noZone{"TZ", nullptr};
     EnvironmentVariable noLocale{"LC_ALL", nullptr};
     EnvironmentVariable noTime{"LC_TIME", nullptr};
@@ -113,7 +113,7 @@ TEST_F(DesktopSessionTest, TellsOfWaking) {
 
 TEST_F(DesktopSessionTest, WhatIsNotAskedForIsNotFollowed) {
     SessionChanges changes;
-    changes.resumed = [this] { ++resumes; };
+    changes.onResume = [this] { ++resumes; };
     session = std::make_unique<DesktopSession>(log, std::move(changes),
                                                HostTimeZone{zoneFile, hostTimeZone});
     ASSERT_TRUE(runUntil([this] { return services.hasListener("org.freedesktop.login1"); }));

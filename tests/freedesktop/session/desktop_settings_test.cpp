@@ -15,12 +15,12 @@ constexpr const char* localeSchema = "org.gnome.system.locale";
 
 class DesktopSettingsTest : public testing::Test {
 protected:
-    EnvironmentVariable session{"DBUS_SESSION_BUS_ADDRESS", "disabled:"};
+    EnvironmentVariable session{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus"};
     SettingsWriter interface { interfaceSchema };
     SettingsWriter locale{localeSchema};
 };
 
-TEST_F(DesktopSettingsTest, TheUsersOwnValueIsToldFromTheDefault) {
+TEST_F(DesktopSettingsTest, DistinguishesTheUsersValueFromTheDefault) {
     const DesktopSetting setting(interfaceSchema, "clock-format");
     EXPECT_EQ(setting.userValue(), std::nullopt);
     ASSERT_TRUE(setting.value().has_value());
@@ -33,7 +33,7 @@ TEST_F(DesktopSettingsTest, WhatTheSystemDoesNotKnowHasNoValue) {
     for (const auto& [schema, key] : {std::pair("org.example.NoSuchSchema", "key"),
                                       std::pair(interfaceSchema, "no-such-key")}) {
         DesktopSetting setting(schema, key);
-        setting.whenChanged([] { ADD_FAILURE(); });
+        setting.setOnChange([] { ADD_FAILURE(); });
         EXPECT_EQ(setting.value(), std::nullopt);
         EXPECT_EQ(setting.userValue(), std::nullopt);
     }
@@ -66,10 +66,10 @@ TEST_F(DesktopSettingsTest, TheRegionIsTheUsersOrNone) {
     EXPECT_EQ(setting.region(), std::nullopt);
 }
 
-TEST_F(DesktopSettingsTest, AChangeIsToldUntilTheEnd) {
+TEST_F(DesktopSettingsTest, ReportsChangesUntilItIsDestroyed) {
     int calls = 0;
     auto setting = std::make_unique<ClockFormatSetting>();
-    setting->whenChanged([&calls] { ++calls; });
+    setting->setOnChange([&calls] { ++calls; });
     runFor(0.02);
     EXPECT_EQ(calls, 0);
     interface.set("clock-format", "12h");

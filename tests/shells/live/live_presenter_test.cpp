@@ -89,7 +89,7 @@ protected:
         return presentations == 0;
     }
 
-    EnvironmentVariable desktop{"DBUS_SESSION_BUS_ADDRESS", "disabled:"};
+    EnvironmentVariable desktop{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus"};
     EnvironmentVariable noZone{"TZ", nullptr};
     EnvironmentVariable noLocale{"LC_ALL", nullptr};
     TemporaryFolder folder;
