@@ -11,16 +11,6 @@ using freedesktop::LoadedBundle;
 
 namespace {
 
-// The loader reports by exceptions.
-CommandResult<std::shared_ptr<const LoadedBundle>>
-loadBundle(freedesktop::FreedesktopPlatform& platform, const std::string& folder) {
-    try {
-        return platform.loadBundle(folder);
-    } catch (const freedesktop::BundleError& error) {
-        return operationFailure({error.what(), {}, {}});
-    }
-}
-
 std::string joinedNames(const std::vector<std::string_view>& names) {
     std::string text;
     for (const std::string_view name : names) {
@@ -34,9 +24,9 @@ std::string joinedNames(const std::vector<std::string_view>& names) {
 CommandResult<ProgramBundle> loadProgramBundle(freedesktop::FreedesktopPlatform& platform,
                                                const std::string& folder,
                                                const std::string& controllerName) {
-    const auto bundle = loadBundle(platform, folder);
+    const auto bundle = platform.loadBundle(folder);
     if (!bundle) {
-        return bundle.error();
+        return operationFailure(bundle.error());
     }
     const LoadedBundle& loaded = **bundle;
     const std::string& name = controllerName.empty() ? loaded.principalClass() : controllerName;

@@ -117,9 +117,12 @@ const std::shared_ptr<TextLines>& FreedesktopPlatform::textLines() const {
     return m_services->textLines;
 }
 
-std::shared_ptr<const LoadedBundle> FreedesktopPlatform::loadBundle(const std::string& path) {
-    auto bundle = std::make_shared<const LoadedBundle>(path, m_services->screen);
-    m_services->bundles.add(bundle);
+Result<std::shared_ptr<const LoadedBundle>>
+FreedesktopPlatform::loadBundle(const std::string& path) {
+    auto bundle = LoadedBundle::load(path, m_services->screen);
+    if (bundle) {
+        m_services->bundles.add(*bundle);
+    }
     return bundle;
 }
 
@@ -200,8 +203,8 @@ std::vector<WatchedPath> FreedesktopPlatform::watchedPaths() const {
     return paths;
 }
 
-void FreedesktopPlatform::setCalendarsChangedHandler(std::function<void()> changed) {
-    m_services->calendars.setChangedHandler(std::move(changed));
+void FreedesktopPlatform::setCalendarsChangedHandler(std::function<void()> onChange) {
+    m_services->calendars.setChangedHandler(std::move(onChange));
 }
 
 bool FreedesktopPlatform::waitForLaunches(double seconds) {

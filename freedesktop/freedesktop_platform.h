@@ -1,4 +1,4 @@
-// The whole platform on Linux, put together from plain options.
+// The complete platform for Linux, made from plain options.
 #pragma once
 
 #include <functional>
@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/result.h"
 #include "freedesktop/calendars/store/file_calendar_stores.h"
 #include "freedesktop/calendars/store/server_calendar_stores.h"
 #include "freedesktop/dates/clock_format.h"
@@ -25,11 +26,11 @@ class LoadedBundle;
 struct FreedesktopOptions {
     std::shared_ptr<const TimeZone> timeZone; // never null
     bool followsTimeZone = true;              // false: the user has chosen this one
-    std::string locale;                       // as canonicalLocale() gives it
+    std::string locale;                       // in the form of canonicalLocale()
     bool followsLocale = true;                // false: the user has chosen this one
     ClockFormat clockFormat = ClockFormat::ofLocale;
     std::optional<std::string> fontFamily; // absent: the desktop's
-    bool measuresText = true;              // false: of a host that prints, and shows no text
+    bool measuresText = true;              // false: for a host that shows no text
     std::string dataFolder;                // with the pictures that come with the program
     std::string preferencesFolder;
     double foundationVersionNumber = 1047.25;
@@ -37,16 +38,16 @@ struct FreedesktopOptions {
     std::string dataServerModule;          // the file that wraps the data server's library
     DataServerWaits dataServerWaits;
     std::function<void(const CalendarProblem&)> calendarProblemHandler;
-    std::string calendarIndexFolder; // empty: no index is kept
-    // False: of a host that is alive, which is told when more of them is there.
+    std::string calendarIndexFolder; // empty: no index
+    // False: for a host that stays and updates itself, see setCalendarsChangedHandler().
     bool waitsForCalendars = true;
     std::optional<platform::NSDate> now; // absent: the system's clock
-    bool clockRuns = false;              // from `now` on; false: it stands there
-    platform::CGFloat scale = 1;         // pixels a point
+    bool clockRuns = false;              // whether the clock runs from `now` on
+    platform::CGFloat scale = 1;         // pixels per point
     std::vector<std::shared_ptr<platform::SystemLog>> logs;
 };
 
-// For one thread. Lives longer than everything that is made with its platform.
+// Must outlive everything that is made with its platform.
 class FreedesktopPlatform {
 public:
     explicit FreedesktopPlatform(FreedesktopOptions options);
@@ -55,49 +56,50 @@ public:
     FreedesktopPlatform& operator=(const FreedesktopPlatform&) = delete;
 
     const platform::Platform& platform() const;
-    // What texts are painted with, for pictures of the widget.
+    // The text renderer, for pictures of the widget.
     const std::shared_ptr<TextLines>& textLines() const;
 
-    // Throws BundleError. From here on the platform finds the bundle by its classes.
-    std::shared_ptr<const LoadedBundle> loadBundle(const std::string& path);
+    // Afterwards the platform finds the bundle by its classes. The bundle is not null.
+    Result<std::shared_ptr<const LoadedBundle>> loadBundle(const std::string& path);
 
-    // For a host that does not wait for calendars: starts reading them on a thread of their own, so
-    // that the first presentation finds them there. Everything else of the platform stays on the
-    // caller's thread.
+    // For a host that does not wait for calendars: starts to read them on a background thread, so
+    // that the first presentation has them. All other parts of the platform belong to the caller's
+    // thread.
     void beginReadingCalendars();
-    // Whether the last event store had a calendar at all that could be read.
+    // Whether the last event store had at least one readable calendar.
     bool hasReadableCalendars() const;
-    // What that calendar of the last event store comes from, for people.
+    // The source of that calendar of the last event store, to show to the user.
     std::string storeOfCalendar(std::string_view identifier) const;
 
-    // What is read after the call is read from there.
+    // These take effect with the next read.
     void setPreferencesFolder(const std::string& folder);
     void setCalendars(std::vector<CalendarSource> calendars);
-    void setNow(platform::NSDate date); // the clock stands there
+    void setNow(platform::NSDate date); // and stops the clock
 
-    // What is shown after the call follows.
+    // These take effect with the next presentation.
     void setTimeZone(std::shared_ptr<const TimeZone> zone); // never null
-    void setLocale(const std::string& locale);              // as canonicalLocale() gives it
+    void setLocale(const std::string& locale);              // in the form of canonicalLocale()
     void setClockFormat(ClockFormat clockFormat);
-    void setScale(platform::CGFloat scale); // pixels a point
+    void setScale(platform::CGFloat scale); // pixels per point
 
-    // Whether the host is to follow the session's time zone, and its locale and clock format.
+    // Whether the host should follow the session's time zone, or its locale and clock format.
     bool followsTimeZone() const;
     bool followsLocale() const;
     const std::shared_ptr<const TimeZone>& timeZone() const;
     const std::string& locale() const;
     ClockFormat clockFormat() const;
 
-    // What the system's clock reads at that instant of the platform's; absent where that stands.
+    // The time of the system's clock at that time of the platform's clock. Absent if the latter is
+    // stopped.
     std::optional<platform::NSDate> systemInstant(platform::NSDate instant) const;
 
-    // Where the settings and the calendars come from.
+    // The files and folders of the settings and calendars.
     std::vector<WatchedPath> watchedPaths() const;
-    // Told when calendars that are not files change, or have come after they were not waited for;
-    // on the default main context of the thread that sets this. Null: nobody is.
-    void setCalendarsChangedHandler(std::function<void()> changed);
+    // Called when calendars that are not files change, or when calendars arrive that were not
+    // waited for. Runs on the default main context of the thread that sets it. Null: none.
+    void setCalendarsChangedHandler(std::function<void()> onChange);
 
-    // Runs the default main context until every launch was answered, or the time is over. True: all
+    // Runs the default main context until every launch was answered or the time is over. True: all
     // were answered.
     bool waitForLaunches(double seconds);
 

@@ -6,6 +6,7 @@
 #include <dlfcn.h>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 #include <variant>
 
 #include "freedesktop/preferences/property_list_file.h"
@@ -30,10 +31,10 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view informationFile = "Info.plist";
-constexpr std::string_view remedy = "name a folder such as Quorvel.bundle with --bundle";
+constexpr const char* remedy = "name a folder such as Quorvel.bundle with --bundle";
 
-[[noreturn]] void throwError(const std::string& path, const std::string& what) {
-    throw BundleError("the bundle '" + path + "' " + what + ": " + std::string(remedy));
+Error failure(const std::string& path, const std::string& what) {
+    return {"the bundle '" + path + "' " + what, {}, remedy};
 }
 
 std::string textForKey(const PropertyListDictionary& dictionary, std::string_view key) {
@@ -41,7 +42,7 @@ std::string textForKey(const PropertyListDictionary& dictionary, std::string_vie
     return value != nullptr ? platform::stringValue(*value).value_or("") : std::string();
 }
 
-// A name that stays inside its folder.
+// Whether the name cannot leave its folder.
 bool isPlainFileName(std::string_view name) {
     return !name.empty() && name != "." && name != ".." &&
            name.find('/') == std::string_view::npos && name.find('\0') == std::string_view::npos;
@@ -52,7 +53,7 @@ bool isRegularFile(const fs::path& path) {
     return fs::is_regular_file(path, error);
 }
 
-std::string quotedList(const std::vector<std::string_view>& names) {
+std::string commaSeparated(const std::vector<std::string_view>& names) {
     std::string text;
     for (const std::string_view name : names) {
         text += (text.empty() ? "" : ", ") + std::string(name);
@@ -60,8 +61,8 @@ std::string quotedList(const std::vector<std::string_view>& names) {
     return text;
 }
 
-// The scales in the order in which their pictures serve the screen: its own, the larger ones from
-// below, then the smaller ones from above.
+// The scales in the order of preference: the screen's, the larger ones in ascending order, then the
+// smaller ones in descending order.
 std::array<int, 3> scalesByPreference(double screenScale) {
     const int wanted =
         std::clamp(static_cast<int>(std::ceil(std::clamp(screenScale, 1.0, 3.0))), 1, 3);
@@ -73,66 +74,80 @@ std::array<int, 3> scalesByPreference(double screenScale) {
 
 } // namespace
 
-LoadedBundle::LoadedBundle(const std::string& path, const Screen& screen)
-    : m_path(path)
-    , m_screen(screen) {
-    readInformation();
-    loadExecutable();
+Result<std::shared_ptr<const LoadedBundle>> LoadedBundle::load(const std::string& path,
+                                                               const Screen& screen) {
+    auto information = readInformation(path);
+    if (!information) {
+        return information.error();
+    }
+    const auto bundle = loadExecutable(path, information->executable);
+    if (!bundle) {
+        return bundle.error();
+    }
+    return std::shared_ptr<const LoadedBundle>(
+        new LoadedBundle(path, screen, std::move(information).value(), **bundle));
 }
 
-void LoadedBundle::readInformation() {
-    std::error_code error;
-    if (!fs::is_directory(m_path, error)) {
-        throwError(m_path, "is not there");
+LoadedBundle::LoadedBundle(std::string path, const Screen& screen, Information information,
+                           const WidgetBundle& bundle)
+    : m_path(std::move(path))
+    , m_screen(screen)
+    , m_information(std::move(information))
+    , m_bundle(bundle) {}
+
+Result<LoadedBundle::Information> LoadedBundle::readInformation(const std::string& path) {
+    std::error_code ignored;
+    if (!fs::is_directory(path, ignored)) {
+        return failure(path, "is not there");
     }
-    const fs::path file = fs::path(m_path) / informationFile;
-    const auto list = readPropertyListFile(file.string());
+    const auto list = readPropertyListFile((fs::path(path) / informationFile).string());
     if (list && !list->has_value()) {
-        throwError(m_path, "has no " + std::string(informationFile));
+        return failure(path, "has no " + std::string(informationFile));
     }
-    const auto* information = list ? std::get_if<PropertyListDictionary>(&(*list)->value) : nullptr;
-    if (information == nullptr) {
-        throwError(m_path, "has an " + std::string(informationFile) + " that cannot be read (" +
-                               (list ? "it holds no dictionary" : list.error().what) + ")");
+    const auto* texts = list ? std::get_if<PropertyListDictionary>(&(*list)->value) : nullptr;
+    if (texts == nullptr) {
+        return failure(path, "has an " + std::string(informationFile) + " that cannot be read (" +
+                                 (list ? "it holds no dictionary" : list.error().what) + ")");
     }
-    m_identifier = textForKey(*information, "CFBundleIdentifier");
-    m_executable = textForKey(*information, "CFBundleExecutable");
-    m_principalClass = textForKey(*information, "NSPrincipalClass");
+    return Information{textForKey(*texts, "CFBundleIdentifier"),
+                       textForKey(*texts, "CFBundleExecutable"),
+                       textForKey(*texts, "NSPrincipalClass")};
 }
 
-void LoadedBundle::loadExecutable() {
-    if (m_executable.empty()) {
-        throwError(m_path, "names no executable");
+Result<const WidgetBundle*> LoadedBundle::loadExecutable(const std::string& path,
+                                                         const std::string& executable) {
+    if (executable.empty()) {
+        return failure(path, "names no executable");
     }
-    if (!isPlainFileName(m_executable)) {
-        throwError(m_path, "names an executable outside itself, '" + m_executable + "'");
+    if (!isPlainFileName(executable)) {
+        return failure(path, "names an executable outside itself, '" + executable + "'");
     }
-    // Absolute, since a name without a slash would be looked for among the system's libraries.
+    // Absolute, because dlopen() searches the system's libraries for a name without a slash.
     std::error_code error;
-    const fs::path file = fs::absolute(fs::path(m_path) / m_executable, error);
+    const fs::path file = fs::absolute(fs::path(path) / executable, error);
     if (error || !isRegularFile(file)) {
-        throwError(m_path, "lacks its executable, '" + m_executable + "'");
+        return failure(path, "lacks its executable, '" + executable + "'");
     }
-    // No RTLD_NODELETE is needed, as the handle is dropped without being closed.
+    // The handle is never closed, so RTLD_NODELETE is not needed.
     void* handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (handle == nullptr) {
         const char* reason = dlerror();
-        throwError(m_path,
-                   std::string("cannot be loaded (") + (reason ? reason : "no reason given") + ")");
+        return failure(path, std::string("cannot be loaded (") +
+                                 (reason ? reason : "no reason given") + ")");
     }
-    // POSIX promises that an object pointer holds what dlsym gives for a function.
+    // POSIX guarantees that an object pointer can hold the function pointer from dlsym().
     const auto entry = reinterpret_cast<platform::WidgetBundleEntry>(
         dlsym(handle, platform::widgetBundleEntrySymbol));
     const WidgetBundle* bundle = entry != nullptr ? entry() : nullptr;
     if (bundle == nullptr) {
-        throwError(m_path, "is not a widget bundle");
+        return failure(path, "is not a widget bundle");
     }
     if (bundle->interfaceVersion != platform::widgetBundleInterfaceVersion) {
-        throwError(m_path, "was built for version " + std::to_string(bundle->interfaceVersion) +
-                               " of the widget interface, and this program has version " +
-                               std::to_string(platform::widgetBundleInterfaceVersion));
+        return failure(path, "was built for version " + std::to_string(bundle->interfaceVersion) +
+                                 " of the widget interface, and this program has version " +
+                                 std::to_string(platform::widgetBundleInterfaceVersion));
     }
-    m_bundle = bundle;
+    return bundle;
 }
 
 std::optional<std::string> LoadedBundle::pathForResource(std::string_view name,
@@ -153,7 +168,7 @@ std::optional<std::string> LoadedBundle::pathForResource(std::string_view name,
 }
 
 std::vector<std::string_view> LoadedBundle::controllerClassNames() const {
-    return m_bundle->controllerClassNames();
+    return m_bundle.controllerClassNames();
 }
 
 bool LoadedBundle::hasClass(std::string_view className) const {
@@ -161,35 +176,36 @@ bool LoadedBundle::hasClass(std::string_view className) const {
     return std::ranges::find(names, className) != names.end();
 }
 
-std::shared_ptr<_SBUIWidgetViewController>
+Result<std::shared_ptr<_SBUIWidgetViewController>>
 LoadedBundle::makeController(std::string_view className, const Platform& platform) const {
     if (className.empty()) {
-        throwError(m_path, "names no principal class");
+        return failure(m_path, "names no principal class");
     }
-    auto controller = m_bundle->makeController(className, platform);
+    auto controller = m_bundle.makeController(className, platform);
     if (!controller) {
-        throw UnknownClassError("the bundle has no controller '" + std::string(className) +
-                                "': it has " + quotedList(controllerClassNames()));
+        return Error{"the bundle has no controller '" + std::string(className) + "'",
+                     {},
+                     "it has " + commaSeparated(controllerClassNames())};
     }
     return controller;
 }
 
 std::shared_ptr<platform::BBWeeAppController>
 LoadedBundle::makeWeeAppController(std::string_view className, const Platform& platform) const {
-    return m_bundle->makeWeeAppController(className, platform);
+    return m_bundle.makeWeeAppController(className, platform);
 }
 
 const KeyValueCoding& LoadedBundle::processWideValues() const {
-    return m_bundle->processWideValues();
+    return m_bundle.processWideValues();
 }
 
 platform::UIColor LoadedBundle::colorFromHexString(std::optional<std::string_view> text) const {
-    return m_bundle->colorFromHexString(text);
+    return m_bundle.colorFromHexString(text);
 }
 
 std::optional<std::string> LoadedBundle::hexStringForColor(const platform::UIView& view,
                                                            const platform::CGColor& color) const {
-    return m_bundle->hexStringForColor(view, color);
+    return m_bundle.hexStringForColor(view, color);
 }
 
 } // namespace quorvel::freedesktop

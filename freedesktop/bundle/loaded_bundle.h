@@ -3,11 +3,11 @@
 
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/result.h"
 #include "platform/bundle.h"
 #include "platform/ui_color.h"
 
@@ -24,57 +24,55 @@ struct WidgetBundle;
 
 namespace quorvel::freedesktop {
 
-// Why a bundle cannot be used, as "what is wrong: what to do".
-class BundleError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
-// The bundle is all right, but has no such controller.
-class UnknownClassError : public BundleError {
-public:
-    using BundleError::BundleError;
-};
-
-// The shared object stays in the process for good: unloading it would pull the code from under
-// every object that it has made.
+// The shared object is never unloaded, because objects of the process use its code.
 class LoadedBundle final : public platform::NSBundle {
 public:
-    // `screen` outlives the bundle. Throws BundleError.
-    LoadedBundle(const std::string& path, const platform::Screen& screen);
+    // Loads the bundle in that folder. `screen` must outlive the bundle, which is not null.
+    static Result<std::shared_ptr<const LoadedBundle>> load(const std::string& path,
+                                                            const platform::Screen& screen);
 
     std::string bundlePath() const override { return m_path; }
-    // A plain file name inside the bundle. Of "name.type", "name@2x.type" and "name@3x.type" the
-    // one for the screen's scale, else the next larger, else the largest that there is.
+    // The path of "name.type", "name@2x.type" or "name@3x.type", a plain file name in the bundle:
+    // the one for the screen's scale, else the next larger one, else the largest.
     std::optional<std::string> pathForResource(std::string_view name,
                                                std::string_view type) const override;
 
-    const std::string& identifier() const { return m_identifier; } // may be empty
-    const std::string& principalClass() const { return m_principalClass; }
+    // Either may be empty.
+    const std::string& identifier() const { return m_information.identifier; }
+    const std::string& principalClass() const { return m_information.principalClass; }
     std::vector<std::string_view> controllerClassNames() const;
     bool hasClass(std::string_view className) const;
-    // Throws UnknownClassError. `platform` outlives the controller.
-    std::shared_ptr<platform::_SBUIWidgetViewController>
+    // Fails if the bundle has no such class. `platform` must outlive the controller, which is not
+    // null.
+    Result<std::shared_ptr<platform::_SBUIWidgetViewController>>
     makeController(std::string_view className, const platform::Platform& platform) const;
-    // A controller for older hosts; null where the bundle has no such class of that kind.
+    // A controller for older hosts; null if the bundle has no such class.
     std::shared_ptr<platform::BBWeeAppController>
     makeWeeAppController(std::string_view className, const platform::Platform& platform) const;
     const platform::KeyValueCoding& processWideValues() const;
-    // The bundle's conversions of colours, as platform/widget_bundle.h describes them.
+    // The bundle's colour conversions, described in platform/widget_bundle.h.
     platform::UIColor colorFromHexString(std::optional<std::string_view> text) const;
     std::optional<std::string> hexStringForColor(const platform::UIView& view,
                                                  const platform::CGColor& color) const;
 
 private:
-    void readInformation();
-    void loadExecutable();
+    // The contents of Info.plist; a text that is not there is empty.
+    struct Information {
+        std::string identifier;
+        std::string executable;
+        std::string principalClass;
+    };
+
+    LoadedBundle(std::string path, const platform::Screen& screen, Information information,
+                 const platform::WidgetBundle& bundle);
+    static Result<Information> readInformation(const std::string& path);
+    static Result<const platform::WidgetBundle*> loadExecutable(const std::string& path,
+                                                                const std::string& executable);
 
     std::string m_path;
     const platform::Screen& m_screen;
-    std::string m_identifier;
-    std::string m_executable;
-    std::string m_principalClass;
-    const platform::WidgetBundle* m_bundle = nullptr;
+    Information m_information;
+    const platform::WidgetBundle& m_bundle;
 };
 
 } // namespace quorvel::freedesktop

@@ -1,4 +1,4 @@
-// The bundles of the process, looked through by class.
+// The loaded bundles of the process, found by their classes.
 #pragma once
 
 #include <memory>

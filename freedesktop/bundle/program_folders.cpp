@@ -14,7 +14,7 @@ std::string besideOrInstalled(const fs::path& beside, const fs::path& installed)
     return (fs::exists(beside, error) ? beside : installed.lexically_normal()).string();
 }
 
-// Of an installation, seen from either of its folders of executables.
+// The installation's folder of commands; `folder` is either of its folders of executables.
 fs::path commandFolder(const fs::path& folder) {
     const fs::path commands = (folder / QUORVEL_RELATIVE_COMMAND_FOLDER).lexically_normal();
     const fs::path helpers = (commands / QUORVEL_RELATIVE_HELPER_FOLDER).lexically_normal();

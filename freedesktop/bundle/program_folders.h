@@ -1,4 +1,4 @@
-// Where the program's own files lie, seen from its executable.
+// Finds the program's own files relative to its executable.
 #pragma once
 
 #include <string>
@@ -7,16 +7,16 @@ namespace quorvel::freedesktop {
 
 struct ProgramFolders {
     std::string bundle;           // Quorvel.bundle
-    std::string data;             // the pictures and the sample
-    std::string window;           // the program that `quorvel show` becomes
-    std::string dataServerModule; // what wraps the calendar server's library
+    std::string data;             // pictures and the sample calendars
+    std::string window;           // the program that `quorvel show` executes
+    std::string dataServerModule; // the module that wraps the calendar server's library
 };
 
-// Beside the executable, as a build leaves them; else where an installation puts them, whether
-// they are there or not. An installation has two folders of executables: that of the commands, and
-// one for the programs that only they start.
+// Each path is beside the executable if it exists there, as after a build, else where an
+// installation puts it. An installation has two folders of executables: one for the commands, and
+// one for the programs that only the commands start.
 ProgramFolders programFolders(const std::string& executableFolder);
-// Of the running process.
+// For the running process.
 ProgramFolders programFolders();
 
 } // namespace quorvel::freedesktop

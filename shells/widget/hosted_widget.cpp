@@ -45,7 +45,7 @@ HostedWidget::HostedWidget(const freedesktop::LoadedBundle& bundle, std::string_
     , m_container(container)
     , m_legacyController(bundle.makeWeeAppController(m_controllerName, platform)) {
     if (!m_legacyController) {
-        m_controller = bundle.makeController(m_controllerName, platform);
+        m_controller = bundle.makeController(m_controllerName, platform).value();
         m_controller->setWidgetHost(&host);
     }
 }

@@ -52,18 +52,14 @@ protected:
             << "</string><key>NSPrincipalClass</key><string>Principal</string></dict></plist>";
     }
     // A bundle around one of the shared objects made for this test.
-    std::string complaintAbout(const std::string& kind) const {
+    std::string problemOf(const std::string& kind) const {
         writeInformation(m_folder, kind + ".so");
         fs::copy_file(fs::path(QUORVEL_TEST_BUNDLES) / (kind + ".so"), m_folder / (kind + ".so"));
-        return complaint();
+        return problem();
     }
-    std::string complaint() const {
-        try {
-            const LoadedBundle bundle(m_folder.string(), m_screen);
-        } catch (const BundleError& error) {
-            return error.what();
-        }
-        return "no complaint";
+    std::string problem() const {
+        const auto bundle = LoadedBundle::load(m_folder.string(), m_screen);
+        return bundle ? "none" : message(bundle.error());
     }
 
     fs::path m_folder;
@@ -71,7 +67,7 @@ protected:
 };
 
 TEST_F(LoadedBundleTest, KnowsItsClassesAndValues) {
-    const auto bundle = std::make_shared<const LoadedBundle>(QUORVEL_BUNDLE, m_screen);
+    const auto bundle = LoadedBundle::load(QUORVEL_BUNDLE, m_screen).value();
     EXPECT_EQ(bundle->principalClass(), "QuorvelViewControllerNew");
     EXPECT_FALSE(bundle->identifier().empty());
     EXPECT_TRUE(bundle->hasClass("QuorvelViewControllerNewToday"));
@@ -87,38 +83,41 @@ TEST_F(LoadedBundleTest, KnowsItsClassesAndValues) {
 }
 
 TEST_F(LoadedBundleTest, MakesControllersOfBothKinds) {
-    const LoadedBundle bundle(QUORVEL_BUNDLE, m_screen);
+    const auto bundle = LoadedBundle::load(QUORVEL_BUNDLE, m_screen).value();
     const platform::memory::MemoryPlatform memory;
-    EXPECT_NE(bundle.makeController("QuorvelViewControllerNew", memory.platform()), nullptr);
-    EXPECT_EQ(bundle.makeWeeAppController("QuorvelViewControllerNew", memory.platform()), nullptr);
+    EXPECT_NE(bundle->makeController("QuorvelViewControllerNew", memory.platform()).value(),
+              nullptr);
+    EXPECT_EQ(bundle->makeWeeAppController("QuorvelViewControllerNew", memory.platform()), nullptr);
 
-    EXPECT_TRUE(bundle.hasClass("QuorvelViewController"));
-    const auto legacy = bundle.makeWeeAppController("QuorvelViewController", memory.platform());
+    EXPECT_TRUE(bundle->hasClass("QuorvelViewController"));
+    const auto legacy = bundle->makeWeeAppController("QuorvelViewController", memory.platform());
     ASSERT_NE(legacy, nullptr);
     EXPECT_EQ(legacy->viewHeight(), 70);
-    EXPECT_THROW(bundle.makeController("QuorvelViewController", memory.platform()),
-                 UnknownClassError);
+    EXPECT_FALSE(bundle->makeController("QuorvelViewController", memory.platform()));
 
-    EXPECT_EQ(bundle.makeWeeAppController("NSObject", memory.platform()), nullptr);
-    EXPECT_THROW(bundle.makeController("NSObject", memory.platform()), UnknownClassError);
-    EXPECT_THROW(bundle.makeController("", memory.platform()), BundleError);
+    EXPECT_EQ(bundle->makeWeeAppController("NSObject", memory.platform()), nullptr);
+    EXPECT_THAT(message(bundle->makeController("NSObject", memory.platform()).error()),
+                HasSubstr("no controller 'NSObject': it has QuorvelView"));
+    EXPECT_THAT(message(bundle->makeController("", memory.platform()).error()),
+                HasSubstr("names no principal class: name a folder"));
 }
 
 TEST_F(LoadedBundleTest, ConvertsColours) {
-    const LoadedBundle bundle(QUORVEL_BUNDLE, m_screen);
-    EXPECT_EQ(bundle.colorFromHexString("#FF0000"), platform::UIColor::redColor());
-    EXPECT_EQ(bundle.colorFromHexString("#0000FF80"), platform::UIColor::blueColor());
-    EXPECT_EQ(bundle.colorFromHexString(std::nullopt), platform::UIColor::whiteColor());
+    const auto bundle = LoadedBundle::load(QUORVEL_BUNDLE, m_screen).value();
+    EXPECT_EQ(bundle->colorFromHexString("#FF0000"), platform::UIColor::redColor());
+    EXPECT_EQ(bundle->colorFromHexString("#0000FF80"), platform::UIColor::blueColor());
+    EXPECT_EQ(bundle->colorFromHexString(std::nullopt), platform::UIColor::whiteColor());
 
     platform::memory::MemoryPlatform memory;
-    const auto controller = bundle.makeController("QuorvelViewControllerNew", memory.platform());
+    const auto controller =
+        bundle->makeController("QuorvelViewControllerNew", memory.platform()).value();
     const auto view = controller->view();
     memory.systemLog.lines.clear();
-    EXPECT_EQ(bundle.hexStringForColor(*view, {{1.0, 0.5, 0.0, 0.3}}), "#FF7F00");
+    EXPECT_EQ(bundle->hexStringForColor(*view, {{1.0, 0.5, 0.0, 0.3}}), "#FF7F00");
     EXPECT_THAT(memory.systemLog.lines,
                 ElementsAre("QRV: hexStringForColor", "QRV: got calendar color string: #FF7F00"));
     const auto other = std::make_shared<platform::UIView>();
-    EXPECT_EQ(bundle.hexStringForColor(*other, {{1.0, 0.5, 0.0, 0.3}}), std::nullopt);
+    EXPECT_EQ(bundle->hexStringForColor(*other, {{1.0, 0.5, 0.0, 0.3}}), std::nullopt);
 }
 
 // Nothing but the C++ runtime and the platform's own library.
@@ -141,38 +140,39 @@ TEST_F(LoadedBundleTest, NeedsNoOtherLibrary) {
     EXPECT_GT(libraries, 2);
 }
 
-TEST_F(LoadedBundleTest, RefusesWhatIsNoBundleOfOurs) {
-    EXPECT_THAT(complaintAbout("foreign"), HasSubstr("is not a widget bundle"));
-    EXPECT_THAT(complaintAbout("null_entry"), HasSubstr("is not a widget bundle"));
-    EXPECT_THAT(complaintAbout("other_version"), HasSubstr("built for version 4"));
+TEST_F(LoadedBundleTest, RefusesForeignLibraries) {
+    EXPECT_THAT(problemOf("foreign"), HasSubstr("is not a widget bundle"));
+    EXPECT_THAT(problemOf("null_entry"), HasSubstr("is not a widget bundle"));
+    EXPECT_THAT(problemOf("other_version"), HasSubstr("built for version 4"));
 }
 
 TEST_F(LoadedBundleTest, RefusesBrokenFolders) {
-    EXPECT_THAT(complaint(), HasSubstr("has no Info.plist"));
+    EXPECT_THAT(problem(), HasSubstr("has no Info.plist"));
     std::ofstream(m_folder / "Info.plist") << "<plist version=\"1.0\"><array/></plist>";
-    EXPECT_THAT(complaint(), HasSubstr("it holds no dictionary"));
+    EXPECT_THAT(problem(), HasSubstr("it holds no dictionary"));
     std::ofstream(m_folder / "Info.plist") << "<plist";
-    EXPECT_THAT(complaint(), HasSubstr("cannot be read"));
+    EXPECT_THAT(problem(), HasSubstr("cannot be read"));
     for (const char* name : {"..", ".", "/lib/libm.so.6", "../x.so", "a/b.so"}) {
         writeInformation(m_folder, name);
-        EXPECT_THAT(complaint(), HasSubstr("outside itself")) << name;
+        EXPECT_THAT(problem(), HasSubstr("outside itself")) << name;
     }
     writeInformation(m_folder, "missing.so");
-    EXPECT_THAT(complaint(), HasSubstr("lacks its executable"));
+    EXPECT_THAT(problem(), HasSubstr("lacks its executable"));
     writeInformation(m_folder, "folder.so");
     fs::create_directory(m_folder / "folder.so");
-    EXPECT_THAT(complaint(), HasSubstr("lacks its executable"));
-    EXPECT_THROW(LoadedBundle((m_folder / "none").string(), m_screen), BundleError);
+    EXPECT_THAT(problem(), HasSubstr("lacks its executable"));
+    EXPECT_THAT(message(LoadedBundle::load((m_folder / "none").string(), m_screen).error()),
+                HasSubstr("is not there: name a folder"));
 }
 
 TEST_F(LoadedBundleTest, ChoosesResourcesByTheScreensScale) {
     // The real shared object, with pictures of this test beside it.
     writeInformation(m_folder, "Quorvel.so");
     fs::create_symlink(fs::path(QUORVEL_BUNDLE) / "Quorvel.so", m_folder / "Quorvel.so");
-    const LoadedBundle bundle(m_folder.string(), m_screen);
+    const auto bundle = LoadedBundle::load(m_folder.string(), m_screen).value();
     const auto chosen = [&](double scale) {
         m_screen.m_scale = scale;
-        const auto path = bundle.pathForResource("Icon", "png");
+        const auto path = bundle->pathForResource("Icon", "png");
         return path ? fs::path(*path).filename().string() : "none";
     };
     EXPECT_EQ(chosen(1), "none");
@@ -186,8 +186,8 @@ TEST_F(LoadedBundleTest, ChoosesResourcesByTheScreensScale) {
     EXPECT_EQ(chosen(1.5), "Icon@2x.png");
     EXPECT_EQ(chosen(2), "Icon@2x.png");
     EXPECT_EQ(chosen(64), "Icon@3x.png");
-    EXPECT_FALSE(bundle.pathForResource("../Icon", "png"));
-    EXPECT_FALSE(bundle.pathForResource("", ""));
+    EXPECT_FALSE(bundle->pathForResource("../Icon", "png"));
+    EXPECT_FALSE(bundle->pathForResource("", ""));
 }
 
 } // namespace

@@ -63,7 +63,9 @@ protected:
     platform::memory::MemoryPlatform memory;
     std::shared_ptr<const platform::EKCalendar> home =
         memory.calendarStores.addCalendar("home", "Home");
-    freedesktop::LoadedBundle bundle{QUORVEL_BUNDLE, memory.screen};
+    std::shared_ptr<const freedesktop::LoadedBundle> loadedBundle =
+        freedesktop::LoadedBundle::load(QUORVEL_BUNDLE, memory.screen).value();
+    const freedesktop::LoadedBundle& bundle = *loadedBundle;
 };
 
 } // namespace quorvel::shells

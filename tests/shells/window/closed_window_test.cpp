@@ -56,7 +56,7 @@ protected:
         bundle.reset();
         options.now = NSDate{noon.timeIntervalSinceReferenceDate - secondsBeforeNoon};
         platform.emplace(options);
-        bundle = platform->loadBundle(QUORVEL_BUNDLE);
+        bundle = platform->loadBundle(QUORVEL_BUNDLE).value();
         loop.emplace();
         window = std::make_unique<AgendaWindow>(*platform, *bundle, AgendaWindowOptions{}, *loop);
         window->show();

@@ -123,7 +123,7 @@ TEST_F(LoadingTest, NoFrameIsLateAndTheRowsAppear) {
     for (int attempt = 0; attempt < attempts; ++attempt) {
         fs::create_directories(folder / "calendars");
         freedesktop::FreedesktopPlatform platform(options());
-        const auto bundle = platform.loadBundle(QUORVEL_BUNDLE);
+        const auto bundle = platform.loadBundle(QUORVEL_BUNDLE).value();
         MainLoop loop;
         AgendaWindow window(platform, *bundle, {}, loop);
         window.show();

@@ -32,7 +32,7 @@ TEST(PresentationThreadTest, IsTheThreadThatShowsTheWindow) {
     options.waitsForCalendars = false;
     options.logs = {recorder};
     freedesktop::FreedesktopPlatform platform(options);
-    const auto bundle = platform.loadBundle(QUORVEL_BUNDLE);
+    const auto bundle = platform.loadBundle(QUORVEL_BUNDLE).value();
     MainLoop loop;
     AgendaWindow window(platform, *bundle, {}, loop);
     window.show();
