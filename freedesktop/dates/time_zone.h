@@ -13,7 +13,7 @@ namespace quorvel::freedesktop {
 
 using icalendar::TimeZone;
 
-// Any thread may call these functions.
+// Any thread may call these functions. The zones are immutable.
 
 // Null for an unknown name. Knows IANA names and their aliases and the identifiers of Windows, both
 // also behind a prefix such as "/freeassociation.sourceforge.net/", and the display names of
