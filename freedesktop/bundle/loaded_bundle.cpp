@@ -98,7 +98,7 @@ LoadedBundle::LoadedBundle(std::string path, const Screen& screen, Information i
 Result<LoadedBundle::Information> LoadedBundle::readInformation(const std::string& path) {
     std::error_code ignored;
     if (!fs::is_directory(path, ignored)) {
-        return failure(path, "is not there");
+        return failure(path, "does not exist");
     }
     const auto list = readPropertyListFile((fs::path(path) / informationFile).string());
     if (list && !list->has_value()) {

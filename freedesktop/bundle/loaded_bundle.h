@@ -56,7 +56,7 @@ public:
                                                  const platform::CGColor& color) const;
 
 private:
-    // The contents of Info.plist; a text that is not there is empty.
+    // The texts of Info.plist; a missing one is empty.
     struct Information {
         std::string identifier;
         std::string executable;

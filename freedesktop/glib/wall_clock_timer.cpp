@@ -34,8 +34,8 @@ WallClockTimer::WallClockTimer(platform::SystemLog& log, std::function<void()> o
     , m_timer(timerfd_create(CLOCK_REALTIME, TFD_NONBLOCK | TFD_CLOEXEC))
     , m_events(m_timer, [this] { read(); }) {
     if (!m_timer.isOpen()) {
-        log.log("the system gives no timer (" + std::generic_category().message(errno) +
-                "): the time of day is not followed");
+        log.log("the system provides no timer (" + std::generic_category().message(errno) +
+                "): the agenda does not follow the time of day");
     }
     m_events.listen();
 }

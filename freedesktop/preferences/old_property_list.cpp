@@ -40,7 +40,7 @@ public:
         }
         skipSpace();
         if (!value || !m_rest.empty()) {
-            return Error{m_problem.empty() ? "it is no property list" : m_problem, {}, {}};
+            return Error{m_problem.empty() ? "it is not a property list" : m_problem, {}, {}};
         }
         return std::move(*value);
     }

@@ -87,7 +87,7 @@ bool PropertyListBuilder::isInsideLeaf() const {
     return !m_open.empty() && isLeaf(m_open.back().element);
 }
 
-// A key stands before each value of a dictionary, and nowhere else.
+// Each value of a dictionary follows a key, and a key is allowed nowhere else.
 bool PropertyListBuilder::isKeyInPlace(Element element) const {
     const bool inDictionary = !m_open.empty() && m_open.back().element == Element::dictionary;
     return (element == Element::key) == (inDictionary && !m_open.back().key);
@@ -175,7 +175,7 @@ void PropertyListBuilder::closeContainer(OpenElement closed) {
 
 void PropertyListBuilder::add(std::optional<PropertyListValue> value) {
     if (!value) {
-        return fail("the XML has a value that is none");
+        return fail("the XML has an invalid value");
     }
     if (m_open.empty() || m_open.back().element == Element::plist) {
         m_root = std::move(*value);

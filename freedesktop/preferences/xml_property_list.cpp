@@ -33,7 +33,7 @@ std::size_t endOf(std::string_view text, std::size_t from, std::string_view mark
     return found == text.npos ? text.size() : found;
 }
 
-// A declaration ends, or the ones inside it start, at a bracket that stands in no quotes.
+// A declaration ends, or the declarations inside it start, at an unquoted bracket.
 std::size_t endOfDeclaration(std::string_view text, std::size_t from) {
     while ((from = text.find_first_of("\"'<>[", from)) != text.npos) {
         const char c = text[from];

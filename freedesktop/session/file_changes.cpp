@@ -47,7 +47,7 @@ FileChanges::FileChanges(platform::SystemLog& log, std::function<void()> onChang
     , m_events(m_inotify, [this] { read(); })
     , m_listenAgain([this] { m_events.listen(); }) {
     if (!m_inotify.isOpen()) {
-        log.log("the system watches no files (" + std::generic_category().message(errno) +
+        log.log("the system cannot watch files (" + std::generic_category().message(errno) +
                 "): their changes show when the widget is presented again");
     }
     m_events.listen();

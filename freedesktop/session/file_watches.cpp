@@ -63,11 +63,11 @@ fs::file_type typeOf(const fs::path& path) {
 
 } // namespace
 
-// One scan of the disk. It always adds the watch before it reads what is watched, so that no change
+// Scans the disk once. It always adds the watch before it reads what is watched, so that no change
 // in between is lost.
-class FileWatches::Walk {
+class FileWatches::Scan {
 public:
-    explicit Walk(FileWatches& owner)
+    explicit Scan(FileWatches& owner)
         : m_owner(owner) {}
 
     void add(const WatchedPath& path);
@@ -95,7 +95,7 @@ private:
     Watches m_watches;
 };
 
-void FileWatches::Walk::add(const WatchedPath& path) {
+void FileWatches::Scan::add(const WatchedPath& path) {
     constexpr int mostAttempts = 4;
     Parts parts;
     putInFront(parts, path.path);
@@ -105,7 +105,7 @@ void FileWatches::Walk::add(const WatchedPath& path) {
     }
 }
 
-Result<FileWatches::Watched*, std::error_code> FileWatches::Walk::watch(const fs::path& path,
+Result<FileWatches::Watched*, std::error_code> FileWatches::Scan::watch(const fs::path& path,
                                                                         std::uint32_t mask) {
     if (m_watches.size() >= m_owner.m_mostWatches) {
         m_owner.logOnce("there is too much to watch: some changes of files show when the widget "
@@ -121,7 +121,7 @@ Result<FileWatches::Watched*, std::error_code> FileWatches::Walk::watch(const fs
     }
     const std::error_code error(errno, std::generic_category());
     if (error == std::errc::no_space_on_device) {
-        m_owner.logOnce("the system watches no more files (fs.inotify.max_user_watches): some "
+        m_owner.logOnce("the system cannot watch more files (fs.inotify.max_user_watches): some "
                         "changes show when the widget is presented again");
     } else if (!isMissing(error)) {
         m_owner.logOnce("cannot watch " + path.string() + ": " + error.message());
@@ -129,7 +129,7 @@ Result<FileWatches::Watched*, std::error_code> FileWatches::Walk::watch(const fs
     return error;
 }
 
-Outcome FileWatches::Walk::watchName(const fs::path& folder, const std::string& name,
+Outcome FileWatches::Scan::watchName(const fs::path& folder, const std::string& name,
                                      std::uint32_t mask) {
     const auto watched = watch(folder, mask | IN_ONLYDIR);
     if (!watched) {
@@ -139,7 +139,7 @@ Outcome FileWatches::Walk::watchName(const fs::path& folder, const std::string& 
     return {};
 }
 
-Outcome FileWatches::Walk::watchFile(const fs::path& file) {
+Outcome FileWatches::Scan::watchFile(const fs::path& file) {
     const auto watched = watch(file, fileMask);
     if (!watched) {
         return watched.error();
@@ -148,7 +148,7 @@ Outcome FileWatches::Walk::watchFile(const fs::path& file) {
     return {};
 }
 
-Outcome FileWatches::Walk::watchFolder(const fs::path& folder, const WatchedPath& path, int depth) {
+Outcome FileWatches::Scan::watchFolder(const fs::path& folder, const WatchedPath& path, int depth) {
     const auto watched = watch(folder, folderMask | IN_ONLYDIR);
     if (!watched) {
         return watched.error();
@@ -166,7 +166,7 @@ Outcome FileWatches::Walk::watchFolder(const fs::path& folder, const WatchedPath
     return error ? error : Outcome();
 }
 
-void FileWatches::Walk::watchEntry(const fs::directory_entry& entry, Watched& folder,
+void FileWatches::Scan::watchEntry(const fs::directory_entry& entry, Watched& folder,
                                    const WatchedPath& path, int depth) {
     const std::string name = entry.path().filename().string();
     std::error_code ignored;
@@ -183,7 +183,7 @@ void FileWatches::Walk::watchEntry(const fs::directory_entry& entry, Watched& fo
     }
 }
 
-FileWatches::Walk::Step FileWatches::Walk::awaitName(const fs::path& folder,
+FileWatches::Scan::Step FileWatches::Scan::awaitName(const fs::path& folder,
                                                      const std::string& name, fs::file_type type) {
     if (isMissing(watchName(folder, name, namesMask))) {
         return Step::lost;
@@ -191,7 +191,7 @@ FileWatches::Walk::Step FileWatches::Walk::awaitName(const fs::path& folder,
     return typeOf(folder / name) == type ? Step::arrived : Step::onTheWay;
 }
 
-FileWatches::Walk::Step FileWatches::Walk::arrive(const fs::path& folder, const std::string& name,
+FileWatches::Scan::Step FileWatches::Scan::arrive(const fs::path& folder, const std::string& name,
                                                   const WatchedPath& path, int depth) {
     const fs::path last = folder / name;
     const bool isFolder = typeOf(last) == fs::file_type::directory;
@@ -208,7 +208,7 @@ FileWatches::Walk::Step FileWatches::Walk::arrive(const fs::path& folder, const 
     return Step::arrived;
 }
 
-FileWatches::Walk::Step FileWatches::Walk::follow(fs::path folder, Parts parts,
+FileWatches::Scan::Step FileWatches::Scan::follow(fs::path folder, Parts parts,
                                                   const WatchedPath& path, int depth) {
     Step step = Step::onTheWay;
     for (int steps = 0; step == Step::onTheWay && steps < mostSteps; ++steps) {
@@ -264,11 +264,11 @@ FileWatches::FileWatches(const FileDescriptor& inotify, platform::SystemLog& log
     , m_mostWatches(mostWatches) {}
 
 void FileWatches::renew(const std::vector<WatchedPath>& paths) {
-    Walk walk(*this);
+    Scan scan(*this);
     for (const WatchedPath& path : paths) {
-        walk.add(path);
+        scan.add(path);
     }
-    const Watches before = std::exchange(m_watches, walk.takeWatches());
+    const Watches before = std::exchange(m_watches, scan.takeWatches());
     for (const auto& [number, watched] : before) {
         if (m_watches.count(number) == 0) {
             inotify_rm_watch(m_inotify.get(), number);

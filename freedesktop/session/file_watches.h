@@ -54,7 +54,7 @@ private:
         bool isFollowedLink(std::string_view name, bool isNew) const;
     };
     using Watches = std::map<int, Watched>; // by the kernel's number of the watch
-    class Walk;
+    class Scan;
 
     Effect effectOnItself(const Watched& watched, std::uint32_t mask) const;
     Effect effectInFolder(const Watched& folder, std::string_view name, std::uint32_t mask) const;

@@ -63,7 +63,7 @@ TEST_F(UsageTest, ReportsWhatIsWrongWithABundle) {
     const auto expectBundleError = [&](const std::string& part) {
         expectError(runHere({"agenda", "--bundle", bundle.string()}), 1, part);
     };
-    expectBundleError("is not there");
+    expectBundleError("does not exist");
     fs::create_directory(bundle);
     expectBundleError("has no Info.plist");
     write("Other.bundle/Info.plist", "<plist><dict><key>");

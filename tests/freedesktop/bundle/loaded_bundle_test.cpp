@@ -162,7 +162,7 @@ TEST_F(LoadedBundleTest, RefusesBrokenFolders) {
     fs::create_directory(m_folder / "folder.so");
     EXPECT_THAT(problem(), HasSubstr("lacks its executable"));
     EXPECT_THAT(message(LoadedBundle::load((m_folder / "none").string(), m_screen).error()),
-                HasSubstr("is not there: name a folder"));
+                HasSubstr("does not exist: name a folder"));
 }
 
 TEST_F(LoadedBundleTest, ChoosesResourcesByTheScreensScale) {

@@ -338,7 +338,7 @@ TEST(OldPropertyList, NeedsItsPunctuation) {
           "{ = b; }", "a = b", "#", "\\", "{ a = ; }", "this is no list"}) {
         const auto list = parse(bad);
         EXPECT_FALSE(list) << bad;
-        EXPECT_EQ(problemOf(list), "it is no property list") << bad;
+        EXPECT_EQ(problemOf(list), "it is not a property list") << bad;
     }
 }
 

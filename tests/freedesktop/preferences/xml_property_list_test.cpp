@@ -237,7 +237,7 @@ TEST(XmlComments, WhatOnlyLooksLikeOneStays) {
 TEST(XmlStructure, AValueThatIsNoneMakesTheListUnreadable) {
     for (const char* object : {"<integer>a</integer>", "<integer/>", "<real>1,5</real>", "<date/>",
                                "<date>today</date>", "<integer>99999999999999999999</integer>"}) {
-        EXPECT_EQ(problemOf(parseXmlObject(object)), "the XML has a value that is none") << object;
+        EXPECT_EQ(problemOf(parseXmlObject(object)), "the XML has an invalid value") << object;
     }
     EXPECT_EQ(as<PropertyListData>(parseXmlObject("<data/>")).size(), 0U);
     EXPECT_EQ(as<bool>(parseXmlObject("<true>no</true>")), true);
