@@ -1,4 +1,4 @@
-// The rows, the calendars, and what the program leaves behind.
+// The commands `agenda` and `calendars`, and the files that they write.
 #include <gtest/gtest.h>
 
 #include "tests/app/command_fixture.h"
@@ -52,13 +52,13 @@ TEST_F(AgendaCommandTest, PrintsTheRowsAsJson) {
     EXPECT_TRUE(url.ends_with("/weekly?o=795033000.0")) << url;
 }
 
-TEST_F(AgendaCommandTest, WritesInstantsInTheChosenZone) {
+TEST_F(AgendaCommandTest, WritesTimesInTheChosenZone) {
     writeWeek();
     const Json rows = runHere({"agenda", "--json", "--timezone", "Asia/Kolkata"}).json();
     EXPECT_EQ(rows.at(0).at("start"), "2026-03-10T15:00:00+05:30");
 }
 
-TEST_F(AgendaCommandTest, PrintsColumnsAndLocationsWhereTheWidgetShowsThem) {
+TEST_F(AgendaCommandTest, PrintsLocationsWhereTheSettingsShowThem) {
     writeWeek();
     EXPECT_EQ(runHere({"agenda"}).output, "09:30            Review\n"
                                           "Tomorrow         Birthday\n"
@@ -68,7 +68,7 @@ TEST_F(AgendaCommandTest, PrintsColumnsAndLocationsWhereTheWidgetShowsThem) {
     EXPECT_EQ(runHere({"agenda"}).output, "09:30  Review  Fjord\n");
 }
 
-TEST_F(AgendaCommandTest, SaysThatNothingIsPlanned) {
+TEST_F(AgendaCommandTest, ReportsThatThereAreNoEvents) {
     writeCalendar("Empty", "");
     const RunResult result = runHere({"agenda"});
     EXPECT_EQ(result.status, 0) << result.errors;
@@ -92,13 +92,13 @@ TEST_F(AgendaCommandTest, ReadsAThousandRowsPageByPage) {
     }
 }
 
-TEST_F(AgendaCommandTest, ShowsTheTodayControllerTheSameRows) {
+TEST_F(AgendaCommandTest, PrintsTheSameRowsForTheTodayController) {
     writeWeek();
     EXPECT_EQ(runHere({"agenda", "--controller", "QuorvelViewControllerNewToday"}).output,
               runHere({"agenda"}).output);
 }
 
-TEST_F(AgendaCommandTest, ListsCalendarsAndWhichAreSearched) {
+TEST_F(AgendaCommandTest, ListsCalendarsAndWhetherTheyAreSearched) {
     writeWeek();
     const Json all = runHere({"calendars", "--json"}).json();
     ASSERT_EQ(all.size(), 2U);
@@ -130,7 +130,7 @@ TEST_F(AgendaCommandTest, ShowsTheSample) {
     }
 }
 
-TEST_F(AgendaCommandTest, LogsWhereItWasToldTo) {
+TEST_F(AgendaCommandTest, LogsToTheChosenFile) {
     writeCalendar("Empty", "");
     const RunResult quiet = runHere({"agenda", "--log", path("widget.log").string()});
     EXPECT_EQ(quiet.errors, "");
@@ -149,7 +149,7 @@ TEST_F(AgendaCommandTest, WritesNothing) {
     EXPECT_EQ(files(), before);
 }
 
-TEST_F(AgendaCommandTest, ReadsWhatTheUserHas) {
+TEST_F(AgendaCommandTest, ReadsTheCalendarsOfTheUser) {
     write("home/.local/share/calendars/personal/a.ics",
           "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n" + event("a", "Dentist", "DTSTART:20260310T120000Z") +
               "END:VCALENDAR\r\n");

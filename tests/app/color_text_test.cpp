@@ -9,18 +9,18 @@ namespace {
 
 using platform::UIColor;
 
-TEST(ColorText, WritesFourBytesInCapitals) {
+TEST(ColorText, WritesFourBytesInUpperCase) {
     EXPECT_EQ(colorText({1, 0, 0, 1}), "#FF0000FF");
     EXPECT_EQ(colorText({0.2, 0.4, 0.6, 0.5}), "#33669980");
     EXPECT_EQ(colorText(UIColor::clearColor()), "#00000000");
     EXPECT_EQ(colorText(UIColor::grayColor()), "#808080FF");
 }
 
-TEST(ColorText, KeepsComponentsWithinTheirRange) {
+TEST(ColorText, LimitsComponentsToTheirRange) {
     EXPECT_EQ(colorText({-1, 2, 1e300, std::numeric_limits<double>::quiet_NaN()}), "#00FFFF00");
 }
 
-TEST(ColorText, ReadsItsOwnForms) {
+TEST(ColorText, ParsesEveryForm) {
     EXPECT_EQ(parseColor("#f80"), (UIColor{1, 136 / 255.0, 0, 1}));
     EXPECT_EQ(parseColor("#336699"), (UIColor{51 / 255.0, 102 / 255.0, 153 / 255.0, 1}));
     EXPECT_EQ(parseColor("#33669980"),

@@ -52,7 +52,7 @@ private:
     std::array<int, 2> m_ends{-1, -1};
 };
 
-// Both pipes at once, so that neither fills up while the other is waited for.
+// Reads both pipes at the same time, so that the process never blocks on one that is full.
 void readBoth(const Pipe& output, const Pipe& errors, RunResult& result) {
     std::array<pollfd, 2> polled{pollfd{output.end(0), POLLIN, 0},
                                  pollfd{errors.end(0), POLLIN, 0}};
@@ -136,7 +136,7 @@ CommandTest::CommandTest() {
                      {"PATH", "/usr/bin:/bin"},
                      {"LANG", "en_US.UTF-8"},
                      {"TZ", "UTC"}};
-    // Sanitizers are to speak of errors only.
+    // Sanitizers report errors only.
     m_environment["LSAN_OPTIONS"] = "print_suppressions=0";
     if (const char* options = std::getenv("TSAN_OPTIONS")) {
         m_environment["TSAN_OPTIONS"] = options;
@@ -251,8 +251,8 @@ std::vector<Json> viewsOfClass(const Json& view, const std::string& className) {
         found.push_back(view);
     }
     for (const Json& subview : view.at("subviews")) {
-        const std::vector<Json> below = viewsOfClass(subview, className);
-        found.insert(found.end(), below.begin(), below.end());
+        const std::vector<Json> nested = viewsOfClass(subview, className);
+        found.insert(found.end(), nested.begin(), nested.end());
     }
     return found;
 }

@@ -1,4 +1,4 @@
-// Runs the real program in a home of its own, and reads what it prints and leaves behind.
+// Runs the real program in a private home folder, and reads its output and its files.
 #pragma once
 
 #include <filesystem>
@@ -16,12 +16,12 @@ namespace quorvel::app {
 using Json = nlohmann::json;
 
 struct RunResult {
-    int status = -1; // of the exit; -1 for a process that a signal ended
+    int status = -1; // the exit status; -1 where a signal ended the process
     std::string output;
     std::string errors;
 
     Json json() const { return Json::parse(output); }
-    // Steps of an inspected script by their number; 0 is the load.
+    // The entry of a step in a document of `inspect`; 0 is the load.
     Json step(std::size_t index) const { return json().at("steps").at(index); }
 };
 
@@ -30,25 +30,25 @@ protected:
     CommandTest();
     ~CommandTest() override;
 
-    // The program with these arguments, in UTC, in en_US, and with an empty home.
+    // Runs the program with these arguments, in UTC, in en_US, and with an empty home folder.
     RunResult run(const std::vector<std::string>& arguments) const;
-    // Another program, named by its file, in the same surroundings.
+    // Runs another program, by its path, in the same environment.
     RunResult runProgram(const std::string& program,
                          const std::vector<std::string>& arguments) const;
-    // With calendars and settings of this test, on 10 March 2026 at 10:00 UTC, a Tuesday.
+    // Adds the calendars and settings of this test; now is Tuesday, 10 March 2026, 10:00 UTC.
     RunResult runHere(std::vector<std::string> arguments) const;
-    // Standard output goes to that file instead of coming back.
+    // Sends standard output to that file instead of returning it.
     RunResult runInto(const std::string& outputPath,
                       const std::vector<std::string>& arguments) const;
 
-    // As runHere(), but not waited for: the process. Standard output goes to that file, which need
-    // not exist.
+    // As runHere(), but returns the process without waiting for it. Sends standard output to that
+    // file, which it creates.
     pid_t startHere(std::vector<std::string> arguments, const std::string& outputPath) const;
 
     std::filesystem::path write(const std::string& name, std::string_view text) const;
-    // One calendar file of the folder that runHere() shows; `events` are whole VEVENTs.
+    // Writes a calendar for runHere(); `events` are complete VEVENTs.
     void writeCalendar(const std::string& name, const std::string& events) const;
-    // The settings that runHere() uses, as the inside of a property list's dictionary.
+    // Writes the settings for runHere(); `entries` are those of the property list's dictionary.
     void writeSettings(const std::string& entries) const;
     void writeSelection(const std::vector<std::string>& identifiers) const;
 
@@ -66,16 +66,16 @@ private:
     std::filesystem::path m_folder;
 };
 
-// A VEVENT; `times` are its DTSTART, DTEND and whatever else belongs there, a line each.
+// A VEVENT; `times` are the lines of DTSTART, DTEND and further properties.
 std::string event(const std::string& uid, const std::string& title, const std::string& times,
                   const std::string& location = {});
 std::string propertyList(const std::string& inside);
 
 // All views of a class, in the tree's order.
 std::vector<Json> viewsOfClass(const Json& view, const std::string& className);
-// The cells by row.
+// The cells of the rows, by row.
 std::map<int, Json> cellsByRow(const Json& document);
-// What the table of an inspected document says.
+// The table in a document of `inspect`.
 Json tableOf(const Json& document);
 
 } // namespace quorvel::app

@@ -1,4 +1,4 @@
-// Calendars and settings from strangers.
+// Malformed calendars and settings.
 #include <gtest/gtest.h>
 
 #include "tests/app/command_fixture.h"
@@ -11,7 +11,7 @@ protected:
     static constexpr const char* good = "DTSTART:20260310T120000Z";
 };
 
-TEST_F(HostileInputTest, NamesAMalformedEventAndShowsTheRest) {
+TEST_F(HostileInputTest, ReportsAMalformedEventAndShowsTheOthers) {
     writeCalendar("Work",
                   event("bad", "Bad", "DTSTART:20261399T990000Z") + event("good", "Good", good));
     const RunResult result = runHere({"agenda"});
@@ -21,7 +21,7 @@ TEST_F(HostileInputTest, NamesAMalformedEventAndShowsTheRest) {
     EXPECT_TRUE(result.errors.starts_with("quorvel: ")) << result.errors;
 }
 
-TEST_F(HostileInputTest, ShowsTheOtherCalendarsWhereOneIsGarbage) {
+TEST_F(HostileInputTest, ShowsTheOtherCalendarsBesideGarbage) {
     write("calendars/Garbage.ics", std::string("\x00\xff garbage", 10));
     writeCalendar("Work", event("good", "Good", good));
     const RunResult result = runHere({"agenda"});
@@ -30,7 +30,7 @@ TEST_F(HostileInputTest, ShowsTheOtherCalendarsWhereOneIsGarbage) {
     EXPECT_NE(result.errors.find("Garbage.ics"), std::string::npos) << result.errors;
 }
 
-TEST_F(HostileInputTest, GarbageAloneIsNamed) {
+TEST_F(HostileInputTest, ReportsGarbageWithoutOtherCalendars) {
     const std::string file = write("garbage.ics", "garbage\n").string();
     const RunResult result = runHere({"agenda", "--json", "--calendars", file});
     EXPECT_EQ(result.status, 1);
@@ -71,7 +71,7 @@ TEST_F(HostileInputTest, HostileRulesLoseNoOtherEvent) {
     EXPECT_NE(result.output.find("\"Good\""), std::string::npos);
 }
 
-TEST_F(HostileInputTest, TornSettingsAreLoggedAndDefaultsApply) {
+TEST_F(HostileInputTest, LogsTruncatedSettingsAndAppliesDefaults) {
     writeCalendar("Work", event("good", "Good", good));
     write("preferences/org.quorvel.quorvelprefs.plist", "<?xml version=\"1.0\"?><plist><dict><ke");
     const RunResult result = runHere({"inspect", "--do", "present", "--verbose"});
@@ -81,7 +81,7 @@ TEST_F(HostileInputTest, TornSettingsAreLoggedAndDefaultsApply) {
     EXPECT_EQ(result.json().at("settings").at("textSize"), 14);
 }
 
-TEST_F(HostileInputTest, PropertyListsWithANulAreLogged) {
+TEST_F(HostileInputTest, LogsPropertyListsWithANul) {
     writeCalendar("Work", event("good", "Good", good));
     const std::string list =
         "<plist><array><string>a" + std::string(1, '\0') + "</string></array></plist>";
@@ -100,7 +100,7 @@ TEST_F(HostileInputTest, PropertyListsWithANulAreLogged) {
     expectLogged("org.quorvel.quorvel.calendars.plist");
 }
 
-TEST_F(HostileInputTest, SettingsOfTheWrongKindNeverCrash) {
+TEST_F(HostileInputTest, SettingsOfTheWrongTypeNeverCrash) {
     writeCalendar("Work", event("good", "Good", good, "Here"));
     writeSettings("<key>textSize</key><array/><key>displayLocation</key><string>YES</string>"
                   "<key>maxHeight</key><date>2026-01-01T00:00:00Z</date>"
@@ -113,7 +113,7 @@ TEST_F(HostileInputTest, SettingsOfTheWrongKindNeverCrash) {
     EXPECT_EQ(document.at("items").size(), 1U);
 }
 
-TEST_F(HostileInputTest, APictureThatCannotBeDecodedIsNoPicture) {
+TEST_F(HostileInputTest, ShowsNoPictureWhereItCannotBeDecoded) {
     writeCalendar("Work", event("good", "Good", good));
     const std::string picture = write("icon.png", "\x89PNG\r\n\x1a\n torn").string();
     writeSettings("<key>iconFile</key><string>" + picture + "</string>");

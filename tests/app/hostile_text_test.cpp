@@ -1,5 +1,5 @@
-// No text from a calendar, a file's name, the settings, the command line or the environment steers
-// the terminal or makes up a line: every output with every kind of such a text.
+// No text from a calendar, a file name, the settings, the command line or the environment can
+// control the terminal or forge a line: tests every output with every kind of such text.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -26,7 +26,7 @@ void PrintTo(const HostileText& hostile, std::ostream* stream) {
     *stream << hostile.name;
 }
 
-// Each ends in a word that a line of the program's own would begin with.
+// Texts with line ends contain a word that must not begin a line.
 std::vector<HostileText> hostileTexts() {
     return {{"Escape", "a\x1b[2J\x1b]0;title\x07z"},
             {"Backspace", "abc\b\b\bz"},
@@ -48,7 +48,7 @@ std::vector<HostileText> hostileTexts() {
             {"Isolate", "a\u2066b\u2067c\u2068d\u2069z"}};
 }
 
-// "\e" and its kind, line ends and what turns the writing direction, as they stand in UTF-8.
+// Control characters, line ends and changes of the writing direction, in UTF-8.
 std::vector<std::string> forbiddenCharacters() {
     std::vector<std::string> forbidden{"\u2028", "\u2029", "\u202A", "\u202B", "\u202C", "\u202D",
                                        "\u202E", "\u2066", "\u2067", "\u2068", "\u2069", "\x7f"};
@@ -71,9 +71,9 @@ bool isUtf8(const std::string& text) {
     }
 }
 
-// For the message of a failure, which goes to a terminal too.
+// For the messages of failed tests, which a terminal prints too.
 std::string escaped(const std::string& text) {
-    constexpr std::size_t longest = 1000; // of a document
+    constexpr std::size_t longest = 1000; // bytes
     return Json(text.substr(0, longest)).dump(-1, ' ', true, Json::error_handler_t::replace);
 }
 
@@ -86,7 +86,7 @@ void expectHarmless(const std::string& text, std::string_view what) {
     EXPECT_EQ(text.find("\nFORGED"), std::string::npos) << what << ": " << escaped(text);
 }
 
-// A JSON document escapes what controls a terminal, and keeps all else.
+// A JSON document escapes control characters and contains all others unchanged.
 void expectHarmlessDocument(const std::string& text, std::string_view what) {
     EXPECT_TRUE(isUtf8(text)) << what;
     EXPECT_FALSE(Json::parse(text, nullptr, false).is_discarded()) << what << ": " << escaped(text);
@@ -102,8 +102,7 @@ std::string textOfFile(const fs::path& path) {
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-// A value of type TEXT: a newline is written as a backslash and an n. A carriage return would end
-// the line.
+// A value of type TEXT, with newlines as "\\n".
 std::string calendarText(const std::string& text) {
     std::string value;
     for (const char character : text) {
@@ -120,8 +119,8 @@ protected:
 
     bool isFileName() const { return hostile().find('/') == std::string::npos; }
 
-    // Hostile where a calendar can be: its name, its colour, an event's fields, and the same in
-    // what is wrong about it.
+    // Puts the text into the calendar's name and colour, into properties of an event, and into
+    // values that cause problem reports.
     void writeHostileCalendar(const std::string& name) const {
         const std::string text = calendarText(hostile());
         write("calendars/" + name + ".ics",
@@ -142,9 +141,9 @@ protected:
         expectHarmless(result.errors, what);
     }
 
-    // Wrong usage: one line that names the program.
-    void expectHarmlessComplaint(const std::vector<std::string>& arguments,
-                                 const std::string& program = "quorvel") const {
+    // Expects an error message of one line that begins with the program's name.
+    void expectHarmlessError(const std::vector<std::string>& arguments,
+                             const std::string& program = "quorvel") const {
         const RunResult result = runHere(arguments);
         const std::string what = arguments.front() + ' ' + arguments[arguments.size() - 2];
         EXPECT_GT(result.status, 0) << what;
@@ -173,7 +172,7 @@ TEST_P(HostileTextTest, InACalendar) {
     expectHarmlessRun({"snapshot", "-o", path("x.png").string()});
 }
 
-TEST_P(HostileTextTest, InAFilesName) {
+TEST_P(HostileTextTest, InAFileName) {
     ASSERT_TRUE(isFileName());
     const std::string name = "file" + hostile();
     writeHostileCalendar(name);
@@ -205,7 +204,8 @@ TEST_P(HostileTextTest, InADocument) {
     if (isUtf8(hostile()) && hostile().find('\r') == std::string::npos) {
         const Json rows = runHere({"agenda", "--json"}).json();
         EXPECT_TRUE(std::ranges::any_of(rows, [](const Json& row) {
-            return row.at("title") == "title" + hostile(); // a script gets the text as it is
+            return row.at("title") ==
+                   "title" + hostile(); // the document contains the text unchanged
         })) << escaped(rows.dump());
     }
 }
@@ -216,21 +216,21 @@ TEST_P(HostileTextTest, OnTheCommandLine) {
     for (const char* option :
          {"--timezone", "--locale", "--font", "--now", "--controller", "--calendars", "--bundle",
           "--width", "--calendar-wait", "--foundation-version"}) {
-        expectHarmlessComplaint({"agenda", option, hostile()});
+        expectHarmlessError({"agenda", option, hostile()});
     }
-    expectHarmlessComplaint({"agenda", "--log", path("missing").string() + "/" + hostile()});
-    expectHarmlessComplaint({"snapshot", "-o", hostile()});
-    expectHarmlessComplaint({"snapshot", "-o", path("missing/" + hostile() + ".png").string()});
-    expectHarmlessComplaint({"snapshot", "-o", picture, "--background", hostile()});
-    expectHarmlessComplaint({"snapshot", "-o", picture, "--scale", hostile()});
+    expectHarmlessError({"agenda", "--log", path("missing").string() + "/" + hostile()});
+    expectHarmlessError({"snapshot", "-o", hostile()});
+    expectHarmlessError({"snapshot", "-o", path("missing/" + hostile() + ".png").string()});
+    expectHarmlessError({"snapshot", "-o", picture, "--background", hostile()});
+    expectHarmlessError({"snapshot", "-o", picture, "--scale", hostile()});
     for (const char* step : {"", "now:", "calendars:", "pull:", "layout:1,", "drag:", "tap:1,"}) {
-        expectHarmlessComplaint({"inspect", "--do", step + hostile()});
+        expectHarmlessError({"inspect", "--do", step + hostile()});
     }
-    expectHarmlessComplaint({"inspect", "--" + hostile(), "x"});
-    expectHarmlessComplaint({"agenda", "--json=" + hostile(), "x"});
-    expectHarmlessComplaint({hostile(), "--json"});
-    expectHarmlessComplaint({"agenda", hostile(), "--json"});
-    expectHarmlessComplaint({"show", "--timezone", hostile()});
+    expectHarmlessError({"inspect", "--" + hostile(), "x"});
+    expectHarmlessError({"agenda", "--json=" + hostile(), "x"});
+    expectHarmlessError({hostile(), "--json"});
+    expectHarmlessError({"agenda", hostile(), "--json"});
+    expectHarmlessError({"show", "--timezone", hostile()});
 }
 
 TEST_P(HostileTextTest, InTheLog) {
@@ -238,7 +238,7 @@ TEST_P(HostileTextTest, InTheLog) {
     if (isUtf8(hostile()) && std::ranges::none_of(hostile(), [](char character) {
             return static_cast<unsigned char>(character) < 0x20 && character != '\n' &&
                    character != '\r';
-        })) { // a property list holds no other control characters
+        })) { // XML allows no other control characters
         writeSelection({"identifier" + hostile()});
     } else {
         write("preferences/org.quorvel.quorvel.calendars.plist",
@@ -252,11 +252,11 @@ TEST_P(HostileTextTest, InTheLog) {
     expectHarmless(textOfFile(log), "--log");
     std::string unreadable = "pre" + hostile();
     write(unreadable + "/org.quorvel.quorvelprefs.plist", "<plist><dict><ke");
-    const RunResult torn = runHere(
+    const RunResult truncated = runHere(
         {"agenda", "--verbose", "--log", log.string(), "--preferences", path(unreadable).string()});
-    EXPECT_NE(torn.errors.find("org.quorvel.quorvelprefs.plist"), std::string::npos);
-    expectHarmless(torn.errors, "--verbose");
-    // One message, one line: each begins with its time.
+    EXPECT_NE(truncated.errors.find("org.quorvel.quorvelprefs.plist"), std::string::npos);
+    expectHarmless(truncated.errors, "--verbose");
+    // Each message is one line that begins with its time.
     const std::string lines = textOfFile(log);
     EXPECT_FALSE(lines.empty());
     expectHarmless(lines, "--log");
@@ -267,16 +267,16 @@ TEST_P(HostileTextTest, InTheLog) {
 
 TEST_P(HostileTextTest, InABundle) {
     const std::string folder = path("Other" + hostile() + ".bundle").string();
-    const auto complain = [&](const std::string& executable) {
+    const auto expectBundleError = [&](const std::string& executable) {
         write("Other" + hostile() + ".bundle/Info.plist", "{CFBundleExecutable = \"" + executable +
                                                               "\"; NSPrincipalClass = \"X" +
                                                               hostile() + "\";}");
-        expectHarmlessComplaint({"agenda", "--bundle", folder});
+        expectHarmlessError({"agenda", "--bundle", folder});
     };
-    complain("a" + hostile());
-    complain("../a" + hostile());
+    expectBundleError("a" + hostile());
+    expectBundleError("../a" + hostile());
     write("Other" + hostile() + ".bundle/Other.so", "no shared object");
-    complain("Other.so");
+    expectBundleError("Other.so");
 }
 
 TEST_P(HostileTextTest, InTheEnvironment) {
@@ -297,8 +297,8 @@ TEST_P(HostileTextTest, InTheEnvironment) {
     }
 }
 
-TEST_P(HostileTextTest, InALibrarysMessage) {
-    // The toolkit names a module that it does not find, before it looks for a display.
+TEST_P(HostileTextTest, InAMessageOfALibrary) {
+    // The toolkit reports a missing module before it opens a display.
     m_environment["GTK_MODULES"] = "module" + hostile();
     const RunResult result = runHere({"show"});
     EXPECT_GT(result.status, 0);
@@ -316,8 +316,8 @@ TEST_P(HostileTextTest, InALink) {
     }
 }
 
-// An application that is there and cannot be started, as its interpreter is missing.
-TEST_P(HostileTextTest, InAnApplicationsName) {
+// The application is installed but cannot be started, as its interpreter is missing.
+TEST_P(HostileTextTest, InTheNameOfAnApplication) {
     const fs::path program = write("program" + hostile(), "#!/none\n");
     fs::permissions(program, fs::perms::owner_all);
     write("home/applications/org.gnome.Evolution.desktop",
@@ -336,10 +336,10 @@ TEST_P(HostileTextTest, InAnApplicationsName) {
 INSTANTIATE_TEST_SUITE_P(Texts, HostileTextTest, testing::ValuesIn(hostileTexts()),
                          [](const auto& instance) { return instance.param.name; });
 
-class FriendlyTextTest : public CommandTest {};
+class HarmlessTextTest : public CommandTest {};
 
-// Marks of direction and the joiners turn nothing around; languages and emoji need them.
-TEST_F(FriendlyTextTest, StaysAsItIs) {
+// Direction marks and joiners do not reorder other text; languages and emoji need them.
+TEST_F(HarmlessTextTest, IsUnchanged) {
     const std::vector<std::string> titles{
         "\u05E4\u05D2\u05D9\u05E9\u05D4\u200F (A\u200E)",      // with marks of direction
         "\u0645\u06CC\u200C\u062E\u0648\u0627\u0647\u0645",    // Persian, with a non-joiner

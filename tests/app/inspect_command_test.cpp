@@ -1,4 +1,4 @@
-// The widget's corners, as they can be seen from outside through scripts of host events.
+// Details of the widget that scripts of host events can observe.
 #include <gtest/gtest.h>
 
 #include <numeric>
@@ -49,7 +49,7 @@ TEST_F(InspectCommandTest, TheDocumentHasEveryKey) {
     EXPECT_GT(icon.at("image").at("size").at(0).get<double>(), 0);
 }
 
-TEST_F(InspectCommandTest, WithoutEventsOneSizeIsNothingAndTheNextIsTheLimit) {
+TEST_F(InspectCommandTest, WithoutEventsTheSizeIsFirstZeroAndThenTheLimit) {
     const Json document = inspected({"size", "size", "present", "size"});
     EXPECT_EQ(document.at("view").at("frame"), Json::parse("[0, 0, 320, 300]"));
     const Json& steps = document.at("steps");
@@ -65,7 +65,7 @@ TEST_F(InspectCommandTest, WithoutEventsOneSizeIsNothingAndTheNextIsTheLimit) {
     EXPECT_EQ(document.at("totalHeight"), 300);
 }
 
-TEST_F(InspectCommandTest, TheHeightIsCappedOnlyWhereTheSettingSaysSo) {
+TEST_F(InspectCommandTest, TheHeightIsLimitedOnlyByTheSetting) {
     writeEvents(8);
     const double total = inspected({}).at("totalHeight");
     const auto heightWith = [&](const std::string& entries) {
@@ -79,7 +79,7 @@ TEST_F(InspectCommandTest, TheHeightIsCappedOnlyWhereTheSettingSaysSo) {
     EXPECT_EQ(heightWith(integer("maxHeight", 2000) + flag("limitMaxHeight", true)), total);
 }
 
-TEST_F(InspectCommandTest, TheTotalIsTheSumOfTheRows) {
+TEST_F(InspectCommandTest, TheTotalHeightIsTheSumOfTheRows) {
     writeEvents(3);
     const Json document = inspected({"present"});
     const auto heights = tableOf(document).at("rowHeights").get<std::vector<double>>();
@@ -139,7 +139,8 @@ TEST_F(InspectCommandTest, WithoutASwipeActionNewCellsTakeNoTouches) {
     writeSettings("");
     const std::string none = otherSettings("none", integer("swipeAction", 0));
     const Json later = inspected({none, "present"});
-    EXPECT_EQ(scrollView(later).at("userInteractionEnabled"), true) << "a cell made before";
+    EXPECT_EQ(scrollView(later).at("userInteractionEnabled"), true)
+        << "a cell that was created before";
     EXPECT_EQ(scrollView(later).at("scrollEnabled"), true);
     EXPECT_EQ(scrollView(later).at("alwaysBounceHorizontal"), true);
     EXPECT_EQ(later.at("settings").at("swipeAction"), 0);
@@ -162,7 +163,7 @@ TEST_F(InspectCommandTest, ColourCodesBecomeColours) {
     EXPECT_EQ(settingsWith(integer("subtitleTextColor", 999)).at("subtitleTextColor"), "#FFFFFFFF");
 }
 
-TEST_F(InspectCommandTest, TheFlagOfTheCalendarColourOutlivesAnAbsentKey) {
+TEST_F(InspectCommandTest, TheCalendarColourSettingSurvivesAMissingKey) {
     writeEvents(1);
     writeSettings(integer("textColor", 999));
     const std::string absent = otherSettings("absent", "");
@@ -188,7 +189,7 @@ TEST_F(InspectCommandTest, TheServiceWithoutADomainLeavesTheZeroState) {
     EXPECT_EQ(settings.at("swipeAction"), 0);
 }
 
-TEST_F(InspectCommandTest, TheServiceIsReadFromFoundation1048On) {
+TEST_F(InspectCommandTest, FromFoundation1048OnTheServiceIsRead) {
     const auto firstLine = [&](const std::string& version) {
         const Json document = inspected({"present"}, {"--foundation-version", version});
         return document.at("steps")[1].at("log").at(0);
@@ -302,7 +303,7 @@ TEST_F(InspectCommandTest, TheDateMeetsTheTitleOnOneLine) {
                 13 + labelOf(large, 2).at("frame")[3].get<double>(), 1e-9);
 }
 
-TEST_F(InspectCommandTest, TheNumberOfRowsIsCapped) {
+TEST_F(InspectCommandTest, TheNumberOfRowsIsLimited) {
     writeEvents(5);
     writeSettings(integer("maxEventsToDisplay", 3));
     EXPECT_EQ(inspected({}).at("items").size(), 3U);
@@ -310,7 +311,7 @@ TEST_F(InspectCommandTest, TheNumberOfRowsIsCapped) {
     EXPECT_EQ(inspected({}).at("items").size(), 5U);
 }
 
-TEST_F(InspectCommandTest, OnlyTheSelectionIsSearched) {
+TEST_F(InspectCommandTest, OnlySelectedCalendarsAreSearched) {
     writeEvents(1);
     writeSettings(flag("onlySelectedCalendars", false));
     const Json none = inspected({});
@@ -324,7 +325,7 @@ TEST_F(InspectCommandTest, OnlyTheSelectionIsSearched) {
               "QRV: unable to find calendar with UUID nobody, skipping");
 }
 
-TEST_F(InspectCommandTest, StepsChangeWhatTheNextPresentationShows) {
+TEST_F(InspectCommandTest, ChangedCalendarsAndClocksShowAtTheNextPresentation) {
     writeEvents(1);
     write("other.ics", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n" +
                            event("o", "Other", "DTSTART:20260410T120000Z") + "END:VCALENDAR\r\n");
@@ -336,18 +337,18 @@ TEST_F(InspectCommandTest, StepsChangeWhatTheNextPresentationShows) {
     EXPECT_EQ(labelOf(cellsByRow(shown).at(0), 2).at("text"), "12:00");
 }
 
-TEST_F(InspectCommandTest, CaptionsCountDaysOfADaysLength) {
+TEST_F(InspectCommandTest, CaptionsCountCalendarDays) {
     writeCalendar("Work", event("1", "Next day", "DTSTART:20260330T070000Z") +
                               event("2", "Eight days on", "DTSTART:20260406T070000Z"));
     writeSettings(integer("daysToDisplay", 10));
     const std::vector<std::string> berlin{"--timezone", "Europe/Berlin", "--locale",
                                           "de_DE",      "--now",         "2026-03-29T12:00:00"};
     const auto cells = cellsByRow(inspected({}, berlin));
-    EXPECT_EQ(labelOf(cells.at(0), 2).at("text"), "09:00") << "the clocks go forward today";
+    EXPECT_EQ(labelOf(cells.at(0), 2).at("text"), "09:00") << "the clocks go forward on this day";
     EXPECT_EQ(labelOf(cells.at(1), 2).at("text"), "Mo., 09:00");
 }
 
-TEST_F(InspectCommandTest, AWidthIsGivenToTheViewOnce) {
+TEST_F(InspectCommandTest, TheWidthAppliesToTheViewOnce) {
     writeEvents(1);
     EXPECT_EQ(inspected({}, {"--width", "400"}).at("view").at("frame"),
               Json::parse("[0, 0, 400, 300]"));

@@ -1,4 +1,4 @@
-// Scripts of host events for the real program, and short words for the settings they run with.
+// Runs scripts of host events with the real program, and writes entries of its settings.
 #pragma once
 
 #include <string>
@@ -27,7 +27,7 @@ protected:
         writeSettings(entries);
         return inspected({}).at("settings");
     }
-    // Another folder of settings, for a step that changes it.
+    // The step that changes to another folder of settings, which it writes.
     std::string otherSettings(const std::string& name, const std::string& entries) const {
         write(name + "/org.quorvel.quorvelprefs.plist",
               propertyList("<dict>" + entries + "</dict>"));

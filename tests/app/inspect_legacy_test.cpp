@@ -1,4 +1,4 @@
-// The controller for older hosts, as it can be seen from outside.
+// The controller for older hosts, observed through scripts of host events.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -27,7 +27,7 @@ protected:
 
 const Json nothing = Json::array();
 
-TEST_F(InspectLegacyTest, LoadingIsMakingTheControllerAlone) {
+TEST_F(InspectLegacyTest, LoadCreatesTheControllerOnly) {
     writeEvents(2);
     const Json document = inspectedLegacy({});
     EXPECT_EQ(document.at("controller"), controller);
@@ -44,7 +44,7 @@ TEST_F(InspectLegacyTest, LoadingIsMakingTheControllerAlone) {
     EXPECT_EQ(document.at("settings").at("textColor"), nullptr) << "no settings were loaded";
 }
 
-TEST_F(InspectLegacyTest, ItIsSeventyPointsHighWhateverTheSettingsSay) {
+TEST_F(InspectLegacyTest, TheHeightIsAlwaysSeventyPoints) {
     writeEvents(8);
     writeSettings(integer("maxHeight", 200) + flag("limitMaxHeight", true));
     const Json document = inspectedLegacy({"size", "full-view", "size", "layout:320,70", "size"});
@@ -67,7 +67,7 @@ TEST_F(InspectLegacyTest, TheFullViewIsTheAgenda) {
     EXPECT_EQ(labelOf(cellsByRow(document).at(0), 0).at("text"), "Event 0");
 }
 
-TEST_F(InspectLegacyTest, AWidthIsGivenToEveryViewOnce) {
+TEST_F(InspectLegacyTest, TheWidthAppliesToEveryViewOnce) {
     const std::vector<std::string> wide{"--width", "400"};
     const auto frame = [&](const std::vector<std::string>& steps) {
         return inspectedLegacy(steps, wide).at("view").at("frame");
@@ -111,7 +111,7 @@ TEST_F(InspectLegacyTest, ThePlaceholderIsAStretchedPicture) {
     EXPECT_EQ(document.at("steps")[1].at("log"), nothing) << "no settings, no events";
 }
 
-TEST_F(InspectLegacyTest, TheFullViewComesBesideThePicture) {
+TEST_F(InspectLegacyTest, TheFullViewIsAddedToThePlaceholder) {
     writeEvents(1);
     const Json view = inspectedLegacy({"placeholder", "full-view", "layout:320,70"}).at("view");
     ASSERT_EQ(view.at("subviews").size(), 2U);
@@ -119,7 +119,7 @@ TEST_F(InspectLegacyTest, TheFullViewComesBesideThePicture) {
     EXPECT_EQ(view.at("subviews")[1].at("class"), "UITableView");
 }
 
-TEST_F(InspectLegacyTest, AfterUnloadingEverythingIsNew) {
+TEST_F(InspectLegacyTest, AfterUnloadEverythingIsCreatedAgain) {
     writeEvents(2);
     const Json unloaded = inspectedLegacy({"full-view", "layout:320,70", "unload"});
     EXPECT_EQ(unloaded.at("steps")[3].at("result"), nullptr);
@@ -133,11 +133,12 @@ TEST_F(InspectLegacyTest, AfterUnloadingEverythingIsNew) {
                                         "calendars:" + path("other.ics").string(), "full-view"});
     EXPECT_EQ(again.at("items").size(), 1U);
     EXPECT_EQ(again.at("items").at(0).at("title"), "Other");
-    EXPECT_EQ(again.at("view").at("subviews").size(), 1U) << "the picture went with the view";
+    EXPECT_EQ(again.at("view").at("subviews").size(), 1U)
+        << "the picture was removed with the view";
     inspectedLegacy({"unload", "unload", "size", "present", "scroll:10", "pull:0:90"});
 }
 
-TEST_F(InspectLegacyTest, ATapIsDeliveredByTheController) {
+TEST_F(InspectLegacyTest, TheControllerDeliversATap) {
     writeEvents(2);
     const Json document = inspectedLegacy({"full-view", "layout:320,70", "tap:60,20"});
     const Json tap = document.at("steps")[3];
@@ -148,7 +149,7 @@ TEST_F(InspectLegacyTest, ATapIsDeliveredByTheController) {
                               {"view": "UIScrollView", "message": "touchesEnded", "phase": 3}])"));
 }
 
-TEST_F(InspectLegacyTest, ATapBesideTheViewReachesNobody) {
+TEST_F(InspectLegacyTest, ATapOutsideTheViewIsNotDelivered) {
     writeEvents(1);
     const Json document = inspectedLegacy(
         {"tap:60,20", "full-view", "tap:60,20", "layout:320,70", "tap:60,70", "tap:-1,20"});
@@ -157,7 +158,7 @@ TEST_F(InspectLegacyTest, ATapBesideTheViewReachesNobody) {
     }
 }
 
-TEST_F(InspectLegacyTest, RowsArePulledAndDraggedLikeOthers) {
+TEST_F(InspectLegacyTest, RowsCanBePulledAndDragged) {
     writeEvents(5);
     const Json document = inspectedLegacy({"full-view", "layout:320,70", "pull:0:80", "pull:0:80.5",
                                            "drag:60,20:204,0", "pull:4:81", "scroll:0"});
@@ -172,7 +173,7 @@ TEST_F(InspectLegacyTest, RowsArePulledAndDraggedLikeOthers) {
     EXPECT_EQ(tableOf(document).at("contentOffset"), Json::parse("[0, 0]"));
 }
 
-TEST_F(InspectLegacyTest, OtherControllersDoNotHaveItsSteps) {
+TEST_F(InspectLegacyTest, OtherControllersRefuseItsSteps) {
     for (const std::string step : {"full-view", "placeholder", "unload"}) {
         const RunResult result = runHere({"inspect", "--do", "present", "--do", step});
         EXPECT_EQ(result.status, 2);

@@ -1,5 +1,5 @@
-// Long scripts of random host events, the same for the same seed: whatever the order, the program
-// ends well and says what happened.
+// Long scripts of random host events: in every order, the program succeeds and documents each step.
+// The same seed repeats the same scripts.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -48,12 +48,12 @@ protected:
     std::size_t below(std::size_t count) {
         return std::uniform_int_distribution<std::size_t>(0, count - 1)(m_random);
     }
-    // Every other time the first, which is the one that shows rows.
+    // The first entry, which shows rows, in about half of the calls.
     template <class List>
     const auto& choice(const List& list) {
         return list[below(2) == 0 ? 0 : below(list.size())];
     }
-    // Mostly what a finger does, at times what nothing does.
+    // Mostly a coordinate of a finger, sometimes an unusual number.
     std::string number() {
         static constexpr std::array<const char*, 8> odd{"0",  "-0.0", "80",   "80.5",
                                                         "-1", "1e6",  "-1e6", "1e-300"};
@@ -117,7 +117,7 @@ protected:
             EXPECT_EQ(entries[index + 1].at("do"), script[index]);
             opened += entries[index + 1].at("opened").size();
         }
-        EXPECT_GT(opened, 0U) << "some of the pulls went far enough";
+        EXPECT_GT(opened, 0U) << "no pull went far enough";
         EXPECT_EQ(document.at("view").at("class"), "QuorvelView");
     }
 
@@ -125,15 +125,15 @@ protected:
     std::vector<std::string> m_settings;
 };
 
-TEST_F(InspectRandomTest, OfTheNotificationCentre) {
+TEST_F(InspectRandomTest, RunsTheNotificationController) {
     runAThousandSteps("QuorvelViewControllerNew");
 }
 
-TEST_F(InspectRandomTest, OfTheTodayView) {
+TEST_F(InspectRandomTest, RunsTheTodayController) {
     runAThousandSteps("QuorvelViewControllerNewToday");
 }
 
-TEST_F(InspectRandomTest, OfAnOlderHost) {
+TEST_F(InspectRandomTest, RunsTheLegacyController) {
     runAThousandSteps("QuorvelViewController", true);
 }
 

@@ -10,7 +10,7 @@ namespace {
 
 class InspectSwipeTest : public InspectCommandTest {
 protected:
-    // What each step after the load opened.
+    // The links that each step after the load opened.
     static std::vector<Json> openedBySteps(const Json& document) {
         std::vector<Json> opened;
         for (const Json& step : document.at("steps")) {
@@ -43,11 +43,11 @@ TEST_F(InspectSwipeTest, MoreThanEightyPointsToTheRightOpenTheEvent) {
     for (const Json& step : document.at("steps")) {
         EXPECT_EQ(step.at("result"), nullptr);
         EXPECT_EQ(step.at("activated"), nothing);
-        EXPECT_EQ(step.at("touches"), nothing) << "a pull is the end of a drag, not a finger";
+        EXPECT_EQ(step.at("touches"), nothing) << "a pull sends no touches";
     }
 }
 
-TEST_F(InspectSwipeTest, APulledRowHasSprungBackWhenTheStepIsOver) {
+TEST_F(InspectSwipeTest, APulledRowSpringsBackWithinItsStep) {
     writeEvents(1);
     for (const char* step : {"pull:0:300", "pull:0:-300", "pull:0:1e6", "drag:60,20:300,0"}) {
         const Json document = inspected({step});
@@ -62,7 +62,7 @@ TEST_F(InspectSwipeTest, APullToTheLeftOpensNothing) {
     }
 }
 
-TEST_F(InspectSwipeTest, EveryPullRunsTheActionAnewAndReloadsNothing) {
+TEST_F(InspectSwipeTest, EveryPullRunsTheActionAndReloadsNothing) {
     writeEvents(1);
     write("none.ics", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nEND:VCALENDAR\r\n");
     const Json document = inspected(
@@ -72,7 +72,7 @@ TEST_F(InspectSwipeTest, EveryPullRunsTheActionAnewAndReloadsNothing) {
     EXPECT_EQ(document.at("items").size(), 1U);
 }
 
-TEST_F(InspectSwipeTest, APullOfARowThatIsNotThereIsNothing) {
+TEST_F(InspectSwipeTest, APullOfAMissingRowDoesNothing) {
     writeEvents(2);
     const Json document = inspected({"pull:2:90", "pull:18446744073709551615:90"});
     EXPECT_EQ(openedBySteps(document), (std::vector<Json>{nothing, nothing}));
@@ -81,7 +81,7 @@ TEST_F(InspectSwipeTest, APullOfARowThatIsNotThereIsNothing) {
               (std::vector<Json>{nothing, nothing, nothing}));
 }
 
-TEST_F(InspectSwipeTest, ARowOutOfSightIsBroughtIntoItAndOthersStayWhereTheyAre) {
+TEST_F(InspectSwipeTest, APullScrollsToItsRowOnlyWhereNecessary) {
     writeEvents(10);
     const Json far = inspected({"layout:320,100", "pull:9:90"});
     EXPECT_EQ(openedBySteps(far).at(1), link(far, 9));
@@ -115,7 +115,7 @@ TEST_F(InspectSwipeTest, ActionThreeActivatesTheApplication) {
     EXPECT_EQ(document.at("steps")[3].at("activated"), nothing);
 }
 
-TEST_F(InspectSwipeTest, AnyIdentifierIsAskedFor) {
+TEST_F(InspectSwipeTest, ActivatesAnyIdentifier) {
     writeEvents(1);
     writeSettings(integer("swipeAction", 3) + text("customLaunchAppBundleID", "no; $(such) \"app"));
     EXPECT_EQ(inspected({"pull:0:90"}).at("steps")[1].at("activated"),
@@ -132,7 +132,7 @@ TEST_F(InspectSwipeTest, ActionThreeWithoutAnIdentifierDoesNothing) {
     }
 }
 
-TEST_F(InspectSwipeTest, ARowWithoutALinkCannotBePulledWhateverTheAction) {
+TEST_F(InspectSwipeTest, ARowWithoutALinkCannotBePulled) {
     writeCalendar("Work", event("not a link", "x", "DTSTART:20260310T120000Z"));
     for (const int action : {1, 2, 3}) {
         writeSettings(integer("swipeAction", action) +
@@ -145,7 +145,7 @@ TEST_F(InspectSwipeTest, ARowWithoutALinkCannotBePulledWhateverTheAction) {
     }
 }
 
-TEST_F(InspectSwipeTest, ARowMadeBeforeTheActionWentStillBounces) {
+TEST_F(InspectSwipeTest, ARowCreatedWithAnActionStillMovesWithoutOne) {
     writeEvents(1);
     const std::string none = otherSettings("none", integer("swipeAction", 0));
     const Json document =
@@ -158,7 +158,7 @@ TEST_F(InspectSwipeTest, ARowMadeBeforeTheActionWentStillBounces) {
     EXPECT_EQ(document.at("settings").at("swipeAction"), 0);
 }
 
-TEST_F(InspectSwipeTest, ARowMadeWithoutAnActionCannotBeDragged) {
+TEST_F(InspectSwipeTest, ARowCreatedWithoutAnActionCannotBeDragged) {
     writeEvents(1);
     writeSettings(integer("swipeAction", 0));
     const std::string first = otherSettings("first", integer("swipeAction", 1));
@@ -171,9 +171,9 @@ TEST_F(InspectSwipeTest, ARowMadeWithoutAnActionCannotBeDragged) {
     EXPECT_EQ(document.at("settings").at("swipeAction"), 1);
 }
 
-TEST_F(InspectSwipeTest, AFingerGoesFartherThanTheRowThatItDrags) {
-    // Past its edge a row of 320 points follows the finger to 80 points within 193.94 points, and
-    // the finger's first 10 points move nothing.
+TEST_F(InspectSwipeTest, AFingerMovesFartherThanItsRow) {
+    // A row 320 points wide moves past its edge by 80 points while the finger moves by 193.94
+    // points, in addition to the first 10 points, which move nothing.
     writeEvents(3);
     const Json document = inspected({"drag:60,20:203.9,0", "drag:60,20:204,0"});
     EXPECT_EQ(openedBySteps(document), (std::vector<Json>{nothing, link(document, 0)}));
@@ -183,7 +183,7 @@ TEST_F(InspectSwipeTest, AFingerGoesFartherThanTheRowThatItDrags) {
     EXPECT_EQ(openedBySteps(narrow).at(2), link(narrow, 0));
 }
 
-TEST_F(InspectSwipeTest, AFingerPullsTheRowThatItCameDownOn) {
+TEST_F(InspectSwipeTest, AFingerPullsTheRowWhereItCameDown) {
     writeEvents(3);
     const auto heights = tableOf(inspected({})).at("rowHeights").get<std::vector<double>>();
     const std::string second = std::to_string(heights[0] + 20);
@@ -202,7 +202,7 @@ TEST_F(InspectSwipeTest, OtherDragsOpenNothing) {
     }
 }
 
-TEST_F(InspectSwipeTest, AVerticalDragMovesTheListAndLeavesItWhereTheFingerLetGo) {
+TEST_F(InspectSwipeTest, AVerticalDragScrollsTheListWithoutAFling) {
     writeEvents(10);
     const Json document = inspected({"layout:320,100", "drag:60,80:0,-60"});
     EXPECT_EQ(tableOf(document).at("contentOffset"), Json::parse("[0, 50]"));
@@ -218,7 +218,7 @@ TEST_F(InspectSwipeTest, ATapIsATouchThatBeginsAndEnds) {
             {"view": "UIScrollView", "message": "touchesEnded", "phase": 3}])");
     EXPECT_EQ(document.at("steps")[1].at("touches"), touches);
     EXPECT_EQ(document.at("steps")[2].at("touches"), touches);
-    EXPECT_EQ(document.at("steps")[3].at("touches"), nothing) << "beside the view";
+    EXPECT_EQ(document.at("steps")[3].at("touches"), nothing) << "outside the view";
     EXPECT_EQ(document.at("steps")[4].at("touches"), nothing);
     EXPECT_EQ(document.at("steps")[1].at("result"), nullptr);
     EXPECT_EQ(openedBySteps(document), (std::vector<Json>{nothing, nothing, nothing, nothing}));
@@ -240,8 +240,8 @@ TEST_F(InspectSwipeTest, TheTodayControllerSwipesToo) {
     EXPECT_EQ(openedBySteps(document).at(1), link(document, 1));
 }
 
-TEST_F(InspectSwipeTest, NothingIsReallyOpened) {
-    // A handler for both schemes that would leave a file behind.
+TEST_F(InspectSwipeTest, OpensNothingOnTheDesktop) {
+    // A handler for both schemes that would create a file.
     write("home/.local/share/applications/recorder.desktop",
           "[Desktop Entry]\nType=Application\nName=Recorder\nExec=/usr/bin/touch " +
               path("opened").string() +

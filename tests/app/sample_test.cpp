@@ -25,17 +25,17 @@ TEST_F(FilledTemplate, CountsDaysFromToday) {
     EXPECT_EQ(filled("@+0@ @+1@ @+2@ @-30@"), "20261230 20261231 20270101 20261130");
 }
 
-TEST_F(FilledTemplate, CountsDaysOverAClockChange) {
+TEST_F(FilledTemplate, CountsDaysAcrossAClockChange) {
     m_now = {2026, 3, 28, 23, 30, 0};
     EXPECT_EQ(filled("@+1@ @+2@"), "20260329 20260330");
 }
 
-TEST_F(FilledTemplate, TakesTimesDownToTheQuarterOfAnHour) {
+TEST_F(FilledTemplate, RoundsTimesDownToAQuarterOfAnHour) {
     EXPECT_EQ(filled("@now+0m@ @now+50m@ @now-25m@"),
               "20261230T000000 20261230T010000 20261229T234500");
 }
 
-TEST_F(FilledTemplate, LeavesEverythingElseAsItIs) {
+TEST_F(FilledTemplate, LeavesOtherTextUnchanged) {
     for (const char* text : {"", "@", "@@", "a@b.example", "@+@", "@1@", "@+x@", "@now@", "@now+1@",
                              "@now+m@", "@+1234567@", "@++1@"}) {
         EXPECT_EQ(filled(text), text);
@@ -43,7 +43,7 @@ TEST_F(FilledTemplate, LeavesEverythingElseAsItIs) {
     EXPECT_EQ(filled("a@b @+0@T093000"), "a@b 20261230T093000");
 }
 
-TEST_F(FilledTemplate, FollowsTheZone) {
+TEST_F(FilledTemplate, UsesTheTimeZone) {
     m_zone = namedTimeZone("Pacific/Kiritimati");
     m_now = {2026, 1, 1, 0, 0, 0};
     EXPECT_EQ(filled("@+0@"), "20260101");

@@ -1,4 +1,4 @@
-// The pictures that the program draws.
+// The command `snapshot`.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -40,7 +40,7 @@ TEST_F(SnapshotCommandTest, DrawsEachKindOfFile) {
     EXPECT_TRUE(drawn("x.pdf").starts_with("%PDF"));
 }
 
-TEST_F(SnapshotCommandTest, IsAsLargeAsTheWidgetTimesTheScale) {
+TEST_F(SnapshotCommandTest, HasTheSizeOfTheWidgetTimesTheScale) {
     const double height = runHere({"inspect", "--do", "present"}).json().at("totalHeight");
     const std::string once = drawn("x.png");
     EXPECT_EQ(bigEndian(once, 16), 320U);
@@ -50,7 +50,7 @@ TEST_F(SnapshotCommandTest, IsAsLargeAsTheWidgetTimesTheScale) {
     EXPECT_NEAR(bigEndian(twice, 20), height * 2, 1);
 }
 
-TEST_F(SnapshotCommandTest, IsTheSameEveryTimeAndFollowsTheBackground) {
+TEST_F(SnapshotCommandTest, RepeatsTheSameBytesAndPaintsTheBackground) {
     const std::string standard = drawn("x.png");
     EXPECT_EQ(drawn("x.png"), standard);
     EXPECT_NE(drawn("x.png", {"--background", "none"}), standard);
@@ -58,7 +58,7 @@ TEST_F(SnapshotCommandTest, IsTheSameEveryTimeAndFollowsTheBackground) {
     EXPECT_EQ(drawn("x.png", {"--background", "#F00"}), drawn("x.png", {"--background", "red"}));
 }
 
-TEST_F(SnapshotCommandTest, AnEmptyAgendaIsAPictureToo) {
+TEST_F(SnapshotCommandTest, DrawsAnEmptyAgenda) {
     writeCalendar("Work", "");
     EXPECT_EQ(bigEndian(drawn("x.png"), 20), 300U);
 }

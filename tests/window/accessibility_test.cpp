@@ -1,4 +1,4 @@
-// The rows as a screen reader finds them, over the accessibility bus of a private session.
+// The rows as a screen reader receives them, over the accessibility bus of a private session.
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include "freedesktop/glib/handles.h"
 #include "tests/freedesktop/session/session_testing.h"
 #include "tests/window/window_fixture.h"
 
@@ -19,10 +20,8 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 
-struct ObjectUnref {
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-using Accessible = std::unique_ptr<AtspiAccessible, ObjectUnref>;
+using freedesktop::ObjectHandle;
+using Accessible = ObjectHandle<AtspiAccessible>;
 
 Accessible childAt(AtspiAccessible* parent, int index) {
     return Accessible(atspi_accessible_get_child_at_index(parent, index, nullptr));
@@ -32,7 +31,7 @@ int childCount(AtspiAccessible* parent) {
     return atspi_accessible_get_child_count(parent, nullptr);
 }
 
-// The first object of that role at or below one; null where there is none.
+// The first object with that role below another one; null where there is none.
 Accessible findRole(AtspiAccessible* below, AtspiRole role) {
     for (int i = 0; below != nullptr && i < childCount(below); ++i) {
         Accessible child = childAt(below, i);
@@ -50,15 +49,12 @@ Accessible findRole(AtspiAccessible* below, AtspiRole role) {
 }
 
 std::string nameOf(AtspiAccessible* object) {
-    char* name = atspi_accessible_get_name(object, nullptr);
-    std::string text = name != nullptr ? name : "";
-    g_free(name);
-    return text;
+    const freedesktop::TextHandle name(atspi_accessible_get_name(object, nullptr));
+    return name ? name.get() : "";
 }
 
 bool hasState(AtspiAccessible* object, AtspiStateType state) {
-    const std::unique_ptr<AtspiStateSet, ObjectUnref> states(
-        atspi_accessible_get_state_set(object));
+    const ObjectHandle<AtspiStateSet> states(atspi_accessible_get_state_set(object));
     return states && atspi_state_set_contains(states.get(), state) != 0;
 }
 
@@ -73,8 +69,8 @@ std::vector<std::string> namesIn(AtspiAccessible* list) {
 
 class AccessibilityTest : public WindowTest {
 protected:
-    // The session bus starts the accessibility bus, which writes into folders and needs a display;
-    // they are to be the test's, and to be there for as long as it runs.
+    // The session bus starts the accessibility bus, which writes files and needs a display. Both
+    // belong to the test and exist for as long as it runs.
     static void SetUpTestSuite() {
         s_folder.emplace();
         s_display.emplace(*s_folder / "display.log");
@@ -87,7 +83,7 @@ protected:
         g_variant_builder_add(&environment, "{ss}", "DISPLAY", s_display->name().c_str());
         callBus("org.freedesktop.DBus", "/org/freedesktop/DBus", "UpdateActivationEnvironment",
                 g_variant_new("(a{ss})", &environment));
-        unsetenv("DISPLAY"); // where the way to another bus might be written
+        unsetenv("DISPLAY"); // its properties might contain the address of another bus
         atspi_init();
     }
     static void TearDownTestSuite() {
@@ -95,24 +91,19 @@ protected:
         s_display.reset();
         s_folder.reset();
     }
-    // The answer's first text; empty where there is none.
+    // The first text of the reply; empty without one.
     static std::string callBus(const char* name, const char* path, const char* method,
                                GVariant* parameters) {
-        const std::unique_ptr<GDBusConnection, ObjectUnref> bus(
+        const ObjectHandle<GDBusConnection> bus(
             g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-        GVariant* answer =
+        const freedesktop::VariantHandle reply(
             bus ? g_dbus_connection_call_sync(bus.get(), name, path, name, method, parameters,
                                               nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr)
-                : nullptr;
-        EXPECT_NE(answer, nullptr) << method;
-        std::string text;
-        if (answer != nullptr) {
-            if (g_variant_n_children(answer) > 0) {
-                const char* first = nullptr;
-                g_variant_get_child(answer, 0, "&s", &first);
-                text = first;
-            }
-            g_variant_unref(answer);
+                : nullptr);
+        EXPECT_TRUE(reply) << method;
+        const char* text = "";
+        if (reply && g_variant_n_children(reply.get()) > 0) {
+            g_variant_get_child(reply.get(), 0, "&s", &text);
         }
         return text;
     }
@@ -133,7 +124,7 @@ protected:
     Accessible m_list;
 };
 
-TEST_F(AccessibilityTest, ItsBusIsTheTestsOwn) {
+TEST_F(AccessibilityTest, TheBusBelongsToTheTest) {
     const std::string address = callBus("org.a11y.Bus", "/org/a11y/bus", "GetAddress", nullptr);
     EXPECT_THAT(address, HasSubstr(s_folder->path().string()));
 }
@@ -154,7 +145,7 @@ TEST_F(AccessibilityTest, ReadsTheRowsAndRunsTheirAction) {
     EXPECT_THAT(opened(), ElementsAre(EndsWith("/second?o=794836800.0")));
 }
 
-TEST_F(AccessibilityTest, HearsOfOtherRows) {
+TEST_F(AccessibilityTest, ReceivesChangedRows) {
     writeThreeEvents();
     showList(3);
     const Accessible old = childAt(m_list.get(), 0);
@@ -165,7 +156,7 @@ TEST_F(AccessibilityTest, HearsOfOtherRows) {
     EXPECT_TRUE(hasState(old.get(), ATSPI_STATE_DEFUNCT));
 }
 
-TEST_F(AccessibilityTest, TheKeysMoveTheFocusOverTheRows) {
+TEST_F(AccessibilityTest, KeysMoveTheFocusOverTheRows) {
     writeThreeEvents();
     showList(3);
     EXPECT_TRUE(hasState(m_list.get(), ATSPI_STATE_MANAGES_DESCENDANTS));
@@ -182,7 +173,7 @@ TEST_F(AccessibilityTest, TheKeysMoveTheFocusOverTheRows) {
     EXPECT_FALSE(hasFocus(0));
 }
 
-// The window and the command that prints have the same rows, in the same words.
+// The window and the command `agenda` have the same rows with the same texts.
 TEST_F(AccessibilityTest, ShowsWhatTheAgendaCommandPrints) {
     writeSettings("<key>displayLocation</key><true/>");
     const std::string end = "END:VEVENT\r\n";

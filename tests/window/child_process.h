@@ -1,4 +1,4 @@
-// A process that is ended with its object, by its own number.
+// Starts another program, which ends with its object.
 #pragma once
 
 #include <map>
@@ -12,8 +12,8 @@ namespace quorvel::window {
 
 class ChildProcess {
 public:
-    // Standard error and output go to those files; nothing is read. `inheritedDescriptor`: stays
-    // open in the child as 3.
+    // Standard error and output go to those files, standard input is empty. `inheritedDescriptor`
+    // is open in the child as descriptor 3; negative: none.
     ChildProcess(const std::vector<std::string>& words,
                  const std::map<std::string, std::string>& environment,
                  const std::string& errorFile, int inheritedDescriptor = -1,
@@ -24,7 +24,7 @@ public:
 
     pid_t process() const { return m_process; }
     void end();
-    // The exit status, or minus the signal; absent where it still runs after that time.
+    // Waits for the end. The exit status, or minus the signal; absent where the process still runs.
     std::optional<int> exitStatus(double seconds);
 
 private:
@@ -32,17 +32,14 @@ private:
     std::optional<int> m_status;
 };
 
-// Asks again and again until the answer is yes, for that long at most.
-template <class Question>
-bool becomesTrue(double seconds, Question question);
-
 void rest(double seconds);
-double secondsNow(); // of a clock that never jumps
+double secondsNow(); // of a steady clock
 
-template <class Question>
-bool becomesTrue(double seconds, Question question) {
+// Repeats the condition until it is true, at most for that time. Returns whether it became true.
+template <class Condition>
+bool becomesTrue(double seconds, Condition condition) {
     const double end = secondsNow() + seconds;
-    while (!question()) {
+    while (!condition()) {
         if (secondsNow() > end) {
             return false;
         }

@@ -1,4 +1,4 @@
-// When the window presents its widget again by itself, and how it ends.
+// When the window presents its widget again, and how it ends.
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -13,17 +13,17 @@ namespace {
 using testing::Each;
 using testing::HasSubstr;
 
-// A change is to be seen within a second. Another program may take the machine's time for longer
-// than that, but not again and again.
+// The window shows a change within a second. Other programs may use the processors for longer than
+// that, so each test has several attempts.
 constexpr double soon = 1;
 constexpr int attempts = 4;
 
 class LifeTest : public WindowTest {
 protected:
-    // `isSeen` makes a change, a different one each time, and looks out for it.
-    static bool isOnceSeenInTime(const std::function<bool(int attempt)>& isSeen) {
+    // `isShown` makes a change, a different one for each attempt, and returns whether it was shown.
+    static bool isOnceShownInTime(const std::function<bool(int attempt)>& isShown) {
         for (int attempt = 0; attempt < attempts; ++attempt) {
-            if (isSeen(attempt)) {
+            if (isShown(attempt)) {
                 return true;
             }
             rest(1);
@@ -41,7 +41,7 @@ TEST_F(LifeTest, TheRowsChangeAtMidnight) {
     EXPECT_TRUE(pictureBecomes(today, 65));
 }
 
-TEST_F(LifeTest, AnEventGoesWhenItEnds) {
+TEST_F(LifeTest, AnEventDisappearsWhenItEnds) {
     writeThreeEvents();
     const Picture three = pictureAt("2026-03-10T11:58:00Z");
     const Picture two = pictureAt("2026-03-10T12:01:00Z");
@@ -50,21 +50,21 @@ TEST_F(LifeTest, AnEventGoesWhenItEnds) {
     EXPECT_TRUE(pictureBecomes(two, 65));
 }
 
-TEST_F(LifeTest, ASettingsFileThatIsReplacedIsSeenWithinASecond) {
+TEST_F(LifeTest, AReplacedSettingsFileIsShownWithinASecond) {
     writeThreeEvents();
     show();
-    EXPECT_TRUE(isOnceSeenInTime([this](int attempt) {
+    EXPECT_TRUE(isOnceShownInTime([this](int attempt) {
         const Picture before = picture();
         writeSettings("<key>textSize</key><integer>" + std::to_string(20 + attempt) + "</integer>");
         return pictureChangesFrom(before, soon);
     }));
 }
 
-TEST_F(LifeTest, ACalendarThatIsReplacedIsSeenWithinASecond) {
+TEST_F(LifeTest, AReplacedCalendarIsShownWithinASecond) {
     writeThreeEvents();
     show();
     const int rowHeight = picture().height / 3;
-    EXPECT_TRUE(isOnceSeenInTime([this, rowHeight](int attempt) {
+    EXPECT_TRUE(isOnceShownInTime([this, rowHeight](int attempt) {
         const int rows = attempt % 2 == 0 ? 1 : 3;
         rows == 1 ? writeCalendar(event("one", "Breakfast", "20260310T110000Z", "20260310T120000Z"))
                   : writeThreeEvents();
@@ -72,7 +72,7 @@ TEST_F(LifeTest, ACalendarThatIsReplacedIsSeenWithinASecond) {
     }));
 }
 
-// The file stands outside the watched folder under its first name, so that nothing is heard of it.
+// The file changes through a hard link outside the watched folder, so the window is not notified.
 TEST_F(LifeTest, F5PresentsAgain) {
     std::filesystem::create_directory(path("elsewhere"));
     const auto original = path("elsewhere/hidden.ics");
@@ -92,7 +92,7 @@ TEST_F(LifeTest, F5PresentsAgain) {
     EXPECT_TRUE(pictureChangesFrom(before, 5));
 }
 
-TEST_F(LifeTest, WithoutADisplayItSaysSo) {
+TEST_F(LifeTest, ReportsAMissingDisplay) {
     m_environment.erase("DISPLAY");
     ChildProcess program({QUORVEL_PROGRAM, "show", "--sample"}, m_environment,
                          path("errors").string());
@@ -100,7 +100,7 @@ TEST_F(LifeTest, WithoutADisplayItSaysSo) {
     EXPECT_THAT(errors(), HasSubstr("quorvel: there is no display"));
 }
 
-TEST_F(LifeTest, ADisplayThatGoesAwayEndsIt) {
+TEST_F(LifeTest, EndsWhenTheDisplayIsLost) {
     writeThreeEvents();
     show();
     m_display->end();
@@ -109,17 +109,17 @@ TEST_F(LifeTest, ADisplayThatGoesAwayEndsIt) {
                         "one\n");
 }
 
-TEST_F(LifeTest, AnEmptyAgendaShowsNothingButItsBackdrop) {
+TEST_F(LifeTest, AnEmptyAgendaShowsItsBackdropOnly) {
     writeCalendar("");
-    writeSettings("<key>showSeparatorLines</key><false/>"); // a list goes on below its rows
+    writeSettings("<key>showSeparatorLines</key><false/>"); // which are also painted below the rows
     show({"--background", "#102030"});
     const Picture empty = picture();
     EXPECT_EQ(empty.width, 320);
-    EXPECT_EQ(empty.height, 300); // the most that the settings allow
+    EXPECT_EQ(empty.height, 300); // the greatest height of the settings
     EXPECT_THAT(empty.pixels, Each(0x102030));
 }
 
-TEST_F(LifeTest, SaysThatTheCalendarsCannotBeRead) {
+TEST_F(LifeTest, ReportsThatTheCalendarsCannotBeRead) {
     writeCalendar("");
     const Picture empty = pictureAt("2026-03-10T10:00:00Z");
     std::filesystem::remove_all(path("calendars"));

@@ -1,4 +1,4 @@
-// What the window does with a mouse, and with the keys instead of one.
+// The effect of the mouse and of keys on the window.
 #include <gmock/gmock.h>
 
 #include "tests/window/window_fixture.h"
@@ -27,14 +27,14 @@ protected:
     void pull(int row, int distance) const {
         drag(60, middleOfRow(row), 60 + distance, middleOfRow(row));
     }
-    // The finger stays down.
+    // Leaves the button pressed.
     void pullFarAndHold(int row) const {
         press(60, middleOfRow(row));
         moveTo(120, middleOfRow(row));
         moveTo(60 + distanceForOffset(90), middleOfRow(row));
         EXPECT_TRUE(pictureChangesFrom(m_before, 5));
     }
-    // What is pulled afterwards is opened alone.
+    // Pulls another row, whose link must be the only one that was opened.
     void expectNothingOpened() {
         EXPECT_TRUE(pictureBecomes(m_before, 5));
         pull(2, distanceForOffset(90));
@@ -52,7 +52,7 @@ TEST_F(PullTest, AFarPullToTheRightOpensTheRowsEvent) {
     ASSERT_TRUE(opensLinks(1));
     EXPECT_THAT(opened(), ElementsAre(testing::AllOf(StartsWith("x-apple-calevent://work-"),
                                                      EndsWith("/first?o=794833200.0"))));
-    EXPECT_TRUE(pictureBecomes(m_before, 5)); // it has sprung back
+    EXPECT_TRUE(pictureBecomes(m_before, 5)); // the row has sprung back
 }
 
 TEST_F(PullTest, AShorterPullOpensNothing) {
@@ -61,9 +61,9 @@ TEST_F(PullTest, AShorterPullOpensNothing) {
     expectNothingOpened();
 }
 
-// Of a row 330 points wide the finger pulls 80 points off with 192 points of its way, which begins
-// after the slop of 10.
-TEST_F(PullTest, APullHasToGoBeyondEightyPoints) {
+// A row 330 points wide moves by 80 points after 192 points of the pointer, not counting the slop
+// of 10.
+TEST_F(PullTest, APullMustExceedEightyPoints) {
     showThreeRows({"--width", "330"});
     pull(0, 10 + 192);
     EXPECT_TRUE(pictureBecomes(m_before, 5));
@@ -84,7 +84,7 @@ TEST_F(PullTest, ADragDownwardsOpensNothing) {
     expectNothingOpened();
 }
 
-TEST_F(PullTest, AWindowThatIsClosedInThePullOpensNothing) {
+TEST_F(PullTest, ClosingTheWindowDuringAPullOpensNothing) {
     showThreeRows();
     pullFarAndHold(0);
     key("Escape");
@@ -103,7 +103,7 @@ TEST_F(PullTest, AnotherButtonCancelsThePull) {
     expectNothingOpened();
 }
 
-TEST_F(PullTest, AWindowThatIsHiddenInThePullOpensNothing) {
+TEST_F(PullTest, HidingTheWindowDuringAPullOpensNothing) {
     showThreeRows();
     pullFarAndHold(0);
     input({"windowunmap", window()});
@@ -122,7 +122,7 @@ TEST_F(PullTest, TheRowFollowsTheFingerAndTheOthersStay) {
     EXPECT_EQ(during.band(0, m_rowHeight - 1), m_before.band(0, m_rowHeight - 1));
     EXPECT_EQ(during.band(2 * m_rowHeight, m_rowHeight - 1),
               m_before.band(2 * m_rowHeight, m_rowHeight - 1));
-    // The row's words stand 40 points farther to the right.
+    // The row's text is 40 points farther to the right.
     int same = 0;
     int moved = 0;
     for (int y = m_rowHeight + 2; y < 2 * m_rowHeight - 2; ++y) {
@@ -156,10 +156,10 @@ TEST_F(PullTest, BringsAnApplicationToTheFront) {
     EXPECT_THAT(opened(), ElementsAre("org.example.App"));
 }
 
-TEST_F(PullTest, TheKeysDoTheSame) {
+TEST_F(PullTest, KeysOpenEventsToo) {
     showThreeRows();
     key("Down");
-    ASSERT_TRUE(pictureChangesFrom(m_before, 5)); // the focus is seen
+    ASSERT_TRUE(pictureChangesFrom(m_before, 5)); // the focus is painted
     key("Down");
     key("Return");
     ASSERT_TRUE(opensLinks(1));
@@ -168,7 +168,7 @@ TEST_F(PullTest, TheKeysDoTheSame) {
     EXPECT_EQ(m_program->exitStatus(10), 0) << errors();
 }
 
-TEST_F(PullTest, AHandlerThatHangsHoldsNothingUp) {
+TEST_F(PullTest, AHandlerThatHangsBlocksNothing) {
     installHandler("handler", "x-scheme-handler/x-apple-calevent", 60000);
     showThreeRows();
     pull(0, distanceForOffset(84));
@@ -178,7 +178,7 @@ TEST_F(PullTest, AHandlerThatHangsHoldsNothingUp) {
     release();
     ASSERT_TRUE(opensLinks(2));
     EXPECT_TRUE(pictureBecomes(m_before, 5));
-    EXPECT_THAT(handlers(), SizeIs(2)) << "they hang still";
+    EXPECT_THAT(handlers(), SizeIs(2)) << "they still hang";
     key("Escape");
     EXPECT_EQ(m_program->exitStatus(10), 0) << errors();
 }
@@ -210,7 +210,7 @@ TEST_F(PullTest, IsSharpAtTwiceTheScale) {
     show();
     const Picture doubled = picture();
     EXPECT_EQ(doubled.width, 640);
-    bool hasFineDetail = false; // that no picture of single pixels blown up has
+    bool hasFineDetail = false; // which a picture with enlarged pixels does not have
     for (int y = 0; y + 1 < doubled.height; y += 2) {
         for (int x = 0; x + 1 < doubled.width; x += 2) {
             hasFineDetail = hasFineDetail || doubled.at(x, y) != doubled.at(x + 1, y);

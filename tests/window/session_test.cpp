@@ -1,4 +1,4 @@
-// A long session of random input on the real window, the same for the same seed.
+// A long session of random input on the real window; the same seed repeats the same session.
 #include <random>
 
 #include <gmock/gmock.h>
@@ -14,17 +14,17 @@ using testing::HasSubstr;
 using testing::Not;
 
 constexpr int steps = 1000;
-constexpr int stepsABatch = 40; // of input, between two changes of the files
+constexpr int stepsPerBatch = 40; // between two changes of the files
 
 class SessionTest : public WindowTest {
 protected:
     int number(int least, int most) {
         return std::uniform_int_distribution<int>(least, most)(m_random);
     }
-    std::string somewhere(int most) { return std::to_string(number(0, most)); }
+    std::string coordinate(int most) { return std::to_string(number(0, most)); }
 
     void addMove(std::vector<std::string>& words) {
-        words.insert(words.end(), {"mousemove", somewhere(330), somewhere(400)});
+        words.insert(words.end(), {"mousemove", coordinate(330), coordinate(400)});
     }
     void addDrag(std::vector<std::string>& words) {
         addMove(words);
@@ -37,7 +37,7 @@ protected:
     void addClick(std::vector<std::string>& words, const std::string& button) {
         words.insert(words.end(), {"mousedown", button, "mouseup", button});
     }
-    // The keyboard goes elsewhere meanwhile.
+    // A hidden window loses the keyboard focus.
     void addHiding(std::vector<std::string>& words) {
         words.insert(words.end(),
                      {"windowunmap", window(), "windowmap", window(), "windowfocus", window()});
@@ -68,7 +68,7 @@ protected:
             addDrag(words);
         }
     }
-    // An action of 0 would stay with the rows that are made meanwhile.
+    // Never an action of 0: rows that are created with it cannot be pulled later either.
     void changeFiles() {
         writeSettings("<key>textSize</key><integer>" + std::to_string(number(8, 30)) +
                       "</integer><key>swipeAction</key><integer>" + std::to_string(number(1, 3)) +
@@ -91,21 +91,21 @@ TEST_F(SessionTest, SurvivesAThousandRandomSteps) {
     writeThreeEvents();
     show();
     const Picture before = picture();
-    for (int step = 0; step < steps; step += stepsABatch) {
+    for (int step = 0; step < steps; step += stepsPerBatch) {
         std::vector<std::string> words;
-        for (int i = 0; i < stepsABatch; ++i) {
+        for (int i = 0; i < stepsPerBatch; ++i) {
             addStep(words);
         }
         input(words);
         changeFiles();
         ASSERT_EQ(m_program->exitStatus(0.2), std::nullopt) << errors(); // time to present
     }
-    // It looks and works as before.
+    // The window still shows and opens events.
     writeSettings("");
     writeThreeEvents();
     input({"windowfocus", window(), "key", "F5"});
     EXPECT_TRUE(becomesTrue(20, [&] { return picture().height == before.height; }));
-    steadyPicture(); // a size that the widget asked for last might come after the next
+    steadyPicture(); // the last request for another size may still be under way
     input({"windowmove", window(), "0", "0", "windowsize", window(), std::to_string(before.width),
            std::to_string(before.height)});
     moveTo(before.width - 1, before.height - 1);

@@ -11,7 +11,7 @@ namespace quorvel::window {
 
 namespace {
 
-// A window may go away between two questions.
+// A window may disappear between two requests.
 int ignoreError(Display*, XErrorEvent*) {
     return 0;
 }
@@ -46,7 +46,7 @@ VirtualDisplay::VirtualDisplay(const std::string& errorFile) {
     if (pipe(ends.data()) != 0) {
         throw std::runtime_error("no pipe");
     }
-    // It ends with its last client, even where this process does not come to end it.
+    // -terminate: the server ends with its last client, also where this process crashes.
     m_server = std::make_unique<ChildProcess>(
         std::vector<std::string>{XVFB, "-displayfd", "3", "-screen", "0", "1280x1024x24",
                                  "-nolisten", "tcp", "-terminate"},

@@ -1,4 +1,4 @@
-// An X display without a screen, and the pictures on it.
+// An X display without a monitor, and pictures of the windows on it.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +23,7 @@ struct Picture {
         return pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
                       static_cast<std::size_t>(x)];
     }
-    // The lines from `top` on, `lines` of them.
+    // That number of lines, from `top` on.
     Picture band(int top, int lines) const;
 };
 
@@ -35,11 +35,11 @@ public:
     VirtualDisplay& operator=(const VirtualDisplay&) = delete;
 
     const std::string& name() const { return m_name; } // ":7"
-    void end();                                        // with everything on it
+    void end();                                        // also ends its clients
 
-    // The one visible window that is no smaller than ten points; 0 where there is none.
+    // The visible window of at least ten by ten pixels; 0 where there is none.
     unsigned long window() const;
-    // What is seen of the window; absent where it is not there.
+    // The content of the window; absent where it is not visible.
     std::optional<Picture> picture(unsigned long window) const;
 
 private:

@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr double patience = 20; // seconds; a sanitized program is slow
+constexpr double patience = 20; // seconds; sanitizers make programs slow
 
 std::string contents(const fs::path& path) {
     std::ifstream file(path, std::ios::binary);
@@ -24,9 +24,9 @@ std::string contents(const fs::path& path) {
 }
 
 void replaceFile(const fs::path& path, const std::string& text) {
-    const fs::path fresh = path.string() + ".new";
-    std::ofstream(fresh) << text;
-    fs::rename(fresh, path);
+    const fs::path newFile = path.string() + ".new";
+    std::ofstream(newFile) << text;
+    fs::rename(newFile, path);
 }
 
 // The parts of a text that each end with a NUL.
@@ -160,7 +160,7 @@ void WindowTest::showBeforeEndOf(const std::string& minute, const Picture& expec
             return;
         }
     }
-    FAIL() << "it has never looked so";
+    FAIL() << "the window never showed the expected picture";
 }
 
 std::string WindowTest::printed(const std::string& command,
@@ -244,7 +244,7 @@ void WindowTest::key(const std::string& name) const {
     input({"key", name});
 }
 
-// xdotool's own click waits for longer than the whole rest of a script takes.
+// xdotool's own click command is slow.
 void WindowTest::click(int button) const {
     input({"mousedown", std::to_string(button), "mouseup", std::to_string(button)});
 }
@@ -255,7 +255,7 @@ std::vector<std::string> WindowTest::opened() const {
     return partsOf(written);
 }
 
-// They are known by the file that they write to, which no other process can name.
+// Only these handlers have the test's own file as an argument.
 std::vector<pid_t> WindowTest::handlers() const {
     std::vector<pid_t> running;
     for (const auto& entry : fs::directory_iterator("/proc")) {

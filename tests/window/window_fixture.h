@@ -1,5 +1,5 @@
-// `quorvel show` on a display of its own, with calendars, settings and a desktop of the test's, and
-// a handler that writes down the links that it is given.
+// Runs `quorvel show` on a private display, with calendars, settings and a desktop of the test, and
+// a handler that records the links that it opens.
 #pragma once
 
 #include <filesystem>
@@ -22,44 +22,44 @@ protected:
 
     // Three events of 10 March 2026, from 11:00 to 12:00, 13:00 and 15:00 UTC.
     void writeThreeEvents() const;
-    void writeCalendar(const std::string& events) const;  // replaces the file whole
+    void writeCalendar(const std::string& events) const;  // replaces the file
     void writeSettings(const std::string& entries) const; // likewise
     void installHandler(const std::string& entryName, const std::string& type,
                         int milliseconds = 0) const;
     std::filesystem::path path(const std::string& name) const { return m_folder / name; }
 
-    // At 10:00 UTC of that day unless `now` says otherwise; the clock runs. Returns when the window
-    // has been painted and looks the same for a moment; it has the keyboard then.
+    // The clock starts at `now` and runs. Returns when the window has the keyboard focus and its
+    // picture no longer changes.
     void show(const std::vector<std::string>& more = {}, const std::string& now = tenOClock);
-    void showWith(const std::vector<std::string>& arguments); // nothing else
-    // What a window that is opened at that instant looks like. It is closed afterwards.
+    void showWith(const std::vector<std::string>& arguments); // these arguments alone
+    // The picture of a window that is opened at that instant, and closed afterwards.
     Picture pictureAt(const std::string& now);
-    // Opens the window shortly before a minute of 10 March is over, early enough for it to look
-    // like that first, however slowly it starts. `minute` is written as 23:59.
+    // Opens the window shortly before the end of a minute of 10 March, such as "23:59", but early
+    // enough for it to show the expected picture first, even where it starts slowly.
     void showBeforeEndOf(const std::string& minute, const Picture& expected);
-    // What another command prints for the same calendars, settings and instant.
+    // The output of another command for the same calendars, settings and instant.
     std::string printed(const std::string& command, const std::vector<std::string>& more) const;
     Picture picture() const;
-    // Once it has been painted and stays the same for a moment.
+    // Waits until the window is painted and its picture no longer changes.
     Picture steadyPicture() const;
     bool pictureBecomes(const Picture& wanted, double seconds) const;
     bool pictureChangesFrom(const Picture& old, double seconds) const;
 
-    // Real input: words of xdotool.
+    // Sends input: the arguments of xdotool.
     void input(const std::vector<std::string>& words) const;
     void press(int x, int y) const;
     void moveTo(int x, int y) const;
     void release() const;
-    void drag(int fromX, int fromY, int toX, int toY) const; // rests before the lift
+    void drag(int fromX, int fromY, int toX, int toY) const; // rests before the release
     void key(const std::string& name) const;
-    void click(int button) const; // where the pointer is
-    // The number that input() knows the window by.
+    void click(int button) const; // at the pointer
+    // The window's number for input().
     std::string window() const { return std::to_string(m_window); }
 
     std::vector<std::string> opened() const; // links, in order
     bool opensLinks(std::size_t count) const;
     std::vector<pid_t> handlers() const; // that still run
-    std::string errors() const; // what the program has said, less what the display server says
+    std::string errors() const;          // the standard error of the program
 
     std::map<std::string, std::string> m_environment;
     std::unique_ptr<VirtualDisplay> m_display;
@@ -74,7 +74,8 @@ private:
     unsigned long m_window = 0;
 };
 
-// A finger distance that pulls a row of 320 points that far, the slop of 10 included.
+// The pointer's distance that moves a row 320 points wide by `offset`, including the slop of 10
+// points.
 int distanceForOffset(double offset);
 
 // A VEVENT from one time to another, written as 20260310T110000Z.
