@@ -53,8 +53,8 @@ void UserCalendars::setTimeZone(const std::shared_ptr<const TimeZone>& zone) {
 }
 
 void UserCalendars::setIndex(const std::string& folder,
-                             std::function<void(const std::string&)> say) {
-    m_files.setIndex(folder, std::move(say));
+                             std::function<void(const std::string&)> onProblem) {
+    m_files.setIndex(folder, std::move(onProblem));
 }
 
 void UserCalendars::setWaits(CalendarWaits waits) {
@@ -67,8 +67,8 @@ void UserCalendars::beginReading() {
     }
 }
 
-void UserCalendars::setChangedHandler(std::function<void()> changed) {
-    m_changed = changed ? std::make_unique<ThreadSignal>(std::move(changed)) : nullptr;
+void UserCalendars::setChangedHandler(std::function<void()> onChanged) {
+    m_changed = onChanged ? std::make_unique<ThreadSignal>(std::move(onChanged)) : nullptr;
     follow();
 }
 

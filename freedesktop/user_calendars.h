@@ -1,4 +1,4 @@
-// The user's calendars, wherever they are: in files and in the data server.
+// All calendars of the user, in files and on the data server, as one set of stores.
 #pragma once
 
 #include <functional>
@@ -33,23 +33,25 @@ public:
 
     platform::CalendarStores& stores() { return m_stores; }
 
-    // The data server's calendars stand before the files' where it is named first, else behind.
+    // The data server's calendars precede those of files where it is the first source, else follow
+    // them.
     void setSources(std::vector<CalendarSource> sources);
     void setTimeZone(const std::shared_ptr<const TimeZone>& zone); // never null
-    // As those of the stores of files, likewise before the first store.
-    void setIndex(const std::string& folder, std::function<void(const std::string&)> say);
+    // See FileCalendarStores::setIndex(). Call it before the first event store is created.
+    void setIndex(const std::string& folder, std::function<void(const std::string&)> onProblem);
     void setWaits(CalendarWaits waits);
-    // As that of the stores of files; the data server is looked for from the beginning anyway.
+    // See FileCalendarStores::beginReading(). The data server is always contacted from the
+    // beginning.
     void beginReading();
-    // Told of changes in the data server, and of files that were read after nobody waited for them
-    // any longer, on the default main context of the thread that sets this.
-    // Null: nobody is.
-    void setChangedHandler(std::function<void()> changed);
+    // The handler is called when the data server's calendars change, and when files are available
+    // that were not read within the wait; on the default main context of the thread that sets it.
+    // Null: none.
+    void setChangedHandler(std::function<void()> onChanged);
 
-    // Of the last store.
+    // About the latest event store.
     bool anyReadable() const;
     std::string storeOf(std::string_view identifier) const;
-    std::vector<std::string> deselected() const; // by the desktop's calendar application
+    std::vector<std::string> deselected() const; // in the desktop's calendar application
 
     std::vector<std::string> paths() const; // of files and folders
 
@@ -59,10 +61,10 @@ private:
 
     UserCalendarOptions m_options;
     FileCalendarStores m_files;
-    std::unique_ptr<ServerCalendarStores> m_server; // null before it is named; kept from then on
+    std::unique_ptr<ServerCalendarStores> m_server; // null until it is a source for the first time
     bool m_usesFiles = false;
     bool m_usesServer = false;
-    std::unique_ptr<ThreadSignal> m_changed; // null: nobody is told
+    std::unique_ptr<ThreadSignal> m_changed; // null without a handler
     CombinedCalendarStores m_stores;
 };
 

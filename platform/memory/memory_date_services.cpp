@@ -161,17 +161,17 @@ int MemoryDateServices::offsetAt(NSDate date) const {
 NSDateComponents MemoryDateServices::components(unsigned wanted, NSDate date) const {
     units.push_back(wanted);
     const LocalTime time = localTime(wholeSecondsSince1970(date) + offsetAt(date));
-    const auto asked = [wanted](NSCalendarUnit unit, int value) {
+    const auto ifRequested = [wanted](NSCalendarUnit unit, int value) {
         return (wanted & unit) != 0 ? std::optional<int>(value) : std::nullopt;
     };
     NSDateComponents result;
-    result.year = asked(NSYearCalendarUnit, time.year);
-    result.month = asked(NSMonthCalendarUnit, time.month);
-    result.day = asked(NSDayCalendarUnit, time.day);
-    result.weekday = asked(NSWeekdayCalendarUnit, time.weekday);
-    result.hour = asked(NSHourCalendarUnit, time.hour);
-    result.minute = asked(NSMinuteCalendarUnit, time.minute);
-    result.second = asked(NSSecondCalendarUnit, time.second);
+    result.year = ifRequested(NSYearCalendarUnit, time.year);
+    result.month = ifRequested(NSMonthCalendarUnit, time.month);
+    result.day = ifRequested(NSDayCalendarUnit, time.day);
+    result.weekday = ifRequested(NSWeekdayCalendarUnit, time.weekday);
+    result.hour = ifRequested(NSHourCalendarUnit, time.hour);
+    result.minute = ifRequested(NSMinuteCalendarUnit, time.minute);
+    result.second = ifRequested(NSSecondCalendarUnit, time.second);
     return result;
 }
 

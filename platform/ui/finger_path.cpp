@@ -7,9 +7,9 @@ namespace quorvel::platform {
 
 namespace {
 
-constexpr CGFloat slop = 10; // points
-constexpr double samplingTime = 0.1;
-constexpr CGFloat fastest = 20000; // points a second
+constexpr CGFloat slop = 10;         // points
+constexpr double samplingTime = 0.1; // seconds
+constexpr CGFloat fastest = 20000;   // points per second
 
 } // namespace
 
@@ -29,7 +29,7 @@ void FingerPath::add(const CGPoint& location, double time) {
     if (!m_axis) {
         decideAxis(location);
     }
-    m_way = {location.x - m_start.x, location.y - m_start.y};
+    m_translation = {location.x - m_start.x, location.y - m_start.y};
 }
 
 void FingerPath::decideAxis(const CGPoint& location) {

@@ -1,4 +1,4 @@
-// Where a finger goes: when it drags, along which axis, how far, and how fast it is at the end.
+// The path of a finger: whether it drags, along which axis, how far, and its velocity at the end.
 #pragma once
 
 #include <deque>
@@ -20,11 +20,11 @@ public:
     // Absent until the finger has been more than 10 points from its start on one axis; from then on
     // the axis on which it was farther at that moment, or the vertical one.
     std::optional<DragAxis> axis() const { return m_axis; }
-    // From the start; on the axis of the drag without the 10 points, so that what follows the
-    // finger does not jump.
-    CGPoint way() const { return m_way; }
-    // Points a second, over the last tenth of a second before the last location; on each axis no
-    // more than a finger can do, however close together the last reports were.
+    // The distance from the start; on the axis of the drag without the 10 points, so that the
+    // content does not jump when the drag begins.
+    CGPoint translation() const { return m_translation; }
+    // Points per second, over the last tenth of a second. Limited on each axis, as reports may be
+    // very close together.
     CGPoint velocity() const;
 
 private:
@@ -35,10 +35,10 @@ private:
 
     void decideAxis(const CGPoint& location);
 
-    CGPoint m_start; // where the way counts from
+    CGPoint m_start; // of the translation
     std::optional<DragAxis> m_axis;
-    CGPoint m_way;
-    std::deque<Sample> m_samples; // of the last moments, one each
+    CGPoint m_translation;
+    std::deque<Sample> m_samples; // of the last tenth of a second, at different times
 };
 
 } // namespace quorvel::platform

@@ -6,27 +6,27 @@ namespace quorvel::platform {
 
 namespace {
 
-bool isWorthAMotion(const Glide& glide) {
-    return std::abs(glide.wholeWay()) >= negligibleWay;
+bool isVisible(const Deceleration& deceleration) {
+    return std::abs(deceleration.distance()) >= restDistance;
 }
 
 } // namespace
 
 AxisMotion::AxisMotion(CGFloat offset, CGFloat velocity, const ScrollRange& range, bool bounces)
     : m_end(clampedOffset(offset, range))
-    , m_glide{offset, velocity} {
+    , m_deceleration{offset, velocity} {
     if (offset == m_end || planReturn(offset - m_end, velocity)) {
-        planGlide(range, bounces);
+        planDeceleration(range, bounces);
     }
     m_isAtRest = offset == m_end && duration() == 0;
 }
 
-// True where the content goes on into its view.
+// True where the content returns so fast that it continues past its edge into the view.
 bool AxisMotion::planReturn(CGFloat displacement, CGFloat velocity) {
     m_return = {m_end, displacement, velocity};
     if (const auto atEdge = m_return.timeAtEdge()) {
-        m_glide = {m_end, m_return.velocityAt(*atEdge)};
-        if (isWorthAMotion(m_glide)) {
+        m_deceleration = {m_end, m_return.velocityAt(*atEdge)};
+        if (isVisible(m_deceleration)) {
             m_returnTime = *atEdge;
             return true;
         }
@@ -35,19 +35,20 @@ bool AxisMotion::planReturn(CGFloat displacement, CGFloat velocity) {
     return false;
 }
 
-void AxisMotion::planGlide(const ScrollRange& range, bool bounces) {
-    if (!isWorthAMotion(m_glide)) {
+void AxisMotion::planDeceleration(const ScrollRange& range, bool bounces) {
+    if (!isVisible(m_deceleration)) {
         return;
     }
-    const CGFloat way = m_glide.wholeWay();
-    m_end = clampedOffset(m_glide.start + way, range);
-    if (m_end == m_glide.start + way) {
-        m_glideTime = Glide::timeUntilLeft(negligibleWay / std::abs(way));
+    const CGFloat distance = m_deceleration.distance();
+    m_end = clampedOffset(m_deceleration.start + distance, range);
+    if (m_end == m_deceleration.start + distance) {
+        m_decelerationTime = Deceleration::timeUntilRemaining(restDistance / std::abs(distance));
         return;
     }
-    m_glideTime = Glide::timeUntilLeft(1 - (m_end - m_glide.start) / way);
+    m_decelerationTime =
+        Deceleration::timeUntilRemaining(1 - (m_end - m_deceleration.start) / distance);
     if (bounces) {
-        m_bounce = {m_end, 0, m_glide.velocityAt(m_glideTime)};
+        m_bounce = {m_end, 0, m_deceleration.velocityAt(m_decelerationTime)};
         m_bounceTime = m_bounce.timeToRest();
     }
 }
@@ -59,10 +60,10 @@ CGFloat AxisMotion::offsetAt(double elapsed) const {
     if (elapsed < m_returnTime) {
         return m_return.offsetAt(elapsed);
     }
-    if (elapsed < m_returnTime + m_glideTime) {
-        return m_glide.offsetAt(elapsed - m_returnTime);
+    if (elapsed < m_returnTime + m_decelerationTime) {
+        return m_deceleration.offsetAt(elapsed - m_returnTime);
     }
-    return m_bounce.offsetAt(elapsed - m_returnTime - m_glideTime);
+    return m_bounce.offsetAt(elapsed - m_returnTime - m_decelerationTime);
 }
 
 CGFloat AxisMotion::velocityAt(double elapsed) const {
@@ -72,10 +73,10 @@ CGFloat AxisMotion::velocityAt(double elapsed) const {
     if (elapsed < m_returnTime) {
         return m_return.velocityAt(elapsed);
     }
-    if (elapsed < m_returnTime + m_glideTime) {
-        return m_glide.velocityAt(elapsed - m_returnTime);
+    if (elapsed < m_returnTime + m_decelerationTime) {
+        return m_deceleration.velocityAt(elapsed - m_returnTime);
     }
-    return m_bounce.velocityAt(elapsed - m_returnTime - m_glideTime);
+    return m_bounce.velocityAt(elapsed - m_returnTime - m_decelerationTime);
 }
 
 } // namespace quorvel::platform

@@ -8,16 +8,17 @@ namespace quorvel::platform {
 namespace {
 
 constexpr CGFloat bandStiffness = 0.55;
-// A finger catches content no farther out than this part of the length that counts.
+// Content that a finger catches is past its edge by at most this part of the rubber band's length.
 constexpr CGFloat farthestCatch = 0.5;
-// What is left of the speed after a millisecond, and so how far a speed of one carries: the sum of
-// the ways of all milliseconds to come.
-constexpr double keptEachMillisecond = 0.998;
-constexpr double wayOfUnitSpeed = keptEachMillisecond / (1000 * (1 - keptEachMillisecond));
-constexpr double springRate = 10; // the root of the stiffness
+// The part of the speed that remains after a millisecond, and the distance that follows from a
+// speed of one: the sum of the distances of all later milliseconds.
+constexpr double speedFactorPerMillisecond = 0.998;
+constexpr double distanceOfUnitSpeed =
+    speedFactorPerMillisecond / (1000 * (1 - speedFactorPerMillisecond));
+constexpr double springRate = 10; // the square root of the stiffness
 
-double keptAfter(double seconds) {
-    return std::pow(keptEachMillisecond, 1000 * seconds);
+double speedFactorAfter(double seconds) {
+    return std::pow(speedFactorPerMillisecond, 1000 * seconds);
 }
 
 } // namespace
@@ -56,8 +57,8 @@ CGFloat bandSlope(CGFloat banded, const ScrollRange& range, CGFloat viewLength, 
     if (!bounces || !(past < viewLength)) {
         return 0;
     }
-    const CGFloat left = 1 - past / viewLength;
-    return bandStiffness * left * left;
+    const CGFloat remaining = 1 - past / viewLength;
+    return bandStiffness * remaining * remaining;
 }
 
 CGFloat bandLength(CGFloat caught, const ScrollRange& range, CGFloat viewLength) {
@@ -65,22 +66,22 @@ CGFloat bandLength(CGFloat caught, const ScrollRange& range, CGFloat viewLength)
     return std::max(viewLength, past / farthestCatch);
 }
 
-// The glide.
+// The deceleration.
 
-CGFloat Glide::wholeWay() const {
-    return velocity * wayOfUnitSpeed;
+CGFloat Deceleration::distance() const {
+    return velocity * distanceOfUnitSpeed;
 }
 
-CGFloat Glide::offsetAt(double seconds) const {
-    return start + wholeWay() * (1 - keptAfter(seconds));
+CGFloat Deceleration::offsetAt(double seconds) const {
+    return start + distance() * (1 - speedFactorAfter(seconds));
 }
 
-CGFloat Glide::velocityAt(double seconds) const {
-    return velocity * keptAfter(seconds);
+CGFloat Deceleration::velocityAt(double seconds) const {
+    return velocity * speedFactorAfter(seconds);
 }
 
-double Glide::timeUntilLeft(double part) {
-    return std::log(part) / (1000 * std::log(keptEachMillisecond));
+double Deceleration::timeUntilRemaining(double part) {
+    return std::log(part) / (1000 * std::log(speedFactorPerMillisecond));
 }
 
 // The spring.
@@ -95,25 +96,25 @@ CGFloat Spring::velocityAt(double seconds) const {
            (velocity - springRate * (velocity + springRate * displacement) * seconds);
 }
 
-// Bisects the part of a bound for the displacement in which the bound does nothing but shrink.
+// Bisects an upper bound of the displacement where the bound only decreases.
 double Spring::timeToRest() const {
-    const CGFloat still = std::abs(displacement);
+    const CGFloat initial = std::abs(displacement);
     const CGFloat growth = std::abs(velocity + springRate * displacement);
     const auto widest = [&](double seconds) {
-        return std::exp(-springRate * seconds) * (still + growth * seconds);
+        return std::exp(-springRate * seconds) * (initial + growth * seconds);
     };
-    double early = growth > 0 ? std::max(1 / springRate - still / growth, 0.0) : 0.0;
-    if (widest(early) < negligibleWay) {
+    double early = growth > 0 ? std::max(1 / springRate - initial / growth, 0.0) : 0.0;
+    if (widest(early) < restDistance) {
         return 0;
     }
     double late = early + 1;
-    while (widest(late) >= negligibleWay) {
+    while (widest(late) >= restDistance) {
         late += 1;
     }
     constexpr int halvings = 50;
     for (int i = 0; i < halvings; ++i) {
         const double middle = (early + late) / 2;
-        (widest(middle) < negligibleWay ? late : early) = middle;
+        (widest(middle) < restDistance ? late : early) = middle;
     }
     return late;
 }

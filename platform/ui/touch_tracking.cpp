@@ -54,7 +54,7 @@ void TouchTracking::begin() {
     send(m_touch, UITouchPhase::began, &UIView::touchesBegan);
 }
 
-// Null also for a drag that the view itself has given up.
+// Null also where the view itself has ended the drag.
 std::shared_ptr<UIScrollView> TouchTracking::dragged() const {
     return m_dragged && m_dragged->isDragging() ? m_dragged : nullptr;
 }
@@ -68,7 +68,7 @@ void TouchTracking::stopMotions() {
     }
 }
 
-// What was stopped past an edge and is not dragged now springs back.
+// Views that were stopped past an edge and are not dragged spring back.
 void TouchTracking::resumeStopped(double time) {
     for (const auto& view : std::exchange(m_stopped, {})) {
         if (!view->isDragging() && !view->isDecelerating()) {
@@ -89,18 +89,18 @@ void TouchTracking::follow(const FingerReport& report) {
     const bool wasDecided = m_path.axis().has_value();
     m_path.add(report.location, report.time);
     if (!wasDecided && m_path.axis()) {
-        m_dragged = deepestThatMoves(*m_path.axis());
+        m_dragged = innermostMovable(*m_path.axis());
         if (const auto view = m_dragged) {
             view->beginDrag();
         }
         resumeStopped(report.time);
     }
     if (const auto view = dragged()) {
-        view->dragBy(m_path.way());
+        view->dragBy(m_path.translation());
     }
 }
 
-std::shared_ptr<UIScrollView> TouchTracking::deepestThatMoves(DragAxis axis) const {
+std::shared_ptr<UIScrollView> TouchTracking::innermostMovable(DragAxis axis) const {
     const auto found = std::find_if(m_chain.begin(), m_chain.end(), [axis](const auto& view) {
         return axis == DragAxis::horizontal ? view->canMoveHorizontally()
                                             : view->canMoveVertically();

@@ -24,14 +24,14 @@ private:
     UITouchSet m_touches;
 };
 
-// The event that the platform makes of its low-level record.
+// The event that the platform creates from its low-level record.
 class UITouchesEvent : public UIEvent {
 public:
     UITouchesEvent(std::span<const std::byte> record, UITouchSet touches)
         : UIEvent(std::move(touches))
         , m_record(record.begin(), record.end()) {}
 
-    // The record's bytes, as they were handed in.
+    // The unchanged bytes of the record.
     std::span<const std::byte> record() const { return m_record; }
 
 private:

@@ -1,4 +1,4 @@
-// A picture that is scaled into a rectangle.
+// Shows a picture scaled to the view.
 #pragma once
 
 #include <memory>
@@ -8,16 +8,16 @@
 
 namespace quorvel::platform {
 
-// The modes that the widget's views have.
+// The modes that the widget uses.
 enum class UIViewContentMode { scaleToFill = 0, scaleAspectFit = 1 };
 
-// The mode's name as a script reads it: "scaleAspectFit" and so on.
+// The name of the mode, such as "scaleAspectFit".
 std::string_view contentModeName(UIViewContentMode mode);
 
-// Where a picture of that size is painted in the bounds.
+// The rectangle of a picture of that size within the bounds.
 CGRect imageRect(UIViewContentMode mode, CGSize imageSize, const CGRect& bounds);
 
-// User interaction is off at first.
+// User interaction is disabled by default.
 class UIImageView : public UIView {
 public:
     explicit UIImageView(const CGRect& frame = {});

@@ -1,4 +1,4 @@
-// One line of text, vertically centred, cut at the tail.
+// Shows one line of text, vertically centred and truncated at the end.
 #pragma once
 
 #include <optional>
@@ -10,7 +10,7 @@
 
 namespace quorvel::platform {
 
-// User interaction is off at first.
+// User interaction is disabled by default.
 class UILabel : public UIView {
 public:
     explicit UILabel(const CGRect& frame = {});

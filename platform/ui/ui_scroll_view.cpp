@@ -14,7 +14,7 @@ ScrollRange scrollRange(CGFloat contentLength, CGFloat viewLength) {
     return {0, hidden > 0 ? hidden : 0}; // also for NaN
 }
 
-// The least movement that shows the span from `low` to `high`.
+// The nearest offset that shows the span from `low` to `high`.
 CGFloat offsetShowing(CGFloat offset, CGFloat viewLength, CGFloat low, CGFloat high) {
     if (low < offset || high - low > viewLength) {
         return low;
@@ -43,7 +43,7 @@ void UIScrollView::setContentOffset(const CGPoint& offset) {
 }
 
 void UIScrollView::moveContentTo(const CGPoint& offset) {
-    if (isSomewhereElse(offset)) {
+    if (isOtherOffset(offset)) {
         setBounds({offset, bounds().size});
         if (const auto receiver = delegate()) {
             receiver->scrollViewDidScroll(this);
@@ -51,19 +51,19 @@ void UIScrollView::moveContentTo(const CGPoint& offset) {
     }
 }
 
-bool UIScrollView::isSomewhereElse(const CGPoint& offset) const {
+bool UIScrollView::isOtherOffset(const CGPoint& offset) const {
     return offset != contentOffset() && std::isfinite(offset.x) && std::isfinite(offset.y);
 }
 
 void UIScrollView::scrollToShow(const CGRect& rect) {
     const CGPoint offset = contentOffset();
     const CGSize size = bounds().size;
-    setContentOffset(insideEdges(
+    setContentOffset(limitedOffset(
         {offsetShowing(offset.x, size.width, CGRectGetMinX(rect), CGRectGetMaxX(rect)),
          offsetShowing(offset.y, size.height, CGRectGetMinY(rect), CGRectGetMaxY(rect))}));
 }
 
-CGPoint UIScrollView::insideEdges(const CGPoint& offset) const {
+CGPoint UIScrollView::limitedOffset(const CGPoint& offset) const {
     return {clampedOffset(offset.x, horizontalRange()), clampedOffset(offset.y, verticalRange())};
 }
 
@@ -104,15 +104,15 @@ void UIScrollView::beginDrag() {
     }
 }
 
-void UIScrollView::dragBy(const CGPoint& way) {
+void UIScrollView::dragBy(const CGPoint& translation) {
     CGPoint offset = contentOffset();
     if (canMoveHorizontally()) {
-        offset.x =
-            bandedOffset(m_dragStart.x - way.x, horizontalRange(), m_bandSize.width, m_bounces);
+        offset.x = bandedOffset(m_dragStart.x - translation.x, horizontalRange(), m_bandSize.width,
+                                m_bounces);
     }
     if (canMoveVertically()) {
-        offset.y =
-            bandedOffset(m_dragStart.y - way.y, verticalRange(), m_bandSize.height, m_bounces);
+        offset.y = bandedOffset(m_dragStart.y - translation.y, verticalRange(), m_bandSize.height,
+                                m_bounces);
     }
     moveContentTo(offset);
 }
@@ -131,8 +131,8 @@ CGPoint UIScrollView::contentVelocity(const CGPoint& fingerVelocity) const {
     return velocity;
 }
 
-// The delegate gets the end of the drag before the motion begins. A drag or motion that it begins
-// meanwhile goes on instead; if it moves the content, the motion starts without velocity.
+// The delegate is notified before the motion begins. A drag or motion that the delegate begins
+// replaces the motion; where it moves the content, the motion begins without velocity.
 void UIScrollView::endDrag(const CGPoint& fingerVelocity, double time) {
     const CGPoint offset = contentOffset();
     const CGPoint velocity = contentVelocity(fingerVelocity);
@@ -164,11 +164,11 @@ bool UIScrollView::dragTo(const CGPoint& offset, double time) {
     if (m_isDragging) {
         moveContentTo(offset);
     }
-    const bool isHeld = m_isDragging;
-    if (isHeld) {
+    const bool isStillDragging = m_isDragging;
+    if (isStillDragging) {
         endDrag({}, time);
     }
-    return isHeld;
+    return isStillDragging;
 }
 
 // Motion.
@@ -230,7 +230,7 @@ void UIScrollView::advanceMotion(double time) {
     }
 }
 
-// The content goes on from where it was seen last, as fast as it was.
+// The content continues from the latest frame with its velocity.
 void UIScrollView::replanForNewEdges() {
     if (m_motion->across != horizontalRange() || m_motion->down != verticalRange()) {
         const double elapsed = m_motion->latest - m_motion->start;
@@ -241,8 +241,8 @@ void UIScrollView::replanForNewEdges() {
 void UIScrollView::settle() {
     m_isDragging = false;
     m_motion.reset();
-    const CGPoint inside = insideEdges(contentOffset());
-    if (isSomewhereElse(inside)) {
+    const CGPoint inside = limitedOffset(contentOffset());
+    if (isOtherOffset(inside)) {
         setBounds({inside, bounds().size});
     }
 }

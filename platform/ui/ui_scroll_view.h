@@ -17,12 +17,12 @@ public:
     virtual ~UIScrollViewDelegate() = default;
     virtual void scrollViewDidScroll(UIScrollView*) {}
     virtual void scrollViewWillBeginDragging(UIScrollView*) {}
-    // Once for each drag that began, when the finger lifts, with the offset of that moment; not for
-    // one whose finger was taken away. `willDecelerate`: the content goes on moving by itself.
+    // When the finger lifts, once for each drag that began, before the content moves on; not for a
+    // cancelled finger. `willDecelerate`: the content continues to move.
     virtual void scrollViewDidEndDragging(UIScrollView*, bool willDecelerate) {
         static_cast<void>(willDecelerate);
     }
-    // The motion has ended by itself. A finger or a new offset ends it without this message.
+    // The motion has reached its end. A finger or a new offset ends a motion without this message.
     virtual void scrollViewDidEndDecelerating(UIScrollView*) {}
 };
 
@@ -36,7 +36,7 @@ public:
     CGSize contentSize() const { return m_contentSize; }
     void setContentSize(CGSize size) { m_contentSize = size; }
     CGPoint contentOffset() const { return bounds().origin; }
-    // Taken as it is, also past an edge; ends a motion.
+    // Not limited to the edges. Ends a motion.
     void setContentOffset(const CGPoint& offset);
 
     bool isScrollEnabled() const { return m_scrollEnabled; }
@@ -48,8 +48,8 @@ public:
     bool alwaysBounceVertical() const { return m_alwaysBounceVertical; }
     void setAlwaysBounceVertical(bool bounces) { m_alwaysBounceVertical = bounces; }
 
-    // Moves the content as little as it takes to show the rectangle (in the view's coordinates);
-    // its top counts where it is too high. The content stays within its edges.
+    // Scrolls by the shortest distance that shows the rectangle (in the view's coordinates), or its
+    // top where it is higher than the view. The content stays within its edges.
     void scrollToShow(const CGRect& rect);
 
     // Whether a drag on that axis would move the content: scrolling is on, and the content is
@@ -57,18 +57,18 @@ public:
     bool canMoveHorizontally() const;
     bool canMoveVertically() const;
     bool isDragging() const { return m_isDragging; }
-    // The content moves by itself: deceleration or spring-back.
+    // The content moves without a finger: it decelerates or springs back.
     bool isDecelerating() const { return m_motion.has_value(); }
 
-    // As if a finger had dragged the content to that offset and lifted there at rest: the delegate
-    // gets both messages of a drag, then the content springs back. Nothing happens, and the
-    // answer is false, where a finger could not have done it. `time`: seconds of the frame clock.
+    // Has the effect of a finger that drags the content to that offset, rests and lifts: the
+    // delegate receives the messages of a drag, then the content springs back. False, without any
+    // effect, where a finger could not do that. `time`: seconds of the frame clock.
     bool dragTo(const CGPoint& offset, double time);
-    // Ends a drag and a motion at once, with the content inside its edges and without a message to
-    // the delegate.
+    // Ends a drag and a motion immediately, with the content within its edges and without messages
+    // to the delegate.
     void settle();
 
-    // Not owned; nothing is sent to a delegate that is gone.
+    // Not owned; may be destroyed before the view.
     std::shared_ptr<UIScrollViewDelegate> delegate() const { return m_delegate.lock(); }
     void setDelegate(std::weak_ptr<UIScrollViewDelegate> delegate) {
         m_delegate = std::move(delegate);
@@ -78,10 +78,10 @@ private:
     friend class TouchTracking;
     friend class UIWindow;
 
-    // The edges that it was planned for, and how each axis goes.
+    // The motion of both axes, and the edges that it was planned for.
     struct Motion {
         double start;  // seconds of the frame clock
-        double latest; // the frame that the content was moved for; the start before the first one
+        double latest; // the time of the latest frame; `start` before the first frame
         ScrollRange across;
         ScrollRange down;
         AxisMotion x;
@@ -92,20 +92,20 @@ private:
         CGPoint velocityAt(double elapsed) const;
     };
 
-    // Velocities are the finger's, in points a second.
+    // Velocities are points per second.
     void beginDrag();
-    void dragBy(const CGPoint& way); // since the beginning
+    void dragBy(const CGPoint& translation); // since beginDrag()
     void endDrag(const CGPoint& fingerVelocity, double time);
     void cancelDrag(double time);
 
     void stopMotion() { m_motion.reset(); }
-    void startMotion(const CGPoint& velocity, double time); // of the offset
-    void advanceMotion(double time);                        // of one that goes on
+    void startMotion(const CGPoint& velocity, double time); // velocity of the offset
+    void advanceMotion(double time);                        // there is a motion
     Motion plannedMotion(const CGPoint& velocity, double time) const;
     void replanForNewEdges();
     void moveContentTo(const CGPoint& offset);
-    bool isSomewhereElse(const CGPoint& offset) const;
-    CGPoint insideEdges(const CGPoint& offset) const;
+    bool isOtherOffset(const CGPoint& offset) const;
+    CGPoint limitedOffset(const CGPoint& offset) const;
     ScrollRange horizontalRange() const;
     ScrollRange verticalRange() const;
     CGPoint contentVelocity(const CGPoint& fingerVelocity) const;
@@ -117,8 +117,8 @@ private:
     bool m_alwaysBounceVertical = false;
     std::weak_ptr<UIScrollViewDelegate> m_delegate;
     bool m_isDragging = false;
-    CGPoint m_dragStart; // the offset without edges, when the drag began
-    CGSize m_bandSize;   // the view's, or more where the content was caught far out
+    CGPoint m_dragStart; // the unbanded offset at the beginning of the drag
+    CGSize m_bandSize;   // the lengths of the rubber band
     std::optional<Motion> m_motion;
 };
 

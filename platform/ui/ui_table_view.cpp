@@ -1,4 +1,4 @@
-// Rows are stored as running sums of their heights, so that bisection finds the visible ones.
+// Rows are stored as running sums of their heights, so that a bisection finds the visible rows.
 #include "platform/ui/ui_table_view.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr UIColor defaultSeparatorColor = {200.0 / 255, 199.0 / 255, 204.0 / 255, 1}; // #C8C7CC
 constexpr CGFloat defaultSeparatorLeftInset = 15;
-// More lines than any screen has pixels.
+// More separators than any screen has pixels.
 constexpr int mostEmptyRows = 100000;
 
 CGFloat usableHeight(CGFloat height) {
@@ -33,7 +33,7 @@ void settleScrollViewsBelow(const UIView& view) {
     }
 }
 
-// Holds a flag up for as long as it lives.
+// Sets a flag for as long as it lives.
 class Raised {
 public:
     explicit Raised(bool& flag)
@@ -91,21 +91,21 @@ void UITableView::reloadData() {
         return;
     }
     setNeedsLayout();
-    if (m_asking) { // called from within an answer: the running call ends first
+    if (m_isQuerying) { // called by the data source or the delegate: the running call ends first
         m_needsReload = true;
         return;
     }
     m_needsReload = false;
-    m_rows = askForRows(*source);
+    m_rows = queryRows(*source);
     for (const auto& [row, cell] : std::exchange(m_cells, {})) {
         recycleCell(cell);
     }
     setContentSize({bounds().size.width, m_rows.totalHeight()});
-    keepOffsetInside();
+    limitOffset();
 }
 
-UITableView::Rows UITableView::askForRows(UITableViewDataSource& source) {
-    const Raised asking(m_asking);
+UITableView::Rows UITableView::queryRows(UITableViewDataSource& source) {
+    const Raised asking(m_isQuerying);
     const NSInteger sections = std::max<NSInteger>(source.numberOfSectionsInTableView(this), 0);
     Rows rows{{0}, {}, {0}};
     for (NSInteger section = 0; section < sections; ++section) {
@@ -118,20 +118,20 @@ UITableView::Rows UITableView::askForRows(UITableViewDataSource& source) {
         const std::size_t count = rows.sectionStarts[section + 1] - rows.sectionStarts[section];
         for (std::size_t row = 0; row < count; ++row) {
             rows.heights.push_back(
-                askForHeight({static_cast<NSInteger>(section), static_cast<NSInteger>(row)}));
+                queryHeight({static_cast<NSInteger>(section), static_cast<NSInteger>(row)}));
             rows.tops.push_back(rows.tops.back() + rows.heights.back());
         }
     }
     return rows;
 }
 
-CGFloat UITableView::askForHeight(const NSIndexPath& indexPath) {
+CGFloat UITableView::queryHeight(const NSIndexPath& indexPath) {
     const auto delegate = m_tableDelegate.lock();
     return usableHeight(delegate ? delegate->heightForRowAtIndexPath(this, indexPath)
                                  : m_rowHeight);
 }
 
-void UITableView::keepOffsetInside() {
+void UITableView::limitOffset() {
     const CGFloat lowest = std::max(contentSize().height - bounds().size.height, 0.0);
     if (contentOffset().y > lowest) {
         setContentOffset({contentOffset().x, lowest});
@@ -175,7 +175,7 @@ std::optional<std::size_t> UITableView::rowNumber(const NSIndexPath& indexPath) 
 
 NSIndexPath UITableView::indexPathOfRow(std::size_t row) const {
     const auto& starts = m_rows.sectionStarts;
-    const auto next = std::upper_bound(starts.begin(), starts.end(), row); // past empty sections
+    const auto next = std::upper_bound(starts.begin(), starts.end(), row); // skips empty sections
     return {static_cast<NSInteger>(next - starts.begin()) - 1,
             static_cast<NSInteger>(row - *(next - 1))};
 }
@@ -212,8 +212,7 @@ std::optional<NSIndexPath> UITableView::indexPathForCell(const UITableViewCell& 
                                   : std::optional<NSIndexPath>(indexPathOfRow(found->first));
 }
 
-// The rows from the first visible one to the last; rows of no height between them belong to the
-// range.
+// The rows from the first to the last visible one, including rows without height between them.
 UITableView::RowRange UITableView::rowsInBounds() const {
     const CGFloat top = CGRectGetMinY(bounds());
     const CGFloat bottom = CGRectGetMaxY(bounds());
@@ -229,7 +228,7 @@ UITableView::RowRange UITableView::rowsInBounds() const {
 }
 
 void UITableView::layoutSubviews() {
-    if (m_asking) {
+    if (m_isQuerying) {
         setNeedsLayout();
         return;
     }
@@ -238,7 +237,7 @@ void UITableView::layoutSubviews() {
     }
     setContentSize({bounds().size.width, m_rows.totalHeight()});
     if (std::exchange(m_laidOutHeight, bounds().size.height) != bounds().size.height) {
-        keepOffsetInside();
+        limitOffset();
     }
     layoutRows();
 }
@@ -250,11 +249,12 @@ void UITableView::layoutRows() {
         removeUnusedCells();
         placeCells();
     } else {
-        setNeedsLayout(); // the rows are others now
+        setNeedsLayout(); // the rows have changed
     }
 }
 
-// A pulled row must neither act for the event that the cell shows next nor carry its offset there.
+// A pulled row must not run the action of the event that the cell shows next, nor start with its
+// offset.
 void UITableView::recycleCell(const Cell& cell) {
     if (UIWindow* top = window()) {
         top->stopScrollingBelow(*cell);
@@ -277,10 +277,10 @@ void UITableView::recycleCellsOutside(const RowRange& range) {
     }
 }
 
-// False where an answer changed the rows, which makes the range worthless.
+// False where the data source changed the rows, so that the range is invalid.
 bool UITableView::makeMissingCells(const RowRange& range) {
     const auto source = dataSource();
-    const Raised asking(m_asking);
+    const Raised asking(m_isQuerying);
     for (std::size_t row = range.first; source && row < range.end; ++row) {
         if (m_rows.heights[row] == 0 || m_cells.count(row) != 0) {
             continue;
@@ -289,7 +289,7 @@ bool UITableView::makeMissingCells(const RowRange& range) {
         if (!cell) {
             continue;
         }
-        forgetCell(cell);
+        detachFromRows(cell);
         m_cells.emplace(row, cell);
         cell->setNeedsLayout();
         if (m_needsReload) {
@@ -299,9 +299,9 @@ bool UITableView::makeMissingCells(const RowRange& range) {
     return true;
 }
 
-// A data source may give a cell for two rows, or one that it did not dequeue: it shows one row, and
-// is not handed out again meanwhile.
-void UITableView::forgetCell(const Cell& cell) {
+// A data source may return the same cell for two rows, or one that it did not dequeue. A cell shows
+// one row, and is not reusable at the same time.
+void UITableView::detachFromRows(const Cell& cell) {
     const auto shown = std::find_if(m_cells.begin(), m_cells.end(),
                                     [&cell](const auto& entry) { return entry.second == cell; });
     if (shown != m_cells.end()) {

@@ -1,4 +1,4 @@
-// The plain table: rows under each other, cells for the visible ones only.
+// A table of rows below each other, with cells for visible rows only.
 #pragma once
 
 #include <cstddef>
@@ -45,8 +45,8 @@ public:
     std::string_view className() const override { return "UITableView"; }
     UITableViewStyle style() const { return m_style; }
 
-    // Neither is owned. A table whose data source is gone stays as it is and asks nothing.
-    // After a change of either the next layout reloads.
+    // Neither is owned. A table whose data source was destroyed does not change. After a change of
+    // either, the next layout reloads.
     void setDataSource(std::weak_ptr<UITableViewDataSource> dataSource);
     std::shared_ptr<UITableViewDataSource> dataSource() const { return m_dataSource.lock(); }
     void setDelegate(std::weak_ptr<UITableViewDelegate> delegate);
@@ -57,16 +57,15 @@ public:
     void setSeparatorColor(const UIColor& color);
     const UIEdgeInsets& separatorInset() const { return m_separatorInset; }
     void setSeparatorInset(const UIEdgeInsets& inset);
-    // Of rows whose height no delegate gives, from the next reload on, and of the empty rows that
-    // fill the table below the last one.
+    // The height of rows without a delegate, from the next reload on, and of the empty rows below
+    // the last one.
     CGFloat rowHeight() const { return m_rowHeight; }
     void setRowHeight(CGFloat height) { m_rowHeight = height; }
 
-    // Asks for the counts and every row's height at once, and for cells at the next layout. A
-    // height that is below zero or no number counts as 0. An offset past the new end moves there.
+    // Queries the counts and the heights of all rows immediately, and cells at the next layout. A
+    // height that is negative or NaN counts as 0. An offset past the new end is moved to the end.
     void reloadData();
-    // A cell that is out of use, the one that has been so for the longest; null where there is
-    // none.
+    // The cell that has been unused for the longest time; null without an unused cell.
     std::shared_ptr<UITableViewCell> dequeueReusableCellWithIdentifier(std::string_view identifier);
 
     NSInteger numberOfSections() const;
@@ -88,9 +87,10 @@ private:
 
     // The rows of all sections, one after the other.
     struct Rows {
-        std::vector<std::size_t> sectionStarts; // the number of its first row; one more at the end
+        std::vector<std::size_t>
+            sectionStarts; // the number of each section's first row, and the end
         std::vector<CGFloat> heights;
-        std::vector<CGFloat> tops; // one more at the end
+        std::vector<CGFloat> tops; // of each row, and the end
 
         CGFloat totalHeight() const { return tops.back(); }
     };
@@ -99,19 +99,19 @@ private:
         std::size_t end;
     };
 
-    Rows askForRows(UITableViewDataSource& source);
-    CGFloat askForHeight(const NSIndexPath& indexPath);
+    Rows queryRows(UITableViewDataSource& source);
+    CGFloat queryHeight(const NSIndexPath& indexPath);
     std::optional<std::size_t> rowNumber(const NSIndexPath& indexPath) const;
     NSIndexPath indexPathOfRow(std::size_t row) const;
     CGRect rowRect(std::size_t row) const;
     RowRange rowsInBounds() const;
 
     void layoutRows();
-    void keepOffsetInside();
+    void limitOffset();
     void recycleCell(const Cell& cell);
     void recycleCellsOutside(const RowRange& range);
     bool makeMissingCells(const RowRange& range);
-    void forgetCell(const Cell& cell);
+    void detachFromRows(const Cell& cell);
     void placeCells();
     void removeUnusedCells();
     std::optional<UITableViewCellSeparator> separator();
@@ -125,12 +125,12 @@ private:
     CGFloat m_rowHeight = 44;
 
     Rows m_rows;
-    std::map<std::size_t, Cell> m_cells;                             // by row: those in use
+    std::map<std::size_t, Cell> m_cells;                             // in use, by row
     std::map<std::string, std::deque<Cell>, std::less<>> m_reusable; // by identifier
-    std::vector<Cell> m_recycled; // since the last layout; they may still be subviews
+    std::vector<Cell> m_recycled; // since the last layout; may still be subviews
     CGFloat m_laidOutHeight = 0;
     bool m_needsReload = true;
-    bool m_asking = false; // the data source or the delegate is being asked
+    bool m_isQuerying = false; // a call of the data source or the delegate is running
 };
 
 } // namespace quorvel::platform

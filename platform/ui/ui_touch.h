@@ -1,4 +1,4 @@
-// A finger on the screen, from the moment it comes down to the moment it lifts.
+// The touch of a finger, from the moment it comes down until it lifts.
 #pragma once
 
 #include <memory>
@@ -19,11 +19,11 @@ struct UITouchFields {
     int tapCount = 0;
     CGPoint locationInWindow; // points, in the window's coordinates
     CGPoint previousLocationInWindow;
-    std::shared_ptr<UIView> view;   // under the finger when it came down; null where there was none
-    std::weak_ptr<UIWindow> window; // may be gone
+    std::shared_ptr<UIView> view;   // where the finger came down; null: none
+    std::weak_ptr<UIWindow> window; // may be destroyed
     UITouchPhase phase = UITouchPhase::began;
     unsigned touchFlags = 0;
-    double timestamp = 0; // seconds, on the clock of the maker of the touch
+    double timestamp = 0; // seconds, of the clock of the touch's creator
 };
 
 class UITouch {
@@ -42,7 +42,7 @@ public:
     CGPoint locationInView(const UIView* view) const;
     CGPoint previousLocationInView(const UIView* view) const;
 
-    // The host has reported the finger at another place.
+    // The host has reported another location of the finger.
     void moveTo(const CGPoint& locationInWindow, double timestamp);
 
     const UITouchFields& fields() const { return m_fields; }
@@ -51,6 +51,6 @@ private:
     UITouchFields m_fields;
 };
 
-using UITouchSet = std::vector<std::shared_ptr<UITouch>>; // no touch twice, none null
+using UITouchSet = std::vector<std::shared_ptr<UITouch>>; // without duplicates; never null
 
 } // namespace quorvel::platform

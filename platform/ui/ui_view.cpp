@@ -1,5 +1,5 @@
-// Everything that walks a tree, but a touch that is passed on, does so with a list of its own
-// instead of calling itself, so that the depth of a tree is bounded by memory alone.
+// Functions that walk a tree use a list instead of recursion, so that only memory limits the depth
+// of a tree. The exception is a touch, which views pass on to each other.
 #include "platform/ui/ui_view.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace quorvel::platform {
 
 namespace {
 
-// Layouts that ask for another layout get it, but not for ever.
+// Limits layouts that request another layout.
 constexpr int mostLayoutPasses = 8;
 
 CGPoint plus(const CGPoint& a, const CGPoint& b) {
@@ -40,7 +40,7 @@ CGRect intersection(const CGRect& a, const CGRect& b) {
                       std::min(CGRectGetMaxY(a), CGRectGetMaxY(b)) - y);
 }
 
-// A view's place along one axis, and which parts of it are flexible.
+// A view's position and length along one axis, and its flexible parts.
 struct Span {
     CGFloat origin;
     CGFloat length;
@@ -52,7 +52,7 @@ struct Flexibility {
     bool after;
 };
 
-// The flexible parts share the change in proportion to their sizes, or evenly where they have none.
+// The flexible parts share the change in proportion to their lengths, or evenly where all are 0.
 Span resizedSpan(const Span& span, Flexibility flexible, CGFloat oldTotal, CGFloat newTotal) {
     const int parts = int{flexible.before} + int{flexible.length} + int{flexible.after};
     if (parts == 0) {
@@ -97,19 +97,18 @@ CGRect resizedFrame(const CGRect& frame, unsigned mask, CGSize oldSize, CGSize n
 
 } // namespace
 
-// A view whose own painting has begun and whose subviews are being painted.
+// A view whose subviews are being painted.
 struct UIView::OpenPainting {
     std::vector<std::shared_ptr<UIView>> subviews;
     std::size_t next;
-    std::optional<CGRect> clip; // in the view's own coordinates; absent: none known
+    std::optional<CGRect> clip; // in the view's own coordinates; absent: unknown
 };
 
 UIView::UIView(const CGRect& frame)
     : m_origin(frame.origin)
     , m_bounds{{}, frame.size} {}
 
-// A subview outlives this view where someone else owns it: it must not refer to a superview that is
-// gone.
+// A subview with another owner outlives this view, and must not refer to it afterwards.
 UIView::~UIView() {
     std::vector<std::shared_ptr<UIView>> orphans;
     const auto takeSubviews = [&orphans](UIView& view) {
@@ -123,7 +122,8 @@ UIView::~UIView() {
     while (!orphans.empty()) {
         const std::shared_ptr<UIView> view = std::move(orphans.back());
         orphans.pop_back();
-        if (view.use_count() == 1) { // it goes as well, and its subviews outside its destructor
+        if (view.use_count() ==
+            1) { // destroys its subviews here and not in its destructor, against deep recursion
             takeSubviews(*view);
         }
     }
@@ -190,11 +190,11 @@ void UIView::addSubview(const std::shared_ptr<UIView>& view) {
 }
 
 void UIView::insertSubview(const std::shared_ptr<UIView>& view, std::size_t index) {
-    // A view without subviews has no descendants, so the climb is seldom needed.
+    // Only a view with subviews can contain this one.
     if (!view || view.get() == this || (!view->m_subviews.empty() && isDescendantOfView(*view))) {
         return;
     }
-    // The argument may refer to an entry of a list that changes below.
+    // The argument may refer to an entry of a list that changes here.
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the copy owns the view
     const std::shared_ptr<UIView> added = view;
     UIWindow* oldWindow = added->window();
@@ -253,14 +253,14 @@ void UIView::setHidden(bool hidden) {
 
 void UIView::setNeedsLayout() {
     m_needsLayout = true;
-    // Where a view holds a due layout, all views above it do already.
+    // The flag of a view implies that of all views around it.
     for (UIView* view = this; view != nullptr && !view->m_holdsDueLayout;
          view = view->m_superview) {
         view->m_holdsDueLayout = true;
     }
 }
 
-// A view below may depend on the screen, which its window brings.
+// The layout of a descendant may depend on the screen, which the window provides.
 void UIView::setNeedsLayoutThroughout() {
     std::vector<UIView*> views = {this};
     while (!views.empty()) {
@@ -292,7 +292,7 @@ void UIView::layoutDueViews() {
     while (!due.empty()) {
         const std::shared_ptr<UIView> view = std::move(due.back());
         due.pop_back();
-        if (view->m_superview == nullptr) { // taken out by a layout before its own
+        if (view->m_superview == nullptr) { // removed by an earlier layout
             continue;
         }
         view->layoutOwnIfDue();
@@ -319,7 +319,7 @@ std::shared_ptr<UIView> UIView::hitTest(const CGPoint& point) {
     if (!takesTouches() || !pointInside(point)) {
         return nullptr;
     }
-    // A subview under the point always has an answer, itself at the least: no way leads back up.
+    // A subview under the point is a result itself, so the search never returns to a superview.
     std::shared_ptr<UIView> hit = shared_from_this();
     CGPoint hitPoint = point;
     for (;;) {
@@ -341,7 +341,7 @@ bool UIView::pointInside(const CGPoint& point) const {
     return CGRectContainsPoint(m_bounds, point);
 }
 
-// Where the view's (0, 0) lies in the coordinates of the top of its tree.
+// The view's (0, 0) in the coordinates of the root of its tree.
 CGPoint UIView::originInTree() const {
     CGPoint origin;
     for (const UIView* view = this; view->m_superview != nullptr; view = view->m_superview) {
@@ -365,7 +365,7 @@ bool UIView::canBeTouched() const {
     return view == nullptr;
 }
 
-// A touch message may take the view out of its tree.
+// A touch message may remove the view from its tree.
 std::shared_ptr<UIView> UIView::retainedSuperview() const {
     return m_superview != nullptr ? m_superview->weak_from_this().lock() : nullptr;
 }
@@ -400,7 +400,7 @@ bool UIView::isPainted(const std::optional<CGRect>& clip) const {
     if (m_hidden) {
         return false;
     }
-    // What a view shows outside its bounds may still be seen, unless it clips.
+    // A view that does not clip may show content outside its bounds.
     return !m_clipsToBounds || (!isEmpty(m_bounds) && (!clip || intersects(frame(), *clip)));
 }
 

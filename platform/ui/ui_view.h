@@ -1,4 +1,4 @@
-// The view: a retained tree of rectangles that lay themselves out, take hits and paint.
+// A node of a retained tree of rectangles, with layout, hit-testing and painting.
 #pragma once
 
 #include <cstddef>
@@ -19,7 +19,7 @@ namespace quorvel::platform {
 class UIEvent;
 class UIWindow;
 
-// Which parts of a view's place follow its superview's size; to be or-ed together.
+// The parts of a view's frame that follow its superview's size; flags that can be combined.
 enum UIViewAutoresizing : unsigned {
     UIViewAutoresizingNone = 0,
     UIViewAutoresizingFlexibleLeftMargin = 1U << 0U,
@@ -30,7 +30,7 @@ enum UIViewAutoresizing : unsigned {
     UIViewAutoresizingFlexibleBottomMargin = 1U << 5U,
 };
 
-// Always made with std::make_shared. A view owns its subviews; the superview is a back reference.
+// Create views with std::make_shared. A view owns its subviews, and refers to its superview.
 class UIView : public KeyValueCoding, public std::enable_shared_from_this<UIView> {
 public:
     explicit UIView(const CGRect& frame = {});
@@ -48,20 +48,20 @@ public:
     const CGRect& bounds() const { return m_bounds; }
     void setBounds(const CGRect& bounds);
 
-    UIView* superview() const { return m_superview; }              // null for the top of a tree
+    UIView* superview() const { return m_superview; }              // null for the root of a tree
     UIWindow* window();                                            // null outside a window
-    const std::vector<std::shared_ptr<UIView>>& subviews() const { // back first
+    const std::vector<std::shared_ptr<UIView>>& subviews() const { // from back to front
         return m_subviews;
     }
-    // Takes the view from its old superview. Nothing happens for null, or where a view would come
-    // to lie in itself.
+    // Removes the view from its old superview. Does nothing for null, and where the view would
+    // become its own descendant.
     void addSubview(const std::shared_ptr<UIView>& view);
-    // `index`: its place among the subviews afterwards; the front where that is too large.
+    // `index`: its index among the subviews afterwards; in front where that is too large.
     void insertSubview(const std::shared_ptr<UIView>& view, std::size_t index);
-    // Where a view leaves its window, drags and motions at and below it end at once, with the
-    // content inside its edges and without a message.
+    // Ends drags and motions at and below the view immediately, with the content within its edges
+    // and without messages.
     void removeFromSuperview();
-    bool isDescendantOfView(const UIView& view) const; // a view descends from itself
+    bool isDescendantOfView(const UIView& view) const; // true for the view itself
 
     std::int64_t tag() const { return m_tag; }
     void setTag(std::int64_t tag) { m_tag = tag; }
@@ -70,7 +70,7 @@ public:
     unsigned autoresizingMask() const { return m_autoresizingMask; }
     void setAutoresizingMask(unsigned mask) { m_autoresizingMask = mask; }
     bool isHidden() const { return m_hidden; }
-    // Hiding a view ends drags and motions at and below it, as if it left the window.
+    // Hiding a view ends drags and motions at and below it, like removing it.
     void setHidden(bool hidden);
     bool isUserInteractionEnabled() const { return m_userInteractionEnabled; }
     void setUserInteractionEnabled(bool enabled) { m_userInteractionEnabled = enabled; }
@@ -78,32 +78,30 @@ public:
     void setClipsToBounds(bool clips) { m_clipsToBounds = clips; }
 
     void setNeedsLayout();
-    // Lays out this view and everything below it where a layout is due.
+    // Lays out this view and its descendants where a layout is due.
     void layoutIfNeeded();
     virtual void layoutSubviews() {}
 
-    // The deepest view under the point (in this view's coordinates); null where there is none.
-    // Hidden views and those without interaction are skipped with everything below them.
+    // The innermost view under the point (in this view's coordinates); null: none. Skips hidden
+    // views and those without user interaction, together with their descendants.
     std::shared_ptr<UIView> hitTest(const CGPoint& point);
     virtual bool pointInside(const CGPoint& point) const;
-    // `view` null: the coordinates of the top of the tree.
+    // `view` null: the coordinates of the root of the tree.
     CGPoint convertPointToView(const CGPoint& point, const UIView* view) const;
 
-    // What happens to a touch that came down on this view, on the view itself first. Unless a class
-    // does something of its own, the message goes on to the superview, up to the window. A view
-    // goes on getting its touch while a scroll view moves with it.
+    // The messages of a touch that began on this view. The default passes each one on to the
+    // superview, up to the window. The messages continue while a scroll view follows the finger.
     virtual void touchesBegan(const UITouchSet& touches, UIEvent& event);
     virtual void touchesMoved(const UITouchSet& touches, UIEvent& event);
     virtual void touchesEnded(const UITouchSet& touches, UIEvent& event);
     virtual void touchesCancelled(const UITouchSet& touches, UIEvent& event);
-    // Whether a finger on it would reach it: neither it nor a view above it is hidden or without
-    // interaction.
+    // Whether neither this view nor a view that contains it is hidden or without user interaction.
     bool canBeTouched() const;
 
-    // Paints this view and its subviews, as they are laid out now; the context's origin is the
-    // view's bounds origin.
+    // Paints this view and its descendants with their current layout. The context's origin is the
+    // origin of the view's bounds.
     void render(GraphicsContext& context);
-    virtual void drawRect(GraphicsContext&) {} // its own content, where it has a size
+    virtual void drawRect(GraphicsContext&) {} // the view's own content; not called without a size
 
 private:
     struct OpenPainting;
@@ -123,7 +121,7 @@ private:
 
     UIView* m_superview = nullptr;
     std::vector<std::shared_ptr<UIView>> m_subviews;
-    CGPoint m_origin; // the frame's
+    CGPoint m_origin; // of the frame
     CGRect m_bounds;
     std::int64_t m_tag = 0;
     std::optional<UIColor> m_backgroundColor;

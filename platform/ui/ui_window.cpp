@@ -13,7 +13,7 @@ UIWindow::UIWindow(const CGRect& frame, const Screen& screen)
     : UIView(frame)
     , m_screen(screen) {}
 
-// Views that outlive their window are not left half pulled.
+// Views that outlive their window must not stay pulled.
 UIWindow::~UIWindow() {
     stopScrollingBelow(*this);
 }
@@ -67,7 +67,7 @@ void UIWindow::beginTracking(const FingerReport& report) {
     }
 }
 
-// Reports the last way while the finger is still down, as the receiver may cancel the touch.
+// Reports the last movement while the finger is still down, as the receiver may cancel the touch.
 void UIWindow::liftFinger(const std::shared_ptr<TouchTracking>& tracking,
                           const FingerReport& report) {
     if (report.location != tracking->location()) {

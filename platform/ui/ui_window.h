@@ -1,4 +1,4 @@
-// The top of a view tree on a screen. It takes the host's input and frame times.
+// The root of a tree of views on a screen. It receives the host's input and frame times.
 #pragma once
 
 #include <cstdint>
@@ -14,8 +14,8 @@ class Screen;
 class TouchTracking;
 class UIScrollView;
 
-// The host's report of a finger. Times are seconds on the host's frame clock, the same that
-// advance() is given; they never run backwards.
+// The host's report of a finger. Times are seconds of the host's frame clock, as for advance(), and
+// never decrease.
 struct FingerReport {
     std::int64_t finger = 0; // identifies the finger
     UITouchPhase phase = UITouchPhase::began;
@@ -23,9 +23,9 @@ struct FingerReport {
     double time = 0;
 };
 
-// A finger that comes down stops what moves under it. Beyond a slop of 10 points it drags: the
-// dominant axis decides, and the deepest scroll view under the finger that can move on that axis
-// moves with it, alone, until the finger lifts. A second finger is ignored.
+// A finger that comes down stops the motions under it. After a slop of 10 points it drags the
+// innermost scroll view under it that can move along the dominant axis, and only that one, until it
+// lifts. A second finger is ignored.
 class UIWindow : public UIView {
 public:
     // The screen outlives the window.
@@ -36,20 +36,19 @@ public:
     const Screen& screen() const { return m_screen; }
 
     void sendFinger(const FingerReport& report);
-    // As if the finger that is down were taken away by the system: no action runs.
+    // The system has taken the finger away: no action runs.
     void cancelFinger(double time);
     bool isFingerDown() const;
-    // The scroll view that the finger drags; null where it drags none.
+    // The scroll view that the finger drags; null: none.
     std::shared_ptr<UIScrollView> draggedScrollView() const;
 
-    // Moves every moving scroll view to its place at that time, which does not depend on how often
-    // this is called. True while something goes on moving. A time that is no number moves nothing.
+    // Advances all motions to that time; the result does not depend on how often this is called.
+    // True while something still moves. NaN moves nothing.
     bool advance(double time);
     bool isMoving() const;
 
-    // The view has left the window or shows something else from now on: drags and motions at and
-    // below it end at once with the content inside its edges, the finger goes on without them, and
-    // their delegates get no message.
+    // For a view that leaves the window or shows other content: ends drags and motions at and below
+    // it immediately, with the content within its edges and without messages to delegates.
     void stopScrollingBelow(const UIView& view);
 
 private:
@@ -60,11 +59,11 @@ private:
     void liftFinger(const std::shared_ptr<TouchTracking>& tracking, const FingerReport& report);
 
     const Screen& m_screen;
-    // Apart, because the reports of one frame may reach the window after the frame's time.
+    // Separate, as reports may arrive after the time of their frame.
     double m_fingerTime = 0;
     double m_frameTime = 0;
     std::shared_ptr<TouchTracking> m_tracking;         // null while no finger is down
-    std::vector<std::weak_ptr<UIScrollView>> m_active; // dragged or moving now, or earlier
+    std::vector<std::weak_ptr<UIScrollView>> m_active; // are or were dragged or moving
 };
 
 } // namespace quorvel::platform

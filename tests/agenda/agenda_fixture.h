@@ -1,5 +1,5 @@
 // What the tests of the widget share: a platform in memory, settings as a process starts with them,
-// and short ways to say what stands in the files and calendars. Day 0 is Monday, 2001-01-01.
+// and short functions that fill the files and calendars. Day 0 is Monday, 2001-01-01.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -195,7 +195,7 @@ TEST_F(QuorvelViewTest, HasNothingForTheRowsOfTheFirstTableThatAreGone) {
     first->setContentOffset({0, 100});
     first->setContentOffset({0, 0});
     view->layoutIfNeeded();
-    first->reloadData(); // somebody tells it in the end
+    first->reloadData(); // the test requests it in the end
     EXPECT_EQ(first->numberOfRowsInSection(0), 1);
 }
 

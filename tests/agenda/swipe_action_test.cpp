@@ -143,7 +143,7 @@ TEST_F(SwipeActionTest, LaunchesNothingWhereTheShellLacksAClass) {
     run(SwipeAction::launchApplication);
     EXPECT_THAT(memory.homeScreenShell.activated, IsEmpty());
 
-    memory.homeScreenShell.hasUIController = true; // looked for each time
+    memory.homeScreenShell.hasUIController = true; // checked each time
     run(SwipeAction::launchApplication);
     EXPECT_THAT(memory.homeScreenShell.activated, ElementsAre("org.example.App"));
 }
@@ -335,10 +335,10 @@ TEST_F(PulledRowTest, DoesNothingForARowThatIsGone) {
         setSettings({{"swipeAction", plist(action)}, {"customLaunchAppBundleID", plist("A")}});
         view->reloadItems();
         for (const std::int64_t tag : {std::int64_t{1}, std::int64_t{-1}, std::int64_t{1} << 62}) {
-            UIScrollView gone(CGRectMake(0, 0, 10, 10));
-            gone.setTag(tag);
-            gone.setContentOffset({-100, 0});
-            view->scrollViewDidEndDragging(&gone, true);
+            UIScrollView destroyed(CGRectMake(0, 0, 10, 10));
+            destroyed.setTag(tag);
+            destroyed.setContentOffset({-100, 0});
+            view->scrollViewDidEndDragging(&destroyed, true);
         }
     }
     EXPECT_THAT(opened(), IsEmpty());

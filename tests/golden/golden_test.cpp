@@ -1,5 +1,5 @@
 // Draws the same agenda in five settings, four locales and two scales with the real command, and
-// compares it with pictures that were looked at (tools/make-goldens draws them anew).
+// compares it with pictures that a person has checked (tools/make-goldens draws them anew).
 
 #include <cairo.h>
 #include <gtest/gtest.h>

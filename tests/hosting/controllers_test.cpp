@@ -213,10 +213,10 @@ TEST_F(ControllerNewTest, SendsAHostOnlyWhatItKnows) {
     controller->view();
     controller->hostWillPresent();
     EXPECT_THAT(host.messages, ElementsAre("invalidate"));
-    // Nothing asked for the size, so the sign of no rows is still there.
+    // Nothing has requested the size, so it still has the mark for no rows.
     EXPECT_EQ(controller->totalHeight(), -1);
 
-    host.updates = true; // the host is asked each time
+    host.updates = true; // the controller checks the host each time
     host.invalidates = false;
     host.messages.clear();
     controller->hostWillPresent();

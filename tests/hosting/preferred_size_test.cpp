@@ -5,10 +5,10 @@
 namespace quorvel {
 namespace {
 
-void expectHeight(double totalHeight, double maxHeight, bool limit, double height, double kept) {
+void expectHeight(double totalHeight, double maxHeight, bool limit, double height, double stored) {
     const PreferredHeight preferred = preferredHeight(totalHeight, maxHeight, limit);
     EXPECT_EQ(preferred.height, height);
-    EXPECT_EQ(preferred.totalHeight, kept);
+    EXPECT_EQ(preferred.totalHeight, stored);
 }
 
 TEST(PreferredSize, IsTheLargestBeforeTheFirstMeasurement) {

@@ -20,7 +20,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-// What a view was told of a touch. Nothing is held that holds the view.
+// A message of a touch to a view. It owns nothing that owns the view.
 struct TouchMessage {
     std::string name;
     std::weak_ptr<UITouch> touch;
@@ -28,7 +28,7 @@ struct TouchMessage {
     std::weak_ptr<UIWindow> window;
     UITouchPhase phase; // at that moment, as everything below
     CGPoint locationInWindow;
-    CGPoint location; // in the view that was told
+    CGPoint location; // in the coordinates of the view
     double timestamp;
     std::size_t recordSize;
 };

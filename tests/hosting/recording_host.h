@@ -1,4 +1,4 @@
-// A widget host that writes down what it is told, and may lack either operation.
+// A widget host that records the messages of the widget, and may lack either operation.
 #pragma once
 
 #include <string>

@@ -21,10 +21,10 @@ TEST(FingerPathTest, DragsBeyondTenPoints) {
     EXPECT_EQ(pathTo({100, 89.999}).axis(), DragAxis::vertical);
 }
 
-TEST(FingerPathTest, TheAxisOfTheLongerWayDecides) {
+TEST(FingerPathTest, TheAxisOfTheLongerDistanceDecides) {
     EXPECT_EQ(pathTo({120, 119}).axis(), DragAxis::horizontal);
     EXPECT_EQ(pathTo({119, 80}).axis(), DragAxis::vertical);
-    EXPECT_EQ(pathTo({120, 120}).axis(), DragAxis::vertical); // as long
+    EXPECT_EQ(pathTo({120, 120}).axis(), DragAxis::vertical); // the same distance
     EXPECT_EQ(pathTo({80, 120}).axis(), DragAxis::vertical);
 }
 
@@ -34,22 +34,22 @@ TEST(FingerPathTest, DecidesOnce) {
     EXPECT_EQ(path.axis(), DragAxis::horizontal);
 }
 
-TEST(FingerPathTest, LeavesTheSlopOutOfTheWay) {
-    EXPECT_EQ(pathTo({130, 107}).way(), (CGPoint{20, 7}));
-    EXPECT_EQ(pathTo({70, 93}).way(), (CGPoint{-20, -7}));
-    EXPECT_EQ(pathTo({107, 130}).way(), (CGPoint{7, 20}));
+TEST(FingerPathTest, LeavesTheSlopOutOfTheTranslation) {
+    EXPECT_EQ(pathTo({130, 107}).translation(), (CGPoint{20, 7}));
+    EXPECT_EQ(pathTo({70, 93}).translation(), (CGPoint{-20, -7}));
+    EXPECT_EQ(pathTo({107, 130}).translation(), (CGPoint{7, 20}));
     FingerPath path = pathTo({130, 100});
     path.add({80, 100}, 2); // back beyond the start
-    EXPECT_EQ(path.way(), (CGPoint{-30, 0}));
+    EXPECT_EQ(path.translation(), (CGPoint{-30, 0}));
 }
 
-TEST(FingerPathTest, TheWayDoesNotDependOnHowOftenItIsReported) {
+TEST(FingerPathTest, TheTranslationDoesNotDependOnTheNumberOfReports) {
     FingerPath path({100, 100}, 0);
     for (int i = 1; i <= 400; ++i) {
         path.add({100 + 0.25 * i, 100}, 0.001 * i);
     }
-    EXPECT_EQ(path.way(), pathTo({200, 100}).way());
-    EXPECT_EQ(path.way(), (CGPoint{90, 0}));
+    EXPECT_EQ(path.translation(), pathTo({200, 100}).translation());
+    EXPECT_EQ(path.translation(), (CGPoint{90, 0}));
 }
 
 TEST(FingerPathTest, HasTheSpeedOfTheLastTenthOfASecond) {
@@ -72,7 +72,7 @@ TEST(FingerPathTest, HasNoSpeedAfterARest) {
     EXPECT_EQ(path.velocity(), CGPoint{});
 }
 
-TEST(FingerPathTest, IsNoFasterThanAFingerCanBe) {
+TEST(FingerPathTest, LimitsTheVelocity) {
     FingerPath path({0, 0}, 0);
     path.add({300, -300}, 1e-6);
     EXPECT_EQ(path.velocity(), (CGPoint{20000, -20000}));
@@ -82,7 +82,7 @@ TEST(FingerPathTest, IsNoFasterThanAFingerCanBe) {
     EXPECT_EQ(path.velocity(), (CGPoint{20000, 0}));
 }
 
-TEST(FingerPathTest, OfOneMomentTheLastReportCounts) {
+TEST(FingerPathTest, TheLastReportOfAMomentCounts) {
     FingerPath path({0, 0}, 5);
     for (int i = 0; i < 1000; ++i) {
         path.add({static_cast<CGFloat>(i), 0}, 5);

@@ -1,4 +1,4 @@
-// A list with a row to put fingers on, and what the views hear of them.
+// A list with a row, a finger that touches them, and a record of the messages of their delegates.
 #pragma once
 
 #include <cstdint>
@@ -68,7 +68,8 @@ struct FingerStage {
 
 class FingerTest : public testing::Test, protected FingerStage {};
 
-// A finger's way, less the slop, that pulls a view of 320 points by 80: 193.94 * 0.55 / 320 = 1/3.
+// The finger's distance without the slop that moves a row 320 points wide by 80: 193.94 * 0.55 /
+// 320 = 1/3.
 constexpr CGFloat wayOfEighty = 193.939393939393939;
 
 } // namespace quorvel::platform

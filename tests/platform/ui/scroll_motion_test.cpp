@@ -9,11 +9,11 @@
 namespace quorvel::platform {
 namespace {
 
-constexpr ScrollRange noWay{0, 0};
-constexpr ScrollRange longWay{0, 10000};
+constexpr ScrollRange emptyRange{0, 0};
+constexpr ScrollRange longRange{0, 10000};
 
-TEST(AxisMotionTest, GlidesHalfASecondOfItsSpeed) {
-    const AxisMotion motion(100, 1000, longWay, true);
+TEST(AxisMotionTest, DeceleratesOverHalfASecondOfItsSpeed) {
+    const AxisMotion motion(100, 1000, longRange, true);
     EXPECT_FALSE(motion.isAtRest());
     EXPECT_DOUBLE_EQ(motion.offsetAt(0), 100);
     EXPECT_NEAR(motion.offsetAt(0.001), 100.998, 1e-6); // 499 * 0.002
@@ -25,29 +25,29 @@ TEST(AxisMotionTest, GlidesHalfASecondOfItsSpeed) {
     EXPECT_DOUBLE_EQ(motion.velocityAt(10), 0);
 }
 
-TEST(AxisMotionTest, GlidesBackAsWell) {
-    const AxisMotion motion(5000, -2000, longWay, true);
+TEST(AxisMotionTest, DeceleratesBackwardsToo) {
+    const AxisMotion motion(5000, -2000, longRange, true);
     EXPECT_NEAR(motion.offsetAt(0.001), 4998.004, 1e-9);
     EXPECT_DOUBLE_EQ(motion.end(), 4002);
 }
 
-TEST(AxisMotionTest, RestsWhereNothingIsLeftToGo) {
-    const AxisMotion slow(100, 1, longWay, true); // 0.499 points
+TEST(AxisMotionTest, RestsWhereLessThanHalfAPointRemains) {
+    const AxisMotion slow(100, 1, longRange, true); // 0.499 points
     EXPECT_TRUE(slow.isAtRest());
     EXPECT_DOUBLE_EQ(slow.duration(), 0);
     EXPECT_DOUBLE_EQ(slow.offsetAt(0), 100);
-    EXPECT_TRUE(AxisMotion(0, 0, noWay, true).isAtRest());
+    EXPECT_TRUE(AxisMotion(0, 0, emptyRange, true).isAtRest());
 }
 
-TEST(AxisMotionTest, IsNotAtRestPastAnEdgeHoweverNear) {
-    const AxisMotion motion(-0.25, 0, noWay, true);
+TEST(AxisMotionTest, IsNeverAtRestPastAnEdge) {
+    const AxisMotion motion(-0.25, 0, emptyRange, true);
     EXPECT_FALSE(motion.isAtRest());
     EXPECT_DOUBLE_EQ(motion.duration(), 0);
     EXPECT_DOUBLE_EQ(motion.offsetAt(0), 0);
 }
 
 TEST(AxisMotionTest, SpringsBackFromRestWithoutSwinging) {
-    const AxisMotion motion(-100, 0, noWay, true);
+    const AxisMotion motion(-100, 0, emptyRange, true);
     EXPECT_DOUBLE_EQ(motion.offsetAt(0), -100);
     EXPECT_NEAR(motion.offsetAt(0.1), -73.575888, 1e-6); // e^-1 * 200
     EXPECT_NEAR(motion.offsetAt(0.5), -4.042768, 1e-6);  // e^-5 * 600
@@ -59,8 +59,8 @@ TEST(AxisMotionTest, SpringsBackFromRestWithoutSwinging) {
     }
 }
 
-TEST(AxisMotionTest, GoesOverTheEdgeAndComesBack) {
-    // 49.9 points of a way of 499 are there: a tenth of the speed is gone at the edge.
+TEST(AxisMotionTest, MovesPastTheEdgeAndReturns) {
+    // The edge is 49.9 points away, of a distance of 499: there a tenth of the speed is lost.
     const AxisMotion motion(450.1, 1000, {0, 500}, true);
     const double atEdge = std::log(0.9) / (1000 * std::log(0.998)); // 0.05263 s
     EXPECT_NEAR(motion.offsetAt(atEdge), 500, 1e-6);
@@ -76,16 +76,16 @@ TEST(AxisMotionTest, StopsAtTheEdgeWithoutABounce) {
     EXPECT_DOUBLE_EQ(motion.offsetAt(1), 500);
 }
 
-TEST(AxisMotionTest, BouncesAtOnceWhereItStandsAtTheEdge) {
-    const AxisMotion motion(0, -900, noWay, true);
+TEST(AxisMotionTest, BouncesImmediatelyAtTheEdge) {
+    const AxisMotion motion(0, -900, emptyRange, true);
     EXPECT_NEAR(motion.offsetAt(0.1), -33.109150, 1e-6);
     EXPECT_DOUBLE_EQ(motion.end(), 0);
-    EXPECT_TRUE(AxisMotion(0, -900, noWay, false).isAtRest());
+    EXPECT_TRUE(AxisMotion(0, -900, emptyRange, false).isAtRest());
 }
 
 // e^-10t * (-50 + 500t) until a tenth of a second, where the speed is 500/e.
-TEST(AxisMotionTest, GoesOnIntoTheViewFromPastItsEdge) {
-    const AxisMotion motion(-50, 1000, longWay, true);
+TEST(AxisMotionTest, ContinuesIntoTheViewFromPastItsEdge) {
+    const AxisMotion motion(-50, 1000, longRange, true);
     EXPECT_NEAR(motion.offsetAt(0.05), -15.163266, 1e-6); // -25 * e^-0.5
     EXPECT_NEAR(motion.offsetAt(0.1), 0, 1e-6);
     EXPECT_NEAR(motion.velocityAt(0.1 - 1e-9), 183.939721, 1e-3);
@@ -104,26 +104,27 @@ TEST(AxisMotionTest, ReachesTheOtherEdgeFromPastTheFirst) {
     EXPECT_DOUBLE_EQ(motion.end(), 40);
 }
 
-TEST(AxisMotionTest, SwingsAboutItsEdgeWhereThereIsNoWay) {
-    const AxisMotion motion(-50, 1000, noWay, true);
+TEST(AxisMotionTest, SwingsAroundItsEdgeInAnEmptyRange) {
+    const AxisMotion motion(-50, 1000, emptyRange, true);
     EXPECT_NEAR(motion.offsetAt(0.2), 6.766764, 1e-6); // 50 * e^-2
     EXPECT_DOUBLE_EQ(motion.offsetAt(motion.duration()), 0);
 }
 
-TEST(AxisMotionTest, StopsAtItsEdgeWhereThereIsNoWayWithoutABounce) {
-    const AxisMotion motion(-50, 1000, noWay, false);
+TEST(AxisMotionTest, StopsAtItsEdgeInAnEmptyRangeWithoutABounce) {
+    const AxisMotion motion(-50, 1000, emptyRange, false);
     EXPECT_DOUBLE_EQ(motion.duration(), 0.1);
     EXPECT_NEAR(motion.offsetAt(0.05), -15.163266, 1e-6);
     EXPECT_DOUBLE_EQ(motion.offsetAt(0.2), 0);
 }
 
-// From inside or outside, in or out, slow or fast: no jump, and one turn at the most.
-TEST(AxisMotionTest, NeverJumpsAndNeverSwingsToAndFro) {
+// From any offset and with any velocity: no jump, and at most one change of direction.
+TEST(AxisMotionTest, NeverJumpsAndTurnsAtMostOnce) {
     constexpr double step = 0.001;
     for (const CGFloat offset : {-400.0, -50.0, 0.0, 250.0, 500.0, 580.0, 900.0}) {
         for (const CGFloat speed : {-20000.0, -1000.0, -60.0, 0.0, 60.0, 1000.0, 20000.0}) {
             const AxisMotion motion(offset, speed, {0, 500}, true);
-            const CGFloat fastest = std::abs(speed) + 10 * 400; // the spring's own, at the most
+            const CGFloat fastest =
+                std::abs(speed) + 10 * 400; // includes the greatest speed of the spring
             ASSERT_LT(motion.duration(), 10);
             int turns = 0;
             CGFloat lastWay = 0;
@@ -138,13 +139,13 @@ TEST(AxisMotionTest, NeverJumpsAndNeverSwingsToAndFro) {
     }
 }
 
-TEST(AxisMotionTest, EndsAtTheEdgeThatItComesBackToSlowly) {
-    const AxisMotion motion(-50, 600, longWay, true); // 100 * e^-5 a second at the edge
+TEST(AxisMotionTest, EndsAtTheEdgeAfterASlowReturn) {
+    const AxisMotion motion(-50, 600, longRange, true); // 100 * e^-5 a second at the edge
     EXPECT_DOUBLE_EQ(motion.end(), 0);
     EXPECT_LT(motion.duration(), 1);
 }
 
-TEST(AxisMotionTest, EndsWhateverItsSpeedIs) {
+TEST(AxisMotionTest, EndsWithAnySpeed) {
     constexpr CGFloat infinity = std::numeric_limits<CGFloat>::infinity();
     constexpr CGFloat noNumber = std::numeric_limits<CGFloat>::quiet_NaN();
     for (const CGFloat speed : {1e9, -1e300, infinity, -infinity, noNumber}) {

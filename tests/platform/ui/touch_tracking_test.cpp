@@ -1,4 +1,4 @@
-// Which scroll view follows a finger, and where it goes.
+// Which scroll view follows a finger, and how far.
 #include "platform/ui/touch_tracking.h"
 
 #include <cstddef>
@@ -55,7 +55,7 @@ TEST_F(DragTest, PullsToTheLeftAsWell) {
     EXPECT_NEAR(row->contentOffset().x, 80, 1e-9);
 }
 
-TEST_F(DragTest, CountsTheSlopOnceHoweverOftenTheFingerIsReported) {
+TEST_F(DragTest, CountsTheSlopOnce) {
     down(50, 30);
     for (CGFloat x = 51; x <= 150; x += 1) {
         move(x, 30, x / 1000);
@@ -93,14 +93,14 @@ TEST_F(DragTest, PullsTheListPastItsEdges) {
     EXPECT_NEAR(list->contentOffset().y, 644.048943, 1e-6);
 }
 
-TEST_F(DragTest, IsTheListsWhereBothWaysAreAsLong) {
+TEST_F(DragTest, MovesTheListWhereBothDistancesAreEqual) {
     down(50, 30);
     move(35, 15);
     EXPECT_EQ(window->draggedScrollView(), list);
     EXPECT_DOUBLE_EQ(list->contentOffset().y, 5);
 }
 
-TEST_F(DragTest, IsDecidedOnceForAll) {
+TEST_F(DragTest, IsDecidedOnce) {
     down(50, 30);
     move(50, 15); // up the row, which cannot move so: the list it is
     EXPECT_EQ(window->draggedScrollView(), list);
@@ -120,7 +120,7 @@ TEST_F(DragTest, MovesNothingWhereNoViewCanMove) {
     down(50, 200); // below the row: the list does not move sideways
     move(150, 200);
     EXPECT_EQ(window->draggedScrollView(), nullptr);
-    move(150, 100); // nor is it asked again
+    move(150, 100); // and is not decided again
     EXPECT_DOUBLE_EQ(list->contentOffset().y, 0);
     up(150, 100);
     EXPECT_THAT(listDelegate->ends, IsEmpty());
@@ -133,7 +133,7 @@ TEST_F(DragTest, FollowsOnEveryAxisOnWhichTheViewCanMove) {
     EXPECT_EQ(list->contentOffset(), (CGPoint{50, 70})); // the slop is the deciding axis's
 }
 
-TEST_F(DragTest, IsTheNextViewsWhereTheDeepestDoesNotScroll) {
+TEST_F(DragTest, MovesTheNextViewWhereTheInnermostDoesNotScroll) {
     row->setScrollEnabled(false);
     down(50, 30);
     move(250, 30);
@@ -176,7 +176,7 @@ protected:
     std::shared_ptr<UIScrollView> page = std::make_shared<UIScrollView>(CGRectMake(0, 0, 320, 400));
 };
 
-TEST_F(NestedDragTest, TheDeepestThatCanMoveFollows) {
+TEST_F(NestedDragTest, TheInnermostThatCanMoveFollows) {
     down(50, 30);
     move(150, 30);
     EXPECT_EQ(window->draggedScrollView(), row);
@@ -197,14 +197,14 @@ TEST_F(NestedDragTest, ThePageFollowsWhereTheListCannot) {
     EXPECT_THAT(listDelegate->ends, IsEmpty());
 }
 
-TEST_F(NestedDragTest, TheListHoldsAlsoAtItsEdge) {
+TEST_F(NestedDragTest, TheListFollowsAtItsEdgeToo) {
     down(50, 200);
     move(50, 300); // down at the top: the list's own rubber band
     EXPECT_EQ(window->draggedScrollView(), list);
     EXPECT_DOUBLE_EQ(page->contentOffset().y, 0);
 }
 
-TEST_F(DragTest, IsTheFirstFingersAlone) {
+TEST_F(DragTest, FollowsTheFirstFingerOnly) {
     down(50, 30);
     send(UITouchPhase::began, 50, 200, 0.1, 2);
     send(UITouchPhase::moved, 50, 100, 0.2, 2);
@@ -243,7 +243,7 @@ TEST_F(DragTest, EndsOnceForEachThatBegan) {
     EXPECT_THAT(rowDelegate->ends, IsEmpty());
 }
 
-TEST_F(DragTest, EndsWithoutAWordWhereItIsCancelled) {
+TEST_F(DragTest, EndsWithoutAMessageWhereItIsCancelled) {
     down(50, 30);
     move(300, 30);
     EXPECT_LT(row->contentOffset().x, -80);
@@ -268,7 +268,7 @@ TEST_F(DragTest, StaysWhereItIsCancelledWithinItsEdges) {
     EXPECT_THAT(listDelegate->ends, IsEmpty());
 }
 
-TEST_F(DragTest, EndsWithoutAWordWhereTheSameFingerComesDownAgain) {
+TEST_F(DragTest, EndsWithoutAMessageWhereTheSameFingerComesDownAgain) {
     down(50, 30);
     move(300, 30);
     down(50, 30, 3);
@@ -290,7 +290,7 @@ TEST_F(DragTest, StaysInsideWithoutBounces) {
     EXPECT_FALSE(window->isMoving());
 }
 
-TEST_F(DragTest, OfAFarAwayFingerStaysInTheView) {
+TEST_F(DragTest, StaysInTheViewForAFarAwayFinger) {
     down(50, 30);
     move(1e300, 30);
     EXPECT_DOUBLE_EQ(row->contentOffset().x, -320);
@@ -323,7 +323,7 @@ TEST_F(DragTest, EndsAtOnceWhereAViewAboveLeavesTheWindow) {
     EXPECT_FALSE(row->isDragging());
     EXPECT_EQ(row->contentOffset(), CGPoint{});
     window->addSubview(list);
-    move(200, 30, 1.5); // the finger has lost it
+    move(200, 30, 1.5); // the finger no longer moves it
     EXPECT_EQ(row->contentOffset(), CGPoint{});
 }
 
@@ -347,7 +347,7 @@ TEST_F(DragTest, EndsAtOnceWhereTheViewOrOneAboveIsHidden) {
         EXPECT_FALSE(row->isDragging());
         EXPECT_EQ(row->contentOffset(), CGPoint{});
         hidden->setHidden(false);
-        move(310, 30); // the finger has lost it
+        move(310, 30); // the finger no longer moves it
         up(310, 30);
         EXPECT_EQ(row->contentOffset(), CGPoint{});
     }
@@ -386,7 +386,7 @@ TEST_F(DragTest, DoesNotBeginOnAViewThatHasLeft) {
     EXPECT_EQ(row->contentOffset(), CGPoint{});
 }
 
-TEST_F(DragTest, LeavesNothingPulledWhereTheWindowGoes) {
+TEST_F(DragTest, LeavesNothingPulledWhenTheWindowIsDestroyed) {
     down(50, 30);
     move(300, 30);
     const int scrolled = rowDelegate->scrolled;
@@ -397,7 +397,7 @@ TEST_F(DragTest, LeavesNothingPulledWhereTheWindowGoes) {
     EXPECT_EQ(row->contentOffset(), CGPoint{});
 }
 
-TEST_F(DragTest, TheWholeTreeMayGoWithTheWindow) {
+TEST_F(DragTest, TheWholeTreeMayBeDestroyedWithTheWindow) {
     down(50, 30);
     move(300, 30);
     row.reset();
@@ -406,7 +406,7 @@ TEST_F(DragTest, TheWholeTreeMayGoWithTheWindow) {
     EXPECT_THAT(rowDelegate->ends, IsEmpty());
 }
 
-TEST_F(DragTest, SendsNothingWhereTheDelegateIsGone) {
+TEST_F(DragTest, SendsNothingToADestroyedDelegate) {
     down(50, 30);
     move(300, 30);
     rowDelegate.reset();

@@ -1,4 +1,4 @@
-// Delegates that do something of their own while they are told of a drag or a motion.
+// Delegates that change the views while they are notified of a drag or a motion.
 #include <functional>
 #include <memory>
 #include <utility>
@@ -105,7 +105,7 @@ TEST_F(ActingDelegateTest, MayDestroyTheRowWhereItComesToRest) {
     EXPECT_TRUE(gone.expired());
 }
 
-TEST_F(ActingDelegateTest, MayGoAtTheEnd) {
+TEST_F(ActingDelegateTest, MayBeDestroyedAtTheEnd) {
     acting->atEnd = [&] { acting.reset(); };
     pull();
     EXPECT_FALSE(window->advance(10));

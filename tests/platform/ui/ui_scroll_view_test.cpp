@@ -73,11 +73,11 @@ TEST(UIScrollViewTest, ReportsARealChangeToItsDelegate) {
     EXPECT_EQ(view.contentOffset(), (CGPoint{0, 6}));
 }
 
-// As if a finger had moved it.
+// Drags by a call instead of a finger.
 
 using ProgrammaticDragTest = FingerTest;
 
-TEST_F(ProgrammaticDragTest, DragsToAPlaceAsAFingerWould) {
+TEST_F(ProgrammaticDragTest, DragsToAnOffsetLikeAFinger) {
     EXPECT_TRUE(row->dragTo({-80.5, 0}, 1));
     EXPECT_EQ(rowDelegate->begun, 1);
     EXPECT_THAT(rowDelegate->ends, ElementsAre(std::pair(CGPoint{-80.5, 0}, true)));
@@ -102,7 +102,7 @@ TEST_F(ProgrammaticDragTest, DragsNothingThatAFingerCouldNot) {
     EXPECT_EQ(rowDelegate->begun, 0);
 }
 
-TEST_F(ProgrammaticDragTest, ShowsARectangleWithTheLeastMovement) {
+TEST_F(ProgrammaticDragTest, ShowsARectangleWithTheShortestScroll) {
     list->scrollToShow(CGRectMake(0, 500, 320, 60));
     EXPECT_DOUBLE_EQ(list->contentOffset().y, 160);
     list->scrollToShow(CGRectMake(0, 300, 320, 60));

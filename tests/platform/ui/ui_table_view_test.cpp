@@ -26,8 +26,8 @@ public:
     int layouts = 0;
 };
 
-// Data source and delegate of the table, with a record of what it was asked. Cells bear the number
-// of their making as their tag.
+// Data source and delegate of the table, with a record of their calls. The tags of cells number
+// them in the order of their creation.
 class Rows : public UITableViewDataSource, public UITableViewDelegate {
 public:
     NSInteger numberOfSectionsInTableView(UITableView*) override {
@@ -140,7 +140,7 @@ TEST_F(UITableViewTest, StartsAsThePlatformDoes) {
     EXPECT_EQ(table->dequeueReusableCellWithIdentifier("Row"), nullptr);
 }
 
-TEST_F(UITableViewTest, AsksInThePlatformsOrder) {
+TEST_F(UITableViewTest, QueriesInThePlatformsOrder) {
     rows->heights = {{40, 50}, {}, {60, 70}};
     table->setDelegate(rows);
     table->setDataSource(rows);
@@ -195,7 +195,7 @@ TEST_F(UITableViewTest, OnlyRowsThatMeetTheBoundsHaveCells) {
     EXPECT_EQ(shown(), "0.0:1 ");
 }
 
-TEST_F(UITableViewTest, ARowThatLeavesGivesItsCellBack) {
+TEST_F(UITableViewTest, ARowThatLeavesReleasesItsCell) {
     show(equalRows(10, 50));
     EXPECT_EQ(shown(), "0.0:1 0.1:2 ");
     scrollTo(50);
@@ -330,7 +330,7 @@ TEST_F(UITableViewTest, WithoutDelegateRowsHaveTheTablesHeight) {
     EXPECT_EQ(table->rowHeights(), (std::vector<CGFloat>{30, 30}));
 }
 
-TEST_F(UITableViewTest, ATableWhoseDataSourceIsGoneStaysAsItIs) {
+TEST_F(UITableViewTest, DoesNotChangeWithoutADataSource) {
     show(equalRows(4, 50));
     rows.reset();
     table->reloadData();
@@ -370,7 +370,7 @@ TEST_F(UITableViewTest, AReloadFromWithinAHeightRequestFollows) {
                                         "height 0.0", "cell 0.0"}));
 }
 
-TEST_F(UITableViewTest, SurvivesADataSourceThatNeverRests) {
+TEST_F(UITableViewTest, SurvivesADataSourceThatAlwaysReloads) {
     rows->inCell = [](UITableView& view) { view.reloadData(); };
     show(equalRows(3, 20));
     EXPECT_LE(rows->asked.size(), 100U);
@@ -394,7 +394,7 @@ TEST_F(UITableViewTest, SurvivesOddCells) {
     EXPECT_EQ(table->dequeueReusableCellWithIdentifier("Row"), nullptr);
 }
 
-TEST_F(UITableViewTest, ACellThatWasNotDequeuedIsNotHandedOutTwice) {
+TEST_F(UITableViewTest, ACellThatWasNotDequeuedIsNotReusedTwice) {
     show({50});
     const auto kept = table->visibleCells()[0];
     rows->answer = [&](const NSIndexPath&) { return kept; };
@@ -468,7 +468,7 @@ TEST_F(UITableViewTest, OddRowHeightsGiveNoEmptyRows) {
     }
 }
 
-TEST_F(UITableViewTest, TenThousandRowsAskOnlyForWhatIsSeen) {
+TEST_F(UITableViewTest, QueriesOnlyVisibleRowsOfTenThousand) {
     show(equalRows(10000, 44));
     EXPECT_EQ(table->contentSize(), (CGSize{320, 440000}));
     rows->takeAsked();

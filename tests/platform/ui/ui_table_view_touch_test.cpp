@@ -19,7 +19,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// Rows of 60 points, each with a scroll view that tells the source at the end of a drag.
+// Rows of 60 points, each with a scroll view that notifies the source of the end of a drag.
 class RowSource : public UITableViewDataSource,
                   public UIScrollViewDelegate,
                   public std::enable_shared_from_this<RowSource> {
@@ -106,12 +106,12 @@ TEST_F(TouchedTableTest, ARowThatIsScrolledAwayTakesNoPullAlong) {
     expectNoRowPulled();
 }
 
-// A delegate that lays the table out anew would otherwise do so in the midst of its rows.
+// Otherwise a delegate could lay the table out again while its rows are changing.
 TEST_F(TouchedTableTest, EndsThePullsOfRecycledRowsWithoutAMessage) {
     pullAllVisibleRows();
-    int told = 0;
+    int notifications = 0;
     source->atScroll = [&] {
-        ++told;
+        ++notifications;
         table->reloadData();
         table->layoutIfNeeded();
     };
@@ -122,11 +122,11 @@ TEST_F(TouchedTableTest, EndsThePullsOfRecycledRowsWithoutAMessage) {
     window->layoutIfNeeded();
     source->atScroll = [] {};
     pullAllVisibleRows();
-    source->atScroll = [&] { ++told; };
+    source->atScroll = [&] { ++notifications; };
     table->reloadData();
     window->layoutIfNeeded();
     expectNoRowPulled();
-    EXPECT_EQ(told, 0);
+    EXPECT_EQ(notifications, 0);
     EXPECT_FALSE(window->isMoving());
 }
 

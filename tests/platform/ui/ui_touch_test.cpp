@@ -1,4 +1,4 @@
-// Whom touches are told to, and what they say.
+// The views that receive the messages of touches, and the content of the messages.
 #include "platform/ui/ui_touch.h"
 
 #include <functional>
@@ -19,7 +19,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// Notes its touches and passes them on.
+// Records its touches and passes them on.
 class TouchedView : public UIView {
 public:
     using UIView::UIView;
@@ -53,7 +53,7 @@ private:
 
 class UITouchTest : public FingerTest {
 protected:
-    // A view keeps its touch, which keeps its view.
+    // A view owns its touch, which owns its view.
     ~UITouchTest() override {
         for (const auto& view : m_touchedViews) {
             view->touch = nullptr;
@@ -77,7 +77,7 @@ std::shared_ptr<UIView> addCover(UIWindow& window) {
     return view;
 }
 
-TEST_F(UITouchTest, ReachesTheDeepestViewAndThoseAbove) {
+TEST_F(UITouchTest, ReachesTheInnermostViewAndItsSuperviews) {
     const auto outer = addTouchedView(*list, CGRectMake(0, 100, 320, 100));
     const auto inner = addTouchedView(*outer, CGRectMake(10, 10, 100, 30));
     down(20, 115);
@@ -204,7 +204,7 @@ TEST_F(UITouchTest, OfASecondFingerIsIgnored) {
     EXPECT_EQ(view->messages.size(), 3U);
 }
 
-TEST_F(UITouchTest, IgnoresWhatIsNoNumberAndTimesThatRunBackwards) {
+TEST_F(UITouchTest, IgnoresNanAndTimesThatDecrease) {
     const auto view = addTouchedView(*window, CGRectMake(0, 0, 320, 400));
     constexpr CGFloat infinity = std::numeric_limits<CGFloat>::infinity();
     constexpr CGFloat noNumber = std::numeric_limits<CGFloat>::quiet_NaN();
@@ -223,7 +223,7 @@ TEST_F(UITouchTest, IgnoresWhatIsNoNumberAndTimesThatRunBackwards) {
     EXPECT_FALSE(window->isFingerDown());
 }
 
-// Does something of its own while it is told of a touch, before it passes it on.
+// Runs an action for each message of a touch before it passes the message on.
 class ActingView : public UIView {
 public:
     using UIView::UIView;
@@ -295,7 +295,7 @@ TEST_F(UITouchTest, AFingerThatHasLiftedCannotBeCancelledAnyMore) {
     EXPECT_EQ(rowDelegate->ends.size(), 1U);
 }
 
-TEST_F(UITouchTest, AViewMayGoWithAllAboveDuringAMessage) {
+TEST_F(UITouchTest, AViewMayBeDestroyedWithItsSuperviewsDuringAMessage) {
     auto outer = std::make_shared<ActingView>(CGRectMake(0, 0, 320, 400));
     const auto inner = addTouchedView(*outer, CGRectMake(0, 0, 320, 400));
     window->addSubview(outer);
@@ -312,7 +312,7 @@ TEST_F(UITouchTest, AViewMayGoWithAllAboveDuringAMessage) {
     EXPECT_EQ(inner->messages.size(), 3U);
 }
 
-TEST_F(UITouchTest, TheWindowMayGoDuringAMessage) {
+TEST_F(UITouchTest, TheWindowMayBeDestroyedDuringAMessage) {
     const auto view = std::make_shared<ActingView>(CGRectMake(0, 0, 320, 60));
     row->addSubview(view);
     down(50, 30);

@@ -18,7 +18,7 @@ std::shared_ptr<UIView> makeView(CGFloat x, CGFloat y, CGFloat width, CGFloat he
     return std::make_shared<UIView>(CGRectMake(x, y, width, height));
 }
 
-// Counts its layouts, and does as it is told in each.
+// Counts its layouts, and runs an action in each.
 class LayoutView : public UIView {
 public:
     using UIView::UIView;
@@ -134,7 +134,7 @@ TEST(UIViewTest, MakesNoCycle) {
     EXPECT_FALSE(top->isDescendantOfView(*low));
 }
 
-TEST(UIViewTest, AViewThatIsOnlyHeldByItsSuperviewGoesWhenRemoved) {
+TEST(UIViewTest, RemovingDestroysAViewThatOnlyItsSuperviewOwns) {
     const auto top = makeView(0, 0, 1, 1);
     top->addSubview(makeView(0, 0, 1, 1));
     const std::weak_ptr<UIView> view = top->subviews()[0];
@@ -326,7 +326,7 @@ TEST(UIViewTest, LaysOutSuperviewsFirst) {
     EXPECT_EQ(low->layouts, 1);
 }
 
-TEST(UIViewTest, ALayoutMayAskForAnother) {
+TEST(UIViewTest, ALayoutMayRequestAnother) {
     const auto top = std::make_shared<LayoutView>();
     const auto low = std::make_shared<LayoutView>();
     top->addSubview(low);
@@ -340,7 +340,7 @@ TEST(UIViewTest, ALayoutMayAskForAnother) {
     EXPECT_EQ(low->layouts, 1);
 }
 
-TEST(UIViewTest, ALayoutThatNeverRestsIsLeft) {
+TEST(UIViewTest, LimitsALayoutThatAlwaysRequestsAnother) {
     const auto top = std::make_shared<LayoutView>();
     top->inLayout = [&] { top->setNeedsLayout(); };
     top->layoutIfNeeded();
@@ -399,7 +399,7 @@ TEST(UIViewTest, PaintsBackgroundThenContentThenSubviews) {
                                         "setLineWidth 7", "restoreGState", "restoreGState"}));
 }
 
-TEST(UIViewTest, PaintsNothingOfWhatIsNotSeen) {
+TEST(UIViewTest, PaintsOnlyVisibleViews) {
     const auto top = makeView(0, 0, 10, 10);
     const auto view = std::make_shared<PaintedView>(CGRectMake(0, 0, 5, 5));
     top->addSubview(view);
@@ -455,7 +455,7 @@ TEST(UIViewTest, AViewWithoutSizePaintsItsSubviewsOnly) {
                                                        "restoreGState", "restoreGState"}));
 }
 
-TEST(UIViewTest, DepthIsBoundedByMemoryAlone) {
+TEST(UIViewTest, OnlyMemoryLimitsTheDepth) {
     constexpr int depth = 200000;
     const auto deepest = makeView(0, 0, 1, 1);
     auto top = deepest;

@@ -1,4 +1,4 @@
-// How content goes on by itself after the finger has lifted.
+// How content moves after the finger has lifted.
 #include "platform/ui/ui_window.h"
 
 #include <limits>
@@ -75,7 +75,7 @@ TEST_F(MotionTest, TheContentPastItsEdgeIsSlowerThanTheFinger) {
     EXPECT_NEAR(list->contentOffset().y, (offset + (speed + 10 * offset) * 0.1) * 0.367879, 1e-3);
 }
 
-TEST_F(MotionTest, EachAxisGoesItsOwnWay) {
+TEST_F(MotionTest, TheAxesMoveIndependently) {
     list->setContentSize({10000, 400});
     list->setAlwaysBounceVertical(true);
     list->setContentOffset({1000, 0});
@@ -86,7 +86,7 @@ TEST_F(MotionTest, EachAxisGoesItsOwnWay) {
     window->advance(1.5);
     EXPECT_GT(list->contentOffset().x, 1100);
     EXPECT_LT(list->contentOffset().y, 0);
-    window->advance(2.5); // the spring is at rest, the glide is not
+    window->advance(2.5); // the spring is at rest, the deceleration is not
     EXPECT_TRUE(window->isMoving());
     EXPECT_DOUBLE_EQ(list->contentOffset().y, 0);
     EXPECT_FALSE(window->advance(10));
@@ -268,12 +268,12 @@ TEST_F(MotionTest, CaughtFarPastAnEdgeGoesOnWithTheFingerFromThere) {
     EXPECT_NEAR(row->contentOffset().x, caught, 0.001);
     move(240, 30, 0.03);
     EXPECT_GT(row->contentOffset().x, caught + 5); // it does come along
-    const CGFloat wayToTheEdge = -2 * caught / 0.55;
-    move(290 - wayToTheEdge, 30, 0.04);
+    const CGFloat distanceToEdge = -2 * caught / 0.55;
+    move(290 - distanceToEdge, 30, 0.04);
     EXPECT_NEAR(row->contentOffset().x, 0, 1e-9);
-    move(290 - wayToTheEdge - wayOfEighty, 30, 0.05);
+    move(290 - distanceToEdge - wayOfEighty, 30, 0.05);
     EXPECT_GT(row->contentOffset().x, 80); // as long as this drag goes on, the band is a longer one
-    up(290 - wayToTheEdge - wayOfEighty, 30, 0.5);
+    up(290 - distanceToEdge - wayOfEighty, 30, 0.5);
     EXPECT_FALSE(window->advance(5));
     EXPECT_EQ(row->contentOffset(), CGPoint{});
     down(50, 30, 6);
@@ -319,7 +319,7 @@ TEST_F(MotionTest, EndsInsideEdgesThatChange) {
     EXPECT_DOUBLE_EQ(list->contentOffset().y, 10);
 }
 
-TEST_F(MotionTest, GoesOnAsFastWhereTheContentGrows) {
+TEST_F(MotionTest, ContinuesWithItsSpeedWhereTheContentGrows) {
     list->setContentSize({320, 600});
     fling(); // from 90, to 200 at the most
     window->advance(0.15);
@@ -388,7 +388,7 @@ TEST_F(MotionTest, CaughtPastAnEdgeRestsInsideWhereTheViewIsHidden) {
     EXPECT_FALSE(window->isMoving());
 }
 
-TEST_F(MotionTest, LeavesAloneWhatOnlyWasInMotionOnce) {
+TEST_F(MotionTest, DoesNotMoveViewsWhoseMotionHasEnded) {
     row->dragTo({-80, 0}, 1);
     window->advance(10);
     row->setContentOffset({-30, 0});
@@ -396,7 +396,7 @@ TEST_F(MotionTest, LeavesAloneWhatOnlyWasInMotionOnce) {
     EXPECT_EQ(row->contentOffset(), (CGPoint{-30, 0}));
 }
 
-TEST_F(MotionTest, LeavesNothingPulledWhereTheWindowGoes) {
+TEST_F(MotionTest, LeavesNothingPulledWhenTheWindowIsDestroyed) {
     row->dragTo({-80, 0}, 3);
     window.reset();
     EXPECT_EQ(row->contentOffset(), CGPoint{});
@@ -404,7 +404,7 @@ TEST_F(MotionTest, LeavesNothingPulledWhereTheWindowGoes) {
     EXPECT_EQ(rowDelegate->stopped, 0);
 }
 
-TEST_F(MotionTest, TimesThatRunBackwardsOrAreNoNumberMoveNothing) {
+TEST_F(MotionTest, NanAndTimesThatDecreaseMoveNothing) {
     row->dragTo({-80, 0}, 1);
     window->advance(1.1);
     const CGPoint there = row->contentOffset();
