@@ -535,7 +535,7 @@ def arguments():
         "--differences", type=pathlib.Path, default=here / "reader_differences.tsv"
     )
     parser.add_argument(
-        "--page", type=pathlib.Path, default=here.parents[2] / "docs" / "calendars.md"
+        "--page", type=pathlib.Path, default=here.parents[3] / "docs" / "calendars.md"
     )
     parser.add_argument("--write", action="store_true", help="write the list of differences anew")
     options = parser.parse_args()
