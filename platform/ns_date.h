@@ -16,7 +16,7 @@ struct NSDate {
     NSTimeInterval timeIntervalSinceDate(NSDate other) const {
         return timeIntervalSinceReferenceDate - other.timeIntervalSinceReferenceDate;
     }
-    auto operator<=>(const NSDate&) const = default;
+    auto operator<=>(const NSDate&) const = default; // NOLINT(modernize-use-nullptr): no pointer
 };
 
 // The reference date in Unix time.
