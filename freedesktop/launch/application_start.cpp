@@ -64,6 +64,7 @@ Error failure(std::string what) {
 // GLib reaps the process.
 Result<void> startProcess(const std::vector<std::string>& arguments, const std::string& folder) {
     std::vector<char*> argv;
+    argv.reserve(arguments.size() + 1);
     for (const std::string& argument : arguments) {
         argv.push_back(const_cast<char*>(argument.c_str()));
     }
