@@ -22,6 +22,22 @@ void check(GError* error, const char* what) {
     }
 }
 
+// The process that serves calendars learns of a new source a moment after the registry's own.
+EClient* connect(ESource* source) {
+    constexpr int attempts = 100;
+    for (int attempt = 1;; ++attempt) {
+        GError* error = nullptr;
+        EClient* const client = e_cal_client_connect_sync(source, E_CAL_CLIENT_SOURCE_TYPE_EVENTS,
+                                                          withoutWaiting, nullptr, &error);
+        if (client != nullptr || attempt == attempts) {
+            check(error, "connect");
+            return client;
+        }
+        g_clear_error(&error);
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+}
+
 GVariant* askBus(const char* method, GVariant* parameters) {
     GError* error = nullptr;
     const ObjectHandle<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, &error));
@@ -179,11 +195,7 @@ ECalClient* ServerTest::client(const std::string& calendar) {
     if (!known) {
         const ObjectHandle<ESource> source(
             e_source_registry_ref_source(registry(), calendar.c_str()));
-        GError* error = nullptr;
-        EClient* const made = e_cal_client_connect_sync(
-            source.get(), E_CAL_CLIENT_SOURCE_TYPE_EVENTS, withoutWaiting, nullptr, &error);
-        check(error, "connect");
-        known.reset(E_CAL_CLIENT(made));
+        known.reset(E_CAL_CLIENT(connect(source.get())));
     }
     return known.get();
 }
