@@ -1,14 +1,18 @@
-// Which clock an event's times are shown by (RFC 5545 3.2.19, 3.3.5): that of its zone, of its
-// calendar, or the user's. Each of a file's zones is looked up once.
+#include "icalendar/expansion/event_clocks.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "icalendar/expansion/defined_time_zone.h"
-#include "icalendar/expansion/occurrences.h"
 #include "icalendar/text/property_values.h"
 
 namespace quorvel::icalendar {
 
 namespace {
 
-// Of its own calendar, else of another one in the file.
+// The definition in the name's own VCALENDAR, else one in another VCALENDAR of the file. Null: none
+// can be used.
 std::shared_ptr<const TimeZone> definedZone(const std::vector<ZoneDefinition>& definitions,
                                             const ZoneName& name) {
     std::shared_ptr<const TimeZone> elsewhere;
@@ -30,8 +34,15 @@ std::shared_ptr<const TimeZone> definedZone(const std::vector<ZoneDefinition>& d
 
 } // namespace
 
-std::shared_ptr<ZoneClock> Expander::findZone(LoadedFile& file, const ZoneName& name,
-                                              std::size_t line) {
+EventClocks::EventClocks(ZoneClock& userZone, ZoneNames& names,
+                         const ExpansionProblemHandler& onProblem)
+    : m_userZone(userZone)
+    , m_names(names)
+    , m_utc(std::make_shared<ZoneClock>(names.directory().named("UTC")))
+    , m_onProblem(onProblem) {}
+
+std::shared_ptr<ZoneClock> EventClocks::findZone(LoadedFile& file, const ZoneName& name,
+                                                 std::size_t line) {
     const bool isExact = m_names.directory().isExactName(name.name);
     if (auto zone = isExact ? nullptr : definedZone(file.ics.zones, name)) {
         return std::make_shared<ZoneClock>(std::move(zone));
@@ -41,15 +52,15 @@ std::shared_ptr<ZoneClock> Expander::findZone(LoadedFile& file, const ZoneName& 
     }
     const std::string subject = "the time zone \"" + validUtf8(name.name.substr(0, 60)) + "\" is ";
     if (auto zone = m_names.directory().ofStatedOffset(name.name)) {
-        m_report(file, line,
-                 subject + "known by its offset alone; it is taken to have no summer time");
+        m_onProblem(file, line,
+                    subject + "known by its offset alone; it is taken to have no summer time");
         return std::make_shared<ZoneClock>(std::move(zone));
     }
-    m_report(file, line, subject + "unknown; its times are taken for local ones");
+    m_onProblem(file, line, subject + "unknown; its times are taken for local ones");
     return nullptr;
 }
 
-ZoneClock& Expander::clockOf(LoadedFile& file, const EventTime& time) {
+ZoneClock& EventClocks::clockOf(LoadedFile& file, const EventTime& time) {
     if (time.kind == TimeKind::utc) {
         return *m_utc;
     }
@@ -63,17 +74,17 @@ ZoneClock& Expander::clockOf(LoadedFile& file, const EventTime& time) {
     if (cache.zones.size() <= time.zone) {
         const std::size_t count = file.ics.zoneNames.size() + cache.listedZones.size();
         cache.zones.resize(count);
-        cache.zonesAsked.resize(count);
+        cache.isZoneLookedUp.resize(count);
     }
-    if (!cache.zonesAsked[time.zone]) {
-        cache.zonesAsked[time.zone] = true;
+    if (!cache.isZoneLookedUp[time.zone]) {
+        cache.isZoneLookedUp[time.zone] = true;
         cache.zones[time.zone] = findZone(file, zoneName(file, time.zone), 0);
     }
     const auto& zone = cache.zones[time.zone];
     return zone ? *zone : m_userZone;
 }
 
-ZoneClock& Expander::floatingClock(LoadedFile& file, std::uint32_t calendar) {
+ZoneClock& EventClocks::floatingClock(LoadedFile& file, std::uint32_t calendar) {
     if (file.ics.floatingZones.empty()) {
         return m_userZone;
     }
@@ -85,7 +96,7 @@ ZoneClock& Expander::floatingClock(LoadedFile& file, std::uint32_t calendar) {
     return found->second ? *found->second : m_userZone;
 }
 
-std::int64_t Expander::instantOf(LoadedFile& file, const EventTime& time) {
+std::int64_t EventClocks::instantOf(LoadedFile& file, const EventTime& time) {
     if (time.kind == TimeKind::date) {
         return m_userZone.latestInstant(time.localTime);
     }

@@ -26,7 +26,7 @@ struct ExpansionCache {
     // By the index of a zone's name: first those of IcsFile::zoneNames, then those of listedZones.
     // Null where the user's zone takes its place.
     std::vector<std::shared_ptr<ZoneClock>> zones;
-    std::vector<bool> zonesAsked;      // which of the zones have been looked up
+    std::vector<bool> isZoneLookedUp;  // of each of these zones
     std::vector<ZoneName> listedZones; // those that RDATE and EXDATE alone name
     // By calendar, those that have been looked up; null: the user's zone.
     std::unordered_map<std::uint32_t, std::shared_ptr<ZoneClock>> floatingZones;

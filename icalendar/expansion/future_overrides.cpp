@@ -1,14 +1,16 @@
-// Overrides that hold for what follows as well (RFC 5545 3.2.13, RANGE=THISANDFUTURE).
+#include "icalendar/expansion/future_overrides.h"
+
 #include <algorithm>
 #include <string>
 
+#include "base/time_units.h"
 #include "icalendar/expansion/bounds.h"
-#include "icalendar/expansion/occurrences.h"
 
 namespace quorvel::icalendar {
+namespace {
 
 // A floating one is the series': many leave the zone out that the event has.
-EventTime Expander::overriddenTime(const Series& series, const EventReference& reference) {
+EventTime overriddenTime(const Series& series, const EventReference& reference) {
     EventTime time = *reference.event->recurrenceId;
     if (time.kind == TimeKind::floating) {
         time.kind = series.event.start.kind;
@@ -17,17 +19,40 @@ EventTime Expander::overriddenTime(const Series& series, const EventReference& r
     return time;
 }
 
-void Expander::addFutureOverrides(Series& series, const OverrideSet& overrides) {
+FutureOverride futureOverride(EventClocks& clocks, const Series& series,
+                              const EventReference& reference) {
+    const EventTime time = overriddenTime(series, reference);
+    const EventTime& start = series.event.start;
+    const std::int64_t midnight = dayOf(time.localTime) * secondsPerDay;
+    if (start.kind == TimeKind::date) {
+        return {reference, clocks.userZone().latestInstant(midnight), midnight};
+    }
+    if (time.kind == TimeKind::date) { // that day, at the event's time
+        const std::int64_t localTime =
+            midnight + start.localTime - dayOf(start.localTime) * secondsPerDay;
+        return {reference, series.clock.earliestInstant(localTime), localTime};
+    }
+    const bool isFloating = reference.event->recurrenceId->kind == TimeKind::floating;
+    ZoneClock& clock = isFloating ? series.clock : clocks.clockOf(*reference.file, time);
+    const std::int64_t instant = clock.earliestInstant(time.localTime);
+    return {reference, instant,
+            &clock == &series.clock ? time.localTime : series.clock.localTime(instant)};
+}
+
+} // namespace
+
+std::vector<FutureOverride> futureOverridesOf(ExpansionContext& context, const Series& series,
+                                              const OverrideSet& overrides) {
     if (overrides.hasMoreFuture) {
-        m_report(
+        context.onProblem(
             series.file, series.event.line,
             "more than " + std::to_string(mostFutureOverrides) +
                 " of its overrides hold for what follows; the later ones are left out of that");
     }
-    auto& result = series.futureOverrides;
+    std::vector<FutureOverride> result;
     result.reserve(overrides.future.size());
     for (const EventReference& one : overrides.future) {
-        result.push_back(futureOverride(series, one));
+        result.push_back(futureOverride(context.clocks, series, one));
     }
     std::reverse(result.begin(), result.end()); // the newest of equals was first
     std::stable_sort(result.begin(), result.end(),
@@ -36,31 +61,12 @@ void Expander::addFutureOverrides(Series& series, const OverrideSet& overrides) 
                                     ? a.instant < b.instant
                                     : IcsFile::isNewer(*b.reference.event, *a.reference.event);
                      });
+    return result;
 }
 
-Expander::FutureOverride Expander::futureOverride(Series& series, const EventReference& reference) {
-    const EventTime time = overriddenTime(series, reference);
-    const EventTime& start = series.event.start;
-    const std::int64_t midnight = dayOf(time.localTime) * secondsPerDay;
-    if (start.kind == TimeKind::date) {
-        return {reference, m_userZone.latestInstant(midnight), midnight};
-    }
-    if (time.kind == TimeKind::date) { // that day, at the event's time
-        const std::int64_t localTime =
-            midnight + start.localTime - dayOf(start.localTime) * secondsPerDay;
-        return {reference, series.clock.earliestInstant(localTime), localTime};
-    }
-    const bool isFloating = reference.event->recurrenceId->kind == TimeKind::floating;
-    ZoneClock& clock = isFloating ? series.clock : clockOf(*reference.file, time);
-    const std::int64_t instant = clock.earliestInstant(time.localTime);
-    return {reference, instant,
-            &clock == &series.clock ? time.localTime : series.clock.localTime(instant)};
-}
-
-// Moved by as much as the override moves its own instance, in local time. An override in a named
-// zone takes what follows there; UTC is a way to write a time and no place, so that the series'
-// zone stays.
-EventTime Expander::movedStart(Series& series, const Start& start, const FutureOverride& future) {
+// An override in a named zone moves what follows into that zone. UTC is a way to write a time and
+// no place, so that the series' zone stays.
+EventTime movedStart(const Series& series, const SeriesStart& start, const FutureOverride& future) {
     const EventTime& from = series.event.start;
     const bool isOfTheSeries = start.time.kind == from.kind && start.time.zone == from.zone;
     const std::int64_t localTime =

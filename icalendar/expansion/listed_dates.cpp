@@ -1,29 +1,25 @@
-// The dates that RDATE and EXDATE list (RFC 5545 3.8.5.1, 3.8.5.2).
+#include "icalendar/expansion/listed_dates.h"
+
 #include <algorithm>
 #include <string>
 
 #include "icalendar/expansion/bounds.h"
-#include "icalendar/expansion/occurrences.h"
 #include "icalendar/text/content_lines.h"
 #include "icalendar/text/property_values.h"
 
 namespace quorvel::icalendar {
-
 namespace {
 
-constexpr std::int64_t mostDays = 4000000;
 constexpr std::size_t mostListedTimes = 100000;
 
-} // namespace
-
-EventTime Expander::listedTime(Series& series, const RuleLine& rule, const TimeValue& value) {
+EventTime listedTime(Series& series, const RuleLine& line, const TimeValue& value) {
     EventTime time = series.event.start; // without a zone of its own the event's
     time.localTime = civilSeconds(value.civil);
     if (value.isDate) {
         time.kind = TimeKind::date;
     } else if (value.isUtc) {
         time.kind = TimeKind::utc;
-    } else if (const auto zone = zoneParameter(series.file.ics.slice(rule.parameters))) {
+    } else if (const auto zone = zoneParameter(series.file.ics.slice(line.parameters))) {
         time.kind = TimeKind::zoned;
         time.zone = zoneIndex(series.file, {std::string(*zone), series.event.calendar});
     } else if (time.kind == TimeKind::date) {
@@ -33,18 +29,21 @@ EventTime Expander::listedTime(Series& series, const RuleLine& rule, const TimeV
     return time;
 }
 
-void Expander::addDates(Series& series, const RuleLine& rule) {
+} // namespace
+
+void addListedDates(ExpansionContext& context, Series& series, const RuleLine& line) {
     const EventTime& like = series.event.start;
     const std::int64_t from = series.from;
     const std::int64_t to = series.to;
-    for (const std::string_view part : listParts(series.file.ics.slice(rule.value))) {
+    for (const std::string_view part : listParts(series.file.ics.slice(line.value))) {
         const auto value = parsePeriodOrTime(part);
         if (!value) {
-            m_report(series.file, rule.line, "a date of RDATE cannot be read and is left out");
+            context.onProblem(series.file, line.line,
+                              "a date of RDATE cannot be read and is left out");
             continue;
         }
-        EventTime time = listedTime(series, rule, value->start);
-        std::optional<Length> length;
+        EventTime time = listedTime(series, line, value->start);
+        std::optional<EventLength> length;
         if (like.kind == TimeKind::date) {
             time = like;
             time.localTime = civilDays(value->start.civil) * secondsPerDay;
@@ -53,51 +52,48 @@ void Expander::addDates(Series& series, const RuleLine& rule) {
             time.localTime = civilDays(value->start.civil) * secondsPerDay + like.localTime -
                              dayOf(like.localTime) * secondsPerDay;
         } else if (value->end) {
-            const EventTime end = listedTime(series, rule, *value->end);
-            length = Length{0, std::max<std::int64_t>(
-                                   instantOf(series.file, end) - instantOf(series.file, time), 0)};
+            const EventTime end = listedTime(series, line, *value->end);
+            length = EventLength{
+                0, std::max<std::int64_t>(context.clocks.instantOf(series.file, end) -
+                                              context.clocks.instantOf(series.file, time),
+                                          0)};
         } else if (value->duration) {
-            length = Length{std::clamp<std::int64_t>(value->duration->days, 0, mostDays),
+            length =
+                EventLength{std::clamp<std::int64_t>(value->duration->days, 0, mostDaysOfAnEvent),
                             std::max<std::int64_t>(value->duration->seconds, 0)};
         }
         const std::int64_t localTime = time.localTime;
         const bool mayMeet =
             length || (localTime >= from - marginSeconds && localTime <= to + marginSeconds);
         if (mayMeet && series.starts.size() >= mostListedTimes) {
-            m_report(series.file, rule.line,
-                     "more than " + std::to_string(mostListedTimes) +
-                         " of its dates lie around the time searched; the others are left out");
+            context.onProblem(
+                series.file, line.line,
+                "more than " + std::to_string(mostListedTimes) +
+                    " of its dates lie around the time searched; the others are left out");
             return;
         }
         if (mayMeet) {
-            addStart(series, time, length);
+            series.addStart(context, time, length);
         }
     }
 }
 
-void Expander::excludeDates(Series& series, const RuleLine& rule) {
+void excludeListedDates(ExpansionContext& context, Series& series, const RuleLine& line) {
     const std::int64_t from = series.from - marginSeconds;
     const std::int64_t to = series.to + marginSeconds;
-    for (const std::string_view part : listParts(series.file.ics.slice(rule.value))) {
+    for (const std::string_view part : listParts(series.file.ics.slice(line.value))) {
         const auto value = parseTime(part);
         if (!value) {
             if (!trimmed(part).empty()) {
-                m_report(series.file, rule.line, "a date of EXDATE cannot be read and is left out");
+                context.onProblem(series.file, line.line,
+                                  "a date of EXDATE cannot be read and is left out");
             }
             continue;
         }
         const std::int64_t localTime = civilSeconds(value->civil);
         if (localTime >= from && localTime <= to) {
-            exclude(series, series.file, listedTime(series, rule, *value));
+            series.exclude(context, listedTime(series, line, *value));
         }
-    }
-}
-
-void Expander::exclude(Series& series, LoadedFile& file, EventTime time) {
-    if (time.kind == TimeKind::date || series.event.start.kind == TimeKind::date) {
-        series.exceptions.days.insert(dayOf(time.localTime));
-    } else {
-        series.exceptions.instants.insert(instantOf(file, time));
     }
 }
 
