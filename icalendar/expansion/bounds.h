@@ -1,4 +1,5 @@
-// The bounds that the parts of the expansion share.
+// The bounds of the expansion of recurrence sets (RFC 5545 3.8.5, 3.2.13), in seconds unless their
+// names state another unit.
 #pragma once
 
 #include <cstddef>
@@ -9,12 +10,12 @@
 
 namespace quorvel::icalendar {
 
-// No local time lies further from its instant, in any zone.
+// No local time, as seconds since 1970 as if it were UTC, lies further from its instant.
 inline constexpr std::int64_t marginSeconds = zoneMarginDays * secondsPerDay;
-// How far an override for what follows as well can move an instance.
+// The farthest that an override with RANGE=THISANDFUTURE moves the instances that follow its own.
 inline constexpr std::int64_t longestShift = 400 * secondsPerDay;
 
-// Of one UID; the later ones count for their own instance alone.
+// Overrides with RANGE=THISANDFUTURE of one UID; later ones replace their own instance alone.
 inline constexpr std::size_t mostFutureOverrides = 100;
 
 } // namespace quorvel::icalendar

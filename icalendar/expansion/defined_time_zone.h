@@ -1,4 +1,4 @@
-// A time zone from the definition that a calendar file brings along (RFC 5545 3.6.5).
+// A time zone from the definition in a calendar file (RFC 5545 3.6.5, VTIMEZONE).
 #pragma once
 
 #include <memory>
@@ -8,8 +8,8 @@
 
 namespace quorvel::icalendar {
 
-// Null where the definition says nothing usable. Its changes are worked out to the year 2100, and
-// bounded in number and time; what follows them keeps the last offset.
+// Null where no change of the clock can be computed. The changes from 1900 to 2100 are computed at
+// once, bounded in number and time; after the last one its offset holds.
 std::shared_ptr<const TimeZone> makeDefinedTimeZone(const ZoneDefinition& definition);
 
 } // namespace quorvel::icalendar

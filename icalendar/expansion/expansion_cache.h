@@ -1,5 +1,5 @@
-// What the expansion of one parsed file has worked out and needs again in the next search. Whoever
-// holds the parsed file holds this beside it, and discards both together.
+// What the expansion of one parsed file computed and needs again in the next search: its zones (RFC
+// 5545 3.6.5) and the ends of its COUNTs (RFC 5545 3.3.10). Valid as long as the parsed file.
 #pragma once
 
 #include <cstddef>
@@ -15,20 +15,21 @@
 
 namespace quorvel::icalendar {
 
-// Where the COUNT of a rule ends (RFC 5545 3.3.10), so that it is counted once only.
+// Where the COUNT of a rule ends.
 struct CountedRule {
-    std::string zone; // the identifier of the zone whose local times were counted
+    std::string zone; // the TimeZone::identifier() by whose local times it was counted
     CountEnd end;
 };
 
-// Not for several threads at once.
+// For one thread at a time.
 struct ExpansionCache {
     // By the index of a zone's name: first those of IcsFile::zoneNames, then those of listedZones.
     // Null where the user's zone takes its place.
     std::vector<std::shared_ptr<ZoneClock>> zones;
     std::vector<bool> isZoneLookedUp;  // of each of these zones
-    std::vector<ZoneName> listedZones; // those that RDATE and EXDATE alone name
-    // By calendar, those that have been looked up; null: the user's zone.
+    std::vector<ZoneName> listedZones; // those that only RDATE and EXDATE name
+    // The zones of floating times, by the number of their VCALENDAR, as far as they were looked up.
+    // Null: the user's zone.
     std::unordered_map<std::uint32_t, std::shared_ptr<ZoneClock>> floatingZones;
     std::unordered_map<std::size_t, CountedRule> countedRules; // by index of IcsFile::rules
 };

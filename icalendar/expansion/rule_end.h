@@ -12,8 +12,9 @@
 
 namespace quorvel::icalendar {
 
-// What UNTIL, which may be absent, means for the local times of a rule: the last of them, and where
-// it is in UTC the last instant. Around a change of the clock the two orders differ.
+// The last local time that UNTIL admits, and where UNTIL is in UTC, the last instant. Around a
+// change of the clock the orders of local times and instants differ. Local times are seconds since
+// 1970 as if they were UTC. The clock must outlive it.
 class RuleEnd {
 public:
     RuleEnd(const std::optional<TimeValue>& until, bool wholeDays, ZoneClock& clock)
@@ -31,7 +32,7 @@ public:
         }
     }
 
-    // Absent: the rule has no end.
+    // Absent: UNTIL is absent. Where UNTIL is in UTC it may be somewhat later than the last time.
     const std::optional<std::int64_t>& lastLocalTime() const { return m_lastLocalTime; }
 
     bool admits(std::int64_t localTime) const {
@@ -39,14 +40,14 @@ public:
                (!m_lastInstant || m_clock.earliestInstant(localTime) <= *m_lastInstant);
     }
 
-    // Removes the local times behind the end. They are sorted.
-    void cut(std::vector<std::int64_t>& localTimes) const {
+    // Removes the local times behind the end from sorted ones.
+    void truncate(std::vector<std::int64_t>& localTimes) const {
         if (!m_lastLocalTime) {
             return;
         }
-        const auto doubtful = std::lower_bound(localTimes.begin(), localTimes.end(),
-                                               *m_lastLocalTime - 2 * marginSeconds);
-        localTimes.erase(std::remove_if(doubtful, localTimes.end(),
+        const auto firstToTest = std::lower_bound(localTimes.begin(), localTimes.end(),
+                                                  *m_lastLocalTime - 2 * marginSeconds);
+        localTimes.erase(std::remove_if(firstToTest, localTimes.end(),
                                         [this](std::int64_t one) { return !admits(one); }),
                          localTimes.end());
     }

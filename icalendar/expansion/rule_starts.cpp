@@ -77,7 +77,7 @@ std::vector<std::int64_t> ruleStarts(ExpansionContext& context, Series& series,
     }
     RecurrenceStarts starts = expandRecurrence(request);
     context.cost.calendar.steps += starts.stepsSpent;
-    ruleEnd.cut(starts.localTimes);
+    ruleEnd.truncate(starts.localTimes);
     if (!starts.problem.empty()) {
         report(starts.problem);
     }

@@ -1,4 +1,5 @@
-// How much the calendars of one search may cost.
+// How much the expansion of recurrence sets (RFC 5545 3.8.5) may cost in one search, so that
+// hostile rules cost bounded time and memory.
 #pragma once
 
 #include <cstddef>
@@ -6,26 +7,27 @@
 
 namespace quorvel::icalendar {
 
-// What one calendar of a search cost.
+// What the expansion of one calendar cost.
 struct CalendarCost {
     std::int64_t steps = 0;
     std::size_t found = 0;    // occurrences
     std::size_t repeats = 0;  // those of them that are repeats
-    bool isTruncated = false; // there were more than its share
+    bool isTruncated = false; // it has more occurrences than its share
 };
 
-// How much the calendars of one search may cost together. Of the steps of rules, beyond that each
-// rule gets few only; of the occurrences, each calendar gets at most half of what those before it
-// have left. So what is found depends on what was expanded before.
+// A budget for all calendars of one search. Once its steps are spent, each further rule gets few
+// steps only. Of the occurrences each calendar gets at most half of those that the calendars before
+// it have left, so the result depends on the order of the calendars. For one thread.
 struct SearchCost {
-    CalendarCost before; // of the calendars that are done
-    CalendarCost calendar;
+    CalendarCost before;   // the sum of the calendars that are expanded
+    CalendarCost calendar; // of the calendar that is being expanded
 
     void endCalendar();
-    std::size_t mostFound() const; // by the calendar
-    std::size_t mostRepeats() const;
+    std::size_t mostFound() const;   // occurrences of the calendar
+    std::size_t mostRepeats() const; // of these, those of repeated events
     bool hasSpentSteps() const;
-    // Whether what a calendar came to in another search is what it would come to now.
+    // Whether the occurrences of a calendar that another search found at this cost are also those
+    // that this search would find now.
     bool allows(const CalendarCost& known) const;
 };
 

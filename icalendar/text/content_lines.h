@@ -1,5 +1,5 @@
-// The lines of an iCalendar text as they stand in the bytes (RFC 5545 3.1): cut, unfolded, split.
-// Nothing is copied unless a line is folded, so that 50 MB are walked in a blink.
+// The content lines of an iCalendar text (RFC 5545 3.1): separated, unfolded, split into name,
+// parameters and value. Only folded lines are copied; the others are views of the text.
 #pragma once
 
 #include <cstddef>
@@ -21,12 +21,12 @@ struct RawLine {
 class ContentLineReader {
 public:
     ContentLineReader() = default;
-    // All of it at once. The text must outlive the reader and its lines.
+    // A whole text at once. The text must outlive the reader and its lines.
     explicit ContentLineReader(std::string_view text) { continueWith(text, true); }
 
-    // Of a text that comes in pieces: one that begins with what remained of the piece before.
+    // The next piece of a text; it begins with what remained of the piece before.
     void continueWith(std::string_view text, bool isLast);
-    // What no line was made of yet.
+    // The part of the piece of which no line was made yet.
     std::string_view remaining() const { return m_rest; }
 
     // False at the end of the text, and where the line's end is in a piece to come, which has to be
@@ -79,7 +79,7 @@ std::optional<std::string_view> parameterValue(std::string_view parameters, std:
 // TZID. Without quotes a name such as "(UTC+01:00) Amsterdam, Berlin" is taken with its commas.
 std::optional<std::string_view> zoneParameter(std::string_view parameters);
 
-// In line, as it is asked of nearly every line.
+// The second text is in upper case. In line, as nearly every line calls it.
 inline bool equalsIgnoringCase(std::string_view text, std::string_view upperCase) {
     if (text.size() != upperCase.size()) {
         return false;

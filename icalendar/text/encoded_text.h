@@ -1,4 +1,5 @@
-// Texts that are not plain UTF-8: files in UTF-16, and what vCalendar 1.0 encodes within a line.
+// Texts that are not plain UTF-8: files in UTF-16 (RFC 2781), and the values that vCalendar 1.0
+// encodes within a line (RFC 2045 6.7, 6.8).
 #pragma once
 
 #include <cstdint>
@@ -10,16 +11,17 @@
 
 namespace quorvel::icalendar {
 
-// Makes UTF-8 of a text that comes in pieces, cut anywhere. A surrogate without its other half, a
-// byte without its other half and NUL become U+FFFD.
+// Converts a text to UTF-8 that comes in pieces, split anywhere. An unpaired surrogate, half a code
+// unit and NUL become U+FFFD.
 class Utf16Decoder {
 public:
     static constexpr std::size_t markSize = 2; // bytes
-    // Absent where the text does not begin with a byte-order mark of UTF-16, which is not decoded.
+    // Absent where the text does not begin with a byte-order mark of UTF-16. The mark itself must
+    // not be passed to decode().
     static std::optional<Utf16Decoder> forTextWithMark(std::string_view text);
 
     void decode(std::string_view bytes, std::string& utf8); // appends
-    void finish(std::string& utf8);                         // once, behind the last piece
+    void finish(std::string& utf8);                         // once, after the last piece
 
 private:
     explicit Utf16Decoder(bool isBigEndian)
@@ -36,13 +38,13 @@ enum class TransferEncoding { none, quotedPrintable, base64 };
 // By ENCODING, or by its value alone, as vCalendar 1.0 allows.
 TransferEncoding transferEncoding(std::string_view parameters);
 
-// A line as it stands in the bytes, without its folds. Where an equals sign stands before a break,
-// both are no part of the text, and the space behind them is.
+// A raw line without its folds. An equals sign before a line break belongs to neither the text nor
+// the fold: the white space behind the break is then text.
 std::string unfoldedQuotedPrintable(std::string_view rawLine);
 
-// An equals sign without two hexadecimal digits behind it stays.
+// An equals sign without two hexadecimal digits behind it is left as it is.
 std::string decodedQuotedPrintable(std::string_view text);
-// Spaces and line breaks are passed over; absent for what is no base64.
+// Skips white space and line breaks. Absent where the text is not base64.
 std::optional<std::string> decodedBase64(std::string_view text);
 
 struct DecodedText {

@@ -1,4 +1,3 @@
-// Reading dates, durations and text. The producers are many; what is no value is none here.
 #include "icalendar/text/property_values.h"
 
 #include <algorithm>

@@ -1,5 +1,4 @@
-// The values of an iCalendar text (RFC 5545 3.3): times, durations, text. Fields are checked here,
-// one by one.
+// The values of an iCalendar text (RFC 5545 3.3): times, durations, offsets, text.
 #pragma once
 
 #include <cstdint>
@@ -19,11 +18,11 @@ struct TimeValue {
     bool isUtc = false;
 };
 
-// Absent for everything that is no day of the calendar or no time of a day. 24:00:00, which some
+// Absent where the text is not a date of the calendar or not a time of day. 24:00:00, which some
 // programs write, is the next midnight.
 std::optional<TimeValue> parseTime(std::string_view text);
 
-// Days last from a wall-clock time to the same one; seconds are exact.
+// RFC 5545 3.3.6: days are nominal, to the same local time; seconds are exact.
 struct Duration {
     std::int64_t days = 0;
     std::int64_t seconds = 0;
@@ -37,7 +36,7 @@ std::optional<Duration> parseDuration(std::string_view text);
 // Seconds east of UTC (RFC 5545 3.3.14), at most a day: "+0200", "-023000".
 std::optional<int> parseUtcOffset(std::string_view text);
 
-// One entry of a list of times: with its end or its length where it is a period.
+// An entry of a list of times (RFC 5545 3.8.5.2). A period has an end or a duration.
 struct PeriodValue {
     TimeValue start;
     std::optional<TimeValue> end;
@@ -46,7 +45,7 @@ struct PeriodValue {
 
 std::optional<PeriodValue> parsePeriodOrTime(std::string_view text);
 
-// The end that a recurrence rule names; absent where it names none that can be read.
+// UNTIL of a recurrence rule; absent where it is missing or cannot be parsed.
 std::optional<TimeValue> untilOf(std::string_view rule);
 
 // The parts between commas.
@@ -64,8 +63,8 @@ inline std::string_view trimmed(std::string_view text) {
     return text;
 }
 
-// Escapes resolved. What is no UTF-8 anywhere is read as Latin-1; other stray bytes, and NUL,
-// become U+FFFD.
+// A TEXT value (RFC 5545 3.3.11) without its escapes, as UTF-8. Text with bytes beyond ASCII but no
+// valid UTF-8 is taken for Latin-1; other invalid bytes, and NUL, become U+FFFD.
 std::string parseText(std::string_view raw);
 std::string validUtf8(std::string_view bytes);
 std::string utf8FromLatin1(std::string_view bytes);

@@ -1,4 +1,4 @@
-// Where a calendar's names of time zones are looked up.
+// Where the time zone names of a calendar (RFC 5545 3.2.19, TZID) are looked up.
 #pragma once
 
 #include <memory>
@@ -8,13 +8,13 @@
 
 namespace quorvel::icalendar {
 
-// From any thread. Zones are null where the directory has none.
+// Implementations may be called from any thread. A zone is null where there is none.
 class ZoneDirectory {
 public:
     virtual ~ZoneDirectory() = default;
 
     virtual std::shared_ptr<const TimeZone> named(std::string_view name) const = 0;
-    // Whether the name is known as it is written, and not only in another case.
+    // Whether named() has a zone for exactly this spelling, and not only in another case.
     virtual bool isExactName(std::string_view name) const = 0;
     // The fixed offset that a displayed name begins with, such as "(UTC+01:00) Berlin".
     virtual std::shared_ptr<const TimeZone> ofStatedOffset(std::string_view displayName) const = 0;
