@@ -9,9 +9,9 @@ namespace quorvel::freedesktop {
 
 // Without both, the application just comes to the front.
 struct LaunchArguments {
-    std::optional<std::string> link;    // takes the place of a file on the command line
-    std::vector<std::string> arguments; // behind the program's own; not empty: do not activate over
-                                        // the bus but start the program
+    std::optional<std::string> link; // replaces the file on the command line
+    // Appended to the command line. With any, the program is started instead of activated.
+    std::vector<std::string> arguments;
 };
 
 } // namespace quorvel::freedesktop

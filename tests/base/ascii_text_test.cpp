@@ -5,7 +5,7 @@
 namespace quorvel {
 namespace {
 
-TEST(AsciiText, OnlyItsOwnCapitalsBecomeLowerCase) {
+TEST(AsciiText, OnlyAsciiCapitalsBecomeLowerCase) {
     EXPECT_EQ(asciiLowerCase("Europe/BERLIN_1 @[`{"), "europe/berlin_1 @[`{");
     EXPECT_EQ(asciiLowerCase("\xC3\x84\xC4\xB0I"), "\xC3\x84\xC4\xB0i");
     EXPECT_EQ(asciiLowerCase(""), "");

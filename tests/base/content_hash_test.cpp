@@ -17,7 +17,7 @@ TEST(ContentHash, IsTheSameForTheSameContent) {
     EXPECT_EQ(hashOf("a calendar's name", "its colour"), hashOf("a calendar's name", "its colour"));
 }
 
-TEST(ContentHash, TellsApartWhereOneTextEnds) {
+TEST(ContentHash, DistinguishesWhereATextEnds) {
     EXPECT_NE(hashOf("ab", "c"), hashOf("a", "bc"));
     EXPECT_NE(hashOf("", "abc"), hashOf("abc", ""));
 }

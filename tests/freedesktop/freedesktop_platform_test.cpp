@@ -101,7 +101,7 @@ TEST_F(FreedesktopPlatformTest, WholeDaysFollowTheZone) {
     EXPECT_EQ(start(), at("2031-07-16T02:00"));
 }
 
-// What is wide and what is narrow is told apart only where fonts are read.
+// Only with fonts do wide and narrow texts have different widths.
 TEST_F(FreedesktopPlatformTest, AHostThatPrintsReadsNoFonts) {
     const auto width = [this](std::string_view text) {
         return made->platform()
@@ -124,7 +124,7 @@ TEST_F(FreedesktopPlatformTest, TheScreensScaleMayChange) {
     EXPECT_EQ(made->platform().screen.scale(), 1.5);
 }
 
-TEST_F(FreedesktopPlatformTest, TellsWhatTheUserHasChosen) {
+TEST_F(FreedesktopPlatformTest, ReturnsTheChoicesOfTheUser) {
     make();
     EXPECT_TRUE(made->followsTimeZone());
     EXPECT_TRUE(made->followsLocale());
@@ -135,7 +135,7 @@ TEST_F(FreedesktopPlatformTest, TellsWhatTheUserHasChosen) {
     EXPECT_FALSE(made->followsLocale());
 }
 
-TEST_F(FreedesktopPlatformTest, TellsWhereSettingsAndCalendarsComeFrom) {
+TEST_F(FreedesktopPlatformTest, ListsTheFilesOfSettingsAndCalendars) {
     options.calendars = {CalendarSource::at("/nonexistent/calendars"),
                          CalendarSource::inMemory("text", ""), CalendarSource::at("a.ics")};
     make();

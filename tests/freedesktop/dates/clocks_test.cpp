@@ -13,7 +13,7 @@ double secondsFromSystem(const platform::Clock& clock) {
     return platform::timeIntervalSince1970(clock.now()) - static_cast<double>(std::time(nullptr));
 }
 
-TEST(Clocks, SystemClockTellsTheTime) {
+TEST(Clocks, SystemClockShowsTheTime) {
     EXPECT_NEAR(secondsFromSystem(SystemClock()), 0, 2);
 }
 

@@ -277,7 +277,7 @@ TEST(IcuDateServices, TemplateWithoutPatternIsAbsent) {
     EXPECT_EQ(fixture.services().dateFormatFromTemplate("yMd"), "M/d/y");
 }
 
-TEST(IcuDateServices, SplitsIntoTheFieldsAskedFor) {
+TEST(IcuDateServices, SplitsIntoTheRequestedFields) {
     Fixture fixture("th_TH", "America/New_York");
     constexpr unsigned day = platform::NSYearCalendarUnit | platform::NSMonthCalendarUnit |
                              platform::NSDayCalendarUnit | platform::NSWeekdayCalendarUnit;

@@ -89,7 +89,7 @@ TEST(InstantText, WritesTheZonesOffset) {
               "2026-03-10T09:00:00+00:00");
 }
 
-TEST(InstantText, KeepsTheInstantWhereTheOffsetHasSeconds) {
+TEST(InstantText, PreservesTheInstantIfTheOffsetHasSeconds) {
     const auto berlin = namedTimeZone("Europe/Berlin"); // 53 minutes and 28 seconds
     const platform::NSDate date = dateOf(*berlin, {1800, 1, 1, 0, 0, 0});
     const std::string text = rfc3339(date, *berlin);

@@ -28,7 +28,7 @@ TEST(LocaleNames, AreMadeCanonical) {
     EXPECT_EQ(canonical("iw_IL"), "iw_IL");
 }
 
-TEST(LocaleNames, KeepScriptsAndExtensions) {
+TEST(LocaleNames, RetainScriptsAndExtensions) {
     EXPECT_EQ(canonical("sr_RS@latin"), "sr_Latn_RS");
     EXPECT_EQ(canonical("uz_UZ@cyrillic"), "uz_Cyrl_UZ");
     EXPECT_EQ(canonical("ca_ES.UTF-8@valencia"), "ca_ES_VALENCIA");
@@ -42,7 +42,7 @@ TEST(LocaleNames, PosixLocaleIsAmericanEnglish) {
     }
 }
 
-TEST(LocaleNames, UnknownOnesAreRefused) {
+TEST(LocaleNames, UnknownLocalesAreRefused) {
     for (const char* name : {"", "xx_YY", "xx", "de_XX", "e", "english", "root", "und", "_DE", "@",
                              ".", "de_DE@a=b=c;;", "de-DE-", "en US", "../../etc/passwd", "de_DE\n",
                              "i-klingon", "a_b_c_d", "\xC3\xA9"}) {
@@ -51,7 +51,7 @@ TEST(LocaleNames, UnknownOnesAreRefused) {
     EXPECT_EQ(canonical("de_" + std::string(1 << 20, 'D')), "absent");
 }
 
-TEST(LocaleNames, EnvironmentIsReadInItsOrder) {
+TEST(LocaleNames, VariablesHaveAnOrder) {
     EXPECT_EQ(defaultLocale("fr_FR.UTF-8", "de_DE.UTF-8", "en_US.UTF-8"), "fr_FR");
     EXPECT_EQ(defaultLocale("", "de_DE.UTF-8", "en_US.UTF-8"), "de_DE");
     EXPECT_EQ(defaultLocale("", "", "en_GB.UTF-8"), "en_GB");

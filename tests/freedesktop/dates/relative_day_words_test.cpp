@@ -50,7 +50,7 @@ std::string printedFromPattern(const icu::UnicodeString& pattern, const icu::Loc
     return withoutNarrowSpaces(simple.format(date, text));
 }
 
-TEST(RelativeDayWords, SayWhatTheRelativeFormatterSaysInEveryLocale) {
+TEST(RelativeDayWords, EqualTheRelativeFormatterInEveryLocale) {
     std::int32_t count = 0;
     const icu::Locale* const locales = icu::Locale::getAvailableLocales(count);
     ASSERT_GT(count, 500);

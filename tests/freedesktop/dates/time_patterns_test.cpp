@@ -59,7 +59,7 @@ TEST(TimePatterns, QuotedTextStays) {
     EXPECT_EQ(pattern12("'H"), "'H");
 }
 
-TEST(TimePatterns, TheLocalesOwnIsLeftAlone) {
+TEST(TimePatterns, DoesNotChangeTheLocalesFormat) {
     EXPECT_EQ(pattern("h:mm a HH", ClockFormat::ofLocale), "h:mm a HH");
     EXPECT_EQ(skeleton("jhHKka", ClockFormat::ofLocale), "jhHKka");
 }

@@ -84,7 +84,7 @@ TEST(CairoGraphicsContext, PointsAreScaled) {
     EXPECT_EQ(pixel(*image, 6, 5), clear);
 }
 
-TEST(CairoGraphicsContext, TheStateIsKept) {
+TEST(CairoGraphicsContext, TheStateIsSavedAndRestored) {
     const auto image = begin(20, 20);
     GraphicsContext& context = image->context();
     context.setFillColor(UIColor::greenColor());
@@ -261,7 +261,7 @@ TEST(CairoGraphicsContext, PicturesStandOnWholePixels) {
     EXPECT_EQ(pixel(*image, 8, 0), clear);
 }
 
-TEST(CairoGraphicsContext, CapsKeepTheirSize) {
+TEST(CairoGraphicsContext, CapsAreNotStretched) {
     const auto plain = stripes(2, 1); // 8 x 8: red, green, blue, white
     const UIImage capped(std::shared_ptr<const platform::ImagePixels>(plain, plain->pixels()),
                          plain->size(), 1, UIEdgeInsets{3, 2, 4, 2});

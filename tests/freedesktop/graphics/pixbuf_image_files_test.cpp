@@ -49,7 +49,7 @@ TEST(ScaleOfFileName, StandsBeforeTheExtension) {
     EXPECT_EQ(scaleOfFileName(""), 1);
 }
 
-TEST_F(ImageFiles, TheStockIconIsOurOwn) {
+TEST_F(ImageFiles, TheStockIconIsInTheDataFolder) {
     const auto icon =
         m_files.imageWithContentsOfFile("/Applications/MobileCal.app/icon-about@2x.png");
     ASSERT_TRUE(icon);
@@ -85,7 +85,7 @@ TEST_F(ImageFiles, PixelsAreThoseOfTheFile) {
     EXPECT_EQ(half & 0xFFFF, 0u);
 }
 
-TEST_F(ImageFiles, WhatIsNoPictureIsNone) {
+TEST_F(ImageFiles, InvalidImagesAreNull) {
     writeFile(inFolder("text.png"), "not a picture");
     writeFile(inFolder("empty.png"), "");
     writePng(inFolder("good.png"), 200, 200);
@@ -117,13 +117,13 @@ TEST_F(ImageFiles, AJpegIsAPictureAndATornOneIsNot) {
     EXPECT_EQ(read("torn.jpg"), nullptr);
 }
 
-TEST_F(ImageFiles, PipesAndDevicesAreNotReadFrom) {
+TEST_F(ImageFiles, PipesAndDevicesAreNotRead) {
     ASSERT_EQ(::mkfifo(inFolder("pipe.png").c_str(), 0600), 0);
     EXPECT_EQ(read("pipe.png"), nullptr);
     EXPECT_EQ(m_files.imageWithContentsOfFile("/dev/zero"), nullptr);
 }
 
-TEST_F(ImageFiles, TooLargeIsNoneBeforeItIsDecoded) {
+TEST_F(ImageFiles, TooLargeImagesAreRefusedBeforeDecoding) {
     // The header alone promises 60,000 x 60,000 pixels.
     writeFile(inFolder("huge.ppm"), "P6 60000 60000 255\n" + std::string(1000, 'x'));
     EXPECT_EQ(read("huge.ppm"), nullptr);
@@ -136,7 +136,7 @@ TEST_F(ImageFiles, TooLargeIsNoneBeforeItIsDecoded) {
     EXPECT_EQ(read("good.png"), nullptr);
 }
 
-TEST_F(ImageFiles, AFileThatChangedIsReadAnew) {
+TEST_F(ImageFiles, AChangedFileIsReadAgain) {
     writePng(inFolder("a.png"), 10, 10);
     const auto first = read("a.png");
     EXPECT_EQ(read("a.png"), first);
@@ -156,7 +156,7 @@ void rewrite(const std::string& path, const std::string& contents) {
     ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
 }
 
-TEST_F(ImageFiles, AFileRewrittenWithTheSameSizeAndTimeIsReadAnew) {
+TEST_F(ImageFiles, AFileRewrittenWithTheSameSizeAndTimeIsReadAgain) {
     for (int i = 0; i < 50; ++i) { // faster than the file system's clock ticks
         const std::string shade(1, static_cast<char>(i));
         rewrite(inFolder("a.ppm"), "P6 1 1 255\n" + shade + shade + shade);

@@ -1,4 +1,5 @@
-// Services on the test's session bus that say what the test wants, and a bus that says nothing.
+// Services on the test's session bus with the replies that a test needs, and a bus that never
+// replies.
 #pragma once
 
 #include <filesystem>
@@ -44,7 +45,7 @@ public:
     explicit BusApplication(bool answers = true);
 };
 
-// A socket where everybody may connect and nobody answers.
+// A socket that accepts connections and never answers.
 class SilentBus {
 public:
     explicit SilentBus(const std::filesystem::path& folder);

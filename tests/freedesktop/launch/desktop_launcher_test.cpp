@@ -99,12 +99,12 @@ TEST_F(DesktopLauncherTest, OpensNoOtherSchemeAndNothingTooLong) {
     EXPECT_LT(log.lines[1].size(), 200U);
 }
 
-TEST_F(DesktopLauncherTest, SaysWhereNobodyOpensTheScheme) {
+TEST_F(DesktopLauncherTest, ReportsASchemeWithoutAHandler) {
     open("fantastical2://show?date=2014-3-7");
     EXPECT_THAT(log.lines, ElementsAre("QRV: no application opens fantastical2 links"));
 }
 
-TEST_F(DesktopLauncherTest, SaysWhereAHandlerCannotBeStarted) {
+TEST_F(DesktopLauncherTest, ReportsAHandlerThatCannotBeStarted) {
     write(folder() / "applications/broken.desktop",
           "[Desktop Entry]\nType=Application\nName=broken\nExec=" RECORDER " %u\n"
           "Path=/nonexistent/folder\n");
@@ -131,7 +131,7 @@ TEST_F(DesktopLauncherTest, BringsAnApplicationToTheFrontByEitherName) {
     EXPECT_THAT(log.lines, IsEmpty());
 }
 
-TEST_F(DesktopLauncherTest, SaysWhereThereIsNoSuchApplication) {
+TEST_F(DesktopLauncherTest, ReportsAnUnknownApplication) {
     activate("org.example.Missing");
     activate("../../etc/passwd");
     EXPECT_THAT(log.lines, ElementsAre("QRV: there is no application org.example.Missing",
@@ -170,7 +170,7 @@ TEST_F(DesktopLauncherTest, StartsTheProgramWhereTheBusDoesNotKnowIt) {
     EXPECT_THAT(log.lines, IsEmpty());
 }
 
-TEST_F(DesktopLauncherTest, TellsWhatAnApplicationOnTheBusComplainsOf) {
+TEST_F(DesktopLauncherTest, ReportsTheErrorOfAnApplicationOnTheBus) {
     const testing_launch::FakeService broken("org.example.Broken", "/org/example/Broken",
                                              "<node><interface name='org.example.Other'/></node>",
                                              [](const std::string&, GVariant*) { return nullptr; });
@@ -287,7 +287,7 @@ TEST_F(DesktopLauncherTest, NothingIsHandedToAShellsScript) {
     EXPECT_THAT(started(1), ElementsAre(ElementsAre("[]")));
 }
 
-TEST_F(DesktopLauncherTest, NothingHappensOnceItIsGone) {
+TEST_F(DesktopLauncherTest, NothingHappensAfterItsDestruction) {
     launcher = std::make_unique<DesktopLauncher>(log, 1);
     const BusApplication silent(false);
     install("org.example.Nobody", "started", "DBusActivatable=true");
@@ -309,7 +309,7 @@ TEST_F(DesktopLauncherTest, NothingHappensOnceItIsGone) {
 
 class SilentSessionTest : public DesktopLauncherTest {
 protected:
-    // The process shares one connection, which must be gone first.
+    // The process shares one connection, which must be closed first.
     SilentSessionTest() {
         GDBusConnection* connection = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
         g_object_add_weak_pointer(G_OBJECT(connection), reinterpret_cast<gpointer*>(&connection));
@@ -357,7 +357,7 @@ TEST_F(SilentSessionTest, ThePatienceHoldsForTheBusToo) {
     EXPECT_THAT(startedMeanwhile(), IsEmpty());
 }
 
-TEST_F(SilentSessionTest, NothingHappensOnceItIsGone) {
+TEST_F(SilentSessionTest, NothingHappensAfterItsDestruction) {
     install("org.example.Bus", "started", "DBusActivatable=true");
     activate("org.example.Bus");
     startedMeanwhile();

@@ -33,7 +33,7 @@ TEST(ExecLineTest, LeavesOutWhatStandsForNothing) {
     EXPECT_THAT(argumentsOf("app %i", {}, std::nullopt), Optional(ElementsAre("app")));
 }
 
-TEST(ExecLineTest, KeepsTheLinkOutOfOtherWords) {
+TEST(ExecLineTest, RemovesTheLinkFromOtherWords) {
     EXPECT_THAT(withLink("sh -c \"app %u\""), Optional(ElementsAre("sh", "-c", "app ")));
     EXPECT_THAT(withLink("sh -c app;%U"), Optional(ElementsAre("sh", "-c", "app;")));
     EXPECT_THAT(withLink("sh -c \"app --open=%u\""),
@@ -41,7 +41,7 @@ TEST(ExecLineTest, KeepsTheLinkOutOfOtherWords) {
     EXPECT_THAT(withLink("app --open=a%u"), Optional(ElementsAre("app", "--open=a")));
 }
 
-TEST(ExecLineTest, KeepsTheWordsOfALine) {
+TEST(ExecLineTest, PreservesTheWordsOfALine) {
     EXPECT_THAT(withoutLink("/usr/bin/flatpak run --branch=stable --command=gnome-calendar "
                             "--file-forwarding org.gnome.Calendar @@u %U @@"),
                 Optional(ElementsAre("/usr/bin/flatpak", "run", "--branch=stable",
@@ -51,7 +51,7 @@ TEST(ExecLineTest, KeepsTheWordsOfALine) {
                 Optional(ElementsAre("env", "A=b c", "x", "y z", "", "$HOME")));
 }
 
-TEST(ExecLineTest, FillsInWhatTheEntrySaysOfItself) {
+TEST(ExecLineTest, FillsInTheValuesOfTheEntry) {
     EXPECT_THAT(withoutLink("app %i %c %k 100%% [%c]"),
                 Optional(ElementsAre("app", "--icon", "a-icon", "My Calendar",
                                      "/usr/share/a b.desktop", "100%", "[My Calendar]")));

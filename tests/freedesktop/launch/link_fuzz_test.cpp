@@ -141,7 +141,7 @@ void checkOpening(const CalendarLink& link, bool isKnown) {
     EXPECT_FALSE(gnome.arguments[1].empty());
 }
 
-TEST(LinkFuzzTest, WhateverComesIsRefusedOrKeptWhole) {
+TEST(LinkFuzzTest, EveryLinkIsRefusedOrPassedUnchanged) {
     LinkMaker maker;
     int opened = 0;
     int parsed = 0;
@@ -178,7 +178,7 @@ TEST(LinkFuzzTest, WhateverComesIsRefusedOrKeptWhole) {
 }
 
 // No link that the widget itself can make is refused for its characters.
-TEST(LinkFuzzTest, TheWidgetsOwnCharactersAreTaken) {
+TEST(LinkFuzzTest, TheWidgetsOwnCharactersAreAccepted) {
     LinkMaker maker;
     int made = 0;
     for (int i = 0; i < 20000; ++i) {

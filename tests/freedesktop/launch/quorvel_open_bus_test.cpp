@@ -147,7 +147,7 @@ TEST_F(QuorvelOpenTest, AnApplicationThatTheBusDoesNotKnowIsStarted) {
     EXPECT_THAT(started(1), ElementsAre(ElementsAre("started")));
 }
 
-TEST_F(QuorvelOpenTest, AnApplicationOnTheBusThatIsSilentIsToldOf) {
+TEST_F(QuorvelOpenTest, ReportsASilentApplicationOnTheBus) {
     const BusApplication application(false);
     const Notifications notifications;
     install("org.example.Bus", "started %U", "DBusActivatable=true\nMimeType=text/calendar;");
@@ -164,7 +164,7 @@ TEST_F(QuorvelOpenTest, AnApplicationOnTheBusThatIsSilentIsToldOf) {
                             "did not answer): try it by hand.', [], {}, -1)"));
 }
 
-TEST_F(QuorvelOpenTest, ANotificationTellsOfTheEvent) {
+TEST_F(QuorvelOpenTest, ANotificationNamesTheEvent) {
     const Notifications notifications;
     EXPECT_EQ(quorvelOpen({eventLink}).status, 1);
     EXPECT_THAT(notifications.calls(),
@@ -173,7 +173,7 @@ TEST_F(QuorvelOpenTest, ANotificationTellsOfTheEvent) {
                             "Calendar.', [], {}, -1)"));
 }
 
-TEST_F(QuorvelOpenTest, ANotificationTellsOfTheDay) {
+TEST_F(QuorvelOpenTest, ANotificationNamesTheDay) {
     const Notifications notifications;
     EXPECT_EQ(quorvelOpen({dayLink}).status, 1);
     EXPECT_THAT(notifications.calls(),
@@ -206,7 +206,7 @@ protected:
     SilentBus bus{folder()};
 };
 
-TEST_F(SilentBusTest, TheDayIsShownWhereTheSourcesCannotBeAsked) {
+TEST_F(SilentBusTest, TheDayIsShownIfTheSourcesDoNotAnswer) {
     install("org.gnome.Calendar", "calendar %U", "DBusActivatable=true");
     const Outcome outcome = openOnSilentBus(eventLink);
     EXPECT_EQ(outcome.status, 0);
@@ -234,7 +234,7 @@ TEST_F(SilentBusTest, AnApplicationOfTheBusIsStartedWithoutIt) {
     EXPECT_GT(bus.connections(), 0);
 }
 
-TEST_F(SilentBusTest, TheProblemIsToldWithoutANotification) {
+TEST_F(SilentBusTest, TheProblemIsReportedWithoutANotification) {
     const Outcome outcome = openOnSilentBus(dayLink);
     EXPECT_EQ(outcome.status, 1);
     EXPECT_LT(outcome.seconds, 10);

@@ -26,7 +26,7 @@ std::string symlinkToQuorvelOpen() {
     return link.string();
 }
 
-TEST_F(QuorvelOpenTest, TellsEvolutionTheDayOfAnEventThatItDoesNotKnow) {
+TEST_F(QuorvelOpenTest, OpensEvolutionAtTheDayOfAnUnknownEvent) {
     install("org.gnome.Evolution", "%U");
     EXPECT_EQ(quorvelOpen({eventLink}).status, 0);
     EXPECT_THAT(started(1), ElementsAre(ElementsAre("calendar:///?startdate=20140307T174500Z")));
@@ -45,7 +45,7 @@ TEST_F(QuorvelOpenTest, PrefersTheUsersChoice) {
     EXPECT_THAT(started(1), ElementsAre(ElementsAre("other")));
 }
 
-TEST_F(QuorvelOpenTest, TellsGnomeCalendarTheDay) {
+TEST_F(QuorvelOpenTest, OpensGnomeCalendarAtTheDay) {
     install("org.gnome.Calendar", "calendar %U");
     EXPECT_EQ(quorvelOpen({eventLink}).status, 0);
     EXPECT_EQ(quorvelOpen({dayLink}).status, 0);
@@ -53,7 +53,7 @@ TEST_F(QuorvelOpenTest, TellsGnomeCalendarTheDay) {
     EXPECT_THAT(started(2), ElementsAre(arguments, arguments));
 }
 
-TEST_F(QuorvelOpenTest, KeepsTheWordsOfACommandLine) {
+TEST_F(QuorvelOpenTest, PreservesTheWordsOfACommandLine) {
     install("org.gnome.Calendar", "run --command=gnome-calendar \"--env=A=b c\" "
                                   "org.gnome.Calendar @@u %U @@");
     EXPECT_EQ(quorvelOpen({dayLink}).status, 0);
@@ -76,7 +76,7 @@ TEST_F(QuorvelOpenTest, StartsTheProgramInTheFolderOfItsEntry) {
     EXPECT_TRUE(std::filesystem::exists(place / "here"));
 }
 
-TEST_F(QuorvelOpenTest, SaysWhereTheApplicationCannotBeStarted) {
+TEST_F(QuorvelOpenTest, ReportsAnApplicationThatCannotBeStarted) {
     for (const char* name : {"org.gnome.Calendar", "org.gnome.Evolution"}) {
         write(folder() / "applications" / (std::string(name) + ".desktop"),
               "[Desktop Entry]\nType=Application\nName=x\nPath=/nonexistent/folder\nExec=" RECORDER
@@ -119,7 +119,7 @@ TEST_F(QuorvelOpenTest, PassesItselfOverForAnother) {
     EXPECT_THAT(started(1), ElementsAre(ElementsAre("other")));
 }
 
-TEST_F(QuorvelOpenTest, SaysWhereThereIsNoCalendarApplication) {
+TEST_F(QuorvelOpenTest, ReportsThatThereIsNoCalendarApplication) {
     const Outcome outcome = quorvelOpen({eventLink});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.errors, "quorvel-open: there is no calendar application: install Evolution "

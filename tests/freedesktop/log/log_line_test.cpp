@@ -11,7 +11,7 @@
 namespace quorvel::freedesktop {
 namespace {
 
-TEST(LogLine, KeepsOrdinaryText) {
+TEST(LogLine, DoesNotChangeOrdinaryText) {
     EXPECT_EQ(printableMessage("QRV: unable to load preferences."),
               "QRV: unable to load preferences.");
     EXPECT_EQ(printableMessage("100% %s %n"), "100% %s %n");
@@ -50,7 +50,7 @@ TEST(LogLine, CutsLongMessages) {
     EXPECT_LE(printableMessage(std::string(1 << 20, '\x01')).size(), 4110U);
 }
 
-TEST(LogLine, SaysWhenAndWho) {
+TEST(LogLine, HasTimeAndProcess) {
     const std::string line = logLine("hello\nworld");
     std::string form = line.substr(0, 23);
     for (char& c : form) {

@@ -26,7 +26,7 @@ TEST(StandardErrorLog, WritesOneLineAMessage) {
     EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::EndsWith("] 100%s of it\n"));
 }
 
-TEST(CombinedLog, TellsAll) {
+TEST(CombinedLog, PassesMessagesToAllLogs) {
     const auto first = std::make_shared<RecordingLog>();
     const auto second = std::make_shared<RecordingLog>();
     CombinedLog both({first, second});

@@ -8,7 +8,7 @@
 namespace quorvel::freedesktop {
 namespace {
 
-TEST(TerminalLine, KeepsWhatPeopleWrite) {
+TEST(TerminalLine, DoesNotChangeOrdinaryText) {
     for (const char* text : {"Dentist", "日本語のレッスン", "Crêpes 🎂", "مرحبا", "e\u0301"}) {
         EXPECT_EQ(terminalLine(text), text);
     }
@@ -37,7 +37,7 @@ TEST(TerminalLine, TakesOutWhatTurnsTheLineAround) {
     EXPECT_EQ(terminalLine("a\u202E\u2066b\u2069\u202Cc"), "abc");
 }
 
-TEST(TerminalLine, KeepsMarksOfDirectionAndJoiners) {
+TEST(TerminalLine, DoesNotChangeDirectionMarksAndJoiners) {
     for (const char* text : {"\u05E4\u05D2\u200F (A\u200E)", "\u061C\u0645",
                              "\u0645\u06CC\u200C\u062E", "\U0001F468\u200D\U0001F467\uFE0F"}) {
         EXPECT_EQ(terminalLine(text), text);

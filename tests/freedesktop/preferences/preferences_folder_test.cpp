@@ -67,7 +67,7 @@ TEST_F(PreferencesFolderTest, StandsForThePlatformsDirectories) {
     EXPECT_THAT(m_log.messages, IsEmpty());
 }
 
-TEST_F(PreferencesFolderTest, IsReadAfresh) {
+TEST_F(PreferencesFolderTest, IsReadAgainEachTime) {
     writeSize("a.plist", 18);
     EXPECT_EQ(sizeIn(m_preferences.dictionaryWithContentsOfFile(systemFolder + "a.plist")), 18);
     writeSize("a.plist", 20);
@@ -98,7 +98,7 @@ TEST_F(PreferencesFolderTest, MissingFilesAreNothingAndNotWorthALine) {
     EXPECT_THAT(m_log.messages, IsEmpty());
 }
 
-TEST_F(PreferencesFolderTest, TornFilesAreSaidOnceUntilTheyChange) {
+TEST_F(PreferencesFolderTest, DamagedFilesAreLoggedOnceUntilTheyChange) {
     const std::string path = systemFolder + "a.plist";
     const std::string local = m_folder / "a.plist";
     write("a.plist", "<plist><dict><key>textSi");
@@ -116,7 +116,7 @@ TEST_F(PreferencesFolderTest, TornFilesAreSaidOnceUntilTheyChange) {
                                             "cannot read " + local + ": it is empty"));
 }
 
-TEST_F(PreferencesFolderTest, ListsWithANulAreNothingWhicheverWayTheyAreAskedFor) {
+TEST_F(PreferencesFolderTest, ListsWithANulAreUnreadableInEveryWay) {
     const std::string list =
         "<plist><array><string>a" + std::string(1, '\0') + "</string></array></plist>";
     for (const char* name : {"a.plist", "com.apple.mobilecal.plist"}) {
@@ -154,7 +154,7 @@ TEST_F(PreferencesFolderTest, OnlyRegularFilesAreRead) {
     EXPECT_EQ(m_log.messages.back(), "cannot read /dev/zero: it is not a regular file");
 }
 
-TEST_F(PreferencesFolderTest, StockCalendarsAreAllSelectedWhereNothingIsSaid) {
+TEST_F(PreferencesFolderTest, StockCalendarsAreAllSelectedByDefault) {
     const std::string path = systemFolder + "com.apple.mobilecal.plist";
     const auto unsaid = m_preferences.dictionaryWithContentsOfFile(path);
     ASSERT_TRUE(unsaid);
@@ -169,7 +169,7 @@ TEST_F(PreferencesFolderTest, StockCalendarsAreAllSelectedWhereNothingIsSaid) {
     EXPECT_EQ(m_preferences.dictionaryWithContentsOfFile(path), std::nullopt);
 }
 
-TEST_F(PreferencesFolderTest, StockCalendarsAreDeselectedAsOnTheDesktopWhereNothingIsSaid) {
+TEST_F(PreferencesFolderTest, StockCalendarsAreDeselectedAsOnTheDesktopByDefault) {
     const std::string path = systemFolder + "com.apple.mobilecal.plist";
     std::vector<std::string> deselected{"home", "work"};
     m_preferences.setDeselectedCalendars([&] { return deselected; });
@@ -212,7 +212,7 @@ TEST_F(PreferencesFolderTest, ServiceHasNoListForAnAbsentTornOrEmptyDomain) {
     }
 }
 
-TEST_F(PreferencesFolderTest, TellsTheFoundationVersion) {
+TEST_F(PreferencesFolderTest, ReturnsTheFoundationVersion) {
     EXPECT_EQ(m_preferences.foundationVersionNumber(), 1047.25);
     EXPECT_EQ(PreferencesFolder(m_folder, 1140.11, m_log).foundationVersionNumber(), 1140.11);
 }

@@ -102,7 +102,7 @@ TEST(XmlPropertyList, NumbersDoNotFollowTheLocale) {
     }
 }
 
-TEST(XmlPropertyList, IsReadAsTheSystemReadsIt) {
+TEST(XmlPropertyList, IsParsedLikeThePlatformDoes) {
     EXPECT_EQ(as<std::string>(parseXmlObject("<string>a</string>")), "a");
     EXPECT_EQ(entry<std::string>(parse("<dict><key>a</key><string>b</string></dict>"), "a"), "b");
     EXPECT_EQ(as<std::int64_t>(parse("<plist><integer>7</integer></plist> junk <")), 7);
@@ -128,7 +128,7 @@ TEST(XmlPropertyList, LastOfTwoEntriesCounts) {
     EXPECT_EQ(entry<std::int64_t>(list, "a"), 2);
 }
 
-TEST(XmlPropertyList, SaysWhatIsWrong) {
+TEST(XmlPropertyList, ReportsWhatIsWrong) {
     EXPECT_EQ(problemOf(parse("<plist><dict><key>a</key>")), "the XML breaks off");
     EXPECT_EQ(problemOf(parse("<plist><dict></array>")), "the elements of the XML do not match");
     EXPECT_EQ(problemOf(parse("<plist><true/><true/></plist>")),
@@ -151,7 +151,7 @@ TEST(XmlPropertyList, SaysWhatIsWrong) {
     EXPECT_FALSE(parse("<plist><integer>&lt;a</integer></plist>"));
 }
 
-TEST(XmlPropertyList, HostileOnesAreBounded) {
+TEST(XmlPropertyList, HostileListsTakeBoundedTime) {
     const Stopwatch watch;
     std::string deep;
     for (int i = 0; i < 200000; ++i) {
@@ -231,7 +231,7 @@ TEST(PropertyListFile, AnIntegerAboveTheSignedRangeIsALargeFloat) {
               0x1p64F);
 }
 
-TEST(BinaryPropertyList, DamagedOnesAreRefused) {
+TEST(BinaryPropertyList, DamagedListsAreRefused) {
     const std::string good = binary({container(0xD, 1, {1, 2}), text("key"), "\x10\x07"s});
     ASSERT_EQ(entry<std::int64_t>(parse(good), "key"), 7);
     for (std::size_t size = 6; size < good.size(); ++size) { // less is an old list of one text
@@ -294,7 +294,7 @@ TEST(BinaryPropertyList, EveryChangedByteIsSurvived) {
     }
 }
 
-TEST(BinaryPropertyList, HostileOnesAreBounded) {
+TEST(BinaryPropertyList, HostileListsTakeBoundedTime) {
     const Stopwatch watch;
     std::vector<std::string> bomb;
     for (unsigned i = 1; i < 12; ++i) {
@@ -342,7 +342,7 @@ TEST(OldPropertyList, NeedsItsPunctuation) {
     }
 }
 
-TEST(OldPropertyList, HostileOnesAreBounded) {
+TEST(OldPropertyList, HostileListsTakeBoundedTime) {
     EXPECT_EQ(problemOf(parse(std::string(1 << 20, '('))), "it is nested too deep");
     std::string many = "(";
     for (int i = 0; i < 300000; ++i) {

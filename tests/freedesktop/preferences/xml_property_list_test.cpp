@@ -62,7 +62,7 @@ TEST(XmlCharacters, ReferencesToForbiddenOnesToo) {
     EXPECT_EQ(as<std::string>(parseXmlObject("<string>&#9;&#x1F600;</string>")), "\t😀");
 }
 
-TEST(XmlCharacters, WhatFollowsTheRootIsNotLookedAt) {
+TEST(XmlCharacters, IgnoresEverythingAfterTheRoot) {
     EXPECT_EQ(as<bool>(parse("<plist><true/></plist>\0\x01<"s)), true);
     EXPECT_EQ(as<PropertyListDictionary>(parse("<dict/>\0"s)).size(), 0U);
 }
@@ -88,14 +88,14 @@ TEST(XmlEncoding, CharactersThatItLacksMakeTheListUnreadable) {
     EXPECT_EQ(problemOf(parseDeclared("ISO-8859-1", "\0"s)), forbidden);
 }
 
-TEST(XmlEncoding, UnknownOnesAreUnreadable) {
+TEST(XmlEncoding, UnknownEncodingsAreUnreadable) {
     for (const char* encoding : {"klingon", "UTF-16", "UTF-7", "EBCDIC-CP-US", "UTF-32"}) {
         EXPECT_EQ(problemOf(parseDeclared(encoding, "a")), "the XML is in an unknown encoding")
             << encoding;
     }
 }
 
-TEST(XmlEncoding, Utf16IsReadWithAndWithoutAMark) {
+TEST(XmlEncoding, Utf16IsParsedWithAndWithoutAMark) {
     const std::string list =
         "<?xml version=\"1.0\" encoding=\"UTF-16\"?><plist><integer>7</integer></plist>";
     for (const bool bigEndian : {false, true}) {
@@ -116,7 +116,7 @@ TEST(XmlEncoding, AMarkCountsForMoreThanTheDeclaration) {
               7);
 }
 
-TEST(XmlEntities, OnlyTheFivePredefinedOnesAreKnown) {
+TEST(XmlEntities, OnlyThePredefinedEntitiesAreKnown) {
     EXPECT_EQ(as<std::string>(parseXmlObject("<string>&lt;&gt;&amp;&quot;&apos;</string>")),
               "<>&\"'");
     const std::string declared =
@@ -179,7 +179,7 @@ TEST(XmlDeclarations, AreBounded) {
     EXPECT_LT(watch.seconds(), 5);
 }
 
-TEST(XmlBounds, LargeAndDeepOnesAreDoneInTime) {
+TEST(XmlBounds, LargeAndDeepListsTakeBoundedTime) {
     const Stopwatch watch;
     std::string deep;
     for (int i = 0; i < 200000; ++i) {
@@ -223,7 +223,7 @@ TEST(XmlComments, MayHoldDashes) {
     }
 }
 
-TEST(XmlComments, WhatOnlyLooksLikeOneStays) {
+TEST(XmlComments, TextThatResemblesACommentStays) {
     EXPECT_EQ(as<std::string>(parseXmlObject("<string><![CDATA[<!-- a - b -->]]>-</string>")),
               "<!-- a - b -->-");
     EXPECT_EQ(as<std::int64_t>(parse("<!DOCTYPE plist SYSTEM \"<!--\"><plist><integer>-7</integer>"
@@ -234,7 +234,7 @@ TEST(XmlComments, WhatOnlyLooksLikeOneStays) {
               -7);
 }
 
-TEST(XmlStructure, AValueThatIsNoneMakesTheListUnreadable) {
+TEST(XmlStructure, AnInvalidValueMakesTheListUnreadable) {
     for (const char* object : {"<integer>a</integer>", "<integer/>", "<real>1,5</real>", "<date/>",
                                "<date>today</date>", "<integer>99999999999999999999</integer>"}) {
         EXPECT_EQ(problemOf(parseXmlObject(object)), "the XML has an invalid value") << object;
@@ -243,7 +243,7 @@ TEST(XmlStructure, AValueThatIsNoneMakesTheListUnreadable) {
     EXPECT_EQ(as<bool>(parseXmlObject("<true>no</true>")), true);
 }
 
-TEST(XmlStructure, SaysWhatIsWrong) {
+TEST(XmlStructure, ReportsWhatIsWrong) {
     EXPECT_EQ(problemOf(parse("<plist><true a=b/></plist>")), "the XML is malformed");
     EXPECT_EQ(problemOf(parse("<!-- nothing -->")), "the XML breaks off");
     EXPECT_EQ(problemOf(parse("<?xml version=\"1.0\"?>")), "the XML breaks off");

@@ -58,7 +58,7 @@ TEST(XmlValues, IntegersAboveTheSignedRangeAreUnsigned) {
               std::uint64_t{1} << 63U);
 }
 
-TEST(XmlValues, WhatIsNoIntegerIsNone) {
+TEST(XmlValues, InvalidIntegersAreAbsent) {
     for (const char* text : {"", " ", "a", "12a", "1 2", "1.5", "1e3", "--5", "+-5", "-", "0x",
                              "0xg", "-9223372036854775809", "18446744073709551616", "\xD9\xA1"}) {
         EXPECT_EQ(integer(text), std::nullopt) << text;
@@ -87,7 +87,7 @@ TEST(XmlValues, DatesCountFromTheReferenceDate) {
     EXPECT_EQ(secondsOfDate("4001-01-01T00:00:00Z"), 730485 * day); // 2000 years of 365.2425 days
 }
 
-TEST(XmlValues, WhatIsNoDateIsNone) {
+TEST(XmlValues, InvalidDatesAreAbsent) {
     for (const char* text :
          {"", "2001", "2001-01-01", "2001-01-01T00:00:00", "2001-13-01T00:00:00Z",
           "2001-02-29T00:00:00Z", "2001-00-01T00:00:00Z", "2001-01-01T24:00:00Z",

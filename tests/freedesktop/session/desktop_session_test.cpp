@@ -54,7 +54,7 @@ protected:
     std::unique_ptr<DesktopSession> session;
 };
 
-TEST_F(DesktopSessionTest, TellsOfTheMachinesTimeZone) {
+TEST_F(DesktopSessionTest, ReportsTheMachinesTimeZone) {
     setZone("Europe/Berlin");
     follow();
     runFor(0.05);
@@ -75,7 +75,7 @@ TEST_F(DesktopSessionTest, WhatTheEnvironmentFixesDoesNotChange) {
     EXPECT_THAT(locales, testing::Each("it_IT"));
 }
 
-TEST_F(DesktopSessionTest, TellsOfTheRegionAndOfTheSystemsLocale) {
+TEST_F(DesktopSessionTest, ReportsTheRegionAndTheSystemsLocale) {
     follow();
     regions.set("region", "de_DE.UTF-8");
     EXPECT_TRUE(runUntil([this] { return !locales.empty(); }));
@@ -95,7 +95,7 @@ TEST_F(DesktopSessionTest, WithoutARegionTheEnvironmentCountsAgain) {
     EXPECT_THAT(locales, ElementsAre("fr_FR"));
 }
 
-TEST_F(DesktopSessionTest, TellsOfTheClockFormat) {
+TEST_F(DesktopSessionTest, ReportsTheClockFormat) {
     follow();
     interface.set("clock-format", "12h");
     EXPECT_TRUE(runUntil([this] { return formats.size() == 1; }));
@@ -104,14 +104,14 @@ TEST_F(DesktopSessionTest, TellsOfTheClockFormat) {
     EXPECT_THAT(formats, ElementsAre(ClockFormat::twelveHours, ClockFormat::ofLocale));
 }
 
-TEST_F(DesktopSessionTest, TellsOfWaking) {
+TEST_F(DesktopSessionTest, ReportsWaking) {
     follow();
     ASSERT_TRUE(runUntil([this] { return services.hasListener("org.freedesktop.login1"); }));
     services.prepareForSleep(false);
     EXPECT_TRUE(runUntil([this] { return resumes == 1; }));
 }
 
-TEST_F(DesktopSessionTest, WhatIsNotAskedForIsNotFollowed) {
+TEST_F(DesktopSessionTest, FollowsOnlyWhatHasACallback) {
     SessionChanges changes;
     changes.onResume = [this] { ++resumes; };
     session = std::make_unique<DesktopSession>(log, std::move(changes),
@@ -126,7 +126,7 @@ TEST_F(DesktopSessionTest, WhatIsNotAskedForIsNotFollowed) {
     EXPECT_EQ(services.localeQuestions(), 0);
 }
 
-TEST_F(DesktopSessionTest, NothingIsToldAfterItsEnd) {
+TEST_F(DesktopSessionTest, DoesNotCallAfterItsDestruction) {
     follow();
     ASSERT_TRUE(runUntil([this] { return services.hasListener("org.freedesktop.login1"); }));
     setZone("Asia/Tokyo");
@@ -142,7 +142,7 @@ TEST_F(DesktopSessionTest, NothingIsToldAfterItsEnd) {
     EXPECT_EQ(resumes, 0);
 }
 
-TEST_F(DesktopSessionTest, FollowingWakesNobody) {
+TEST_F(DesktopSessionTest, FollowingDoesNotWakeTheProcess) {
     setZone("Europe/Berlin");
     follow();
     ASSERT_TRUE(runUntil([this] { return services.hasListener("org.freedesktop.login1"); }));

@@ -296,7 +296,7 @@ TEST_F(FileChangesTest, OtherPathsTakeThePlaceOfTheFirst) {
     EXPECT_TRUE(isSeen());
 }
 
-TEST_F(FileChangesTest, ABurstIsToldTenTimesASecond) {
+TEST_F(FileChangesTest, ReportsABurstTenTimesPerSecond) {
     watch(folder.path());
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(1);
     while (std::chrono::steady_clock::now() < end) {
@@ -307,7 +307,7 @@ TEST_F(FileChangesTest, ABurstIsToldTenTimesASecond) {
     EXPECT_LE(calls, 11);
 }
 
-TEST_F(FileChangesTest, NothingIsToldAfterItsEnd) {
+TEST_F(FileChangesTest, DoesNotCallAfterItsDestruction) {
     watch(folder.path());
     write(folder / "a.txt", "1");
     ASSERT_TRUE(runUntil([this] { return calls == 1; }));
@@ -317,14 +317,14 @@ TEST_F(FileChangesTest, NothingIsToldAfterItsEnd) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(FileChangesTest, WatchingWakesNobody) {
+TEST_F(FileChangesTest, WatchingDoesNotWakeTheProcess) {
     changes->watch({{folder.path()}, {folder / "missing/file"}});
     write(folder / "a.txt", "1");
     EXPECT_TRUE(isSeen());
     EXPECT_EQ(wakeUpsDuring(0.5), 0);
 }
 
-TEST_F(FileChangesTest, WithoutWatchesLeftItSaysSoOnceAndGoesOn) {
+TEST_F(FileChangesTest, WithoutWatchesLeftItLogsOnceAndContinues) {
     fs::create_directories(folder / "a/b/c");
     Kernel::instance().watchesLeft = 1;
     watch(folder.path(), 5);
@@ -339,7 +339,7 @@ TEST_F(FileChangesTest, WithoutWatchesLeftItSaysSoOnceAndGoesOn) {
     EXPECT_EQ(log.lines.size(), 1U);
 }
 
-TEST_F(FileChangesTest, TooManyFoldersAreSaidOnce) {
+TEST_F(FileChangesTest, TooManyFoldersAreLoggedOnce) {
     for (int i = 0; i < 20; ++i) {
         fs::create_directory(folder / std::to_string(i));
     }
@@ -352,7 +352,7 @@ TEST_F(FileChangesTest, TooManyFoldersAreSaidOnce) {
     EXPECT_EQ(log.lines.size(), 1U);
 }
 
-TEST_F(FileChangesTest, WhatMayNotBeReadIsSeenWhenItMay) {
+TEST_F(FileChangesTest, NoticesThatAFileBecomesReadable) {
     fs::create_directory(folder / "locked");
     Kernel::instance().unwatchable = folder / "locked";
     watch(folder / "locked");

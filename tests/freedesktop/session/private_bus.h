@@ -29,7 +29,7 @@ private:
     bool m_isUp = true;
 };
 
-// The services that tell of sleep and of the system's locale, both by one connection.
+// The services that report sleep and the system's locale, both on one connection.
 class FakeSystemServices {
 public:
     explicit FakeSystemServices(const PrivateBus& bus);
@@ -42,7 +42,7 @@ public:
     void setLocale(std::vector<std::string> assignments, bool withValue);
     void emit(const char* object, const char* interface, const char* signal,
               GVariant* parameters) const;
-    // Whether somebody listens for the signals of the service.
+    // Whether a client listens for the signals of the service.
     bool hasListener(const char* service) const;
     int localeQuestions() const { return m_localeQuestions; }
 

@@ -23,7 +23,7 @@ TEST(SessionLocale, TheRegionGoesBeforeTheSystemAndThatBeforeTheEnvironment) {
     EXPECT_EQ(localeOf(session), "en_US_POSIX") << "who sets LC_ALL wants nothing else";
 }
 
-TEST(SessionLocale, WhatNobodyKnowsIsPassedOver) {
+TEST(SessionLocale, SkipsUnknownLocales) {
     SessionLocale session{"xx_NOWHERE", "it_IT.UTF-8", "", "Middle-earth", {}};
     EXPECT_EQ(localeOf(session), "it_IT");
     session.system = {"", "=", "LC_TIME", "LC_TIME_X=fr_FR", "LC_TIME=zz_ZZ", "LANG=de_DE"};

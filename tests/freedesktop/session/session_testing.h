@@ -1,5 +1,5 @@
 // What the tests of things that happen by themselves share: a folder of their own, the main loop
-// run for a while, and a kernel that refuses when it is told to.
+// run for a while, and a kernel whose calls fail on request.
 #pragma once
 
 #include <atomic>

@@ -26,7 +26,7 @@ protected:
     std::unique_ptr<SystemBusSignals> signals;
 };
 
-TEST_F(SystemBusSignalsTest, WithoutABusNothingIsTold) {
+TEST_F(SystemBusSignalsTest, WithoutABusItDoesNotCall) {
     const EnvironmentVariable noBus("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/bus");
     listen();
     runFor(0.1);
@@ -50,7 +50,7 @@ protected:
     FakeSystemServices services{bus};
 };
 
-TEST_F(SystemBusSignalsOnBusTest, WakingIsToldFallingAsleepIsNot) {
+TEST_F(SystemBusSignalsOnBusTest, ReportsWakingButNotFallingAsleep) {
     listenAndBeHeard();
     services.prepareForSleep(true);
     runFor(0.1);
@@ -59,7 +59,7 @@ TEST_F(SystemBusSignalsOnBusTest, WakingIsToldFallingAsleepIsNot) {
     EXPECT_TRUE(runUntil([this] { return resumes == 1; }));
 }
 
-TEST_F(SystemBusSignalsOnBusTest, TheSystemsLocaleIsAskedForWhenItChanges) {
+TEST_F(SystemBusSignalsOnBusTest, RequestsTheSystemsLocaleWhenItChanges) {
     listenAndBeHeard();
     EXPECT_EQ(services.localeQuestions(), 0);
     services.setLocale({"LANG=de_DE.UTF-8", "LC_TIME=en_GB.UTF-8"}, true);
@@ -89,13 +89,13 @@ TEST_F(SystemBusSignalsOnBusTest, WhatIsMalformedOrOfSomethingElseIsPassedOver) 
     EXPECT_EQ(services.localeQuestions(), 0);
 }
 
-TEST_F(SystemBusSignalsOnBusTest, ListeningWakesNobody) {
+TEST_F(SystemBusSignalsOnBusTest, ListeningDoesNotWakeTheProcess) {
     listenAndBeHeard();
     runFor(0.1);
     EXPECT_EQ(wakeUpsDuring(0.5), 0);
 }
 
-TEST_F(SystemBusSignalsOnBusTest, NothingIsToldAfterItsEnd) {
+TEST_F(SystemBusSignalsOnBusTest, DoesNotCallAfterItsDestruction) {
     listen(); // the bus is still being opened
     signals.reset();
     runFor(0.1);

@@ -27,7 +27,7 @@ TEST(Fonts, KnowsWhatIsNot) {
     EXPECT_FALSE(isFontInstalled("\xFF\xFE"));
 }
 
-TEST(Fonts, TheFamilyAskedForIsTheSystemFont) {
+TEST(Fonts, TheRequestedFamilyIsTheSystemFont) {
     EXPECT_EQ(TextLines("DejaVu Serif").systemFamily(), "DejaVu Serif");
     EXPECT_EQ(TextLines("No Such Family").systemFamily(), "No Such Family");
     EXPECT_EQ(TextLines(std::string()).systemFamily(), TextLines().systemFamily());

@@ -18,7 +18,7 @@ TEST(LeastRecentlyUsed, FindsWhatItRemembers) {
     EXPECT_EQ(*memory.find("a"), 1);
 }
 
-TEST(LeastRecentlyUsed, ForgetsWhatWasAskedForLongestAgo) {
+TEST(LeastRecentlyUsed, EvictsTheLeastRecentlyUsedEntry) {
     Memory memory(2, 100);
     memory.insert("a", 1, 1);
     memory.insert("b", 2, 1);

@@ -196,7 +196,7 @@ TEST(TextPainting, NothingLeavesANarrowRectangle) {
     EXPECT_TRUE(none.isEmpty());
 }
 
-TEST(TextPainting, HostileTextsKeepTheirRow) {
+TEST(TextPainting, HostileTextsStayInTheirRow) {
     std::string marks = "a";
     for (int i = 0; i < 20000; ++i)
         marks += "\xCC\x81";
@@ -214,7 +214,7 @@ TEST(TextPainting, HostileTextsKeepTheirRow) {
 }
 
 // The character for "bone" has a corner on the one side in Japan, on the other in China.
-TEST(TextPainting, AnotherLocaleHasItsOwnForms) {
+TEST(TextPainting, UsesTheFormsOfTheLocale) {
     const auto painted = [](TextLines& lines) {
         auto canvas = std::make_unique<Canvas>();
         canvas->paint(lines, "\u9AA8", CGRectMake(0, 0, 60, 60), 48);
