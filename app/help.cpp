@@ -32,7 +32,7 @@ constexpr std::array<CommandText, 5> commandTexts{{
     {Command::calendars, "calendars", "quorvel calendars [--json] [OPTION]...",
      "list the calendars",
      "Lists the calendars in the store's order, which of them the widget searches, and\n"
-     "what they come from.\n"},
+     "the store of each.\n"},
     {Command::show, "show", "quorvel show [--background COLOR] [--decorated] [OPTION]...",
      "open the widget in a window",
      "Opens the widget in a window, which is always up to date. A row that is pulled to\n"
@@ -97,8 +97,8 @@ constexpr std::array<OptionText, 17> commonOptions{{
      "~/.calendars)"},
     {"--calendar-wait", "--calendar-wait FIRST[,LATER]",
      "how many seconds Evolution Data Server may take for the first\n"
-     "presentation (3) and for each later one (0.5); what comes after\n"
-     "that is shown by 'show' alone"},
+     "presentation (3) and for each later one (0.5); only 'show' adds\n"
+     "what arrives later"},
     {"--preferences", "--preferences DIR",
      "the folder of the settings' property lists\n"
      "($XDG_CONFIG_HOME/quorvel/Preferences)"},
@@ -109,8 +109,8 @@ constexpr std::array<OptionText, 17> commonOptions{{
     {"--width", "--width POINTS", "the width that the widget is given (320)"},
     {"--now", "--now INSTANT",
      "what every clock shows, for instance 2026-03-10T10:00:00Z; without\n"
-     "an offset it is the time of the chosen zone; 'show' lets it run on\n"
-     "from there"},
+     "an offset it is the local time of the chosen zone; with 'show', the\n"
+     "clocks run from there"},
     {"--timezone", "--timezone ID", "the time zone, for instance Europe/Berlin (the machine's)"},
     {"--locale", "--locale ID", "language and region, for instance de_DE (the environment's)"},
     {"--font", "--font FAMILY", "the font of the widget (the desktop's)"},
@@ -122,7 +122,7 @@ constexpr std::array<OptionText, 17> commonOptions{{
     {"--verbose", "--verbose", "print the log on standard error too"},
     {"--no-cache", "--no-cache",
      "read all calendars anew, without the index in\n"
-     "$XDG_CACHE_HOME/quorvel, and leave that as it is"},
+     "$XDG_CACHE_HOME/quorvel, and do not change that"},
     {"--help", "-h, --help", "print this help, or that of a command"},
     {"--version", "--version", "print the version"},
 }};
