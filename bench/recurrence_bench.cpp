@@ -104,9 +104,10 @@ ZoneClock& userClock() {
 }
 
 std::size_t occurrences(RepeatingEvent& event, bool isCounted, std::int64_t to = windowTo) {
-    auto [rule, problem] = parseRecurrenceRule(event.rule);
+    auto rule = parseRecurrenceRule(event.rule);
     if (!rule) {
-        std::fprintf(stderr, "recurrence_bench: %s: %s\n", event.rule.c_str(), problem.c_str());
+        std::fprintf(stderr, "recurrence_bench: %s: %s\n", event.rule.c_str(),
+                     rule.error().what.c_str());
         std::exit(1);
     }
     const auto until = untilOf(event.rule);

@@ -73,7 +73,7 @@ void addChanges(const ZoneObservance& observance, std::int64_t& steps,
         add(civilSeconds(date));
     }
     for (const std::string& text : observance.rules) {
-        const auto rule = parseRecurrenceRule(text).rule;
+        const auto rule = parseRecurrenceRule(text);
         if (!rule || changes.size() > mostChanges || steps > mostSteps) {
             continue;
         }

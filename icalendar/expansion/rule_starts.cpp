@@ -42,11 +42,11 @@ std::vector<std::int64_t> ruleStarts(ExpansionContext& context, Series& series,
         context.onProblem(series.file, line.line,
                           "a recurrence rule is not followed to its end: " + problem);
     };
-    auto [rule, problem] = parseRecurrenceRule(text);
+    auto rule = parseRecurrenceRule(text);
     const auto until = untilOf(text);
     const bool isGiving = line.kind == RuleKind::rrule;
     if (!rule || (rule->hasUntil && !until)) {
-        report(rule ? "its UNTIL cannot be used" : problem);
+        report(rule ? "its UNTIL cannot be used" : rule.error().what);
         series.reachesStart = series.reachesStart || isGiving;
         return {};
     }

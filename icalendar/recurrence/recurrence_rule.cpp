@@ -200,9 +200,9 @@ bool readPart(std::string_view key, std::string_view value, RecurrenceRule& rule
 
 } // namespace
 
-RecurrenceRuleResult parseRecurrenceRule(std::string_view text) {
+Result<RecurrenceRule, RuleError> parseRecurrenceRule(std::string_view text) {
     if (text.size() > longestRule) {
-        return {std::nullopt, "it is too long"};
+        return RuleError{"it is too long"};
     }
     const std::string upper = asciiUpperCase(text);
     std::string_view rest = upper;
@@ -215,21 +215,21 @@ RecurrenceRuleResult parseRecurrenceRule(std::string_view text) {
         }
         const std::size_t equals = part.find('=');
         if (equals == std::string_view::npos) {
-            return {std::nullopt, "a part of it has no value"};
+            return RuleError{"a part of it has no value"};
         }
         const std::string_view key = trimmed(part.substr(0, equals));
         if (!readPart(key, trimmed(part.substr(equals + 1)), rule, frequency)) {
-            return {std::nullopt, "its " + std::string(key) + " cannot be used"};
+            return RuleError{"its " + std::string(key) + " cannot be used"};
         }
     }
     if (!frequency) {
-        return {std::nullopt, "FREQ is missing"};
+        return RuleError{"FREQ is missing"};
     }
     rule.frequency = *frequency;
     if (!rule.positions.empty() && !rule.hasDateParts() && !rule.hasTimeParts()) {
-        return {std::nullopt, "BYSETPOS stands alone"};
+        return RuleError{"BYSETPOS stands alone"};
     }
-    return {std::move(rule), {}};
+    return rule;
 }
 
 } // namespace quorvel::icalendar

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/result.h"
+
 namespace quorvel::icalendar {
 
 enum class Frequency : std::uint8_t { secondly, minutely, hourly, daily, weekly, monthly, yearly };
@@ -57,12 +59,11 @@ struct RecurrenceRule {
     bool hasTimeParts() const { return hours.any() || minutes.any() || seconds.any(); }
 };
 
-struct RecurrenceRuleResult {
-    std::optional<RecurrenceRule> rule;
-    std::string problem; // why there is none
+struct RuleError {
+    std::string what; // such as "FREQ is missing"
 };
 
-// Upper or lower case, in any order; parts that are no rule's business are passed over.
-RecurrenceRuleResult parseRecurrenceRule(std::string_view text);
+// Upper or lower case, parts in any order; unknown parts are skipped.
+Result<RecurrenceRule, RuleError> parseRecurrenceRule(std::string_view text);
 
 } // namespace quorvel::icalendar

@@ -144,12 +144,12 @@ void checkCount(RecurrenceRequest request, RecurrenceRule& rule, const Recurrenc
 }
 
 void ask(std::string_view text, Bytes bytes) {
-    auto read = parseRecurrenceRule(text);
-    require(read.rule.has_value() == read.problem.empty(), "a rule or a problem");
-    if (!read.rule) {
+    auto rule = parseRecurrenceRule(text);
+    if (!rule) {
+        require(!rule.error().what.empty(), "an error is explained");
         return;
     }
-    RecurrenceRequest request(*read.rule);
+    RecurrenceRequest request(*rule);
     const std::int64_t flags = bytes.take(1);
     request.wholeDays = (flags & 1) != 0;
     request.startCounts = (flags & 2) == 0;
@@ -176,8 +176,8 @@ void ask(std::string_view text, Bytes bytes) {
     if (starts.problem.empty()) {
         checkHalves(request, starts);
     }
-    if (read.rule->count) {
-        checkCount(request, *read.rule, starts);
+    if (rule->count) {
+        checkCount(request, *rule, starts);
     }
 }
 

@@ -15,9 +15,9 @@ std::int64_t localTime(std::string_view text) {
 }
 
 RecurrenceRule ruleOf(std::string_view text) {
-    const auto read = parseRecurrenceRule(text);
-    EXPECT_TRUE(read.rule) << text << ": " << read.problem;
-    return read.rule.value_or(RecurrenceRule());
+    const auto rule = parseRecurrenceRule(text);
+    EXPECT_TRUE(rule.hasValue()) << text << ": " << (rule ? "" : rule.error().what);
+    return rule ? *rule : RecurrenceRule();
 }
 
 // Owns the rule that the request refers to.
@@ -240,9 +240,9 @@ TEST(RecurrenceRule, ThatCannotBeReadSaysWhy) {
           "FREQ=DAILY;INTERVAL=99999999999999999999", "FREQ=DAILY;BYHOUR=24", "FREQ=DAILY;BYDAY=XX",
           "FREQ=MONTHLY;BYMONTHDAY=0", "FREQ=MONTHLY;BYDAY=54MO", "FREQ=WEEKLY;WKST=1",
           "RSCALE=HEBREW;FREQ=YEARLY", "FREQ=YEARLY;BYMONTHDAY=", "FREQ=YEARLY;BYMONTHDAY=1,,2"}) {
-        const auto read = parseRecurrenceRule(rule);
-        EXPECT_FALSE(read.rule) << rule;
-        EXPECT_FALSE(read.problem.empty()) << rule;
+        const auto parsed = parseRecurrenceRule(rule);
+        ASSERT_FALSE(parsed.hasValue()) << rule;
+        EXPECT_FALSE(parsed.error().what.empty()) << rule;
     }
 }
 

@@ -246,9 +246,9 @@ Case randomCase() {
     one.startCounts = *from(0, 3) != 0;
     one.parts.count = chance(3, [] { return *from(1, 40); }).value_or(0);
     one.until = chance(3, [&one] { return one.randomLocalTime(); });
-    const auto read = parseRecurrenceRule(textOf(one.parts));
-    RC_ASSERT(read.problem == "");
-    one.rule = *read.rule;
+    const auto rule = parseRecurrenceRule(textOf(one.parts));
+    RC_ASSERT(rule.hasValue());
+    one.rule = *rule;
     RC_LOG() << one << "\n";
     return one;
 }
@@ -630,9 +630,9 @@ RecurrenceRule hostileRule() {
                           parts.positions.end());
     parts.count = *rc::gen::element(0, 0, 5, 2'000'000'000);
     RC_LOG() << textOf(parts) << "\n";
-    const auto read = parseRecurrenceRule(textOf(parts));
-    RC_ASSERT(read.problem == "");
-    return *read.rule;
+    const auto rule = parseRecurrenceRule(textOf(parts));
+    RC_ASSERT(rule.hasValue());
+    return *rule;
 }
 
 TEST(RecurrenceProperties, TheBudgetIsKept) {
