@@ -1,4 +1,4 @@
-// The components of an iCalendar text (RFC 5545 3.6): which one a content line stands in, and what
+// The components of an iCalendar text (RFC 5545 3.6): which one a content line belongs to, and what
 // the VCALENDAR component around it states about itself (RFC 5545 3.7, RFC 7986 5).
 #pragma once
 

@@ -48,7 +48,7 @@ enum class TimeKind : std::uint8_t { none, date, floating, utc, zoned };
 
 struct EventTime {
     std::int64_t localTime = 0; // seconds since 1970 as if the local time were UTC
-    // Where zoned, of IcsFile::zoneNames; where floating, the calendar that it stands in, as in
+    // Where zoned, of IcsFile::zoneNames; where floating, the number of its VCALENDAR, as in
     // ZoneName; else 0.
     std::uint32_t zone = 0;
     TimeKind kind = TimeKind::floating;
@@ -57,7 +57,7 @@ struct EventTime {
     static constexpr EventTime absent() { return {0, 0, TimeKind::none}; }
 };
 
-// A name means what the iCalendar object says in which it stands.
+// Each VCALENDAR may define the same name differently.
 struct ZoneName {
     std::string name;
     std::uint32_t calendar = 0; // counts from 0 within the file
@@ -90,7 +90,7 @@ struct IcsEvent {
     SmallOptional<EventTime> recurrenceId;
     std::int64_t stamp = std::numeric_limits<std::int64_t>::min(); // DTSTAMP, seconds since 1970
     int sequence = 0;
-    bool thisAndFuture = false; // the override holds for what follows as well
+    bool thisAndFuture = false; // RANGE=THISANDFUTURE
     bool cancelled = false;
     bool repeats = false;        // RRULE or RDATE
     std::uint32_t line = 0;      // of its BEGIN
@@ -122,7 +122,7 @@ struct FileProblem {
 };
 
 struct IcsFile {
-    std::string text; // the kept properties, one behind the other
+    std::string text; // the stored property values, one behind the other
     std::vector<IcsEvent> events;
     std::vector<RuleLine> rules;
     std::vector<ZoneName> zoneNames;
@@ -131,8 +131,8 @@ struct IcsFile {
     std::optional<std::string> calendarName;
     std::optional<std::string> calendarColour;
     std::vector<FileProblem> problems;
-    bool isCalendar = false;  // false: nothing of it could be read
-    bool isTruncated = false; // there was more than could be kept
+    bool isCalendar = false;  // false: it has neither a VCALENDAR nor an event
+    bool isTruncated = false; // the text had more events than the memory allowed
 
     std::string_view slice(Slice part) const {
         return std::string_view(text).substr(part.offset, part.length);
@@ -143,10 +143,10 @@ struct IcsFile {
     static bool isNewer(const IcsEvent& one, const IcsEvent& other) {
         return std::pair(one.sequence, one.stamp) > std::pair(other.sequence, other.stamp);
     }
-    // Exactly one UID, and no word about a calendar: a file as a vdir holds them.
+    // Exactly one UID, and neither name nor colour of a calendar: a file of a vdir.
     bool looksLikeOneEvent() const;
-    // Bytes, near enough, together with what collecting the events takes; with so many overrides
-    // among them.
+    // Estimated, in bytes, with the memory that collectEvents() takes for the events; the second
+    // one where the number of overrides among them is known.
     std::size_t sizeInMemory() const;
     std::size_t sizeInMemory(std::size_t overrides) const;
 };

@@ -1,5 +1,5 @@
 // The properties that are stored, by name (RFC 5545 3.7, 3.8; RFC 7986 5; what programs add), and
-// the name of a line. In line, as every line of a calendar is looked up here.
+// the name of a line. In line, as the name of every line is looked up here.
 #pragma once
 
 #include <array>

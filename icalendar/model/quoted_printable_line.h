@@ -1,5 +1,5 @@
 // A content line in quoted-printable (RFC 2045 6.7, as vCalendar 1.0 uses it) that goes on in the
-// next lines: behind an equals sign at its end, whatever those lines look like.
+// next lines: behind an equals sign at its end, whatever those lines contain.
 #pragma once
 
 #include <cstddef>

@@ -1,6 +1,6 @@
-// The occurrences of a recurrence rule within a window (RFC 5545 3.3.10). Everything here is a
-// plain number of local time: zones, exceptions and overrides are the callers'. So is what becomes
-// of a local time that a clock skips: it is among the results.
+// The occurrences of a recurrence rule within a window (RFC 5545 3.3.10), as local times. Zones,
+// exceptions and overrides are not considered here; a local time that a clock skips is among the
+// results.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// A month is worked out as a set of bits: what can be said of all its days at once is said first,
-// what needs a look at each day is asked only of those that are left.
+// A month is a set of bits. Parts that decide about all of its days at once come first; those that
+// examine each day examine only the days that are left.
 #include "icalendar/recurrence/rule_days.h"
 
 namespace quorvel::icalendar {
@@ -84,12 +84,12 @@ void RuleDays::completeFromStart(std::int64_t startDay) {
 }
 
 bool RuleDays::includes(std::int64_t day) {
-    lookAtMonthOf(day);
+    computeMonthOf(day);
     return (m_bits >> (day - m_monthBegin) & 1U) != 0;
 }
 
 std::int64_t RuleDays::nextCandidate(std::int64_t day) {
-    lookAtMonthOf(day);
+    computeMonthOf(day);
     if (const Bits rest = m_bits >> (day - m_monthBegin)) {
         return day + lowestBit(rest);
     }
@@ -116,7 +116,7 @@ bool RuleDays::includesAny() {
     return false;
 }
 
-void RuleDays::lookAtMonthOf(std::int64_t day) {
+void RuleDays::computeMonthOf(std::int64_t day) {
     if (knowsMonthOf(day)) {
         return;
     }
@@ -124,12 +124,12 @@ void RuleDays::lookAtMonthOf(std::int64_t day) {
     m_monthBegin = day - m_month.day + 1;
     m_monthEnd = m_monthBegin + daysInMonth(m_month.year, m_month.month);
     if (m_yearLength == 0 || m_year != m_month.year) {
-        lookAtYear();
+        computeYear();
     }
-    m_bits = workOutMonth();
+    m_bits = bitsOfMonth();
 }
 
-void RuleDays::lookAtYear() {
+void RuleDays::computeYear() {
     m_year = m_month.year;
     m_newYear = dayNumber(m_year, 1, 1);
     m_yearLength = dayNumber(m_year + 1, 1, 1) - m_newYear;
@@ -140,7 +140,7 @@ void RuleDays::lookAtYear() {
     }
 }
 
-RuleDays::Bits RuleDays::workOutMonth() const {
+RuleDays::Bits RuleDays::bitsOfMonth() const {
     if (m_months != 0 && (m_months >> m_month.month & 1U) == 0) {
         return 0;
     }

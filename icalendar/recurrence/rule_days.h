@@ -1,5 +1,5 @@
 // Which days a rule admits (RFC 5545 3.3.10): its BYMONTH, BYWEEKNO, BYYEARDAY, BYMONTHDAY and
-// BYDAY, and what the start says where the rule is silent.
+// BYDAY, completed by the day of the start.
 #pragma once
 
 #include <cstdint>
@@ -15,29 +15,29 @@ namespace quorvel::icalendar {
 std::int64_t firstDayOfWeekYear(std::int64_t year, int weekStart);
 std::int64_t weekYearOf(std::int64_t day, int weekStart);
 
-// Days are counted since 1970-01-01. A part that the frequency has no use for narrows nonetheless;
-// a weekday's number counts in months and years only. Works out a month at a time and remembers the
-// last one.
+// Days are counted since 1970-01-01. A part that RFC 5545 does not allow at the frequency limits
+// the days nonetheless; a weekday's number counts in months and years only. Computes a month at a
+// time and caches the latest one. For one thread.
 class RuleDays {
 public:
     RuleDays(const RecurrenceRule& rule, std::int64_t startDay); // the rule outlives it
 
-    // False: the next question about this day works out its month.
+    // False: the next call for this day computes its month.
     bool knowsMonthOf(std::int64_t day) const { return day >= m_monthBegin && day < m_monthEnd; }
     bool includes(std::int64_t day);
     // The first included day of this month from this one on; or, where there is none, the first day
     // of the next month that may have one.
     std::int64_t nextCandidate(std::int64_t day);
-    // Any day whatever, the frequency and the interval aside.
+    // Whether it includes any day at all; the interval is not considered.
     bool includesAny();
 
 private:
     using Bits = std::uint32_t; // of a month's days, the first one lowest
 
     void completeFromStart(std::int64_t startDay);
-    void lookAtMonthOf(std::int64_t day);
-    void lookAtYear();
-    Bits workOutMonth() const;
+    void computeMonthOf(std::int64_t day);
+    void computeYear();
+    Bits bitsOfMonth() const;
     Bits monthDayBits() const;
     Bits weekdayBits() const;
     bool hasNumber(const Ordinals<53>& numbers, std::int64_t day) const;
@@ -55,7 +55,7 @@ private:
     bool m_hasMonthDays = false;
     bool m_hasWeekdays = false;
 
-    // The month looked at last.
+    // The latest month.
     CivilDay m_month;
     std::int64_t m_monthBegin = 0;
     std::int64_t m_monthEnd = 0;
@@ -63,7 +63,7 @@ private:
     // And its year.
     std::int64_t m_year = 0;
     std::int64_t m_newYear = 0;
-    std::int64_t m_yearLength = 0; // 0: none was looked at
+    std::int64_t m_yearLength = 0; // 0: no month was computed yet
     // Where the first weeks of the year before, of it, and of the two after begin.
     std::int64_t m_firstWeeks[4] = {};
 };

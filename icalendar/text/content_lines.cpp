@@ -35,7 +35,7 @@ std::string_view withoutTrailingBreaks(std::string_view text) {
     return text;
 }
 
-// Whether among so many bytes a CR stands without an LF behind it; one byte more is looked at. Not
+// Whether one of so many bytes is a CR without an LF behind it; one byte more is read. Not
 // to stop at the first one lets the compiler compare many at a time.
 bool hasLoneReturn(const char* block) {
     unsigned char found = 0;

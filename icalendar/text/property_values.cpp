@@ -33,7 +33,7 @@ bool isDay(int year, int month, int day) {
     return year >= 1 && month >= 1 && month <= 12 && day >= 1 && day <= daysInMonth(year, month);
 }
 
-// An escape that nobody defined stays as it stands: many producers do not escape a backslash.
+// An undefined escape is left as it is: many programs do not escape a backslash.
 std::string unescaped(std::string_view raw) {
     std::string result;
     result.reserve(raw.size());

@@ -1,4 +1,4 @@
-// A day's offset is looked up once, as long as the clock stands still around it.
+// The offset of a day is looked up once, unless the clock changes around it.
 #include "icalendar/time/zone_clock.h"
 
 #include "base/time_units.h"

@@ -15,7 +15,7 @@
 
 namespace quorvel::icalendar {
 
-// Remembers the offset of days on which the clock does not change. Not for several threads at once.
+// Caches the offsets of days on which the clock does not change. For one thread at a time.
 class ZoneClock {
 public:
     explicit ZoneClock(std::shared_ptr<const TimeZone> zone);
@@ -47,7 +47,7 @@ private:
     std::unordered_map<std::int64_t, Gap> m_gaps;                   // of those days without one
 };
 
-// The zones that are known by name, each looked up once. Not for several threads at once.
+// The zones of a directory by name, each looked up once. For one thread at a time.
 class ZoneNames {
 public:
     explicit ZoneNames(const ZoneDirectory& directory); // which outlives it

@@ -22,12 +22,12 @@ std::shared_ptr<LoadedFile> parsed(std::string_view text, const ZoneDirectory& d
 
 std::vector<Occurrence> occurrencesOf(const std::shared_ptr<LoadedFile>& file, Window window,
                                       const ZoneDirectory& directory,
-                                      const ExpansionProblemHandler& report) {
+                                      const ExpansionProblemHandler& onProblem) {
     const EventSet set = collectEvents({file});
     ZoneClock userZone(directory.named("UTC"));
     ZoneNames zones(directory);
     SearchCost cost;
-    Expander expander(window, userZone, zones, report, cost);
+    Expander expander(window, userZone, zones, onProblem, cost);
     std::vector<Occurrence> found;
     for (const EventEntry& entry : set.entries) {
         expander.expand({file.get(), &file->ics.events[entry.event]}, set.overrides, found);
@@ -53,11 +53,11 @@ TEST(Example, FindsTheOccurrencesOfTheWindow) {
     const auto from = static_cast<double>(civilSeconds({2026, 3, 9, 0, 0, 0}));
     const auto to = static_cast<double>(civilSeconds({2026, 3, 29, 0, 0, 0}));
     std::vector<std::string> problems;
-    const ExpansionProblemHandler report = [&](LoadedFile&, std::size_t, std::string what) {
+    const ExpansionProblemHandler onProblem = [&](LoadedFile&, std::size_t, std::string what) {
         problems.push_back(std::move(what));
     };
     const auto file = parsed(text, freedesktop::zoneDirectory());
-    const auto found = occurrencesOf(file, {from, to}, freedesktop::zoneDirectory(), report);
+    const auto found = occurrencesOf(file, {from, to}, freedesktop::zoneDirectory(), onProblem);
     ASSERT_EQ(found.size(), 2U);
     EXPECT_EQ(found[0].start, civilSeconds({2026, 3, 9, 9, 0, 0}));
     EXPECT_EQ(found[0].end, civilSeconds({2026, 3, 9, 10, 0, 0}));
