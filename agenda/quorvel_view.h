@@ -56,8 +56,8 @@ public:
     platform::NSInteger numberOfSectionsInTableView(platform::UITableView* tableView) override;
     platform::NSInteger numberOfRowsInSection(platform::UITableView* tableView,
                                               platform::NSInteger section) override;
-    // A table of an earlier load may still ask for rows that are gone: those have no height and no
-    // cell.
+    // A table of an earlier load may still ask for rows that no longer exist: those have no height
+    // and no cell.
     platform::CGFloat heightForRowAtIndexPath(platform::UITableView* tableView,
                                               const platform::NSIndexPath& indexPath) override;
     std::shared_ptr<platform::UITableViewCell>
@@ -65,7 +65,7 @@ public:
                           const platform::NSIndexPath& indexPath) override;
 
     // Runs the swipe action where a row was pulled far enough to the right; nothing happens where
-    // the row is gone.
+    // the row no longer exists.
     void scrollViewDidEndDragging(platform::UIScrollView* scrollView, bool willDecelerate) override;
 
     platform::NSDate dateWithZeroTimeFromDate(platform::NSDate date) const;

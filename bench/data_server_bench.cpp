@@ -159,10 +159,10 @@ int main(int argc, char** argv) {
     };
     const auto asked = makeStores();
     const auto followed = makeStores();
-    std::atomic<int> told = 0;
-    followed->setChangedHandler([&told] { ++told; });
-    const auto waitUntilTold = [&told](int before) {
-        while (told == before) {
+    std::atomic<int> changes = 0;
+    followed->setChangedHandler([&changes] { ++changes; });
+    const auto waitForChange = [&changes](int before) {
+        while (changes == before) {
             g_main_context_iteration(nullptr, FALSE); // as the loop of a host that shows a window
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         }
@@ -181,9 +181,9 @@ int main(int argc, char** argv) {
         times[0].push_back(milliseconds(bare));
         times[1].push_back(milliseconds([&] { present(*asked); }));
         times[2].push_back(milliseconds([&] { present(*followed); }));
-        const int toldBefore = told;
+        const int changesBefore = changes;
         editOneEvent(clients.front(), round);
-        waitUntilTold(toldBefore);
+        waitForChange(changesBefore);
         times[3].push_back(milliseconds([&] { present(*followed); }));
     }
     const double base = median(times[0]);

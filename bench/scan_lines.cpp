@@ -1,4 +1,4 @@
-// The least that reading a text costs, to compare with: its bytes are read, its newlines found.
+// A lower bound for the cost of parsing a text: reads its bytes and finds its newlines.
 //   scan_lines FILE...
 
 #include <cstdio>

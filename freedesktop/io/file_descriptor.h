@@ -20,7 +20,7 @@ public:
     bool isOpen() const { return m_number >= 0; }
     int get() const { return m_number; }
 
-    // Closes the descriptor now. The error tells a writer that not everything was written.
+    // Closes the descriptor now. An error means that not everything was written.
     Result<void, std::error_code> close();
 
 private:

@@ -127,7 +127,7 @@ void EventParser::addDuration(const ContentLine& content, std::size_t line) {
 
 void EventParser::addRule(RuleKind kind, const ContentLine& content, std::size_t line) {
     if (m_builder.isFull()) {
-        leaveOut(line, "an event is left out, it has more dates than can be kept");
+        leaveOut(line, "an event is left out, it has more dates than can be stored");
         return;
     }
     const bool isList = kind == RuleKind::rdate || kind == RuleKind::exdate;

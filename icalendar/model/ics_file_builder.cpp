@@ -63,7 +63,7 @@ void IcsFileBuilder::addEvent(const IcsEvent& event) {
     m_overrides += event.recurrenceId ? 1 : 0;
     if (isFull()) {
         addProblem(event.line,
-                   "there are more events than can be kept: those that follow are left out");
+                   "there are more events than fit into memory: those that follow are left out");
         m_file.isTruncated = true;
     }
 }

@@ -12,7 +12,7 @@
 namespace quorvel::icalendar {
 namespace {
 
-class DayWalk final : private FertilityTest {
+class DayWalk final : private ExistenceTest {
 public:
     DayWalk(const RecurrenceRequest& request, OccurrenceCollector& collector)
         : m_request(request)
@@ -24,7 +24,7 @@ public:
         , m_positions(request.rule.positions) {}
 
     void run() {
-        m_collector.setFertilityTest(this);
+        m_collector.setExistenceTest(this);
         if (!makeTimes()) {
             return;
         }
@@ -121,7 +121,7 @@ private:
     }
 
     // Whether the rule admits any day at all, and its longest period reaches a position.
-    bool isEverFertile() const override {
+    bool hasAnyOccurrence() const override {
         const auto longest = static_cast<std::int64_t>(m_times.size()) * longestPeriod(m_rule);
         return RuleDays(m_rule, m_startDay).includesAny() &&
                (!hasPositions() || m_positions.areWithin(longest));

@@ -42,7 +42,7 @@ void OccurrenceCollector::setLastCounted(std::int64_t localTime) {
 }
 
 bool OccurrenceCollector::add(std::int64_t localTime) {
-    m_barrenSteps = 0;
+    m_stepsSinceLast = 0;
     if (m_request.rule.count && m_request.existingLocalTime) {
         const std::int64_t day = floorDivision(localTime, secondsPerDay);
         if (day != m_convertedDay && !spend(stepsOfConvertedDay)) {

@@ -19,12 +19,12 @@ namespace quorvel::icalendar {
 inline constexpr std::int64_t timesPerStep = 8;
 
 // Whether a rule has any occurrence at all.
-class FertilityTest {
+class ExistenceTest {
 public:
-    virtual bool isEverFertile() const = 0;
+    virtual bool hasAnyOccurrence() const = 0;
 
 protected:
-    ~FertilityTest() = default;
+    ~ExistenceTest() = default;
 };
 
 // Local times are seconds since 1970 as if they were UTC; they are offered in ascending order. The
@@ -37,7 +37,7 @@ public:
 
     // Asked once, after many steps without an occurrence. Null: the rule is taken to have some. The
     // test must outlive the calls of spend() and offer().
-    void setFertilityTest(const FertilityTest* test) { m_fertilityTest = test; }
+    void setExistenceTest(const ExistenceTest* test) { m_existenceTest = test; }
 
     // Candidates before the first wanted time and behind the last one need not be offered.
     std::int64_t firstWanted() const {
@@ -71,10 +71,10 @@ public:
             return endForWantOfSteps();
         }
         m_result.stepsSpent += steps;
-        m_barrenSteps += steps;
-        if (m_barrenSteps > mostBarrenSteps && !m_isKnownFertile) {
-            m_isKnownFertile = m_fertilityTest == nullptr || m_fertilityTest->isEverFertile();
-            m_hasEnded = !m_isKnownFertile;
+        m_stepsSinceLast += steps;
+        if (m_stepsSinceLast > mostStepsBeforeTest && !m_isKnownToOccur) {
+            m_isKnownToOccur = m_existenceTest == nullptr || m_existenceTest->hasAnyOccurrence();
+            m_hasEnded = !m_isKnownToOccur;
         }
         return !m_hasEnded;
     }
@@ -87,7 +87,7 @@ public:
     }
 
 private:
-    static constexpr std::int64_t mostBarrenSteps = 2'000;
+    static constexpr std::int64_t mostStepsBeforeTest = 2'000;
 
     bool add(std::int64_t localTime);
     bool mayCountMore() const { return !m_request.rule.count || m_counted < *m_request.rule.count; }
@@ -96,7 +96,7 @@ private:
     bool endForWantOfSteps();
 
     const RecurrenceRequest& m_request;
-    const FertilityTest* m_fertilityTest = nullptr;
+    const ExistenceTest* m_existenceTest = nullptr;
     std::int64_t m_from;
     std::int64_t m_to;
     bool m_skipsToWindow; // nothing before the window has to be counted
@@ -104,8 +104,8 @@ private:
     std::int64_t m_lastCounted = 0;
     std::int64_t m_convertedDay = std::numeric_limits<std::int64_t>::min(); // the latest
     std::vector<std::int64_t> m_movedTimes; // where the latest gap moved its local times, sorted
-    std::int64_t m_barrenSteps = 0;         // since the last occurrence
-    bool m_isKnownFertile = false;
+    std::int64_t m_stepsSinceLast = 0;      // since the last occurrence
+    bool m_isKnownToOccur = false;
     bool m_hasEnded = false;
     RecurrenceStarts m_result;
 };

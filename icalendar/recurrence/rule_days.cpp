@@ -16,7 +16,7 @@ int lowestBit(std::uint32_t bits) {
 }
 
 template <class Includes>
-std::uint32_t keptBits(std::uint32_t bits, Includes includes) {
+std::uint32_t matchingBits(std::uint32_t bits, Includes includes) {
     for (std::uint32_t rest = bits; rest != 0; rest &= rest - 1) {
         if (!includes(lowestBit(rest))) {
             bits &= ~(rest & -rest);
@@ -153,10 +153,10 @@ RuleDays::Bits RuleDays::bitsOfMonth() const {
         bits &= weekdayBits();
     }
     if (m_rule.yearDays.any()) {
-        bits = keptBits(bits, [this](int day) { return includesYearDay(m_monthBegin + day); });
+        bits = matchingBits(bits, [this](int day) { return includesYearDay(m_monthBegin + day); });
     }
     if (m_rule.weeks.any()) {
-        bits = keptBits(bits, [this](int day) { return includesWeek(m_monthBegin + day); });
+        bits = matchingBits(bits, [this](int day) { return includesWeek(m_monthBegin + day); });
     }
     return bits;
 }
@@ -177,8 +177,8 @@ RuleDays::Bits RuleDays::weekdayBits() const {
         if (numbers.any()) {
             const auto all = static_cast<Bits>((1U << weekday) * everySeventh >> first);
             const auto length = static_cast<int>(m_monthEnd - m_monthBegin);
-            bits |= keptBits(all & ~Bits{0} >> (32 - length),
-                             [&](int day) { return hasNumber(numbers, m_monthBegin + day); });
+            bits |= matchingBits(all & ~Bits{0} >> (32 - length),
+                                 [&](int day) { return hasNumber(numbers, m_monthBegin + day); });
         }
     }
     return bits;

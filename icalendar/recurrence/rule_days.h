@@ -60,7 +60,7 @@ private:
     std::int64_t m_monthBegin = 0;
     std::int64_t m_monthEnd = 0;
     Bits m_bits = 0;
-    // And its year.
+    // Its year.
     std::int64_t m_year = 0;
     std::int64_t m_newYear = 0;
     std::int64_t m_yearLength = 0; // 0: no month was computed yet

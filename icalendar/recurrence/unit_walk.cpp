@@ -13,7 +13,7 @@
 namespace quorvel::icalendar {
 namespace {
 
-class UnitWalk final : private FertilityTest {
+class UnitWalk final : private ExistenceTest {
 public:
     UnitWalk(const RecurrenceRequest& request, OccurrenceCollector& collector)
         : m_rule(request.rule)
@@ -28,7 +28,7 @@ public:
                       floorRemainder(request.start, secondsOf(request.rule.frequency))) {}
 
     void run() {
-        m_collector.setFertilityTest(this);
+        m_collector.setExistenceTest(this);
         std::int64_t begin = m_firstUnit;
         begin += std::max<std::int64_t>(m_collector.firstWanted() - begin, 0) / m_step * m_step;
         while (begin <= m_collector.lastWanted() && m_collector.spend(1)) {
@@ -69,7 +69,7 @@ private:
 
     // Whether its parts admit anything at all, on any day, at any time that the walk comes to: from
     // day to day it comes to the same times, this far from each other.
-    bool isEverFertile() const override {
+    bool hasAnyOccurrence() const override {
         if (m_times.empty() || !RuleDays(m_rule, m_startDay).includesAny() ||
             (!m_rule.positions.empty() &&
              !m_positions.areWithin(static_cast<std::int64_t>(m_times.size())))) {

@@ -46,8 +46,8 @@ bool hasLoneReturn(const char* block) {
     return found != 0;
 }
 
-// The first CR without an LF behind it, or the text's end. Few files have one, and most have CR LF
-// in every line: these are passed over by blocks.
+// The first CR without an LF behind it, or the text's end. Few files have one; most have CR LF in
+// every line, so that whole blocks can be skipped.
 std::size_t findLoneReturn(std::string_view text, std::size_t from) {
     constexpr std::size_t fewReturns = 16;
     for (std::size_t passed = 0;; ++passed) {

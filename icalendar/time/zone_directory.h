@@ -1,4 +1,4 @@
-// Where the time zone names of a calendar (RFC 5545 3.2.19, TZID) are looked up.
+// The time zones by the names that calendars use (RFC 5545 3.2.19, TZID).
 #pragma once
 
 #include <memory>

@@ -57,7 +57,7 @@ struct ReadContext {
     // Whether a time zone's name, spelled exactly so, needs no definition. From any thread.
     std::function<bool(std::string_view)> zoneIsKnown;
     std::function<std::int64_t()> fileClock;        // nanoseconds since 1970. From any thread.
-    const std::atomic<bool>* isCancelled = nullptr; // may be null: reading is never cancelled
+    const std::atomic<bool>* isCancelled = nullptr; // may be null: it is never cancelled
     // In memory. A file whose events take more is left out.
     std::size_t mostBytes = icalendar::IcsFileParser::mostBytesOfAFile;
 };

@@ -1,4 +1,4 @@
-// What the name of a file says about calendars.
+// Which files belong to calendars, by their names.
 #pragma once
 
 #include <string_view>

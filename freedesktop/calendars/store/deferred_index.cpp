@@ -9,8 +9,8 @@ std::optional<CalendarIndex::Transaction> DeferredIndex::transaction() {
 }
 
 std::optional<std::string> DeferredIndex::find(IndexKind kind, const Signature& key) {
-    auto reading = transaction();
-    return reading ? reading->find(kind, key) : std::nullopt;
+    auto opened = transaction();
+    return opened ? opened->find(kind, key) : std::nullopt;
 }
 
 void DeferredIndex::storeLater(IndexEntry entry) {

@@ -249,7 +249,7 @@ TEST(IcsFile, BeyondWhatIsToBeKeptIsCutAndSaysSo) {
     EXPECT_LT(file.sizeInMemory(), 21000U);
     ASSERT_EQ(file.problems.size(), 1U);
     EXPECT_EQ(file.problems[0].what,
-              "there are more events than can be kept: those that follow are left out");
+              "there are more events than fit into memory: those that follow are left out");
     EXPECT_EQ(file.problems[0].line, file.events.back().line);
     std::string dates = "DTSTART:20260310\r\n";
     for (int i = 0; i < 2000; ++i) {
@@ -259,7 +259,7 @@ TEST(IcsFile, BeyondWhatIsToBeKeptIsCutAndSaysSo) {
         IcsFileParser(isKnown, 20000).finish(calendar(event("a", dates) + event("b")));
     EXPECT_EQ(uidsOf(many), "b");
     ASSERT_EQ(many.problems.size(), 1U);
-    EXPECT_EQ(many.problems[0].what, "an event is left out, it has more dates than can be kept");
+    EXPECT_EQ(many.problems[0].what, "an event is left out, it has more dates than can be stored");
 }
 
 TEST(IcsFile, ObservanceWithoutEndLendsItsStartToNoOther) {

@@ -23,7 +23,7 @@ std::string timeText(std::int64_t seconds) {
     return text.get();
 }
 
-// The library looks for a zone of that name among the system's files.
+// The library searches the system's files for a zone of that name.
 bool mayBeAskedFor(std::string_view zone) {
     constexpr std::size_t longestName = 200;
     return !zone.empty() && zone.size() <= longestName &&
