@@ -32,10 +32,10 @@ using PixbufHandle = ObjectHandle<GdkPixbuf>;
 // As many bytes as the file had when it was opened.
 std::optional<std::string> contentsOf(const RegularFile& file) {
     std::string contents(file.size(), '\0');
-    const ReadResult result = file.read(contents.data(), contents.size());
-    if (result.error != 0)
+    const auto size = file.read(contents.data(), contents.size());
+    if (!size)
         return std::nullopt;
-    contents.resize(result.size);
+    contents.resize(*size);
     return contents;
 }
 
@@ -183,10 +183,10 @@ std::shared_ptr<const UIImage> PixbufImageFiles::imageWithContentsOfFile(std::st
                                  ? (std::filesystem::path(m_dataFolder) / stockIconName).string()
                                  : std::string(path);
     const std::int64_t readAt = m_fileClock();
-    const RegularFile opened(file);
-    if (!opened.isOpen() || opened.size() > maximumFileSize)
+    const auto opened = RegularFile::open(file);
+    if (!opened || opened->size() > maximumFileSize)
         return nullptr;
-    return imageOfFile(file, opened, readAt);
+    return imageOfFile(file, *opened, readAt);
 }
 
 std::shared_ptr<const UIImage> PixbufImageFiles::imageOfFile(const std::string& file,

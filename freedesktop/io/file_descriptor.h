@@ -2,6 +2,7 @@
 #pragma once
 
 #include <system_error>
+#include <utility>
 
 #include "base/result.h"
 
@@ -14,8 +15,9 @@ public:
     explicit FileDescriptor(int number = -1)
         : m_number(number) {}
     ~FileDescriptor();
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
+    FileDescriptor(FileDescriptor&& other) noexcept
+        : m_number(std::exchange(other.m_number, -1)) {}
+    FileDescriptor& operator=(FileDescriptor&&) = delete;
 
     bool isOpen() const { return m_number >= 0; }
     int get() const { return m_number; }

@@ -17,8 +17,12 @@ Error tooLarge() {
     return {"it is too large", {}, {}};
 }
 
-Error systemError(int number) {
-    return {std::generic_category().message(number), {}, {}};
+Error systemError(const std::error_code& error) {
+    return {error.message(), {}, {}};
+}
+
+std::error_code lastError() {
+    return {errno, std::generic_category()};
 }
 
 // Reads to the end of the file.
@@ -27,12 +31,12 @@ Result<MaybeBytes> readAll(const RegularFile& file, std::size_t most) {
     std::vector<std::byte> bytes(file.size() + 1);
     std::size_t size = 0;
     while (true) {
-        const ReadResult result =
+        const auto count =
             file.read(reinterpret_cast<char*>(bytes.data()) + size, bytes.size() - size);
-        size += result.size;
-        if (result.error != 0) {
-            return systemError(result.error);
+        if (!count) {
+            return systemError(count.error());
         }
+        size += *count;
         if (size > most) {
             return tooLarge();
         }
@@ -46,17 +50,16 @@ Result<MaybeBytes> readAll(const RegularFile& file, std::size_t most) {
 
 } // namespace
 
-RegularFile::RegularFile(const std::string& path)
-    : m_descriptor(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)) {
+Result<RegularFile, std::error_code> RegularFile::open(const std::string& path) {
+    FileDescriptor descriptor(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     struct stat status {};
-    if (!m_descriptor.isOpen() || ::fstat(m_descriptor.get(), &status) != 0) {
-        m_error = errno;
-    } else if (!S_ISREG(status.st_mode)) {
-        m_error = EINVAL;
-        m_isOtherKind = true;
-    } else {
-        m_version = versionOf(status);
+    if (!descriptor.isOpen() || ::fstat(descriptor.get(), &status) != 0) {
+        return lastError();
     }
+    if (!S_ISREG(status.st_mode)) {
+        return std::make_error_code(std::errc::invalid_argument);
+    }
+    return RegularFile(std::move(descriptor), versionOf(status));
 }
 
 bool RegularFile::isUnchanged() const {
@@ -64,20 +67,19 @@ bool RegularFile::isUnchanged() const {
     return ::fstat(m_descriptor.get(), &status) == 0 && versionOf(status) == m_version;
 }
 
-ReadResult RegularFile::read(char* place, std::size_t size) const {
-    ReadResult result;
-    while (result.size < size) {
-        const ssize_t count = ::read(m_descriptor.get(), place + result.size, size - result.size);
+Result<std::size_t, std::error_code> RegularFile::read(char* place, std::size_t size) const {
+    std::size_t total = 0;
+    while (total < size) {
+        const ssize_t count = ::read(m_descriptor.get(), place + total, size - total);
         if (count > 0) {
-            result.size += static_cast<std::size_t>(count);
+            total += static_cast<std::size_t>(count);
         } else if (count == 0) {
             break;
         } else if (errno != EINTR) {
-            result.error = errno;
-            break;
+            return lastError();
         }
     }
-    return result;
+    return total;
 }
 
 void RegularFile::rewind() const {
@@ -88,17 +90,18 @@ Result<MaybeBytes> readRegularFile(const std::string& path, std::size_t most) {
     if (path.find('\0') != std::string::npos) {
         return MaybeBytes();
     }
-    const RegularFile file(path);
-    if (file.isOtherKind()) {
-        return Error{"it is not a regular file", {}, {}};
+    const auto file = RegularFile::open(path);
+    if (file) {
+        return file->size() > most ? Result<MaybeBytes>(tooLarge()) : readAll(*file, most);
     }
-    if (file.error() == ENOENT || file.error() == ENOTDIR) {
+    const std::error_code error = file.error();
+    if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory) {
         return MaybeBytes();
     }
-    if (!file.isOpen()) {
-        return systemError(file.error());
+    if (error == std::errc::invalid_argument) {
+        return Error{"it is not a regular file", {}, {}};
     }
-    return file.size() > most ? tooLarge() : readAll(file, most);
+    return systemError(error);
 }
 
 } // namespace quorvel::freedesktop

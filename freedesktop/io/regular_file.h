@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 #include "base/result.h"
@@ -12,36 +14,33 @@
 
 namespace quorvel::freedesktop {
 
-struct ReadResult {
-    std::size_t size = 0; // bytes; fewer than asked for only at the file's end or after an error
-    int error = 0;        // an errno; 0: none
-};
-
-// A regular file that is open for reading. Opening does not wait: pipes and devices are refused,
-// and a terminal does not become the controlling terminal of the process.
+// A regular file that is open for reading.
 class RegularFile {
 public:
-    explicit RegularFile(const std::string& path);
+    // Opening does not wait: pipes and devices are refused, and a terminal does not become the
+    // controlling terminal of the process. The error is an errno; EINVAL for what is no regular
+    // file.
+    static Result<RegularFile, std::error_code> open(const std::string& path);
 
-    bool isOpen() const { return m_error == 0; }
-    int error() const { return m_error; } // an errno; 0: it is open; EINVAL: it is not regular
-    bool isOtherKind() const { return m_isOtherKind; } // a folder, a pipe, a device
-
-    // The version and size at the time of opening. Only for a file that is open.
+    // The version and size at the time of opening.
     const FileVersion& version() const { return m_version; }
     std::size_t size() const { return static_cast<std::size_t>(m_version.size); }
     // Whether the file still has that version.
     bool isUnchanged() const;
 
-    // Continues where the last call ended. Repeats a system call that was interrupted.
-    ReadResult read(char* place, std::size_t size) const;
+    // Returns the number of bytes, which is smaller than `size` only at the end of the file.
+    // Continues where the last call ended, and repeats a system call that was interrupted. The
+    // error is an errno.
+    Result<std::size_t, std::error_code> read(char* place, std::size_t size) const;
     void rewind() const; // to the beginning of the file
 
 private:
+    RegularFile(FileDescriptor descriptor, const FileVersion& version)
+        : m_descriptor(std::move(descriptor))
+        , m_version(version) {}
+
     FileDescriptor m_descriptor;
     FileVersion m_version;
-    int m_error = 0;
-    bool m_isOtherKind = false;
 };
 
 // Reads all bytes of a regular file, even if it grows meanwhile. Absent if there is no file at the

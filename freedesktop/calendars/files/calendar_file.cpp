@@ -39,21 +39,23 @@ public:
     // Returns fewer bytes than asked for only at the end or after an error.
     std::size_t read(char* place, std::size_t size) {
         size = isDone() ? 0 : std::min(size, m_left);
-        const ReadResult result = m_file.read(place, size);
-        m_left -= result.size;
-        m_total += result.size;
-        if (result.error != 0) {
-            m_error = result.error;
-        } else if (result.size < size) {
+        const auto read = m_file.read(place, size);
+        if (!read) {
+            m_error = read.error().value();
+            return 0;
+        }
+        m_left -= *read;
+        m_total += *read;
+        if (*read < size) {
             m_left = 0; // the file has become shorter
         }
         if (m_total > m_largest && m_error == 0) {
             m_error = EFBIG;
         }
         if (m_isHashed) {
-            m_hash.add(std::string_view(place, result.size));
+            m_hash.add(std::string_view(place, *read));
         }
-        return result.size;
+        return *read;
     }
     void fail(int error) { m_error = error; }
     std::size_t bytesLeft() const { return m_left; }
@@ -176,11 +178,12 @@ void CalendarFile::leaveOutForLackOfRoom() {
 void readCalendarFile(CalendarFile& file, const std::string& path, FileKind kind,
                       const ReadContext& context) {
     const std::int64_t readAt = context.fileClock();
-    const RegularFile opened(path);
-    if (!opened.isOpen()) {
-        setError(file, FileError::ofSystem(opened.error()), readAt);
+    const auto result = RegularFile::open(path);
+    if (!result) {
+        setError(file, FileError::ofSystem(result.error().value()), readAt);
         return;
     }
+    const RegularFile& opened = *result;
     const std::size_t largest = kind == FileKind::calendar ? largestFile : largestMetadata;
     if (opened.size() > largest) {
         setError(file, FileError::ofSystem(EFBIG), readAt);
