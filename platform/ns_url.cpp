@@ -2,30 +2,19 @@
 
 #include <algorithm>
 
+#include "base/ascii_text.h"
+
 namespace quorvel::platform {
 
 namespace {
 
-// Without regard to the locale, as the standard library's own tests are not.
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-bool isLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
-bool isHexDigit(char c) {
-    return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-}
-
 bool mayStandAnywhere(char c) {
     constexpr std::string_view marks = "!$&'()*+,-./:;=?@_~[]";
-    return isLetter(c) || isDigit(c) || marks.find(c) != std::string_view::npos;
+    return isAsciiLetterOrDigit(c) || marks.find(c) != std::string_view::npos;
 }
 
 bool startsEscape(std::string_view text) {
-    return text.size() >= 3 && text[0] == '%' && isHexDigit(text[1]) && isHexDigit(text[2]);
+    return text.size() >= 3 && text[0] == '%' && hexDigitValue(text[1]) && hexDigitValue(text[2]);
 }
 
 } // namespace

@@ -9,13 +9,11 @@
 #include <limits>
 #include <type_traits>
 
+#include "base/ascii_text.h"
+
 namespace quorvel::platform {
 
 namespace {
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 unsigned byteAt(std::string_view text, std::size_t index) {
     return index < text.size() ? static_cast<unsigned char>(text[index]) : 0xFFU;
@@ -71,7 +69,7 @@ Integer integerFromString(std::string_view text) {
     constexpr Integer largest = std::numeric_limits<Integer>::max();
     constexpr Integer smallest = std::numeric_limits<Integer>::min();
     Integer result = 0;
-    for (; !text.empty() && isDigit(text.front()); text.remove_prefix(1)) {
+    for (; !text.empty() && isAsciiDigit(text.front()); text.remove_prefix(1)) {
         const auto digit = static_cast<Integer>(text.front() - '0');
         // Negative numbers are gathered as such: the smallest has no positive twin.
         if (negative ? result < (smallest + digit) / 10 : result > (largest - digit) / 10) {
@@ -130,7 +128,7 @@ bool boolFromString(std::string_view text) {
     }
     takeSign(text);
     const std::size_t digit = text.find_first_not_of('0');
-    return digit != std::string_view::npos && isDigit(text[digit]);
+    return digit != std::string_view::npos && isAsciiDigit(text[digit]);
 }
 
 // Truncates towards zero and stops at the ends of the range; not-a-number is 0. The platform

@@ -23,17 +23,6 @@ unsigned byteOf(CGFloat component) {
     return component >= 1 ? 255U : static_cast<unsigned>(std::lround(component * 255));
 }
 
-std::optional<unsigned> hexDigit(char character) {
-    if (character >= '0' && character <= '9') {
-        return static_cast<unsigned>(character - '0');
-    }
-    const char lower = static_cast<char>(character | 0x20);
-    if (lower >= 'a' && lower <= 'f') {
-        return static_cast<unsigned>(lower - 'a') + 10;
-    }
-    return std::nullopt;
-}
-
 std::optional<UIColor> parseHexadecimal(std::string_view digits) {
     const bool isShort = digits.size() == 3;
     if (!isShort && digits.size() != 6 && digits.size() != 8) {
@@ -42,13 +31,14 @@ std::optional<UIColor> parseHexadecimal(std::string_view digits) {
     std::array<unsigned, 4> bytes{0, 0, 0, 255};
     const std::size_t width = isShort ? 1 : 2;
     for (std::size_t index = 0; index < digits.size(); ++index) {
-        const std::optional<unsigned> digit = hexDigit(digits[index]);
-        if (!digit) {
+        const std::optional<int> value = hexDigitValue(digits[index]);
+        if (!value) {
             return std::nullopt;
         }
+        const auto digit = static_cast<unsigned>(*value);
         unsigned& byte = bytes[index / width];
         const bool isFirst = index % width == 0;
-        byte = isShort ? *digit * 17 : (isFirst ? *digit : byte * 16 + *digit);
+        byte = isShort ? digit * 17 : (isFirst ? digit : byte * 16 + digit);
     }
     return UIColor{bytes[0] / 255.0, bytes[1] / 255.0, bytes[2] / 255.0, bytes[3] / 255.0};
 }

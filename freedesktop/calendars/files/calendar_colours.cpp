@@ -178,16 +178,6 @@ platform::UIColor colourOf(std::uint32_t value, std::uint32_t alpha = 0xff) {
     return {part(value >> 16U), part(value >> 8U), part(value), part(alpha)};
 }
 
-int hexDigit(char c) {
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    if (c >= 'a' && c <= 'f') {
-        return c - 'a' + 10;
-    }
-    return -1;
-}
-
 // Each digit stands for two, as in "#F80" for "#FF8800".
 std::string fullDigits(std::string_view digits) {
     if (digits.size() != 3) {
@@ -207,10 +197,11 @@ std::optional<platform::UIColor> colourOfDigits(std::string_view text) {
     }
     std::uint32_t value = 0;
     for (const char c : digits) {
-        if (hexDigit(c) < 0) {
+        const auto digit = hexDigitValue(c);
+        if (!digit) {
             return std::nullopt;
         }
-        value = value << 4U | static_cast<std::uint32_t>(hexDigit(c));
+        value = value << 4U | static_cast<std::uint32_t>(*digit);
     }
     return digits.size() == 6 ? colourOf(value) : colourOf(value >> 8U, value);
 }

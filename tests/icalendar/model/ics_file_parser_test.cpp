@@ -1,4 +1,4 @@
-// What is kept of a text, and what is named as wrong with it.
+// What is stored of a text, and which problems are reported.
 #include "icalendar/model/ics_file_parser.h"
 
 #include <gtest/gtest.h>

@@ -137,7 +137,7 @@ TEST(ContentLines, OfAnyBreaksFollowTheRule) {
     }
 }
 
-// It takes hours where bytes are looked at for each line anew.
+// This takes hours if all bytes are examined again for each line.
 TEST(ContentLines, OfLittleButBreaksAreReadInOnePass) {
     struct Case {
         std::string_view repeated;

@@ -1,5 +1,6 @@
-// Whatever becomes of the files, the index and the zone, the stores show with an index what they
-// show without, to the byte: those that are made for one look, and those that live on.
+// Whatever happens to the files, the index and the zone, stores with an index show the same as
+// stores without one, to the byte: those that are made for one presentation, and those that live
+// on.
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
@@ -28,8 +29,8 @@ namespace fs = std::filesystem;
 
 constexpr std::int64_t hour = 3'600'000'000'000; // nanoseconds
 
-// A file, and no link that leads nowhere.
-bool isThere(const fs::path& path) {
+// Whether there is a regular file; a broken link is none.
+bool isFile(const fs::path& path) {
     std::error_code ignored;
     return fs::is_regular_file(path, ignored);
 }
@@ -45,13 +46,14 @@ public:
         m_stores.setSources(std::move(sources));
         m_stores.setFileClock([clockAhead] { return fileClock() + clockAhead; });
         if (!indexFolder.empty()) {
-            m_stores.setIndex(indexFolder, [this](const std::string& what) { m_said += what; });
+            m_stores.setIndex(indexFolder,
+                              [this](const std::string& what) { m_indexProblems += what; });
         }
     }
 
     void setTimeZone(const std::shared_ptr<const TimeZone>& zone) { m_stores.setTimeZone(zone); }
 
-    std::string look(platform::NSDate from, double length) {
+    std::string show(platform::NSDate from, double length) {
         std::ostringstream text;
         const auto store = m_stores.makeEventStore();
         const auto calendars = store->calendars();
@@ -71,11 +73,11 @@ public:
         text << m_stores.anyReadable() << m_stores.anyCalendar() << "\n" << m_problems.str();
         return text.str();
     }
-    const std::string& said() const { return m_said; }
+    const std::string& indexProblems() const { return m_indexProblems; }
 
 private:
     std::ostringstream m_problems;
-    std::string m_said;
+    std::string m_indexProblems;
     FileCalendarStores m_stores;
 };
 
@@ -127,7 +129,7 @@ private:
     fs::path file() {
         std::vector<fs::path> files;
         for (const auto& entry : fs::recursive_directory_iterator(m_folder)) {
-            if (isThere(entry.path()) && entry.path().extension() == ".ics") {
+            if (isFile(entry.path()) && entry.path().extension() == ".ics") {
                 files.push_back(entry.path());
             }
         }
@@ -215,7 +217,7 @@ private:
     void swapFiles() {
         const fs::path first = file();
         const fs::path second = file();
-        if (first != second && isThere(first) && isThere(second)) {
+        if (first != second && isFile(first) && isFile(second)) {
             fs::rename(first, m_folder / "between");
             fs::rename(second, first);
             fs::rename(m_folder / "between", second);
@@ -233,14 +235,14 @@ private:
     }
     void rename() {
         const fs::path from = file();
-        if (isThere(from)) {
+        if (isFile(from)) {
             fs::rename(from, place());
         }
     }
     void remove() { fs::remove(file()); }
     void replace() {
         const fs::path path = file();
-        const std::string text = isThere(path) ? get(path) : calendar();
+        const std::string text = isFile(path) ? get(path) : calendar();
         put(m_folder / "new", below(2) == 0 ? text : calendar());
         setTimes(m_folder / "new", 1'700'000'000);
         fs::rename(m_folder / "new", path);
@@ -252,7 +254,7 @@ private:
     }
     void cut() {
         const fs::path path = file();
-        if (isThere(path)) {
+        if (isFile(path)) {
             fs::resize_file(path, fs::file_size(path) / 2);
         }
     }
@@ -321,21 +323,21 @@ protected:
             }
             const int day = 9 + static_cast<int>(edits.below(20));
             const double length = 86400.0 * (1 + edits.below(9));
-            for (int look = 0; look < 8; ++look) {
-                const auto& zone = zones[look % 2 == 0 ? 0 : 1];
+            for (int round = 0; round < 8; ++round) {
+                const auto& zone = zones[round % 2 == 0 ? 0 : 1];
                 const auto from =
-                    dateOf(*utcTimeZone(), {2026, 3, day + look / 4, 10 + look / 2, 0, 0});
-                ASSERT_EQ(Viewer(zone, sources(), index(), clockAhead).look(from, length),
-                          Viewer(zone, sources(), "", clockAhead).look(from, length))
-                    << "look " << look;
+                    dateOf(*utcTimeZone(), {2026, 3, day + round / 4, 10 + round / 2, 0, 0});
+                ASSERT_EQ(Viewer(zone, sources(), index(), clockAhead).show(from, length),
+                          Viewer(zone, sources(), "", clockAhead).show(from, length))
+                    << "round " << round;
                 livingWith.setTimeZone(zone);
                 livingWithout.setTimeZone(zone);
-                ASSERT_EQ(livingWith.look(from, length), livingWithout.look(from, length))
-                    << "look " << look << " of those that live";
+                ASSERT_EQ(livingWith.show(from, length), livingWithout.show(from, length))
+                    << "round " << round << " of those that live";
             }
         }
         if (!isIndexHurt) {
-            EXPECT_EQ(livingWith.said(), "");
+            EXPECT_EQ(livingWith.indexProblems(), "");
         }
     }
 
@@ -367,8 +369,8 @@ TEST_P(SameTick, ChangeOfOneLetterShows) {
         std::ofstream(path, std::ios::binary) << calendarText(
             eventText(std::string("UID:1|DTSTART:20260310T100000Z|SUMMARY:Title ") + letter));
         const std::string title = std::string("|Title ") + letter + "|";
-        EXPECT_NE(living.look(from, 86400 * 3.0).find(title), std::string::npos) << letter;
-        EXPECT_NE(Viewer(utcTimeZone(), sources(), index(), 0).look(from, 86400 * 3.0).find(title),
+        EXPECT_NE(living.show(from, 86400 * 3.0).find(title), std::string::npos) << letter;
+        EXPECT_NE(Viewer(utcTimeZone(), sources(), index(), 0).show(from, 86400 * 3.0).find(title),
                   std::string::npos)
             << letter;
     }

@@ -42,7 +42,7 @@ protected:
 
     platform::NSDate at(std::string_view text) const { return parseInstant(text, *zone).value(); }
 
-    std::string reading(platform::NSDate instant) const {
+    std::string localTimeText(platform::NSDate instant) const {
         const CivilTime time = localTime(*zone, instant);
         char text[40];
         std::snprintf(text, sizeof text, "%02d%02dT%02d%02d%02d", time.month, time.day, time.hour,
@@ -64,12 +64,12 @@ protected:
         std::vector<std::string> result;
         for (const auto& event : events(from, to)) {
             result.push_back(event->title.value_or("-") + (event->isAllDay ? " D " : " ") +
-                             reading(event->startDate) + "-" + reading(event->endDate));
+                             localTimeText(event->startDate) + "-" + localTimeText(event->endDate));
         }
         return result;
     }
 
-    // Asked again and again, as a host does that is told of changes.
+    // Asks repeatedly, as a host does that is notified of changes.
     bool isFoundIn(double seconds, const std::vector<std::string>& expected) {
         const auto begin = steady_clock::now();
         while (secondsSince(begin) < seconds) {
@@ -291,14 +291,14 @@ protected:
     void follow() {
         makeStores({30, 30});
         stores->setChangedHandler([this] {
-            isToldOnThisThread = isToldOnThisThread || std::this_thread::get_id() == thisThread;
+            isCalledOnThisThread = isCalledOnThisThread || std::this_thread::get_id() == thisThread;
             ++changes;
         });
     }
     bool isToldIn(double seconds) {
         const auto begin = steady_clock::now();
         while (changes == 0 && secondsSince(begin) < seconds) {
-            // The process has one registry, which tells on the thread of the fixture.
+            // The process has one registry, which emits its signals on the thread of the fixture.
             while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
             }
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
@@ -314,7 +314,7 @@ protected:
 
     std::atomic<int> changes = 0;
     const std::thread::id thisThread = std::this_thread::get_id();
-    std::atomic<bool> isToldOnThisThread = false;
+    std::atomic<bool> isCalledOnThisThread = false;
 };
 
 TEST_F(FollowedServerTest, ChangesOfEventsAreTold) {
@@ -339,7 +339,7 @@ TEST_F(FollowedServerTest, ChangesOfEventsAreTold) {
     EXPECT_FALSE(isToldIn(1.5));
 }
 
-// What the server tells comes on the main thread here and there, and is not to be told there.
+// Some signals of the server come on the main thread; the handler must not be called there.
 TEST_F(FollowedServerTest, ChangesAreToldOnTheWorkersThreadAlone) {
     addSingle();
     follow();
@@ -349,7 +349,7 @@ TEST_F(FollowedServerTest, ChangesAreToldOnTheWorkersThreadAlone) {
            eventText("UID:once-Once|SUMMARY:Twice|DTSTART:20260310T080000Z|DTEND:20260310T090000Z"),
            E_CAL_OBJ_MOD_ALL);
     EXPECT_TRUE(isToldIn(15));
-    EXPECT_FALSE(isToldOnThisThread);
+    EXPECT_FALSE(isCalledOnThisThread);
 }
 
 TEST_F(FollowedServerTest, NothingIsToldWhereNothingChanges) {

@@ -1,4 +1,4 @@
-// Stores that do not wait for long: what stalls is not waited for, and shows when it is there.
+// Stores with bounded waits: calendars that cannot be read in time show later.
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -54,7 +54,7 @@ protected:
             gate.pass();
             return fileClock();
         });
-        own.setChangedHandler([this] { ++told; });
+        own.setChangedHandler([this] { ++changes; });
     }
 
     void writeTitle(const std::string& title) const {
@@ -79,55 +79,55 @@ protected:
         return text;
     }
 
-    bool isTold() const {
-        for (int i = 0; i < 500 && told == 0; ++i) {
+    bool isChangeReported() const {
+        for (int i = 0; i < 500 && changes == 0; ++i) {
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }
-        return told > 0;
+        return changes > 0;
     }
 
-    // Outlive the stores, whose thread uses them.
+    // These outlive the stores, whose worker thread uses them.
     Gate gate;
-    std::atomic<int> told = 0;
+    std::atomic<int> changes = 0;
     Clock::duration lastTime{};
     FileCalendarStores own{zone, {}};
 };
 
-TEST_F(BoundedWaits, WhatIsThereInTimeShowsAtOnce) {
+TEST_F(BoundedWaits, ReadInTimeShowsAtOnce) {
     EXPECT_EQ(present(), "Name: first");
     EXPECT_EQ(present(), "Name: first");
-    EXPECT_EQ(told, 0);
+    EXPECT_EQ(changes, 0);
     EXPECT_TRUE(own.anyReadable());
     EXPECT_TRUE(own.anyCalendar());
 }
 
-TEST_F(BoundedWaits, WhatStallsIsNotWaitedForAndShowsLater) {
+TEST_F(BoundedWaits, ReadTooLateShowsLater) {
     gate.close();
     EXPECT_EQ(present(), "");
     EXPECT_GE(lastTime, std::chrono::milliseconds(90));
     EXPECT_LT(lastTime, std::chrono::milliseconds(400));
-    // Nobody knows yet that there are none.
+    // It is not known yet that there are none.
     EXPECT_TRUE(own.anyReadable());
     EXPECT_TRUE(own.anyCalendar());
     EXPECT_EQ(present(), "");
     EXPECT_LT(lastTime, std::chrono::milliseconds(300));
     gate.open();
-    EXPECT_TRUE(isTold());
+    EXPECT_TRUE(isChangeReported());
     EXPECT_EQ(present(), "Name: first");
 }
 
-// Even the events are found before anybody is told.
-TEST_F(BoundedWaits, WhatIsToldOfIsThere) {
+// Even the events are found before the change is reported.
+TEST_F(BoundedWaits, ReportedChangesAreAvailable) {
     gate.close();
     present();
     gate.open();
-    EXPECT_TRUE(isTold());
+    EXPECT_TRUE(isChangeReported());
     own.setWaits({10, 10});
     EXPECT_EQ(present(), "Name: first");
     EXPECT_LT(lastTime, std::chrono::seconds(1));
 }
 
-TEST_F(BoundedWaits, ReadingThatWasBegunIsUsedOnce) {
+TEST_F(BoundedWaits, BegunEarlyIsUsedOnce) {
     own.setWaits({10, 10});
     own.beginReading();
     EXPECT_EQ(present(), "Name: first");
@@ -137,17 +137,17 @@ TEST_F(BoundedWaits, ReadingThatWasBegunIsUsedOnce) {
     EXPECT_GT(gate.passed(), 1);
 }
 
-TEST_F(BoundedWaits, BeginningToReadDoesNotWait) {
+TEST_F(BoundedWaits, BeginningDoesNotWait) {
     gate.close();
     own.beginReading();
     EXPECT_EQ(present(), "");
     EXPECT_LT(lastTime, std::chrono::milliseconds(400));
     gate.open();
-    EXPECT_TRUE(isTold());
+    EXPECT_TRUE(isChangeReported());
     EXPECT_EQ(present(), "Name: first");
 }
 
-TEST_F(BoundedWaits, NewSourcesAreReadAnew) {
+TEST_F(BoundedWaits, NewSourcesAreRead) {
     write("b.ics", calendarText("X-WR-CALNAME:Second\r\n"));
     own.setWaits({10, 10});
     own.beginReading();
@@ -155,14 +155,14 @@ TEST_F(BoundedWaits, NewSourcesAreReadAnew) {
     EXPECT_EQ(present(), "Second:");
 }
 
-TEST_F(BoundedWaits, WhatWasShownStandsInForWhatStalls) {
+TEST_F(BoundedWaits, OldEventsShowUntilNewOnesAreRead) {
     EXPECT_EQ(present(), "Name: first");
     writeTitle("other");
     gate.close();
     EXPECT_EQ(present(), "Name: first");
     EXPECT_LT(lastTime, std::chrono::milliseconds(300));
     gate.open();
-    EXPECT_TRUE(isTold());
+    EXPECT_TRUE(isChangeReported());
     EXPECT_EQ(present(), "Name: other");
 }
 
@@ -171,30 +171,30 @@ TEST_F(BoundedWaits, ZoneMayChangeMeanwhile) {
     present();
     own.setTimeZone(namedTimeZone("Asia/Tokyo"));
     gate.open();
-    EXPECT_TRUE(isTold());
+    EXPECT_TRUE(isChangeReported());
     EXPECT_EQ(present(), "Name: first");
 }
 
-TEST_F(BoundedWaits, NobodyIsToldAfterTheEnd) {
+TEST_F(BoundedWaits, NothingIsReportedAfterTheEnd) {
     gate.close();
     auto these = std::make_unique<FileCalendarStores>(zone, CalendarProblemHandler());
-    std::atomic<int> toldOfThese = 0;
+    std::atomic<int> changesOfThese = 0;
     these->setSources({CalendarSource::at(folder / "a.ics")});
     these->setWaits({0.01, 0.01});
     these->setFileClock([this] {
         gate.pass();
         return fileClock();
     });
-    these->setChangedHandler([&toldOfThese] { ++toldOfThese; });
+    these->setChangedHandler([&changesOfThese] { ++changesOfThese; });
     these->makeEventStore();
     these->setChangedHandler(nullptr);
     auto end = std::async(std::launch::async, [&these] { these.reset(); });
     gate.open();
     end.get();
-    EXPECT_EQ(toldOfThese, 0);
+    EXPECT_EQ(changesOfThese, 0);
 }
 
-TEST_F(BoundedWaits, ReadingIsLeftAtTheEnd) {
+TEST_F(BoundedWaits, TheEndCancelsReading) {
     std::string text = "BEGIN:VCALENDAR\r\n";
     for (int i = 0; i < 20000; ++i) {
         text += eventText("UID:" + std::to_string(i) +

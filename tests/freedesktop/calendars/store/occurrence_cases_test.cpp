@@ -61,8 +61,8 @@ std::optional<platform::NSDate> readInstant(const std::string& text) {
         return std::nullopt;
     }
     const std::int64_t offset = (offsetHours * 60 + offsetMinutes) * (sign == '-' ? -60 : 60);
-    const std::int64_t reading = civilSeconds({year, month, day, hour, minute, second});
-    return platform::dateWithTimeIntervalSince1970(static_cast<double>(reading - offset));
+    const std::int64_t localTime = civilSeconds({year, month, day, hour, minute, second});
+    return platform::dateWithTimeIntervalSince1970(static_cast<double>(localTime - offset));
 }
 
 std::string shownDay(const CivilTime& time) {

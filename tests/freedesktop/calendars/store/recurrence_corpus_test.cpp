@@ -99,7 +99,7 @@ protected:
         }
         std::string result;
         for (const platform::NSDate instant : starts) {
-            const std::string text = reading(instant);
+            const std::string text = localTimeText(instant);
             result += result.empty() ? "" : ",";
             result += row[kind] == "date" ? text.substr(0, 8) : text;
             result += row[kind] == "zone" || row[kind] == "utc" ? "Z" : "";

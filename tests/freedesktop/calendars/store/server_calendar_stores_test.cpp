@@ -1,4 +1,4 @@
-// The store over a server that answers what the test says.
+// The store with a server that answers as the test chooses.
 #include "freedesktop/calendars/store/server_calendar_stores.h"
 
 #include <cmath>

@@ -59,7 +59,7 @@ protected:
         return time->isUtc ? dateOf(*utcTimeZone(), time->civil) : dateOf(*zone, time->civil);
     }
 
-    std::string reading(platform::NSDate instant) const {
+    std::string localTimeText(platform::NSDate instant) const {
         const CivilTime time = localTime(*zone, instant);
         char text[40];
         std::snprintf(text, sizeof text, "%04d%02d%02dT%02d%02d%02d", time.year, time.month,
@@ -77,7 +77,7 @@ protected:
         std::string result;
         for (const auto& event : events(from, to)) {
             result += event->title.value_or("-") + (event->isAllDay ? " D " : " ") +
-                      reading(event->startDate) + "-" + reading(event->endDate) + "\n";
+                      localTimeText(event->startDate) + "-" + localTimeText(event->endDate) + "\n";
         }
         return result;
     }

@@ -1,4 +1,4 @@
-// Random rules: against a slow reference that looks at every day (below a day at every hour, minute
+// Random rules: against a slow reference that tests every day (below a day at every hour, minute
 // or second), against themselves in other windows, and against their budget.
 //
 // The seed is fixed, so that a run can be repeated; RC_PARAMS="seed=7 max_success=5000" goes
@@ -443,7 +443,7 @@ private:
 
     // -- times
 
-    // A part that widens: what it says, else what the start says. No clock shows a second 60.
+    // A part that adds times: its own values, else those of the start. No clock shows a second 60.
     static std::set<std::int64_t> expanded(const std::vector<int>& numbers, std::int64_t start) {
         std::set<std::int64_t> result(numbers.begin(), numbers.end());
         if (numbers.empty()) {
@@ -637,7 +637,7 @@ RecurrenceRule hostileRule() {
 
 TEST(RecurrenceProperties, TheBudgetIsKept) {
     std::size_t spent = 0;
-    EXPECT_TRUE(rc::check("the budget is kept", [&spent] {
+    EXPECT_TRUE(rc::check("the budget is respected", [&spent] {
         const RecurrenceRule rule = hostileRule();
         RecurrenceRequest request(rule);
         request.start = randomDay() * secondsPerDay + *from(0, 86399);
