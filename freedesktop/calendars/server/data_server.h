@@ -9,16 +9,25 @@
 #include <string>
 #include <vector>
 
+#include "base/result.h"
+
 namespace quorvel::freedesktop::eds {
 
 using Deadline = std::chrono::steady_clock::time_point;
 
-enum class Outcome {
-    answered,
-    failed,
-    silent, // there was no answer until the deadline
-    absent  // there is no server, and none can be started
+// Why there is no answer.
+struct ServerFailure {
+    enum class Kind {
+        failed,
+        silent, // there was no answer until the deadline
+        absent  // there is no server, and none can be started
+    };
+    Kind kind = Kind::silent;
+    std::string problem; // for the user; empty where the server is silent
 };
+
+template <class Value>
+using ServerResult = Result<Value, ServerFailure>;
 
 struct ServerCalendar {
     std::string identifier; // the server's own
@@ -28,11 +37,8 @@ struct ServerCalendar {
     bool operator==(const ServerCalendar&) const = default;
 };
 
-struct CalendarList {
-    Outcome outcome = Outcome::silent;
-    std::vector<ServerCalendar> calendars; // those that are enabled, sorted by title
-    std::string problem;                   // where the outcome is failed or absent
-};
+// Those that are enabled, sorted by title.
+using CalendarList = std::vector<ServerCalendar>;
 
 // Both ends in seconds since 1970.
 struct SearchedRange {
@@ -42,12 +48,10 @@ struct SearchedRange {
 
 struct CalendarEvents {
     std::string calendar; // its identifier
-    Outcome outcome = Outcome::silent;
     // An iCalendar with at least every event that may occur in the range, all their exceptions, and
-    // the time zones that have no common name. Null where there is no answer. The same object as in
+    // the time zones that have no common name; never null. The same object as in
     // the answer before while nothing has changed, if there is a changed handler.
-    std::shared_ptr<const std::string> text;
-    std::string problem; // where the outcome is failed
+    ServerResult<std::shared_ptr<const std::string>> text{ServerFailure()};
 };
 
 // Belongs to the thread that made it. No call takes longer than its deadline; an answer that comes
@@ -56,7 +60,7 @@ class DataServer {
 public:
     virtual ~DataServer() = default;
 
-    virtual CalendarList calendars(Deadline deadline) = 0;
+    virtual ServerResult<CalendarList> calendars(Deadline deadline) = 0;
     // One entry for each calendar, in the order of the identifiers.
     virtual std::vector<CalendarEvents> events(const std::vector<std::string>& calendars,
                                                SearchedRange range, Deadline deadline) = 0;

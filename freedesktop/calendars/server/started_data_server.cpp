@@ -28,7 +28,7 @@ void StartedDataServer::begin() {
         m_thread = std::thread([this] { end(start(m_module, m_cancellation)); });
     } catch (const std::system_error& error) {
         m_isRunning = false;
-        m_result = StartFailure{Outcome::failed, error.what()};
+        m_result = ServerFailure{ServerFailure::Kind::failed, error.what()};
     }
 }
 
@@ -55,28 +55,29 @@ void StartedDataServer::end(StartResult result) {
 StartedDataServer::StartResult StartedDataServer::start(const std::string& module,
                                                         SearchCancellation& cancellation) {
     if (auto check = checkDataServer(); !check) {
-        return StartFailure{Outcome::absent, std::move(check).error().what};
+        return ServerFailure{ServerFailure::Kind::absent, std::move(check).error().what};
     }
     auto service = findSourcesService(cancellation);
     if (!service) {
-        return StartFailure{Outcome::absent, std::move(service).error().what};
+        return ServerFailure{ServerFailure::Kind::absent, std::move(service).error().what};
     }
     void* const handle = dlopen(module.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (handle == nullptr) {
         const char* const reason = dlerror();
-        return StartFailure{Outcome::failed, std::string("its library cannot be loaded: ") +
-                                                 (reason != nullptr ? reason : "")};
+        return ServerFailure{ServerFailure::Kind::failed,
+                             std::string("its library cannot be loaded: ") +
+                                 (reason != nullptr ? reason : "")};
     }
     const auto make = reinterpret_cast<MakeDataServer>(dlsym(handle, makeDataServerSymbol));
     std::unique_ptr<DataServer> server(make != nullptr ? make(service->c_str()) : nullptr);
     dlclose(handle);
     if (!server) {
-        return StartFailure{Outcome::failed, "its library does not work"};
+        return ServerFailure{ServerFailure::Kind::failed, "its library does not work"};
     }
     return server;
 }
 
-CalendarList StartedDataServer::calendars(Deadline deadline) {
+ServerResult<CalendarList> StartedDataServer::calendars(Deadline deadline) {
     std::unique_lock lock(m_mutex);
     if (!m_isRunning && server() == nullptr && !m_isAwaited) {
         begin();
@@ -85,10 +86,10 @@ CalendarList StartedDataServer::calendars(Deadline deadline) {
     m_ended.wait_until(lock, deadline, [this] { return !m_isRunning; });
     m_isAwaited = false;
     if (m_isRunning) {
-        return {};
+        return ServerFailure(); // silent
     }
     if (!m_result) {
-        return {m_result.error().outcome, {}, m_result.error().problem};
+        return m_result.error();
     }
     lock.unlock();
     return server()->calendars(deadline);

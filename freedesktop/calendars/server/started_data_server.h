@@ -24,18 +24,13 @@ public:
     ~StartedDataServer() override;
 
     // Where there was no server the last time, it is looked for again.
-    CalendarList calendars(Deadline deadline) override;
+    ServerResult<CalendarList> calendars(Deadline deadline) override;
     std::vector<CalendarEvents> events(const std::vector<std::string>& calendars,
                                        SearchedRange range, Deadline deadline) override;
     void setChangedHandler(std::function<void()> onChanged) override;
 
 private:
-    // Why there is no server.
-    struct StartFailure {
-        Outcome outcome = Outcome::failed;
-        std::string problem;
-    };
-    using StartResult = Result<std::unique_ptr<DataServer>, StartFailure>; // never null
+    using StartResult = ServerResult<std::unique_ptr<DataServer>>; // never null
 
     void begin();
     void end(StartResult result);
@@ -48,7 +43,7 @@ private:
     std::condition_variable m_ended;
     bool m_isRunning = false;
     bool m_isAwaited = true; // false: a call has given up waiting, so that its answer is late
-    StartResult m_result{StartFailure()};
+    StartResult m_result{ServerFailure()};
     std::function<void()> m_onChanged;
     std::thread m_thread;
 };

@@ -12,7 +12,7 @@
 
 namespace quorvel::freedesktop {
 
-using eds::Outcome;
+using eds::ServerFailure;
 using platform::EKCalendars;
 using platform::EKEventPredicate;
 using platform::EKEvents;
@@ -68,18 +68,17 @@ public:
     explicit CurrentProblems(CalendarProblemHandler onProblem)
         : m_onProblem(std::move(onProblem)) {}
 
-    // Reports a problem unless it is the same as the last time. A missing answer is the same
-    // problem however long it was waited for.
-    void set(const std::string& name, Outcome outcome, const std::string& problem,
-             double waitedSeconds) {
+    // Reports the failure unless it is the same as the last time. Silence is the same problem
+    // however long the store has waited.
+    void set(const std::string& name, const ServerFailure& failure, double waitedSeconds) {
         const auto current = m_current.find(name);
-        if (outcome == Outcome::answered) {
-            m_current.erase(name);
-        } else if (current == m_current.end() || current->second != problem) {
-            m_current[name] = problem;
-            m_onProblem({name, 0, outcome == Outcome::silent ? silence(waitedSeconds) : problem});
+        if (current == m_current.end() || current->second != failure.problem) {
+            m_current[name] = failure.problem;
+            const bool isSilent = failure.kind == ServerFailure::Kind::silent;
+            m_onProblem({name, 0, isSilent ? silence(waitedSeconds) : failure.problem});
         }
     }
+    void remove(const std::string& name) { m_current.erase(name); }
 
 private:
     static std::string silence(double waitedSeconds) {
@@ -183,21 +182,24 @@ private:
 };
 
 ListedCalendars ServerCalendarStores::State::list(WaitBudget& budget) {
-    const eds::CalendarList list =
+    const auto list =
         budget.spend([this](eds::Deadline deadline) { return m_server->calendars(deadline); });
-    const bool isAllowed = list.outcome == Outcome::absent && m_isOptional;
-    m_problems.set(std::string(dataServerName), isAllowed ? Outcome::answered : list.outcome,
-                   list.problem, budget.total());
-    setListed(list);
+    const std::string name(dataServerName);
+    if (list || (m_isOptional && list.error().kind == ServerFailure::Kind::absent)) {
+        m_problems.remove(name);
+    } else {
+        m_problems.set(name, list.error(), budget.total());
+    }
+    m_isListed = list.hasValue();
+    setListed(list ? *list : eds::CalendarList());
     return m_listed;
 }
 
 void ServerCalendarStores::State::setListed(const eds::CalendarList& list) {
     m_listed.clear();
     m_deselected.clear();
-    m_isListed = list.outcome == Outcome::answered;
     m_areAllUnreadable = false;
-    for (const eds::ServerCalendar& calendar : list.calendars) {
+    for (const eds::ServerCalendar& calendar : list) {
         m_listed.push_back({calendar.identifier, eds::makeCalendar(calendar)});
         if (!calendar.isSelected) {
             m_deselected.push_back(m_listed.back().calendar->calendarIdentifier);
@@ -229,10 +231,12 @@ EKEvents ServerCalendarStores::State::find(const ListedCalendars& listed,
     m_areAllUnreadable = true;
     for (std::size_t i = 0; i < asked.size(); ++i) {
         const std::string name = displayNameOf(*asked[i]);
-        m_problems.set(name, answers[i].outcome, answers[i].problem, budget.total());
-        if (answers[i].text) {
+        if (const auto& text = answers[i].text) {
+            m_problems.remove(name);
             m_areAllUnreadable = false;
-            m_events.addEvents({asked[i]->calendar, name, answers[i].text}, predicate, result);
+            m_events.addEvents({asked[i]->calendar, name, *text}, predicate, result);
+        } else {
+            m_problems.set(name, text.error(), budget.total());
         }
     }
     std::sort(result.begin(), result.end(), comesBefore);

@@ -103,7 +103,7 @@ void CalendarConnection::advance() {
         startView();
     } else if (m_view && m_cached && m_cached->range.from <= m_current->range.from &&
                m_cached->range.to >= m_current->range.to) {
-        answer(Outcome::answered, m_cached->text, {});
+        answer(m_cached->text);
     } else {
         fetch();
     }
@@ -257,11 +257,12 @@ void CalendarConnection::fetched(FetchedEvents events, ZoneTexts zones, bool isS
         return;
     }
     if (!events.error) {
-        auto text = std::make_shared<const std::string>(std::move(events.text));
+        std::shared_ptr<const std::string> text =
+            std::make_shared<const std::string>(std::move(events.text));
         if (m_view && !isStale) {
             m_cached = CachedAnswer{m_current->range, text};
         }
-        answer(Outcome::answered, std::move(text), {});
+        answer(std::move(text));
     } else if (!wasCancelled(events.error) && !std::exchange(m_current->isSecondTry, true)) {
         disconnect(); // the server may have been restarted
         advance();
@@ -272,19 +273,18 @@ void CalendarConnection::fetched(FetchedEvents events, ZoneTexts zones, bool isS
 
 void CalendarConnection::failed(const std::string& problem) {
     disconnect();
-    answer(Outcome::failed, {}, "it cannot be read: " + problem);
+    answer(ServerFailure{ServerFailure::Kind::failed, "it cannot be read: " + problem});
 }
 
-void CalendarConnection::answer(Outcome outcome, std::shared_ptr<const std::string> text,
-                                std::string problem) {
+void CalendarConnection::answer(ServerResult<std::shared_ptr<const std::string>> text) {
     const EventsRequest request = std::move(*m_current);
     m_current.reset();
-    const bool isInTime =
-        request.reply->deliver({m_identifier, outcome, std::move(text), std::move(problem)});
+    const bool hasAnswer = text.hasValue();
+    const bool isInTime = request.reply->deliver({m_identifier, std::move(text)});
     if (m_next && m_next->reply->isAbandoned()) {
         m_next.reset();
     }
-    if (!isInTime && !m_next && outcome == Outcome::answered) {
+    if (!isInTime && !m_next && hasAnswer) {
         m_events.changed();
     }
     advance();

@@ -77,7 +77,7 @@ private:
     void fetch();
     void fetched(FetchedEvents events, ZoneTexts zones, bool isStale);
     void failed(const std::string& problem);
-    void answer(Outcome outcome, std::shared_ptr<const std::string> text, std::string problem);
+    void answer(ServerResult<std::shared_ptr<const std::string>> text);
     void disconnect();
     void changedOnServer();
 

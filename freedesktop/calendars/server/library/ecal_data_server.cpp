@@ -41,7 +41,7 @@ ServerConnection::~ServerConnection() {
     closeRegistry();
 }
 
-void ServerConnection::list(std::shared_ptr<Reply<CalendarList>> reply) {
+void ServerConnection::list(std::shared_ptr<Reply<ServerResult<CalendarList>>> reply) {
     m_waitingReplies.push_back(std::move(reply));
     if (m_registry && !hasSources()) {
         closeRegistry();
@@ -77,7 +77,7 @@ void ServerConnection::answerWaiting() {
     closeConnectionsExcept(m_listed);
     bool isAnyLate = false;
     for (const auto& waiting : std::exchange(m_waitingReplies, {})) {
-        isAnyLate = !waiting->deliver({Outcome::answered, m_listed, {}}) || isAnyLate;
+        isAnyLate = !waiting->deliver(m_listed) || isAnyLate;
     }
     if (isAnyLate) {
         reportChange();
@@ -121,7 +121,8 @@ void ServerConnection::registryOpened(ObjectHandle<ESourceRegistry> registry,
     }
     if (!registry) {
         for (const auto& reply : std::exchange(m_waitingReplies, {})) {
-            reply->deliver({Outcome::failed, {}, "it does not start: " + messageOf(error)});
+            reply->deliver(ServerFailure{ServerFailure::Kind::failed,
+                                         "it does not start: " + messageOf(error)});
         }
         return;
     }
@@ -267,7 +268,8 @@ void ServerConnection::requestEvents(const std::vector<std::string>& calendars, 
         if (const auto connection = connectionTo(calendar)) {
             connection->request(range, reply);
         } else {
-            reply->deliver({calendar, Outcome::failed, {}, "the server no longer has it"});
+            reply->deliver({calendar, ServerFailure{ServerFailure::Kind::failed,
+                                                    "the server no longer has it"}});
         }
     }
 }
@@ -322,10 +324,10 @@ EcalDataServer::~EcalDataServer() {
     m_worker.mailbox().postLater(longestClosing, quit);
 }
 
-CalendarList EcalDataServer::calendars(Deadline deadline) {
-    auto reply = std::make_shared<Reply<CalendarList>>();
+ServerResult<CalendarList> EcalDataServer::calendars(Deadline deadline) {
+    auto reply = std::make_shared<Reply<ServerResult<CalendarList>>>();
     m_worker.mailbox().post([connection = m_connection, reply] { connection->list(reply); });
-    return reply->wait(deadline).value_or(CalendarList());
+    return reply->wait(deadline).value_or(ServerFailure());
 }
 
 std::vector<CalendarEvents> EcalDataServer::events(const std::vector<std::string>& calendars,
@@ -340,9 +342,8 @@ std::vector<CalendarEvents> EcalDataServer::events(const std::vector<std::string
         const auto found =
             std::find_if(answers.begin(), answers.end(),
                          [&](const CalendarEvents& one) { return one.calendar == calendar; });
-        events.push_back(found != answers.end()
-                             ? std::move(*found)
-                             : CalendarEvents{calendar, Outcome::silent, {}, {}});
+        events.push_back(found != answers.end() ? std::move(*found)
+                                                : CalendarEvents{calendar, ServerFailure()});
     }
     return events;
 }

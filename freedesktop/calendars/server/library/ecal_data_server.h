@@ -28,7 +28,7 @@ public:
 
     // The first step to a list. list() takes it where it was not taken.
     void openRegistry();
-    void list(std::shared_ptr<Reply<CalendarList>> reply);
+    void list(std::shared_ptr<Reply<ServerResult<CalendarList>>> reply);
     void requestEvents(const std::vector<std::string>& calendars, SearchedRange range,
                        const std::shared_ptr<EventsReply>& reply);
     void setChangedHandler(std::function<void()> onChanged);
@@ -63,7 +63,7 @@ private:
     bool m_isOpening = false;
     bool m_hasServiceDied = false; // and was not started since
     guint m_serviceWatch = 0;      // 0: none
-    std::vector<std::shared_ptr<Reply<CalendarList>>> m_waitingReplies;
+    std::vector<std::shared_ptr<Reply<ServerResult<CalendarList>>>> m_waitingReplies;
     std::vector<ServerCalendar> m_listed; // by the last list()
     std::map<std::string, std::shared_ptr<CalendarConnection>> m_connections;
     std::vector<std::shared_ptr<CalendarConnection>> m_closing; // closed, but not idle yet
@@ -80,7 +80,7 @@ public:
     explicit EcalDataServer(std::string sourcesService);
     ~EcalDataServer() override;
 
-    CalendarList calendars(Deadline deadline) override;
+    ServerResult<CalendarList> calendars(Deadline deadline) override;
     std::vector<CalendarEvents> events(const std::vector<std::string>& calendars,
                                        SearchedRange range, Deadline deadline) override;
     void setChangedHandler(std::function<void()> onChanged) override;

@@ -27,18 +27,20 @@ TEST(StartedDataServer, WithoutABusThereIsNoServer) {
     const EnvironmentVariable noAddress("DBUS_SESSION_BUS_ADDRESS", nullptr);
     const EnvironmentVariable noFolder("XDG_RUNTIME_DIR", nullptr);
     StartedDataServer server("/nonexistent.so");
-    const CalendarList list = server.calendars(inSeconds(5));
-    EXPECT_EQ(list.outcome, Outcome::absent);
-    EXPECT_EQ(list.problem, "there is no session bus");
+    const auto list = server.calendars(inSeconds(5));
+    ASSERT_FALSE(list);
+    EXPECT_EQ(list.error().kind, ServerFailure::Kind::absent);
+    EXPECT_EQ(list.error().problem, "there is no session bus");
     EXPECT_THAT(server.events({"one"}, {}, inSeconds(5)), IsEmpty());
 }
 
 TEST(StartedDataServer, ABusThatCannotBeReachedIsNamed) {
     const EnvironmentVariable address("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
     StartedDataServer server("/nonexistent.so");
-    const CalendarList list = server.calendars(inSeconds(5));
-    EXPECT_EQ(list.outcome, Outcome::absent);
-    EXPECT_THAT(list.problem, HasSubstr("the session bus cannot be reached: "));
+    const auto list = server.calendars(inSeconds(5));
+    ASSERT_FALSE(list);
+    EXPECT_EQ(list.error().kind, ServerFailure::Kind::absent);
+    EXPECT_THAT(list.error().problem, HasSubstr("the session bus cannot be reached: "));
 }
 
 TEST(StartedDataServer, ABusThatDoesNotAnswerIsNotWaitedFor) {
@@ -54,8 +56,8 @@ TEST(StartedDataServer, ABusThatDoesNotAnswerIsNotWaitedFor) {
     const auto begin = std::chrono::steady_clock::now();
     {
         StartedDataServer server("/nonexistent.so");
-        EXPECT_EQ(server.calendars(inSeconds(0.1)).outcome, Outcome::silent);
-        EXPECT_EQ(server.calendars(inSeconds(0.1)).outcome, Outcome::silent);
+        EXPECT_EQ(server.calendars(inSeconds(0.1)).error().kind, ServerFailure::Kind::silent);
+        EXPECT_EQ(server.calendars(inSeconds(0.1)).error().kind, ServerFailure::Kind::silent);
     }
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
 }

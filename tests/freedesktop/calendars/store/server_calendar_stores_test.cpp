@@ -13,7 +13,7 @@ namespace {
 
 using eds::CalendarEvents;
 using eds::CalendarList;
-using eds::Outcome;
+using eds::ServerFailure;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -22,9 +22,8 @@ double secondsUntil(eds::Deadline deadline) {
 }
 
 struct Script {
-    CalendarList list{Outcome::answered,
-                      {{"home", "Home", "#102030", true}, {"work:1", "Work", "#405060", false}},
-                      {}};
+    eds::ServerResult<CalendarList> list{
+        CalendarList{{"home", "Home", "#102030", true}, {"work:1", "Work", "#405060", false}}};
     std::map<std::string, CalendarEvents> events;
     double listTakes = 0; // seconds
     std::vector<double> waits;
@@ -36,7 +35,7 @@ public:
     explicit ScriptedServer(Script& script)
         : m_script(script) {}
 
-    CalendarList calendars(eds::Deadline deadline) override {
+    eds::ServerResult<CalendarList> calendars(eds::Deadline deadline) override {
         m_script.waits.push_back(secondsUntil(deadline));
         std::this_thread::sleep_for(std::chrono::duration<double>(m_script.listTakes));
         return m_script.list;
@@ -83,10 +82,7 @@ protected:
             text += "BEGIN:VEVENT\r\nUID:" + event.uid + "\r\nSUMMARY:" + event.title +
                     "\r\nDTSTART:" + event.start + "\r\nDURATION:PT1H\r\nEND:VEVENT\r\n";
         }
-        return {"",
-                Outcome::answered,
-                std::make_shared<const std::string>(text + "END:VCALENDAR\r\n"),
-                {}};
+        return {"", std::make_shared<const std::string>(text + "END:VCALENDAR\r\n")};
     }
 
     platform::EKEventPredicate today(platform::EKCalendars calendars) const {
@@ -139,7 +135,7 @@ TEST_F(ServerCalendarStoresTest, AStoreWaitsNoLongerThanItMayInAll) {
 
 TEST_F(ServerCalendarStoresTest, WhatAnsweredIsShownAndTheRestIsNamedOnce) {
     const CalendarEvents right = script.events["work:1"];
-    script.events["work:1"] = {"", Outcome::silent, {}, {}};
+    script.events["work:1"] = {"", ServerFailure()};
     EXPECT_THAT(found(), ElementsAre("home:same", "home:late"));
     found();
     const std::string silence = "the calendar 'Work' of Evolution Data Server: it has not answered "
@@ -150,10 +146,11 @@ TEST_F(ServerCalendarStoresTest, WhatAnsweredIsShownAndTheRestIsNamedOnce) {
     EXPECT_TRUE(stores.anyReadable());
     script.events["work:1"] = right;
     EXPECT_EQ(found().size(), 4U);
-    script.events["work:1"] = {"", Outcome::silent, {}, {}};
+    script.events["work:1"] = {"", ServerFailure()};
     found();
     EXPECT_THAT(problems, ElementsAre(silence, later));
-    script.events["work:1"] = {"", Outcome::failed, {}, "it cannot be read: broken"};
+    script.events["work:1"] = {
+        "", ServerFailure{ServerFailure::Kind::failed, "it cannot be read: broken"}};
     found();
     EXPECT_EQ(problems.back(),
               "the calendar 'Work' of Evolution Data Server: it cannot be read: broken");
@@ -164,17 +161,17 @@ TEST_F(ServerCalendarStoresTest, WhereNothingCanBeReadThereIsNothing) {
     script.events.clear();
     EXPECT_THAT(found(), IsEmpty());
     EXPECT_FALSE(stores.anyReadable());
-    script.list = {Outcome::answered, {}, {}};
+    script.list = CalendarList();
     EXPECT_THAT(found(), IsEmpty());
     EXPECT_FALSE(stores.anyReadable());
-    script.list = {Outcome::failed, {}, "it does not start: no"};
+    script.list = ServerFailure{ServerFailure::Kind::failed, "it does not start: no"};
     EXPECT_THAT(found(), IsEmpty());
     EXPECT_FALSE(stores.anyReadable());
     EXPECT_EQ(problems.back(), "Evolution Data Server: it does not start: no");
 }
 
 TEST_F(ServerCalendarStoresTest, AServerThatNeedNotBeThereIsNotMissed) {
-    script.list = {Outcome::absent, {}, "it is not installed"};
+    script.list = ServerFailure{ServerFailure::Kind::absent, "it is not installed"};
     stores.setOptional(true);
     found();
     EXPECT_THAT(problems, IsEmpty());
