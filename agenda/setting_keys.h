@@ -29,14 +29,28 @@ enum class SettingKey : std::size_t {
     iconFile,
 };
 
-inline constexpr std::array<std::string_view, 18> settingKeyNames{
-    "maxHeight",          "limitMaxHeight",     "customLaunchAppBundleID",
-    "showSeparatorLines", "rightAlignedDate",   "onlySelectedCalendars",
-    "displayLocation",    "sameHeightRows",     "swipeAction",
-    "textColor",          "textSize",           "subtitleTextColor",
-    "subtitleTextSize",   "dateTextColor",      "dateTextSize",
-    "daysToDisplay",      "maxEventsToDisplay", "iconFile",
-};
+// In the order of the enumerators.
+inline constexpr auto settingKeyNames = std::to_array<std::string_view>({
+    "maxHeight",
+    "limitMaxHeight",
+    "customLaunchAppBundleID",
+    "showSeparatorLines",
+    "rightAlignedDate",
+    "onlySelectedCalendars",
+    "displayLocation",
+    "sameHeightRows",
+    "swipeAction",
+    "textColor",
+    "textSize",
+    "subtitleTextColor",
+    "subtitleTextSize",
+    "dateTextColor",
+    "dateTextSize",
+    "daysToDisplay",
+    "maxEventsToDisplay",
+    "iconFile",
+});
+static_assert(settingKeyNames.size() == static_cast<std::size_t>(SettingKey::iconFile) + 1);
 
 constexpr std::string_view settingKeyName(SettingKey key) {
     return settingKeyNames[static_cast<std::size_t>(key)];

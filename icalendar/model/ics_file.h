@@ -78,12 +78,14 @@ struct RuleLine {
     Slice parameters;
     Slice value;
     std::uint32_t line = 0;
+    bool operator==(const RuleLine&) const = default;
 };
 
 struct IcsEvent {
     Slice uid;
-    SmallOptional<Slice> title;    // raw
-    SmallOptional<Slice> location; // raw
+    // In UTF-8, with the escapes of TEXT (RFC 5545 3.3.11): parseText() removes them.
+    SmallOptional<Slice> title;
+    SmallOptional<Slice> location;
     EventTime start;
     SmallOptional<EventTime> end;
     SmallOptional<Duration> duration;
@@ -100,6 +102,7 @@ struct IcsEvent {
     // Days since 1970 outside of which no occurrence lies, whatever the zones are.
     std::int32_t firstDay = 0;
     std::int32_t lastDay = std::numeric_limits<std::int32_t>::max();
+    bool operator==(const IcsEvent&) const = default;
 };
 
 // One STANDARD or DAYLIGHT part of a zone's definition.
@@ -109,16 +112,19 @@ struct ZoneObservance {
     int offsetTo = 0;
     std::vector<std::string> rules;
     std::vector<CivilTime> dates;
+    bool operator==(const ZoneObservance&) const = default;
 };
 
 struct ZoneDefinition {
     ZoneName name;
     std::vector<ZoneObservance> observances;
+    bool operator==(const ZoneDefinition&) const = default;
 };
 
 struct FileProblem {
     std::size_t line = 0; // 0: unknown
     std::string what;
+    bool operator==(const FileProblem&) const = default;
 };
 
 struct IcsFile {
@@ -133,6 +139,7 @@ struct IcsFile {
     std::vector<FileProblem> problems;
     bool isCalendar = false;  // false: it has neither a VCALENDAR nor an event
     bool isTruncated = false; // the text had more events than the memory allowed
+    bool operator==(const IcsFile&) const = default;
 
     std::string_view slice(Slice part) const {
         return std::string_view(text).substr(part.offset, part.length);
