@@ -283,9 +283,23 @@ std::shared_ptr<const TimeZone> timeZoneOfStatedOffset(std::string_view displayN
     return minutes ? namedTimeZone(nameOf(fixedOffset(*minutes))) : nullptr;
 }
 
+// Cached, because each file of a calendar with one event in each names its zones.
 bool isExactTimeZoneName(std::string_view name) {
+    static std::mutex mutex;
+    static std::map<std::string, bool, std::less<>> cached;
+    {
+        const std::lock_guard lock(mutex);
+        if (const auto found = cached.find(name); found != cached.end()) {
+            return found->second;
+        }
+    }
     const auto known = knownName(name);
-    return known ? known->isExact : namedTimeZone(name) != nullptr;
+    const bool isExact = known ? known->isExact : namedTimeZone(name) != nullptr;
+    const std::lock_guard lock(mutex);
+    if (name.size() <= longestName && cached.size() < mostCachedNames) {
+        cached.emplace(name, isExact);
+    }
+    return isExact;
 }
 
 std::shared_ptr<const TimeZone> utcTimeZone() {
