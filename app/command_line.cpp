@@ -107,14 +107,17 @@ Result<Command> commandNamed(const std::string& name) {
     return usageError("unknown command '" + name + "'");
 }
 
+Error unknownOption(const std::string& option, const std::string& command) {
+    return {"the option " + option + " is not one of " + command,
+            {},
+            "see 'quorvel " + command + " --help'"};
+}
+
 Result<void> checkOptionsOfCommand(const CLI::App& app, Command command) {
     for (const CLI::Option* option : app.get_options()) {
         const std::string name = option->get_name();
         if (option->count() > 0 && !commandTakesOption(command, name)) {
-            const std::string commandText(commandName(command));
-            return Error{"the option " + name + " is not one of " + commandText,
-                         {},
-                         "see 'quorvel " + commandText + " --help'"};
+            return unknownOption(name, std::string(commandName(command)));
         }
     }
     return {};

@@ -88,9 +88,8 @@ private:
 
     void parseLine() {
         const bool endsWithEquals = !m_line.text.empty() && m_line.text.back() == '=';
-        if (!m_quotedPrintable.isOpen() && !endsWithEquals) {
-            parseContentLine(m_line);
-        } else if (!isPartOfQuotedPrintable()) {
+        const bool mayBePart = m_quotedPrintable.isOpen() || endsWithEquals;
+        if (!mayBePart || !isPartOfQuotedPrintable()) {
             parseContentLine(m_line);
         }
     }

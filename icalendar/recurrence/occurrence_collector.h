@@ -21,10 +21,8 @@ inline constexpr std::int64_t timesPerStep = 8;
 // Whether a rule has any occurrence at all.
 class ExistenceTest {
 public:
+    virtual ~ExistenceTest() = default;
     virtual bool hasAnyOccurrence() const = 0;
-
-protected:
-    ~ExistenceTest() = default;
 };
 
 // Local times are seconds since 1970 as if they were UTC; they are offered in ascending order. The
