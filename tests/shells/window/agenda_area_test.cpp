@@ -279,8 +279,8 @@ TEST_F(AgendaAreaTest, ClaimsADragThatPullsARow) {
     double distance = 0;
     GtkGesture* page = gtk_gesture_drag_new(box);
     g_signal_connect(page, "drag-update",
-                     G_CALLBACK(+[](GtkGestureDrag*, double across, double, double* distance) {
-                         *distance = across;
+                     G_CALLBACK(+[](GtkGestureDrag*, double across, double, double* latest) {
+                         *latest = across;
                      }),
                      &distance);
     sendTouch(GDK_TOUCH_BEGIN, 1, inFirstRow);
