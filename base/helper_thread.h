@@ -12,7 +12,12 @@ namespace quorvel {
 class HelperThread {
 public:
     HelperThread() = default;
-    ~HelperThread() { join(); }
+    // Waits as join() does, but drops what the work throws: the owner may be unwinding already.
+    ~HelperThread() {
+        if (m_end.valid()) {
+            m_end.wait();
+        }
+    }
     HelperThread(const HelperThread&) = delete;
     HelperThread& operator=(const HelperThread&) = delete;
 
@@ -22,6 +27,7 @@ public:
         m_end = std::async(std::launch::async | std::launch::deferred, std::move(work));
     }
     bool isStarted() const { return m_end.valid(); }
+    // Waits for the end of the work, and throws what it threw.
     void join() {
         if (m_end.valid()) {
             m_end.get();
