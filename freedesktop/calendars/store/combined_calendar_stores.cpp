@@ -20,7 +20,7 @@ namespace {
 
 struct Part {
     std::unique_ptr<EKEventStore> store; // never null
-    EKCalendars calendars;               // those of its calendars that hold
+    EKCalendars calendars;               // those of its calendars that are used
 };
 
 const platform::EKCalendar* calendarIn(const EKCalendars& calendars, std::string_view identifier) {
@@ -63,7 +63,7 @@ public:
         return nullptr;
     }
 
-    // A store is asked only for what is its own.
+    // Each store is asked for its own calendars only.
     EKEvents eventsMatchingPredicate(const EKEventPredicate& predicate) override {
         EKEvents result;
         for (const Part& part : m_parts) {

@@ -1,4 +1,4 @@
-// Several stores of calendars behind one.
+// Several stores of calendars that appear as one.
 #pragma once
 
 #include <memory>
@@ -8,11 +8,11 @@
 
 namespace quorvel::freedesktop {
 
-// The calendars of the first store come first. Where two have one of the same identifier, the first
-// of them holds. Occurrences come in the order of one store.
+// The calendars come in the order of the stores. Of two calendars with the same identifier only the
+// first is used. The events of all stores are sorted by comesBefore().
 class CombinedCalendarStores final : public platform::CalendarStores {
 public:
-    // Not owned, never null; they outlive this. Holds for the stores made from now on.
+    // Not owned, never null; they outlive this. Applies to the stores made from now on.
     void setStores(std::vector<platform::CalendarStores*> stores);
 
     std::unique_ptr<platform::EKEventStore> makeEventStore() override;

@@ -1,4 +1,4 @@
-// The index as the reader uses it: found at once, written when nobody waits.
+// The index as the reader uses it: entries are found at once, and written when no store waits.
 #pragma once
 
 #include <memory>

@@ -1,4 +1,4 @@
-// The order in which a store hands out its occurrences.
+// The order of the events that a store returns.
 #pragma once
 
 #include <memory>
@@ -7,8 +7,7 @@
 
 namespace quorvel::freedesktop {
 
-// By start; those of whole days before the others, then by title, then by identifier. Neither is
-// null.
+// Sorts by start; all-day events first, then by title, then by identifier. Neither is null.
 bool comesBefore(const std::shared_ptr<const platform::EKEvent>& a,
                  const std::shared_ptr<const platform::EKEvent>& b);
 

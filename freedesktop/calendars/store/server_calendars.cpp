@@ -17,7 +17,7 @@ bool mayStandInIdentifier(char letter) {
     return letter != ':' && letter != '/' && letter != '%' && code > 0x20 && code != 0x7F;
 }
 
-// Of "#RRRRGGGGBBBB" what "#RRGGBB" has of it.
+// Turns "#RRRRGGGGBBBB" into "#RRGGBB".
 std::string shortened(std::string_view text) {
     std::string result;
     for (std::size_t channel = 0; channel < 3; ++channel) {
@@ -59,8 +59,9 @@ std::shared_ptr<const platform::EKCalendar> makeCalendar(const ServerCalendar& c
 }
 
 std::optional<SearchedRange> searchedRange(const platform::EKEventPredicate& predicate) {
-    constexpr double farthest = 2.5e11;                  // seconds, some 8,000 years either way
-    constexpr double longest = (4 * 366.0 + 1) * 86'400; // seconds; the stores cut it to the day
+    constexpr double farthest = 2.5e11; // seconds, some 8,000 years either way
+    constexpr double longest =
+        (4 * 366.0 + 1) * 86'400; // seconds; searchWindow() limits it to the day
     const double from = platform::timeIntervalSince1970(predicate.startDate);
     const double to = platform::timeIntervalSince1970(predicate.endDate);
     if (!(from <= to)) {

@@ -1,4 +1,4 @@
-// The server's calendars and questions in the words of the platform.
+// Converts between the data server's values and the platform's.
 #pragma once
 
 #include <memory>
@@ -12,16 +12,18 @@
 
 namespace quorvel::freedesktop::eds {
 
-// Fit for an identifier of the platform's, and different for different ones.
+// The server's identifier, with the characters that the platform's may not contain written as
+// "%3A". Different identifiers stay different.
 std::string calendarIdentifier(std::string_view serverIdentifier);
 
-// As calendar files write it, or with four digits a channel; absent where it is neither.
+// Reads a colour as calendar files write it, or as "#RRRRGGGGBBBB". Absent where the text is
+// neither.
 std::optional<platform::UIColor> serverColour(std::string_view text);
 
 std::shared_ptr<const platform::EKCalendar> makeCalendar(const ServerCalendar& calendar);
 
-// Absent where nothing can be found in it. The end is rounded up, and cut after the years in which
-// a search ends.
+// The predicate's range in whole seconds, its end rounded up and limited to the longest range of a
+// search. Absent where the range is empty.
 std::optional<SearchedRange> searchedRange(const platform::EKEventPredicate& predicate);
 
 } // namespace quorvel::freedesktop::eds
