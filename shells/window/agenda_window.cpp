@@ -6,15 +6,17 @@
 #include "freedesktop/bundle/loaded_bundle.h"
 #include "freedesktop/freedesktop_platform.h"
 #include "platform/screen.h"
+#include "shells/gtk/agenda_accessible.h"
+#include "shells/gtk/agenda_area.h"
+#include "shells/gtk/key_command.h"
+#include "shells/gtk/painting.h"
 #include "shells/live/live_presenter.h"
-#include "shells/window/agenda_accessible.h"
-#include "shells/window/agenda_area.h"
-#include "shells/window/key_command.h"
 #include "shells/window/main_loop.h"
-#include "shells/window/painting.h"
 
 namespace quorvel::window {
 
+using gtk::AgendaRows;
+using gtk::KeyCommand;
 using platform::CGFloat;
 using platform::CGRect;
 using platform::CGSize;
@@ -66,7 +68,7 @@ AgendaWindow::~AgendaWindow() {
     m_presenter.reset();
     m_host.setObserver(nullptr);
     if (m_window != nullptr) {
-        setAgendaHost(m_area, nullptr);
+        gtk::setAgendaHost(m_area, nullptr);
         g_signal_handlers_disconnect_by_data(gtk_widget_get_screen(m_window), this);
         gtk_widget_destroy(m_window);
         guarded([this] { m_host.dismiss(); });
@@ -83,7 +85,7 @@ void AgendaWindow::makeWindow() {
     if (GdkVisual* visual = gdk_screen_get_rgba_visual(gtk_widget_get_screen(m_window))) {
         gtk_widget_set_visual(m_window, visual);
     }
-    m_area = makeAgendaArea(m_platform.textLines(), [this](std::exception_ptr failure) {
+    m_area = gtk::makeAgendaArea(m_platform.textLines(), [this](std::exception_ptr failure) {
         m_loop.fail(std::move(failure));
     });
     gtk_container_add(GTK_CONTAINER(m_window), m_area);
@@ -168,7 +170,7 @@ void AgendaWindow::show() {
     m_host.present();
     m_host.setObserver(this);
     onRowsChanged();
-    setAgendaHost(m_area, &m_host);
+    gtk::setAgendaHost(m_area, &m_host);
     const CGSize size = m_host.wantedSize();
     gtk_window_set_default_size(GTK_WINDOW(m_window), static_cast<int>(size.width),
                                 static_cast<int>(size.height));
@@ -183,7 +185,7 @@ void AgendaWindow::present() {
 
 void AgendaWindow::onRowsChanged() {
     m_presenter->restart(m_host.rows().descriptions());
-    updateAccessibleRows(m_area);
+    gtk::updateAccessibleRows(m_area);
     describeMissingCalendars();
 }
 
@@ -195,18 +197,18 @@ void AgendaWindow::describeMissingCalendars() {
 }
 
 void AgendaWindow::onAppearanceChanged() {
-    redrawAgendaArea(m_area);
+    gtk::redrawAgendaArea(m_area);
 }
 
 void AgendaWindow::onWantedSizeChanged() {
-    resizeAgendaArea(m_area);
+    gtk::resizeAgendaArea(m_area);
     const CGSize size = m_host.wantedSize();
     gtk_window_resize(GTK_WINDOW(m_window), static_cast<int>(size.width),
                       static_cast<int>(size.height));
 }
 
 void AgendaWindow::onFocusMoved() {
-    updateAccessibleFocus(m_area);
+    gtk::updateAccessibleFocus(m_area);
 }
 
 void AgendaWindow::onFingerDownChanged() {
@@ -228,12 +230,12 @@ CGRect AgendaWindow::frameOfArea() const {
 }
 
 void AgendaWindow::paintBackground(cairo_t* context) {
-    paintBackdrop(context, frameOfArea(), m_options.backdrop, isTranslucent());
+    gtk::paintBackdrop(context, frameOfArea(), m_options.backdrop, isTranslucent());
 }
 
 void AgendaWindow::clearRoundedCorners(cairo_t* context) {
     if (isTranslucent() && !m_options.isDecorated) {
-        clearCorners(context, frameOfArea(), cornerRadius);
+        gtk::clearCorners(context, frameOfArea(), cornerRadius);
     }
 }
 
@@ -271,7 +273,7 @@ void AgendaWindow::handleStateChange(const GdkEventWindowState& event) {
 }
 
 bool AgendaWindow::handleKey(const GdkEventKey& event) {
-    const auto command = keyCommand(event.keyval, event.state);
+    const auto command = gtk::keyCommand(event.keyval, event.state);
     if (command) {
         run(*command);
     }
@@ -297,7 +299,7 @@ void AgendaWindow::run(KeyCommand command) {
         break;
     }
     if (const auto row =
-            movedFocus(command, rows.focusedRow(), rows.rowCount(), rows.pageLength())) {
+            gtk::movedFocus(command, rows.focusedRow(), rows.rowCount(), rows.pageLength())) {
         rows.focusRow(*row);
     }
 }

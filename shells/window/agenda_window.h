@@ -6,7 +6,7 @@
 #include <gtk/gtk.h>
 
 #include "platform/geometry.h"
-#include "shells/window/agenda_host.h"
+#include "shells/gtk/agenda_host.h"
 #include "shells/window/agenda_window_options.h"
 
 namespace quorvel::freedesktop {
@@ -14,19 +14,22 @@ class FreedesktopPlatform;
 class LoadedBundle;
 } // namespace quorvel::freedesktop
 
+namespace quorvel::gtk {
+enum class KeyCommand;
+} // namespace quorvel::gtk
+
 namespace quorvel::shells {
 class LivePresenter;
 } // namespace quorvel::shells
 
 namespace quorvel::window {
 
-enum class KeyCommand;
 class MainLoop;
 
 // Presents the widget first and whenever it goes out of date, resizes itself to the size that the
 // widget requests, and quits the loop when the user closes it. An exception of the widget while it
 // is open ends the loop, which throws it again.
-class AgendaWindow final : private AgendaObserver {
+class AgendaWindow final : private gtk::AgendaObserver {
 public:
     // The platform, the bundle and the loop outlive the window. Call startToolkit() before. The
     // bundle has the controller's class.
@@ -56,7 +59,7 @@ private:
     void paintBackground(cairo_t* context);
     void clearRoundedCorners(cairo_t* context);
     bool handleKey(const GdkEventKey& event);
-    void run(KeyCommand command);
+    void run(gtk::KeyCommand command);
     bool handleButton(const GdkEventButton& event);
     void updateScale();
     void handleStateChange(const GdkEventWindowState& event);
@@ -69,7 +72,7 @@ private:
     freedesktop::FreedesktopPlatform& m_platform;
     AgendaWindowOptions m_options;
     MainLoop& m_loop;
-    AgendaHost m_host;
+    gtk::AgendaHost m_host;
     GtkWidget* m_window = nullptr; // owned by GTK; null before show()
     GtkWidget* m_area = nullptr;
     std::unique_ptr<shells::LivePresenter> m_presenter; // while the window is open

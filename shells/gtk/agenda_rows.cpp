@@ -1,0 +1,118 @@
+#include "shells/gtk/agenda_rows.h"
+
+#include <utility>
+
+#include "platform/ui/ui_table_view.h"
+#include "platform/ui/ui_window.h"
+#include "shells/widget/hosted_widget.h"
+
+namespace quorvel::gtk {
+
+using platform::CGFloat;
+using platform::CGRect;
+using platform::NSIndexPath;
+using platform::NSInteger;
+using platform::UITableView;
+
+namespace {
+
+// A little more than a pull needs to run the action, so that the user sees the row move.
+constexpr CGFloat pullDistance = 84; // points
+
+NSIndexPath pathOf(std::size_t row) {
+    return {0, static_cast<NSInteger>(row)};
+}
+
+bool hasRow(const UITableView* table, std::size_t row) {
+    return table != nullptr && row < static_cast<std::size_t>(table->numberOfRowsInSection(0));
+}
+
+} // namespace
+
+AgendaRows::AgendaRows(shells::HostedWidget& widget, platform::UIScrollView& scroller,
+                       std::function<double()> frameTime, Handlers handlers)
+    : m_widget(widget)
+    , m_scroller(scroller)
+    , m_frameTime(std::move(frameTime))
+    , m_handlers(std::move(handlers)) {}
+
+void AgendaRows::reload() {
+    m_descriptions.reset();
+    if (m_focusedRow && *m_focusedRow >= rowCount()) {
+        setFocus(std::nullopt);
+    }
+}
+
+const std::vector<shells::RowDescription>& AgendaRows::descriptions() const {
+    if (!m_descriptions) {
+        m_descriptions = shells::describeRows(m_widget);
+    }
+    return *m_descriptions;
+}
+
+void AgendaRows::dropFocus() {
+    setFocus(std::nullopt);
+}
+
+void AgendaRows::setFocus(std::optional<std::size_t> row) {
+    if (std::exchange(m_focusedRow, row) != row) {
+        m_handlers.onFocusMoved();
+    }
+}
+
+std::size_t AgendaRows::pageLength() const {
+    std::size_t rows = 0;
+    for (std::size_t row = 0; row < rowCount(); ++row) {
+        const CGRect frame = rowFrame(row);
+        if (CGRectGetMaxY(frame) > m_scroller.bounds().size.height) {
+            break;
+        }
+        rows += CGRectGetMinY(frame) >= 0 ? 1U : 0U;
+    }
+    return std::max<std::size_t>(rows, 1);
+}
+
+std::size_t AgendaRows::rowCount() const {
+    return descriptions().size();
+}
+
+std::string AgendaRows::rowName(std::size_t row) const {
+    return row < rowCount() ? descriptions()[row].name : "";
+}
+
+bool AgendaRows::rowHasAction(std::size_t row) const {
+    return row < rowCount() && descriptions()[row].hasAction;
+}
+
+bool AgendaRows::runRowAction(std::size_t row) {
+    if (!rowHasAction(row)) {
+        return false;
+    }
+    const bool isPulled = m_widget.pullRow(row, pullDistance, m_frameTime());
+    m_handlers.onAppearanceChanged();
+    return isPulled;
+}
+
+CGRect AgendaRows::rowFrame(std::size_t row) const {
+    const UITableView* table = m_widget.table();
+    if (!hasRow(table, row)) {
+        return {};
+    }
+    const CGRect rect = table->rectForRowAtIndexPath(pathOf(row));
+    return {table->convertPointToView(rect.origin, nullptr), rect.size};
+}
+
+bool AgendaRows::focusRow(std::size_t row) {
+    UITableView* table = m_widget.table();
+    if (!hasRow(table, row)) {
+        return false;
+    }
+    const CGRect rect = table->rectForRowAtIndexPath(pathOf(row));
+    table->scrollToShow(rect);
+    m_scroller.scrollToShow({table->convertPointToView(rect.origin, &m_scroller), rect.size});
+    m_handlers.onAppearanceChanged();
+    setFocus(row);
+    return true;
+}
+
+} // namespace quorvel::gtk

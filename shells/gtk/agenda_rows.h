@@ -1,0 +1,60 @@
+// The rows of a hosted widget for the keyboard and for screen readers, and which of them has the
+// focus.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "shells/gtk/row_list.h"
+#include "shells/widget/row_descriptions.h"
+
+namespace quorvel::platform {
+class UIScrollView;
+} // namespace quorvel::platform
+
+namespace quorvel::shells {
+class HostedWidget;
+} // namespace quorvel::shells
+
+namespace quorvel::gtk {
+
+class AgendaRows final : public RowList {
+public:
+    struct Handlers {
+        std::function<void()> onAppearanceChanged; // after a scroll or a pull
+        std::function<void()> onFocusMoved;
+    };
+
+    // The widget is inside `scroller`; both outlive the rows. `frameTime` returns the current time
+    // of the frame clock, in seconds.
+    AgendaRows(shells::HostedWidget& widget, platform::UIScrollView& scroller,
+               std::function<double()> frameTime, Handlers handlers);
+
+    // Call this after each presentation of the widget.
+    void reload();
+    // Created at the first use after a presentation.
+    const std::vector<shells::RowDescription>& descriptions() const;
+    void dropFocus();
+    // The number of rows that are completely visible, at least 1.
+    std::size_t pageLength() const;
+
+    std::size_t rowCount() const override;
+    std::string rowName(std::size_t row) const override;
+    bool rowHasAction(std::size_t row) const override;
+    bool runRowAction(std::size_t row) override;
+    platform::CGRect rowFrame(std::size_t row) const override;
+    std::optional<std::size_t> focusedRow() const override { return m_focusedRow; }
+    bool focusRow(std::size_t row) override;
+
+private:
+    void setFocus(std::optional<std::size_t> row);
+
+    shells::HostedWidget& m_widget;
+    platform::UIScrollView& m_scroller;
+    std::function<double()> m_frameTime;
+    Handlers m_handlers;
+    mutable std::optional<std::vector<shells::RowDescription>> m_descriptions;
+    std::optional<std::size_t> m_focusedRow;
+};
+
+} // namespace quorvel::gtk

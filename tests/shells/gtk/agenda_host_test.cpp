@@ -1,0 +1,284 @@
+#include "shells/gtk/agenda_host.h"
+
+#include <gmock/gmock.h>
+
+#include <limits>
+
+#include "platform/ui/ui_label.h"
+#include "tests/shells/gtk/host_fixture.h"
+
+namespace quorvel::gtk {
+namespace {
+
+using namespace platform;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* todayController = "QuorvelViewControllerNewToday";
+
+class AgendaHostTest : public HostFixture {
+protected:
+    static CGSize sizeOfWidget(AgendaHost& host) { return tableOf(host).bounds().size; }
+    static UILabel& lineOf(AgendaHost& host) {
+        return dynamic_cast<UILabel&>(*host.window().subviews().back());
+    }
+    CGPoint middleOfRow(AgendaHost& host, std::size_t row) const {
+        const CGRect frame = host.rows().rowFrame(row);
+        return {frame.origin.x + frame.size.width / 2, frame.origin.y + frame.size.height / 2};
+    }
+};
+
+// Sizes.
+
+TEST_F(AgendaHostTest, TheWidgetHasItsPreferredSize) {
+    addEvents(5);
+    const auto host = makeShownHost();
+    const CGFloat height = heightOfRows(*host);
+    EXPECT_GT(height, 0);
+    EXPECT_EQ(host->wantedSize(), (CGSize{320, std::ceil(height)}));
+    EXPECT_EQ(sizeOfWidget(*host), (CGSize{320, height}));
+    EXPECT_EQ(observer.sizes, 1);
+    EXPECT_EQ(observer.presentations, 1);
+}
+
+TEST_F(AgendaHostTest, EveryPresentationUpdatesTheSize) {
+    addEvents(2);
+    const auto host = makeShownHost();
+    const CGFloat before = host->wantedSize().height;
+    addEvents(3);
+    host->present();
+    EXPECT_GT(host->wantedSize().height, before);
+    EXPECT_EQ(sizeOfWidget(*host).height, heightOfRows(*host));
+    EXPECT_EQ(observer.sizes, 2);
+    host->present();
+    EXPECT_EQ(observer.sizes, 2) << "the same size is not reported";
+    EXPECT_EQ(observer.presentations, 3);
+}
+
+// Without events, the widget's preferred size is its greatest height.
+TEST_F(AgendaHostTest, AnInvalidSizeIsRequestedAgain) {
+    const auto host = makeShownHost();
+    EXPECT_EQ(host->wantedSize(), (CGSize{320, 300}));
+    EXPECT_EQ(sizeOfWidget(*host), (CGSize{320, 300}));
+    setSettings({{"maxHeight", {std::int64_t{123}}}});
+    host->present();
+    EXPECT_EQ(host->wantedSize(), (CGSize{320, 123}));
+    setSettings({{"maxHeight", {std::int64_t{0}}}});
+    host->present();
+    EXPECT_EQ(host->wantedSize(), (CGSize{320, 1})) << "a window has one point at least";
+}
+
+TEST_F(AgendaHostTest, ALimitedWidgetScrollsItself) {
+    setSettings({{"maxHeight", {std::int64_t{100}}}, {"limitMaxHeight", {true}}});
+    addEvents(10);
+    const auto host = makeShownHost();
+    EXPECT_EQ(host->wantedSize(), (CGSize{320, 100}));
+    EXPECT_TRUE(tableOf(*host).canMoveVertically());
+    EXPECT_FALSE(scrollerOf(*host).canMoveVertically());
+}
+
+TEST_F(AgendaHostTest, TheTodayWidgetIsNeverResized) {
+    addEvents(20);
+    const auto host = makeShownHost(todayController);
+    EXPECT_EQ(host->wantedSize(), (CGSize{320, 270}));
+    addEvents(5);
+    host->present();
+    EXPECT_EQ(host->wantedSize(), (CGSize{320, 270}));
+    EXPECT_EQ(sizeOfWidget(*host), (CGSize{320, 270}));
+    EXPECT_EQ(host->rows().rowCount(), 25U);
+}
+
+TEST_F(AgendaHostTest, TheUsersWidthCounts) {
+    addEvents(1);
+    width = 411.5;
+    const auto host = makeShownHost();
+    EXPECT_EQ(host->wantedSize().width, 412);
+    EXPECT_EQ(sizeOfWidget(*host).width, 412);
+    host->setAreaSize({500, 300});
+    EXPECT_EQ(sizeOfWidget(*host), (CGSize{500, heightOfRows(*host)}));
+    host->present();
+    EXPECT_EQ(host->wantedSize().width, 500) << "a window that was widened stays wide";
+}
+
+TEST_F(AgendaHostTest, AWidgetHigherThanTheScreenScrolls) {
+    addEvents(30);
+    const auto host = makeHost(shells::notificationController);
+    host->setGreatestHeight(200);
+    host->present();
+    EXPECT_EQ(host->wantedSize(), (CGSize{320, 200}));
+    host->setAreaSize(host->wantedSize());
+    EXPECT_EQ(sizeOfWidget(*host).height, heightOfRows(*host)) << "its preferred height";
+    EXPECT_TRUE(scrollerOf(*host).canMoveVertically());
+    EXPECT_EQ(scrollerOf(*host).contentSize(), (CGSize{320, heightOfRows(*host)}));
+
+    host->setGreatestHeight(250);
+    EXPECT_EQ(host->wantedSize().height, 250);
+    EXPECT_EQ(observer.sizes, 2);
+}
+
+TEST_F(AgendaHostTest, TheOffsetStaysWithinFewerRows) {
+    addEvents(30);
+    const auto host = makeHost(shells::notificationController);
+    host->setGreatestHeight(200);
+    host->present();
+    host->setAreaSize({320, 200});
+    scrollerOf(*host).setContentOffset({0, 300});
+    memory.clock.setNow(shells::at(0, 13, 10)); // 11 of them are over
+    host->present();
+    const UIScrollView& scroller = scrollerOf(*host);
+    EXPECT_EQ(scroller.contentOffset().y, std::min(300.0, scroller.contentSize().height - 200));
+    memory.clock.setNow(shells::at(0, 13, 28)); // at most two remain
+    host->present();
+    EXPECT_EQ(scrollerOf(*host).contentOffset().y, 0);
+}
+
+TEST_F(AgendaHostTest, AnAreaLargerThanTheWidgetStaysEmptyBelow) {
+    addEvents(2);
+    const auto host = makeShownHost();
+    host->setAreaSize({320, 700});
+    EXPECT_EQ(sizeOfWidget(*host).height, heightOfRows(*host));
+    EXPECT_EQ(host->window().frame(), CGRectMake(0, 0, 320, 700));
+    EXPECT_FALSE(host->isOnRow({100, 699}));
+}
+
+TEST_F(AgendaHostTest, HostileSizesAreLimited) {
+    addEvents(1);
+    width = 99999;
+    const auto host = makeShownHost();
+    EXPECT_EQ(host->wantedSize().width, std::numeric_limits<std::int16_t>::max());
+    for (const char* height : {"1e300", "-50"}) {
+        setSettings({{"maxHeight", {std::string(height)}}});
+        memory.clock.setNow(shells::at(5, 0)); // no events
+        host->present();
+        EXPECT_GE(host->wantedSize().height, 1);
+        EXPECT_LE(host->wantedSize().height, std::numeric_limits<std::int16_t>::max());
+        memory.clock.setNow(shells::at(0, 10));
+        host->present();
+        EXPECT_EQ(host->wantedSize().height, std::ceil(heightOfRows(*host)));
+    }
+}
+
+// The controller for older hosts.
+
+TEST_F(AgendaHostTest, TheLegacyWidgetHasItsPictureAndItsRows) {
+    addEvents(3);
+    const auto host = makeShownHost(shells::legacyController);
+    EXPECT_EQ(host->wantedSize(), (CGSize{320, 70}));
+    EXPECT_EQ(sizeOfWidget(*host), (CGSize{320, 70}));
+    EXPECT_EQ(host->rows().rowCount(), 3U);
+    addEvents(1);
+    host->present();
+    EXPECT_EQ(host->rows().rowCount(), 4U);
+    EXPECT_EQ(viewsOf<UITableView>(*host).size(), 1U) << "the old view was removed";
+    EXPECT_EQ(sizeOfWidget(*host), (CGSize{320, 70}));
+}
+
+TEST_F(AgendaHostTest, ATapOpensNothing) {
+    addEvents(1);
+    for (const char* controller : {shells::legacyController, shells::notificationController}) {
+        const auto host = makeShownHost(controller);
+        host->tap({60, 20});
+        host->tap({60, 5000});
+        EXPECT_THAT(takeOpened(), IsEmpty());
+    }
+}
+
+// Missing calendars.
+
+TEST_F(AgendaHostTest, ALineReportsThatThereAreNoCalendars) {
+    hasCalendars = false;
+    const auto host = makeShownHost();
+    EXPECT_TRUE(host->isShowingNoCalendarsText());
+    EXPECT_EQ(lineOf(*host).text(), "There are no calendars");
+    EXPECT_FALSE(lineOf(*host).isHidden());
+    EXPECT_EQ(host->wantedSize(), (CGSize{320, 44})) << "the line alone";
+    EXPECT_TRUE(scrollerOf(*host).isHidden());
+    hasCalendars = true;
+    host->present();
+    EXPECT_FALSE(scrollerOf(*host).isHidden());
+    EXPECT_EQ(host->wantedSize(), (CGSize{320, 300})) << "requested again, as there are no events";
+    EXPECT_FALSE(host->isShowingNoCalendarsText());
+    EXPECT_TRUE(lineOf(*host).isHidden());
+}
+
+TEST_F(AgendaHostTest, AnEmptyAgendaIsAnEmptyWidget) {
+    const auto host = makeShownHost();
+    EXPECT_FALSE(host->isShowingNoCalendarsText());
+    EXPECT_EQ(host->rows().rowCount(), 0U);
+}
+
+// Input.
+
+TEST_F(AgendaHostTest, APulledRowOpensItsEventAndMoves) {
+    addEvents(3);
+    const auto host = makeShownHost();
+    const CGPoint row = middleOfRow(*host, 1);
+    EXPECT_TRUE(host->isOnRow(row));
+    EXPECT_TRUE(host->canDragHorizontally(row));
+    EXPECT_FALSE(host->canDragVertically(row));
+    const int before = observer.appearances;
+    host->sendFinger({1, UITouchPhase::began, row, 1.0});
+    EXPECT_EQ(observer.fingers, 1);
+    host->sendFinger({1, UITouchPhase::moved, {row.x + 5, row.y}, 1.1});
+    EXPECT_EQ(observer.appearances, before) << "nothing has moved yet";
+    host->sendFinger({1, UITouchPhase::moved, {row.x + 250, row.y}, 1.2});
+    EXPECT_EQ(observer.appearances, before + 1);
+    EXPECT_THAT(takeOpened(), IsEmpty());
+    host->sendFinger({1, UITouchPhase::ended, {row.x + 250, row.y}, 2.2});
+    EXPECT_THAT(takeOpened(), ElementsAre(linkOfRow(1)));
+    EXPECT_EQ(observer.fingers, 2);
+    EXPECT_TRUE(host->window().isMoving());
+    host->advance(2.3);
+    EXPECT_GT(observer.appearances, before + 2);
+    host->advance(12);
+    EXPECT_FALSE(host->window().isMoving());
+    const int atRest = observer.appearances;
+    host->advance(13);
+    EXPECT_EQ(observer.appearances, atRest);
+}
+
+TEST_F(AgendaHostTest, ACancelledFingerOpensNothing) {
+    addEvents(1);
+    const auto host = makeShownHost();
+    const CGPoint row = middleOfRow(*host, 0);
+    host->sendFinger({1, UITouchPhase::began, row, 1.0});
+    host->sendFinger({1, UITouchPhase::moved, {row.x + 300, row.y}, 1.2});
+    host->cancelFinger(1.3);
+    EXPECT_EQ(observer.fingers, 2);
+    EXPECT_FALSE(host->window().isFingerDown());
+    host->cancelFinger(1.4);
+    EXPECT_EQ(observer.fingers, 2);
+    EXPECT_THAT(takeOpened(), IsEmpty());
+}
+
+TEST_F(AgendaHostTest, TheWheelScrollsTheInnermostViewThatCanMove) {
+    setSettings({{"maxHeight", {std::int64_t{150}}}, {"limitMaxHeight", {true}}});
+    addEvents(10);
+    const auto host = makeHost(shells::notificationController);
+    host->setGreatestHeight(100);
+    host->present();
+    host->setAreaSize({320, 100});
+    UITableView& table = tableOf(*host);
+    UIScrollView& scroller = scrollerOf(*host);
+    EXPECT_FALSE(host->scrollVertically({100, 50}, -57)) << "both are at the top";
+    EXPECT_TRUE(host->scrollVertically({100, 50}, 57));
+    EXPECT_EQ(table.contentOffset().y, 57);
+    EXPECT_TRUE(host->scrollVertically({100, 50}, 5000));
+    EXPECT_EQ(table.contentOffset().y, heightOfRows(*host) - 150) << "its edge";
+    EXPECT_EQ(scroller.contentOffset().y, 0);
+    EXPECT_TRUE(host->scrollVertically({100, 50}, 57));
+    EXPECT_EQ(scroller.contentOffset().y, 50);
+    EXPECT_FALSE(host->scrollVertically({100, 50}, 57));
+    EXPECT_FALSE(host->scrollVertically({1000, 50}, -57)) << "outside all views";
+}
+
+TEST_F(AgendaHostTest, NotifiesNobodyWithoutAnObserver) {
+    addEvents(1);
+    const auto host = makeHost(shells::notificationController);
+    host->setObserver(nullptr);
+    host->present();
+    EXPECT_EQ(observer.appearances + observer.sizes + observer.presentations, 0);
+}
+
+} // namespace
+} // namespace quorvel::gtk
