@@ -18,10 +18,10 @@ namespace {
 // The members of the area beside those of GTK.
 class AreaState {
 public:
-    AreaState(GtkWidget* widget, std::shared_ptr<freedesktop::TextLines> lines,
-              AreaFailureHandler onFailure);
+    AreaState(GtkWidget* widget, AreaFailureHandler onFailure);
 
-    void setHost(AgendaHost* host);
+    void setHost(AgendaHost* host, std::shared_ptr<freedesktop::TextLines> lines);
+    void close();
     AreaInput& input() { return m_input; }
     void redraw();
 
@@ -63,21 +63,25 @@ AreaState* stateOf(gpointer widget) {
     return static_cast<Area*>(widget)->state;
 }
 
-AreaState::AreaState(GtkWidget* widget, std::shared_ptr<freedesktop::TextLines> lines,
-                     AreaFailureHandler onFailure)
+AreaState::AreaState(GtkWidget* widget, AreaFailureHandler onFailure)
     : m_widget(widget)
-    , m_lines(std::move(lines))
     , m_onFailure(std::move(onFailure))
     , m_input(widget, m_onFailure) {
     gtk_widget_set_can_focus(widget, TRUE);
 }
 
-void AreaState::setHost(AgendaHost* host) {
+void AreaState::setHost(AgendaHost* host, std::shared_ptr<freedesktop::TextLines> lines) {
     m_input.setHost(host);
     m_host = host;
+    m_lines = std::move(lines);
     setAccessibleRows(m_widget, m_host != nullptr ? &m_host->rows() : nullptr, m_onFailure);
     gtk_widget_queue_resize(m_widget);
     redraw();
+}
+
+void AreaState::close() {
+    m_onFailure = [](const std::exception_ptr&) {};
+    setHost(nullptr, nullptr);
 }
 
 void AreaState::redraw() {
@@ -217,16 +221,19 @@ GType areaType() {
 
 } // namespace
 
-GtkWidget* makeAgendaArea(std::shared_ptr<freedesktop::TextLines> lines,
-                          AreaFailureHandler onFailure) {
+GtkWidget* makeAgendaArea(AreaFailureHandler onFailure) {
     auto* widget = static_cast<GtkWidget*>(g_object_new(areaType(), nullptr));
-    reinterpret_cast<Area*>(widget)->state =
-        new AreaState(widget, std::move(lines), std::move(onFailure));
+    reinterpret_cast<Area*>(widget)->state = new AreaState(widget, std::move(onFailure));
     return widget;
 }
 
-void setAgendaHost(GtkWidget* area, AgendaHost* host) {
-    stateOf(area)->setHost(host);
+void setAgendaHost(GtkWidget* area, AgendaHost* host,
+                   std::shared_ptr<freedesktop::TextLines> lines) {
+    stateOf(area)->setHost(host, std::move(lines));
+}
+
+void closeAgendaArea(GtkWidget* area) {
+    stateOf(area)->close();
 }
 
 void redrawAgendaArea(GtkWidget* area) {

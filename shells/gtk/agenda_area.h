@@ -20,13 +20,15 @@ using AreaFailureHandler = std::function<void(std::exception_ptr)>;
 
 // Creates an area without a host. The reference is floating, as with every new GTK widget. The
 // area's natural size is the host's wanted size.
-GtkWidget* makeAgendaArea(std::shared_ptr<freedesktop::TextLines> lines,
-                          AreaFailureHandler onFailure);
+GtkWidget* makeAgendaArea(AreaFailureHandler onFailure);
 
-// Shows this host's views; null: none. The host stays alive until another one is set. The host's
-// observer calls redrawAgendaArea(), resizeAgendaArea(), and updateAccessibleRows() and
-// updateAccessibleFocus() of agenda_accessible.h.
-void setAgendaHost(GtkWidget* area, AgendaHost* host);
+// Shows this host's views, painted with `lines`; both null: none. The host stays alive until
+// another one is set. The host's observer calls redrawAgendaArea(), resizeAgendaArea(), and
+// updateAccessibleRows() and updateAccessibleFocus() of agenda_accessible.h.
+void setAgendaHost(GtkWidget* area, AgendaHost* host,
+                   std::shared_ptr<freedesktop::TextLines> lines);
+// Shows and reports nothing from here on: GTK may keep the area longer than its owner.
+void closeAgendaArea(GtkWidget* area);
 
 // Paints the views anew, and again for each frame while they move.
 void redrawAgendaArea(GtkWidget* area);

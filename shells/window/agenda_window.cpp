@@ -5,17 +5,12 @@
 
 #include "freedesktop/bundle/loaded_bundle.h"
 #include "freedesktop/freedesktop_platform.h"
-#include "platform/screen.h"
-#include "shells/gtk/agenda_accessible.h"
-#include "shells/gtk/agenda_area.h"
 #include "shells/gtk/key_command.h"
 #include "shells/gtk/painting.h"
-#include "shells/live/live_presenter.h"
 #include "shells/window/main_loop.h"
 
 namespace quorvel::window {
 
-using gtk::AgendaRows;
 using gtk::KeyCommand;
 using platform::CGFloat;
 using platform::CGRect;
@@ -62,16 +57,16 @@ AgendaWindow::AgendaWindow(freedesktop::FreedesktopPlatform& platform,
     , m_loop(loop)
     , m_host(bundle, platform.platform(),
              {m_options.controllerName, m_options.width, m_options.noCalendarsText,
-              [this] { return m_platform.hasReadableCalendars(); }, frameTime}) {}
+              [this] { return m_platform.hasReadableCalendars(); }, frameTime})
+    , m_agenda(*this) {
+    m_agenda.setContent(m_platform, m_host);
+}
 
 AgendaWindow::~AgendaWindow() {
-    m_presenter.reset();
-    m_host.setObserver(nullptr);
     if (m_window != nullptr) {
-        gtk::setAgendaHost(m_area, nullptr);
         g_signal_handlers_disconnect_by_data(gtk_widget_get_screen(m_window), this);
         gtk_widget_destroy(m_window);
-        guarded([this] { m_host.dismiss(); });
+        guarded([this] { m_agenda.hide(); });
     }
 }
 
@@ -85,10 +80,7 @@ void AgendaWindow::makeWindow() {
     if (GdkVisual* visual = gdk_screen_get_rgba_visual(gtk_widget_get_screen(m_window))) {
         gtk_widget_set_visual(m_window, visual);
     }
-    m_area = gtk::makeAgendaArea(m_platform.textLines(), [this](std::exception_ptr failure) {
-        m_loop.fail(std::move(failure));
-    });
-    gtk_container_add(GTK_CONTAINER(m_window), m_area);
+    gtk_container_add(GTK_CONTAINER(m_window), m_agenda.widget());
 }
 
 void AgendaWindow::connectSignals() {
@@ -135,8 +127,8 @@ void AgendaWindow::connectSignals() {
     g_signal_connect(m_window, "key-press-event", G_CALLBACK(keyPressed), this);
     g_signal_connect(m_window, "delete-event", G_CALLBACK(closed), this);
     g_signal_connect(m_window, "window-state-event", G_CALLBACK(stateChanged), this);
-    g_signal_connect(m_area, "button-press-event", G_CALLBACK(buttonPressed), this);
-    g_signal_connect(m_area, "notify::scale-factor", G_CALLBACK(scaleChanged), this);
+    g_signal_connect(m_agenda.widget(), "button-press-event", G_CALLBACK(buttonPressed), this);
+    g_signal_connect(m_agenda.widget(), "notify::scale-factor", G_CALLBACK(scaleChanged), this);
 }
 
 void AgendaWindow::connectScreenSignals() {
@@ -161,60 +153,28 @@ void AgendaWindow::show() {
         m_platform.setScale(gdk_monitor_get_scale_factor(monitor));
     }
     limitHeightToMonitor();
-    // Before the first presentation reads anything, so that no change is missed.
-    m_presenter = std::make_unique<shells::LivePresenter>(
-        m_platform, [this] { guarded([this] { present(); }); });
     makeWindow();
     connectSignals();
     connectScreenSignals();
-    m_host.present();
-    m_host.setObserver(this);
-    onRowsChanged();
-    gtk::setAgendaHost(m_area, &m_host);
-    const CGSize size = m_host.wantedSize();
+    m_agenda.show();
+    const CGSize size = m_agenda.wantedSize();
     gtk_window_set_default_size(GTK_WINDOW(m_window), static_cast<int>(size.width),
                                 static_cast<int>(size.height));
     gtk_widget_show_all(m_window);
     updateScale(); // the window may have appeared on another monitor
 }
 
-void AgendaWindow::present() {
-    limitHeightToMonitor();
-    m_host.present();
-}
-
-void AgendaWindow::onRowsChanged() {
-    m_presenter->restart(m_host.rows().descriptions());
-    gtk::updateAccessibleRows(m_area);
-    describeMissingCalendars();
-}
-
-// Screen readers do not see the line that is painted.
-void AgendaWindow::describeMissingCalendars() {
-    const bool isMissing = m_host.isShowingNoCalendarsText();
-    atk_object_set_description(gtk_widget_get_accessible(m_area),
-                               isMissing ? m_host.noCalendarsText().c_str() : "");
-}
-
-void AgendaWindow::onAppearanceChanged() {
-    gtk::redrawAgendaArea(m_area);
-}
-
 void AgendaWindow::onWantedSizeChanged() {
-    gtk::resizeAgendaArea(m_area);
-    const CGSize size = m_host.wantedSize();
+    if (m_window == nullptr) {
+        return;
+    }
+    const CGSize size = m_agenda.wantedSize();
     gtk_window_resize(GTK_WINDOW(m_window), static_cast<int>(size.width),
                       static_cast<int>(size.height));
 }
 
-void AgendaWindow::onFocusMoved() {
-    gtk::updateAccessibleFocus(m_area);
-}
-
-void AgendaWindow::onFingerDownChanged() {
-    if (m_presenter) {
-        m_presenter->setPaused(m_host.window().isFingerDown());
-    }
+void AgendaWindow::onFailure(std::exception_ptr failure) noexcept {
+    m_loop.fail(std::move(failure));
 }
 
 // The window itself.
@@ -225,7 +185,7 @@ bool AgendaWindow::isTranslucent() const {
 
 CGRect AgendaWindow::frameOfArea() const {
     GtkAllocation frame;
-    gtk_widget_get_allocation(m_area, &frame);
+    gtk_widget_get_allocation(m_agenda.widget(), &frame);
     return platform::CGRectMake(frame.x, frame.y, frame.width, frame.height);
 }
 
@@ -243,16 +203,12 @@ void AgendaWindow::limitHeightToMonitor() {
     if (GdkMonitor* monitor = monitorOf(m_window)) {
         GdkRectangle workArea;
         gdk_monitor_get_workarea(monitor, &workArea);
-        m_host.setGreatestHeight(workArea.height);
+        m_agenda.setGreatestHeight(workArea.height);
     }
 }
 
 void AgendaWindow::updateScale() {
-    const CGFloat scale = gtk_widget_get_scale_factor(m_area);
-    if (scale != m_platform.platform().screen.scale()) {
-        m_platform.setScale(scale);
-        present();
-    }
+    m_agenda.setScale(gtk_widget_get_scale_factor(m_agenda.widget()));
 }
 
 // Dismisses the widget when the window is minimized or withdrawn, and presents it when the window
@@ -266,42 +222,20 @@ void AgendaWindow::handleStateChange(const GdkEventWindowState& event) {
         return;
     }
     if (isHidden) {
-        m_host.dismiss();
+        m_agenda.hide();
     } else {
-        present();
+        limitHeightToMonitor();
+        m_agenda.show();
     }
 }
 
 bool AgendaWindow::handleKey(const GdkEventKey& event) {
     const auto command = gtk::keyCommand(event.keyval, event.state);
-    if (command) {
-        run(*command);
-    }
-    return command.has_value();
-}
-
-void AgendaWindow::run(KeyCommand command) {
-    AgendaRows& rows = m_host.rows();
-    switch (command) {
-    case KeyCommand::close:
+    if (command == KeyCommand::close) {
         m_loop.quit();
-        return;
-    case KeyCommand::present:
-        present();
-        return;
-    case KeyCommand::runAction:
-        if (const auto row = rows.focusedRow()) {
-            rows.focusRow(*row); // scrolls to the row
-            rows.runRowAction(*row);
-        }
-        return;
-    default:
-        break;
+        return true;
     }
-    if (const auto row =
-            gtk::movedFocus(command, rows.focusedRow(), rows.rowCount(), rows.pageLength())) {
-        rows.focusRow(*row);
-    }
+    return command && m_agenda.run(*command);
 }
 
 // A press outside the rows moves the window.

@@ -1,26 +1,19 @@
 // The agenda in a window of its own on the desktop, which stays up to date.
 #pragma once
 
-#include <memory>
+#include <exception>
 
 #include <gtk/gtk.h>
 
 #include "platform/geometry.h"
 #include "shells/gtk/agenda_host.h"
+#include "shells/gtk/agenda_widget.h"
 #include "shells/window/agenda_window_options.h"
 
 namespace quorvel::freedesktop {
 class FreedesktopPlatform;
 class LoadedBundle;
 } // namespace quorvel::freedesktop
-
-namespace quorvel::gtk {
-enum class KeyCommand;
-} // namespace quorvel::gtk
-
-namespace quorvel::shells {
-class LivePresenter;
-} // namespace quorvel::shells
 
 namespace quorvel::window {
 
@@ -29,7 +22,7 @@ class MainLoop;
 // Presents the widget first and whenever it goes out of date, resizes itself to the size that the
 // widget requests, and quits the loop when the user closes it. An exception of the widget while it
 // is open ends the loop, which throws it again.
-class AgendaWindow final : private gtk::AgendaObserver {
+class AgendaWindow final : private gtk::AgendaWidgetObserver {
 public:
     // The platform, the bundle and the loop outlive the window. Call startToolkit() before. The
     // bundle has the controller's class.
@@ -43,23 +36,18 @@ public:
     void show(); // once; passes on exceptions of the widget
 
 private:
-    void onAppearanceChanged() override;
     void onWantedSizeChanged() override;
-    void onRowsChanged() override;
-    void onFocusMoved() override;
-    void onFingerDownChanged() override;
+    void onPresented() override {}
+    void onFailure(std::exception_ptr failure) noexcept override;
 
     void makeWindow();
     void connectSignals();
     void connectScreenSignals();
-    void present();
-    void describeMissingCalendars();
     bool isTranslucent() const;
     platform::CGRect frameOfArea() const;
     void paintBackground(cairo_t* context);
     void clearRoundedCorners(cairo_t* context);
     bool handleKey(const GdkEventKey& event);
-    void run(gtk::KeyCommand command);
     bool handleButton(const GdkEventButton& event);
     void updateScale();
     void handleStateChange(const GdkEventWindowState& event);
@@ -73,9 +61,8 @@ private:
     AgendaWindowOptions m_options;
     MainLoop& m_loop;
     gtk::AgendaHost m_host;
+    gtk::AgendaWidget m_agenda;
     GtkWidget* m_window = nullptr; // owned by GTK; null before show()
-    GtkWidget* m_area = nullptr;
-    std::unique_ptr<shells::LivePresenter> m_presenter; // while the window is open
 };
 
 } // namespace quorvel::window

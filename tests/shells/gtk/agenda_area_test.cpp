@@ -64,7 +64,7 @@ protected:
         host->present();
         shell.emplace(area);
         host->setObserver(&*shell);
-        setAgendaHost(area, host.get());
+        setAgendaHost(area, host.get(), lines);
         gtk_container_add(GTK_CONTAINER(box), area);
         gtk_container_add(GTK_CONTAINER(window), box);
         gtk_window_set_default_size(GTK_WINDOW(window), 320, 200);
@@ -79,7 +79,7 @@ protected:
     }
     ~AgendaAreaTest() override {
         host->setObserver(nullptr);
-        setAgendaHost(area, nullptr);
+        setAgendaHost(area, nullptr, nullptr);
         gtk_widget_destroy(window);
         g_object_unref(touchpad);
         pump(0.02);
@@ -156,14 +156,15 @@ protected:
     std::vector<std::string> failures;
     GtkWidget* window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
     GtkWidget* box = gtk_event_box_new();
-    GtkWidget* area = makeAgendaArea(std::make_shared<freedesktop::TextLines>("sans"),
-                                     [this](const std::exception_ptr& failure) {
-                                         try {
-                                             std::rethrow_exception(failure);
-                                         } catch (const std::exception& error) {
-                                             failures.emplace_back(error.what());
-                                         }
-                                     });
+    const std::shared_ptr<freedesktop::TextLines> lines =
+        std::make_shared<freedesktop::TextLines>("sans");
+    GtkWidget* area = makeAgendaArea([this](const std::exception_ptr& failure) {
+        try {
+            std::rethrow_exception(failure);
+        } catch (const std::exception& error) {
+            failures.emplace_back(error.what());
+        }
+    });
     GdkDevice* touchpad = makeTouchpad();
     std::unique_ptr<AgendaHost> host;
     std::optional<Shell> shell;
@@ -267,7 +268,7 @@ TEST_F(AgendaAreaTest, ABrokenGrabCancelsInput) {
 TEST_F(AgendaAreaTest, RemovingTheHostCancelsInput) {
     sendButton(GDK_BUTTON_PRESS, inFirstRow);
     sendMotion(pulled);
-    setAgendaHost(area, nullptr);
+    setAgendaHost(area, nullptr, nullptr);
     EXPECT_FALSE(host->window().isFingerDown());
     sendButton(GDK_BUTTON_RELEASE, pulled);
     sendButton(GDK_BUTTON_PRESS, inFirstRow);

@@ -1,0 +1,90 @@
+// The agenda as one GTK widget: what a window, a layer of the desktop and the phone's shell put
+// into their surroundings. It passes input and keys on to its host, and presents the widget again
+// whenever its rows may be out of date.
+#pragma once
+
+#include <exception>
+#include <memory>
+
+#include <gtk/gtk.h>
+
+#include "platform/geometry.h"
+#include "shells/gtk/agenda_host.h"
+
+namespace quorvel::freedesktop {
+class FreedesktopPlatform;
+} // namespace quorvel::freedesktop
+
+namespace quorvel::shells {
+class LivePresenter;
+} // namespace quorvel::shells
+
+namespace quorvel::gtk {
+
+enum class KeyCommand;
+
+// The surroundings of the widget. Notified immediately, also from inside methods of the widget.
+class AgendaWidgetObserver {
+public:
+    virtual ~AgendaWidgetObserver() = default;
+    virtual void onWantedSizeChanged() = 0;
+    virtual void onPresented() = 0;
+    // An exception of the host or the bundle's controller, which was thrown while GTK was calling.
+    // The widget remains usable. Not called from inside show(), hide() and present().
+    virtual void onFailure(std::exception_ptr failure) noexcept = 0;
+};
+
+// Belongs to GTK's thread.
+class AgendaWidget final : private AgendaObserver {
+public:
+    // The observer outlives the widget. Shows nothing before setContent().
+    explicit AgendaWidget(AgendaWidgetObserver& observer);
+    // Dismisses nothing. Nothing of it runs afterwards, even where GTK keeps the widget longer.
+    ~AgendaWidget() override;
+    AgendaWidget(const AgendaWidget&) = delete;
+    AgendaWidget& operator=(const AgendaWidget&) = delete;
+
+    GtkWidget* widget() const { return m_area; }
+
+    // Once. Both outlive the widget. The host may have been presented before, also on another
+    // thread that does not use it any more.
+    void setContent(freedesktop::FreedesktopPlatform& platform, AgendaHost& host);
+    AgendaHost* host() { return m_host; } // null before setContent()
+
+    // Whether the user can see the widget: presents and dismisses the bundle's controller. Between
+    // hide() and show() nothing is presented. Without content, these have no effect.
+    void show();
+    void hide();
+    bool isShown() const { return m_isShown; }
+    void present(); // again; only while shown
+
+    // Pixels per point of the monitor; presents again where it changes the pictures.
+    void setScale(platform::CGFloat scale);
+    // The size that shows all rows, limited to setGreatestHeight(); {1, 1} without content.
+    platform::CGSize wantedSize() const;
+    void setGreatestHeight(platform::CGFloat height); // points
+
+    // Moves the focus of the rows, runs the action of a row, or presents again. False for all other
+    // commands.
+    bool run(KeyCommand command);
+
+private:
+    void onAppearanceChanged() override;
+    void onWantedSizeChanged() override;
+    void onRowsChanged() override;
+    void onFocusMoved() override;
+    void onFingerDownChanged() override;
+
+    void presentSafely() noexcept;
+    void describeMissingCalendars();
+    void updatePause();
+
+    AgendaWidgetObserver& m_observer;
+    GtkWidget* m_area; // a reference of ours
+    freedesktop::FreedesktopPlatform* m_platform = nullptr;
+    AgendaHost* m_host = nullptr;
+    std::unique_ptr<shells::LivePresenter> m_presenter; // while there is content
+    bool m_isShown = false;
+};
+
+} // namespace quorvel::gtk
