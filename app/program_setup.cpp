@@ -1,10 +1,8 @@
 #include "app/program_setup.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
-#include <string_view>
 #include <utility>
 #include <variant>
 
@@ -21,6 +19,7 @@
 #include "freedesktop/log/syslog_log.h"
 #include "freedesktop/session/desktop_settings.h"
 #include "freedesktop/text/fonts.h"
+#include "freedesktop/user_options.h"
 #include "shells/headless/color_text.h"
 
 namespace quorvel::app {
@@ -41,11 +40,6 @@ constexpr UIColor standardBackdrop{0x17 / 255.0, 0x1A / 255.0, 0x21 / 255.0, 1};
 // Slightly translucent.
 constexpr UIColor windowBackdrop{standardBackdrop.red, standardBackdrop.green,
                                  standardBackdrop.blue, 0.9};
-
-std::string_view environmentValue(const char* name) {
-    const char* value = std::getenv(name);
-    return value != nullptr ? value : "";
-}
 
 void reportCalendarProblem(const CalendarProblem& problem) {
     std::string place = problem.file;
@@ -70,8 +64,7 @@ CommandResult<std::shared_ptr<const TimeZone>> timeZoneOf(const CommandLine& lin
 
 CommandResult<std::string> localeOf(const CommandLine& line) {
     if (!line.locale) {
-        return freedesktop::defaultLocale(environmentValue("LC_ALL"), environmentValue("LC_TIME"),
-                                          environmentValue("LANG"));
+        return freedesktop::userLocale();
     }
     const std::optional<std::string> locale = freedesktop::canonicalLocale(*line.locale);
     if (!locale) {
@@ -116,18 +109,6 @@ CommandResult<CalendarSource> checkedSource(const std::string& path) {
     return source;
 }
 
-// Any of these may be missing.
-std::vector<CalendarSource> usualSources() {
-    std::vector<CalendarSource> sources = freedesktop::defaultCalendarSources(
-        environmentValue("XDG_DATA_HOME"), environmentValue("HOME"));
-    if (freedesktop::eds::checkDataServer()) {
-        CalendarSource server = CalendarSource::at(std::string(freedesktop::dataServerSourceName));
-        server.isOptional = true;
-        sources.insert(sources.begin(), std::move(server));
-    }
-    return sources;
-}
-
 std::string sampleFolder(const std::string& dataFolder) {
     return dataFolder + "/sample";
 }
@@ -168,27 +149,12 @@ CommandResult<std::vector<CalendarSource>> calendarsOf(const CommandLine& line,
     if (line.sample) {
         return sampleSources(dataFolder, now, zone);
     }
-    return usualSources();
-}
-
-// An empty or relative path in the variable is ignored, as the desktop's base directory rules
-// require.
-std::filesystem::path userFolder(const char* variable, const char* nameAtHome) {
-    std::filesystem::path folder(environmentValue(variable));
-    if (!folder.is_absolute()) {
-        folder = std::filesystem::path(environmentValue("HOME")) / nameAtHome;
-    }
-    return folder / "quorvel";
-}
-
-std::string userPreferencesFolder() {
-    return (userFolder("XDG_CONFIG_HOME", ".config") / "Preferences").string();
+    return freedesktop::usualCalendars();
 }
 
 // Empty: no index is stored.
 std::string indexFolderOf(const CommandLine& line) {
-    const std::filesystem::path folder = userFolder("XDG_CACHE_HOME", ".cache");
-    return line.noCache || !folder.is_absolute() ? std::string() : folder.string();
+    return line.noCache ? std::string() : freedesktop::userIndexFolder();
 }
 
 std::string preferencesFolderOf(const CommandLine& line, const std::string& dataFolder) {
@@ -198,7 +164,7 @@ std::string preferencesFolderOf(const CommandLine& line, const std::string& data
     if (line.sample) {
         return sampleFolder(dataFolder) + "/Preferences";
     }
-    return userPreferencesFolder();
+    return freedesktop::userPreferencesFolder();
 }
 
 using Logs = std::vector<std::shared_ptr<platform::SystemLog>>;
@@ -306,7 +272,9 @@ FreedesktopOptions uncheckedOptions(const CommandLine& line,
         line.locale ? freedesktop::ClockFormat::ofLocale : freedesktop::desktopClockFormat();
     options.measuresText = line.command != Command::agenda && line.command != Command::calendars;
     options.clockRuns = line.command == Command::show;
-    options.waitsForCalendars = line.command != Command::show;
+    if (line.command == Command::show) {
+        options.calendarWaits.emplace();
+    }
     return options;
 }
 

@@ -70,8 +70,8 @@ struct FreedesktopPlatform::Services {
             calendars.setIndex(options.calendarIndexFolder,
                                [this](const std::string& what) { systemLog.log(what); });
         }
-        if (!options.waitsForCalendars) {
-            calendars.setWaits({});
+        if (options.calendarWaits) {
+            calendars.setWaits(*options.calendarWaits);
         }
         preferences.setDeselectedCalendars([this] { return calendars.deselected(); });
         if (options.now && options.clockRuns) {

@@ -39,8 +39,9 @@ struct FreedesktopOptions {
     DataServerWaits dataServerWaits;
     std::function<void(const CalendarProblem&)> calendarProblemHandler;
     std::string calendarIndexFolder; // empty: no index
-    // False: for a host that stays and updates itself, see setCalendarsChangedHandler().
-    bool waitsForCalendars = true;
+    // How long a host that stays waits for its calendars, see setCalendarsChangedHandler(). Absent:
+    // until they have been read.
+    std::optional<CalendarWaits> calendarWaits;
     std::optional<platform::NSDate> now; // absent: the system's clock
     bool clockRuns = false;              // whether the clock runs from `now` on
     platform::CGFloat scale = 1;         // pixels per point
@@ -62,7 +63,7 @@ public:
     // Afterwards the platform finds the bundle by its classes. The bundle is not null.
     Result<std::shared_ptr<const LoadedBundle>> loadBundle(const std::string& path);
 
-    // For a host that does not wait for calendars: starts to read them on a background thread, so
+    // For a host whose waits are bounded: starts to read them on a background thread, so
     // that the first presentation has them. All other parts of the platform belong to the caller's
     // thread.
     void beginReadingCalendars();

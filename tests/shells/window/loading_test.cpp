@@ -66,7 +66,7 @@ protected:
         result.calendars = {freedesktop::CalendarSource::at(folder / "calendars")};
         result.now = freedesktop::parseInstant("2026-03-10T10:00:00Z", *result.timeZone);
         result.clockRuns = true;
-        result.waitsForCalendars = false;
+        result.calendarWaits.emplace();
         return result;
     }
 

@@ -29,7 +29,7 @@ TEST(PresentationThreadTest, IsTheThreadThatShowsTheWindow) {
     options.timeZone = freedesktop::utcTimeZone();
     options.locale = "en_US";
     options.preferencesFolder = "/nonexistent";
-    options.waitsForCalendars = false;
+    options.calendarWaits.emplace();
     options.logs = {recorder};
     freedesktop::FreedesktopPlatform platform(options);
     const auto bundle = platform.loadBundle(QUORVEL_BUNDLE).value();

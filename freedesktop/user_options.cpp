@@ -1,0 +1,72 @@
+#include "freedesktop/user_options.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+#include <utility>
+
+#include "freedesktop/bundle/program_folders.h"
+#include "freedesktop/calendars/server/sources_service.h"
+#include "freedesktop/dates/locale_names.h"
+#include "freedesktop/session/desktop_settings.h"
+
+namespace quorvel::freedesktop {
+
+namespace {
+
+std::string_view environmentValue(const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
+// An empty or relative path in the variable is ignored, as the desktop's base directory rules
+// require.
+std::filesystem::path userFolder(const char* variable, const char* nameAtHome) {
+    std::filesystem::path folder(environmentValue(variable));
+    if (!folder.is_absolute()) {
+        folder = std::filesystem::path(environmentValue("HOME")) / nameAtHome;
+    }
+    return folder / "quorvel";
+}
+
+} // namespace
+
+std::string userLocale() {
+    return defaultLocale(environmentValue("LC_ALL"), environmentValue("LC_TIME"),
+                         environmentValue("LANG"));
+}
+
+std::vector<CalendarSource> usualCalendars() {
+    std::vector<CalendarSource> sources =
+        defaultCalendarSources(environmentValue("XDG_DATA_HOME"), environmentValue("HOME"));
+    if (eds::checkDataServer()) {
+        CalendarSource server = CalendarSource::at(std::string(dataServerSourceName));
+        server.isOptional = true;
+        sources.insert(sources.begin(), std::move(server));
+    }
+    return sources;
+}
+
+std::string userPreferencesFolder() {
+    return (userFolder("XDG_CONFIG_HOME", ".config") / "Preferences").string();
+}
+
+std::string userIndexFolder() {
+    const std::filesystem::path folder = userFolder("XDG_CACHE_HOME", ".cache");
+    return folder.is_absolute() ? folder.string() : std::string();
+}
+
+FreedesktopOptions userOptions(const ProgramFolders& folders) {
+    FreedesktopOptions options;
+    options.timeZone = hostTimeZone();
+    options.locale = userLocale();
+    options.clockFormat = desktopClockFormat();
+    options.dataFolder = folders.data;
+    options.dataServerModule = folders.dataServerModule;
+    options.preferencesFolder = userPreferencesFolder();
+    options.calendars = usualCalendars();
+    options.calendarIndexFolder = userIndexFolder();
+    return options;
+}
+
+} // namespace quorvel::freedesktop
