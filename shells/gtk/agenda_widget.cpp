@@ -22,11 +22,7 @@ AgendaWidget::AgendaWidget(AgendaWidgetObserver& observer)
 }
 
 AgendaWidget::~AgendaWidget() {
-    m_presenter.reset();
-    if (m_host != nullptr) {
-        m_host->setObserver(nullptr);
-        setAgendaHost(m_area, nullptr, nullptr);
-    }
+    removeContent();
     closeAgendaArea(m_area);
     g_object_unref(m_area);
 }
@@ -39,6 +35,16 @@ void AgendaWidget::setContent(freedesktop::FreedesktopPlatform& platform, Agenda
     updatePause();
     m_host->setObserver(this);
     setAgendaHost(m_area, m_host, platform.textLines());
+}
+
+void AgendaWidget::removeContent() {
+    m_presenter.reset();
+    m_isShown = false;
+    if (AgendaHost* const host = std::exchange(m_host, nullptr)) {
+        host->setObserver(nullptr);
+        setAgendaHost(m_area, nullptr, nullptr);
+    }
+    m_platform = nullptr;
 }
 
 // Presenting.

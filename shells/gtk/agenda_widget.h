@@ -37,7 +37,7 @@ public:
 // Belongs to GTK's thread.
 class AgendaWidget final : private AgendaObserver {
 public:
-    // The observer outlives the widget. Shows nothing before setContent().
+    // The observer outlives the widget. Without content it shows nothing.
     explicit AgendaWidget(AgendaWidgetObserver& observer);
     // Dismisses nothing. Nothing of it runs afterwards, even where GTK keeps the widget longer.
     ~AgendaWidget() override;
@@ -46,10 +46,11 @@ public:
 
     GtkWidget* widget() const { return m_area; }
 
-    // Once. Both outlive the widget. The host may have been presented before, also on another
-    // thread that does not use it any more.
+    // Both stay alive until removeContent() or the widget's destruction. The host may have been
+    // presented before, also on another thread that does not use it any more.
     void setContent(freedesktop::FreedesktopPlatform& platform, AgendaHost& host);
-    AgendaHost* host() { return m_host; } // null before setContent()
+    void removeContent();                 // dismisses nothing
+    AgendaHost* host() { return m_host; } // null without content
 
     // Whether the user can see the widget: presents and dismisses the bundle's controller. Between
     // hide() and show() nothing is presented. Without content, these have no effect.
