@@ -7,6 +7,7 @@
 #include "shells/gtk/agenda_host.h"
 #include "shells/gtk/area_input.h"
 #include "shells/gtk/painting.h"
+#include "shells/gtk/row_pull.h"
 
 namespace quorvel::gtk {
 
@@ -41,6 +42,7 @@ public:
 
 private:
     void advance(double time);
+    void paintPulls(platform::GraphicsContext& graphics);
 
     GtkWidget* m_widget;
     std::shared_ptr<freedesktop::TextLines> m_lines;
@@ -116,10 +118,22 @@ void AreaState::paint(cairo_t* context) {
     views.layoutIfNeeded();
     {
         freedesktop::CairoGraphicsContext graphics(context, m_lines);
+        paintPulls(graphics);
         views.render(graphics);
     }
     if (const auto row = m_host->rows().focusedRow()) {
         paintFocus(context, m_host->rows().rowFrame(*row));
+    }
+}
+
+// Behind the rows, which have no background of their own.
+void AreaState::paintPulls(platform::GraphicsContext& graphics) {
+    const platform::UIWindow& views = m_host->window();
+    if (!views.isMoving() && views.draggedScrollView() == nullptr) {
+        return;
+    }
+    for (const RowPull& pull : m_host->rows().pulls()) {
+        paintPull(graphics, pull);
     }
 }
 

@@ -247,8 +247,21 @@ void AgendaHost::sendFinger(const FingerReport& report) {
     if (wasChanging || isChanging()) {
         notify(&AgendaObserver::onAppearanceChanged);
     }
+    notifyFirmPull();
     if (m_window->isFingerDown() != wasDown) {
         notify(&AgendaObserver::onFingerDownChanged);
+    }
+}
+
+// Once for each time that the finger passes the distance.
+void AgendaHost::notifyFirmPull() {
+    bool isAnyFirm = false;
+    if (m_window->isFingerDown() && m_window->draggedScrollView() != nullptr) {
+        const std::vector<RowPull> pulls = m_rows->pulls();
+        isAnyFirm = std::any_of(pulls.begin(), pulls.end(), isFirm);
+    }
+    if (isAnyFirm != std::exchange(m_isPullFirm, isAnyFirm) && isAnyFirm) {
+        notify(&AgendaObserver::onPullBecameFirm);
     }
 }
 

@@ -37,6 +37,8 @@ public:
     virtual void onRowsChanged() = 0; // after a presentation
     virtual void onFocusMoved() = 0;
     virtual void onFingerDownChanged() = 0; // a finger came down or was lifted
+    // The finger has pulled a row far enough: lifting it now has the row's effect.
+    virtual void onPullBecameFirm() = 0;
 };
 
 struct AgendaHostOptions {
@@ -104,6 +106,7 @@ private:
     platform::CGFloat contentHeight() const;
     void layOut();
     bool isChanging() const;
+    void notifyFirmPull();
     void notify(void (AgendaObserver::*event)());
     std::shared_ptr<platform::UIView> viewAt(const platform::CGPoint& location);
 
@@ -115,6 +118,7 @@ private:
     std::shared_ptr<platform::UILabel> m_noCalendars;   // in front of the widget
     std::unique_ptr<shells::HostedWidget> m_widget;
     std::unique_ptr<AgendaRows> m_rows;
+    bool m_isPullFirm = false; // that of the finger
     bool m_isFirstSizeKnown = false;
     bool m_isSizeInvalid = false; // the widget invalidated its preferred size
     platform::CGSize m_preferredSize;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/ui/ui_scroll_view.h"
 #include "platform/ui/ui_table_view.h"
 #include "platform/ui/ui_window.h"
 #include "shells/widget/hosted_widget.h"
@@ -70,6 +71,18 @@ std::size_t AgendaRows::pageLength() const {
         rows += CGRectGetMinY(frame) >= 0 ? 1U : 0U;
     }
     return std::max<std::size_t>(rows, 1);
+}
+
+std::vector<RowPull> AgendaRows::pulls() const {
+    std::vector<RowPull> pulls;
+    for (std::size_t row = 0; row < rowCount(); ++row) {
+        const auto content = rowHasAction(row) ? m_widget.rowScrollView(row) : nullptr;
+        if (content && content->contentOffset().x < 0) {
+            pulls.push_back(
+                {rowFrame(row), -content->contentOffset().x, descriptions()[row].color});
+        }
+    }
+    return pulls;
 }
 
 std::size_t AgendaRows::rowCount() const {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "shells/gtk/row_list.h"
+#include "shells/gtk/row_pull.h"
 #include "shells/widget/row_descriptions.h"
 
 namespace quorvel::platform {
@@ -35,6 +36,9 @@ public:
     // Created at the first use after a presentation.
     const std::vector<shells::RowDescription>& descriptions() const;
     void dropFocus();
+    // The rows with an action whose content is to the right of its place, from top to bottom. Those
+    // outside the area have none.
+    std::vector<RowPull> pulls() const;
     // The number of rows that are completely visible, at least 1.
     std::size_t pageLength() const;
 

@@ -29,6 +29,7 @@ public:
     virtual ~AgendaWidgetObserver() = default;
     virtual void onWantedSizeChanged() = 0;
     virtual void onPresented() = 0;
+    virtual void onPullBecameFirm() = 0; // see AgendaObserver
     // An exception of the host or the bundle's controller, which was thrown while GTK was calling.
     // The widget remains usable. Not called from inside show(), hide() and present().
     virtual void onFailure(std::exception_ptr failure) noexcept = 0;
@@ -75,6 +76,7 @@ private:
     void onRowsChanged() override;
     void onFocusMoved() override;
     void onFingerDownChanged() override;
+    void onPullBecameFirm() override { m_observer.onPullBecameFirm(); }
 
     void presentSafely() noexcept;
     void describeMissingCalendars();

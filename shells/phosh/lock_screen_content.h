@@ -31,6 +31,7 @@ public:
 private:
     void onWantedSizeChanged() override {}
     void onPresented() override {}
+    void onPullBecameFirm() override {}
     void onFailure(std::exception_ptr failure) noexcept override;
 
     void connectSignals();

@@ -42,6 +42,7 @@ std::vector<RowDescription> describeRows(HostedWidget& widget) {
         row.end = valueOf<NSDate>(*item, "endDate");
         row.isAllDay = valueOf<bool>(*item, "isAllDay").value_or(false);
         row.hasAction = hasActions && valueOf<NSURL>(*item, "URL").has_value();
+        row.color = valueOf<platform::UIColor>(*item, "calendarColor");
         rows.push_back(std::move(row));
     }
     return rows;

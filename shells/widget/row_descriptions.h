@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/ns_date.h"
+#include "platform/ui_color.h"
 
 namespace quorvel::shells {
 
@@ -16,7 +17,8 @@ struct RowDescription {
     std::optional<platform::NSDate> start;
     std::optional<platform::NSDate> end;
     bool isAllDay = false;
-    bool hasAction = false; // a pull of the row has an effect
+    bool hasAction = false;                 // a pull of the row has an effect
+    std::optional<platform::UIColor> color; // of the calendar
 };
 
 // One for each row, in order, whether it is visible or not.

@@ -38,6 +38,7 @@ public:
 private:
     void onWantedSizeChanged() override;
     void onPresented() override {}
+    void onPullBecameFirm() override {}
     void onFailure(std::exception_ptr failure) noexcept override;
 
     void makeWindow();

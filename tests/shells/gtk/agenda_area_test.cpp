@@ -50,6 +50,7 @@ public:
     void onRowsChanged() override { updateAccessibleRows(m_area); }
     void onFocusMoved() override { updateAccessibleFocus(m_area); }
     void onFingerDownChanged() override {}
+    void onPullBecameFirm() override {}
 
 private:
     GtkWidget* m_area;

@@ -21,6 +21,7 @@ class RecordingSurroundings final : public AgendaWidgetObserver {
 public:
     void onWantedSizeChanged() override { ++sizes; }
     void onPresented() override { ++presentations; }
+    void onPullBecameFirm() override {}
     void onFailure(std::exception_ptr) noexcept override { ++failures; }
 
     int sizes = 0;

@@ -20,12 +20,14 @@ public:
     void onRowsChanged() override { ++presentations; }
     void onFocusMoved() override { ++focusMoves; }
     void onFingerDownChanged() override { ++fingers; }
+    void onPullBecameFirm() override { ++firmPulls; }
 
     int appearances = 0;
     int sizes = 0;
     int presentations = 0;
     int focusMoves = 0;
     int fingers = 0;
+    int firmPulls = 0;
 };
 
 class HostFixture : public shells::ShellFixture {
