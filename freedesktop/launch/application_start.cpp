@@ -25,15 +25,19 @@ std::string textOf(GDesktopAppInfo* entry, const char* key) {
     return orEmpty(text.get());
 }
 
-// The bus name of an application that supports activation, else empty.
+// The name of the entry as that of a bus client; empty if it is none.
 std::string busName(GDesktopAppInfo* entry) {
     std::string name = nameOf(entry);
-    if (g_desktop_app_info_get_boolean(entry, "DBusActivatable") == FALSE ||
-        !name.ends_with(entrySuffix)) {
+    if (!name.ends_with(entrySuffix)) {
         return {};
     }
     name.resize(name.size() - entrySuffix.size());
     return g_dbus_is_name(name.c_str()) != FALSE ? name : std::string();
+}
+
+bool supportsActivation(GDesktopAppInfo* entry) {
+    return g_desktop_app_info_get_boolean(entry, "DBusActivatable") != FALSE &&
+           !busName(entry).empty();
 }
 
 std::string objectPath(std::string name) {
@@ -61,23 +65,29 @@ Error failure(std::string what) {
     return {std::move(what), {}, {}};
 }
 
+// With a null pointer at the end, as C functions need them.
+std::vector<const char*> pointersTo(const std::vector<std::string>& texts) {
+    std::vector<const char*> pointers;
+    pointers.reserve(texts.size() + 1);
+    for (const std::string& text : texts) {
+        pointers.push_back(text.c_str());
+    }
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
 // GLib reaps the process.
 Result<void> startProcess(const std::vector<std::string>& arguments, const std::string& folder) {
-    std::vector<char*> argv;
-    argv.reserve(arguments.size() + 1);
-    for (const std::string& argument : arguments) {
-        argv.push_back(const_cast<char*>(argument.c_str()));
-    }
-    argv.push_back(nullptr);
+    std::vector<const char*> argv = pointersTo(arguments);
     GError* error = nullptr;
-    g_spawn_async(folder.empty() ? nullptr : folder.c_str(), argv.data(), nullptr,
-                  G_SPAWN_SEARCH_PATH, nullptr, nullptr, nullptr, &error);
+    g_spawn_async(folder.empty() ? nullptr : folder.c_str(), const_cast<char**>(argv.data()),
+                  nullptr, G_SPAWN_SEARCH_PATH, nullptr, nullptr, nullptr, &error);
     const ErrorHandle owned(error);
     return error != nullptr ? failure(shortened(error->message)) : Result<void>();
 }
 
 Result<void> startProgram(GDesktopAppInfo* entry, const LaunchArguments& given) {
-    auto arguments = commandOf(entry, given.link);
+    auto arguments = commandOf(entry, given.links);
     if (!arguments) {
         return failure("its entry has no command line");
     }
@@ -146,11 +156,10 @@ void Activation::callApplication(GDBusConnection* bus) {
     }
     GVariantBuilder platformData;
     g_variant_builder_init(&platformData, G_VARIANT_TYPE_VARDICT);
-    std::array<const char*, 2> links{m_arguments.link ? m_arguments.link->c_str() : nullptr,
-                                     nullptr};
-    const bool hasLink = m_arguments.link.has_value();
-    GVariant* const values = hasLink ? g_variant_new("(^asa{sv})", links.data(), &platformData)
-                                     : g_variant_new("(a{sv})", &platformData);
+    std::vector<const char*> links = pointersTo(m_arguments.links);
+    const bool hasLinks = !m_arguments.links.empty();
+    GVariant* const values = hasLinks ? g_variant_new("(^asa{sv})", links.data(), &platformData)
+                                      : g_variant_new("(a{sv})", &platformData);
     const GAsyncReadyCallback replied = [](GObject* source, GAsyncResult* result, gpointer data) {
         GError* error = nullptr;
         const VariantHandle reply(
@@ -163,7 +172,7 @@ void Activation::callApplication(GDBusConnection* bus) {
     const std::string name = busName(m_entry.get());
     constexpr int noTimeout = G_MAXINT; // m_deadline ends the call
     g_dbus_connection_call(bus, name.c_str(), objectPath(name).c_str(),
-                           "org.freedesktop.Application", hasLink ? "Open" : "Activate", values,
+                           "org.freedesktop.Application", hasLinks ? "Open" : "Activate", values,
                            nullptr, G_DBUS_CALL_FLAGS_NONE, noTimeout, m_cancellable.get(), replied,
                            newWeakReference(weak_from_this()));
 }
@@ -184,16 +193,33 @@ std::string nameOf(GDesktopAppInfo* entry) {
     return orEmpty(g_app_info_get_id(G_APP_INFO(entry)));
 }
 
+bool isRunning(GDesktopAppInfo* entry) {
+    const std::string name = busName(entry);
+    const BusHandle bus = name.empty() ? nullptr : waitForSessionBus();
+    if (!bus) {
+        return false;
+    }
+    const VariantHandle answer = callAndWait(
+        bus.get(),
+        {"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner"},
+        g_variant_new("(s)", name.c_str()), "(b)", longestAnswer);
+    gboolean isOwned = FALSE;
+    if (answer) {
+        g_variant_get(answer.get(), "(b)", &isOwned);
+    }
+    return isOwned != FALSE;
+}
+
 std::optional<std::vector<std::string>> commandOf(GDesktopAppInfo* entry,
-                                                  const std::optional<std::string>& link) {
+                                                  std::span<const std::string> links) {
     const EntryFacts facts{orEmpty(g_app_info_get_name(G_APP_INFO(entry))), textOf(entry, "Icon"),
                            orEmpty(g_desktop_app_info_get_filename(entry))};
-    return argumentsOf(orEmpty(g_app_info_get_commandline(G_APP_INFO(entry))), facts, link);
+    return argumentsOf(orEmpty(g_app_info_get_commandline(G_APP_INFO(entry))), facts, links);
 }
 
 std::shared_ptr<PendingStart> startApplication(EntryHandle entry, LaunchArguments arguments,
                                                double seconds, OnStarted onStarted) {
-    if (!arguments.arguments.empty() || busName(entry.get()).empty()) {
+    if (!arguments.arguments.empty() || !supportsActivation(entry.get())) {
         onStarted(startProgram(entry.get(), arguments));
         return nullptr;
     }

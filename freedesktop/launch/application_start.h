@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -20,10 +21,14 @@ using EntryHandle = ObjectHandle<GDesktopAppInfo>;
 // "org.example.App.desktop"; empty if the entry has no name.
 std::string nameOf(GDesktopAppInfo* entry);
 
+// Whether a process owns the bus name of the application. False if there is no bus or it does not
+// answer. Runs the default main context, for a few seconds at most.
+bool isRunning(GDesktopAppInfo* entry);
+
 // The program and its first arguments according to the entry. Absent if its command line is
 // invalid.
 std::optional<std::vector<std::string>> commandOf(GDesktopAppInfo* entry,
-                                                  const std::optional<std::string>& link);
+                                                  std::span<const std::string> links);
 
 // A start that waits for a reply. Destroying it abandons the start; nothing is called afterwards.
 class PendingStart {
@@ -31,7 +36,7 @@ public:
     virtual ~PendingStart() = default;
 };
 
-// Called with success when the program runs or the application has accepted the link.
+// Called with success when the program runs or the application has accepted the links.
 using OnStarted = std::function<void(const Result<void>& result)>;
 
 // Neither waits nor uses a shell. An application that supports activation is activated over the

@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <ctime>
-#include <optional>
 #include <string>
 
 #include "base/ascii_text.h"
@@ -76,21 +75,25 @@ std::string percentEncoded(std::string_view text) {
     return encoded;
 }
 
-LaunchArguments evolutionArguments(const CalendarLink& link, const EventLink* event) {
-    constexpr std::string_view start = "calendar:///?";
-    if (event != nullptr) {
-        return {std::string(start) + "source-uid=" + percentEncoded(event->calendar) +
-                    "&comp-uid=" + percentEncoded(event->uid),
-                {}};
+LaunchArguments evolutionArguments(const CalendarLink& link, const EventLink* event,
+                                   bool isRunning) {
+    const std::string start = "calendar:///?";
+    LaunchArguments arguments;
+    if (event == nullptr || !isRunning) {
+        arguments.links.push_back(start + "startdate=" + utcInstant(link));
     }
-    return {std::string(start) + "startdate=" + utcInstant(link), {}};
+    if (event != nullptr) {
+        arguments.links.push_back(start + "source-uid=" + percentEncoded(event->calendar) +
+                                  "&comp-uid=" + percentEncoded(event->uid));
+    }
+    return arguments;
 }
 
 LaunchArguments gnomeCalendarArguments(const CalendarLink& link, const EventLink* event) {
     if (event != nullptr) {
-        return {std::nullopt, {"--uuid", event->calendar + ':' + event->uid}};
+        return {{}, {"--uuid", event->calendar + ':' + event->uid}};
     }
-    return {std::nullopt, {"--date", formatted(localDay(link), "%x")}};
+    return {{}, {"--date", formatted(localDay(link), "%x")}};
 }
 
 } // namespace
@@ -106,11 +109,11 @@ CalendarApplication calendarApplicationOfEntry(std::string_view desktopEntryName
 }
 
 LaunchArguments argumentsToOpen(const CalendarLink& link, CalendarApplication application,
-                                bool isKnownSource) {
-    const EventLink* event = isKnownSource ? std::get_if<EventLink>(&link) : nullptr;
+                                CalendarApplicationState state) {
+    const EventLink* event = state.knowsCalendar ? std::get_if<EventLink>(&link) : nullptr;
     switch (application) {
     case CalendarApplication::evolution:
-        return evolutionArguments(link, event);
+        return evolutionArguments(link, event, state.isRunning);
     case CalendarApplication::gnomeCalendar:
         return gnomeCalendarArguments(link, event);
     case CalendarApplication::other:

@@ -39,9 +39,12 @@ Result<void> openInCalendarApplication(const CalendarLink& link) {
     const std::string name = launch::nameOf(application.get());
     const CalendarApplication kind = calendarApplicationOfEntry(name);
     const auto* event = std::get_if<EventLink>(&link);
-    const bool isKnown =
-        event != nullptr && kind != CalendarApplication::other && isDesktopSource(event->calendar);
-    const auto started = startAndWait(std::move(application), argumentsToOpen(link, kind, isKnown));
+    CalendarApplicationState state;
+    if (event != nullptr && kind != CalendarApplication::other) {
+        state.knowsCalendar = isDesktopSource(event->calendar);
+        state.isRunning = state.knowsCalendar && launch::isRunning(application.get());
+    }
+    const auto started = startAndWait(std::move(application), argumentsToOpen(link, kind, state));
     if (!started) {
         return Error{"the application " + name + " could not be started (" + started.error().what +
                          ")",

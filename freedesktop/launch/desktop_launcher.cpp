@@ -3,6 +3,7 @@
 #include <map>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "freedesktop/glib/delayed_call.h"
 #include "freedesktop/launch/application_start.h"
@@ -24,10 +25,10 @@ public:
         , m_patience(patience) {}
 
     // `failure`: the start of the log message if it fails.
-    void start(EntryHandle application, std::optional<std::string> link, std::string failure) {
+    void start(EntryHandle application, std::vector<std::string> links, std::string failure) {
         const int number = m_next++;
         auto pending = launch::startApplication(
-            std::move(application), {std::move(link), {}}, m_patience,
+            std::move(application), {std::move(links), {}}, m_patience,
             [this, number, failure = std::move(failure)](const Result<void>& result) {
                 if (!result) {
                     m_log.log("QRV: " + failure + ": " + result.error().what);
@@ -82,7 +83,7 @@ void DesktopLauncher::openURL(const NSURL& url) {
         m_log.log("QRV: no application opens " + scheme + " links");
         return;
     }
-    m_launches->start(std::move(handler), link,
+    m_launches->start(std::move(handler), {link},
                       "the link " + shortened(link) + " could not be opened");
 }
 
@@ -104,7 +105,7 @@ void DesktopLauncher::activateApplicationAnimated(
         m_log.log("QRV: there is no application to bring to the front");
         return;
     }
-    m_launches->start(share(installed->entry.get()), std::nullopt,
+    m_launches->start(share(installed->entry.get()), {},
                       "the application " + launch::nameOf(installed->entry.get()) +
                           " could not be brought to the front");
 }

@@ -1,5 +1,6 @@
 #include "freedesktop/launch/exec_line.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "freedesktop/glib/handles.h"
@@ -40,14 +41,14 @@ std::string withoutCodes(std::string_view word, const EntryFacts& facts) {
 }
 
 void append(std::vector<std::string>& arguments, std::string_view word, const EntryFacts& facts,
-            const std::optional<std::string>& link) {
+            std::span<const std::string> links) {
+    const std::span<const std::string> first = links.first(std::min<std::size_t>(links.size(), 1));
     if (isLinkCode(word)) {
-        if (link) {
-            arguments.push_back(*link);
-        }
+        const auto taken = word == "%U" ? links : first;
+        arguments.insert(arguments.end(), taken.begin(), taken.end());
     } else if (takesLinkAsValue(word)) {
-        if (link) {
-            arguments.push_back(std::string(word.substr(0, word.size() - 2)) + *link);
+        if (!first.empty()) {
+            arguments.push_back(std::string(word.substr(0, word.size() - 2)) + first.front());
         }
     } else if (word == "%i") {
         if (!facts.icon.empty()) {
@@ -65,7 +66,7 @@ void append(std::vector<std::string>& arguments, std::string_view word, const En
 
 std::optional<std::vector<std::string>> argumentsOf(const std::string& execLine,
                                                     const EntryFacts& facts,
-                                                    const std::optional<std::string>& link) {
+                                                    std::span<const std::string> links) {
     int count = 0;
     char** words = nullptr;
     // This only splits and unquotes the line; it runs nothing.
@@ -78,7 +79,7 @@ std::optional<std::vector<std::string>> argumentsOf(const std::string& execLine,
     }
     std::vector<std::string> arguments;
     for (int i = 0; i < count; ++i) {
-        append(arguments, words[i], facts, link);
+        append(arguments, words[i], facts, links);
     }
     if (arguments.empty() || arguments.front().empty()) {
         return std::nullopt;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -14,11 +15,11 @@ struct EntryFacts {
     std::string file; // of the entry itself
 };
 
-// Never empty. Absent if the line is invalid. The link replaces a %u or %U that is a word of its
-// own or the whole value of an option. In the middle of other words, which might be a script, the
-// code is removed instead.
+// Never empty. Absent if the line is invalid. The links replace a %U that is a word of its own; the
+// first of them replaces a %u, and a code that is the whole value of an option. In the middle of
+// other words, which might be a script, the code is removed instead.
 std::optional<std::vector<std::string>> argumentsOf(const std::string& execLine,
                                                     const EntryFacts& facts,
-                                                    const std::optional<std::string>& link);
+                                                    std::span<const std::string> links);
 
 } // namespace quorvel::freedesktop

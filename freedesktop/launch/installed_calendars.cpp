@@ -18,7 +18,7 @@ constexpr std::string_view ownProgram = "quorvel-open";
 
 // Whether the command names this program, also within a script, or is a link to it.
 bool runsThisProgram(GDesktopAppInfo* entry) {
-    const auto command = commandOf(entry, std::nullopt);
+    const auto command = commandOf(entry, {});
     if (!command) {
         return false;
     }

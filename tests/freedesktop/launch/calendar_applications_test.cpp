@@ -26,6 +26,9 @@ protected:
     // 2014-03-07 18:45 in Berlin.
     const CalendarLink event = EventLink{"source 1", "uid/2@x", {415907100}};
     const CalendarLink day = DayLink{2014, 3, 7};
+    // Of an application that knows the calendar.
+    static constexpr CalendarApplicationState running{true, true};
+    static constexpr CalendarApplicationState stopped{true, false};
 };
 
 TEST_F(CalendarApplicationsTest, KnowsTheApplicationsByTheirEntries) {
@@ -36,37 +39,42 @@ TEST_F(CalendarApplicationsTest, KnowsTheApplicationsByTheirEntries) {
     EXPECT_EQ(calendarApplicationOfEntry("org.kde.korganizer.desktop"), CalendarApplication::other);
 }
 
-TEST_F(CalendarApplicationsTest, EvolutionOpensAnEventThatItKnows) {
-    EXPECT_EQ(argumentsToOpen(event, CalendarApplication::evolution, true).link,
-              "calendar:///?source-uid=source%201&comp-uid=uid%2F2%40x");
+TEST_F(CalendarApplicationsTest, ARunningEvolutionOpensAnEventThatItKnows) {
+    EXPECT_THAT(argumentsToOpen(event, CalendarApplication::evolution, running).links,
+                ElementsAre("calendar:///?source-uid=source%201&comp-uid=uid%2F2%40x"));
+}
+
+TEST_F(CalendarApplicationsTest, EvolutionThatIsNotRunningOpensTheDayFirst) {
+    EXPECT_THAT(argumentsToOpen(event, CalendarApplication::evolution, stopped).links,
+                ElementsAre("calendar:///?startdate=20140307T174500Z",
+                            "calendar:///?source-uid=source%201&comp-uid=uid%2F2%40x"));
 }
 
 TEST_F(CalendarApplicationsTest, EvolutionOpensTheDayOtherwise) {
-    EXPECT_EQ(argumentsToOpen(event, CalendarApplication::evolution, false).link,
-              "calendar:///?startdate=20140307T174500Z");
-    EXPECT_EQ(argumentsToOpen(day, CalendarApplication::evolution, false).link,
-              "calendar:///?startdate=20140307T110000Z"); // noon in Berlin
+    EXPECT_THAT(argumentsToOpen(event, CalendarApplication::evolution, {}).links,
+                ElementsAre("calendar:///?startdate=20140307T174500Z"));
+    EXPECT_THAT(argumentsToOpen(day, CalendarApplication::evolution, running).links,
+                ElementsAre("calendar:///?startdate=20140307T110000Z")); // noon in Berlin
 }
 
 TEST_F(CalendarApplicationsTest, AnEarlyYearHasFourDigitsToo) {
-    EXPECT_EQ(
-        argumentsToOpen(EventLink{"a", "b", {-63113904000}}, CalendarApplication::evolution, false)
-            .link,
-        "calendar:///?startdate=00010101T000000Z");
+    const CalendarLink early = EventLink{"a", "b", {-63113904000}};
+    EXPECT_THAT(argumentsToOpen(early, CalendarApplication::evolution, {}).links,
+                ElementsAre("calendar:///?startdate=00010101T000000Z"));
 }
 
 TEST_F(CalendarApplicationsTest, GnomeCalendarTakesArguments) {
-    EXPECT_THAT(argumentsToOpen(event, CalendarApplication::gnomeCalendar, true).arguments,
+    EXPECT_THAT(argumentsToOpen(event, CalendarApplication::gnomeCalendar, stopped).arguments,
                 ElementsAre("--uuid", "source 1:uid/2@x"));
-    EXPECT_THAT(argumentsToOpen(event, CalendarApplication::gnomeCalendar, false).arguments,
+    EXPECT_THAT(argumentsToOpen(event, CalendarApplication::gnomeCalendar, {}).arguments,
                 ElementsAre("--date", "03/07/14")); // as the C locale writes a date
-    EXPECT_THAT(argumentsToOpen(day, CalendarApplication::gnomeCalendar, true).arguments,
+    EXPECT_THAT(argumentsToOpen(day, CalendarApplication::gnomeCalendar, stopped).arguments,
                 ElementsAre("--date", "03/07/14"));
 }
 
 TEST_F(CalendarApplicationsTest, AnotherApplicationJustComesToTheFront) {
-    const LaunchArguments opening = argumentsToOpen(event, CalendarApplication::other, false);
-    EXPECT_EQ(opening.link, std::nullopt);
+    const LaunchArguments opening = argumentsToOpen(event, CalendarApplication::other, {});
+    EXPECT_THAT(opening.links, IsEmpty());
     EXPECT_THAT(opening.arguments, IsEmpty());
 }
 

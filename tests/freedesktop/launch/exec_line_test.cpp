@@ -1,5 +1,7 @@
 #include "freedesktop/launch/exec_line.h"
 
+#include <array>
+
 #include <gmock/gmock.h>
 
 namespace quorvel::freedesktop {
@@ -12,11 +14,11 @@ const EntryFacts facts{"My Calendar", "a-icon", "/usr/share/a b.desktop"};
 const std::string hostile = "x-apple-calevent://a/';$(touch x)`y` --help\n%u\"";
 
 std::optional<std::vector<std::string>> withLink(const char* line) {
-    return argumentsOf(line, facts, hostile);
+    return argumentsOf(line, facts, std::array{hostile});
 }
 
 std::optional<std::vector<std::string>> withoutLink(const char* line) {
-    return argumentsOf(line, facts, std::nullopt);
+    return argumentsOf(line, facts, {});
 }
 
 TEST(ExecLineTest, PutsTheLinkInAsOneArgument) {
@@ -26,11 +28,20 @@ TEST(ExecLineTest, PutsTheLinkInAsOneArgument) {
     EXPECT_THAT(withLink("app --open=%u"), Optional(ElementsAre("app", "--open=" + hostile)));
 }
 
+TEST(ExecLineTest, PutsSeveralLinksInWhereTheLineTakesThem) {
+    const std::array<std::string, 2> links{"a:1", "b:2"};
+    EXPECT_THAT(argumentsOf("app -x %U @@", facts, links),
+                Optional(ElementsAre("app", "-x", "a:1", "b:2", "@@")));
+    EXPECT_THAT(argumentsOf("app %u", facts, links), Optional(ElementsAre("app", "a:1")));
+    EXPECT_THAT(argumentsOf("app --open=%U", facts, links),
+                Optional(ElementsAre("app", "--open=a:1")));
+}
+
 TEST(ExecLineTest, LeavesOutWhatStandsForNothing) {
     EXPECT_THAT(withoutLink("app %u x"), Optional(ElementsAre("app", "x")));
     EXPECT_THAT(withoutLink("app --open=%u x"), Optional(ElementsAre("app", "x")));
     EXPECT_THAT(withLink("app %f %F %d %D %n %N %v %m %z"), Optional(ElementsAre("app")));
-    EXPECT_THAT(argumentsOf("app %i", {}, std::nullopt), Optional(ElementsAre("app")));
+    EXPECT_THAT(argumentsOf("app %i", {}, {}), Optional(ElementsAre("app")));
 }
 
 TEST(ExecLineTest, RemovesTheLinkFromOtherWords) {

@@ -56,13 +56,42 @@ public:
                       }) {}
 };
 
+// Evolution as a running process, which owns its name on the bus.
+class RunningEvolution : public FakeService {
+public:
+    RunningEvolution()
+        : FakeService("org.gnome.Evolution", "/org/gnome/Evolution",
+                      "<node><interface name='org.freedesktop.Application'><method name='Open'>"
+                      "<arg type='as' direction='in'/><arg type='a{sv}' direction='in'/></method>"
+                      "</interface></node>",
+                      [](const std::string&, GVariant*) { return nullptr; }) {}
+};
+
 TEST_F(QuorvelOpenTest, EvolutionOpensAnEventOfACalendarThatTheDesktopKnows) {
     const CalendarSources sources("office");
+    const RunningEvolution evolution;
     install("org.gnome.Evolution", "evolution %U");
     EXPECT_EQ(quorvelOpen({eventLink}).status, 0);
     EXPECT_THAT(started(1), ElementsAre(ElementsAre("evolution",
                                                     "calendar:///?source-uid=office&comp-uid=42")));
     EXPECT_THAT(sources.calls(), ElementsAre("GetManagedObjects()"));
+}
+
+TEST_F(QuorvelOpenTest, EvolutionThatIsNotRunningOpensTheDayOfAnEventFirst) {
+    const CalendarSources sources("office");
+    install("org.gnome.Evolution", "evolution %U");
+    EXPECT_EQ(quorvelOpen({eventLink}).status, 0);
+    EXPECT_THAT(started(1),
+                ElementsAre(ElementsAre("evolution", "calendar:///?startdate=20140307T174500Z",
+                                        "calendar:///?source-uid=office&comp-uid=42")));
+}
+
+TEST_F(QuorvelOpenTest, ACommandLineForOneLinkShowsTheDay) {
+    const CalendarSources sources("office");
+    install("org.gnome.Evolution", "evolution %u");
+    EXPECT_EQ(quorvelOpen({eventLink}).status, 0);
+    EXPECT_THAT(started(1),
+                ElementsAre(ElementsAre("evolution", "calendar:///?startdate=20140307T174500Z")));
 }
 
 TEST_F(QuorvelOpenTest, GnomeCalendarOpensAnEventOfACalendarThatTheDesktopKnows) {
@@ -84,9 +113,10 @@ TEST_F(QuorvelOpenTest, AHostileIdentifierReachesTheApplicationsAsOneArgument) {
     install("org.gnome.Evolution", "evolution %U");
     EXPECT_EQ(quorvelOpen({link}).status, 0);
     EXPECT_THAT(started(1),
-                ElementsAre(ElementsAre("evolution", "calendar:///?source-uid=office&comp-uid="
-                                                     "%27%3B%24%28touch%2Cx%29%60y%60%26--help"
-                                                     "%250A%2520%7C%2F..%2F%2F%22")));
+                ElementsAre(ElementsAre("evolution", "calendar:///?startdate=20140307T174500Z",
+                                        "calendar:///?source-uid=office&comp-uid="
+                                        "%27%3B%24%28touch%2Cx%29%60y%60%26--help"
+                                        "%250A%2520%7C%2F..%2F%2F%22")));
 }
 
 TEST_F(QuorvelOpenTest, AnEventOfAnUnknownCalendarOpensAtItsDay) {
@@ -127,12 +157,7 @@ TEST_F(QuorvelOpenTest, AnApplicationOnTheBusComesToTheFront) {
 }
 
 TEST_F(QuorvelOpenTest, EvolutionOnTheBusIsHandedTheLink) {
-    const FakeService evolution(
-        "org.gnome.Evolution", "/org/gnome/Evolution",
-        "<node><interface name='org.freedesktop.Application'><method name='Open'>"
-        "<arg type='as' direction='in'/><arg type='a{sv}' direction='in'/></method>"
-        "</interface></node>",
-        [](const std::string&, GVariant*) { return nullptr; });
+    const RunningEvolution evolution;
     install("org.gnome.Evolution", "started %U", "DBusActivatable=true");
     EXPECT_EQ(quorvelOpen({dayLink}).status, 0);
     EXPECT_THAT(evolution.calls(),
