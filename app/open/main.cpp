@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "freedesktop/launch/activation_token.h"
 #include "freedesktop/launch/calendar_opener.h"
 #include "freedesktop/launch/notification.h"
 #include "freedesktop/launch/openable_link.h"
@@ -37,7 +38,7 @@ int reportError(const std::string& what, int status) {
     return status;
 }
 
-int openLink(std::string_view link) {
+int openLink(std::string_view link, const std::string& activationToken) {
     if (const auto checked = checkLink(link); !checked) {
         return reportError("the link cannot be opened (" + checked.error().what +
                                "): see 'quorvel-open --help'",
@@ -48,7 +49,7 @@ int openLink(std::string_view link) {
         return reportError("the link names neither an event nor a day: see 'quorvel-open --help'",
                            exitUsage);
     }
-    if (const auto opened = openInCalendarApplication(*parsed); !opened) {
+    if (const auto opened = openInCalendarApplication(*parsed, activationToken); !opened) {
         const std::string problem = message(opened.error());
         const bool isEvent = std::holds_alternative<EventLink>(*parsed);
         notifyUser(isEvent ? "The event cannot be shown" : "The day cannot be shown",
@@ -58,7 +59,7 @@ int openLink(std::string_view link) {
     return EXIT_SUCCESS;
 }
 
-int run(int argc, char** argv) {
+int run(int argc, char** argv, const std::string& activationToken) {
     if (argc != 2) {
         return reportError(argc < 2 ? "no link: see 'quorvel-open --help'"
                                     : "one link at a time: see 'quorvel-open --help'",
@@ -76,7 +77,7 @@ int run(int argc, char** argv) {
     if (argument.starts_with('-')) {
         return reportError("unknown option: see 'quorvel-open --help'", exitUsage);
     }
-    return openLink(argument);
+    return openLink(argument, activationToken);
 }
 
 } // namespace
@@ -85,7 +86,7 @@ int main(int argc, char** argv) {
     printLibraryMessagesOnOneLine();
     std::setlocale(LC_ALL, ""); // some applications need dates in the user's format
     try {
-        return run(argc, argv);
+        return run(argc, argv, takeOwnActivationToken());
     } catch (const std::exception& error) {
         return reportError(error.what(), EXIT_FAILURE);
     }

@@ -7,8 +7,10 @@
 #include "freedesktop/glib/delayed_call.h"
 #include "freedesktop/glib/session_bus.h"
 #include "freedesktop/glib/weak_reference.h"
+#include "freedesktop/launch/activation_token.h"
 #include "freedesktop/launch/exec_line.h"
 #include "freedesktop/launch/openable_link.h"
+#include "freedesktop/launch/text_pointers.h"
 
 namespace quorvel::freedesktop::launch {
 
@@ -65,28 +67,8 @@ Error failure(std::string what) {
     return {std::move(what), {}, {}};
 }
 
-// With a null pointer at the end, as C functions need them.
-std::vector<const char*> pointersTo(const std::vector<std::string>& texts) {
-    std::vector<const char*> pointers;
-    pointers.reserve(texts.size() + 1);
-    for (const std::string& text : texts) {
-        pointers.push_back(text.c_str());
-    }
-    pointers.push_back(nullptr);
-    return pointers;
-}
-
-// GLib reaps the process.
-Result<void> startProcess(const std::vector<std::string>& arguments, const std::string& folder) {
-    std::vector<const char*> argv = pointersTo(arguments);
-    GError* error = nullptr;
-    g_spawn_async(folder.empty() ? nullptr : folder.c_str(), const_cast<char**>(argv.data()),
-                  nullptr, G_SPAWN_SEARCH_PATH, nullptr, nullptr, nullptr, &error);
-    const ErrorHandle owned(error);
-    return error != nullptr ? failure(shortened(error->message)) : Result<void>();
-}
-
-Result<void> startProgram(GDesktopAppInfo* entry, const LaunchArguments& given) {
+Result<void> startProgram(GDesktopAppInfo* entry, const LaunchArguments& given,
+                          const OnEndedSoon& onEndedSoon) {
     auto arguments = commandOf(entry, given.links);
     if (!arguments) {
         return failure("its entry has no command line");
@@ -99,7 +81,18 @@ Result<void> startProgram(GDesktopAppInfo* entry, const LaunchArguments& given) 
         }
         arguments->insert(arguments->begin(), terminal.begin(), terminal.end());
     }
-    return startProcess(*arguments, textOf(entry, "Path"));
+    return startProcess({*std::move(arguments), textOf(entry, "Path"), given.activationToken},
+                        onEndedSoon);
+}
+
+void beginPlatformData(GVariantBuilder& data, const std::string& activationToken) {
+    g_variant_builder_init(&data, G_VARIANT_TYPE_VARDICT);
+    if (isPassableToken(activationToken)) {
+        for (const char* const key : {"activation-token", "desktop-startup-id"}) {
+            g_variant_builder_add(&data, "{sv}", key,
+                                  g_variant_new_string(activationToken.c_str()));
+        }
+    }
 }
 
 // The message has reached no application in these cases.
@@ -111,10 +104,10 @@ bool isUnknownToTheBus(const GError* error) {
 // GIO calls back even after cancellation, so its callbacks have only a weak reference.
 class Activation final : public PendingStart, public std::enable_shared_from_this<Activation> {
 public:
-    Activation(EntryHandle entry, LaunchArguments arguments, OnStarted onStarted)
+    Activation(EntryHandle entry, LaunchArguments arguments, StartHandlers handlers)
         : m_entry(std::move(entry))
         , m_arguments(std::move(arguments))
-        , m_onStarted(std::move(onStarted))
+        , m_handlers(std::move(handlers))
         , m_cancellable(g_cancellable_new()) {}
     ~Activation() override { g_cancellable_cancel(m_cancellable.get()); }
     Activation(const Activation&) = delete;
@@ -136,14 +129,14 @@ private:
         m_deadline.stop();
         m_request.reset();
         g_cancellable_cancel(m_cancellable.get());
-        if (const OnStarted onStarted = std::exchange(m_onStarted, nullptr)) {
+        if (const auto onStarted = std::exchange(m_handlers.onStarted, nullptr)) {
             onStarted(result);
         }
     }
 
     EntryHandle m_entry;
     LaunchArguments m_arguments;
-    OnStarted m_onStarted; // null once it was called
+    StartHandlers m_handlers; // onStarted: null once it was called
     ObjectHandle<GCancellable> m_cancellable;
     DelayedCall m_deadline{[this] { end(failure("it did not answer")); }};
     std::optional<SessionBusRequest> m_request;
@@ -151,12 +144,12 @@ private:
 
 void Activation::callApplication(GDBusConnection* bus) {
     if (bus == nullptr) {
-        end(startProgram(m_entry.get(), m_arguments));
+        end(startProgram(m_entry.get(), m_arguments, m_handlers.onEndedSoon));
         return;
     }
     GVariantBuilder platformData;
-    g_variant_builder_init(&platformData, G_VARIANT_TYPE_VARDICT);
-    std::vector<const char*> links = pointersTo(m_arguments.links);
+    beginPlatformData(platformData, m_arguments.activationToken);
+    std::vector<const char*> links = textPointers(m_arguments.links);
     const bool hasLinks = !m_arguments.links.empty();
     GVariant* const values = hasLinks ? g_variant_new("(^asa{sv})", links.data(), &platformData)
                                       : g_variant_new("(a{sv})", &platformData);
@@ -181,7 +174,7 @@ void Activation::onReply(const GError* error) {
     if (error == nullptr) {
         end({});
     } else if (isUnknownToTheBus(error)) {
-        end(startProgram(m_entry.get(), m_arguments));
+        end(startProgram(m_entry.get(), m_arguments, m_handlers.onEndedSoon));
     } else {
         end(failure(shortened(error->message)));
     }
@@ -218,13 +211,13 @@ std::optional<std::vector<std::string>> commandOf(GDesktopAppInfo* entry,
 }
 
 std::shared_ptr<PendingStart> startApplication(EntryHandle entry, LaunchArguments arguments,
-                                               double seconds, OnStarted onStarted) {
+                                               double seconds, StartHandlers handlers) {
     if (!arguments.arguments.empty() || !supportsActivation(entry.get())) {
-        onStarted(startProgram(entry.get(), arguments));
+        handlers.onStarted(startProgram(entry.get(), arguments, handlers.onEndedSoon));
         return nullptr;
     }
     const auto activation =
-        std::make_shared<Activation>(std::move(entry), std::move(arguments), std::move(onStarted));
+        std::make_shared<Activation>(std::move(entry), std::move(arguments), std::move(handlers));
     activation->begin(seconds);
     return activation;
 }

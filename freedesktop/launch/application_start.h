@@ -13,6 +13,7 @@
 #include "base/result.h"
 #include "freedesktop/glib/handles.h"
 #include "freedesktop/launch/launch_arguments.h"
+#include "freedesktop/launch/process_start.h"
 
 namespace quorvel::freedesktop::launch {
 
@@ -36,14 +37,18 @@ public:
     virtual ~PendingStart() = default;
 };
 
-// Called with success when the program runs or the application has accepted the links.
-using OnStarted = std::function<void(const Result<void>& result)>;
+struct StartHandlers {
+    // Called once, with success when the program runs or the application has accepted the links.
+    std::function<void(const Result<void>& result)> onStarted;
+    // For a program that has been started; may be null.
+    OnEndedSoon onEndedSoon;
+};
 
 // Neither waits nor uses a shell. An application that supports activation is activated over the
 // bus; if there is no bus, or the bus does not know the application, its program is started. Calls
-// `onStarted` once: either before it returns, and then it returns null, or later while the default
-// main context runs, at the latest after that many seconds.
+// `onStarted` either before it returns, and then it returns null, or later while the default main
+// context runs, at the latest after that many seconds.
 std::shared_ptr<PendingStart> startApplication(EntryHandle entry, LaunchArguments arguments,
-                                               double seconds, OnStarted onStarted);
+                                               double seconds, StartHandlers handlers);
 
 } // namespace quorvel::freedesktop::launch

@@ -91,9 +91,9 @@ LaunchArguments evolutionArguments(const CalendarLink& link, const EventLink* ev
 
 LaunchArguments gnomeCalendarArguments(const CalendarLink& link, const EventLink* event) {
     if (event != nullptr) {
-        return {{}, {"--uuid", event->calendar + ':' + event->uid}};
+        return {{}, {"--uuid", event->calendar + ':' + event->uid}, {}};
     }
-    return {{}, {"--date", formatted(localDay(link), "%x")}};
+    return {{}, {"--date", formatted(localDay(link), "%x")}, {}};
 }
 
 } // namespace

@@ -22,7 +22,7 @@ Result<void> startAndWait(EntryHandle application, LaunchArguments arguments) {
     std::optional<Result<void>> answer;
     const auto pending =
         launch::startApplication(std::move(application), std::move(arguments), longestStart,
-                                 [&answer](const Result<void>& result) { answer = result; });
+                                 {[&answer](const Result<void>& result) { answer = result; }, {}});
     while (!answer) {
         g_main_context_iteration(nullptr, TRUE);
     }
@@ -31,7 +31,8 @@ Result<void> startAndWait(EntryHandle application, LaunchArguments arguments) {
 
 } // namespace
 
-Result<void> openInCalendarApplication(const CalendarLink& link) {
+Result<void> openInCalendarApplication(const CalendarLink& link,
+                                       const std::string& activationToken) {
     EntryHandle application = launch::installedCalendarApplication();
     if (!application) {
         return Error{"there is no calendar application", {}, "install Evolution or GNOME Calendar"};
@@ -44,7 +45,9 @@ Result<void> openInCalendarApplication(const CalendarLink& link) {
         state.knowsCalendar = isDesktopSource(event->calendar);
         state.isRunning = state.knowsCalendar && launch::isRunning(application.get());
     }
-    const auto started = startAndWait(std::move(application), argumentsToOpen(link, kind, state));
+    LaunchArguments arguments = argumentsToOpen(link, kind, state);
+    arguments.activationToken = activationToken;
+    const auto started = startAndWait(std::move(application), std::move(arguments));
     if (!started) {
         return Error{"the application " + name + " could not be started (" + started.error().what +
                          ")",

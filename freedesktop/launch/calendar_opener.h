@@ -1,6 +1,8 @@
 // Shows an event or a day in the installed calendar application.
 #pragma once
 
+#include <string>
+
 #include "base/result.h"
 #include "freedesktop/launch/calendar_link.h"
 
@@ -9,7 +11,8 @@ namespace quorvel::freedesktop {
 // Uses the user's default application if it can show an event or day from arguments, else an
 // installed one that can, else the default as it is; never this program itself. Runs the default
 // main context until the application has answered, a few seconds per step at most. `where` is empty
-// in the error.
-Result<void> openInCalendarApplication(const CalendarLink& link);
+// in the error. The token lets the application come to the front; empty: none.
+Result<void> openInCalendarApplication(const CalendarLink& link,
+                                       const std::string& activationToken);
 
 } // namespace quorvel::freedesktop

@@ -17,36 +17,69 @@ using platform::NSURL;
 using platform::SBApplication;
 using platform::SystemLog;
 
-// The pending starts. No callback runs after its destruction.
-class DesktopLauncher::Launches {
+// The pending starts and the reports of those that fail. No callback runs after its destruction.
+class DesktopLauncher::Launches : public std::enable_shared_from_this<Launches> {
 public:
     Launches(SystemLog& log, double patience)
         : m_log(log)
         , m_patience(patience) {}
 
-    // `failure`: the start of the log message if it fails.
-    void start(EntryHandle application, std::vector<std::string> links, std::string failure) {
-        const int number = m_next++;
-        auto pending = launch::startApplication(
-            std::move(application), {std::move(links), {}}, m_patience,
-            [this, number, failure = std::move(failure)](const Result<void>& result) {
-                if (!result) {
-                    m_log.log("QRV: " + failure + ": " + result.error().what);
-                }
-                m_pending.erase(number);
-            });
-        if (pending) {
-            m_pending.emplace(number, std::move(pending));
+    void setContext(LaunchContext* context) { m_context = context; }
+    void setFailureHandler(LaunchFailureHandler onFailure) { m_onFailure = std::move(onFailure); }
+
+    void report(std::string failure) {
+        m_log.log("QRV: " + failure);
+        if (m_onFailure) {
+            m_onFailure({std::move(failure), {}, {}});
         }
     }
+    // `failure`: the start of the report if it fails.
+    void start(EntryHandle application, std::vector<std::string> links, std::string failure);
     bool isPending() const { return !m_pending.empty(); }
 
 private:
+    void onStarted(const Result<void>& result, const std::string& token,
+                   const std::string& failure);
+
     SystemLog& m_log;
     double m_patience;
+    LaunchContext* m_context = nullptr; // null: none
+    LaunchFailureHandler m_onFailure;   // null: none
     int m_next = 0;
     std::map<int, std::shared_ptr<launch::PendingStart>> m_pending;
 };
+
+void DesktopLauncher::Launches::start(EntryHandle application, std::vector<std::string> links,
+                                      std::string failure) {
+    const int number = m_next++;
+    const std::string token =
+        m_context != nullptr ? m_context->makeToken(launch::nameOf(application.get())) : "";
+    launch::StartHandlers handlers{[this, number, token, failure](const Result<void>& result) {
+                                       onStarted(result, token, failure);
+                                       m_pending.erase(number);
+                                   },
+                                   [weak = weak_from_this(), failure] {
+                                       if (const auto self = weak.lock()) {
+                                           self->report(failure + ": its program failed");
+                                       }
+                                   }};
+    auto pending = launch::startApplication(std::move(application), {std::move(links), {}, token},
+                                            m_patience, std::move(handlers));
+    if (pending) {
+        m_pending.emplace(number, std::move(pending));
+    }
+}
+
+void DesktopLauncher::Launches::onStarted(const Result<void>& result, const std::string& token,
+                                          const std::string& failure) {
+    if (result) {
+        return;
+    }
+    if (m_context != nullptr && !token.empty()) {
+        m_context->discardToken(token);
+    }
+    report(failure + ": " + result.error().what);
+}
 
 namespace {
 
@@ -66,21 +99,29 @@ EntryHandle handlerOf(const std::string& scheme) {
 } // namespace
 
 DesktopLauncher::DesktopLauncher(SystemLog& log, double patience)
-    : m_log(log)
-    , m_launches(std::make_unique<Launches>(log, patience)) {}
+    : m_launches(std::make_shared<Launches>(log, patience)) {}
 
 DesktopLauncher::~DesktopLauncher() = default;
+
+void DesktopLauncher::setLaunchContext(LaunchContext* context) {
+    m_launches->setContext(context);
+}
+
+void DesktopLauncher::setFailureHandler(LaunchFailureHandler onFailure) {
+    m_launches->setFailureHandler(std::move(onFailure));
+}
 
 void DesktopLauncher::openURL(const NSURL& url) {
     const std::string& link = url.absoluteString();
     if (const auto checked = checkLink(link); !checked) {
-        m_log.log("QRV: the link " + shortened(link) + " is not opened: " + checked.error().what);
+        m_launches->report("the link " + shortened(link) +
+                           " is not opened: " + checked.error().what);
         return;
     }
     const std::string scheme = link.substr(0, link.find(':'));
     EntryHandle handler = handlerOf(scheme);
     if (!handler) {
-        m_log.log("QRV: no application opens " + scheme + " links");
+        m_launches->report("no application opens " + scheme + " links");
         return;
     }
     m_launches->start(std::move(handler), {link},
@@ -92,7 +133,7 @@ DesktopLauncher::applicationWithDisplayIdentifier(std::string_view identifier) {
     const auto name = desktopEntryName(identifier);
     EntryHandle entry(name ? g_desktop_app_info_new(name->c_str()) : nullptr);
     if (!entry) {
-        m_log.log("QRV: there is no application " + shortened(identifier));
+        m_launches->report("there is no application " + shortened(identifier));
         return nullptr;
     }
     return std::make_shared<InstalledApplication>(std::move(entry));
@@ -102,7 +143,7 @@ void DesktopLauncher::activateApplicationAnimated(
     const std::shared_ptr<SBApplication>& application) {
     const auto* installed = dynamic_cast<const InstalledApplication*>(application.get());
     if (installed == nullptr) {
-        m_log.log("QRV: there is no application to bring to the front");
+        m_launches->report("there is no application to bring to the front");
         return;
     }
     m_launches->start(share(installed->entry.get()), {},

@@ -2,18 +2,25 @@
 // by the identifier of its desktop entry.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "base/result.h"
+#include "freedesktop/launch/launch_context.h"
 #include "platform/home_screen_shell.h"
 #include "platform/system_log.h"
 #include "platform/ui_application.h"
 
 namespace quorvel::freedesktop {
 
-// Does not wait. Logs a start that fails later and an application that does not answer in time.
-// Replies arrive while the default main context runs.
+// Describes a link or application that was not opened; only `what` is set.
+using LaunchFailureHandler = std::function<void(const Error& failure)>;
+
+// Does not wait. Logs what cannot be opened, also later: an application that does not answer in
+// time, and a program that soon ends with an error. Replies arrive while the default main context
+// runs.
 class DesktopLauncher final : public platform::UIApplication,
                               public platform::HomeScreenShell,
                               private platform::SBApplicationController,
@@ -28,6 +35,11 @@ public:
     ~DesktopLauncher() override;
     DesktopLauncher(const DesktopLauncher&) = delete;
     DesktopLauncher& operator=(const DesktopLauncher&) = delete;
+
+    // Not owned; it makes a token for each start from now on. Null: none.
+    void setLaunchContext(LaunchContext* context);
+    // Called with each failure in addition to its line in the log. Null: none.
+    void setFailureHandler(LaunchFailureHandler onFailure);
 
     // Opens only links that checkLink() accepts.
     void openURL(const platform::NSURL& url) override;
@@ -46,8 +58,7 @@ private:
         const std::shared_ptr<platform::SBApplication>& application) override;
 
     class Launches;
-    platform::SystemLog& m_log;
-    std::unique_ptr<Launches> m_launches;
+    std::shared_ptr<Launches> m_launches; // never null; processes have weak references
 };
 
 } // namespace quorvel::freedesktop

@@ -6,11 +6,12 @@
 
 namespace quorvel::freedesktop {
 
-// Without both, the application just comes to the front.
+// Without links and arguments, the application just comes to the front.
 struct LaunchArguments {
     std::vector<std::string> links; // in the place of files on the command line
     // Appended to the command line. With any, the program is started instead of activated.
     std::vector<std::string> arguments;
+    std::string activationToken; // empty: none
 };
 
 } // namespace quorvel::freedesktop

@@ -59,6 +59,21 @@ private:
     guint m_source;
 };
 
+class NumberedTokens : public LaunchContext {
+public:
+    std::string makeToken(std::string_view entryName) override {
+        made.emplace_back(entryName);
+        return "token-" + std::to_string(made.size());
+    }
+    void discardToken(const std::string& token) override { discarded.push_back(token); }
+
+    std::vector<std::string> made; // for these entries
+    std::vector<std::string> discarded;
+};
+
+// The variables by which a program is given its token, as arguments of the recorder.
+constexpr const char* tokenVariables = "$XDG_ACTIVATION_TOKEN $DESKTOP_STARTUP_ID";
+
 class DesktopLauncherTest : public LaunchTest {
 protected:
     void open(const std::string& link) { launcher->openURL(*NSURL::URLWithString(link)); }
@@ -88,6 +103,80 @@ TEST_F(DesktopLauncherTest, AHostileLinkStaysOneArgument) {
     EXPECT_THAT(started(1), ElementsAre(ElementsAre(link)));
 }
 
+TEST_F(DesktopLauncherTest, AProgramFindsItsTokenInTheEnvironment) {
+    NumberedTokens tokens;
+    launcher->setLaunchContext(&tokens);
+    install("handler", tokenVariables);
+    associate(eventScheme, "handler");
+    open("x-apple-calevent://office/42?o=1.0");
+    EXPECT_THAT(started(1), ElementsAre(ElementsAre("token-1", "token-1")));
+    activate("handler");
+    EXPECT_THAT(started(2), ElementsAre(testing::_, ElementsAre("token-2", "token-2")));
+    EXPECT_THAT(tokens.made, ElementsAre("handler.desktop", "handler.desktop"));
+    EXPECT_THAT(tokens.discarded, IsEmpty());
+    EXPECT_EQ(std::getenv("XDG_ACTIVATION_TOKEN"), nullptr);
+    EXPECT_EQ(std::getenv("DESKTOP_STARTUP_ID"), nullptr);
+}
+
+// A token is for one start, and this process's own was used when its window appeared.
+TEST_F(DesktopLauncherTest, AProgramNeverInheritsTheTokenOfTheHost) {
+    setenv("XDG_ACTIVATION_TOKEN", "own", 1);
+    setenv("DESKTOP_STARTUP_ID", "own", 1);
+    install("org.example.App", tokenVariables);
+    activate("org.example.App");
+    EXPECT_THAT(started(1), ElementsAre(ElementsAre("unset", "unset")));
+    unsetenv("XDG_ACTIVATION_TOKEN");
+    unsetenv("DESKTOP_STARTUP_ID");
+}
+
+TEST_F(DesktopLauncherTest, AnApplicationOnTheBusIsGivenItsToken) {
+    NumberedTokens tokens;
+    launcher->setLaunchContext(&tokens);
+    const BusApplication application;
+    install("org.example.Bus", "started %u", "DBusActivatable=true");
+    associate(eventScheme, "org.example.Bus");
+    activate("org.example.Bus");
+    EXPECT_TRUE(launcher->waitForLaunches(20));
+    open("x-apple-calevent://office/42?o=1.0");
+    EXPECT_TRUE(launcher->waitForLaunches(20));
+    EXPECT_THAT(application.calls(), ElementsAre("Activate({'activation-token': <'token-1'>, "
+                                                 "'desktop-startup-id': <'token-1'>},)",
+                                                 "Open(['x-apple-calevent://office/42?o=1.0'], "
+                                                 "{'activation-token': <'token-2'>, "
+                                                 "'desktop-startup-id': <'token-2'>})"));
+}
+
+TEST_F(DesktopLauncherTest, TheTokenOfAFailedStartIsDiscarded) {
+    NumberedTokens tokens;
+    launcher->setLaunchContext(&tokens);
+    write(folder() / "applications/broken.desktop",
+          "[Desktop Entry]\nType=Application\nName=broken\nExec=" RECORDER " %u\n"
+          "Path=/nonexistent/folder\n");
+    associate(eventScheme, "broken");
+    open("x-apple-calevent://office/42?o=1.0");
+    EXPECT_THAT(tokens.discarded, ElementsAre("token-1"));
+}
+
+TEST_F(DesktopLauncherTest, ATokenThatNoMessageMayHoldIsNotPassedOn) {
+    class OddTokens final : public LaunchContext {
+    public:
+        std::string makeToken(std::string_view) override { return token; }
+        void discardToken(const std::string&) override {}
+        std::string token;
+    } tokens;
+    launcher->setLaunchContext(&tokens);
+    const BusApplication application;
+    install("org.example.Bus", "started", "DBusActivatable=true");
+    for (const std::string& token :
+         {std::string(), std::string("\xFF\xFE"), std::string("a\nb"), std::string(1 << 20, 'x')}) {
+        tokens.token = token;
+        activate("org.example.Bus");
+        EXPECT_TRUE(launcher->waitForLaunches(20));
+    }
+    EXPECT_THAT(application.calls(),
+                ElementsAre("Activate({},)", "Activate({},)", "Activate({},)", "Activate({},)"));
+}
+
 TEST_F(DesktopLauncherTest, OpensNoOtherSchemeAndNothingTooLong) {
     install("handler", "%u");
     associate("x-scheme-handler/http", "handler");
@@ -102,6 +191,57 @@ TEST_F(DesktopLauncherTest, OpensNoOtherSchemeAndNothingTooLong) {
 TEST_F(DesktopLauncherTest, ReportsASchemeWithoutAHandler) {
     open("fantastical2://show?date=2014-3-7");
     EXPECT_THAT(log.lines, ElementsAre("QRV: no application opens fantastical2 links"));
+}
+
+// As quorvel-open ends where no calendar application is installed.
+TEST_F(DesktopLauncherTest, ReportsAProgramThatSoonEndsWithAnError) {
+    std::vector<std::string> failures;
+    launcher->setFailureHandler([&](const Error& failure) { failures.push_back(failure.what); });
+    install("handler", "%u");
+    associate(eventScheme, "handler");
+    setenv("RECORDER_STATUS", "1", 1);
+    open("x-apple-calevent://office/42?o=1.0");
+    for (int i = 0; i < 500 && failures.empty(); ++i) {
+        startedMeanwhile();
+    }
+    unsetenv("RECORDER_STATUS");
+    EXPECT_THAT(failures, ElementsAre("the link x-apple-calevent://office/42?o=1.0 could not be "
+                                      "opened: its program failed"));
+    EXPECT_THAT(log.lines, ElementsAre("QRV: " + failures.at(0)));
+}
+
+TEST_F(DesktopLauncherTest, AProgramThatFailsAfterTheLauncherIsGoneIsNotReported) {
+    install("handler", "%u", "", 300);
+    associate(eventScheme, "handler");
+    setenv("RECORDER_STATUS", "1", 1);
+    open("x-apple-calevent://office/42?o=1.0");
+    unsetenv("RECORDER_STATUS");
+    EXPECT_THAT(started(1), SizeIs(1));
+    launcher.reset();
+    EXPECT_TRUE(becomesTrue([] {
+        startedMeanwhile();
+        siginfo_t child{};
+        return waitid(P_ALL, 0, &child, WEXITED | WNOHANG | WNOWAIT) != 0;
+    }));
+    EXPECT_THAT(log.lines, IsEmpty());
+}
+
+TEST_F(DesktopLauncherTest, ReportsEachFailureToTheHost) {
+    std::vector<std::string> failures;
+    launcher->setFailureHandler([&](const Error& failure) { failures.push_back(failure.what); });
+    open("fantastical2://show?date=2014-3-7");
+    open("http://example.org/");
+    activate("org.example.Missing");
+    EXPECT_THAT(failures, ElementsAre("no application opens fantastical2 links",
+                                      "the link http://example.org/ is not opened: its scheme is "
+                                      "none of the widget's",
+                                      "there is no application org.example.Missing",
+                                      "there is no application to bring to the front"));
+    ASSERT_EQ(log.lines.size(), failures.size());
+    EXPECT_EQ(log.lines.at(0), "QRV: " + failures.at(0));
+    launcher->setFailureHandler(nullptr);
+    open("http://example.org/");
+    EXPECT_THAT(failures, SizeIs(4));
 }
 
 TEST_F(DesktopLauncherTest, ReportsAHandlerThatCannotBeStarted) {
@@ -255,8 +395,11 @@ TEST_F(DesktopLauncherTest, LeavesNoProcessesBehind) {
     EXPECT_THAT(started(20), SizeIs(20));
     EXPECT_TRUE(launcher->waitForLaunches(20));
     siginfo_t child{};
-    const bool hasNone = waitid(P_ALL, 0, &child, WEXITED | WNOHANG | WNOWAIT) != 0;
-    EXPECT_TRUE(hasNone && errno == ECHILD) << "process " << child.si_pid;
+    EXPECT_TRUE(becomesTrue([&] {
+        startedMeanwhile();
+        return waitid(P_ALL, 0, &child, WEXITED | WNOHANG | WNOWAIT) != 0 && errno == ECHILD;
+    })) << "process "
+        << child.si_pid;
 }
 
 TEST_F(DesktopLauncherTest, HasATerminalStartedForThoseThatNeedOne) {

@@ -165,6 +165,15 @@ TEST_F(QuorvelOpenTest, EvolutionOnTheBusIsHandedTheLink) {
     EXPECT_THAT(startedMeanwhile(), IsEmpty());
 }
 
+TEST_F(QuorvelOpenTest, PassesItsTokenOnOverTheBus) {
+    const BusApplication application;
+    install("org.example.Bus", "started %U", "DBusActivatable=true\nMimeType=text/calendar;");
+    associate("text/calendar", "org.example.Bus");
+    EXPECT_EQ(quorvelOpen({eventLink}, {{"DESKTOP_STARTUP_ID", "a b_TIME7"}}).status, 0);
+    EXPECT_THAT(application.calls(), ElementsAre("Activate({'activation-token': <'a b_TIME7'>, "
+                                                 "'desktop-startup-id': <'a b_TIME7'>},)"));
+}
+
 TEST_F(QuorvelOpenTest, AnApplicationThatTheBusDoesNotKnowIsStarted) {
     install("org.example.Unknown", "started %U", "DBusActivatable=true\nMimeType=text/calendar;");
     associate("text/calendar", "org.example.Unknown");

@@ -62,6 +62,14 @@ TEST_F(QuorvelOpenTest, PreservesTheWordsOfACommandLine) {
                                         "org.gnome.Calendar", "@@u", "@@", "--date", "03/07/14")));
 }
 
+TEST_F(QuorvelOpenTest, PassesItsTokenOnToAProgram) {
+    install("org.gnome.Evolution", "$XDG_ACTIVATION_TOKEN $DESKTOP_STARTUP_ID");
+    EXPECT_EQ(quorvelOpen({dayLink}, {{"XDG_ACTIVATION_TOKEN", "t"}}).status, 0);
+    EXPECT_THAT(started(1), ElementsAre(ElementsAre("t", "t")));
+    EXPECT_EQ(quorvelOpen({dayLink}, {{"DESKTOP_STARTUP_ID", std::string(5000, 'x')}}).status, 0);
+    EXPECT_THAT(started(2), ElementsAre(testing::_, ElementsAre("unset", "unset")));
+}
+
 TEST_F(QuorvelOpenTest, StartsTheProgramInTheFolderOfItsEntry) {
     const std::filesystem::path place = folder() / "place";
     std::filesystem::create_directories(place);
