@@ -37,6 +37,10 @@ public:
     virtual void strokeEllipseInRect(const CGRect& rect) = 0;
     virtual void fillEllipseInRect(const CGRect& rect) = 0;
     virtual void fillRect(const CGRect& rect) = 0;
+    // Fills one row of device pixels, the lowest above the rectangle's bottom, so that a line is
+    // equally sharp at every position and scale. A surface without pixels, or a transform that
+    // rotates or mirrors, fills the rectangle.
+    virtual void fillHairline(const CGRect& rect) = 0;
 
     // Scaled to fill the rectangle; cap insets are not scaled.
     virtual void drawImage(const UIImage& image, const CGRect& rect) = 0;

@@ -20,7 +20,7 @@ struct CGColor;
 struct Platform;
 
 // Raised whenever anything that crosses the bundle's border changes its shape.
-inline constexpr std::uint32_t widgetBundleInterfaceVersion = 3;
+inline constexpr std::uint32_t widgetBundleInterfaceVersion = 4;
 
 struct WidgetBundle {
     std::uint32_t interfaceVersion; // the first field in every version

@@ -76,6 +76,7 @@ struct DeviceRect {
     int y = 0;
     int width = 0;
     int height = 0;
+    double bottom = 0; // before it was rounded
     double scaleX = 1; // device pixels per point
     double scaleY = 1;
     double surfaceScaleX = 1; // device pixels per unit of the surface
@@ -108,13 +109,19 @@ std::optional<DeviceRect> deviceRect(cairo_t* context, const CGRect& rect) {
     device.height = std::max(1, static_cast<int>(std::lround(bottom)) - device.y);
     device.scaleX = matrix.xx;
     device.scaleY = matrix.yy;
+    device.bottom = bottom;
     return device;
+}
+
+// The units become device pixels.
+void useDevicePixels(cairo_t* context, const DeviceRect& device) {
+    cairo_identity_matrix(context);
+    cairo_scale(context, 1 / device.surfaceScaleX, 1 / device.surfaceScaleY);
 }
 
 void paintPixels(cairo_t* context, cairo_surface_t* pixels, const DeviceRect& device) {
     cairo_save(context);
-    cairo_identity_matrix(context);
-    cairo_scale(context, 1 / device.surfaceScaleX, 1 / device.surfaceScaleY);
+    useDevicePixels(context, device);
     cairo_set_source_surface(context, pixels, device.x, device.y);
     cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_NEAREST);
     cairo_rectangle(context, device.x, device.y, device.width, device.height);
@@ -283,6 +290,27 @@ void CairoGraphicsContext::fillRect(const CGRect& rect) {
     addRectangle(m_context, *part);
     setSource(m_context, state().fillColor);
     cairo_fill(m_context);
+}
+
+void CairoGraphicsContext::fillHairline(const CGRect& rect) {
+    const std::optional<CGRect> part = shownPart(m_context, rect);
+    const auto device = part && m_isRaster
+                            ? deviceRect(m_context, {{part->origin.x, rect.origin.y},
+                                                     {part->size.width, rect.size.height}})
+                            : std::nullopt;
+    if (!device) {
+        fillRect(rect);
+        return;
+    }
+    constexpr double rounding = 1e-6; // of the product of points and scale
+    cairo_new_path(m_context);
+    cairo_save(m_context);
+    useDevicePixels(m_context, *device);
+    cairo_rectangle(m_context, device->x, std::floor(device->bottom + rounding) - 1, device->width,
+                    1);
+    setSource(m_context, state().fillColor);
+    cairo_fill(m_context);
+    cairo_restore(m_context);
 }
 
 void CairoGraphicsContext::drawImage(const UIImage& image, const CGRect& rect) {

@@ -41,6 +41,7 @@ public:
     void strokeEllipseInRect(const platform::CGRect& rect) override;
     void fillEllipseInRect(const platform::CGRect& rect) override;
     void fillRect(const platform::CGRect& rect) override;
+    void fillHairline(const platform::CGRect& rect) override;
 
     void drawImage(const platform::UIImage& image, const platform::CGRect& rect) override;
     void drawText(std::string_view text, const platform::UIFont& font,

@@ -97,6 +97,10 @@ void RecordingContext::fillRect(const CGRect& rect) {
     operations.push_back(line("fillRect", rect));
 }
 
+void RecordingContext::fillHairline(const CGRect& rect) {
+    operations.push_back(line("fillHairline", rect));
+}
+
 void RecordingContext::drawImage(const UIImage& image, const CGRect& rect) {
     operations.push_back(line("drawImage " + numberText(image.size().width) + "x" +
                                   numberText(image.size().height) + "@" + numberText(image.scale()),

@@ -35,6 +35,7 @@ public:
     void strokeEllipseInRect(const CGRect& rect) override;
     void fillEllipseInRect(const CGRect& rect) override;
     void fillRect(const CGRect& rect) override;
+    void fillHairline(const CGRect& rect) override;
     void drawImage(const UIImage& image, const CGRect& rect) override;
     void drawText(std::string_view text, const UIFont& font, const UIColor& color,
                   const CGRect& rect) override;

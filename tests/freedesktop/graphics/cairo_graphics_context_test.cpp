@@ -1,5 +1,6 @@
 #include "freedesktop/graphics/cairo_graphics_context.h"
 
+#include <cmath>
 #include <limits>
 
 #include "tests/freedesktop/graphics/graphics_testing.h"
@@ -313,6 +314,40 @@ TEST(CairoGraphicsContext, TextIsPaintedInItsColour) {
         }
     }
     EXPECT_GT(reds, 100);
+}
+
+TEST(CairoGraphicsContext, AHairlineIsOneRowOfPixelsInsideItsRectangle) {
+    for (const double scale : {1.0, 1.25, 1.5, 2.0, 2.75, 3.0}) {
+        for (const double bottom : {7.0, 7.25, 7.4, 7.5, 7.6, 7.999999999, 8.000000001}) {
+            const auto image = begin(10, 10, scale);
+            image->context().setFillColor(UIColor{1, 0, 0, 1});
+            image->context().fillHairline(CGRectMake(2, bottom - 1 / scale, 6, 1 / scale));
+            const int expected = static_cast<int>(std::floor(bottom * scale + 1e-6)) - 1;
+            const int column = static_cast<int>(5 * scale);
+            for (int row = 0; row < static_cast<int>(10 * scale); ++row)
+                EXPECT_EQ(pixel(*image, column, row), row == expected ? red : clear)
+                    << scale << " " << bottom << " " << row;
+            EXPECT_EQ(pixel(*image, 0, expected), clear);
+        }
+    }
+}
+
+TEST(CairoGraphicsContext, AHairlineIsClippedAndLeavesTheState) {
+    const auto image = begin(10, 10, 2);
+    GraphicsContext& context = image->context();
+    context.saveGState();
+    context.clipToRect(CGRectMake(0, 0, 5, 10));
+    context.setFillColor(UIColor::redColor());
+    context.fillHairline(CGRectMake(-1e9, 4, 2e9, 0.5));
+    context.fillHairline(CGRectMake(0, 20, 10, 0.5));
+    context.fillHairline(CGRectMake(0, 4, std::numeric_limits<double>::quiet_NaN(), 0.5));
+    context.restoreGState();
+    EXPECT_EQ(pixel(*image, 0, 8), red);
+    EXPECT_EQ(pixel(*image, 9, 8), red);
+    EXPECT_EQ(pixel(*image, 10, 8), clear);
+    fill(context, UIColor::greenColor(), 1, 1, 1, 1);
+    EXPECT_EQ(pixel(*image, 2, 2), green);
+    EXPECT_EQ(pixel(*image, 4, 4), clear);
 }
 
 } // namespace
