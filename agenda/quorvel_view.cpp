@@ -127,6 +127,7 @@ void QuorvelView::loadPreferences() {
     loadListSettings(*dictionary);
     m_swipeAction = loadedSwipeAction(*dictionary);
     loadRowSettings(*dictionary);
+    m_chosenColors = chosenColors(*dictionary);
     loadGatheringSettings(*dictionary);
     loadIconFile(*dictionary);
     m_icon = loadRowIcon(*settings::iconFile, m_platform, m_icon);
@@ -265,7 +266,7 @@ std::shared_ptr<QuorvelView> QuorvelView::sharedFromThis() {
 // Values by name.
 
 std::vector<std::string_view> QuorvelView::keys() const {
-    return {"swipeAction", "icon", "items", "captions", "swipeActionHasEffect"};
+    return {"swipeAction", "icon", "items", "captions", "swipeActionHasEffect", "chosenColors"};
 }
 
 KeyValue QuorvelView::valueForKey(std::string_view key) const {
@@ -284,6 +285,9 @@ KeyValue QuorvelView::valueForKey(std::string_view key) const {
     if (key == "swipeActionHasEffect") {
         return hasEffect(static_cast<SwipeAction>(m_swipeAction),
                          settings::customLaunchAppBundleID);
+    }
+    if (key == "chosenColors") {
+        return m_chosenColors;
     }
     return UIView::valueForKey(key);
 }

@@ -107,6 +107,7 @@ private:
     std::shared_ptr<platform::UIImageView> m_backgroundImageView; // null without a picture
     std::shared_ptr<const platform::UIImage> m_icon;
     std::int64_t m_swipeAction = 0;
+    std::vector<std::string> m_chosenColors; // keys of settings; empty before the first load
     // Part of the class's declared shape only. The process-wide values of these names are in use.
     [[maybe_unused]] platform::CGFloat m_cellWithoutSubtitleHeight = 0;
     [[maybe_unused]] platform::CGFloat m_cellWithSubtitleHeight = 0;

@@ -24,8 +24,9 @@ void addScrollView(QVL_UITableViewCell& cell, const std::shared_ptr<UIScrollView
     }
 }
 
-std::shared_ptr<UILabel> addLabel(UIView& view) {
+std::shared_ptr<UILabel> addLabel(UIView& view, UILabelRole role) {
     auto label = std::make_shared<UILabel>(CGRect{});
+    label->setRole(role);
     view.addSubview(label);
     return label;
 }
@@ -56,9 +57,9 @@ makeRowCell(TextMeasurer& textMeasurer, const std::shared_ptr<UIScrollViewDelega
         textMeasurer, UITableViewCellStyle::defaultStyle, std::string(rowReuseIdentifier));
     addScrollView(*cell, delegate, draggable);
     UIScrollView& scrollView = *cell->scrollView();
-    cell->setPrimaryLabel(addLabel(scrollView));
-    cell->setSubtitleLabel(addLabel(scrollView));
-    cell->setRelevanceDateLabel(addLabel(scrollView));
+    cell->setPrimaryLabel(addLabel(scrollView, UILabelRole::title));
+    cell->setSubtitleLabel(addLabel(scrollView, UILabelRole::subtitle));
+    cell->setRelevanceDateLabel(addLabel(scrollView, UILabelRole::caption));
     addIconView(*cell);
     cell->setBackgroundColor(UIColor::clearColor());
     return cell;

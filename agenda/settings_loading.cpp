@@ -62,6 +62,17 @@ void loadRowSettings(const PropertyListDictionary& dictionary) {
     settings::dateTextSize = intSetting(dictionary, SettingKey::dateTextSize, defaultFontSize);
 }
 
+std::vector<std::string> chosenColors(const PropertyListDictionary& dictionary) {
+    std::vector<std::string> names;
+    for (const SettingKey key :
+         {SettingKey::textColor, SettingKey::subtitleTextColor, SettingKey::dateTextColor}) {
+        if (integerSetting(dictionary, key)) {
+            names.emplace_back(settingKeyName(key));
+        }
+    }
+    return names;
+}
+
 void loadGatheringSettings(const PropertyListDictionary& dictionary) {
     settings::daysToDisplay = intSetting(dictionary, SettingKey::daysToDisplay, 2);
     settings::maxEventsToDisplay = intSetting(dictionary, SettingKey::maxEventsToDisplay, 0);

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "platform/property_list.h"
 
@@ -18,6 +20,10 @@ std::int64_t loadedSwipeAction(const platform::PropertyListDictionary& dictionar
 
 // From textColor to dateTextSize. An absent textColor leaves titleColorSameAsCalendarColor alone.
 void loadRowSettings(const platform::PropertyListDictionary& dictionary);
+
+// The names of the keys of colours that the dictionary has: the user has chosen these, the others
+// have their defaults.
+std::vector<std::string> chosenColors(const platform::PropertyListDictionary& dictionary);
 
 // daysToDisplay and maxEventsToDisplay.
 void loadGatheringSettings(const platform::PropertyListDictionary& dictionary);

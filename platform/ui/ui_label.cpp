@@ -1,5 +1,7 @@
 #include "platform/ui/ui_label.h"
 
+#include "platform/ui/ui_window.h"
+
 namespace quorvel::platform {
 
 UILabel::UILabel(const CGRect& frame)
@@ -28,11 +30,18 @@ void UILabel::setTextColor(const std::optional<UIColor>& color) {
     }
 }
 
+UIColor UILabel::paintedColor() {
+    const UIWindow* top = window();
+    if (const auto color = top != nullptr ? top->labelColors().of(m_role) : std::nullopt) {
+        return *color;
+    }
+    const bool hasOwnColor = m_attributedText && m_attributedText->foregroundColor;
+    return hasOwnColor ? *m_attributedText->foregroundColor : m_textColor;
+}
+
 void UILabel::drawRect(GraphicsContext& context) {
     if (m_text && !m_text->empty()) {
-        const bool hasOwnColor = m_attributedText && m_attributedText->foregroundColor;
-        context.drawText(*m_text, m_font,
-                         hasOwnColor ? *m_attributedText->foregroundColor : m_textColor, bounds());
+        context.drawText(*m_text, m_font, paintedColor(), bounds());
     }
 }
 

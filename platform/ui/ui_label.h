@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/attributed_string.h"
+#include "platform/ui/ui_label_colors.h"
 #include "platform/ui/ui_view.h"
 #include "platform/ui_font.h"
 
@@ -30,13 +31,20 @@ public:
     const UIColor& textColor() const { return m_textColor; }
     void setTextColor(const std::optional<UIColor>& color); // absent: black
 
+    // A window that has a colour for the role paints the text in it instead of the label's colour.
+    UILabelRole role() const { return m_role; }
+    void setRole(UILabelRole role) { m_role = role; }
+
     void drawRect(GraphicsContext& context) override;
 
 private:
+    UIColor paintedColor();
+
     std::optional<std::string> m_text;
     std::optional<NSAttributedString> m_attributedText;
     UIFont m_font = UIFont::systemFontOfSize(17);
     UIColor m_textColor = UIColor::blackColor();
+    UILabelRole m_role = UILabelRole::other;
 };
 
 } // namespace quorvel::platform

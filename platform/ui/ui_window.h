@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/ui/ui_label_colors.h"
 #include "platform/ui/ui_touch.h"
 #include "platform/ui/ui_view.h"
 
@@ -35,6 +36,10 @@ public:
     std::string_view className() const override { return "UIWindow"; }
     const Screen& screen() const { return m_screen; }
 
+    // The host's colours for the labels in the window; none by default.
+    const UILabelColors& labelColors() const { return m_labelColors; }
+    void setLabelColors(const UILabelColors& colors) { m_labelColors = colors; }
+
     void sendFinger(const FingerReport& report);
     // The system has taken the finger away: no action runs.
     void cancelFinger(double time);
@@ -59,6 +64,7 @@ private:
     void liftFinger(const std::shared_ptr<TouchTracking>& tracking, const FingerReport& report);
 
     const Screen& m_screen;
+    UILabelColors m_labelColors;
     // Separate, as reports may arrive after the time of their frame.
     double m_fingerTime = 0;
     double m_frameTime = 0;

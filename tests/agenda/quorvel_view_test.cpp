@@ -269,8 +269,8 @@ TEST_F(QuorvelViewTest, NamesItsValues) {
     addEvent("Lunch", at(0, 12));
     EXPECT_EQ(view->valueForKey("icon").index(), 0U);
     view->loadFullView();
-    EXPECT_THAT(view->keys(),
-                ElementsAre("swipeAction", "icon", "items", "captions", "swipeActionHasEffect"));
+    EXPECT_THAT(view->keys(), ElementsAre("swipeAction", "icon", "items", "captions",
+                                          "swipeActionHasEffect", "chosenColors"));
     EXPECT_EQ(std::get<std::int64_t>(view->valueForKey("swipeAction")), 3);
     EXPECT_EQ(std::get<std::shared_ptr<const UIImage>>(view->valueForKey("icon")), view->icon());
     const auto items =
@@ -281,6 +281,31 @@ TEST_F(QuorvelViewTest, NamesItsValues) {
     settings::customLaunchAppBundleID = "org.example.App";
     EXPECT_TRUE(std::get<bool>(view->valueForKey("swipeActionHasEffect")));
     EXPECT_EQ(view->valueForKey("table").index(), 0U);
+}
+
+TEST_F(QuorvelViewTest, NamesTheColoursThatTheUserHasChosen) {
+    const auto chosen = [this] {
+        return std::get<std::vector<std::string>>(view->valueForKey("chosenColors"));
+    };
+    EXPECT_THAT(chosen(), IsEmpty());
+    setSettings({{"dateTextColor", plist(2)}, {"textColor", plist("red")}, {"textSize", plist(9)}});
+    view->loadFullView();
+    EXPECT_THAT(chosen(), ElementsAre("textColor", "dateTextColor"));
+    setSettings({{"subtitleTextColor", plist(2)}});
+    view->reloadItems();
+    EXPECT_THAT(chosen(), ElementsAre("subtitleTextColor"));
+    memory.preferences.files.clear();
+    view->reloadItems();
+    EXPECT_THAT(chosen(), IsEmpty());
+}
+
+TEST_F(QuorvelViewTest, ColoursStayChosenWhereTheSettingsCannotBeRead) {
+    setSettings({{"textColor", plist(2)}});
+    view->loadFullView();
+    memory.preferences.foundationVersion = 1048;
+    view->reloadItems();
+    EXPECT_THAT(std::get<std::vector<std::string>>(view->valueForKey("chosenColors")),
+                ElementsAre("textColor"));
 }
 
 TEST_F(QuorvelViewTest, NamesTheCaptionOfEveryRow) {

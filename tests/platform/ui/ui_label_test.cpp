@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/memory/fixed_screen.h"
 #include "platform/memory/recording_context.h"
+#include "platform/ui/ui_window.h"
 
 namespace quorvel::platform {
 namespace {
@@ -63,6 +65,26 @@ TEST(UILabelTest, PaintsItsTextInItsBounds) {
     EXPECT_EQ(painted(label), std::vector<std::string>{"drawText \"Hi\" 12 0 0 0 1 0 0 100 20"});
     label.setAttributedText(NSAttributedString{"Ho", UIColor::redColor()});
     EXPECT_EQ(painted(label), std::vector<std::string>{"drawText \"Ho\" 12 1 0 0 1 0 0 100 20"});
+}
+
+TEST(UILabelTest, AWindowGivesItsColourToARole) {
+    const memory::FixedScreen screen;
+    const auto window = std::make_shared<UIWindow>(CGRectMake(0, 0, 100, 100), screen);
+    const auto title = std::make_shared<UILabel>(CGRectMake(0, 0, 100, 20));
+    window->addSubview(title);
+    title->setRole(UILabelRole::title);
+    title->setAttributedText(NSAttributedString{"Ho", UIColor::redColor()});
+    const std::string own = "drawText \"Ho\" 17 1 0 0 1 0 0 100 20";
+    EXPECT_EQ(painted(*title), std::vector<std::string>{own});
+    window->setLabelColors({UIColor::greenColor(), UIColor::blueColor(), std::nullopt});
+    EXPECT_EQ(painted(*title), std::vector<std::string>{"drawText \"Ho\" 17 0 1 0 1 0 0 100 20"});
+    EXPECT_EQ(title->textColor(), UIColor::redColor()) << "only painted so";
+    title->setRole(UILabelRole::subtitle);
+    EXPECT_EQ(painted(*title), std::vector<std::string>{"drawText \"Ho\" 17 0 0 1 1 0 0 100 20"});
+    for (const UILabelRole role : {UILabelRole::caption, UILabelRole::other}) {
+        title->setRole(role);
+        EXPECT_EQ(painted(*title), std::vector<std::string>{own});
+    }
 }
 
 TEST(UILabelTest, PaintsNothingWithoutRoom) {
