@@ -58,6 +58,7 @@ void declareOptions(CLI::App& app, CommandLine& line, NumberTexts& numbers, std:
     app.add_flag("--json", line.json);
     addValue("-o,--output", line.output);
     addValue("--scale", numbers.scale);
+    addValue("--appearance", line.appearance);
     addValue("--background", line.background);
     app.add_flag("--decorated", line.decorated);
     addList("--do", line.steps);

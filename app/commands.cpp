@@ -111,7 +111,8 @@ private:
     }
 
     CommandResult<void> writeSnapshot() {
-        headless::WidgetPicture picture = headless::pictureOfWidget(m_session, width());
+        headless::WidgetPicture picture =
+            headless::pictureOfWidget(m_session, width(), m_setup.appearance);
         const freedesktop::Snapshot snapshot{picture.size, m_line.scale.value_or(1),
                                              m_setup.backdrop, std::move(picture.paint)};
         const auto written =

@@ -27,7 +27,8 @@ constexpr std::array<CommandText, 5> commandTexts{{
      "Prints the rows as the widget shows them: when, what, and where if the settings\n"
      "show locations.\n"},
     {Command::snapshot, "snapshot",
-     "quorvel snapshot -o FILE [--scale N] [--background COLOR] [OPTION]...",
+     "quorvel snapshot -o FILE [--scale N] [--appearance NAME]\n"
+     "                        [--background COLOR] [OPTION]...",
      "draw the widget to a file", "Draws the widget, in full height, to a picture or a page.\n"},
     {Command::calendars, "calendars", "quorvel calendars [--json] [OPTION]...",
      "list the calendars",
@@ -74,14 +75,18 @@ struct CommandOption {
     std::array<Command, 2> commands; // the same one twice where only one takes the option
 };
 
-constexpr std::array<CommandOption, 6> commandOptions{{
+constexpr std::array<CommandOption, 7> commandOptions{{
     {{"--json", "--json", "one JSON array instead of text"}, {Command::agenda, Command::calendars}},
     {{"--output", "-o, --output FILE", "the file to draw to: .png, .svg or .pdf"},
      {Command::snapshot, Command::snapshot}},
     {{"--scale", "--scale N", "pixels a point (1)"}, {Command::snapshot, Command::snapshot}},
+    {{"--appearance", "--appearance NAME",
+      "light, dark or high-contrast: the backdrop, and the colours of the\n"
+      "texts for which the settings choose none (dark)"},
+     {Command::snapshot, Command::snapshot}},
     {{"--background", "--background COLOR",
       "what lies behind the widget: #RGB, #RRGGBB, #RRGGBBAA, a common\n"
-      "name, or none (the dark backdrop of a notification centre)"},
+      "name, or none (the backdrop of the appearance)"},
      {Command::snapshot, Command::show}},
     {{"--decorated", "--decorated", "with a title bar and a frame"},
      {Command::show, Command::show}},

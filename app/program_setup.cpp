@@ -32,14 +32,10 @@ using freedesktop::namedTimeZone;
 using freedesktop::TimeZone;
 using platform::NSDate;
 using platform::UIColor;
+using shells::Appearance;
+using shells::AppearanceKind;
 
 namespace {
-
-// Near black and a little blue, as the darkened wallpaper behind a notification centre.
-constexpr UIColor standardBackdrop{0x17 / 255.0, 0x1A / 255.0, 0x21 / 255.0, 1};
-// Slightly translucent.
-constexpr UIColor windowBackdrop{standardBackdrop.red, standardBackdrop.green,
-                                 standardBackdrop.blue, 0.9};
 
 void reportCalendarProblem(const CalendarProblem& problem) {
     std::string place = problem.file;
@@ -213,11 +209,28 @@ CommandResult<std::vector<headless::Step>> stepsOf(const CommandLine& line, cons
     return steps;
 }
 
+CommandResult<Appearance> appearanceOf(const CommandLine& line) {
+    const std::string name = line.appearance.value_or("dark");
+    if (name == "dark") {
+        return shells::standardAppearance(AppearanceKind::dark);
+    }
+    if (name == "light") {
+        return shells::standardAppearance(AppearanceKind::light);
+    }
+    if (name == "high-contrast") {
+        return shells::standardAppearance(AppearanceKind::highContrastDark);
+    }
+    return usageFailure(
+        {"unknown appearance '" + name + "'", {}, "give light, dark or high-contrast"});
+}
+
 // The value is absent for a transparent backdrop.
-CommandResult<std::optional<UIColor>> backdropOf(const CommandLine& line) {
+CommandResult<std::optional<UIColor>> backdropOf(const CommandLine& line,
+                                                 const Appearance& appearance) {
     if (!line.background) {
-        return std::optional<UIColor>(line.command == Command::show ? windowBackdrop
-                                                                    : standardBackdrop);
+        return std::optional<UIColor>(line.command == Command::show
+                                          ? shells::windowBackdrop(appearance)
+                                          : appearance.backdrop);
     }
     if (*line.background == "none") {
         return std::optional<UIColor>();
@@ -322,7 +335,11 @@ CommandResult<ProgramSetup> makeProgramSetup(const CommandLine& line) {
     if (!steps) {
         return steps.error();
     }
-    const CommandResult<std::optional<UIColor>> backdrop = backdropOf(line);
+    const CommandResult<Appearance> appearance = appearanceOf(line);
+    if (!appearance) {
+        return appearance.error();
+    }
+    const CommandResult<std::optional<UIColor>> backdrop = backdropOf(line, *appearance);
     if (!backdrop) {
         return backdrop.error();
     }
@@ -334,7 +351,7 @@ CommandResult<ProgramSetup> makeProgramSetup(const CommandLine& line) {
         return platform.error();
     }
     return ProgramSetup{*std::move(platform), line.bundle.value_or(folders.bundle),
-                        *std::move(steps), *backdrop};
+                        *std::move(steps), *appearance, *backdrop};
 }
 
 } // namespace quorvel::app

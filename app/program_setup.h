@@ -10,6 +10,7 @@
 #include "freedesktop/freedesktop_platform.h"
 #include "platform/ui_color.h"
 #include "shells/headless/script.h"
+#include "shells/widget/appearance.h"
 
 namespace quorvel::app {
 
@@ -17,6 +18,7 @@ struct ProgramSetup {
     freedesktop::FreedesktopOptions platform;
     std::string bundleFolder;
     std::vector<headless::Step> steps;
+    shells::Appearance appearance;
     std::optional<platform::UIColor> backdrop; // absent: transparent
 };
 

@@ -85,6 +85,11 @@ void UITableView::setSeparatorInset(const UIEdgeInsets& inset) {
     setNeedsLayout();
 }
 
+void UITableView::setPaintsTrailingSeparators(bool paints) {
+    m_paintsTrailingSeparators = paints;
+    setNeedsLayout();
+}
+
 void UITableView::reloadData() {
     const auto source = dataSource();
     if (!source) {
@@ -315,7 +320,6 @@ void UITableView::detachFromRows(const Cell& cell) {
 
 // Cells are subviews in the order of their rows, behind all others.
 void UITableView::placeCells() {
-    const auto line = separator();
     std::size_t index = 0;
     for (const auto& [row, cell] : m_cells) {
         if (index >= subviews().size() || subviews()[index] != cell) {
@@ -323,7 +327,7 @@ void UITableView::placeCells() {
         }
         ++index;
         cell->setFrame(rowRect(row));
-        cell->setSeparator(line);
+        cell->setSeparator(separatorOfRow(row));
     }
 }
 
@@ -344,9 +348,17 @@ std::optional<UITableViewCellSeparator> UITableView::separator() {
     return UITableViewCellSeparator{m_separatorColor, m_separatorInset, scale > 0 ? 1 / scale : 1};
 }
 
+std::optional<UITableViewCellSeparator> UITableView::separatorOfRow(std::size_t row) {
+    auto line = separator();
+    if (line) {
+        line->isPainted = m_paintsTrailingSeparators || row + 1 < m_rows.heights.size();
+    }
+    return line;
+}
+
 void UITableView::drawRect(GraphicsContext& context) {
     const auto line = separator();
-    if (!line || !(m_rowHeight >= line->thickness)) {
+    if (!line || !m_paintsTrailingSeparators || !(m_rowHeight >= line->thickness)) {
         return;
     }
     const CGRect visible = bounds();

@@ -57,6 +57,10 @@ public:
     void setSeparatorColor(const UIColor& color);
     const UIEdgeInsets& separatorInset() const { return m_separatorInset; }
     void setSeparatorInset(const UIEdgeInsets& inset);
+    // Whether lines are painted below the last row too: its own, and those of the empty rows down
+    // to the bottom. True by default. Without them the rows are as high as with them.
+    bool paintsTrailingSeparators() const { return m_paintsTrailingSeparators; }
+    void setPaintsTrailingSeparators(bool paints);
     // The height of rows without a delegate, from the next reload on, and of the empty rows below
     // the last one.
     CGFloat rowHeight() const { return m_rowHeight; }
@@ -115,6 +119,7 @@ private:
     void placeCells();
     void removeUnusedCells();
     std::optional<UITableViewCellSeparator> separator();
+    std::optional<UITableViewCellSeparator> separatorOfRow(std::size_t row);
 
     UITableViewStyle m_style;
     std::weak_ptr<UITableViewDataSource> m_dataSource;
@@ -122,6 +127,7 @@ private:
     UITableViewCellSeparatorStyle m_separatorStyle = UITableViewCellSeparatorStyle::singleLine;
     UIColor m_separatorColor;
     UIEdgeInsets m_separatorInset;
+    bool m_paintsTrailingSeparators = true;
     CGFloat m_rowHeight = 44;
 
     Rows m_rows;

@@ -34,7 +34,7 @@ void UITableViewCell::setSeparator(const std::optional<UITableViewCellSeparator>
 }
 
 void UITableViewCell::drawRect(GraphicsContext& context) {
-    if (m_separator) {
+    if (m_separator && m_separator->isPainted) {
         drawSeparator(context, *m_separator, bounds());
     }
 }
@@ -44,9 +44,9 @@ void drawSeparator(GraphicsContext& context, const UITableViewCellSeparator& sep
     const CGFloat width = row.size.width - separator.inset.left - separator.inset.right;
     if (width > 0) {
         context.setFillColor(separator.color);
-        context.fillRect(CGRectMake(row.origin.x + separator.inset.left,
-                                    CGRectGetMaxY(row) - separator.thickness, width,
-                                    separator.thickness));
+        context.fillHairline(CGRectMake(row.origin.x + separator.inset.left,
+                                        CGRectGetMaxY(row) - separator.thickness, width,
+                                        separator.thickness));
     }
 }
 

@@ -15,6 +15,7 @@ struct UITableViewCellSeparator {
     UIColor color;
     UIEdgeInsets inset;    // left and right count
     CGFloat thickness = 1; // points
+    bool isPainted = true; // false: only takes its place
     bool operator==(const UITableViewCellSeparator&) const = default;
 };
 
@@ -46,7 +47,7 @@ private:
     std::optional<UITableViewCellSeparator> m_separator;
 };
 
-// Paints the line inside a row's rectangle.
+// Paints the line inside a row's rectangle, one device pixel high.
 void drawSeparator(GraphicsContext& context, const UITableViewCellSeparator& separator,
                    const CGRect& row);
 

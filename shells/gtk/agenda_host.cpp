@@ -19,7 +19,6 @@ using platform::CGPoint;
 using platform::CGRect;
 using platform::CGSize;
 using platform::FingerReport;
-using platform::UIColor;
 using platform::UILabel;
 using platform::UIScrollView;
 using platform::UIView;
@@ -35,7 +34,6 @@ std::shared_ptr<UILabel> makeHiddenLine(const std::string& text) {
     auto label = std::make_shared<UILabel>();
     label->setText(text);
     label->setFont(platform::UIFont::systemFontOfSize(14));
-    label->setTextColor(UIColor{1, 1, 1, 0.75});
     label->setHidden(true);
     return label;
 }
@@ -129,6 +127,7 @@ void AgendaHost::present() {
         m_preferredSize = m_widget->preferredViewSize();
     }
     setNoCalendarsTextShown(!m_options.hasCalendars());
+    applyAppearance();
     layOut();
     m_rows->reload();
     notify(&AgendaObserver::onRowsChanged);
@@ -155,6 +154,18 @@ void AgendaHost::presentWidget() {
         m_widget->loadFullView();
     }
     m_widget->present();
+}
+
+void AgendaHost::setAppearance(const shells::Appearance& appearance) {
+    m_options.appearance = appearance;
+    applyAppearance();
+    layOut();
+    notify(&AgendaObserver::onAppearanceChanged);
+}
+
+void AgendaHost::applyAppearance() {
+    shells::applyAppearance(m_options.appearance, *m_widget);
+    m_noCalendars->setTextColor(m_options.appearance.caption);
 }
 
 void AgendaHost::dismiss() {

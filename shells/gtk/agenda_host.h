@@ -12,6 +12,7 @@
 #include "platform/ui/ui_window.h"
 #include "platform/widget_host.h"
 #include "shells/gtk/agenda_rows.h"
+#include "shells/widget/appearance.h"
 
 namespace quorvel::platform {
 class UILabel;
@@ -48,6 +49,7 @@ struct AgendaHostOptions {
     std::string noCalendarsText;
     std::function<bool()> hasCalendars;
     std::function<double()> frameTime; // the current time of the frame clock, in seconds
+    shells::Appearance appearance = shells::standardAppearance(shells::AppearanceKind::dark);
 };
 
 class AgendaHost final : public platform::SBUIWidgetHost, private platform::SBUIWidgetHostDelegate {
@@ -66,6 +68,10 @@ public:
     // widget reports meanwhile or, where it only invalidates the old size, returns on request.
     void present();
     void dismiss();
+
+    // Takes effect immediately, without a presentation. The host paints no backdrop.
+    void setAppearance(const shells::Appearance& appearance);
+    const shells::Appearance& appearance() const { return m_options.appearance; }
 
     // The size that shows the whole widget, limited to setGreatestHeight(). Whole points, as
     // windows need them, and at least one.
@@ -99,6 +105,7 @@ private:
     bool respondsToDidUpdatePreferredSize() const override { return true; }
     void didUpdatePreferredSize(platform::SBUIWidgetHost& widget, platform::CGSize size) override;
 
+    void applyAppearance();
     void requestFirstSize();
     void presentWidget();
     void setNoCalendarsTextShown(bool isShown);

@@ -9,6 +9,10 @@ namespace quorvel::platform {
 class GraphicsContext;
 } // namespace quorvel::platform
 
+namespace quorvel::shells {
+struct Appearance;
+} // namespace quorvel::shells
+
 namespace quorvel::headless {
 
 class WidgetSession;
@@ -18,8 +22,9 @@ struct WidgetPicture {
     std::function<void(platform::GraphicsContext&)> paint; // valid as long as the session
 };
 
-// Loads the widget, presents it once, and resizes its view to that width (points) and to its
-// preferred height.
-WidgetPicture pictureOfWidget(WidgetSession& session, platform::CGFloat width);
+// Loads the widget, presents it once, resizes its view to that width (points) and to its preferred
+// height, and gives it that appearance. The picture has no backdrop.
+WidgetPicture pictureOfWidget(WidgetSession& session, platform::CGFloat width,
+                              const shells::Appearance& appearance);
 
 } // namespace quorvel::headless

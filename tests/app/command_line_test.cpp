@@ -67,6 +67,7 @@ TEST(CommandLine, LeavesMissingOptionsAbsent) {
     EXPECT_FALSE(line.scale);
     EXPECT_FALSE(line.foundationVersion);
     EXPECT_FALSE(line.background);
+    EXPECT_FALSE(line.appearance);
     EXPECT_FALSE(line.preferences);
     EXPECT_TRUE(line.controller.empty());
 }
@@ -92,6 +93,8 @@ TEST(CommandLine, ReportsWhatIsWrongInOneLine) {
               "the option --json takes no such value: see 'quorvel --help'");
     EXPECT_EQ(errorOf({"agenda", "--scale", "2"}),
               "the option --scale is not one of agenda: see 'quorvel agenda --help'");
+    EXPECT_EQ(errorOf({"show", "--appearance", "light"}),
+              "the option --appearance is not one of show: see 'quorvel show --help'");
     EXPECT_EQ(errorOf({"snapshot", "--json", "-o", "x.png"}),
               "the option --json is not one of snapshot: see 'quorvel snapshot --help'");
     EXPECT_EQ(errorOf({"snapshot"}),

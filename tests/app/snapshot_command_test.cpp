@@ -58,6 +58,19 @@ TEST_F(SnapshotCommandTest, RepeatsTheSameBytesAndPaintsTheBackground) {
     EXPECT_EQ(drawn("x.png", {"--background", "#F00"}), drawn("x.png", {"--background", "red"}));
 }
 
+TEST_F(SnapshotCommandTest, TheAppearanceChoosesTheBackdropAndTheOpenColours) {
+    const std::string dark = drawn("x.png");
+    EXPECT_EQ(drawn("x.png", {"--appearance", "dark"}), dark);
+    const std::string light = drawn("x.png", {"--appearance", "light"});
+    const std::string highContrast = drawn("x.png", {"--appearance", "high-contrast"});
+    EXPECT_NE(light, dark);
+    EXPECT_NE(highContrast, dark);
+    EXPECT_NE(highContrast, light);
+    EXPECT_EQ(drawn("x.png", {"--appearance", "high-contrast", "--background", "black"}),
+              highContrast);
+    EXPECT_NE(drawn("x.png", {"--appearance", "light", "--background", "black"}), light);
+}
+
 TEST_F(SnapshotCommandTest, DrawsAnEmptyAgenda) {
     writeCalendar("Work", "");
     EXPECT_EQ(bigEndian(drawn("x.png"), 20), 300U);

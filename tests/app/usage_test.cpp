@@ -41,6 +41,8 @@ TEST_F(UsageTest, EveryWrongArgumentEndsWithTwoAndOneLine) {
     expectError(runHere({"snapshot", "-o", path("x.png").string(), "--background", "mud"}), 2,
                 "'mud'");
     expectError(runHere({"snapshot", "-o", path("x.png").string(), "--scale", "1e9"}), 2, "scale");
+    expectError(runHere({"snapshot", "-o", path("x.png").string(), "--appearance", "Light"}), 2,
+                "unknown appearance 'Light': give light, dark or high-contrast");
     EXPECT_FALSE(fs::exists(path("x.png")));
 }
 

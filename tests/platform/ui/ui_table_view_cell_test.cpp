@@ -43,13 +43,23 @@ TEST(UITableViewCellTest, PaintsTheSeparatorAboveItsOwnBackground) {
     cell->render(context);
     EXPECT_EQ(context.operations,
               (std::vector<std::string>{"saveGState", "setFillColor 1 1 1 1", "fillRect 0 0 320 44",
-                                        "setFillColor 1 0 0 1", "fillRect 15 43.5 300 0.5",
+                                        "setFillColor 1 0 0 1", "fillHairline 15 43.5 300 0.5",
                                         "saveGState", "restoreGState", "restoreGState"}));
 }
 
 TEST(UITableViewCellTest, PaintsNoSeparatorWithoutRoom) {
     memory::RecordingContext context;
     drawSeparator(context, {UIColor::redColor(), {0, 15, 0, 0}, 1}, CGRectMake(0, 0, 15, 44));
+    EXPECT_TRUE(context.operations.empty());
+}
+
+TEST(UITableViewCellTest, ASeparatorThatIsNotPaintedTakesItsPlace) {
+    const auto cell = std::make_shared<UITableViewCell>();
+    cell->setSeparator(UITableViewCellSeparator{UIColor::redColor(), {}, 0.5, false});
+    cell->layoutIfNeeded();
+    EXPECT_EQ(cell->contentView()->frame(), CGRectMake(0, 0, 320, 43.5));
+    memory::RecordingContext context;
+    cell->drawRect(context);
     EXPECT_TRUE(context.operations.empty());
 }
 

@@ -444,18 +444,36 @@ TEST_F(UITableViewTest, EmptyRowsBelowTheLastHaveSeparatorsToo) {
     const std::string color = "setFillColor 1 0 0 1";
     memory::RecordingContext context;
     table->drawRect(context);
-    EXPECT_EQ(context.operations, (std::vector<std::string>{color, "fillRect 15 54 305 1", color,
-                                                            "fillRect 15 84 305 1"}));
+    EXPECT_EQ(context.operations, (std::vector<std::string>{color, "fillHairline 15 54 305 1",
+                                                            color, "fillHairline 15 84 305 1"}));
     context.operations.clear();
     scrollTo(65); // from 65 to 165, past the end
     table->drawRect(context);
-    EXPECT_EQ(context.operations,
-              (std::vector<std::string>{color, "fillRect 15 84 305 1", color,
-                                        "fillRect 15 114 305 1", color, "fillRect 15 144 305 1"}));
+    EXPECT_EQ(context.operations, (std::vector<std::string>{color, "fillHairline 15 84 305 1",
+                                                            color, "fillHairline 15 114 305 1",
+                                                            color, "fillHairline 15 144 305 1"}));
     context.operations.clear();
     table->setSeparatorStyle(UITableViewCellSeparatorStyle::none);
     table->drawRect(context);
     EXPECT_TRUE(context.operations.empty());
+}
+
+TEST_F(UITableViewTest, TrailingSeparatorsCanBeLeftOut) {
+    table->setPaintsTrailingSeparators(false);
+    show({25, 25});
+    const auto cells = table->visibleCells();
+    ASSERT_EQ(cells.size(), 2U);
+    EXPECT_TRUE(cells[0]->separator()->isPainted);
+    EXPECT_FALSE(cells[1]->separator()->isPainted);
+    EXPECT_EQ(cells[0]->contentView()->frame(), cells[1]->contentView()->frame());
+    memory::RecordingContext context;
+    table->drawRect(context);
+    EXPECT_TRUE(context.operations.empty());
+    rows->heights = {{25, 25, 25}};
+    table->reloadData();
+    table->layoutIfNeeded();
+    EXPECT_TRUE(table->visibleCells()[1]->separator()->isPainted);
+    EXPECT_FALSE(table->visibleCells()[2]->separator()->isPainted);
 }
 
 TEST_F(UITableViewTest, OddRowHeightsGiveNoEmptyRows) {

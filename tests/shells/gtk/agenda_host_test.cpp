@@ -28,6 +28,28 @@ protected:
     }
 };
 
+// Appearance.
+
+TEST_F(AgendaHostTest, AnAppearanceTakesEffectWithoutAPresentation) {
+    addEvents(2);
+    const auto host = makeShownHost();
+    EXPECT_EQ(host->window().labelColors().title, host->appearance().title);
+    const int appearances = observer.appearances;
+    const auto light = shells::standardAppearance(shells::AppearanceKind::light);
+    host->setAppearance(light);
+    EXPECT_EQ(host->window().labelColors().caption, light.caption);
+    EXPECT_FALSE(tableOf(*host).paintsTrailingSeparators());
+    EXPECT_EQ(observer.presentations, 1);
+    EXPECT_EQ(observer.appearances, appearances + 1);
+}
+
+TEST_F(AgendaHostTest, ALegacyWidgetKeepsTheAppearanceWhenItIsLoadedAgain) {
+    addEvents(2);
+    const auto host = makeShownHost(shells::legacyController);
+    host->present();
+    EXPECT_FALSE(tableOf(*host).paintsTrailingSeparators());
+}
+
 // Sizes.
 
 TEST_F(AgendaHostTest, TheWidgetHasItsPreferredSize) {
