@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include "app/help.h"
+#include "freedesktop/text/text_lines.h"
 #include "shells/headless/script.h"
 
 namespace quorvel::app {
@@ -23,6 +24,7 @@ struct NumberTexts {
     std::string width;
     std::string calendarWait;
     std::string scale;
+    std::string textScale;
     std::string foundationVersion;
 };
 
@@ -58,6 +60,7 @@ void declareOptions(CLI::App& app, CommandLine& line, NumberTexts& numbers, std:
     app.add_flag("--json", line.json);
     addValue("-o,--output", line.output);
     addValue("--scale", numbers.scale);
+    addValue("--text-scale", numbers.textScale);
     addValue("--appearance", line.appearance);
     addValue("--background", line.background);
     app.add_flag("--decorated", line.decorated);
@@ -136,6 +139,15 @@ Result<double> parsePositiveNumber(const std::string& text, std::string_view wha
     return number;
 }
 
+Result<double> parseTextScale(const std::string& text) {
+    const Result<double> number = headless::parseNumber(text, "the text scale");
+    if (number &&
+        (*number < freedesktop::leastTextScale || *number > freedesktop::greatestTextScale)) {
+        return Error{"the text scale cannot be '" + text + "'", {}, "give a number from 0.5 to 3"};
+    }
+    return number;
+}
+
 // Stores the number where there is one.
 Result<void> storeNumber(const Result<double>& number, std::optional<double>& target) {
     if (!number) {
@@ -170,6 +182,9 @@ Result<void> parseNumbers(const CLI::App& app, const NumberTexts& texts, Command
     if (result && app.count("--scale") > 0) {
         result =
             storeNumber(parsePositiveNumber(texts.scale, "the scale", greatestScale), line.scale);
+    }
+    if (result && app.count("--text-scale") > 0) {
+        result = storeNumber(parseTextScale(texts.textScale), line.textScale);
     }
     if (result && app.count("--foundation-version") > 0) {
         result =

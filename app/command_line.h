@@ -37,6 +37,7 @@ struct CommandLine {
     bool json = false;                     // agenda, calendars
     std::string output;                    // snapshot
     std::optional<double> scale;           // snapshot
+    std::optional<double> textScale;       // snapshot
     std::optional<std::string> appearance; // snapshot
     std::optional<std::string> background; // snapshot, show
     bool decorated = false;                // show

@@ -27,8 +27,8 @@ constexpr std::array<CommandText, 5> commandTexts{{
      "Prints the rows as the widget shows them: when, what, and where if the settings\n"
      "show locations.\n"},
     {Command::snapshot, "snapshot",
-     "quorvel snapshot -o FILE [--scale N] [--appearance NAME]\n"
-     "                        [--background COLOR] [OPTION]...",
+     "quorvel snapshot -o FILE [--scale N] [--text-scale N]\n"
+     "                        [--appearance NAME] [--background COLOR] [OPTION]...",
      "draw the widget to a file", "Draws the widget, in full height, to a picture or a page.\n"},
     {Command::calendars, "calendars", "quorvel calendars [--json] [OPTION]...",
      "list the calendars",
@@ -75,11 +75,13 @@ struct CommandOption {
     std::array<Command, 2> commands; // the same one twice where only one takes the option
 };
 
-constexpr std::array<CommandOption, 7> commandOptions{{
+constexpr std::array<CommandOption, 8> commandOptions{{
     {{"--json", "--json", "one JSON array instead of text"}, {Command::agenda, Command::calendars}},
     {{"--output", "-o, --output FILE", "the file to draw to: .png, .svg or .pdf"},
      {Command::snapshot, Command::snapshot}},
     {{"--scale", "--scale N", "pixels a point (1)"}, {Command::snapshot, Command::snapshot}},
+    {{"--text-scale", "--text-scale N", "how much every font is enlarged, from 0.5 to 3 (1)"},
+     {Command::snapshot, Command::snapshot}},
     {{"--appearance", "--appearance NAME",
       "light, dark or high-contrast: the backdrop, and the colours of the\n"
       "texts for which the settings choose none (dark)"},

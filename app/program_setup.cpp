@@ -279,6 +279,7 @@ FreedesktopOptions uncheckedOptions(const CommandLine& line,
     options.calendarIndexFolder = indexFolderOf(line);
     options.dataServerWaits = dataServerWaitsOf(line);
     options.scale = line.scale.value_or(1);
+    options.textScale = line.textScale.value_or(1);
     options.followsTimeZone = !line.timeZone;
     options.followsLocale = !line.locale;
     options.clockFormat =

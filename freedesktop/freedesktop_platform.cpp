@@ -64,6 +64,7 @@ struct FreedesktopPlatform::Services {
         , screen(options.scale)
         , graphicsContexts(screen, textLines)
         , launcher(systemLog) {
+        textLines->setTextScale(options.textScale);
         dateServices.setClockFormat(clockFormat);
         calendars.setSources(std::move(options.calendars));
         if (!options.calendarIndexFolder.empty()) {
@@ -169,6 +170,14 @@ void FreedesktopPlatform::setClockFormat(ClockFormat clockFormat) {
 
 void FreedesktopPlatform::setScale(CGFloat scale) {
     m_services->screen.setScale(scale);
+}
+
+void FreedesktopPlatform::setTextScale(CGFloat scale) {
+    m_services->textLines->setTextScale(scale);
+}
+
+void FreedesktopPlatform::reloadFonts() {
+    m_services->textLines->reloadFonts();
 }
 
 bool FreedesktopPlatform::followsTimeZone() const {

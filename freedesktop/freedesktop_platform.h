@@ -30,6 +30,7 @@ struct FreedesktopOptions {
     bool followsLocale = true;                // false: the user has chosen this one
     ClockFormat clockFormat = ClockFormat::ofLocale;
     std::optional<std::string> fontFamily; // absent: the desktop's
+    platform::CGFloat textScale = 1;       // see TextLines::setTextScale()
     bool measuresText = true;              // false: for a host that shows no text
     std::string dataFolder;                // with the pictures that come with the program
     std::string preferencesFolder;
@@ -81,7 +82,9 @@ public:
     void setTimeZone(std::shared_ptr<const TimeZone> zone); // never null
     void setLocale(const std::string& locale);              // in the form of canonicalLocale()
     void setClockFormat(ClockFormat clockFormat);
-    void setScale(platform::CGFloat scale); // pixels per point
+    void setScale(platform::CGFloat scale);     // pixels per point
+    void setTextScale(platform::CGFloat scale); // see TextLines::setTextScale()
+    void reloadFonts();                         // after the desktop's font has changed
 
     // Whether the host should follow the session's time zone, or its locale and clock format.
     bool followsTimeZone() const;

@@ -90,11 +90,6 @@ bool isShown(std::string_view text, const UIFont& font) {
     return !text.empty() && font.pointSize > 0;
 }
 
-// The scale from the shaped size to the font's size.
-CGFloat enlargement(const UIFont& font) {
-    return std::min(font.pointSize, maximumSize) / shapedSize;
-}
-
 CGFloat toPoints(int units) {
     return static_cast<CGFloat>(units) / PANGO_SCALE;
 }
@@ -119,12 +114,13 @@ public:
         return m_widths.insert(LineKey(view), line(view, text).width, view.text.size());
     }
 
-    // The line, truncated to that width if necessary.
-    const ShapedLine& lineOfWidth(std::string_view text, const UIFont& font, CGFloat width) {
+    // The line, truncated if it is wider than that width when it is enlarged.
+    const ShapedLine& lineOfWidth(std::string_view text, const UIFont& font, CGFloat width,
+                                  CGFloat enlargement) {
         const ShapedLine& whole = line(LineView(text, font, notTruncated), text);
-        if (enlargement(font) * whole.width <= width + widthTolerance)
+        if (enlargement * whole.width <= width + widthTolerance)
             return whole;
-        return line(LineView(text, font, toUnits(width / enlargement(font))), text);
+        return line(LineView(text, font, toUnits(width / enlargement)), text);
     }
 
     const LineMetrics& metrics(const UIFont& font) {
@@ -214,9 +210,22 @@ TextLines::Shaper& TextLines::shaper() {
 
 void TextLines::setLocale(const std::string& locale) {
     m_locale = locale;
+    reloadFonts();
+}
+
+void TextLines::setTextScale(CGFloat scale) {
+    m_textScale = std::isnan(scale) ? 1 : std::clamp(scale, leastTextScale, greatestTextScale);
+}
+
+void TextLines::reloadFonts() {
     if (m_shaper) {
         m_shaper = std::make_unique<Shaper>(m_family, m_locale);
     }
+}
+
+// The scale from the shaped size to the size in which a font is shown.
+CGFloat TextLines::enlargement(const UIFont& font) const {
+    return std::min(font.pointSize * m_textScale, maximumSize) / shapedSize;
 }
 
 CGSize TextLines::size(std::string_view text, const UIFont& font) {
@@ -236,7 +245,7 @@ void TextLines::paint(struct _cairo* context, std::string_view text, const UIFon
         return;
     const CGFloat scale = enlargement(font);
     const LineMetrics metrics = shaper().metrics(font);
-    const ShapedLine& line = shaper().lineOfWidth(text, font, rect.size.width);
+    const ShapedLine& line = shaper().lineOfWidth(text, font, rect.size.width, scale);
     const CGFloat baseline = CGRectGetMinY(rect) +
                              (rect.size.height - scale * metrics.height()) / 2 +
                              scale * metrics.ascent;

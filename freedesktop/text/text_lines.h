@@ -18,6 +18,9 @@ namespace quorvel::freedesktop {
 // When the list of fonts is loaded: at once in the background, or with the first text.
 enum class FontLoading { early, late };
 
+inline constexpr platform::CGFloat leastTextScale = 0.5;
+inline constexpr platform::CGFloat greatestTextScale = 3;
+
 // A process needs one object, best constructed early if it shows texts.
 class TextLines {
 public:
@@ -34,6 +37,14 @@ public:
     // As in the constructor. Drops all cached lines.
     void setLocale(const std::string& locale);
 
+    // Enlarges every font, measured and painted. A number outside the bounds becomes the nearer
+    // bound, NaN becomes 1.
+    void setTextScale(platform::CGFloat scale);
+    platform::CGFloat textScale() const { return m_textScale; }
+    // Drops all cached lines. A system font that was not requested is chosen again with the next
+    // text.
+    void reloadFonts();
+
     // The width of the text and the line height of the font itself, whatever other fonts supply
     // missing characters. In points, not rounded. Zero if the font size is not positive.
     platform::CGSize size(std::string_view text, const platform::UIFont& font);
@@ -48,9 +59,11 @@ public:
 private:
     class Shaper;
     Shaper& shaper();
+    platform::CGFloat enlargement(const platform::UIFont& font) const;
 
     std::optional<std::string> m_family;
     std::string m_locale;
+    platform::CGFloat m_textScale = 1;
     std::unique_ptr<Shaper> m_shaper; // null before the first text with FontLoading::late
 };
 

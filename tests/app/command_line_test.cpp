@@ -68,6 +68,7 @@ TEST(CommandLine, LeavesMissingOptionsAbsent) {
     EXPECT_FALSE(line.foundationVersion);
     EXPECT_FALSE(line.background);
     EXPECT_FALSE(line.appearance);
+    EXPECT_FALSE(line.textScale);
     EXPECT_FALSE(line.preferences);
     EXPECT_TRUE(line.controller.empty());
 }
@@ -105,6 +106,13 @@ TEST(CommandLine, ReportsWhatIsWrongInOneLine) {
               "the width cannot be '-5': give a number above 0 and up to 100000");
     EXPECT_EQ(errorOf({"snapshot", "-o", "x.png", "--scale", "0"}),
               "the scale cannot be '0': give a number above 0 and up to 64");
+    EXPECT_EQ(parsed({"snapshot", "-o", "x.png", "--text-scale", "0.5"}).textScale, 0.5);
+    EXPECT_EQ(parsed({"snapshot", "-o", "x.png", "--text-scale", "3"}).textScale, 3);
+    for (const char* wrong : {"0.49", "3.01", "-1", "0"}) {
+        EXPECT_EQ(errorOf({"snapshot", "-o", "x.png", "--text-scale", wrong}),
+                  "the text scale cannot be '" + std::string(wrong) +
+                      "': give a number from 0.5 to 3");
+    }
     EXPECT_EQ(errorOf({"agenda", "--width", "nan"}),
               "the width cannot be 'nan': give a decimal number");
     EXPECT_EQ(errorOf({"agenda", "--foundation-version", "new"}),

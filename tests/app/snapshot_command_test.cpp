@@ -71,6 +71,17 @@ TEST_F(SnapshotCommandTest, TheAppearanceChoosesTheBackdropAndTheOpenColours) {
     EXPECT_NE(drawn("x.png", {"--appearance", "light", "--background", "black"}), light);
 }
 
+TEST_F(SnapshotCommandTest, TheTextScaleEnlargesTextsAndRows) {
+    const std::string once = drawn("x.png", {"--scale", "8"});
+    EXPECT_EQ(drawn("x.png", {"--scale", "8", "--text-scale", "1"}), once);
+    const std::string twice = drawn("x.png", {"--scale", "8", "--text-scale", "2"});
+    const std::string half = drawn("x.png", {"--scale", "8", "--text-scale", "0.5"});
+    const double margins = 26.0 * 8;
+    EXPECT_NEAR(bigEndian(twice, 20) - margins, 2 * (bigEndian(once, 20) - margins), 2);
+    EXPECT_NEAR(bigEndian(half, 20) - margins, (bigEndian(once, 20) - margins) / 2, 2);
+    EXPECT_EQ(bigEndian(twice, 16), bigEndian(once, 16)) << "the width";
+}
+
 TEST_F(SnapshotCommandTest, DrawsAnEmptyAgenda) {
     writeCalendar("Work", "");
     EXPECT_EQ(bigEndian(drawn("x.png"), 20), 300U);

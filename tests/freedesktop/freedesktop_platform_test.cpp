@@ -124,6 +124,23 @@ TEST_F(FreedesktopPlatformTest, TheScreensScaleMayChange) {
     EXPECT_EQ(made->platform().screen.scale(), 1.5);
 }
 
+TEST_F(FreedesktopPlatformTest, TheTextScaleMayChange) {
+    const auto font = platform::UIFont::systemFontOfSize(14);
+    make();
+    const auto height = [&] {
+        return made->platform().textMeasurer.sizeWithFont("A", font).height;
+    };
+    const double plain = height();
+    made->setTextScale(2);
+    EXPECT_EQ(height(), 2 * plain);
+    made->reloadFonts();
+    made->setLocale("ja_JP");
+    EXPECT_EQ(height(), 2 * plain);
+    options.textScale = 1.5;
+    make();
+    EXPECT_EQ(height(), 1.5 * plain);
+}
+
 TEST_F(FreedesktopPlatformTest, ReturnsTheChoicesOfTheUser) {
     make();
     EXPECT_TRUE(made->followsTimeZone());

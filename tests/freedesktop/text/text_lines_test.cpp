@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <utility>
 
 #include <cairo.h>
 #include <gtest/gtest.h>
@@ -109,6 +110,54 @@ TEST(TextMeasuring, LineHeightIsThatOfTheFont) {
 TEST(TextMeasuring, ALineEndIsASpace) {
     EXPECT_EQ(sizeOf("a\nb", 14), sizeOf("a b", 14));
     EXPECT_EQ(sizeOf("a\tb", 14), sizeOf("a b", 14));
+}
+
+TEST(TextScale, EnlargesWhatIsMeasured) {
+    TextLines lines;
+    const UIFont font = UIFont::systemFontOfSize(14);
+    const CGSize plain = lines.size("Lunch", font);
+    lines.setTextScale(1.5);
+    EXPECT_EQ(lines.size("Lunch", font), lines.size("Lunch", font));
+    EXPECT_EQ(lines.size("Lunch", font).width, plain.width * 1.5);
+    EXPECT_EQ(lines.size("Lunch", font).height, plain.height * 1.5);
+    lines.setTextScale(1);
+    EXPECT_EQ(lines.size("Lunch", font), plain);
+    EXPECT_EQ(lines.size("Lunch", font), sizeOf("Lunch", 14));
+}
+
+TEST(TextScale, IsBounded) {
+    TextLines lines;
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    for (const auto& [wanted, used] :
+         {std::pair(0.1, 0.5), std::pair(-1.0, 0.5), std::pair(7.0, 3.0), std::pair(infinity, 3.0),
+          std::pair(-infinity, 0.5), std::pair(std::nan(""), 1.0)}) {
+        lines.setTextScale(wanted);
+        EXPECT_EQ(lines.textScale(), used) << wanted;
+    }
+    lines.setTextScale(3);
+    const CGSize size = lines.size("x", UIFont::systemFontOfSize(infinity));
+    EXPECT_TRUE(std::isfinite(size.width) && std::isfinite(size.height));
+}
+
+TEST(TextScale, WhatIsMeasuredIsPainted) {
+    TextLines lines;
+    for (const double scale : {0.5, 0.75, 1.25, 1.5, 2.0}) {
+        lines.setTextScale(scale);
+        const CGSize size = lines.size("Lunch", UIFont::systemFontOfSize(14));
+        Canvas fitting;
+        fitting.paint(lines, "Lunch", {{0, 0}, size}, 14);
+        Canvas wide;
+        wide.paint(lines, "Lunch", {{0, 0}, {400, size.height}}, 14);
+        EXPECT_TRUE(fitting == wide) << "cut at " << scale;
+        TextLines unscaled;
+        Canvas larger;
+        larger.paint(unscaled, "Lunch", {{0, 0}, {400, size.height}}, 14 * scale);
+        EXPECT_TRUE(wide == larger) << scale;
+        Canvas narrow;
+        narrow.paint(lines, "Lunch", {{0, 0}, {size.width * 0.7, size.height}}, 14);
+        EXPECT_LE(narrow.right(), std::ceil(size.width * 0.7)) << scale;
+        EXPECT_FALSE(narrow.isEmpty());
+    }
 }
 
 TEST(TextMeasuring, HugeSizesStayNumbers) {
