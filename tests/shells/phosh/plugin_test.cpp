@@ -1,8 +1,7 @@
 // Loads the plugin's file as the shell does, and makes its widget again and again.
-#include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -19,11 +18,17 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
+// The build tree's, or that of an installation.
+const char* pluginFolder() {
+    const char* const folder = std::getenv("QUORVEL_TESTED_PLUGIN_FOLDER");
+    return folder != nullptr ? folder : QUORVEL_PLUGIN_FOLDER;
+}
+
 // Loaded once per process, as by the shell.
 GType pluginType() {
     static const GType type = [] {
         GIOExtensionPoint* const point = g_io_extension_point_register("phosh-lockscreen-widget");
-        g_io_modules_scan_all_in_directory(QUORVEL_PLUGIN_FOLDER);
+        g_io_modules_scan_all_in_directory(pluginFolder());
         GIOExtension* const plugin = g_io_extension_point_get_extension_by_name(point, "quorvel");
         return plugin != nullptr ? g_io_extension_get_type(plugin) : G_TYPE_INVALID;
     }();
