@@ -2,10 +2,12 @@
 //   Presentation: settings, gathering, heights, captions and the visible cells, at N rows
 //   Caption, RowLayout: one of each
 //   Frame: ten rows drawn at two pixels a point
+//   PhoneFrame: 25 rows on a phone's screen of 1080 x 2340 pixels, at three pixels a point
 //   Scroll: from the top to the bottom of 1,000 rows, a row a step
 //   DragFrame: a finger pulls one of ten rows: a touch moved, layout, drawing, at two pixels a
 //     point
 //   FlingFrames: each frame of a fling over 1,000 rows at 60 a second: motion, layout, drawing
+//   PhoneFlingFrames: the same on that phone
 
 #include <benchmark/benchmark.h>
 
@@ -32,8 +34,12 @@ using namespace quorvel::platform;
 
 // 2026-03-10 10:00:00 UTC.
 constexpr NSDate now{794829600};
-constexpr CGFloat width = 320;
-constexpr CGFloat screenHeight = 568; // of the telephone that the widget was first made for
+struct Device {
+    CGSize size;   // of the screen, in points
+    CGFloat scale; // pixels per point
+};
+constexpr Device firstPhone{{320, 568}, 2}; // that the widget was first made for
+constexpr Device tallPhone{{360, 780}, 3};
 
 void fail(const char* what) {
     std::fprintf(stderr, "widget_bench: %s\n", what);
@@ -47,7 +53,7 @@ int minuteOfEvent(int number) {
 
 class MemorySurroundings {
 public:
-    explicit MemorySurroundings(int events) {
+    MemorySurroundings(int events, const Device&) {
         m_platform.clock.setNow(now);
         m_platform.preferences.files["/var/mobile/Library/Preferences/"
                                      "org.quorvel.quorvelprefs.plist"] = PropertyListDictionary();
@@ -93,13 +99,13 @@ std::string icsText(int events) {
 
 class LinuxSurroundings {
 public:
-    explicit LinuxSurroundings(int events)
-        : m_platform(options(events)) {}
+    LinuxSurroundings(int events, const Device& device)
+        : m_platform(options(events, device)) {}
     const Platform& platform() const { return m_platform.platform(); }
     void forgetRecords() {}
 
 private:
-    static freedesktop::FreedesktopOptions options(int events) {
+    static freedesktop::FreedesktopOptions options(int events, const Device& device) {
         freedesktop::FreedesktopOptions options;
         options.timeZone = freedesktop::utcTimeZone();
         options.locale = "en_US";
@@ -111,7 +117,7 @@ private:
             fail(problem.what.c_str());
         };
         options.now = now;
-        options.scale = 2;
+        options.scale = device.scale;
         return options;
     }
 
@@ -122,8 +128,10 @@ private:
 template <typename Surroundings>
 class Widget {
 public:
-    explicit Widget(int events)
-        : surroundings(events)
+    explicit Widget(int events, const Device& device = firstPhone)
+        : surroundings(events, device)
+        , m_window(
+              std::make_shared<UIWindow>(CGRect{{}, device.size}, surroundings.platform().screen))
         , m_controller(std::make_shared<QuorvelViewControllerNew>(surroundings.platform())) {
         m_window->addSubview(m_controller->view());
         view().setFrame(m_window->bounds());
@@ -143,8 +151,7 @@ public:
     Surroundings surroundings;
 
 private:
-    std::shared_ptr<UIWindow> m_window = std::make_shared<UIWindow>(
-        CGRectMake(0, 0, width, screenHeight), surroundings.platform().screen);
+    std::shared_ptr<UIWindow> m_window;
     std::shared_ptr<QuorvelViewControllerNew> m_controller;
 };
 
@@ -178,7 +185,7 @@ void rowLayout(benchmark::State& state) {
 template <typename Surroundings>
 void frame(benchmark::State& state) {
     Widget<Surroundings> widget(10);
-    const CGSize size{width, widget.view().totalItemsHeight()};
+    const CGSize size{firstPhone.size.width, widget.view().totalItemsHeight()};
     widget.view().setFrame({{}, size});
     widget.window().layoutIfNeeded();
     const auto picture =
@@ -192,7 +199,7 @@ void scroll(benchmark::State& state) {
     Widget<Surroundings> widget(1000);
     UITableView& table = *widget.view().itemsTableView();
     const CGFloat step = table.rowHeights().front();
-    const CGFloat bottom = table.contentSize().height - screenHeight;
+    const CGFloat bottom = table.contentSize().height - firstPhone.size.height;
     for (auto _ : state)
         for (CGFloat y = 0; y < bottom; y += step) {
             table.setContentOffset({0, y});
@@ -200,10 +207,23 @@ void scroll(benchmark::State& state) {
         }
 }
 
-// A picture of the window's size, at two pixels a point.
+// A picture of the window's size, at the screen's scale.
 std::unique_ptr<ImageContext> pictureOf(const Widget<LinuxSurroundings>& widget) {
     return widget.surroundings.platform().graphicsContexts.beginImageContext(
-        widget.window().bounds().size, false, 2);
+        widget.window().bounds().size, false, 0);
+}
+
+void phoneFrame(benchmark::State& state) {
+    constexpr int rows = 25;
+    Widget<LinuxSurroundings> widget(rows, tallPhone);
+    UIWindow& window = widget.window();
+    const auto picture = pictureOf(widget);
+    if (widget.view().itemsTableView()->visibleCells().size() < rows / 2)
+        fail("the rows do not fill the screen");
+    for (auto _ : state)
+        window.render(picture->context());
+    state.counters["visible_rows"] =
+        static_cast<double>(widget.view().itemsTableView()->visibleCells().size());
 }
 
 void dragFrame(benchmark::State& state) {
@@ -232,14 +252,15 @@ std::vector<double> flingFrameCosts(Widget<LinuxSurroundings>& widget, ImageCont
     constexpr double frame = 1.0 / 60;
     UIWindow& window = widget.window();
     widget.view().itemsTableView()->setContentOffset({0, 0});
-    CGFloat y = screenHeight - 10;
-    window.sendFinger({1, UITouchPhase::began, {width / 2, y}, time});
+    const CGFloat x = window.bounds().size.width / 2;
+    CGFloat y = window.bounds().size.height - 10;
+    window.sendFinger({1, UITouchPhase::began, {x, y}, time});
     for (int i = 0; i < 5; ++i) {
         y -= 100;
         time += frame;
-        window.sendFinger({1, UITouchPhase::moved, {width / 2, y}, time});
+        window.sendFinger({1, UITouchPhase::moved, {x, y}, time});
     }
-    window.sendFinger({1, UITouchPhase::ended, {width / 2, y}, time});
+    window.sendFinger({1, UITouchPhase::ended, {x, y}, time});
     std::vector<double> costs;
     for (bool moving = true; moving;) {
         time += frame;
@@ -254,8 +275,8 @@ std::vector<double> flingFrameCosts(Widget<LinuxSurroundings>& widget, ImageCont
     return costs;
 }
 
-void flingFrames(benchmark::State& state) {
-    Widget<LinuxSurroundings> widget(1000);
+void measureFling(benchmark::State& state, const Device& device) {
+    Widget<LinuxSurroundings> widget(1000, device);
     widget.view().itemsTableView()->setScrollEnabled(true); // as with a limited height
     const auto picture = pictureOf(widget);
     std::vector<double> costs;
@@ -265,13 +286,21 @@ void flingFrames(benchmark::State& state) {
         costs.insert(costs.end(), fling.begin(), fling.end());
     }
     const CGFloat way = widget.view().itemsTableView()->contentOffset().y;
-    if (way < screenHeight)
+    if (way < device.size.height)
         fail("the fling does not move the list");
     std::sort(costs.begin(), costs.end());
     state.counters["frames"] = static_cast<double>(costs.size());
     state.counters["way_points"] = way;
     state.counters["median_ms"] = costs[costs.size() / 2];
     state.counters["p99_ms"] = costs[costs.size() * 99 / 100];
+}
+
+void flingFrames(benchmark::State& state) {
+    measureFling(state, firstPhone);
+}
+
+void phoneFlingFrames(benchmark::State& state) {
+    measureFling(state, tallPhone);
 }
 
 BENCHMARK(presentation<MemorySurroundings>)->RangeMultiplier(10)->Range(10, 10000);
@@ -281,10 +310,12 @@ BENCHMARK(caption<LinuxSurroundings>);
 BENCHMARK(rowLayout<MemorySurroundings>);
 BENCHMARK(rowLayout<LinuxSurroundings>);
 BENCHMARK(frame<LinuxSurroundings>);
+BENCHMARK(phoneFrame);
 BENCHMARK(scroll<MemorySurroundings>);
 BENCHMARK(scroll<LinuxSurroundings>);
 BENCHMARK(dragFrame);
 BENCHMARK(flingFrames)->Unit(benchmark::kMillisecond);
+BENCHMARK(phoneFlingFrames)->Unit(benchmark::kMillisecond);
 
 } // namespace
 
