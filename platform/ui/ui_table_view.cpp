@@ -217,10 +217,12 @@ std::optional<NSIndexPath> UITableView::indexPathForCell(const UITableViewCell& 
                                   : std::optional<NSIndexPath>(indexPathOfRow(found->first));
 }
 
-// The rows from the first to the last visible one, including rows without height between them.
-UITableView::RowRange UITableView::rowsInBounds() const {
-    const CGFloat top = CGRectGetMinY(bounds());
-    const CGFloat bottom = CGRectGetMaxY(bounds());
+// The rows from the first to the last visible one, including rows without height between them. A
+// table that is as high as its rows has cells for those alone that the scroll view around it shows.
+UITableView::RowRange UITableView::visibleRows() const {
+    const CGRect area = visibleArea();
+    const CGFloat top = CGRectGetMinY(area);
+    const CGFloat bottom = CGRectGetMaxY(area);
     if (!(bottom > top)) {
         return {0, 0};
     }
@@ -248,7 +250,7 @@ void UITableView::layoutSubviews() {
 }
 
 void UITableView::layoutRows() {
-    const RowRange range = rowsInBounds();
+    const RowRange range = visibleRows();
     recycleCellsOutside(range);
     if (makeMissingCells(range)) {
         removeUnusedCells();

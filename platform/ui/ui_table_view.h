@@ -84,6 +84,7 @@ public:
     std::optional<NSIndexPath> indexPathForCell(const UITableViewCell& cell) const;
 
     void layoutSubviews() override;
+    void visibleAreaDidChange() override { setNeedsLayout(); }
     void drawRect(GraphicsContext& context) override; // the separators below the last row
 
 private:
@@ -108,7 +109,7 @@ private:
     std::optional<std::size_t> rowNumber(const NSIndexPath& indexPath) const;
     NSIndexPath indexPathOfRow(std::size_t row) const;
     CGRect rowRect(std::size_t row) const;
-    RowRange rowsInBounds() const;
+    RowRange visibleRows() const;
 
     void layoutRows();
     void limitOffset();

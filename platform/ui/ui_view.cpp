@@ -146,6 +146,7 @@ void UIView::setBounds(const CGRect& bounds) {
     if (bounds.origin != m_bounds.origin) {
         m_bounds.origin = bounds.origin;
         setNeedsLayout();
+        notifyVisibleAreasBelow();
     }
     setSize(bounds.size);
 }
@@ -164,6 +165,7 @@ void UIView::setSize(CGSize size) {
         }
     };
     resize(*this, size);
+    const bool isResized = !resized.empty();
     while (!resized.empty()) {
         const Resized one = resized.back();
         resized.pop_back();
@@ -174,6 +176,34 @@ void UIView::setSize(CGSize size) {
             resize(*subview, place.size);
         }
     }
+    if (isResized) {
+        notifyVisibleAreasBelow();
+    }
+}
+
+void UIView::notifyVisibleAreasBelow() {
+    std::vector<UIView*> views = {this};
+    while (!views.empty()) {
+        const UIView* view = views.back();
+        views.pop_back();
+        for (const auto& subview : view->m_subviews) {
+            subview->visibleAreaDidChange();
+            views.push_back(subview.get());
+        }
+    }
+}
+
+CGRect UIView::visibleArea() const {
+    CGRect area = m_bounds;
+    CGPoint shift; // from this view's coordinates to those of the view
+    for (const UIView* view = this; view->m_superview != nullptr; view = view->m_superview) {
+        shift = plus(shift, minus(view->m_origin, view->m_bounds.origin));
+        if (view->m_superview->m_clipsToBounds) {
+            const CGRect& bounds = view->m_superview->m_bounds;
+            area = intersection(area, {minus(bounds.origin, shift), bounds.size});
+        }
+    }
+    return area;
 }
 
 UIWindow* UIView::window() {

@@ -81,6 +81,11 @@ public:
     // Lays out this view and its descendants where a layout is due.
     void layoutIfNeeded();
     virtual void layoutSubviews() {}
+    // A view that contains this one was scrolled or resized, so that another part of this one may
+    // be visible.
+    virtual void visibleAreaDidChange() {}
+    // The part of the bounds that no scroll view or window around the view cuts off; may be empty.
+    CGRect visibleArea() const;
 
     // The innermost view under the point (in this view's coordinates); null: none. Skips hidden
     // views and those without user interaction, together with their descendants.
@@ -111,6 +116,7 @@ private:
     void setNeedsLayoutThroughout();
     void layoutDueViews();
     void layoutOwnIfDue();
+    void notifyVisibleAreasBelow();
     bool takesTouches() const;
     std::shared_ptr<UIView> retainedSuperview() const;
     CGPoint fromSuperview(const CGPoint& point) const;

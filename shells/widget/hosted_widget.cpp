@@ -158,14 +158,24 @@ std::shared_ptr<UIScrollView> HostedWidget::rowScrollView(std::size_t row) const
     return cell ? frontViewBelow<UIScrollView>(*cell) : nullptr;
 }
 
-bool HostedWidget::pullRow(std::size_t row, CGFloat distance, double time) {
+bool HostedWidget::scrollToRow(std::size_t row) {
     UITableView* list = table();
     if (list == nullptr || row >= static_cast<std::size_t>(list->numberOfRowsInSection(0))) {
         return false;
     }
-    if (!rowScrollView(row)) {
-        list->scrollToShow(list->rectForRowAtIndexPath({0, static_cast<NSInteger>(row)}));
-        m_container.layoutIfNeeded();
+    const platform::CGRect rect = list->rectForRowAtIndexPath({0, static_cast<NSInteger>(row)});
+    for (UIView* view = list; view != nullptr; view = view->superview()) {
+        if (auto* scroller = dynamic_cast<UIScrollView*>(view)) {
+            scroller->scrollToShow({list->convertPointToView(rect.origin, scroller), rect.size});
+        }
+    }
+    m_container.layoutIfNeeded();
+    return true;
+}
+
+bool HostedWidget::pullRow(std::size_t row, CGFloat distance, double time) {
+    if (!rowScrollView(row) && !scrollToRow(row)) {
+        return false;
     }
     const auto scrollView = rowScrollView(row);
     return scrollView && scrollView->dragTo({-distance, 0}, time);

@@ -69,10 +69,13 @@ public:
     // the link that the host is to open; absent: none.
     std::optional<platform::NSURL> launchURLForTapLocation(const platform::CGPoint& point);
 
+    // Scrolls the list, and the scroll views around it, so that the row is visible. False where the
+    // row does not exist.
+    bool scrollToRow(std::size_t row);
     // The row's own scroll view; null where the row is not visible or does not exist.
     std::shared_ptr<platform::UIScrollView> rowScrollView(std::size_t row) const;
     // Drags the row's content `distance` points to the right and lifts the finger, after scrolling
-    // to the row where it is not visible. False where the row does not exist or cannot be dragged.
+    // to the row where it has no cell. False where the row does not exist or cannot be dragged.
     // `time`: seconds of the window's frame clock.
     bool pullRow(std::size_t row, platform::CGFloat distance, double time);
 

@@ -195,6 +195,31 @@ TEST_F(UITableViewTest, OnlyRowsThatMeetTheBoundsHaveCells) {
     EXPECT_EQ(shown(), "0.0:1 ");
 }
 
+TEST_F(UITableViewTest, RowsThatAScrollViewAroundTheTableHidesHaveNoCells) {
+    const auto scroller = std::make_shared<UIScrollView>(CGRectMake(0, 0, 320, 100));
+    show(std::vector<CGFloat>(10, 40));
+    scroller->addSubview(table);
+    table->setFrame(CGRectMake(0, 30, 320, 400)); // as high as its rows
+    const auto rowsWithCells = [&] {
+        scroller->layoutIfNeeded();
+        std::vector<NSInteger> shownRows;
+        for (const auto& cell : table->visibleCells()) {
+            shownRows.push_back(table->indexPathForCell(*cell)->row);
+        }
+        return shownRows;
+    };
+    EXPECT_EQ(rowsWithCells(), (std::vector<NSInteger>{0, 1}));
+    scroller->setContentOffset({0, 50});
+    EXPECT_EQ(rowsWithCells(), (std::vector<NSInteger>{0, 1, 2}));
+    scroller->setContentOffset({0, 320});
+    EXPECT_EQ(rowsWithCells(), (std::vector<NSInteger>{7, 8, 9}));
+    scroller->setFrame(CGRectMake(0, 0, 320, 150));
+    scroller->setContentOffset({0, 280});
+    EXPECT_EQ(rowsWithCells(), (std::vector<NSInteger>{6, 7, 8, 9}));
+    scroller->setContentOffset({0, 1000});
+    EXPECT_EQ(rowsWithCells(), (std::vector<NSInteger>{}));
+}
+
 TEST_F(UITableViewTest, ARowThatLeavesReleasesItsCell) {
     show(equalRows(10, 50));
     EXPECT_EQ(shown(), "0.0:1 0.1:2 ");
