@@ -39,6 +39,7 @@ AgendaRows::AgendaRows(shells::HostedWidget& widget, platform::UIScrollView& scr
 
 void AgendaRows::reload() {
     m_descriptions.reset();
+    m_names.reset();
     if (m_focusedRow && *m_focusedRow >= rowCount()) {
         setFocus(std::nullopt);
     }
@@ -90,7 +91,10 @@ std::size_t AgendaRows::rowCount() const {
 }
 
 std::string AgendaRows::rowName(std::size_t row) const {
-    return row < rowCount() ? descriptions()[row].name : "";
+    if (!m_names) {
+        m_names = shells::nameRows(m_widget);
+    }
+    return row < m_names->size() ? (*m_names)[row] : "";
 }
 
 bool AgendaRows::rowHasAction(std::size_t row) const {
@@ -116,13 +120,9 @@ CGRect AgendaRows::rowFrame(std::size_t row) const {
 }
 
 bool AgendaRows::focusRow(std::size_t row) {
-    UITableView* table = m_widget.table();
-    if (!hasRow(table, row)) {
+    if (!m_widget.scrollToRow(row)) {
         return false;
     }
-    const CGRect rect = table->rectForRowAtIndexPath(pathOf(row));
-    table->scrollToShow(rect);
-    m_scroller.scrollToShow({table->convertPointToView(rect.origin, &m_scroller), rect.size});
     m_handlers.onAppearanceChanged();
     setFocus(row);
     return true;

@@ -33,7 +33,7 @@ public:
 
     // Call this after each presentation of the widget.
     void reload();
-    // Created at the first use after a presentation.
+    // Created at the first use after a presentation, as are the names.
     const std::vector<shells::RowDescription>& descriptions() const;
     void dropFocus();
     // The rows with an action whose content is to the right of its place, from top to bottom. Those
@@ -58,6 +58,7 @@ private:
     std::function<double()> m_frameTime;
     Handlers m_handlers;
     mutable std::optional<std::vector<shells::RowDescription>> m_descriptions;
+    mutable std::optional<std::vector<std::string>> m_names;
     std::optional<std::size_t> m_focusedRow;
 };
 

@@ -22,30 +22,38 @@ void appendPart(std::string& name, const std::optional<std::string>& part) {
 } // namespace
 
 std::vector<RowDescription> describeRows(HostedWidget& widget) {
-    const platform::UIView& view =
-        widget.view(); // first, as the view loads the settings when it is created
-    const bool showsLocation =
-        valueOf<bool>(widget.processWideValues(), "displayLocation").value_or(false);
-    const bool hasActions = valueOf<bool>(view, "swipeActionHasEffect").value_or(false);
-    const auto captions =
-        valueOf<std::vector<std::string>>(view, "captions").value_or(std::vector<std::string>{});
+    const bool hasActions = valueOf<bool>(widget.view(), "swipeActionHasEffect").value_or(false);
     std::vector<RowDescription> rows;
     for (const auto& item : widget.items()) {
         RowDescription row;
-        appendPart(row.name, valueOf<std::string>(*item, "title"));
-        appendPart(row.name,
-                   showsLocation ? valueOf<std::string>(*item, "location") : std::nullopt);
-        if (rows.size() < captions.size()) {
-            appendPart(row.name, captions[rows.size()]);
-        }
         row.start = valueOf<NSDate>(*item, "startDate");
         row.end = valueOf<NSDate>(*item, "endDate");
         row.isAllDay = valueOf<bool>(*item, "isAllDay").value_or(false);
         row.hasAction = hasActions && valueOf<NSURL>(*item, "URL").has_value();
         row.color = valueOf<platform::UIColor>(*item, "calendarColor");
-        rows.push_back(std::move(row));
+        rows.push_back(row);
     }
     return rows;
+}
+
+std::vector<std::string> nameRows(HostedWidget& widget) {
+    const platform::UIView& view =
+        widget.view(); // first, as the view loads the settings when it is created
+    const bool showsLocation =
+        valueOf<bool>(widget.processWideValues(), "displayLocation").value_or(false);
+    const auto captions =
+        valueOf<std::vector<std::string>>(view, "captions").value_or(std::vector<std::string>{});
+    std::vector<std::string> names;
+    for (const auto& item : widget.items()) {
+        std::string name;
+        appendPart(name, valueOf<std::string>(*item, "title"));
+        appendPart(name, showsLocation ? valueOf<std::string>(*item, "location") : std::nullopt);
+        if (names.size() < captions.size()) {
+            appendPart(name, captions[names.size()]);
+        }
+        names.push_back(std::move(name));
+    }
+    return names;
 }
 
 } // namespace quorvel::shells

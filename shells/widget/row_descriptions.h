@@ -1,4 +1,5 @@
-// The rows as texts and times: for screen readers, and to know when a row goes out of date.
+// The rows as names for screen readers, and as what a host has to know of them, such as when they
+// go out of date.
 #pragma once
 
 #include <optional>
@@ -13,7 +14,6 @@ namespace quorvel::shells {
 class HostedWidget;
 
 struct RowDescription {
-    std::string name; // title, location if shown, caption: "Lunch, Café Sol, Thu, 12:30"
     std::optional<platform::NSDate> start;
     std::optional<platform::NSDate> end;
     bool isAllDay = false;
@@ -23,5 +23,9 @@ struct RowDescription {
 
 // One for each row, in order, whether it is visible or not.
 std::vector<RowDescription> describeRows(HostedWidget& widget);
+
+// Title, location if shown, and caption of each row, in order: "Lunch, Café Sol, Thu, 12:30". The
+// captions take longer than everything else about a row.
+std::vector<std::string> nameRows(HostedWidget& widget);
 
 } // namespace quorvel::shells

@@ -20,6 +20,11 @@ protected:
         widget.loadFullView();
         return describeRows(widget);
     }
+    std::vector<std::string> named(std::string_view controller = notificationController) {
+        HostedWidget widget(bundle, controller, memory.platform(), host, *window);
+        widget.loadFullView();
+        return nameRows(widget);
+    }
     bool hasAction(PropertyListDictionary settings) {
         setSettings(std::move(settings));
         return described().at(0).hasAction;
@@ -32,6 +37,7 @@ protected:
 
 TEST_F(RowDescriptionsTest, DescribesNothingWithoutRows) {
     EXPECT_THAT(described(), IsEmpty());
+    EXPECT_THAT(named(), IsEmpty());
 }
 
 TEST_F(RowDescriptionsTest, ARowIsItsTitleLocationAndCaption) {
@@ -39,10 +45,10 @@ TEST_F(RowDescriptionsTest, ARowIsItsTitleLocationAndCaption) {
     EKEvent lunch = event("Lunch", at(0, 12, 30));
     lunch.location = "Café Sol";
     memory.calendarStores.addEvent(lunch);
-    EXPECT_EQ(described().at(0).name, "Lunch, 12:30");
+    EXPECT_EQ(named().at(0), "Lunch, 12:30");
     setSettings({{"displayLocation", {true}}});
-    EXPECT_EQ(described().at(0).name, "Lunch, Café Sol, 12:30");
-    EXPECT_EQ(described(legacyController).at(0).name, "Lunch, Café Sol, 12:30");
+    EXPECT_EQ(named().at(0), "Lunch, Café Sol, 12:30");
+    EXPECT_EQ(named(legacyController).at(0), "Lunch, Café Sol, 12:30");
 }
 
 TEST_F(RowDescriptionsTest, LeavesMissingPartsOut) {
@@ -52,7 +58,7 @@ TEST_F(RowDescriptionsTest, LeavesMissingPartsOut) {
     untitled.title.reset();
     untitled.location = "";
     memory.calendarStores.addEvent(untitled);
-    EXPECT_EQ(described().at(0).name, "12:30");
+    EXPECT_EQ(named().at(0), "12:30");
 }
 
 TEST_F(RowDescriptionsTest, RowsThatAreNotVisibleHaveDescriptionsToo) {
@@ -64,11 +70,11 @@ TEST_F(RowDescriptionsTest, RowsThatAreNotVisibleHaveDescriptionsToo) {
     memory.calendarStores.addEvent(day);
     const std::vector<RowDescription> rows = described();
     ASSERT_EQ(rows.size(), 51U);
-    EXPECT_EQ(rows[49].name, "e49, 12:49");
+    EXPECT_EQ(named().at(49), "e49, 12:49");
     EXPECT_EQ(rows[49].start, at(0, 12, 49));
     EXPECT_EQ(rows[49].end, at(0, 13, 49));
     EXPECT_FALSE(rows[49].isAllDay);
-    EXPECT_EQ(rows[50].name, "Holiday, Tomorrow");
+    EXPECT_EQ(named().at(50), "Holiday, Tomorrow");
     EXPECT_EQ(rows[50].start, at(1, 0));
     EXPECT_TRUE(rows[50].isAllDay);
 }
