@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "freedesktop/calendars/server/started_data_server.h"
+#include "freedesktop/calendars/store/server_calendar_stores.h"
 #include "freedesktop/glib/thread_signal.h"
 
 namespace quorvel::freedesktop {

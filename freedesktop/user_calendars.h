@@ -9,7 +9,7 @@
 
 #include "freedesktop/calendars/store/combined_calendar_stores.h"
 #include "freedesktop/calendars/store/file_calendar_stores.h"
-#include "freedesktop/calendars/store/server_calendar_stores.h"
+#include "freedesktop/calendars/store/live_calendar_stores.h"
 #include "freedesktop/dates/time_zone.h"
 
 namespace quorvel::freedesktop {
@@ -61,7 +61,7 @@ private:
 
     UserCalendarOptions m_options;
     FileCalendarStores m_files;
-    std::unique_ptr<ServerCalendarStores> m_server; // null until it is a source for the first time
+    std::unique_ptr<LiveCalendarStores> m_server; // null until it is a source for the first time
     bool m_usesFiles = false;
     bool m_usesServer = false;
     std::unique_ptr<ThreadSignal> m_changed; // null without a handler

@@ -10,6 +10,7 @@
 #include "freedesktop/calendars/files/calendar_problem.h"
 #include "freedesktop/calendars/files/calendar_source.h"
 #include "freedesktop/calendars/server/data_server.h"
+#include "freedesktop/calendars/store/live_calendar_stores.h"
 #include "freedesktop/dates/time_zone.h"
 #include "platform/calendar_store.h"
 
@@ -21,19 +22,13 @@ inline constexpr std::string_view dataServerName = "Evolution Data Server";
 
 bool isDataServer(const CalendarSource& source);
 
-// How long the making and the questions of one store wait for the server in all, in seconds.
-struct DataServerWaits {
-    double first = 3;
-    double later = 0.5;
-};
-
 // A calendar's identifier is the server's, in which ':', '/', '%' and control characters are
 // written as "%3A". Its colour is the server's, else one of the palette of files. Calendars are
 // sorted by title.
 //
 // A calendar that does not answer in time is reported and left out. A problem is reported again
 // only after it was solved. Belongs to the thread that made it, as do its stores.
-class ServerCalendarStores final : public platform::CalendarStores {
+class ServerCalendarStores final : public LiveCalendarStores {
 public:
     // The server and the zone are not null; the handler may be.
     ServerCalendarStores(std::unique_ptr<eds::DataServer> server,
@@ -43,21 +38,18 @@ public:
     ServerCalendarStores(const ServerCalendarStores&) = delete;
     ServerCalendarStores& operator=(const ServerCalendarStores&) = delete;
 
-    // Whether a missing server is no problem.
-    void setOptional(bool isOptional);
-    void setTimeZone(std::shared_ptr<const TimeZone> userZone); // for the stores made from now on
+    void setOptional(bool isOptional) override;
+    void setTimeZone(std::shared_ptr<const TimeZone> userZone) override;
+    // See eds::DataServer::setChangedHandler().
+    void setChangedHandler(std::function<void()> onChanged) override;
 
     std::unique_ptr<platform::EKEventStore> makeEventStore() override;
 
     // Whether the last store had a calendar, and could read at least one of those that it was asked
     // for.
-    bool anyReadable() const;
-    bool hasCalendar(std::string_view identifier) const; // in the last store
-    // The identifiers of those of the last store's calendars that the desktop's calendar
-    // application does not show.
-    std::vector<std::string> deselectedCalendars() const;
-    // See eds::DataServer::setChangedHandler().
-    void setChangedHandler(std::function<void()> onChanged);
+    bool anyReadable() const override;
+    bool hasCalendar(std::string_view identifier) const override;  // in the last store
+    std::vector<std::string> deselectedCalendars() const override; // of the last store's
 
 private:
     class State;
