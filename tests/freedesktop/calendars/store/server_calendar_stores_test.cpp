@@ -1,11 +1,13 @@
 // The store with a server that answers as the test chooses.
 #include "freedesktop/calendars/store/server_calendar_stores.h"
 
+#include <atomic>
 #include <cmath>
 #include <thread>
 
 #include <gmock/gmock.h>
 
+#include "freedesktop/calendars/store/background_calendar_stores.h"
 #include "freedesktop/dates/instant_text.h"
 
 namespace quorvel::freedesktop {
@@ -188,6 +190,52 @@ TEST_F(ServerCalendarStoresTest, AnEventThatCannotBeReadIsNamedOnce) {
     EXPECT_THAT(found(), ElementsAre("work%3A1:early", "work%3A1:same", "home:new"));
     ASSERT_EQ(problems.size(), 1U);
     EXPECT_THAT(problems[0], testing::StartsWith("the calendar 'Home' of Evolution Data Server: "));
+}
+
+// Its waits are those of the background thread.
+TEST_F(ServerCalendarStoresTest, InTheBackgroundASilentServerDelaysNobody) {
+    script.listTakes = 1;
+    script.list = ServerFailure();
+    std::atomic<bool> isReported = false;
+    std::atomic<bool> isChanged = false;
+    BackgroundCalendarStores background(
+        [&] {
+            return std::make_unique<ServerCalendarStores>(
+                std::make_unique<ScriptedServer>(script), utcTimeZone(),
+                [&](const CalendarProblem&) { isReported = true; }, DataServerWaits{1, 1});
+        },
+        utcTimeZone(), [](const std::string&) {}, DataServerWaits{0, 0});
+    background.setChangedHandler([&] { isChanged = true; });
+    const auto begin = std::chrono::steady_clock::now();
+    const auto store = background.makeEventStore();
+    EXPECT_THAT(store->calendars(), IsEmpty());
+    EXPECT_THAT(store->eventsMatchingPredicate(today({})), IsEmpty());
+    EXPECT_TRUE(background.anyReadable()); // it may still answer
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(500));
+    for (int i = 0; i < 500 && !isChanged; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_TRUE(isReported);
+    EXPECT_TRUE(isChanged);
+    EXPECT_FALSE(background.anyReadable());
+}
+
+TEST_F(ServerCalendarStoresTest, InTheBackgroundTheSameEventsAreFound) {
+    BackgroundCalendarStores background(
+        [&] {
+            return std::make_unique<ServerCalendarStores>(std::make_unique<ScriptedServer>(script),
+                                                          utcTimeZone(), nullptr);
+        },
+        utcTimeZone(), [](const std::string&) {}, DataServerWaits{10, 0});
+    const auto store = background.makeEventStore();
+    const auto calendars = store->calendars();
+    std::vector<std::string> identifiers;
+    for (const auto& event : store->eventsMatchingPredicate(today(calendars))) {
+        identifiers.push_back(event->persistentEvent.eventIdentifier);
+    }
+    EXPECT_THAT(identifiers,
+                ElementsAre("work%3A1:early", "home:same", "work%3A1:same", "home:late"));
+    EXPECT_THAT(background.deselectedCalendars(), ElementsAre("work%3A1"));
 }
 
 TEST_F(ServerCalendarStoresTest, TheSourceIsNamedByItsSchemeAlone) {
