@@ -57,7 +57,8 @@ struct FreedesktopPlatform::Services {
         , systemLog(std::move(options.logs))
         , dateServices(clock, timeZone, locale)
         , calendars({timeZone, std::move(options.calendarProblemHandler),
-                     std::move(options.dataServerModule), options.dataServerWaits})
+                     std::move(options.dataServerModule), options.dataServerWaits,
+                     options.backgroundServerWaits})
         , preferences(options.preferencesFolder, options.foundationVersionNumber, systemLog)
         , textMeasurer(makeTextMeasurer(textLines, options.measuresText))
         , imageFiles(options.dataFolder)

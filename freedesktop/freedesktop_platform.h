@@ -38,6 +38,11 @@ struct FreedesktopOptions {
     std::vector<CalendarSource> calendars; // one of them may be the data server
     std::string dataServerModule;          // the file that wraps the data server's library
     DataServerWaits dataServerWaits;
+    // For a host that stays and updates itself, whose thread must not wait for the server nor
+    // expand its events: how long it waits at most. A background thread then does both, waits as
+    // long as dataServerWaits, and calls the handler of problems. Absent: the host's thread does
+    // both.
+    std::optional<DataServerWaits> backgroundServerWaits;
     std::function<void(const CalendarProblem&)> calendarProblemHandler;
     std::string calendarIndexFolder; // empty: no index
     // How long a host that stays waits for its calendars, see setCalendarsChangedHandler(). Absent:

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "freedesktop/calendars/server/started_data_server.h"
+#include "freedesktop/calendars/store/background_calendar_stores.h"
 #include "freedesktop/calendars/store/server_calendar_stores.h"
 #include "freedesktop/glib/thread_signal.h"
 
@@ -38,11 +39,27 @@ void UserCalendars::setSources(std::vector<CalendarSource> sources) {
 
 void UserCalendars::makeServer() {
     if (!m_server) {
-        m_server = std::make_unique<ServerCalendarStores>(
-            std::make_unique<eds::StartedDataServer>(m_options.dataServerModule),
-            m_options.timeZone, m_options.problemHandler, m_options.dataServerWaits);
+        m_server = makeServerStores();
         follow();
     }
+}
+
+std::unique_ptr<LiveCalendarStores> UserCalendars::makeServerStores() const {
+    const auto makeStores = [options = m_options] {
+        return std::make_unique<ServerCalendarStores>(
+            std::make_unique<eds::StartedDataServer>(options.dataServerModule), options.timeZone,
+            options.problemHandler, options.dataServerWaits);
+    };
+    if (!m_options.backgroundServerWaits) {
+        return makeStores();
+    }
+    const auto onProblem = [handler = m_options.problemHandler](const std::string& what) {
+        if (handler) {
+            handler({std::string(dataServerName), 0, what});
+        }
+    };
+    return std::make_unique<BackgroundCalendarStores>(makeStores, m_options.timeZone, onProblem,
+                                                      *m_options.backgroundServerWaits);
 }
 
 void UserCalendars::setTimeZone(const std::shared_ptr<const TimeZone>& zone) {

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,8 @@ struct UserCalendarOptions {
     CalendarProblemHandler problemHandler;
     std::string dataServerModule; // the file that wraps the data server's library
     DataServerWaits dataServerWaits;
+    // See FreedesktopOptions.
+    std::optional<DataServerWaits> backgroundServerWaits;
 };
 
 // For one thread.
@@ -48,7 +51,8 @@ public:
     // Null: none.
     void setChangedHandler(std::function<void()> onChanged);
 
-    // About the latest event store.
+    // About the latest event store; of a server that is read in the background, about the latest
+    // that is known.
     bool anyReadable() const;
     std::string storeOf(std::string_view identifier) const;
     std::vector<std::string> deselected() const; // in the desktop's calendar application
@@ -57,6 +61,7 @@ public:
 
 private:
     void makeServer();
+    std::unique_ptr<LiveCalendarStores> makeServerStores() const;
     void follow();
 
     UserCalendarOptions m_options;

@@ -1,6 +1,8 @@
 #include "freedesktop/freedesktop_platform.h"
 
+#include <atomic>
 #include <memory>
+#include <mutex>
 
 #include <gmock/gmock.h>
 
@@ -10,6 +12,7 @@
 #include "platform/date_services.h"
 #include "platform/screen.h"
 #include "platform/text_measurer.h"
+#include "tests/freedesktop/session/session_testing.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -99,6 +102,48 @@ TEST_F(FreedesktopPlatformTest, WholeDaysFollowTheZone) {
     EXPECT_EQ(start(), at("2031-07-16T00:00"));
     made->setTimeZone(namedTimeZone("UTC"));
     EXPECT_EQ(start(), at("2031-07-16T02:00"));
+}
+
+// Nobody waits for it, so that it is not known at first that there is none.
+TEST_F(FreedesktopPlatformTest, AServerThatIsReadInTheBackgroundIsReportedLater) {
+    const testing_session::EnvironmentVariable noAddress("DBUS_SESSION_BUS_ADDRESS", nullptr);
+    const testing_session::EnvironmentVariable noFolder("XDG_RUNTIME_DIR", nullptr);
+    std::mutex mutex;
+    std::vector<std::string> problems;
+    options.calendars = {CalendarSource::at("eds:")};
+    options.backgroundServerWaits = DataServerWaits{0, 0};
+    options.calendarProblemHandler = [&](const CalendarProblem& problem) {
+        const std::lock_guard lock(mutex);
+        problems.push_back(problem.file + ": " + problem.what);
+    };
+    make();
+    bool isChanged = false;
+    made->setCalendarsChangedHandler([&] { isChanged = true; });
+    EXPECT_THAT(made->platform().calendarStores.makeEventStore()->calendars(), testing::IsEmpty());
+    EXPECT_TRUE(testing_session::runUntil([&] { return isChanged; }));
+    EXPECT_FALSE(made->hasReadableCalendars());
+    made.reset();
+    EXPECT_THAT(problems, ElementsAre("Evolution Data Server: there is no session bus"));
+}
+
+TEST_F(FreedesktopPlatformTest, AServerInTheBackgroundMayBeMissing) {
+    const testing_session::EnvironmentVariable noAddress("DBUS_SESSION_BUS_ADDRESS", nullptr);
+    const testing_session::EnvironmentVariable noFolder("XDG_RUNTIME_DIR", nullptr);
+    CalendarSource server = CalendarSource::at("eds:");
+    server.isOptional = true;
+    options.calendars = {server,
+                         CalendarSource::inMemory("home", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n"
+                                                          "END:VCALENDAR\r\n")};
+    options.backgroundServerWaits = DataServerWaits{10, 0};
+    std::atomic<int> problems = 0;
+    options.calendarProblemHandler = [&](const CalendarProblem&) { ++problems; };
+    make();
+    const auto store = made->platform().calendarStores.makeEventStore();
+    ASSERT_EQ(store->calendars().size(), 1U);
+    EXPECT_EQ(made->storeOfCalendar(store->calendars()[0]->calendarIdentifier), "files");
+    EXPECT_TRUE(made->hasReadableCalendars());
+    made.reset();
+    EXPECT_EQ(problems, 0);
 }
 
 // Only with fonts do wide and narrow texts have different widths.

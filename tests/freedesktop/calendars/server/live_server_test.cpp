@@ -1,4 +1,6 @@
 // A live host over a real calendar server.
+#include <chrono>
+
 #include <gmock/gmock.h>
 
 #include "freedesktop/dates/instant_text.h"
@@ -21,9 +23,12 @@ using testing_session::runUntil;
 
 class LiveServerTest : public ServerTest {
 protected:
-    LiveServerTest() {
+    // `backgroundServerWaits` as in the options of the platform.
+    explicit LiveServerTest(
+        std::optional<freedesktop::DataServerWaits> backgroundServerWaits = std::nullopt) {
         addCalendar({"test-home", "A home", "#336699"});
         FreedesktopOptions options;
+        options.backgroundServerWaits = backgroundServerWaits;
         options.timeZone = freedesktop::utcTimeZone();
         options.locale = "en_US";
         options.preferencesFolder = "/nonexistent/Preferences";
@@ -107,6 +112,69 @@ TEST_F(LiveServerTest, NothingIsToldAfterTheHostIsGone) {
     add("test-home", eventText("UID:one|SUMMARY:One|DTSTART:20260310T080000Z"));
     runFor(1.5);
     EXPECT_EQ(presentations, 0);
+}
+
+class BackgroundServerTest : public LiveServerTest {
+protected:
+    BackgroundServerTest()
+        : LiveServerTest(freedesktop::DataServerWaits{0, 0}) {}
+
+    std::vector<std::string> calendarTitles() const {
+        std::vector<std::string> result;
+        for (const auto& calendar :
+             platform->platform().calendarStores.makeEventStore()->calendars()) {
+            result.push_back(calendar->title);
+        }
+        return result;
+    }
+};
+
+TEST_F(BackgroundServerTest, PresentsAgainWhenTheServersCalendarsChange) {
+    add("test-home", eventText("UID:one|SUMMARY:One|DTSTART:20260310T080000Z"));
+    EXPECT_TRUE(isShown({"One"}));
+    remove("test-home", "one");
+    EXPECT_TRUE(isShown({}));
+    EXPECT_TRUE(platform->hasReadableCalendars());
+}
+
+TEST_F(BackgroundServerTest, DoesNothingWhereNothingChanges) {
+    present();
+    presentations = 0;
+    runFor(2);
+    EXPECT_EQ(presentations, 0);
+}
+
+TEST_F(BackgroundServerTest, AServerThatStandsStillDelaysNobody) {
+    add("test-home", eventText("UID:one|SUMMARY:One|DTSTART:20260310T080000Z"));
+    EXPECT_TRUE(isShown({"One"}));
+    disconnect();
+    runFor(1.5);
+    stop(registryProcess()); // without which no calendar is opened
+    kill(factoryProcesses());
+    const auto begin = std::chrono::steady_clock::now();
+    present();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(300));
+    EXPECT_THAT(titles, ElementsAre("One"));
+    EXPECT_TRUE(runUntil([this] { return titles.empty(); }, 10)); // the background gave up waiting
+    goOn();
+    EXPECT_TRUE(isShown({"One"}));
+}
+
+TEST_F(BackgroundServerTest, TheCalendarsOfFilesKeepTheirPlace) {
+    const auto files =
+        CalendarSource::inMemory("file", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nX-WR-CALNAME:A file\r\n"
+                                         "END:VCALENDAR\r\n");
+    const auto first = calendarTitles();
+    ASSERT_FALSE(first.empty());
+    EXPECT_EQ(platform->storeOfCalendar("test-home"), "Evolution Data Server");
+    auto expected = first;
+    expected.push_back("A file");
+    platform->setCalendars({CalendarSource::at("eds:"), files});
+    EXPECT_EQ(calendarTitles(), expected);
+    expected.pop_back();
+    expected.insert(expected.begin(), "A file");
+    platform->setCalendars({files, CalendarSource::at("eds:")});
+    EXPECT_EQ(calendarTitles(), expected);
 }
 
 } // namespace
