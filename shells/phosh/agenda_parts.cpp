@@ -38,7 +38,7 @@ FreedesktopOptions optionsOf(const ShellServices& shell,
                              const freedesktop::ProgramFolders& folders) {
     FreedesktopOptions options = freedesktop::userOptions(folders);
     options.calendarWaits = {firstWait, 0};
-    options.dataServerWaits = {firstWait, 0};
+    options.backgroundServerWaits = {firstWait, 0};
     options.clockRuns = true;
     options.scale = shell.scale;
     options.calendarProblemHandler = [log = shell.log](const CalendarProblem& problem) {
