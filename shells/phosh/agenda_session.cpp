@@ -7,6 +7,8 @@
 #include <thread>
 #include <utility>
 
+#include <malloc.h>
+
 #include "platform/system_log.h"
 
 namespace quorvel::phosh {
@@ -87,10 +89,14 @@ AgendaSession::AgendaSession(MakeParts make, std::shared_ptr<platform::SystemLog
         if (exchange->isReleased()) {
             return;
         }
-        const std::unique_ptr<AgendaParts> parts = makeOrLog(make, *log);
-        exchange->lend(parts.get());
-        ready();
-        exchange->waitForRelease();
+        {
+            const std::unique_ptr<AgendaParts> parts = makeOrLog(make, *log);
+            exchange->lend(parts.get());
+            ready();
+            exchange->waitForRelease();
+        }
+        // The shell runs for weeks, and the allocator keeps what a large calendar needed.
+        malloc_trim(0);
     };
     std::thread(run).detach();
 }
