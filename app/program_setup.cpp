@@ -278,6 +278,7 @@ FreedesktopOptions uncheckedOptions(const CommandLine& line,
     options.calendarProblemHandler = reportCalendarProblem;
     options.calendarIndexFolder = indexFolderOf(line);
     options.dataServerWaits = dataServerWaitsOf(line);
+    options.linkProgram = freedesktop::userLinkProgram();
     options.scale = line.scale.value_or(1);
     options.textScale = line.textScale.value_or(1);
     options.followsTimeZone = !line.timeZone;

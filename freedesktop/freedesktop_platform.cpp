@@ -67,6 +67,7 @@ struct FreedesktopPlatform::Services {
         , launcher(systemLog) {
         textLines->setTextScale(options.textScale);
         dateServices.setClockFormat(clockFormat);
+        launcher.setLinkProgram(std::move(options.linkProgram));
         calendars.setSources(std::move(options.calendars));
         if (!options.calendarIndexFolder.empty()) {
             calendars.setIndex(options.calendarIndexFolder,
@@ -215,6 +216,14 @@ std::vector<WatchedPath> FreedesktopPlatform::watchedPaths() const {
 
 void FreedesktopPlatform::setCalendarsChangedHandler(std::function<void()> onChange) {
     m_services->calendars.setChangedHandler(std::move(onChange));
+}
+
+void FreedesktopPlatform::setLaunchContext(LaunchContext* context) {
+    m_services->launcher.setLaunchContext(context);
+}
+
+void FreedesktopPlatform::setLaunchFailureHandler(std::function<void(const Error&)> onFailure) {
+    m_services->launcher.setFailureHandler(std::move(onFailure));
 }
 
 bool FreedesktopPlatform::waitForLaunches(double seconds) {

@@ -21,6 +21,7 @@
 
 namespace quorvel::freedesktop {
 
+class LaunchContext;
 class LoadedBundle;
 
 struct FreedesktopOptions {
@@ -51,6 +52,7 @@ struct FreedesktopOptions {
     std::optional<platform::NSDate> now; // absent: the system's clock
     bool clockRuns = false;              // whether the clock runs from `now` on
     platform::CGFloat scale = 1;         // pixels per point
+    std::string linkProgram; // opens the widget's links; empty: the desktop's handlers of them
     std::vector<std::shared_ptr<platform::SystemLog>> logs;
 };
 
@@ -107,6 +109,10 @@ public:
     // Called when calendars that are not files change, or when calendars arrive that were not
     // waited for. Runs on the default main context of the thread that sets it. Null: none.
     void setCalendarsChangedHandler(std::function<void()> onChange);
+
+    // See DesktopLauncher. The context is not owned; null: none.
+    void setLaunchContext(LaunchContext* context);
+    void setLaunchFailureHandler(std::function<void(const Error&)> onFailure); // null: none
 
     // Runs the default main context until every launch was answered or the time is over. True: all
     // were answered.

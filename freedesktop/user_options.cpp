@@ -56,6 +56,10 @@ std::string userIndexFolder() {
     return folder.is_absolute() ? folder.string() : std::string();
 }
 
+std::string userLinkProgram() {
+    return std::string(environmentValue("QUORVEL_LINK_PROGRAM"));
+}
+
 FreedesktopOptions userOptions(const ProgramFolders& folders) {
     FreedesktopOptions options;
     options.timeZone = hostTimeZone();
@@ -66,6 +70,7 @@ FreedesktopOptions userOptions(const ProgramFolders& folders) {
     options.preferencesFolder = userPreferencesFolder();
     options.calendars = usualCalendars();
     options.calendarIndexFolder = userIndexFolder();
+    options.linkProgram = userLinkProgram();
     return options;
 }
 

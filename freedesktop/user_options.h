@@ -19,6 +19,8 @@ std::string userLocale();
 std::vector<CalendarSource> usualCalendars();
 std::string userPreferencesFolder();
 std::string userIndexFolder(); // empty: the user has no folder for caches
+// See FreedesktopOptions::linkProgram.
+std::string userLinkProgram();
 
 // Everything above, without a log and a handler of problems.
 FreedesktopOptions userOptions(const ProgramFolders& folders);

@@ -34,10 +34,22 @@ public:
         }
     }
     // `failure`: the start of the report if it fails.
+    void startLinkProgram(const std::string& path, const std::string& link,
+                          const std::string& failure);
     void start(EntryHandle application, std::vector<std::string> links, std::string failure);
     bool isPending() const { return !m_pending.empty(); }
 
 private:
+    std::string makeToken(const std::string& entryName) {
+        return m_context != nullptr ? m_context->makeToken(entryName) : std::string();
+    }
+    launch::OnEndedSoon reportOfProgram(const std::string& failure) {
+        return [weak = weak_from_this(), failure] {
+            if (const auto self = weak.lock()) {
+                self->report(failure + ": its program failed");
+            }
+        };
+    }
     void onStarted(const Result<void>& result, const std::string& token,
                    const std::string& failure);
 
@@ -49,20 +61,22 @@ private:
     std::map<int, std::shared_ptr<launch::PendingStart>> m_pending;
 };
 
+void DesktopLauncher::Launches::startLinkProgram(const std::string& path, const std::string& link,
+                                                 const std::string& failure) {
+    const std::string token = makeToken({});
+    onStarted(launch::startProcess({{path, link}, {}, token}, reportOfProgram(failure)), token,
+              failure);
+}
+
 void DesktopLauncher::Launches::start(EntryHandle application, std::vector<std::string> links,
                                       std::string failure) {
     const int number = m_next++;
-    const std::string token =
-        m_context != nullptr ? m_context->makeToken(launch::nameOf(application.get())) : "";
+    const std::string token = makeToken(launch::nameOf(application.get()));
     launch::StartHandlers handlers{[this, number, token, failure](const Result<void>& result) {
                                        onStarted(result, token, failure);
                                        m_pending.erase(number);
                                    },
-                                   [weak = weak_from_this(), failure] {
-                                       if (const auto self = weak.lock()) {
-                                           self->report(failure + ": its program failed");
-                                       }
-                                   }};
+                                   reportOfProgram(failure)};
     auto pending = launch::startApplication(std::move(application), {std::move(links), {}, token},
                                             m_patience, std::move(handlers));
     if (pending) {
@@ -107,6 +121,10 @@ void DesktopLauncher::setLaunchContext(LaunchContext* context) {
     m_launches->setContext(context);
 }
 
+void DesktopLauncher::setLinkProgram(std::string path) {
+    m_linkProgram = std::move(path);
+}
+
 void DesktopLauncher::setFailureHandler(LaunchFailureHandler onFailure) {
     m_launches->setFailureHandler(std::move(onFailure));
 }
@@ -118,14 +136,18 @@ void DesktopLauncher::openURL(const NSURL& url) {
                            " is not opened: " + checked.error().what);
         return;
     }
+    const std::string failure = "the link " + shortened(link) + " could not be opened";
+    if (!m_linkProgram.empty()) {
+        m_launches->startLinkProgram(m_linkProgram, link, failure);
+        return;
+    }
     const std::string scheme = link.substr(0, link.find(':'));
     EntryHandle handler = handlerOf(scheme);
     if (!handler) {
         m_launches->report("no application opens " + scheme + " links");
         return;
     }
-    m_launches->start(std::move(handler), {link},
-                      "the link " + shortened(link) + " could not be opened");
+    m_launches->start(std::move(handler), {link}, failure);
 }
 
 std::shared_ptr<SBApplication>

@@ -38,6 +38,8 @@ public:
 
     // Not owned; it makes a token for each start from now on. Null: none.
     void setLaunchContext(LaunchContext* context);
+    // The program that opens links instead of the handlers of their schemes. Empty: none.
+    void setLinkProgram(std::string path);
     // Called with each failure in addition to its line in the log. Null: none.
     void setFailureHandler(LaunchFailureHandler onFailure);
 
@@ -58,6 +60,7 @@ private:
         const std::shared_ptr<platform::SBApplication>& application) override;
 
     class Launches;
+    std::string m_linkProgram;
     std::shared_ptr<Launches> m_launches; // never null; processes have weak references
 };
 

@@ -177,6 +177,30 @@ TEST_F(DesktopLauncherTest, ATokenThatNoMessageMayHoldIsNotPassedOn) {
                 ElementsAre("Activate({},)", "Activate({},)", "Activate({},)", "Activate({},)"));
 }
 
+TEST_F(DesktopLauncherTest, AProgramOfTheHostOpensLinksInsteadOfTheHandler) {
+    NumberedTokens tokens;
+    launcher->setLaunchContext(&tokens);
+    install("handler", "%u");
+    associate(eventScheme, "handler");
+    const std::filesystem::path program = folder() / "a program";
+    write(program, "#!/bin/sh\nexec " RECORDER " " + record().string() +
+                       " 0 own \"$@\" '$XDG_ACTIVATION_TOKEN'\n");
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    launcher->setLinkProgram(program.string());
+    open("x-apple-calevent://office/42;$(touch,x)?o=1.0");
+    EXPECT_THAT(started(1),
+                ElementsAre(ElementsAre("own", "x-apple-calevent://office/42;$(touch,x)?o=1.0",
+                                        "token-1")));
+    EXPECT_THAT(tokens.made, ElementsAre(""));
+    open("http://example.org/");
+    launcher->setLinkProgram("/nonexistent/program");
+    open("x-apple-calevent://office/42?o=1.0");
+    EXPECT_THAT(log.lines, ElementsAre(HasSubstr("is not opened: its scheme"),
+                                       HasSubstr("could not be opened: ")));
+    EXPECT_THAT(tokens.discarded, ElementsAre("token-2"));
+    EXPECT_THAT(startedMeanwhile(), SizeIs(1));
+}
+
 TEST_F(DesktopLauncherTest, OpensNoOtherSchemeAndNothingTooLong) {
     install("handler", "%u");
     associate("x-scheme-handler/http", "handler");
