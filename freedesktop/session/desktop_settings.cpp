@@ -52,8 +52,8 @@ public:
     Store(const Store&) = delete;
     Store& operator=(const Store&) = delete;
 
-    std::optional<std::string> value() const {
-        return textOf(VariantHandle(g_settings_get_value(m_settings.get(), m_key.c_str())));
+    VariantHandle value() const {
+        return VariantHandle(g_settings_get_value(m_settings.get(), m_key.c_str()));
     }
     std::optional<std::string> userValue() const {
         return textOf(VariantHandle(g_settings_get_user_value(m_settings.get(), m_key.c_str())));
@@ -86,7 +86,23 @@ DesktopSetting::DesktopSetting(const char* schema, const char* key) {
 DesktopSetting::~DesktopSetting() = default;
 
 std::optional<std::string> DesktopSetting::value() const {
-    return m_store ? m_store->value() : std::nullopt;
+    return m_store ? textOf(m_store->value()) : std::nullopt;
+}
+
+std::optional<double> DesktopSetting::numberValue() const {
+    const VariantHandle value = m_store ? m_store->value() : nullptr;
+    if (!value || g_variant_is_of_type(value.get(), G_VARIANT_TYPE_DOUBLE) == 0) {
+        return std::nullopt;
+    }
+    return g_variant_get_double(value.get());
+}
+
+std::optional<bool> DesktopSetting::flagValue() const {
+    const VariantHandle value = m_store ? m_store->value() : nullptr;
+    if (!value || g_variant_is_of_type(value.get(), G_VARIANT_TYPE_BOOLEAN) == 0) {
+        return std::nullopt;
+    }
+    return g_variant_get_boolean(value.get()) != FALSE;
 }
 
 std::optional<std::string> DesktopSetting::userValue() const {

@@ -10,7 +10,7 @@
 
 namespace quorvel::freedesktop {
 
-// One setting whose value is a text.
+// One setting.
 class DesktopSetting {
 public:
     // Without a desktop session, or if the system does not know the setting, it has no value.
@@ -19,7 +19,10 @@ public:
     DesktopSetting(const DesktopSetting&) = delete;
     DesktopSetting& operator=(const DesktopSetting&) = delete;
 
-    std::optional<std::string> value() const;     // possibly the desktop's default
+    // Absent for a setting of another type too. Possibly the desktop's default.
+    std::optional<std::string> value() const;
+    std::optional<double> numberValue() const;
+    std::optional<bool> flagValue() const;
     std::optional<std::string> userValue() const; // absent: the user has not set it
     // Called on the default main context of the thread that constructed the object. Set it once.
     void setOnChange(std::function<void()> onChange);

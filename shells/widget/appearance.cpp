@@ -96,6 +96,13 @@ Appearance standardAppearance(AppearanceKind kind) {
     return darkAppearance;
 }
 
+AppearanceKind appearanceKind(freedesktop::ColorScheme scheme, bool highContrast) {
+    if (scheme == freedesktop::ColorScheme::light) {
+        return highContrast ? AppearanceKind::highContrastLight : AppearanceKind::light;
+    }
+    return highContrast ? AppearanceKind::highContrastDark : AppearanceKind::dark;
+}
+
 UIColor windowBackdrop(const Appearance& appearance) {
     UIColor color = appearance.backdrop;
     color.alpha = appearance.windowOpacity;

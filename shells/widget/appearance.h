@@ -2,6 +2,7 @@
 // host.
 #pragma once
 
+#include "freedesktop/session/color_scheme.h"
 #include "platform/geometry.h"
 #include "platform/ui_color.h"
 
@@ -24,6 +25,9 @@ struct Appearance {
 
 // On its backdrop every text has a contrast of at least 4.5:1, with high contrast 7:1.
 Appearance standardAppearance(AppearanceKind kind);
+
+// For what the user prefers on the desktop. The widget is dark unless the user prefers light.
+AppearanceKind appearanceKind(freedesktop::ColorScheme scheme, bool highContrast);
 
 platform::UIColor windowBackdrop(const Appearance& appearance);
 

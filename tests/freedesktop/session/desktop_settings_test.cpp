@@ -40,6 +40,19 @@ TEST_F(DesktopSettingsTest, WhatTheSystemDoesNotKnowHasNoValue) {
     EXPECT_EQ(DesktopSetting(interfaceSchema, "cursor-blink").value(), std::nullopt) << "no text";
 }
 
+TEST_F(DesktopSettingsTest, ValuesHaveTypes) {
+    interface.set("text-scaling-factor", 1.5);
+    interface.set("cursor-blink", false);
+    const DesktopSetting number(interfaceSchema, "text-scaling-factor");
+    EXPECT_EQ(number.numberValue(), 1.5);
+    EXPECT_EQ(number.flagValue(), std::nullopt);
+    EXPECT_EQ(number.value(), std::nullopt);
+    const DesktopSetting flag(interfaceSchema, "cursor-blink");
+    EXPECT_EQ(flag.flagValue(), false);
+    EXPECT_EQ(flag.numberValue(), std::nullopt);
+    EXPECT_EQ(DesktopSetting(interfaceSchema, "no-such-key").flagValue(), std::nullopt);
+}
+
 TEST_F(DesktopSettingsTest, WithoutADesktopSessionNothingHasAValue) {
     interface.set("clock-format", "12h");
     const EnvironmentVariable noBus("DBUS_SESSION_BUS_ADDRESS", nullptr);

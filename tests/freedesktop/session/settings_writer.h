@@ -29,6 +29,10 @@ public:
         m_written.insert(key);
         g_settings_set_string(m_settings, key, value);
     }
+    void set(const char* key, double value) {
+        m_written.insert(key);
+        g_settings_set_double(m_settings, key, value);
+    }
     void set(const char* key, bool value) {
         m_written.insert(key);
         g_settings_set_boolean(m_settings, key, value ? TRUE : FALSE);

@@ -82,6 +82,16 @@ TEST(Appearance, HighContrastIsBlackAndWhite) {
     EXPECT_EQ(light.caption, UIColor::blackColor());
 }
 
+TEST(Appearance, FollowsThePreferencesOfTheDesktop) {
+    using freedesktop::ColorScheme;
+    EXPECT_EQ(appearanceKind(ColorScheme::noPreference, false), AppearanceKind::dark);
+    EXPECT_EQ(appearanceKind(ColorScheme::dark, false), AppearanceKind::dark);
+    EXPECT_EQ(appearanceKind(ColorScheme::light, false), AppearanceKind::light);
+    EXPECT_EQ(appearanceKind(ColorScheme::noPreference, true), AppearanceKind::highContrastDark);
+    EXPECT_EQ(appearanceKind(ColorScheme::dark, true), AppearanceKind::highContrastDark);
+    EXPECT_EQ(appearanceKind(ColorScheme::light, true), AppearanceKind::highContrastLight);
+}
+
 class AppliedAppearanceTest : public ShellFixture {
 protected:
     AppliedAppearanceTest() {
