@@ -137,6 +137,14 @@ bool FreedesktopPlatform::hasReadableCalendars() const {
     return m_services->calendars.anyReadable();
 }
 
+std::vector<CalendarProblem> FreedesktopPlatform::unreadableCalendars() const {
+    return m_services->calendars.unreadable();
+}
+
+bool FreedesktopPlatform::areCalendarsLate() const {
+    return m_services->calendars.isLate();
+}
+
 std::string FreedesktopPlatform::storeOfCalendar(std::string_view identifier) const {
     return m_services->calendars.storeOf(identifier);
 }

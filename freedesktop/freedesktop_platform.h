@@ -77,6 +77,12 @@ public:
     void beginReadingCalendars();
     // Whether the last event store had at least one readable calendar.
     bool hasReadableCalendars() const;
+    // What the last event store could not read at all: files, folders, and calendars of the data
+    // server. Also what calendarProblemHandler has got before.
+    std::vector<CalendarProblem> unreadableCalendars() const;
+    // Whether the last event store lacks what was not read in time; see
+    // setCalendarsChangedHandler().
+    bool areCalendarsLate() const;
     // The source of that calendar of the last event store, to show to the user.
     std::string storeOfCalendar(std::string_view identifier) const;
 

@@ -102,6 +102,22 @@ bool UserCalendars::anyReadable() const {
            (m_usesServer && m_server->anyReadable());
 }
 
+std::vector<CalendarProblem> UserCalendars::unreadable() const {
+    std::vector<CalendarProblem> unreadable;
+    if (m_usesFiles) {
+        unreadable = m_files.unreadable();
+    }
+    if (m_usesServer) {
+        const auto ofServer = m_server->unreadable();
+        unreadable.insert(unreadable.end(), ofServer.begin(), ofServer.end());
+    }
+    return unreadable;
+}
+
+bool UserCalendars::isLate() const {
+    return (m_usesFiles && m_files.isLate()) || (m_usesServer && m_server->isLate());
+}
+
 std::string UserCalendars::storeOf(std::string_view identifier) const {
     return std::string(m_usesServer && m_server->hasCalendar(identifier) ? dataServerName
                                                                          : "files");

@@ -90,17 +90,19 @@ void addToSignature(const CalendarFolder& folder, SignatureHash& signature) {
 void addProblems(const CalendarFile& file, const std::string& path,
                  std::vector<VersionedProblem>& problems) {
     if (file.parsed && !file.parsed->content) {
-        problems.push_back({{path, 0, file.parsed->content.error().message()}, withoutVersion});
+        problems.push_back(
+            {{path, 0, file.parsed->content.error().message()}, withoutVersion, true});
     } else if (const auto calendar = file.calendar()) {
         for (const icalendar::FileProblem& problem : calendar->ics.problems) {
-            problems.push_back({{path, problem.line, problem.what}, calendar->version});
+            problems.push_back(
+                {{path, problem.line, problem.what}, calendar->version, !calendar->ics.isCalendar});
         }
     }
 }
 
 void addProblems(const CalendarFolder& folder, std::vector<VersionedProblem>& problems) {
     if (folder.error) {
-        problems.push_back({{folder.path, 0, folder.error->message()}, withoutVersion});
+        problems.push_back({{folder.path, 0, folder.error->message()}, withoutVersion, true});
     }
     if (folder.hasTooMany) {
         problems.push_back({{folder.path, 0,

@@ -23,6 +23,8 @@ namespace calendars {
 struct VersionedProblem {
     CalendarProblem problem;
     std::uint64_t version = 0; // 0: of no file
+    // The file, the folder or the source could not be read at all.
+    bool isUnreadable = false;
     bool operator==(const VersionedProblem&) const = default;
 };
 

@@ -139,7 +139,7 @@ bool SourceFiles::isSettled() const {
 
 void SourceFiles::addTo(std::vector<VersionedProblem>& problems) const {
     if (!m_problem.empty()) {
-        problems.push_back({{m_source.name, 0, m_problem}, 0});
+        problems.push_back({{m_source.name, 0, m_problem}, 0, true});
     } else if (m_folder) {
         addProblems(*m_folder, problems);
     } else if (m_file) {

@@ -130,4 +130,13 @@ std::vector<std::string> BackgroundCalendarStores::deselectedCalendars() const {
     return listing ? listing->deselected : std::vector<std::string>();
 }
 
+std::vector<CalendarProblem> BackgroundCalendarStores::unreadable() const {
+    const auto listing = m_exchange->latest();
+    return listing ? listing->unreadable : std::vector<CalendarProblem>();
+}
+
+bool BackgroundCalendarStores::isLate() const {
+    return calendars::isLate(m_exchange->latest().get());
+}
+
 } // namespace quorvel::freedesktop

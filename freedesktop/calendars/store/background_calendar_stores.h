@@ -55,6 +55,8 @@ public:
     bool anyReadable() const override;
     bool hasCalendar(std::string_view identifier) const override;
     std::vector<std::string> deselectedCalendars() const override;
+    std::vector<CalendarProblem> unreadable() const override;
+    bool isLate() const override; // true before the first events
 
 private:
     class Store;

@@ -87,7 +87,7 @@ bool isSameSearch(const BackgroundSearch& one, const BackgroundSearch& other) {
 
 bool isSameListing(const BackgroundResult& one, const BackgroundResult& other) {
     return one.isAnyReadable == other.isAnyReadable && one.deselected == other.deselected &&
-           isSameList(one.calendars, other.calendars);
+           one.unreadable == other.unreadable && isSameList(one.calendars, other.calendars);
 }
 
 // As it appears to a store before the first result.
@@ -128,12 +128,19 @@ EKEvents eventsWithin(const BackgroundResult* result, const BackgroundSearch& se
     return events;
 }
 
+bool isLate(const BackgroundResult* result) {
+    return result == nullptr || !result->search || result->isLate;
+}
+
 bool differsFromGiven(const BackgroundResult& result, const GivenResults& given) {
     if (!isSameListing(result, given.listing ? *given.listing : unknownListing())) {
         return true;
     }
     if (!given.search || !result.search || !isSameSearch(*result.search, *given.search)) {
         return false;
+    }
+    if (isLate(&result) != isLate(given.found.get())) {
+        return true;
     }
     const EKEvents now = eventsWithin(&result, *given.search);
     const EKEvents before = eventsWithin(given.found.get(), *given.search);

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "freedesktop/calendars/files/calendar_problem.h"
 #include "freedesktop/dates/time_zone.h"
 #include "platform/calendar_store.h"
 
@@ -28,6 +29,8 @@ struct BackgroundResult {
     bool isAnyReadable = false;
     std::optional<BackgroundSearch> search; // absent: no store has been asked for events yet
     platform::EKEvents events;              // of that search, in the store's order
+    bool isLate = false;                    // the inner stores did not know everything in time
+    std::vector<CalendarProblem> unreadable = {};
 };
 
 // What the latest store was given.
@@ -46,6 +49,9 @@ platform::EKEventPredicate predicateFor(const BackgroundSearch& search,
 
 // Those events of the result that match the search. The result may be null, and of another search.
 platform::EKEvents eventsWithin(const BackgroundResult* result, const BackgroundSearch& search);
+
+// Whether the events are not, or not completely, known. The result may be null.
+bool isLate(const BackgroundResult* result);
 
 // Whether a store would be given something else now. The events of another search are not compared,
 // as the result of the store's own one is still to come.

@@ -64,6 +64,8 @@ BackgroundWorker::Result BackgroundWorker::answer(const BackgroundExchange::Requ
     }
     result->deselected = m_stores->deselectedCalendars();
     result->isAnyReadable = m_stores->anyReadable();
+    result->isLate = m_stores->isLate();
+    result->unreadable = m_stores->unreadable();
     return result;
 }
 

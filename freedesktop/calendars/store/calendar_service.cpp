@@ -62,6 +62,18 @@ bool CalendarService::isAnyCalendar() const {
     return snapshot ? snapshot->isAnyCalendar : m_worker.joinable();
 }
 
+std::vector<CalendarProblem> CalendarService::unreadable() const {
+    std::vector<CalendarProblem> unreadable;
+    if (const auto snapshot = m_answers.snapshot()) {
+        for (const VersionedProblem& problem : snapshot->problems) {
+            if (problem.isUnreadable) {
+                unreadable.push_back(problem.problem);
+            }
+        }
+    }
+    return unreadable;
+}
+
 // ---- for stores
 
 void CalendarService::beginReading() {
@@ -80,7 +92,7 @@ CalendarService::View CalendarService::refresh() {
     const auto begun = std::exchange(m_begun, std::nullopt);
     const auto ticket = begun ? *begun : m_queue.askForRefresh(std::move(newSources));
     startWorker();
-    m_queue.wait(ticket, deadline);
+    m_isLate = !m_queue.wait(ticket, deadline);
     auto snapshot = m_answers.snapshot();
     if (!snapshot) {
         snapshot = std::make_shared<const StoreSnapshot>();
@@ -102,7 +114,7 @@ std::shared_ptr<const SearchResult> CalendarService::search(const View& view,
     }
     const auto ticket = m_queue.askForSearch(request);
     startWorker();
-    m_queue.wait(ticket, view.deadline);
+    m_isLate = !m_queue.wait(ticket, view.deadline) || m_isLate;
     // An older result is shown until the new one has come.
     return m_answers.resultInWindow(request.window);
 }

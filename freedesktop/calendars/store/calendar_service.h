@@ -47,6 +47,8 @@ public:
     const std::vector<std::string>& paths() const { return m_paths; }
     bool isAnyReadable() const;
     bool isAnyCalendar() const;
+    bool isLate() const { return m_isLate; }
+    std::vector<CalendarProblem> unreadable() const;
     void beginReading();
 
     // The calendars as they are on disk now, as far as they could be read in time.
@@ -67,6 +69,7 @@ private:
     std::optional<std::vector<CalendarSource>> m_newSources; // not yet passed on to the reader
     std::optional<CalendarWaits> m_waits;                    // absent: waits are not bounded
     bool m_hasWaited = false;
+    bool m_isLate = false;                       // an answer to the latest view
     std::optional<RequestQueue::Ticket> m_begun; // of beginReading(), until a refresh uses it
 
     RequestQueue m_queue;

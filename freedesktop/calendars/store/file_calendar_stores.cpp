@@ -124,4 +124,12 @@ bool FileCalendarStores::anyCalendar() const {
     return m_service->isAnyCalendar();
 }
 
+std::vector<CalendarProblem> FileCalendarStores::unreadable() const {
+    return m_service->unreadable();
+}
+
+bool FileCalendarStores::isLate() const {
+    return m_service->isLate();
+}
+
 } // namespace quorvel::freedesktop

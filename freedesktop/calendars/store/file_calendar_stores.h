@@ -72,6 +72,12 @@ public:
     bool anyReadable() const;
     // Whether the last store had a calendar that could be read; likewise.
     bool anyCalendar() const;
+    // The files, folders and sources that could not be read at all when the last store was made, as
+    // far as it is known. Also those that were reported before.
+    std::vector<CalendarProblem> unreadable() const;
+    // Whether the last store shows less than there is, or what there was before, because reading
+    // took longer than the waits.
+    bool isLate() const;
 
 private:
     class Store;

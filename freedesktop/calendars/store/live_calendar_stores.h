@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "freedesktop/calendars/files/calendar_problem.h"
 #include "freedesktop/dates/time_zone.h"
 #include "platform/calendar_store.h"
 
@@ -33,6 +34,11 @@ public:
     virtual bool hasCalendar(std::string_view identifier) const = 0;
     // The identifiers of the calendars that the desktop's calendar application does not show.
     virtual std::vector<std::string> deselectedCalendars() const = 0;
+    // The server and those of the calendars that could not be read, with the reasons. Also those
+    // that were reported before.
+    virtual std::vector<CalendarProblem> unreadable() const = 0;
+    // Whether not everything was known in time: a new store may have more.
+    virtual bool isLate() const = 0;
 };
 
 } // namespace quorvel::freedesktop

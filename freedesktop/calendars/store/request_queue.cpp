@@ -33,11 +33,12 @@ void RequestQueue::setTimeZone(std::shared_ptr<const TimeZone> userZone) {
     m_userZone = std::move(userZone);
 }
 
-void RequestQueue::wait(Ticket ticket, Clock::time_point deadline) {
+bool RequestQueue::wait(Ticket ticket, Clock::time_point deadline) {
     std::unique_lock lock(m_mutex);
     const bool isAnswered =
         m_answered.wait_until(lock, deadline, [&] { return m_finished >= ticket; });
     m_isAnswerLate = m_isAnswerLate || !isAnswered;
+    return isAnswered;
 }
 
 void RequestQueue::setLateAnswerHandler(std::function<void()> onLateAnswer) {

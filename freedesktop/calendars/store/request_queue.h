@@ -36,8 +36,8 @@ public:
     // Nothing is searched for it now, but see expectedSearch().
     void expectSearch(const SearchRequest& request);
     void setTimeZone(std::shared_ptr<const TimeZone> userZone);
-    // Returns at the deadline at the latest; the answer is late then.
-    void wait(Ticket ticket, Clock::time_point deadline);
+    // Returns at the deadline at the latest. False: the answer is late.
+    bool wait(Ticket ticket, Clock::time_point deadline);
     // Called on the answering thread when a late answer has come. May be null.
     void setLateAnswerHandler(std::function<void()> onLateAnswer);
     void close();

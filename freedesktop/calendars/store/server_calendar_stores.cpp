@@ -130,8 +130,11 @@ public:
         });
     }
     const std::vector<std::string>& deselectedCalendars() const { return m_deselected; }
+    const std::vector<CalendarProblem>& unreadable() const { return m_unreadable; }
+    bool isLate() const { return m_isLate; }
 
 private:
+    void addUnreadable(const std::string& name, const ServerFailure& failure);
     void setListed(const eds::CalendarList& list);
 
     std::unique_ptr<eds::DataServer> m_server;
@@ -139,6 +142,8 @@ private:
     bool m_isFirst = true;
     bool m_isOptional = false;
     bool m_isListed = false;
+    bool m_isLate = false; // an answer to the last store
+    std::vector<CalendarProblem> m_unreadable;
     bool m_areAllUnreadable = false; // of those that were asked for last
     ListedCalendars m_listed;
     std::vector<std::string> m_deselected;
@@ -185,10 +190,13 @@ ListedCalendars ServerCalendarStores::State::list(WaitBudget& budget) {
     const auto list =
         budget.spend([this](eds::Deadline deadline) { return m_server->calendars(deadline); });
     const std::string name(dataServerName);
+    m_isLate = false;
+    m_unreadable.clear();
     if (list || (m_isOptional && list.error().kind == ServerFailure::Kind::absent)) {
         m_problems.remove(name);
     } else {
         m_problems.set(name, list.error(), budget.total());
+        addUnreadable(name, list.error());
     }
     m_isListed = list.hasValue();
     setListed(list ? *list : eds::CalendarList());
@@ -229,6 +237,7 @@ EKEvents ServerCalendarStores::State::find(const ListedCalendars& listed,
     answers.resize(asked.size());
     EKEvents result;
     m_areAllUnreadable = true;
+    m_unreadable.clear();
     for (std::size_t i = 0; i < asked.size(); ++i) {
         const std::string name = displayNameOf(*asked[i]);
         if (const auto& text = answers[i].text) {
@@ -237,10 +246,18 @@ EKEvents ServerCalendarStores::State::find(const ListedCalendars& listed,
             m_events.addEvents({asked[i]->calendar, name, *text}, predicate, result);
         } else {
             m_problems.set(name, text.error(), budget.total());
+            addUnreadable(name, text.error());
         }
     }
     std::sort(result.begin(), result.end(), comesBefore);
     return result;
+}
+
+void ServerCalendarStores::State::addUnreadable(const std::string& name,
+                                                const ServerFailure& failure) {
+    const bool isSilent = failure.kind == ServerFailure::Kind::silent;
+    m_isLate = m_isLate || isSilent;
+    m_unreadable.push_back({name, 0, isSilent ? "it has not answered yet" : failure.problem});
 }
 
 ServerCalendarStores::ServerCalendarStores(std::unique_ptr<eds::DataServer> server,
@@ -278,6 +295,14 @@ std::vector<std::string> ServerCalendarStores::deselectedCalendars() const {
 
 void ServerCalendarStores::setChangedHandler(std::function<void()> onChanged) {
     m_state->setChangedHandler(std::move(onChanged));
+}
+
+std::vector<CalendarProblem> ServerCalendarStores::unreadable() const {
+    return m_state->unreadable();
+}
+
+bool ServerCalendarStores::isLate() const {
+    return m_state->isLate();
 }
 
 } // namespace quorvel::freedesktop

@@ -50,6 +50,9 @@ public:
     bool anyReadable() const override;
     bool hasCalendar(std::string_view identifier) const override;  // in the last store
     std::vector<std::string> deselectedCalendars() const override; // of the last store's
+    // About the last store.
+    std::vector<CalendarProblem> unreadable() const override;
+    bool isLate() const override;
 
 private:
     class State;

@@ -14,21 +14,23 @@ namespace {
 
 void put(ByteWriter& writer, const std::vector<VersionedProblem>& problems) {
     writer.number(problems.size());
-    for (const auto& [problem, version] : problems) {
+    for (const auto& [problem, version, isUnreadable] : problems) {
         writer.text(problem.file);
         writer.number(problem.line);
         writer.text(problem.what);
         writer.number(version);
+        writer.number(isUnreadable ? 1U : 0U);
     }
 }
 
 std::vector<VersionedProblem> takeProblems(ByteReader& reader) {
     std::vector<VersionedProblem> problems(reader.count());
-    for (auto& [problem, version] : problems) {
+    for (auto& [problem, version, isUnreadable] : problems) {
         problem.file = reader.text();
         problem.line = reader.number<std::size_t>();
         problem.what = reader.text();
         version = reader.number<std::uint64_t>();
+        isUnreadable = reader.flag();
     }
     return problems;
 }

@@ -103,6 +103,32 @@ TEST_F(SourceFilesTest, ChangesShowInTheNextStore) {
     EXPECT_EQ(problems, folder.string() + ":0: there is no such file or folder\n");
 }
 
+TEST_F(SourceFilesTest, NamesWhatCannotBeReadAtAllForAsLongAsItCannot) {
+    const auto unreadable = [this] {
+        stores.makeEventStore();
+        std::string text;
+        for (const CalendarProblem& problem : stores.unreadable()) {
+            text += std::filesystem::path(problem.file).filename().string() + ": " + problem.what +
+                    "\n";
+        }
+        return text;
+    };
+    write("a.ics", one("a"));
+    write("b.ics", "hello");
+    write("c.ics", "");
+    write("d.ics", calendarText(eventText("UID:a|DTSTART:20261301")));
+    use();
+    const std::string both = "b.ics: no calendar: BEGIN:VCALENDAR is missing\n"
+                             "c.ics: the file is empty\n";
+    EXPECT_EQ(unreadable(), both);
+    EXPECT_EQ(unreadable(), both) << "not only when it is new";
+    EXPECT_FALSE(stores.isLate());
+    write("b.ics", one("b"));
+    EXPECT_EQ(unreadable(), "c.ics: the file is empty\n");
+    std::filesystem::remove_all(folder);
+    EXPECT_EQ(unreadable(), folder.filename().string() + ": there is no such file or folder\n");
+}
+
 TEST_F(SourceFilesTest, ChangedMetadataShows) {
     write("cal/color", "red");
     write("cal/1.ics", one("a"));

@@ -60,6 +60,8 @@ public:
         std::vector<FakeEvent> events{{"breakfast", "home", 8 * 3600.0},
                                       {"meeting", "work", 14 * 3600.0}};
         bool isAnyReadable = true;
+        bool isLate = false;
+        std::vector<CalendarProblem> unreadable;
         bool throws = false;
     };
     struct Asked {
@@ -209,6 +211,10 @@ public:
     std::vector<std::string> deselectedCalendars() const override {
         return m_script.content().deselected;
     }
+    std::vector<CalendarProblem> unreadable() const override {
+        return m_script.content().unreadable;
+    }
+    bool isLate() const override { return m_script.content().isLate; }
 
 private:
     Script& m_script;
@@ -480,6 +486,41 @@ TEST_F(BackgroundCalendarStoresTest, WhatCannotBeReadIsReportedOnceItIsKnown) {
     presentUntilNothingChanges();
     EXPECT_EQ(shown, everything);
     EXPECT_TRUE(stores->anyReadable());
+}
+
+TEST_F(BackgroundCalendarStoresTest, AnEmptyAgendaIsReportedOnceItIsKnown) {
+    script.change([](Script::Content& content) { content.events.clear(); });
+    script.close();
+    make({0, 0});
+    EXPECT_TRUE(stores->isLate());
+    present();
+    EXPECT_TRUE(stores->isLate());
+    script.open();
+    EXPECT_GE(presentUntilNothingChanges(), 1);
+    EXPECT_FALSE(stores->isLate());
+    present();
+    EXPECT_FALSE(stores->isLate()) << "the events of the last time are shown";
+}
+
+TEST_F(BackgroundCalendarStoresTest, WhatTheInnerStoresCouldNotReadIsPassedOn) {
+    make({0, 0});
+    present();
+    presentUntilNothingChanges();
+    EXPECT_THAT(stores->unreadable(), IsEmpty());
+    const CalendarProblem problem{"the calendar 'Work'", 0, "it has not answered yet"};
+    script.change([&](Script::Content& content) {
+        content.unreadable = {problem};
+        content.isLate = true;
+    });
+    script.reportChange();
+    EXPECT_EQ(presentUntilNothingChanges(), 1);
+    EXPECT_THAT(stores->unreadable(), ElementsAre(problem));
+    EXPECT_TRUE(stores->isLate());
+    script.change([](Script::Content& content) { content = {}; });
+    script.reportChange();
+    EXPECT_EQ(presentUntilNothingChanges(), 1);
+    EXPECT_THAT(stores->unreadable(), IsEmpty());
+    EXPECT_FALSE(stores->isLate());
 }
 
 TEST_F(BackgroundCalendarStoresTest, WhatTheInnerStoresThrowIsAProblem) {

@@ -97,6 +97,7 @@ TEST_F(BoundedWaits, ReadInTimeShowsAtOnce) {
     EXPECT_EQ(present(), "Name: first");
     EXPECT_EQ(present(), "Name: first");
     EXPECT_EQ(changes, 0);
+    EXPECT_FALSE(own.isLate());
     EXPECT_TRUE(own.anyReadable());
     EXPECT_TRUE(own.anyCalendar());
 }
@@ -106,6 +107,7 @@ TEST_F(BoundedWaits, ReadTooLateShowsLater) {
     EXPECT_EQ(present(), "");
     EXPECT_GE(lastTime, std::chrono::milliseconds(90));
     EXPECT_LT(lastTime, std::chrono::milliseconds(400));
+    EXPECT_TRUE(own.isLate());
     // It is not known yet that there are none.
     EXPECT_TRUE(own.anyReadable());
     EXPECT_TRUE(own.anyCalendar());

@@ -158,6 +158,37 @@ TEST_F(ServerCalendarStoresTest, WhatAnsweredIsShownAndTheRestIsNamedOnce) {
               "the calendar 'Work' of Evolution Data Server: it cannot be read: broken");
 }
 
+TEST_F(ServerCalendarStoresTest, NamesWhatTheLastStoreCouldNotRead) {
+    const auto unreadable = [this] {
+        found();
+        std::vector<std::string> names;
+        for (const CalendarProblem& problem : stores.unreadable()) {
+            names.push_back(problem.file + ": " + problem.what);
+        }
+        return names;
+    };
+    EXPECT_THAT(unreadable(), IsEmpty());
+    EXPECT_FALSE(stores.isLate());
+    const CalendarEvents right = script.events["work:1"];
+    script.events["work:1"] = {"", ServerFailure()};
+    const std::string silent =
+        "the calendar 'Work' of Evolution Data Server: it has not answered yet";
+    EXPECT_THAT(unreadable(), ElementsAre(silent));
+    EXPECT_THAT(unreadable(), ElementsAre(silent));
+    EXPECT_TRUE(stores.isLate());
+    script.events["work:1"] = {"", ServerFailure{ServerFailure::Kind::failed, "broken"}};
+    EXPECT_THAT(unreadable(), ElementsAre("the calendar 'Work' of Evolution Data Server: broken"));
+    EXPECT_FALSE(stores.isLate());
+    const auto store = stores.makeEventStore();
+    store->eventsMatchingPredicate(today({store->calendarWithIdentifier("home")}));
+    EXPECT_THAT(stores.unreadable(), IsEmpty()) << "the other one was not asked";
+    script.list = ServerFailure{ServerFailure::Kind::failed, "it does not start: no"};
+    EXPECT_THAT(unreadable(), ElementsAre("Evolution Data Server: it does not start: no"));
+    script.list = ServerFailure{ServerFailure::Kind::absent, "it is not installed"};
+    stores.setOptional(true);
+    EXPECT_THAT(unreadable(), IsEmpty());
+}
+
 TEST_F(ServerCalendarStoresTest, WhereNothingCanBeReadThereIsNothing) {
     EXPECT_FALSE(stores.anyReadable());
     script.events.clear();

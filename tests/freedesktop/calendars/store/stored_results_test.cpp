@@ -17,7 +17,7 @@ TEST(StoredResults, SnapshotAndSearchComeBackEqual) {
     calendar->title = "Work";
     calendar->CGColor = platform::UIColor{0.1, 1.0 / 3, -2, 0.5};
     snapshot.calendars = {std::make_shared<platform::EKCalendar>(), calendar};
-    snapshot.problems = {{{"a.ics", 7, "is odd"}, 99}};
+    snapshot.problems = {{{"a.ics", 7, "is odd"}, 99}, {{"b.ics", 0, "is gone"}, 0, true}};
     const auto back = snapshotFromBytes(bytesOfSnapshot(snapshot));
     ASSERT_TRUE(back);
     EXPECT_TRUE(back->isAnyReadable);
