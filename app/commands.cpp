@@ -20,6 +20,7 @@
 #include "shells/headless/inspect.h"
 #include "shells/headless/snapshot.h"
 #include "shells/headless/widget_session.h"
+#include "shells/widget/notices.h"
 
 namespace quorvel::app {
 
@@ -112,7 +113,10 @@ private:
 
     CommandResult<void> writeSnapshot() {
         headless::WidgetPicture picture =
-            headless::pictureOfWidget(m_session, width(), m_setup.appearance);
+            headless::pictureOfWidget(m_session, width(), m_setup.appearance, [this] {
+                return shells::CalendarState{m_platform.hasReadableCalendars(), false,
+                                             m_platform.unreadableCalendars()};
+            });
         const freedesktop::Snapshot snapshot{picture.size, m_line.scale.value_or(1),
                                              m_setup.backdrop, std::move(picture.paint)};
         const auto written =

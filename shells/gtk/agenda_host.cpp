@@ -6,11 +6,12 @@
 #include <limits>
 #include <utility>
 
-#include "platform/ui/ui_label.h"
+#include "platform/clock.h"
 #include "platform/ui/ui_scroll_view.h"
 #include "platform/ui/ui_table_view_cell.h"
 #include "platform/ui_application.h"
 #include "shells/widget/hosted_widget.h"
+#include "shells/widget/notice_views.h"
 
 namespace quorvel::gtk {
 
@@ -19,7 +20,6 @@ using platform::CGPoint;
 using platform::CGRect;
 using platform::CGSize;
 using platform::FingerReport;
-using platform::UILabel;
 using platform::UIScrollView;
 using platform::UIView;
 using platform::UIWindow;
@@ -27,16 +27,6 @@ using platform::UIWindow;
 namespace {
 
 constexpr CGFloat standardWidth = 320; // points, where neither the user nor the widget chooses one
-constexpr CGFloat lineHeight = 44;     // points, of the line about missing calendars
-constexpr CGFloat lineInset = 12;
-
-std::shared_ptr<UILabel> makeHiddenLine(const std::string& text) {
-    auto label = std::make_shared<UILabel>();
-    label->setText(text);
-    label->setFont(platform::UIFont::systemFontOfSize(14));
-    label->setHidden(true);
-    return label;
-}
 
 CGFloat windowLength(CGFloat length) {
     constexpr CGFloat greatest = std::numeric_limits<std::int16_t>::max(); // of a window
@@ -91,10 +81,9 @@ AgendaHost::AgendaHost(const freedesktop::LoadedBundle& bundle, const platform::
     , m_options(std::move(options))
     , m_window(std::make_shared<UIWindow>(CGRect{}, platform.screen))
     , m_scroller(std::make_shared<UIScrollView>())
-    , m_noCalendars(makeHiddenLine(m_options.noCalendarsText))
     , m_greatestHeight(std::numeric_limits<CGFloat>::infinity()) {
     m_window->addSubview(m_scroller);
-    m_window->addSubview(m_noCalendars);
+    m_notices = std::make_unique<shells::NoticeViews>(platform.textMeasurer, *m_window);
     m_widget = std::make_unique<shells::HostedWidget>(bundle, m_options.controllerName, platform,
                                                       *this, *m_scroller);
     m_rows = std::make_unique<AgendaRows>(
@@ -126,7 +115,7 @@ void AgendaHost::present() {
     if (m_isSizeInvalid) {
         m_preferredSize = m_widget->preferredViewSize();
     }
-    setNoCalendarsTextShown(!m_options.hasCalendars());
+    updateNotices();
     applyAppearance();
     layOut();
     m_rows->reload();
@@ -165,7 +154,7 @@ void AgendaHost::setAppearance(const shells::Appearance& appearance) {
 
 void AgendaHost::applyAppearance() {
     shells::applyAppearance(m_options.appearance, *m_widget);
-    m_noCalendars->setTextColor(m_options.appearance.caption);
+    m_notices->setAppearance(m_options.appearance);
 }
 
 void AgendaHost::dismiss() {
@@ -177,13 +166,28 @@ void AgendaHost::didUpdatePreferredSize(platform::SBUIWidgetHost&, CGSize size) 
 }
 
 bool AgendaHost::isShowingNoCalendarsText() const {
-    return !m_noCalendars->isHidden();
+    return !m_hasCalendars;
 }
 
-// Hides the widget, as its table would draw separators behind the text.
-void AgendaHost::setNoCalendarsTextShown(bool isShown) {
-    m_noCalendars->setHidden(!isShown);
-    m_scroller->setHidden(isShown);
+const shells::Notices& AgendaHost::notices() const {
+    return m_notices->notices();
+}
+
+void AgendaHost::updateNotices() {
+    shells::CalendarState calendars;
+    if (m_options.calendarState) {
+        calendars = m_options.calendarState();
+    } else {
+        calendars.hasReadable = m_options.hasCalendars();
+    }
+    m_hasCalendars = calendars.hasReadable;
+    shells::Notices notices =
+        shells::noticesOf(*m_widget, calendars, m_platform.dateServices, m_platform.clock.now());
+    if (!m_hasCalendars && !m_options.calendarState) {
+        notices.line = m_options.noCalendarsText;
+    }
+    m_notices->show(std::move(notices));
+    m_scroller->setHidden(!m_hasCalendars);
 }
 
 CGFloat AgendaHost::width() const {
@@ -202,7 +206,9 @@ CGFloat AgendaHost::contentHeight() const {
 }
 
 CGSize AgendaHost::wantedSize() const {
-    const CGFloat height = isShowingNoCalendarsText() ? lineHeight : contentHeight();
+    const CGFloat widgetHeight = m_hasCalendars ? contentHeight() : 0;
+    const CGFloat height =
+        std::max(widgetHeight, m_notices->lineHeight()) + m_notices->problemHeight();
     return {windowLength(width()), windowLength(std::min(height, m_greatestHeight))};
 }
 
@@ -224,10 +230,10 @@ void AgendaHost::setAreaSize(CGSize size) {
 
 void AgendaHost::layOut() {
     const CGRect area{{}, m_areaSize.value_or(wantedSize())};
+    const CGFloat rowsHeight = std::max(area.size.height - m_notices->problemHeight(), 0.0);
     m_window->setFrame(area);
-    m_scroller->setFrame(area);
-    m_noCalendars->setFrame(
-        platform::CGRectMake(lineInset, 0, area.size.width - 2 * lineInset, lineHeight));
+    m_scroller->setFrame({{}, {area.size.width, rowsHeight}});
+    m_notices->layOut(area);
     if (m_widget->hasView()) {
         m_widget->resizeView({area.size.width, contentHeight()});
     }

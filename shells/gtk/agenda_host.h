@@ -13,9 +13,9 @@
 #include "platform/widget_host.h"
 #include "shells/gtk/agenda_rows.h"
 #include "shells/widget/appearance.h"
+#include "shells/widget/notices.h"
 
 namespace quorvel::platform {
-class UILabel;
 class UIScrollView;
 } // namespace quorvel::platform
 
@@ -25,6 +25,7 @@ class LoadedBundle;
 
 namespace quorvel::shells {
 class HostedWidget;
+class NoticeViews;
 } // namespace quorvel::shells
 
 namespace quorvel::gtk {
@@ -45,11 +46,14 @@ public:
 struct AgendaHostOptions {
     std::string controllerName;             // empty: the bundle's principal class
     std::optional<platform::CGFloat> width; // points; absent: the width that the widget prefers
-    // One line that replaces the widget after a presentation without any calendar to read.
+    // One line that replaces the widget after a presentation without any calendar to read. Both are
+    // ignored where there is calendarState below.
     std::string noCalendarsText;
     std::function<bool()> hasCalendars;
     std::function<double()> frameTime; // the current time of the frame clock, in seconds
     shells::Appearance appearance = shells::standardAppearance(shells::AppearanceKind::dark);
+    // Called after each presentation, for the notices; null: hasCalendars is called.
+    std::function<shells::CalendarState()> calendarState = nullptr;
 };
 
 class AgendaHost final : public platform::SBUIWidgetHost, private platform::SBUIWidgetHostDelegate {
@@ -73,8 +77,8 @@ public:
     void setAppearance(const shells::Appearance& appearance);
     const shells::Appearance& appearance() const { return m_options.appearance; }
 
-    // The size that shows the whole widget, limited to setGreatestHeight(). Whole points, as
-    // windows need them, and at least one.
+    // The size that shows the whole widget and the notices, limited to setGreatestHeight(). Whole
+    // points, as windows need them, and at least one.
     platform::CGSize wantedSize() const;
     void setGreatestHeight(platform::CGFloat height); // points
     // The size that the window provides. The widget is given its width, and scrolls where it is
@@ -85,6 +89,8 @@ public:
     AgendaRows& rows() { return *m_rows; }
     bool isShowingNoCalendarsText() const;
     const std::string& noCalendarsText() const { return m_options.noCalendarsText; }
+    // What the user can read in place of the rows and below them, for screen readers.
+    const shells::Notices& notices() const;
 
     // Input. Locations are points of the area, times seconds of the frame clock.
     void sendFinger(const platform::FingerReport& report);
@@ -108,7 +114,7 @@ private:
     void applyAppearance();
     void requestFirstSize();
     void presentWidget();
-    void setNoCalendarsTextShown(bool isShown);
+    void updateNotices();
     platform::CGFloat width() const;
     platform::CGFloat contentHeight() const;
     void layOut();
@@ -122,7 +128,8 @@ private:
     AgendaObserver* m_observer = nullptr;
     std::shared_ptr<platform::UIWindow> m_window;
     std::shared_ptr<platform::UIScrollView> m_scroller; // fills the window, holds the widget
-    std::shared_ptr<platform::UILabel> m_noCalendars;   // in front of the widget
+    std::unique_ptr<shells::NoticeViews> m_notices;     // in front of the widget
+    bool m_hasCalendars = true;                         // at the latest presentation
     std::unique_ptr<shells::HostedWidget> m_widget;
     std::unique_ptr<AgendaRows> m_rows;
     bool m_isPullFirm = false; // that of the finger

@@ -11,6 +11,7 @@ class GraphicsContext;
 
 namespace quorvel::shells {
 struct Appearance;
+struct CalendarState;
 } // namespace quorvel::shells
 
 namespace quorvel::headless {
@@ -23,8 +24,10 @@ struct WidgetPicture {
 };
 
 // Loads the widget, presents it once, resizes its view to that width (points) and to its preferred
-// height, and gives it that appearance. The picture has no backdrop.
+// height, and gives it that appearance and the notices of a host. The picture has no backdrop.
+// `calendarState` is called after the presentation.
 WidgetPicture pictureOfWidget(WidgetSession& session, platform::CGFloat width,
-                              const shells::Appearance& appearance);
+                              const shells::Appearance& appearance,
+                              const std::function<shells::CalendarState()>& calendarState);
 
 } // namespace quorvel::headless

@@ -87,6 +87,35 @@ TEST_F(SnapshotCommandTest, DrawsAnEmptyAgenda) {
     EXPECT_EQ(bigEndian(drawn("x.png"), 20), 300U);
 }
 
+TEST_F(SnapshotCommandTest, AnEmptyAgendaHasALineInsteadOfEmptyRows) {
+    writeCalendar("Work", "");
+    const std::string until = drawn("x.svg");
+    writeSettings("<key>showSeparatorLines</key><false/>");
+    EXPECT_EQ(drawn("x.svg"), until) << "no separators either way";
+    writeSettings("<key>daysToDisplay</key><integer>0</integer>");
+    EXPECT_NE(drawn("x.svg"), until) << "another day";
+    writeSettings("<key>maxHeight</key><integer>0</integer>");
+    EXPECT_EQ(bigEndian(drawn("x.png"), 20), 44U);
+}
+
+TEST_F(SnapshotCommandTest, ACalendarThatCannotBeReadAddsAMark) {
+    const unsigned before = bigEndian(drawn("x.png"), 20);
+    write("calendars/Broken.ics", "hello");
+    const RunResult result = runHere({"snapshot", "-o", path("x.png").string()});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_NE(result.errors.find("Broken.ics"), std::string::npos) << "as before";
+    std::ifstream file(path("x.png"), std::ios::binary);
+    const std::string marked{std::istreambuf_iterator<char>(file), {}};
+    EXPECT_GT(bigEndian(marked, 20), before + 20);
+}
+
+TEST_F(SnapshotCommandTest, MissingCalendarsAreDrawnAndReported) {
+    const RunResult result = run({"snapshot", "-o", path("x.svg").string()});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.errors.find("there are no calendars"), std::string::npos);
+    EXPECT_GT(std::filesystem::file_size(path("x.svg")), 1000U) << "the glyphs of the line";
+}
+
 TEST_F(SnapshotCommandTest, WritesNothingElse) {
     drawn("x.png");
     EXPECT_EQ(files(), (std::vector<std::string>{"calendars/Work.ics", "x.png"}));

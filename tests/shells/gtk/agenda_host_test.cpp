@@ -20,7 +20,7 @@ class AgendaHostTest : public HostFixture {
 protected:
     static CGSize sizeOfWidget(AgendaHost& host) { return tableOf(host).bounds().size; }
     static UILabel& lineOf(AgendaHost& host) {
-        return dynamic_cast<UILabel&>(*host.window().subviews().back());
+        return dynamic_cast<UILabel&>(*host.window().subviews().at(1));
     }
     CGPoint middleOfRow(AgendaHost& host, std::size_t row) const {
         const CGRect frame = host.rows().rowFrame(row);
@@ -87,7 +87,7 @@ TEST_F(AgendaHostTest, AnInvalidSizeIsRequestedAgain) {
     EXPECT_EQ(host->wantedSize(), (CGSize{320, 123}));
     setSettings({{"maxHeight", {std::int64_t{0}}}});
     host->present();
-    EXPECT_EQ(host->wantedSize(), (CGSize{320, 1})) << "a window has one point at least";
+    EXPECT_EQ(host->wantedSize(), (CGSize{320, 44})) << "the line about the empty agenda";
 }
 
 TEST_F(AgendaHostTest, ALimitedWidgetScrollsItself) {
@@ -220,13 +220,79 @@ TEST_F(AgendaHostTest, ALineReportsThatThereAreNoCalendars) {
     EXPECT_FALSE(scrollerOf(*host).isHidden());
     EXPECT_EQ(host->wantedSize(), (CGSize{320, 300})) << "requested again, as there are no events";
     EXPECT_FALSE(host->isShowingNoCalendarsText());
-    EXPECT_TRUE(lineOf(*host).isHidden());
+    EXPECT_EQ(lineOf(*host).text(), "Nothing until Wednesday");
 }
 
-TEST_F(AgendaHostTest, AnEmptyAgendaIsAnEmptyWidget) {
+// Notices.
+
+TEST_F(AgendaHostTest, AnEmptyAgendaHasALine) {
     const auto host = makeShownHost();
     EXPECT_FALSE(host->isShowingNoCalendarsText());
     EXPECT_EQ(host->rows().rowCount(), 0U);
+    EXPECT_EQ(host->notices().line, "Nothing until Wednesday");
+    EXPECT_FALSE(lineOf(*host).isHidden());
+    EXPECT_EQ(lineOf(*host).textColor(), host->appearance().caption);
+    const CGRect frame = lineOf(*host).frame();
+    EXPECT_NEAR(frame.origin.x + frame.size.width / 2, 160, 1e-9);
+    EXPECT_EQ(frame.origin.y, 0);
+    EXPECT_EQ(frame.size.height, 300);
+    addEvents(1);
+    host->present();
+    EXPECT_EQ(host->notices(), shells::Notices{});
+    EXPECT_TRUE(lineOf(*host).isHidden());
+}
+
+TEST_F(AgendaHostTest, ALineHasRoomWhereTheWidgetHasNone) {
+    setSettings({{"maxHeight", {std::int64_t{0}}}});
+    const auto host = makeShownHost();
+    EXPECT_EQ(host->wantedSize(), (CGSize{320, 44}));
+    EXPECT_EQ(sizeOfWidget(*host).height, 0) << "the widget's own size";
+}
+
+TEST_F(AgendaHostTest, WhatCannotBeReadIsMarkedBelowTheRows) {
+    addEvents(2);
+    calendarState.emplace();
+    const auto host = makeShownHost();
+    const CGSize size = host->wantedSize();
+    const CGFloat rows = heightOfRows(*host);
+    calendarState->unreadable = {{"/home/me/work.ics", 0, "it cannot be read: Permission denied"}};
+    host->present();
+    EXPECT_EQ(host->notices().problem,
+              (shells::ProblemNotice{"work.ics", "cannot be read: Permission denied"}));
+    EXPECT_GT(host->wantedSize().height, size.height + 14);
+    EXPECT_EQ(sizeOfWidget(*host).height, rows);
+    host->setAreaSize(host->wantedSize());
+    const UIView& problem = *host->window().subviews().at(2);
+    EXPECT_FALSE(problem.isHidden());
+    EXPECT_EQ(CGRectGetMinY(problem.frame()), CGRectGetMaxY(scrollerOf(*host).frame()));
+    EXPECT_EQ(CGRectGetMaxY(problem.frame()), host->wantedSize().height);
+    calendarState->unreadable.clear();
+    host->present();
+    EXPECT_EQ(host->wantedSize(), size);
+    EXPECT_TRUE(problem.isHidden());
+}
+
+TEST_F(AgendaHostTest, CalendarsThatCannotBeReadAreNotMissing) {
+    calendarState.emplace();
+    calendarState->hasReadable = false;
+    const auto host = makeShownHost();
+    EXPECT_TRUE(host->isShowingNoCalendarsText());
+    EXPECT_EQ(host->notices(), (shells::Notices{"There are no calendars yet", std::nullopt}));
+    calendarState->unreadable = {{"a.ics", 0, "the file is empty"}, {"b.ics", 0, "too"}};
+    host->present();
+    EXPECT_EQ(host->notices(),
+              (shells::Notices{"The calendars cannot be read",
+                               shells::ProblemNotice{"a.ics and 1 more", "the file is empty"}}));
+}
+
+TEST_F(AgendaHostTest, WhatIsNotReadYetIsNotEmpty) {
+    calendarState.emplace();
+    calendarState->isLate = true;
+    const auto host = makeShownHost();
+    EXPECT_EQ(host->notices().line, std::nullopt);
+    calendarState->isLate = false;
+    host->present();
+    EXPECT_EQ(host->notices().line, "Nothing until Wednesday");
 }
 
 // Input.

@@ -39,6 +39,9 @@ protected:
         options.noCalendarsText = "There are no calendars";
         options.hasCalendars = [this] { return hasCalendars; };
         options.frameTime = [this] { return time; };
+        if (calendarState) {
+            options.calendarState = [this] { return *calendarState; };
+        }
         auto host = std::make_unique<AgendaHost>(bundle, memory.platform(), std::move(options));
         host->setObserver(&observer);
         return host;
@@ -84,7 +87,8 @@ protected:
 
     std::optional<platform::CGFloat> width;
     bool hasCalendars = true;
-    double time = 100; // seconds, of the frame clock
+    std::optional<shells::CalendarState> calendarState; // absent: hasCalendars
+    double time = 100;                                  // seconds, of the frame clock
     RecordingObserver observer;
 };
 

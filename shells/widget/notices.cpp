@@ -1,0 +1,118 @@
+#include "shells/widget/notices.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+#include "base/time_units.h"
+#include "platform/date_services.h"
+#include "shells/widget/hosted_widget.h"
+#include "shells/widget/value_of.h"
+
+namespace quorvel::shells {
+
+using freedesktop::CalendarProblem;
+using platform::DateServices;
+using platform::NSDate;
+using platform::NSDateFormatter;
+
+namespace {
+
+constexpr std::int64_t lastDayNamedByWeekday = 6;
+constexpr std::int64_t daysOfAYear = 365;
+constexpr std::int64_t mostDays = 4 * 366; // the calendar store searches no more than four years
+
+// Noon is on the same day on both sides of every clock change.
+NSDate noonOf(const DateServices& dateServices, NSDate date) {
+    using namespace platform;
+    auto components =
+        dateServices.components(NSYearCalendarUnit | NSMonthCalendarUnit | NSDayCalendarUnit, date);
+    components.hour = 12;
+    return dateServices.dateFromComponents(components);
+}
+
+NSDateFormatter dayFormatter(const DateServices& dateServices, std::int64_t daysAhead) {
+    NSDateFormatter formatter;
+    if (daysAhead <= lastDayNamedByWeekday) {
+        formatter.dateFormat = "EEEE";
+    } else {
+        formatter.dateStyle = platform::NSDateFormatterStyle::shortStyle;
+        formatter.dateFormat =
+            dateServices.dateFormatFromTemplate(daysAhead < daysOfAYear ? "MMMMd" : "yMMMMd");
+    }
+    return formatter;
+}
+
+std::string_view lastComponent(std::string_view path) {
+    while (path.size() > 1 && path.ends_with('/')) {
+        path.remove_suffix(1);
+    }
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string_view::npos || path.size() == 1 ? path : path.substr(slash + 1);
+}
+
+// Without the subject, which the line above names.
+std::string reasonOf(const CalendarProblem& problem) {
+    constexpr std::string_view subject = "it ";
+    std::string_view what = problem.what;
+    if (what.starts_with(subject)) {
+        what.remove_prefix(subject.size());
+    }
+    return std::string(what);
+}
+
+} // namespace
+
+std::string nothingPlannedText(const DateServices& dateServices, NSDate now,
+                               std::int64_t daysToDisplay) {
+    if (daysToDisplay < 0) {
+        return "Nothing planned";
+    }
+    if (daysToDisplay == 0) {
+        return "Nothing today";
+    }
+    const std::int64_t days = std::min(daysToDisplay, mostDays);
+    const NSDate lastDay = noonOf(dateServices, now)
+                               .dateByAddingTimeInterval(static_cast<double>(days) * secondsPerDay);
+    return "Nothing until " +
+           dateServices.stringFromDate(dayFormatter(dateServices, days), lastDay);
+}
+
+std::string noCalendarsText(const CalendarState& calendars) {
+    return calendars.unreadable.empty() ? "There are no calendars yet"
+                                        : "The calendars cannot be read";
+}
+
+std::optional<ProblemNotice> unreadableNotice(const std::vector<CalendarProblem>& unreadable) {
+    if (unreadable.empty()) {
+        return std::nullopt;
+    }
+    std::string name(lastComponent(unreadable.front().file));
+    if (unreadable.size() > 1) {
+        name += " and " + std::to_string(unreadable.size() - 1) + " more";
+    }
+    return ProblemNotice{std::move(name), reasonOf(unreadable.front())};
+}
+
+std::string textOf(const Notices& notices) {
+    std::string text = notices.line.value_or("");
+    if (notices.problem) {
+        text += (text.empty() ? "" : ". ") + notices.problem->name + ": " + notices.problem->reason;
+    }
+    return text;
+}
+
+Notices noticesOf(HostedWidget& widget, const CalendarState& calendars,
+                  const DateServices& dateServices, NSDate now) {
+    Notices notices;
+    notices.problem = unreadableNotice(calendars.unreadable);
+    if (!calendars.hasReadable) {
+        notices.line = noCalendarsText(calendars);
+    } else if (!calendars.isLate && widget.table() != nullptr && widget.items().empty()) {
+        const auto days = valueOf<std::int64_t>(widget.processWideValues(), "daysToDisplay");
+        notices.line = nothingPlannedText(dateServices, now, days.value_or(0));
+    }
+    return notices;
+}
+
+} // namespace quorvel::shells
