@@ -24,8 +24,6 @@ window::AgendaWindowOptions windowOptions(const CommandLine& line, const Program
     options.width = line.width;
     options.isDecorated = line.decorated;
     options.backdrop = setup.backdrop;
-    options.noCalendarsText =
-        line.calendars.empty() ? "There are no calendars yet" : "The calendars cannot be read";
     return options;
 }
 

@@ -165,28 +165,15 @@ void AgendaHost::didUpdatePreferredSize(platform::SBUIWidgetHost&, CGSize size) 
     m_preferredSize = size;
 }
 
-bool AgendaHost::isShowingNoCalendarsText() const {
-    return !m_hasCalendars;
-}
-
 const shells::Notices& AgendaHost::notices() const {
     return m_notices->notices();
 }
 
 void AgendaHost::updateNotices() {
-    shells::CalendarState calendars;
-    if (m_options.calendarState) {
-        calendars = m_options.calendarState();
-    } else {
-        calendars.hasReadable = m_options.hasCalendars();
-    }
+    const shells::CalendarState calendars = m_options.calendarState();
     m_hasCalendars = calendars.hasReadable;
-    shells::Notices notices =
-        shells::noticesOf(*m_widget, calendars, m_platform.dateServices, m_platform.clock.now());
-    if (!m_hasCalendars && !m_options.calendarState) {
-        notices.line = m_options.noCalendarsText;
-    }
-    m_notices->show(std::move(notices));
+    m_notices->show(
+        shells::noticesOf(*m_widget, calendars, m_platform.dateServices, m_platform.clock.now()));
     m_scroller->setHidden(!m_hasCalendars);
 }
 

@@ -46,14 +46,9 @@ public:
 struct AgendaHostOptions {
     std::string controllerName;             // empty: the bundle's principal class
     std::optional<platform::CGFloat> width; // points; absent: the width that the widget prefers
-    // One line that replaces the widget after a presentation without any calendar to read. Both are
-    // ignored where there is calendarState below.
-    std::string noCalendarsText;
-    std::function<bool()> hasCalendars;
+    std::function<shells::CalendarState()> calendarState; // called after each presentation
     std::function<double()> frameTime; // the current time of the frame clock, in seconds
     shells::Appearance appearance = shells::standardAppearance(shells::AppearanceKind::dark);
-    // Called after each presentation, for the notices; null: hasCalendars is called.
-    std::function<shells::CalendarState()> calendarState = nullptr;
 };
 
 class AgendaHost final : public platform::SBUIWidgetHost, private platform::SBUIWidgetHostDelegate {
@@ -87,8 +82,8 @@ public:
 
     platform::UIWindow& window() { return *m_window; }
     AgendaRows& rows() { return *m_rows; }
-    bool isShowingNoCalendarsText() const;
-    const std::string& noCalendarsText() const { return m_options.noCalendarsText; }
+    // False where a line replaces the rows because there is not one calendar to read.
+    bool hasCalendars() const { return m_hasCalendars; }
     // What the user can read in place of the rows and below them, for screen readers.
     const shells::Notices& notices() const;
 

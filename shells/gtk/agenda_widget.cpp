@@ -93,6 +93,26 @@ void AgendaWidget::setScale(CGFloat scale) {
     }
 }
 
+void AgendaWidget::setAppearance(const shells::Appearance& appearance) {
+    if (m_host != nullptr) {
+        m_host->setAppearance(appearance);
+    }
+}
+
+void AgendaWidget::setTextScale(CGFloat scale) {
+    if (m_platform != nullptr) {
+        m_platform->setTextScale(scale);
+        present();
+    }
+}
+
+void AgendaWidget::reloadFonts() {
+    if (m_platform != nullptr) {
+        m_platform->reloadFonts();
+        present();
+    }
+}
+
 CGSize AgendaWidget::wantedSize() const {
     return m_host != nullptr ? m_host->wantedSize() : CGSize{1, 1};
 }
@@ -103,11 +123,10 @@ void AgendaWidget::setGreatestHeight(CGFloat height) {
     }
 }
 
-// Screen readers do not see the line that is painted.
-void AgendaWidget::describeMissingCalendars() {
-    const bool isMissing = m_host->isShowingNoCalendarsText();
+// Screen readers do not see the lines that are painted.
+void AgendaWidget::describeNotices() {
     atk_object_set_description(gtk_widget_get_accessible(m_area),
-                               isMissing ? m_host->noCalendarsText().c_str() : "");
+                               shells::textOf(m_host->notices()).c_str());
 }
 
 bool AgendaWidget::run(KeyCommand command) {
@@ -145,7 +164,7 @@ void AgendaWidget::onWantedSizeChanged() {
 void AgendaWidget::onRowsChanged() {
     m_presenter->restart(m_host->rows().descriptions());
     updateAccessibleRows(m_area);
-    describeMissingCalendars();
+    describeNotices();
     m_observer.onPresented();
 }
 

@@ -60,8 +60,13 @@ public:
     bool isShown() const { return m_isShown; }
     void present(); // again; only while shown
 
+    // Without content, these have no effect.
     // Pixels per point of the monitor; presents again where it changes the pictures.
     void setScale(platform::CGFloat scale);
+    void setAppearance(const shells::Appearance& appearance);
+    // These present again, as the rows' heights follow the texts.
+    void setTextScale(platform::CGFloat scale); // see TextLines::setTextScale()
+    void reloadFonts();                         // after the desktop's font has changed
     // The size that shows all rows, limited to setGreatestHeight(); {1, 1} without content.
     platform::CGSize wantedSize() const;
     void setGreatestHeight(platform::CGFloat height); // points
@@ -79,7 +84,7 @@ private:
     void onPullBecameFirm() override { m_observer.onPullBecameFirm(); }
 
     void presentSafely() noexcept;
-    void describeMissingCalendars();
+    void describeNotices();
     void updatePause();
 
     AgendaWidgetObserver& m_observer;

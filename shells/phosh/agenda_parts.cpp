@@ -19,7 +19,6 @@ using platform::Platform;
 
 namespace {
 
-constexpr const char* noCalendarsText = "There are no calendars yet";
 // How long the first presentation waits for the calendars, in seconds: the user takes longer to
 // turn to the page of the agenda. Later ones are made on the shell's thread and do not wait.
 constexpr double firstWait = 1;
@@ -95,8 +94,11 @@ Result<void> AgendaParts::present(const ShellServices& shell,
         return Error{"the bundle has no principal class", folders.bundle, {}};
     }
     gtk::AgendaHostOptions options;
-    options.noCalendarsText = noCalendarsText;
-    options.hasCalendars = [this] { return m_platform.hasReadableCalendars(); };
+    options.calendarState = [this] {
+        return shells::CalendarState{m_platform.hasReadableCalendars(),
+                                     m_platform.areCalendarsLate(),
+                                     m_platform.unreadableCalendars()};
+    };
     options.frameTime = frameTime;
     m_host = std::make_unique<gtk::AgendaHost>(*m_bundle, m_services, std::move(options));
     m_host->setGreatestHeight(shell.screenHeight);

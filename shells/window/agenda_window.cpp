@@ -56,8 +56,13 @@ AgendaWindow::AgendaWindow(freedesktop::FreedesktopPlatform& platform,
     , m_options(std::move(options))
     , m_loop(loop)
     , m_host(bundle, platform.platform(),
-             {m_options.controllerName, m_options.width, m_options.noCalendarsText,
-              [this] { return m_platform.hasReadableCalendars(); }, frameTime})
+             {m_options.controllerName, m_options.width,
+              [this] {
+                  return shells::CalendarState{m_platform.hasReadableCalendars(),
+                                               m_platform.areCalendarsLate(),
+                                               m_platform.unreadableCalendars()};
+              },
+              frameTime})
     , m_agenda(*this) {
     m_agenda.setContent(m_platform, m_host);
 }

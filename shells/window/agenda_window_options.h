@@ -14,7 +14,6 @@ struct AgendaWindowOptions {
     std::optional<platform::CGFloat> width; // points; absent: the width that the widget prefers
     bool isDecorated = false;
     std::optional<platform::UIColor> backdrop; // absent: transparent
-    std::string noCalendarsText; // one line, shown where there are no calendars to read
 };
 
 } // namespace quorvel::window

@@ -10,6 +10,7 @@
 namespace quorvel::window {
 namespace {
 
+using testing::Contains;
 using testing::Each;
 using testing::HasSubstr;
 
@@ -109,14 +110,15 @@ TEST_F(LifeTest, EndsWhenTheDisplayIsLost) {
                         "one\n");
 }
 
-TEST_F(LifeTest, AnEmptyAgendaShowsItsBackdropOnly) {
+TEST_F(LifeTest, AnEmptyAgendaShowsOneLine) {
     writeCalendar("");
-    writeSettings("<key>showSeparatorLines</key><false/>"); // which are also painted below the rows
     show({"--background", "#102030"});
     const Picture empty = picture();
     EXPECT_EQ(empty.width, 320);
     EXPECT_EQ(empty.height, 300); // the greatest height of the settings
-    EXPECT_THAT(empty.pixels, Each(0x102030));
+    EXPECT_THAT(empty.band(0, 135).pixels, Each(0x102030));
+    EXPECT_THAT(empty.band(135, 30).pixels, Contains(testing::Ne(0x102030U)));
+    EXPECT_THAT(empty.band(165, 135).pixels, Each(0x102030));
 }
 
 TEST_F(LifeTest, ReportsThatTheCalendarsCannotBeRead) {

@@ -208,18 +208,18 @@ TEST_F(AgendaHostTest, ATapOpensNothing) {
 // Missing calendars.
 
 TEST_F(AgendaHostTest, ALineReportsThatThereAreNoCalendars) {
-    hasCalendars = false;
+    calendarState.hasReadable = false;
     const auto host = makeShownHost();
-    EXPECT_TRUE(host->isShowingNoCalendarsText());
-    EXPECT_EQ(lineOf(*host).text(), "There are no calendars");
+    EXPECT_FALSE(host->hasCalendars());
+    EXPECT_EQ(lineOf(*host).text(), "There are no calendars yet");
     EXPECT_FALSE(lineOf(*host).isHidden());
     EXPECT_EQ(host->wantedSize(), (CGSize{320, 44})) << "the line alone";
     EXPECT_TRUE(scrollerOf(*host).isHidden());
-    hasCalendars = true;
+    calendarState.hasReadable = true;
     host->present();
     EXPECT_FALSE(scrollerOf(*host).isHidden());
     EXPECT_EQ(host->wantedSize(), (CGSize{320, 300})) << "requested again, as there are no events";
-    EXPECT_FALSE(host->isShowingNoCalendarsText());
+    EXPECT_TRUE(host->hasCalendars());
     EXPECT_EQ(lineOf(*host).text(), "Nothing until Wednesday");
 }
 
@@ -227,7 +227,7 @@ TEST_F(AgendaHostTest, ALineReportsThatThereAreNoCalendars) {
 
 TEST_F(AgendaHostTest, AnEmptyAgendaHasALine) {
     const auto host = makeShownHost();
-    EXPECT_FALSE(host->isShowingNoCalendarsText());
+    EXPECT_TRUE(host->hasCalendars());
     EXPECT_EQ(host->rows().rowCount(), 0U);
     EXPECT_EQ(host->notices().line, "Nothing until Wednesday");
     EXPECT_FALSE(lineOf(*host).isHidden());
@@ -251,11 +251,10 @@ TEST_F(AgendaHostTest, ALineHasRoomWhereTheWidgetHasNone) {
 
 TEST_F(AgendaHostTest, WhatCannotBeReadIsMarkedBelowTheRows) {
     addEvents(2);
-    calendarState.emplace();
     const auto host = makeShownHost();
     const CGSize size = host->wantedSize();
     const CGFloat rows = heightOfRows(*host);
-    calendarState->unreadable = {{"/home/me/work.ics", 0, "it cannot be read: Permission denied"}};
+    calendarState.unreadable = {{"/home/me/work.ics", 0, "it cannot be read: Permission denied"}};
     host->present();
     EXPECT_EQ(host->notices().problem,
               (shells::ProblemNotice{"work.ics", "cannot be read: Permission denied"}));
@@ -266,19 +265,18 @@ TEST_F(AgendaHostTest, WhatCannotBeReadIsMarkedBelowTheRows) {
     EXPECT_FALSE(problem.isHidden());
     EXPECT_EQ(CGRectGetMinY(problem.frame()), CGRectGetMaxY(scrollerOf(*host).frame()));
     EXPECT_EQ(CGRectGetMaxY(problem.frame()), host->wantedSize().height);
-    calendarState->unreadable.clear();
+    calendarState.unreadable.clear();
     host->present();
     EXPECT_EQ(host->wantedSize(), size);
     EXPECT_TRUE(problem.isHidden());
 }
 
 TEST_F(AgendaHostTest, CalendarsThatCannotBeReadAreNotMissing) {
-    calendarState.emplace();
-    calendarState->hasReadable = false;
+    calendarState.hasReadable = false;
     const auto host = makeShownHost();
-    EXPECT_TRUE(host->isShowingNoCalendarsText());
+    EXPECT_FALSE(host->hasCalendars());
     EXPECT_EQ(host->notices(), (shells::Notices{"There are no calendars yet", std::nullopt}));
-    calendarState->unreadable = {{"a.ics", 0, "the file is empty"}, {"b.ics", 0, "too"}};
+    calendarState.unreadable = {{"a.ics", 0, "the file is empty"}, {"b.ics", 0, "too"}};
     host->present();
     EXPECT_EQ(host->notices(),
               (shells::Notices{"The calendars cannot be read",
@@ -286,11 +284,10 @@ TEST_F(AgendaHostTest, CalendarsThatCannotBeReadAreNotMissing) {
 }
 
 TEST_F(AgendaHostTest, WhatIsNotReadYetIsNotEmpty) {
-    calendarState.emplace();
-    calendarState->isLate = true;
+    calendarState.isLate = true;
     const auto host = makeShownHost();
     EXPECT_EQ(host->notices().line, std::nullopt);
-    calendarState->isLate = false;
+    calendarState.isLate = false;
     host->present();
     EXPECT_EQ(host->notices().line, "Nothing until Wednesday");
 }

@@ -45,8 +45,7 @@ protected:
         platform.emplace(options);
         bundle = platform->loadBundle(QUORVEL_BUNDLE).value();
         AgendaHostOptions hostOptions;
-        hostOptions.noCalendarsText = "There are no calendars";
-        hostOptions.hasCalendars = [] { return false; };
+        hostOptions.calendarState = [] { return shells::CalendarState(); };
         hostOptions.frameTime = [] { return 0.0; };
         host = std::make_unique<AgendaHost>(*bundle, platform->platform(), hostOptions);
         widget = std::make_unique<AgendaWidget>(surroundings);

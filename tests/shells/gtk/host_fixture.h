@@ -36,12 +36,8 @@ protected:
         AgendaHostOptions options;
         options.controllerName = controller;
         options.width = width;
-        options.noCalendarsText = "There are no calendars";
-        options.hasCalendars = [this] { return hasCalendars; };
+        options.calendarState = [this] { return calendarState; };
         options.frameTime = [this] { return time; };
-        if (calendarState) {
-            options.calendarState = [this] { return *calendarState; };
-        }
         auto host = std::make_unique<AgendaHost>(bundle, memory.platform(), std::move(options));
         host->setObserver(&observer);
         return host;
@@ -86,9 +82,8 @@ protected:
     }
 
     std::optional<platform::CGFloat> width;
-    bool hasCalendars = true;
-    std::optional<shells::CalendarState> calendarState; // absent: hasCalendars
-    double time = 100;                                  // seconds, of the frame clock
+    shells::CalendarState calendarState;
+    double time = 100; // seconds, of the frame clock
     RecordingObserver observer;
 };
 
