@@ -65,6 +65,7 @@ FreedesktopOptions userOptions(const ProgramFolders& folders) {
     options.timeZone = hostTimeZone();
     options.locale = userLocale();
     options.clockFormat = desktopClockFormat();
+    options.textScale = desktopTextScale();
     options.dataFolder = folders.data;
     options.dataServerModule = folders.dataServerModule;
     options.preferencesFolder = userPreferencesFolder();

@@ -1,5 +1,6 @@
 // The options of the platform for a user who has chosen nothing on a command line: the machine's
-// time zone, the environment's locale, the usual calendars, the user's folders.
+// time zone, the environment's locale, the desktop's text scale, the usual calendars, the user's
+// folders.
 #pragma once
 
 #include <string>

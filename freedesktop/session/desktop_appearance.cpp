@@ -1,5 +1,6 @@
 #include "freedesktop/session/desktop_appearance.h"
 
+#include <initializer_list>
 #include <string_view>
 #include <utility>
 
@@ -28,11 +29,10 @@ DesktopAppearance::DesktopAppearance(std::function<void()> onChange)
     , m_colorScheme(interfaceSchema, "color-scheme")
     , m_theme(interfaceSchema, "gtk-theme")
     , m_highContrast("org.gnome.desktop.a11y.interface", "high-contrast")
-    , m_textScale(interfaceSchema, "text-scaling-factor")
     , m_fontName(interfaceSchema, "font-name")
     , m_portal([this] { update(); }) {
-    for (DesktopSetting* setting :
-         {&m_colorScheme, &m_theme, &m_highContrast, &m_textScale, &m_fontName}) {
+    for (DesktopSetting* setting : std::initializer_list<DesktopSetting*>{
+             &m_colorScheme, &m_theme, &m_highContrast, &m_textScale, &m_fontName}) {
         setting->setOnChange([this] { update(); });
     }
     m_values = currentValues();
@@ -44,7 +44,7 @@ DesktopAppearance::Values DesktopAppearance::currentValues() const {
     values.colorScheme = portal.colorScheme.value_or(colorSchemeOf(m_colorScheme.value()));
     values.highContrast = portal.highContrast.value_or(m_highContrast.flagValue().value_or(false) ||
                                                        isHighContrastTheme(m_theme.value()));
-    values.textScale = m_textScale.numberValue().value_or(values.textScale);
+    values.textScale = m_textScale.textScale();
     values.fontName = m_fontName.value();
     return values;
 }

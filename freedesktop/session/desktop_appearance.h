@@ -45,7 +45,7 @@ private:
     DesktopSetting m_colorScheme;
     DesktopSetting m_theme;
     DesktopSetting m_highContrast;
-    DesktopSetting m_textScale;
+    TextScaleSetting m_textScale;
     DesktopSetting m_fontName;
     PortalAppearance m_portal;
     Values m_values;

@@ -134,6 +134,17 @@ std::optional<std::string> RegionSetting::region() const {
     return set && !set->empty() ? std::move(set) : std::nullopt;
 }
 
+TextScaleSetting::TextScaleSetting()
+    : DesktopSetting("org.gnome.desktop.interface", "text-scaling-factor") {}
+
+double TextScaleSetting::textScale() const {
+    return numberValue().value_or(1);
+}
+
+double desktopTextScale() {
+    return TextScaleSetting().textScale();
+}
+
 ClockFormat desktopClockFormat() {
     return ClockFormatSetting().clockFormat();
 }

@@ -43,7 +43,14 @@ struct RegionSetting : DesktopSetting {
     std::optional<std::string> region() const; // absent: not set
 };
 
-// The current value of ClockFormatSetting.
+// By which the desktop enlarges its texts, as set, not bounded; 1 where nothing is set.
+struct TextScaleSetting : DesktopSetting {
+    TextScaleSetting();
+    double textScale() const;
+};
+
+// The current values of the settings above.
+double desktopTextScale();
 ClockFormat desktopClockFormat();
 
 } // namespace quorvel::freedesktop

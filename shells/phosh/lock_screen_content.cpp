@@ -108,6 +108,8 @@ void LockScreenContent::showParts() {
     }
     m_agenda.setContent(parts->platform(), parts->host());
     updateScale();
+    m_desktop.emplace([this] { guarded([this] { updateAppearance(); }); });
+    updateAppearance();
     if (gtk_widget_get_mapped(m_area) != FALSE) {
         presentAfterFirstFrame();
     }
@@ -126,6 +128,14 @@ void LockScreenContent::hide() {
 
 void LockScreenContent::updateScale() {
     m_agenda.setScale(gtk_widget_get_scale_factor(m_area));
+}
+
+// The shell darkens its wallpaper, whatever colours the user prefers on the desktop.
+void LockScreenContent::updateAppearance() {
+    using shells::AppearanceKind;
+    m_agenda.setAppearance(shells::standardAppearance(
+        m_desktop->hasHighContrast() ? AppearanceKind::highContrastDark : AppearanceKind::dark));
+    m_agenda.setTextScale(m_desktop->textScale());
 }
 
 void LockScreenContent::updatePrivacy() {

@@ -4,11 +4,14 @@
 #include <atomic>
 #include <exception>
 #include <memory>
+#include <optional>
 
 #include <gtk/gtk.h>
 
 #include "freedesktop/glib/delayed_call.h"
 #include "freedesktop/launch/desktop_launcher.h"
+#include "freedesktop/session/desktop_appearance.h"
+#include "freedesktop/session/feedback_device.h"
 #include "shells/gtk/agenda_widget.h"
 #include "shells/phosh/agenda_session.h"
 #include "shells/phosh/first_frame.h"
@@ -31,7 +34,7 @@ public:
 private:
     void onWantedSizeChanged() override {}
     void onPresented() override {}
-    void onPullBecameFirm() override {}
+    void onPullBecameFirm() override { m_feedback.press(); }
     void onFailure(std::exception_ptr failure) noexcept override;
 
     void connectSignals();
@@ -40,6 +43,7 @@ private:
     void hide();
     void updateScale();
     void updatePrivacy();
+    void updateAppearance();
 
     // Runs the work; logs an exception and shows nothing any more.
     template <class Work>
@@ -52,8 +56,10 @@ private:
     AgendaSession m_session;
     gtk::AgendaWidget m_agenda;
     FirstFrame m_firstFrame;
-    freedesktop::DelayedCall m_failure; // leaves the call that failed first
-    GtkWidget* m_area;                  // of m_agenda
+    freedesktop::FeedbackDevice m_feedback;
+    std::optional<freedesktop::DesktopAppearance> m_desktop; // while there are parts
+    freedesktop::DelayedCall m_failure;                      // leaves the call that failed first
+    GtkWidget* m_area;                                       // of m_agenda
 };
 
 } // namespace quorvel::phosh
