@@ -56,4 +56,19 @@ std::vector<std::string> nameRows(HostedWidget& widget) {
     return names;
 }
 
+std::optional<RowContent> rowContent(HostedWidget& widget, std::size_t row) {
+    const platform::UIView& view = widget.view();
+    const auto captions =
+        valueOf<std::vector<std::string>>(view, "captions").value_or(std::vector<std::string>{});
+    const auto items = widget.items();
+    if (row >= items.size()) {
+        return std::nullopt;
+    }
+    const platform::KeyValueCoding& item = *items[row];
+    return RowContent{valueOf<std::string>(item, "title").value_or(std::string()),
+                      valueOf<std::string>(item, "location").value_or(std::string()),
+                      row < captions.size() ? captions[row] : std::string(),
+                      valueOf<NSURL>(item, "URL"), valueOf<NSDate>(item, "startDate")};
+}
+
 } // namespace quorvel::shells

@@ -51,6 +51,23 @@ TEST_F(RowDescriptionsTest, ARowIsItsTitleLocationAndCaption) {
     EXPECT_EQ(named(legacyController).at(0), "Lunch, Café Sol, 12:30");
 }
 
+TEST_F(RowDescriptionsTest, HasThePartsOfARow) {
+    memory.dateServices.useTwentyFourHourClock();
+    EKEvent lunch = event("Lunch", at(0, 12, 30));
+    lunch.location = "Café Sol";
+    memory.calendarStores.addEvent(lunch);
+    HostedWidget widget(bundle, notificationController, memory.platform(), host, *window);
+    const std::optional<RowContent> row = rowContent(widget, 0);
+    ASSERT_TRUE(row);
+    EXPECT_EQ(row->title, "Lunch");
+    EXPECT_EQ(row->location, "Café Sol"); // which the row does not show
+    EXPECT_EQ(row->caption, "12:30");
+    ASSERT_TRUE(row->link);
+    EXPECT_EQ(row->link->absoluteString().rfind("x-apple-calevent://", 0), 0U);
+    EXPECT_EQ(row->start, at(0, 12, 30));
+    EXPECT_FALSE(rowContent(widget, 1));
+}
+
 TEST_F(RowDescriptionsTest, LeavesMissingPartsOut) {
     memory.dateServices.useTwentyFourHourClock();
     setSettings({{"displayLocation", {true}}});
