@@ -10,6 +10,7 @@
 namespace quorvel::gtk {
 
 using platform::CGFloat;
+using platform::CGPoint;
 using platform::CGRect;
 using platform::NSIndexPath;
 using platform::NSInteger;
@@ -60,6 +61,24 @@ void AgendaRows::setFocus(std::optional<std::size_t> row) {
     if (std::exchange(m_focusedRow, row) != row) {
         m_handlers.onFocusMoved();
     }
+}
+
+std::optional<std::size_t> AgendaRows::rowAt(const CGPoint& location) const {
+    std::size_t first = 0;
+    std::size_t end = m_scroller.isHidden() ? 0 : rowCount();
+    while (first < end) {
+        const std::size_t middle = first + (end - first) / 2;
+        const CGRect frame = rowFrame(middle);
+        if (CGRectContainsPoint(frame, location)) {
+            return middle;
+        }
+        if (location.y < CGRectGetMinY(frame)) {
+            end = middle;
+        } else {
+            first = middle + 1;
+        }
+    }
+    return std::nullopt;
 }
 
 std::size_t AgendaRows::pageLength() const {

@@ -39,6 +39,8 @@ public:
     // The rows with an action whose content is to the right of its place, from top to bottom. Those
     // outside the area have none.
     std::vector<RowPull> pulls() const;
+    // The row at that point of the area.
+    std::optional<std::size_t> rowAt(const platform::CGPoint& location) const;
     // The number of rows that are completely visible, at least 1.
     std::size_t pageLength() const;
 

@@ -19,6 +19,7 @@ AgendaWidget::AgendaWidget(AgendaWidgetObserver& observer)
     , m_area(makeAgendaArea(
           [this](std::exception_ptr failure) { m_observer.onFailure(std::move(failure)); })) {
     g_object_ref_sink(m_area);
+    atk_object_set_name(gtk_widget_get_accessible(m_area), "Events");
 }
 
 AgendaWidget::~AgendaWidget() {

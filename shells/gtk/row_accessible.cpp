@@ -137,6 +137,10 @@ const char* actionName(AtkAction* action, int index) {
     return index >= 0 && index < actionCount(action) ? "activate" : nullptr;
 }
 
+const char* actionDescription(AtkAction* action, int index) {
+    return actionName(action, index) != nullptr ? "Does what a pull of the row does" : nullptr;
+}
+
 gboolean doAction(AtkAction* action, int index) {
     if (actionName(action, index) == nullptr) {
         return FALSE;
@@ -150,6 +154,7 @@ void initializeAction(gpointer interface, gpointer) {
     auto* action = static_cast<AtkActionIface*>(interface);
     action->get_n_actions = actionCount;
     action->get_name = actionName;
+    action->get_description = actionDescription;
     action->do_action = doAction;
 }
 
