@@ -5,11 +5,10 @@
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <utility>
 
-#include "freedesktop/io/file_descriptor.h"
+#include "tests/compositor/injected_input.h"
+#include "tests/window/ppm_picture.h"
 
 namespace quorvel::phosh {
 
@@ -51,34 +50,6 @@ std::string contents(const fs::path& path) {
     std::stringstream bytes;
     bytes << file.rdbuf();
     return bytes.str();
-}
-
-// A picture in the format P6 with a byte per colour.
-Picture pictureOf(const std::string& file) {
-    std::istringstream stream(file);
-    std::string type;
-    Picture picture;
-    int maximum = 0;
-    stream >> type >> picture.width >> picture.height >> maximum;
-    stream.get();
-    if (type != "P6" || maximum != 255 || picture.width <= 0 || picture.height <= 0) {
-        return {};
-    }
-    const std::size_t count =
-        static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
-    const auto start = static_cast<std::size_t>(stream.tellg());
-    if (file.size() < start + 3 * count) {
-        return {};
-    }
-    picture.pixels.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        const auto part = [&](std::size_t index) {
-            return static_cast<std::uint32_t>(
-                static_cast<unsigned char>(file[start + 3 * i + index]));
-        };
-        picture.pixels.push_back(part(0) << 16U | part(1) << 8U | part(2));
-    }
-    return picture;
 }
 
 // As the compositor's screen before a shell has painted.
@@ -196,8 +167,8 @@ void PhoshSession::startBuses() {
 
 void PhoshSession::startCompositor() {
     m_compositor = child({PHOC, "-S", "-C", PHOC_SETTINGS},
-                         {{"LD_PRELOAD", TOUCH_PRELOAD},
-                          {"QUORVEL_TOUCH_SOCKET", path("runtime/touch")},
+                         {{"LD_PRELOAD", INPUT_PRELOAD},
+                          {"QUORVEL_INPUT_SOCKET", path("runtime/input")},
                           {"WLR_BACKENDS", "headless"},
                           {"WLR_RENDERER", "pixman"},
                           {"WLR_LIBINPUT_NO_DEVICES", "1"}},
@@ -205,7 +176,7 @@ void PhoshSession::startCompositor() {
     if (!becomesTrue(patience,
                      [this] {
                          return m_compositor->exitStatus(0) ||
-                                (fs::exists(path("runtime/touch")) &&
+                                (fs::exists(path("runtime/input")) &&
                                  fs::exists(path("runtime/wayland-0")));
                      }) ||
         m_compositor->exitStatus(0)) {
@@ -283,23 +254,14 @@ void PhoshSession::lift() const {
 }
 
 void PhoshSession::touch(const std::string& command) const {
-    const freedesktop::FileDescriptor socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    const std::string file = path("runtime/touch");
-    file.copy(address.sun_path, sizeof address.sun_path - 1);
-    if (sendto(socket.get(), command.data(), command.size(), 0,
-               reinterpret_cast<const sockaddr*>(&address), sizeof address) < 0) {
-        throw std::runtime_error("the compositor takes no touches: " +
-                                 contents(path("compositor.log")));
-    }
+    compositor::sendInput(path("runtime/input"), command);
 }
 
 Picture PhoshSession::screen() const {
     const std::string file = path("screen.ppm");
     window::rest(0.1); // capture after capture keeps the compositor from painting
     run({GRIM, "-t", "ppm", file});
-    return pictureOf(contents(file));
+    return window::ppmPicture(contents(file));
 }
 
 Picture PhoshSession::steadyScreen(double seconds) const {

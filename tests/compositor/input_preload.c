@@ -1,8 +1,11 @@
-// Preloaded into a compositor that runs without hardware: adds a keyboard and a touch screen, and
-// makes real touches of the datagrams that arrive at the socket $QUORVEL_TOUCH_SOCKET:
-//   down ID X Y    move ID X Y    up ID        X and Y from 0 to 1 of the screen
+// Preloaded into a compositor that runs without hardware: adds a keyboard, a pointer and a touch
+// screen, and makes real input of the datagrams that arrive at the socket $QUORVEL_INPUT_SOCKET:
+//   down ID X Y    move ID X Y    up ID      a finger, X and Y from 0 to 1 of the screen
+//   point X Y      press          release    the pointer, likewise, and its first button
+//   key CODE                                 a key of the kernel's list, pressed and released
 // The devices exist before the first client connects, so that no client misses the seat.
 #include <dlfcn.h>
+#include <linux/input-event-codes.h>
 #include <stdbool.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -17,9 +20,13 @@
 #include <wlr/backend/headless.h>
 #include <wlr/backend/multi.h>
 #include <wlr/types/wlr_input_device.h>
+#include <wlr/types/wlr_keyboard.h>
+#include <wlr/types/wlr_pointer.h>
 #include <wlr/types/wlr_touch.h>
 
 static struct wl_display* display;
+static struct wlr_input_device* keyboard;
+static struct wlr_input_device* pointer;
 static struct wlr_input_device* touchScreen;
 
 static uint32_t milliseconds(void) {
@@ -43,7 +50,25 @@ static void touchUp(int id) {
     wl_signal_emit(&touchScreen->touch->events.up, &event);
 }
 
-static void obey(const char* command) {
+static void movePointer(double x, double y) {
+    struct wlr_event_pointer_motion_absolute event = {pointer, milliseconds(), x, y};
+    wl_signal_emit(&pointer->pointer->events.motion_absolute, &event);
+}
+
+static void pressButton(enum wlr_button_state state) {
+    struct wlr_event_pointer_button event = {pointer, milliseconds(), BTN_LEFT, state};
+    wl_signal_emit(&pointer->pointer->events.button, &event);
+}
+
+static void pressKey(uint32_t code) {
+    struct wlr_event_keyboard_key event = {milliseconds(), code, true,
+                                           WL_KEYBOARD_KEY_STATE_PRESSED};
+    wlr_keyboard_notify_key(keyboard->keyboard, &event);
+    event.state = WL_KEYBOARD_KEY_STATE_RELEASED;
+    wlr_keyboard_notify_key(keyboard->keyboard, &event);
+}
+
+static bool obeyTouch(const char* command) {
     int id = 0;
     double x = 0;
     double y = 0;
@@ -54,10 +79,35 @@ static void obey(const char* command) {
     } else if (sscanf(command, "up %d", &id) == 1) {
         touchUp(id);
     } else {
-        fprintf(stderr, "touch_preload: unknown command: %s\n", command);
-        return;
+        return false;
     }
     wl_signal_emit(&touchScreen->touch->events.frame, NULL);
+    return true;
+}
+
+static bool obeyPointer(const char* command) {
+    double x = 0;
+    double y = 0;
+    if (sscanf(command, "point %lf %lf", &x, &y) == 2) {
+        movePointer(x, y);
+    } else if (strcmp(command, "press") == 0) {
+        pressButton(WLR_BUTTON_PRESSED);
+    } else if (strcmp(command, "release") == 0) {
+        pressButton(WLR_BUTTON_RELEASED);
+    } else {
+        return false;
+    }
+    wl_signal_emit(&pointer->pointer->events.frame, pointer->pointer);
+    return true;
+}
+
+static void obey(const char* command) {
+    unsigned code = 0;
+    if (sscanf(command, "key %u", &code) == 1) {
+        pressKey(code);
+    } else if (!obeyTouch(command) && !obeyPointer(command)) {
+        fprintf(stderr, "input_preload: unknown command: %s\n", command);
+    }
 }
 
 static int receive(int descriptor, uint32_t events, void* data) {
@@ -72,17 +122,17 @@ static int receive(int descriptor, uint32_t events, void* data) {
     return 0;
 }
 
-static void listenForTouches(void) {
-    const char* path = getenv("QUORVEL_TOUCH_SOCKET");
+static void listenForInput(void) {
+    const char* path = getenv("QUORVEL_INPUT_SOCKET");
     struct sockaddr_un address = {.sun_family = AF_UNIX};
     if (path == NULL || strlen(path) >= sizeof address.sun_path) {
-        fprintf(stderr, "touch_preload: QUORVEL_TOUCH_SOCKET is unset or too long\n");
+        fprintf(stderr, "input_preload: QUORVEL_INPUT_SOCKET is unset or too long\n");
         return;
     }
     strcpy(address.sun_path, path);
     const int descriptor = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (descriptor < 0 || bind(descriptor, (const struct sockaddr*)&address, sizeof address) != 0) {
-        perror("touch_preload: no socket");
+        perror("input_preload: no socket");
         return;
     }
     wl_event_loop_add_fd(wl_display_get_event_loop(display), descriptor, WL_EVENT_READABLE, receive,
@@ -103,12 +153,13 @@ static void addDevices(struct wlr_backend* backend) {
         findHeadless(backend, &headless);
     }
     if (headless == NULL) {
-        fprintf(stderr, "touch_preload: the compositor does not run without hardware\n");
+        fprintf(stderr, "input_preload: the compositor does not run without hardware\n");
         return;
     }
-    wlr_headless_add_input_device(headless, WLR_INPUT_DEVICE_KEYBOARD);
+    keyboard = wlr_headless_add_input_device(headless, WLR_INPUT_DEVICE_KEYBOARD);
+    pointer = wlr_headless_add_input_device(headless, WLR_INPUT_DEVICE_POINTER);
     touchScreen = wlr_headless_add_input_device(headless, WLR_INPUT_DEVICE_TOUCH);
-    listenForTouches();
+    listenForInput();
 }
 
 struct wlr_backend* wlr_backend_autocreate(struct wl_display* server) {
