@@ -64,6 +64,9 @@ void declareOptions(CLI::App& app, CommandLine& line, NumberTexts& numbers, std:
     addValue("--appearance", line.appearance);
     addValue("--background", line.background);
     app.add_flag("--decorated", line.decorated);
+    addValue("--layer", line.layer);
+    addValue("--anchor", line.anchor);
+    addValue("--margin", line.margin);
     addList("--do", line.steps);
 }
 

@@ -35,12 +35,15 @@ struct CommandLine {
     bool noCache = false;
 
     bool json = false;                     // agenda, calendars
-    std::string output;                    // snapshot
+    std::string output;                    // the file of snapshot, the output of show's layer
     std::optional<double> scale;           // snapshot
     std::optional<double> textScale;       // snapshot
     std::optional<std::string> appearance; // snapshot
     std::optional<std::string> background; // snapshot, show
     bool decorated = false;                // show
+    std::optional<std::string> layer;      // show
+    std::optional<std::string> anchor;     // show
+    std::optional<std::string> margin;     // show
     std::vector<std::string> steps;        // inspect
 };
 

@@ -34,11 +34,15 @@ constexpr std::array<CommandText, 5> commandTexts{{
      "list the calendars",
      "Lists the calendars in the store's order, which of them the widget searches, and\n"
      "the store of each.\n"},
-    {Command::show, "show", "quorvel show [--background COLOR] [--decorated] [OPTION]...",
+    {Command::show, "show",
+     "quorvel show [--background COLOR] [--decorated] [OPTION]...\n"
+     "       quorvel show --layer LAYER [--anchor EDGES] [--margin N[,N,N,N]]\n"
+     "                    [--output NAME] [--background COLOR] [OPTION]...",
      "open the widget in a window",
      "Opens the widget in a window, which is always up to date. A row that is pulled to\n"
      "the right and released opens its event; rows below the edge are reached by scrolling;\n"
-     "where no row is, the window can be moved.\n"
+     "where no row is, the window can be moved. With --layer it is a part of the desktop\n"
+     "instead: without a frame, below or above all windows, at a place of its own.\n"
      "\n"
      "Keys:\n"
      "  Up, Down, Page Up, Page Down, Home, End\n"
@@ -75,7 +79,7 @@ struct CommandOption {
     std::array<Command, 2> commands; // the same one twice where only one takes the option
 };
 
-constexpr std::array<CommandOption, 8> commandOptions{{
+constexpr std::array<CommandOption, 12> commandOptions{{
     {{"--json", "--json", "one JSON array instead of text"}, {Command::agenda, Command::calendars}},
     {{"--output", "-o, --output FILE", "the file to draw to: .png, .svg or .pdf"},
      {Command::snapshot, Command::snapshot}},
@@ -91,6 +95,21 @@ constexpr std::array<CommandOption, 8> commandOptions{{
       "name, or none (the backdrop of the appearance)"},
      {Command::snapshot, Command::show}},
     {{"--decorated", "--decorated", "with a title bar and a frame"},
+     {Command::show, Command::show}},
+    {{"--layer", "--layer LAYER",
+      "background, bottom, top or overlay: a layer of the desktop instead\n"
+      "of a window"},
+     {Command::show, Command::show}},
+    {{"--anchor", "--anchor EDGES",
+      "the edges of the output at which the layer lies: some of top, right,\n"
+      "bottom and left, with commas between (none: in the middle)"},
+     {Command::show, Command::show}},
+    {{"--margin", "--margin N[,N,N,N]",
+      "points between the layer and the edges at which it lies: of all, or\n"
+      "of top,right,bottom,left (0)"},
+     {Command::show, Command::show}},
+    {{"--output", "--output NAME",
+      "the output that shows the layer, such as DP-1 (the desktop's choice)"},
      {Command::show, Command::show}},
     {{"--do", "--do STEP", "a step of the script; may be given again"},
      {Command::inspect, Command::inspect}},
@@ -178,9 +197,16 @@ std::string_view commandName(Command command) {
 }
 
 bool commandTakesOption(Command command, std::string_view option) {
-    return std::ranges::none_of(commandOptions, [&](const CommandOption& candidate) {
-        return candidate.option.name == option && !isOptionOf(command, candidate);
-    });
+    bool isOfSome = false;
+    for (const CommandOption& candidate : commandOptions) {
+        if (candidate.option.name == option) {
+            if (isOptionOf(command, candidate)) {
+                return true;
+            }
+            isOfSome = true;
+        }
+    }
+    return !isOfSome;
 }
 
 std::string programHelp() {

@@ -6,6 +6,7 @@
 #include <utility>
 #include <variant>
 
+#include "app/layer_choice.h"
 #include "app/messages.h"
 #include "app/sample.h"
 #include "base/ascii_text.h"
@@ -348,12 +349,21 @@ CommandResult<ProgramSetup> makeProgramSetup(const CommandLine& line) {
     if (const CommandResult<void> checked = checkOutputName(line); !checked) {
         return checked.error();
     }
+    const CommandResult<std::optional<window::LayerOptions>> layer = layerOf(line);
+    if (!layer) {
+        return layer.error();
+    }
     CommandResult<FreedesktopOptions> platform = platformOptions(line, folders, *std::move(zone));
     if (!platform) {
         return platform.error();
     }
-    return ProgramSetup{*std::move(platform), line.bundle.value_or(folders.bundle),
-                        *std::move(steps), *appearance, *backdrop};
+    return ProgramSetup{*std::move(platform),
+                        line.bundle.value_or(folders.bundle),
+                        *std::move(steps),
+                        *appearance,
+                        *backdrop,
+                        *layer,
+                        folders.layerModule};
 }
 
 } // namespace quorvel::app

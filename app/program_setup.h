@@ -11,6 +11,7 @@
 #include "platform/ui_color.h"
 #include "shells/headless/script.h"
 #include "shells/widget/appearance.h"
+#include "shells/window/layer_options.h"
 
 namespace quorvel::app {
 
@@ -20,6 +21,8 @@ struct ProgramSetup {
     std::vector<headless::Step> steps;
     shells::Appearance appearance;
     std::optional<platform::UIColor> backdrop; // absent: transparent
+    std::optional<window::LayerOptions> layer; // absent: a plain window
+    std::string layerModule;
 };
 
 // Checks every value before a file is read or written.

@@ -23,6 +23,8 @@ window::AgendaWindowOptions windowOptions(const CommandLine& line, const Program
     options.controllerName = bundle.controllerName;
     options.width = line.width;
     options.isDecorated = line.decorated;
+    options.layer = setup.layer;
+    options.layerModule = setup.layerModule;
     options.backdrop = setup.backdrop;
     return options;
 }
@@ -43,9 +45,11 @@ CommandResult<void> showInWindow(const CommandLine& line) {
     const Result<void> shown = window::showAgenda(
         platform, *bundle->bundle, windowOptions(line, *setup, *bundle), reportLostDisplay);
     if (!shown) {
-        return usageFailure({shown.error().what,
-                             {},
-                             "start it on a desktop, or print the rows with 'quorvel agenda'"});
+        Error error = shown.error();
+        if (error.toDo.empty()) {
+            error.toDo = "start it on a desktop, or print the rows with 'quorvel agenda'";
+        }
+        return usageFailure(std::move(error));
     }
     return {};
 }

@@ -26,13 +26,16 @@ fs::path commandFolder(const fs::path& folder) {
 ProgramFolders programFolders(const std::string& executableFolder) {
     const fs::path folder(executableFolder);
     const fs::path commands = commandFolder(folder);
-    return {besideOrInstalled(folder / "Quorvel.bundle",
-                              commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "Quorvel.bundle"),
-            besideOrInstalled(folder / "share/quorvel", commands / QUORVEL_RELATIVE_DATA_FOLDER),
-            besideOrInstalled(folder / "quorvel-window",
-                              commands / QUORVEL_RELATIVE_HELPER_FOLDER / "quorvel-window"),
-            besideOrInstalled(folder / "quorvel-eds.so",
-                              commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "quorvel-eds.so")};
+    return {
+        besideOrInstalled(folder / "Quorvel.bundle",
+                          commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "Quorvel.bundle"),
+        besideOrInstalled(folder / "share/quorvel", commands / QUORVEL_RELATIVE_DATA_FOLDER),
+        besideOrInstalled(folder / "quorvel-window",
+                          commands / QUORVEL_RELATIVE_HELPER_FOLDER / "quorvel-window"),
+        besideOrInstalled(folder / "quorvel-eds.so",
+                          commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "quorvel-eds.so"),
+        besideOrInstalled(folder / "quorvel-layer-shell.so",
+                          commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "quorvel-layer-shell.so")};
 }
 
 ProgramFolders programFolders() {

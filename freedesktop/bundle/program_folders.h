@@ -10,6 +10,7 @@ struct ProgramFolders {
     std::string data;             // pictures and the sample calendars
     std::string window;           // the program that `quorvel show` executes
     std::string dataServerModule; // the module that wraps the calendar server's library
+    std::string layerModule;      // the module that wraps the layer shell's library
 };
 
 // Each path is beside the executable if it exists there, as after a build, else where an

@@ -51,9 +51,10 @@ void AgendaWindow::guarded(Work work) noexcept {
 
 AgendaWindow::AgendaWindow(freedesktop::FreedesktopPlatform& platform,
                            const freedesktop::LoadedBundle& bundle, AgendaWindowOptions options,
-                           MainLoop& loop)
+                           std::unique_ptr<WindowPlacement> placement, MainLoop& loop)
     : m_platform(platform)
     , m_options(std::move(options))
+    , m_placement(std::move(placement))
     , m_loop(loop)
     , m_host(bundle, platform.platform(),
              {m_options.controllerName, m_options.width,
@@ -79,7 +80,7 @@ void AgendaWindow::makeWindow() {
     m_window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
     gtk_window_set_title(GTK_WINDOW(m_window), "Quorvel");
     gtk_window_set_role(GTK_WINDOW(m_window), "agenda");
-    gtk_window_set_decorated(GTK_WINDOW(m_window), m_options.isDecorated ? TRUE : FALSE);
+    m_placement->prepare(GTK_WINDOW(m_window));
     // The theme must not paint behind the backdrop.
     gtk_widget_set_app_paintable(m_window, TRUE);
     if (GdkVisual* visual = gdk_screen_get_rgba_visual(gtk_widget_get_screen(m_window))) {
@@ -154,7 +155,7 @@ void AgendaWindow::connectScreenSignals() {
 // Presents the widget on the thread of the window: apart from the calendars, the platform belongs
 // to one thread.
 void AgendaWindow::show() {
-    if (GdkMonitor* monitor = monitorOf(nullptr)) {
+    if (GdkMonitor* monitor = currentMonitor()) {
         m_platform.setScale(gdk_monitor_get_scale_factor(monitor));
     }
     limitHeightToMonitor();
@@ -162,9 +163,7 @@ void AgendaWindow::show() {
     connectSignals();
     connectScreenSignals();
     m_agenda.show();
-    const CGSize size = m_agenda.wantedSize();
-    gtk_window_set_default_size(GTK_WINDOW(m_window), static_cast<int>(size.width),
-                                static_cast<int>(size.height));
+    m_placement->resize(GTK_WINDOW(m_window), m_agenda.wantedSize());
     gtk_widget_show_all(m_window);
     updateScale(); // the window may have appeared on another monitor
 }
@@ -173,9 +172,7 @@ void AgendaWindow::onWantedSizeChanged() {
     if (m_window == nullptr) {
         return;
     }
-    const CGSize size = m_agenda.wantedSize();
-    gtk_window_resize(GTK_WINDOW(m_window), static_cast<int>(size.width),
-                      static_cast<int>(size.height));
+    m_placement->resize(GTK_WINDOW(m_window), m_agenda.wantedSize());
 }
 
 void AgendaWindow::onFailure(std::exception_ptr failure) noexcept {
@@ -204,11 +201,16 @@ void AgendaWindow::clearRoundedCorners(cairo_t* context) {
     }
 }
 
+GdkMonitor* AgendaWindow::currentMonitor() const {
+    GdkMonitor* chosen = m_placement->monitor();
+    return chosen != nullptr ? chosen : monitorOf(m_window);
+}
+
 void AgendaWindow::limitHeightToMonitor() {
-    if (GdkMonitor* monitor = monitorOf(m_window)) {
+    if (GdkMonitor* monitor = currentMonitor()) {
         GdkRectangle workArea;
         gdk_monitor_get_workarea(monitor, &workArea);
-        m_agenda.setGreatestHeight(workArea.height);
+        m_agenda.setGreatestHeight(m_placement->greatestHeight(workArea.height));
     }
 }
 
@@ -246,7 +248,7 @@ bool AgendaWindow::handleKey(const GdkEventKey& event) {
 // A press outside the rows moves the window.
 bool AgendaWindow::handleButton(const GdkEventButton& event) {
     if (event.type != GDK_BUTTON_PRESS || event.button != GDK_BUTTON_PRIMARY ||
-        m_host.isOnRow({event.x, event.y})) {
+        m_host.isOnRow({event.x, event.y}) || !m_placement->canBeMoved()) {
         return false;
     }
     gtk_window_begin_move_drag(GTK_WINDOW(m_window), static_cast<int>(event.button),

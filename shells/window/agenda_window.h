@@ -2,6 +2,7 @@
 #pragma once
 
 #include <exception>
+#include <memory>
 
 #include <gtk/gtk.h>
 
@@ -9,6 +10,7 @@
 #include "shells/gtk/agenda_host.h"
 #include "shells/gtk/agenda_widget.h"
 #include "shells/window/agenda_window_options.h"
+#include "shells/window/window_placement.h"
 
 namespace quorvel::freedesktop {
 class FreedesktopPlatform;
@@ -28,7 +30,7 @@ public:
     // bundle has the controller's class.
     AgendaWindow(freedesktop::FreedesktopPlatform& platform,
                  const freedesktop::LoadedBundle& bundle, AgendaWindowOptions options,
-                 MainLoop& loop);
+                 std::unique_ptr<WindowPlacement> placement, MainLoop& loop);
     ~AgendaWindow() override;
     AgendaWindow(const AgendaWindow&) = delete;
     AgendaWindow& operator=(const AgendaWindow&) = delete;
@@ -52,6 +54,7 @@ private:
     bool handleButton(const GdkEventButton& event);
     void updateScale();
     void handleStateChange(const GdkEventWindowState& event);
+    GdkMonitor* currentMonitor() const; // null where there is none
     void limitHeightToMonitor();
 
     // Runs the work; an exception ends the loop, as none may leave a function that GTK calls.
@@ -60,6 +63,7 @@ private:
 
     freedesktop::FreedesktopPlatform& m_platform;
     AgendaWindowOptions m_options;
+    std::unique_ptr<WindowPlacement> m_placement;
     MainLoop& m_loop;
     gtk::AgendaHost m_host;
     gtk::AgendaWidget m_agenda;

@@ -39,13 +39,17 @@ Result<void> showAgenda(freedesktop::FreedesktopPlatform& platform,
     if (const Result<void> started = startToolkit(); !started) {
         return started;
     }
+    Result<std::unique_ptr<WindowPlacement>> placement = makeWindowPlacement(options);
+    if (!placement) {
+        return placement.error();
+    }
     exitWhenDisplayIsLost(onDisplayLost);
     MainLoop loop;
     const auto interrupted = quitAtSignal(SIGINT, loop);
     const auto terminated = quitAtSignal(SIGTERM, loop);
     const auto hungUp = quitAtSignal(SIGHUP, loop);
     {
-        AgendaWindow window(platform, bundle, std::move(options), loop);
+        AgendaWindow window(platform, bundle, std::move(options), *std::move(placement), loop);
         window.show();
         loop.run();
     }

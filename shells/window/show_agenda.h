@@ -14,7 +14,8 @@ namespace quorvel::window {
 // Call prepareToolkit() before. Opens the window and returns when it has been closed or the process
 // has received a signal to end; before that, it waits briefly for the links and applications that
 // were opened last. `onDisplayLost` is called when the display disappears, right before the process
-// ends with status 1. The error is a missing display; exceptions of the widget are passed on.
+// ends with status 1. The error is a missing display, or a layer that the
+// display does not have; exceptions of the widget are passed on.
 Result<void> showAgenda(freedesktop::FreedesktopPlatform& platform,
                         const freedesktop::LoadedBundle& bundle, AgendaWindowOptions options,
                         void (*onDisplayLost)());

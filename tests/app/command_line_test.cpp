@@ -119,6 +119,17 @@ TEST(CommandLine, ReportsWhatIsWrongInOneLine) {
               "the Foundation version cannot be 'new': give a decimal number");
 }
 
+TEST(CommandLine, AnOptionMayMeanSomethingElseToAnotherCommand) {
+    EXPECT_EQ(parsed({"snapshot", "--output", "x.png"}).output, "x.png");
+    EXPECT_EQ(parsed({"show", "--layer", "top", "--output", "DP-1"}).output, "DP-1");
+    EXPECT_EQ(errorOf({"agenda", "--output", "x.png"}),
+              "the option --output is not one of agenda: see 'quorvel agenda --help'");
+    EXPECT_EQ(errorOf({"snapshot", "-o", "x.png", "--layer", "top"}),
+              "the option --layer is not one of snapshot: see 'quorvel snapshot --help'");
+    EXPECT_NE(commandHelp(Command::show).find("--output NAME"), std::string::npos);
+    EXPECT_EQ(commandHelp(Command::show).find("--output FILE"), std::string::npos);
+}
+
 TEST(CommandLine, PassesEmptyValuesOn) {
     EXPECT_EQ(parsed({"agenda", "--timezone", ""}).timeZone, "");
     EXPECT_EQ(parsed({"agenda", "--calendars", ""}).calendars, std::vector<std::string>{""});

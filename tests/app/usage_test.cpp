@@ -46,6 +46,29 @@ TEST_F(UsageTest, EveryWrongArgumentEndsWithTwoAndOneLine) {
     EXPECT_FALSE(fs::exists(path("x.png")));
 }
 
+TEST_F(UsageTest, TheOptionsOfALayerAreCheckedBeforeAnythingOpens) {
+    const auto expectLayerError = [&](std::vector<std::string> options, const std::string& part) {
+        options.insert(options.begin(), "show");
+        expectError(runHere(options), 2, part);
+    };
+    expectLayerError({"--layer", "middle"},
+                     "unknown layer 'middle': give background, bottom, top or overlay");
+    expectLayerError({"--layer", ""}, "unknown layer ''");
+    expectLayerError({"--layer", "top", "--anchor", "top,up"}, "unknown edge 'up'");
+    expectLayerError({"--layer", "top", "--anchor", ""}, "unknown edge ''");
+    for (const std::string margin : {"-1", "1.5", "10001", "4 ", "99999999999999999999"}) {
+        expectLayerError({"--layer", "top", "--margin=" + margin},
+                         "a margin cannot be '" + margin + "'");
+    }
+    for (const std::string margins : {"1,2", "1,2,3", "1,2,3,4,5"}) {
+        expectLayerError({"--layer", "top", "--margin", margins}, "neither one nor four");
+    }
+    expectLayerError({"--layer", "top", "--decorated"}, "a layer has no title bar");
+    expectLayerError({"--anchor", "top"}, "--anchor is for layers: choose one with --layer");
+    expectLayerError({"--margin", "4"}, "--margin is for layers");
+    expectLayerError({"--output", "DP-1"}, "--output is for layers");
+}
+
 TEST_F(UsageTest, StepsAreCheckedBeforeAnythingRuns) {
     for (const char* step : {"pull:0", "pull:-1:90", "tap:1", "drag:1,1", "drag:1,1:nan,0",
                              "unload", "full-view", "placeholder", "layout:1", "jump", ""}) {

@@ -24,16 +24,20 @@ TEST(ProgramFolders, PrefersWhatStandsBesideTheProgram) {
     EXPECT_EQ(installed.window, name + "/libexec/quorvel/quorvel-window");
     EXPECT_TRUE(installed.dataServerModule.ends_with("/quorvel/quorvel-eds.so"));
     EXPECT_TRUE(installed.dataServerModule.starts_with(name + "/lib"));
+    EXPECT_TRUE(installed.layerModule.ends_with("/quorvel/quorvel-layer-shell.so"));
+    EXPECT_TRUE(installed.layerModule.starts_with(name + "/lib"));
 
     fs::create_directories(bin / "Quorvel.bundle");
     fs::create_directories(bin / "share/quorvel");
     std::ofstream(bin / "quorvel-window") << "a program";
     std::ofstream(bin / "quorvel-eds.so") << "a module";
+    std::ofstream(bin / "quorvel-layer-shell.so") << "a module";
     const ProgramFolders beside = programFolders(bin.string());
     EXPECT_EQ(beside.bundle, (bin / "Quorvel.bundle").string());
     EXPECT_EQ(beside.data, (bin / "share/quorvel").string());
     EXPECT_EQ(beside.window, (bin / "quorvel-window").string());
     EXPECT_EQ(beside.dataServerModule, (bin / "quorvel-eds.so").string());
+    EXPECT_EQ(beside.layerModule, (bin / "quorvel-layer-shell.so").string());
     fs::remove_all(name);
 }
 

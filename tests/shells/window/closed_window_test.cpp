@@ -58,7 +58,8 @@ protected:
         platform.emplace(options);
         bundle = platform->loadBundle(QUORVEL_BUNDLE).value();
         loop.emplace();
-        window = std::make_unique<AgendaWindow>(*platform, *bundle, AgendaWindowOptions{}, *loop);
+        window = std::make_unique<AgendaWindow>(*platform, *bundle, AgendaWindowOptions{},
+                                                makeWindowPlacement({}).value(), *loop);
         window->show();
     }
     // As the user closes it.

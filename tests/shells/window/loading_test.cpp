@@ -125,7 +125,7 @@ TEST_F(LoadingTest, NoFrameIsLateAndTheRowsAppear) {
         freedesktop::FreedesktopPlatform platform(options());
         const auto bundle = platform.loadBundle(QUORVEL_BUNDLE).value();
         MainLoop loop;
-        AgendaWindow window(platform, *bundle, {}, loop);
+        AgendaWindow window(platform, *bundle, {}, makeWindowPlacement({}).value(), loop);
         window.show();
         const int heightAtFirst = heightOfWindow();
         const Frames frames;

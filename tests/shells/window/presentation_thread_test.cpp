@@ -34,7 +34,7 @@ TEST(PresentationThreadTest, IsTheThreadThatShowsTheWindow) {
     freedesktop::FreedesktopPlatform platform(options);
     const auto bundle = platform.loadBundle(QUORVEL_BUNDLE).value();
     MainLoop loop;
-    AgendaWindow window(platform, *bundle, {}, loop);
+    AgendaWindow window(platform, *bundle, {}, makeWindowPlacement({}).value(), loop);
     window.show();
     ASSERT_FALSE(recorder->threads.empty());
     for (const std::thread::id& thread : recorder->threads) {
