@@ -71,6 +71,7 @@ LockScreenContent::LockScreenContent(GtkContainer* container)
     , m_firstFrame([this] { guarded([this] { m_agenda.show(); }); })
     , m_failure([this] { m_agenda.removeContent(); })
     , m_area(m_agenda.widget()) {
+    m_launcher.setLaunchContext(&m_launchContext);
     gtk_widget_set_hexpand(m_area, TRUE);
     gtk_container_add(container, m_area);
     gtk_widget_show(m_area);

@@ -13,6 +13,7 @@
 #include "freedesktop/session/desktop_appearance.h"
 #include "freedesktop/session/feedback_device.h"
 #include "shells/gtk/agenda_widget.h"
+#include "shells/gtk/desktop_launch_context.h"
 #include "shells/phosh/agenda_session.h"
 #include "shells/phosh/first_frame.h"
 #include "shells/phosh/lock_screen_settings.h"
@@ -52,6 +53,7 @@ private:
     std::shared_ptr<platform::SystemLog> m_log;
     LockScreenSettings m_settings;
     std::shared_ptr<std::atomic<bool>> m_showsDetails; // also for the session's thread
+    gtk::DesktopLaunchContext m_launchContext;
     freedesktop::DesktopLauncher m_launcher;
     AgendaSession m_session;
     gtk::AgendaWidget m_agenda;
