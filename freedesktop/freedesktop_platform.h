@@ -77,8 +77,9 @@ public:
     void beginReadingCalendars();
     // Whether the last event store had at least one readable calendar.
     bool hasReadableCalendars() const;
-    // What the last event store could not read at all: files, folders, and calendars of the data
-    // server. Also what calendarProblemHandler has got before.
+    // What the last event store could not read at all: files and folders, by their names without
+    // the folders around them, and calendars of the data server, by names that users know. Also
+    // what calendarProblemHandler has got before.
     std::vector<CalendarProblem> unreadableCalendars() const;
     // Whether the last event store lacks what was not read in time; see
     // setCalendarsChangedHandler().

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "freedesktop/calendars/files/calendar_file_names.h"
 #include "freedesktop/calendars/server/started_data_server.h"
 #include "freedesktop/calendars/store/background_calendar_stores.h"
 #include "freedesktop/calendars/store/server_calendar_stores.h"
@@ -106,6 +107,9 @@ std::vector<CalendarProblem> UserCalendars::unreadable() const {
     std::vector<CalendarProblem> unreadable;
     if (m_usesFiles) {
         unreadable = m_files.unreadable();
+        for (CalendarProblem& problem : unreadable) {
+            problem.file = std::string(calendars::lastComponent(problem.file));
+        }
     }
     if (m_usesServer) {
         const auto ofServer = m_server->unreadable();

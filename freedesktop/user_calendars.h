@@ -54,6 +54,7 @@ public:
     // About the latest event store; of a server that is read in the background, about the latest
     // that is known.
     bool anyReadable() const;
+    // See FreedesktopPlatform::unreadableCalendars().
     std::vector<CalendarProblem> unreadable() const;
     bool isLate() const;
     std::string storeOf(std::string_view identifier) const;

@@ -43,14 +43,6 @@ NSDateFormatter dayFormatter(const DateServices& dateServices, std::int64_t days
     return formatter;
 }
 
-std::string_view lastComponent(std::string_view path) {
-    while (path.size() > 1 && path.ends_with('/')) {
-        path.remove_suffix(1);
-    }
-    const std::size_t slash = path.rfind('/');
-    return slash == std::string_view::npos || path.size() == 1 ? path : path.substr(slash + 1);
-}
-
 // Without the subject, which the line above names.
 std::string reasonOf(const CalendarProblem& problem) {
     constexpr std::string_view subject = "it ";
@@ -87,7 +79,7 @@ std::optional<ProblemNotice> unreadableNotice(const std::vector<CalendarProblem>
     if (unreadable.empty()) {
         return std::nullopt;
     }
-    std::string name(lastComponent(unreadable.front().file));
+    std::string name = unreadable.front().file;
     if (unreadable.size() > 1) {
         name += " and " + std::to_string(unreadable.size() - 1) + " more";
     }

@@ -197,6 +197,25 @@ TEST_F(FreedesktopPlatformTest, ReturnsTheChoicesOfTheUser) {
     EXPECT_FALSE(made->followsLocale());
 }
 
+TEST_F(FreedesktopPlatformTest, NamesWhatCannotBeReadWithoutItsFolder) {
+    options.calendars = {CalendarSource::at("/nonexistent/work.ics"),
+                         CalendarSource::inMemory("home", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n"
+                                                          "END:VCALENDAR\r\n")};
+    std::vector<std::string> reported;
+    options.calendarProblemHandler = [&](const CalendarProblem& problem) {
+        reported.push_back(problem.file);
+    };
+    make();
+    for (int time = 0; time < 2; ++time) {
+        made->platform().calendarStores.makeEventStore();
+        EXPECT_THAT(made->unreadableCalendars(),
+                    ElementsAre(CalendarProblem{"work.ics", 0, "there is no such file or folder"}));
+    }
+    EXPECT_TRUE(made->hasReadableCalendars());
+    EXPECT_FALSE(made->areCalendarsLate());
+    EXPECT_THAT(reported, ElementsAre("/nonexistent/work.ics")) << "once, with its folder";
+}
+
 TEST_F(FreedesktopPlatformTest, ListsTheFilesOfSettingsAndCalendars) {
     options.calendars = {CalendarSource::at("/nonexistent/calendars"),
                          CalendarSource::inMemory("text", ""), CalendarSource::at("a.ics")};

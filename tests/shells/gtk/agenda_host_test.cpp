@@ -254,7 +254,7 @@ TEST_F(AgendaHostTest, WhatCannotBeReadIsMarkedBelowTheRows) {
     const auto host = makeShownHost();
     const CGSize size = host->wantedSize();
     const CGFloat rows = heightOfRows(*host);
-    calendarState.unreadable = {{"/home/me/work.ics", 0, "it cannot be read: Permission denied"}};
+    calendarState.unreadable = {{"work.ics", 0, "it cannot be read: Permission denied"}};
     host->present();
     EXPECT_EQ(host->notices().problem,
               (shells::ProblemNotice{"work.ics", "cannot be read: Permission denied"}));

@@ -61,14 +61,15 @@ TEST(NothingPlanned, HostileNumbersAreBounded) {
 
 TEST(Unreadable, IsAShortNameAndAReason) {
     EXPECT_EQ(unreadableNotice({}), std::nullopt);
-    const CalendarProblem denied{"/home/me/work.ics", 0, "it cannot be read: Permission denied"};
+    const CalendarProblem denied{"work.ics", 0, "it cannot be read: Permission denied"};
     EXPECT_EQ(unreadableNotice({denied}),
               (ProblemNotice{"work.ics", "cannot be read: Permission denied"}));
-    EXPECT_EQ(unreadableNotice({{"/home/me/calendars/", 0, "there is no such file or folder"}}),
+    EXPECT_EQ(unreadableNotice({{"calendars", 0, "there is no such file or folder"}}),
               (ProblemNotice{"calendars", "there is no such file or folder"}));
     EXPECT_EQ(unreadableNotice({{"b.ics", 1, "no calendar"}, denied, denied}),
               (ProblemNotice{"b.ics and 2 more", "no calendar"}));
-    EXPECT_EQ(unreadableNotice({{"/", 0, "it is odd"}}), (ProblemNotice{"/", "is odd"}));
+    EXPECT_EQ(unreadableNotice({{"the calendar 'a/b' of a server", 0, "it is odd"}}),
+              (ProblemNotice{"the calendar 'a/b' of a server", "is odd"}));
     EXPECT_EQ(unreadableNotice({{"", 0, ""}}), ProblemNotice());
 }
 
