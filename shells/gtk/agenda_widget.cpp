@@ -36,6 +36,7 @@ void AgendaWidget::setContent(freedesktop::FreedesktopPlatform& platform, Agenda
     updatePause();
     m_host->setObserver(this);
     setAgendaHost(m_area, m_host, platform.textLines());
+    describeNotices(); // of an earlier presentation
 }
 
 void AgendaWidget::removeContent() {

@@ -94,10 +94,13 @@ Result<void> AgendaParts::present(const ShellServices& shell,
         return Error{"the bundle has no principal class", folders.bundle, {}};
     }
     gtk::AgendaHostOptions options;
-    options.calendarState = [this] {
-        return shells::CalendarState{m_platform.hasReadableCalendars(),
-                                     m_platform.areCalendarsLate(),
-                                     m_platform.unreadableCalendars()};
+    options.calendarState = [this, showsDetails = shell.showsDetails] {
+        shells::CalendarState state{
+            m_platform.hasReadableCalendars(), m_platform.areCalendarsLate(), {}};
+        if (showsDetails()) { // their names are details
+            state.unreadable = m_platform.unreadableCalendars();
+        }
+        return state;
     };
     options.frameTime = frameTime;
     m_host = std::make_unique<gtk::AgendaHost>(*m_bundle, m_services, std::move(options));

@@ -80,14 +80,21 @@ protected:
         window = nullptr;
     }
 
-    // As a screen reader reads them.
+    // What a screen reader reads.
+    AtkObject* list() const {
+        GList* const children = gtk_container_get_children(GTK_CONTAINER(agenda));
+        AtkObject* const found = gtk_widget_get_accessible(GTK_WIDGET(children->data));
+        g_list_free(children);
+        return found;
+    }
+    std::string notices() const {
+        const char* const description = atk_object_get_description(list());
+        return description != nullptr ? description : "";
+    }
     std::vector<std::string> rows() const {
         std::vector<std::string> names;
-        GList* const children = gtk_container_get_children(GTK_CONTAINER(agenda));
-        AtkObject* const list = gtk_widget_get_accessible(GTK_WIDGET(children->data));
-        g_list_free(children);
-        for (int row = 0; row < atk_object_get_n_accessible_children(list); ++row) {
-            AtkObject* const child = atk_object_ref_accessible_child(list, row);
+        for (int row = 0; row < atk_object_get_n_accessible_children(list()); ++row) {
+            AtkObject* const child = atk_object_ref_accessible_child(list(), row);
             names.emplace_back(atk_object_get_name(child));
             g_object_unref(child);
         }
@@ -140,6 +147,18 @@ TEST_F(PluginTest, HidesDetailsWhereTheUserWishes) {
     runFor(0.2);
     settings.set("show-details-when-locked", true);
     EXPECT_TRUE(runUntil([&] { return rows()[0].starts_with("Dentist"); }));
+    unlock();
+}
+
+TEST_F(PluginTest, HidesTheNamesOfCalendarsWhereTheUserWishes) {
+    write(calendars + "/secret.ics", "no calendar");
+    SettingsWriter settings("org.quorvel.shell");
+    lock();
+    turnToPage();
+    EXPECT_TRUE(showsRows(1));
+    EXPECT_THAT(notices(), HasSubstr("secret.ics"));
+    settings.set("show-details-when-locked", false);
+    EXPECT_TRUE(runUntil([&] { return notices().empty(); }));
     unlock();
 }
 
