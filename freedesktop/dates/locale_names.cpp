@@ -131,4 +131,8 @@ std::string defaultLocale(std::string_view lcAll, std::string_view lcTime, std::
     return posixLocale;
 }
 
+bool isWrittenRightToLeft(const std::string& locale) {
+    return uloc_isRightToLeft(locale.c_str()) != 0;
+}
+
 } // namespace quorvel::freedesktop

@@ -16,4 +16,7 @@ std::optional<std::string> canonicalLocale(std::string_view name);
 // known one, else "en_US_POSIX".
 std::string defaultLocale(std::string_view lcAll, std::string_view lcTime, std::string_view lang);
 
+// Whether the language of a locale is written from right to left.
+bool isWrittenRightToLeft(const std::string& locale);
+
 } // namespace quorvel::freedesktop

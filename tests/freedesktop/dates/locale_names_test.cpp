@@ -60,5 +60,14 @@ TEST(LocaleNames, VariablesHaveAnOrder) {
     EXPECT_EQ(defaultLocale("tlh_XX", "xx_YY", "ja_JP.UTF-8"), "ja_JP");
 }
 
+TEST(LocaleNames, KnowTheDirectionOfTheirLanguage) {
+    for (const char* name : {"ar_EG", "he_IL", "fa_IR", "ur_PK", "az_Arab_IR"}) {
+        EXPECT_TRUE(isWrittenRightToLeft(name)) << name;
+    }
+    for (const char* name : {"en_US", "ja_JP", "en_US_POSIX", "az_AZ", ""}) {
+        EXPECT_FALSE(isWrittenRightToLeft(name)) << name;
+    }
+}
+
 } // namespace
 } // namespace quorvel::freedesktop
