@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "freedesktop/glib/delayed_call.h"
 #include "freedesktop/graphics/cairo_graphics_context.h"
 #include "shells/gtk/agenda_accessible.h"
 #include "shells/gtk/agenda_host.h"
@@ -15,6 +16,10 @@ using platform::CGFloat;
 using platform::CGSize;
 
 namespace {
+
+double now() {
+    return static_cast<double>(g_get_monotonic_time()) / G_USEC_PER_SEC;
+}
 
 // The members of the area beside those of GTK.
 class AreaState {
@@ -41,7 +46,10 @@ public:
     }
 
 private:
+    void startTicking();
     void advance(double time);
+    void updateScrollIndicator();
+    void paintScrollIndicator(cairo_t* context);
     void paintPulls(platform::GraphicsContext& graphics);
 
     GtkWidget* m_widget;
@@ -49,6 +57,8 @@ private:
     AreaFailureHandler m_onFailure;
     AreaInput m_input;
     AgendaHost* m_host = nullptr;
+    ScrollIndicator m_scrollIndicator;
+    freedesktop::DelayedCall m_scrollIndicatorFade;
     bool m_isTicking = false; // GTK calls advance() for each frame
 };
 
@@ -68,7 +78,8 @@ AreaState* stateOf(gpointer widget) {
 AreaState::AreaState(GtkWidget* widget, AreaFailureHandler onFailure)
     : m_widget(widget)
     , m_onFailure(std::move(onFailure))
-    , m_input(widget, m_onFailure) {
+    , m_input(widget, m_onFailure)
+    , m_scrollIndicatorFade([this] { startTicking(); }) {
     gtk_widget_set_can_focus(widget, TRUE);
 }
 
@@ -88,7 +99,24 @@ void AreaState::close() {
 
 void AreaState::redraw() {
     gtk_widget_queue_draw(m_widget);
-    if (m_isTicking || m_host == nullptr || !m_host->window().isMoving()) {
+    if (m_host == nullptr) {
+        return;
+    }
+    updateScrollIndicator();
+    if (m_host->window().isMoving()) {
+        startTicking();
+    }
+}
+
+void AreaState::updateScrollIndicator() {
+    m_scrollIndicator.update(m_host->rows().scrollPosition(), now());
+    if (m_scrollIndicator.isVisible(now())) {
+        m_scrollIndicatorFade.start(ScrollIndicator::secondsShown);
+    }
+}
+
+void AreaState::startTicking() {
+    if (m_isTicking) {
         return;
     }
     const GtkTickCallback tick = [](GtkWidget* widget, GdkFrameClock* clock, gpointer) -> gboolean {
@@ -107,7 +135,22 @@ void AreaState::advance(double time) {
     if (m_host != nullptr) {
         m_host->advance(time);
     }
-    m_isTicking = m_host != nullptr && m_host->window().isMoving();
+    const bool isFading = !m_scrollIndicatorFade.isStarted() && m_scrollIndicator.isVisible(now());
+    if (isFading) {
+        gtk_widget_queue_draw(m_widget);
+    }
+    m_isTicking = m_host != nullptr && (m_host->window().isMoving() || isFading);
+    if (!m_isTicking) {
+        gtk_widget_queue_draw(m_widget); // without the indicator
+    }
+}
+
+void AreaState::paintScrollIndicator(cairo_t* context) {
+    const auto frame = scrollIndicatorFrame(m_host->rows().scrollPosition());
+    const CGFloat opacity = m_scrollIndicator.opacity(now());
+    if (frame && opacity > 0) {
+        paintBar(context, *frame, m_host->appearance().title, opacity);
+    }
 }
 
 void AreaState::paint(cairo_t* context) {
@@ -122,8 +165,9 @@ void AreaState::paint(cairo_t* context) {
         views.render(graphics);
     }
     if (const auto row = m_host->rows().focusedRow()) {
-        paintFocus(context, m_host->rows().rowFrame(*row));
+        paintFocus(context, m_host->rows().rowFrame(*row), m_host->appearance().title);
     }
+    paintScrollIndicator(context);
 }
 
 // Behind the rows, which have no background of their own.

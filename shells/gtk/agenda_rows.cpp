@@ -5,6 +5,7 @@
 #include "platform/ui/ui_scroll_view.h"
 #include "platform/ui/ui_table_view.h"
 #include "platform/ui/ui_window.h"
+#include "shells/widget/cut_texts.h"
 #include "shells/widget/hosted_widget.h"
 
 namespace quorvel::gtk {
@@ -61,6 +62,27 @@ void AgendaRows::setFocus(std::optional<std::size_t> row) {
     if (std::exchange(m_focusedRow, row) != row) {
         m_handlers.onFocusMoved();
     }
+}
+
+std::string AgendaRows::cutTexts(std::size_t row, platform::TextMeasurer& textMeasurer) const {
+    std::string lines;
+    for (const std::string& text : shells::cutTexts(m_widget, row, textMeasurer)) {
+        lines += (lines.empty() ? "" : "\n") + text;
+    }
+    return lines;
+}
+
+ScrollPosition AgendaRows::scrollPosition() const {
+    const platform::UIScrollView* scroller = m_widget.table();
+    if (scroller == nullptr || scroller->contentSize().height <= scroller->bounds().size.height) {
+        scroller = &m_scroller;
+    }
+    const platform::UIView* const container = scroller->superview();
+    return {{container != nullptr ? container->convertPointToView(scroller->frame().origin, nullptr)
+                                  : CGPoint{},
+             scroller->bounds().size},
+            scroller->contentSize().height,
+            scroller->contentOffset().y};
 }
 
 std::optional<std::size_t> AgendaRows::rowAt(const CGPoint& location) const {

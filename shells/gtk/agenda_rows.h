@@ -7,9 +7,11 @@
 
 #include "shells/gtk/row_list.h"
 #include "shells/gtk/row_pull.h"
+#include "shells/gtk/scroll_indicator.h"
 #include "shells/widget/row_descriptions.h"
 
 namespace quorvel::platform {
+class TextMeasurer;
 class UIScrollView;
 } // namespace quorvel::platform
 
@@ -35,10 +37,18 @@ public:
     void reload();
     // Created at the first use after a presentation, as are the names.
     const std::vector<shells::RowDescription>& descriptions() const;
+    // Absent where there is no such row.
+    std::optional<shells::RowContent> content(std::size_t row) const {
+        return shells::rowContent(m_widget, row);
+    }
     void dropFocus();
     // The rows with an action whose content is to the right of its place, from top to bottom. Those
     // outside the area have none.
     std::vector<RowPull> pulls() const;
+    // The texts of a visible row of which it shows only the beginnings, one a line.
+    std::string cutTexts(std::size_t row, platform::TextMeasurer& textMeasurer) const;
+    // Of the list, or of what contains it where the list itself does not scroll.
+    ScrollPosition scrollPosition() const;
     // The row at that point of the area.
     std::optional<std::size_t> rowAt(const platform::CGPoint& location) const;
     // The number of rows that are completely visible, at least 1.

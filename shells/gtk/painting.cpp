@@ -15,7 +15,7 @@ namespace {
 constexpr CGFloat focusWidth = 1.5; // points
 constexpr CGFloat focusInset = 2;
 constexpr CGFloat focusRadius = 7;
-constexpr UIColor focusColor{1, 1, 1, 0.85};
+constexpr CGFloat focusOpacity = 0.85;
 
 void addRoundedRect(cairo_t* context, const CGRect& rect, CGFloat wantedRadius) {
     constexpr double quarter = std::numbers::pi / 2;
@@ -75,17 +75,25 @@ void clearCorners(cairo_t* context, const CGRect& rect, CGFloat radius) {
     cairo_restore(context);
 }
 
-void paintFocus(cairo_t* context, const CGRect& row) {
+void paintFocus(cairo_t* context, const CGRect& row, const UIColor& color) {
     const CGRect outline = CGRectInset(row, focusInset, focusInset);
     if (isEmpty(outline)) {
         return;
     }
     cairo_save(context);
-    cairo_set_source_rgba(context, focusColor.red, focusColor.green, focusColor.blue,
-                          focusColor.alpha);
+    cairo_set_source_rgba(context, color.red, color.green, color.blue, focusOpacity);
     cairo_set_line_width(context, focusWidth);
     addRoundedRect(context, outline, focusRadius);
     cairo_stroke(context);
+    cairo_restore(context);
+}
+
+void paintBar(cairo_t* context, const CGRect& bar, const UIColor& color, CGFloat opacity) {
+    constexpr CGFloat greatestOpacity = 0.45;
+    cairo_save(context);
+    cairo_set_source_rgba(context, color.red, color.green, color.blue, greatestOpacity * opacity);
+    addRoundedRect(context, bar, bar.size.width / 2);
+    cairo_fill(context);
     cairo_restore(context);
 }
 

@@ -18,7 +18,12 @@ void paintBackdrop(struct _cairo* context, const platform::CGRect& rect,
 // Makes the parts of the rectangle outside its rounded corners transparent. `radius` in points.
 void clearCorners(struct _cairo* context, const platform::CGRect& rect, platform::CGFloat radius);
 
-// Paints an outline into the row that has the focus.
-void paintFocus(struct _cairo* context, const platform::CGRect& row);
+// Paints an outline of almost that colour into the row that has the focus.
+void paintFocus(struct _cairo* context, const platform::CGRect& row,
+                const platform::UIColor& color);
+
+// Paints a bar with round ends, in the colour at less than half of the opacity.
+void paintBar(struct _cairo* context, const platform::CGRect& bar, const platform::UIColor& color,
+              platform::CGFloat opacity);
 
 } // namespace quorvel::gtk

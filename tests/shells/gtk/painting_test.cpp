@@ -91,9 +91,10 @@ TEST_F(PaintingTest, TheCornersOfASmallRectangleMeet) {
 }
 
 TEST_F(PaintingTest, TheFocusIsAnOutlineInsideTheRow) {
-    paintFocus(m_context.get(), CGRectMake(0, 10, 100, 40));
+    paintFocus(m_context.get(), CGRectMake(0, 10, 100, 40), {0, 0, 1, 1});
     EXPECT_NE(pixel(50, 12), 0xFFFF0000U);
     EXPECT_NE(pixel(2, 30), 0xFFFF0000U);
+    EXPECT_GT(pixel(2, 30) & 0xFFU, 0x40U) << "of the given colour";
     EXPECT_EQ(pixel(50, 30), 0xFFFF0000U);
     EXPECT_EQ(pixel(50, 9), 0xFFFF0000U);
     EXPECT_EQ(pixel(50, 50), 0xFFFF0000U);
@@ -101,8 +102,8 @@ TEST_F(PaintingTest, TheFocusIsAnOutlineInsideTheRow) {
 }
 
 TEST_F(PaintingTest, AnEmptyRowHasNoOutline) {
-    paintFocus(m_context.get(), CGRectMake(10, 10, 0, 0));
-    paintFocus(m_context.get(), CGRectMake(10, 10, 3, 3));
+    paintFocus(m_context.get(), CGRectMake(10, 10, 0, 0), {});
+    paintFocus(m_context.get(), CGRectMake(10, 10, 3, 3), {});
     EXPECT_EQ(pixel(10, 10), 0xFFFF0000U);
     EXPECT_EQ(pixel(12, 12), 0xFFFF0000U);
 }
