@@ -40,16 +40,22 @@ constexpr std::array<CommandText, 5> commandTexts{{
      "                    [--output NAME] [--background COLOR] [OPTION]...",
      "open the widget in a window",
      "Opens the widget in a window, which is always up to date. A row that is pulled to\n"
-     "the right and released opens its event; rows below the edge are reached by scrolling;\n"
-     "where no row is, the window can be moved. With --layer it is a part of the desktop\n"
-     "instead: without a frame, below or above all windows, at a place of its own.\n"
+     "the right and released opens its event, and so does a double click; the second button\n"
+     "opens a menu; rows below the edge are reached by scrolling; the header and places\n"
+     "without a row move the window. A window that is open already comes to the front.\n"
+     "With --layer it is a part of the desktop instead: without a frame, below or above all\n"
+     "windows, at a place of its own.\n"
      "\n"
      "Keys:\n"
      "  Up, Down, Page Up, Page Down, Home, End\n"
      "                     choose a row\n"
      "  Enter, space       open the chosen row, as a pull does\n"
-     "  F5                 bring everything up to date\n"
-     "  Escape             close the window\n"},
+     "  Menu, Shift+F10    open the menu of the chosen row\n"
+     "  F5, Ctrl+R         bring everything up to date\n"
+     "  F10                open the menu of the window\n"
+     "  Ctrl+?             show the keyboard shortcuts\n"
+     "  Escape, Ctrl+W, Ctrl+Q\n"
+     "                     close the window\n"},
     {Command::inspect, "inspect", "quorvel inspect [--do STEP]... [OPTION]...",
      "run a script of host events and print everything as JSON",
      "Loads the controller, runs the steps in order as a host would, and prints what\n"
@@ -94,7 +100,7 @@ constexpr std::array<CommandOption, 12> commandOptions{{
       "what lies behind the widget: #RGB, #RRGGBB, #RRGGBBAA, a common\n"
       "name, or none (the backdrop of the appearance)"},
      {Command::snapshot, Command::show}},
-    {{"--decorated", "--decorated", "with a title bar and a frame"},
+    {{"--decorated", "--decorated", "no effect: the window always has a header"},
      {Command::show, Command::show}},
     {{"--layer", "--layer LAYER",
       "background, bottom, top or overlay: a layer of the desktop instead\n"

@@ -1,12 +1,19 @@
 #include "app/show_command.h"
 
+#include <cstdint>
+#include <filesystem>
+#include <optional>
 #include <string>
+#include <system_error>
 #include <utility>
+#include <vector>
 
 #include "app/messages.h"
 #include "app/program_bundle.h"
 #include "app/program_setup.h"
+#include "base/stable_hash.h"
 #include "freedesktop/freedesktop_platform.h"
+#include "freedesktop/user_options.h"
 #include "shells/window/show_agenda.h"
 
 namespace quorvel::app {
@@ -22,11 +29,39 @@ window::AgendaWindowOptions windowOptions(const CommandLine& line, const Program
     window::AgendaWindowOptions options;
     options.controllerName = bundle.controllerName;
     options.width = line.width;
-    options.isDecorated = line.decorated;
     options.layer = setup.layer;
     options.layerModule = setup.layerModule;
-    options.backdrop = setup.backdrop;
+    if (line.background) {
+        options.backdrop = setup.backdrop;
+    }
+    options.calendarsManual = setup.platform.dataFolder + "/calendars.md";
+    options.settingsFile = setup.platform.preferencesFolder + "/org.quorvel.quorvelprefs.plist";
+    options.geometryFile = freedesktop::userWindowGeometryFile();
     return options;
+}
+
+std::string numberText(const std::optional<double>& number) {
+    return number ? std::to_string(*number) : "";
+}
+
+// Stands for everything that decides what the window shows.
+std::uint64_t identityOf(const CommandLine& line) {
+    std::error_code unknown;
+    std::string text = std::filesystem::current_path(unknown).string();
+    if (line.calendars.empty() && !line.preferences && !line.bundle) {
+        text.clear(); // no path is relative to the folder
+    }
+    std::vector<std::string> values = line.calendars;
+    for (const auto& value : {line.preferences, line.now, line.timeZone, line.locale, line.font,
+                              line.bundle, line.background}) {
+        values.push_back(value.value_or(""));
+    }
+    values.insert(values.end(), {line.controller, numberText(line.width),
+                                 numberText(line.foundationVersion), line.sample ? "sample" : ""});
+    for (const std::string& value : values) {
+        text += '\n' + value;
+    }
+    return stableHash(text);
 }
 
 } // namespace
@@ -42,14 +77,18 @@ CommandResult<void> showInWindow(const CommandLine& line) {
     if (!bundle) {
         return bundle.error();
     }
-    const Result<void> shown = window::showAgenda(
-        platform, *bundle->bundle, windowOptions(line, *setup, *bundle), reportLostDisplay);
+    const Result<window::InstanceRole> shown =
+        window::showAgenda(platform, *bundle->bundle, windowOptions(line, *setup, *bundle),
+                           identityOf(line), reportLostDisplay);
     if (!shown) {
         Error error = shown.error();
         if (error.toDo.empty()) {
             error.toDo = "start it on a desktop, or print the rows with 'quorvel agenda'";
         }
         return usageFailure(std::move(error));
+    }
+    if (*shown == window::InstanceRole::secondWithOptions) {
+        printError({"the window is already open with other options", {}, "close it first"});
     }
     return {};
 }

@@ -56,6 +56,11 @@ std::string userIndexFolder() {
     return folder.is_absolute() ? folder.string() : std::string();
 }
 
+std::string userWindowGeometryFile() {
+    const std::filesystem::path folder = userFolder("XDG_STATE_HOME", ".local/state");
+    return folder.is_absolute() ? (folder / "window").string() : std::string();
+}
+
 std::string userLinkProgram() {
     return std::string(environmentValue("QUORVEL_LINK_PROGRAM"));
 }

@@ -20,6 +20,8 @@ std::string userLocale();
 std::vector<CalendarSource> usualCalendars();
 std::string userPreferencesFolder();
 std::string userIndexFolder(); // empty: the user has no folder for caches
+// Where a window stores its size; empty: the user has no folder for states.
+std::string userWindowGeometryFile();
 // See FreedesktopOptions::linkProgram.
 std::string userLinkProgram();
 

@@ -12,11 +12,15 @@ namespace quorvel::window {
 
 struct AgendaWindowOptions {
     std::string controllerName; // a class of the bundle; empty: the bundle's principal class
-    std::optional<platform::CGFloat> width;    // points; absent: the width that the widget prefers
-    bool isDecorated = false;                  // of a plain window
-    std::optional<LayerOptions> layer;         // absent: a plain window
-    std::string layerModule;                   // the path of quorvel-layer-shell.so
-    std::optional<platform::UIColor> backdrop; // absent: transparent
+    std::optional<platform::CGFloat> width; // points; absent: the width that the widget prefers
+    std::optional<LayerOptions> layer;      // absent: a plain window
+    std::string layerModule;                // the path of quorvel-layer-shell.so
+    // Chosen by the user; an absent colour is transparent. Without a choice, the backdrop is that
+    // of the desktop's appearance.
+    std::optional<std::optional<platform::UIColor>> backdrop;
+    std::string calendarsManual; // the file of the manual on calendars
+    std::string settingsFile;    // to show to the user
+    std::string geometryFile;    // see window_geometry.h; empty: the geometry is not stored
 };
 
 } // namespace quorvel::window

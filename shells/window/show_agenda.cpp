@@ -1,6 +1,7 @@
 #include "shells/window/show_agenda.h"
 
 #include <csignal>
+#include <optional>
 #include <utility>
 
 #include <glib-unix.h>
@@ -10,6 +11,7 @@
 #include "shells/window/agenda_window.h"
 #include "shells/window/display_loss.h"
 #include "shells/window/main_loop.h"
+#include "shells/window/single_instance.h"
 #include "shells/window/toolkit.h"
 
 namespace quorvel::window {
@@ -32,16 +34,24 @@ freedesktop::SourceHandle quitAtSignal(int signal, MainLoop& loop) {
 
 } // namespace
 
-Result<void> showAgenda(freedesktop::FreedesktopPlatform& platform,
-                        const freedesktop::LoadedBundle& bundle, AgendaWindowOptions options,
-                        void (*onDisplayLost)()) {
+Result<InstanceRole> showAgenda(freedesktop::FreedesktopPlatform& platform,
+                                const freedesktop::LoadedBundle& bundle,
+                                AgendaWindowOptions windowOptions, std::uint64_t options,
+                                void (*onDisplayLost)()) {
     platform.beginReadingCalendars(); // while the toolkit starts
     if (const Result<void> started = startToolkit(); !started) {
-        return started;
+        return started.error();
     }
-    Result<std::unique_ptr<WindowPlacement>> placement = makeWindowPlacement(options);
+    Result<std::unique_ptr<WindowPlacement>> placement = makeWindowPlacement(windowOptions);
     if (!placement) {
         return placement.error();
+    }
+    std::optional<SingleInstance> instance; // absent for a layer: each output may have one
+    if (!windowOptions.layer) {
+        instance.emplace(options);
+        if (instance->role() != InstanceRole::first) {
+            return instance->role();
+        }
     }
     exitWhenDisplayIsLost(onDisplayLost);
     MainLoop loop;
@@ -49,12 +59,19 @@ Result<void> showAgenda(freedesktop::FreedesktopPlatform& platform,
     const auto terminated = quitAtSignal(SIGTERM, loop);
     const auto hungUp = quitAtSignal(SIGHUP, loop);
     {
-        AgendaWindow window(platform, bundle, std::move(options), *std::move(placement), loop);
+        AgendaWindow window(platform, bundle, std::move(windowOptions), *std::move(placement),
+                            loop);
         window.show();
+        if (instance) {
+            instance->setWindow(window.window(), [&window] { window.bringToFront(); });
+        }
         loop.run();
+        if (instance) {
+            instance->setWindow(nullptr, nullptr);
+        }
     }
     platform.waitForLaunches(longestLaunch);
-    return {};
+    return InstanceRole::first;
 }
 
 } // namespace quorvel::window

@@ -6,7 +6,6 @@ namespace quorvel::window {
 
 namespace {
 
-constexpr const char* applicationId = "org.quorvel.Quorvel"; // of the desktop entry
 constexpr const char* glSettings = "GDK_GL";
 
 // GDK loads the drivers of OpenGL when it opens a display, which takes longer than the rest of the

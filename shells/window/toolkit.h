@@ -5,6 +5,8 @@
 
 namespace quorvel::window {
 
+constexpr const char* applicationId = "org.quorvel.Quorvel"; // of the desktop entry and on the bus
+
 // Chooses how GTK works in this program. Call it first in main(): it changes the environment, which
 // is safe only while there is one thread.
 void prepareToolkit();

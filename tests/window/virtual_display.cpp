@@ -3,6 +3,7 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 
+#include <algorithm>
 #include <array>
 #include <stdexcept>
 #include <unistd.h>
@@ -41,6 +42,17 @@ Picture Picture::band(int top, int lines) const {
     return {width, lines, {start, start + static_cast<std::ptrdiff_t>(lines) * width}};
 }
 
+Picture Picture::part(int left, int top, int partWidth, int partHeight) const {
+    Picture part{
+        std::clamp(width - left, 0, partWidth), std::clamp(height - top, 0, partHeight), {}};
+    for (int y = top; y < top + part.height; ++y) {
+        for (int x = left; x < left + part.width; ++x) {
+            part.pixels.push_back(at(x, y));
+        }
+    }
+    return part;
+}
+
 VirtualDisplay::VirtualDisplay(const std::string& errorFile) {
     std::array<int, 2> ends{};
     if (pipe(ends.data()) != 0) {
@@ -74,18 +86,23 @@ void VirtualDisplay::end() {
 }
 
 unsigned long VirtualDisplay::window() const {
+    const std::vector<unsigned long> visible = windows();
+    return visible.empty() ? 0 : visible.back();
+}
+
+std::vector<unsigned long> VirtualDisplay::windows() const {
     Window root = 0;
     Window parent = 0;
     Window* children = nullptr;
     unsigned count = 0;
     if (XQueryTree(m_display, DefaultRootWindow(m_display), &root, &parent, &children, &count) ==
         0) {
-        return 0;
+        return {};
     }
-    unsigned long found = 0;
+    std::vector<unsigned long> found;
     for (unsigned i = 0; i < count; ++i) {
         if (visibleAttributes(m_display, children[i])) {
-            found = children[i];
+            found.push_back(children[i]);
         }
     }
     XFree(children);

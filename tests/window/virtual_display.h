@@ -25,6 +25,8 @@ struct Picture {
     }
     // That number of lines, from `top` on.
     Picture band(int top, int lines) const;
+    // The part with that place and size; what is outside of the picture is left out.
+    Picture part(int left, int top, int partWidth, int partHeight) const;
 };
 
 class VirtualDisplay {
@@ -39,6 +41,7 @@ public:
 
     // The visible window of at least ten by ten pixels; 0 where there is none.
     unsigned long window() const;
+    std::vector<unsigned long> windows() const; // all visible ones, the frontmost last
     // The content of the window; absent where it is not visible.
     std::optional<Picture> picture(unsigned long window) const;
 

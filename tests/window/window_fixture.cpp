@@ -186,8 +186,31 @@ void WindowTest::showWith(const std::vector<std::string>& arguments) {
     ASSERT_TRUE(isPainted(steadyPicture())) << errors();
 }
 
-Picture WindowTest::picture() const {
+Picture WindowTest::wholePicture() const {
     return m_display->picture(m_window).value_or(Picture{});
+}
+
+int WindowTest::scale() const {
+    const auto scale = m_environment.find("GDK_SCALE");
+    return scale != m_environment.end() ? std::stoi(scale->second) : 1;
+}
+
+// On a display without a compositor, the theme draws a frame around the window.
+int WindowTest::frameWidth() const {
+    constexpr int points = 5;
+    return points * scale();
+}
+
+int WindowTest::headerHeight() const {
+    constexpr int points = 36;
+    return points * scale();
+}
+
+Picture WindowTest::picture() const {
+    const Picture whole = wholePicture();
+    const int frame = frameWidth();
+    return whole.part(frame, frame + headerHeight(), whole.width - 2 * frame,
+                      whole.height - 2 * frame - headerHeight());
 }
 
 Picture WindowTest::steadyPicture() const {
@@ -212,6 +235,17 @@ bool WindowTest::pictureChangesFrom(const Picture& old, double seconds) const {
     return becomesTrue(seconds, [&] { return picture() != old; });
 }
 
+unsigned long WindowTest::secondWindow() const {
+    unsigned long second = 0;
+    becomesTrue(10, [&] {
+        for (const unsigned long candidate : m_display->windows()) {
+            second = candidate != m_window ? candidate : second;
+        }
+        return second != 0;
+    });
+    return second;
+}
+
 void WindowTest::input(const std::vector<std::string>& words) const {
     std::vector<std::string> command{XDOTOOL};
     command.insert(command.end(), words.begin(), words.end());
@@ -220,7 +254,15 @@ void WindowTest::input(const std::vector<std::string>& words) const {
 }
 
 void WindowTest::moveTo(int x, int y) const {
-    input({"mousemove", "--window", window(), std::to_string(x), std::to_string(y)});
+    const int frame = frameWidth();
+    input({"mousemove", "--window", window(), std::to_string(x + frame),
+           std::to_string(y + frame + headerHeight())});
+}
+
+void WindowTest::moveToHeader(int x) const {
+    const int frame = frameWidth();
+    input({"mousemove", "--window", window(), std::to_string(x + frame),
+           std::to_string(frame + headerHeight() / 2)});
 }
 
 void WindowTest::press(int x, int y) const {

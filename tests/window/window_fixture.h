@@ -39,7 +39,10 @@ protected:
     void showBeforeEndOf(const std::string& minute, const Picture& expected);
     // The output of another command for the same calendars, settings and instant.
     std::string printed(const std::string& command, const std::vector<std::string>& more) const;
+    // The content of the window, without its frame and header. Likewise, the coordinates of input
+    // are those of the content.
     Picture picture() const;
+    Picture wholePicture() const; // with frame and header
     // Waits until the window is painted and its picture no longer changes.
     Picture steadyPicture() const;
     bool pictureBecomes(const Picture& wanted, double seconds) const;
@@ -49,10 +52,13 @@ protected:
     void input(const std::vector<std::string>& words) const;
     void press(int x, int y) const;
     void moveTo(int x, int y) const;
+    void moveToHeader(int x) const;
     void release() const;
     void drag(int fromX, int fromY, int toX, int toY) const; // rests before the release
     void key(const std::string& name) const;
     void click(int button) const; // at the pointer
+    // Waits for a further window, such as a menu or a dialog; 0 where none appears.
+    unsigned long secondWindow() const;
     // The window's number for input().
     std::string window() const { return std::to_string(m_window); }
 
@@ -69,6 +75,10 @@ private:
     static constexpr const char* tenOClock = "2026-03-10T10:00:00Z";
 
     std::vector<std::string> commonArguments(const std::string& now) const;
+
+    int frameWidth() const;
+    int headerHeight() const;
+    int scale() const;
 
     std::filesystem::path m_folder;
     unsigned long m_window = 0;
