@@ -27,7 +27,8 @@ protected:
     void addReturn(std::vector<std::string>& words) {
         words.insert(words.end(), {"windowmove", window(), "0", "0"});
     }
-    // Below the header, whose button would close the window.
+    // Below the header, whose button closes the window. It is reached nevertheless where a drag
+    // outside the rows has moved the window: then the session continues in a new one.
     void addMove(std::vector<std::string>& words) {
         words.insert(words.end(), {"mousemove", coordinate(330), std::to_string(number(45, 445))});
     }
@@ -104,9 +105,14 @@ TEST_F(SessionTest, SurvivesAThousandRandomSteps) {
         for (int i = 0; i < stepsPerBatch; ++i) {
             addStep(words);
         }
-        input(words);
+        const bool isOpen = tryInput(words);
         changeFiles();
-        ASSERT_EQ(m_program->exitStatus(0.2), std::nullopt) << errors(); // time to present
+        const std::optional<int> status = m_program->exitStatus(0.2); // time to present
+        ASSERT_TRUE(isOpen || status == 0) << errors();
+        if (status) {
+            ASSERT_EQ(status, 0) << errors();
+            show();
+        }
     }
     // The window still shows and opens events.
     writeSettings("");
@@ -117,8 +123,11 @@ TEST_F(SessionTest, SurvivesAThousandRandomSteps) {
            std::to_string(wholeBefore.width), std::to_string(wholeBefore.height)});
     EXPECT_TRUE(becomesTrue(20, [&] { return picture().height == before.height; }));
     moveTo(before.width - 1, before.height - 1);
-    click(1); // takes the focus from the rows
-    EXPECT_TRUE(pictureBecomes(before, 20));
+    EXPECT_TRUE(becomesTrue(20, [&] {
+        click(1);  // closes a menu, then takes the focus from the rows
+        rest(0.6); // longer than a double click
+        return picture() == before;
+    }));
     const std::size_t count = opened().size();
     drag(60, 10, 60 + distanceForOffset(90), 10);
     ASSERT_TRUE(opensLinks(count + 1));

@@ -246,11 +246,15 @@ unsigned long WindowTest::secondWindow() const {
     return second;
 }
 
-void WindowTest::input(const std::vector<std::string>& words) const {
+bool WindowTest::tryInput(const std::vector<std::string>& words) const {
     std::vector<std::string> command{XDOTOOL};
     command.insert(command.end(), words.begin(), words.end());
     ChildProcess tool(command, m_environment, path("xdotool.log").string());
-    EXPECT_EQ(tool.exitStatus(patience), 0) << contents(path("xdotool.log"));
+    return tool.exitStatus(patience) == 0;
+}
+
+void WindowTest::input(const std::vector<std::string>& words) const {
+    EXPECT_TRUE(tryInput(words)) << contents(path("xdotool.log"));
 }
 
 void WindowTest::moveTo(int x, int y) const {

@@ -50,6 +50,7 @@ protected:
 
     // Sends input: the arguments of xdotool.
     void input(const std::vector<std::string>& words) const;
+    bool tryInput(const std::vector<std::string>& words) const; // false: the window is gone
     void press(int x, int y) const;
     void moveTo(int x, int y) const;
     void moveToHeader(int x) const;
