@@ -36,7 +36,7 @@ public:
     // `failure`: the start of the report if it fails.
     void startLinkProgram(const std::string& path, const std::string& link,
                           const std::string& failure);
-    void start(EntryHandle application, std::vector<std::string> links, std::string failure);
+    void start(EntryHandle application, std::vector<std::string> links, const std::string& failure);
     bool isPending() const { return !m_pending.empty(); }
 
 private:
@@ -69,7 +69,7 @@ void DesktopLauncher::Launches::startLinkProgram(const std::string& path, const 
 }
 
 void DesktopLauncher::Launches::start(EntryHandle application, std::vector<std::string> links,
-                                      std::string failure) {
+                                      const std::string& failure) {
     const int number = m_next++;
     const std::string token = makeToken(launch::nameOf(application.get()));
     launch::StartHandlers handlers{[this, number, token, failure](const Result<void>& result) {
