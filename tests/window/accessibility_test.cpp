@@ -145,6 +145,49 @@ TEST_F(AccessibilityTest, ReadsTheRowsAndRunsTheirAction) {
     EXPECT_THAT(opened(), ElementsAre(EndsWith("/second?o=794836800.0")));
 }
 
+TEST_F(AccessibilityTest, NamesTheListItsActionAndTheButtons) {
+    writeThreeEvents();
+    showList(3);
+    EXPECT_EQ(nameOf(m_list.get()), "Events");
+    const Accessible row = childAt(m_list.get(), 0);
+    const ObjectHandle<AtspiAction> action(atspi_accessible_get_action_iface(row.get()));
+    ASSERT_TRUE(action);
+    const freedesktop::TextHandle description(
+        atspi_action_get_action_description(action.get(), 0, nullptr));
+    ASSERT_TRUE(description);
+    EXPECT_STREQ(description.get(), "Does what a pull of the row does");
+    const Accessible desktop(atspi_get_desktop(0));
+    const Accessible menu = findRole(desktop.get(), ATSPI_ROLE_TOGGLE_BUTTON);
+    ASSERT_TRUE(menu);
+    EXPECT_EQ(nameOf(menu.get()), "Menu");
+    const Accessible close = findRole(desktop.get(), ATSPI_ROLE_PUSH_BUTTON);
+    ASSERT_TRUE(close);
+    EXPECT_EQ(nameOf(close.get()), "Close");
+}
+
+TEST_F(AccessibilityTest, TheMenuHasNamedItems) {
+    writeThreeEvents();
+    showList(3);
+    key("F10");
+    Accessible item;
+    EXPECT_TRUE(becomesTrue(10, [&] {
+        const Accessible desktop(atspi_get_desktop(0));
+        item = findRole(desktop.get(), ATSPI_ROLE_MENU_ITEM);
+        return item != nullptr;
+    }));
+    ASSERT_TRUE(item);
+    EXPECT_EQ(nameOf(item.get()), "Settings");
+}
+
+TEST_F(AccessibilityTest, DescribesAnEmptyAgenda) {
+    writeCalendar("");
+    showList(0);
+    const freedesktop::TextHandle description(
+        atspi_accessible_get_description(m_list.get(), nullptr));
+    ASSERT_TRUE(description);
+    EXPECT_THAT(description.get(), HasSubstr("Nothing until"));
+}
+
 TEST_F(AccessibilityTest, ReceivesChangedRows) {
     writeThreeEvents();
     showList(3);

@@ -135,6 +135,15 @@ TEST_F(DesktopTest, ARowsMenuOpensTheEventOrTheDay) {
     EXPECT_EQ(opened().at(1), "fantastical2://show?date=2026-3-10");
 }
 
+TEST_F(DesktopTest, AnOpenedApplicationIsGivenATokenToComeToTheFront) {
+    installHandler("handler", "x-scheme-handler/x-apple-calevent", 0, "$DESKTOP_STARTUP_ID");
+    showThreeRows();
+    drag(60, middleOfRow(0), 60 + distanceForOffset(90), middleOfRow(0));
+    ASSERT_TRUE(opensLinks(2));
+    EXPECT_THAT(opened().at(0), EndsWith("/first?o=794833200.0"));
+    EXPECT_THAT(opened().at(1), HasSubstr("_TIME"));
+}
+
 TEST_F(DesktopTest, NoRowNoMenu) {
     showThreeRows();
     key("Menu");

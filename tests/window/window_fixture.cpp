@@ -116,11 +116,12 @@ void WindowTest::writeSettings(const std::string& entries) const {
 }
 
 void WindowTest::installHandler(const std::string& entryName, const std::string& type,
-                                int milliseconds) const {
+                                int milliseconds, const std::string& moreArguments) const {
     std::ofstream(path("data/applications/" + entryName + ".desktop"))
         << "[Desktop Entry]\nType=Application\nName=" << entryName << "\nExec=" << RECORDER << ' '
         << path("opened").string() << ' ' << milliseconds << ' '
-        << (type.empty() ? entryName : "%u") << "\nMimeType=" << type << ";\n";
+        << (type.empty() ? entryName : "%u") << ' ' << moreArguments << "\nMimeType=" << type
+        << ";\n";
     if (!type.empty()) {
         std::ofstream(path("config/mimeapps.list"), std::ios::app)
             << "[Default Applications]\n"

@@ -24,8 +24,8 @@ protected:
     void writeThreeEvents() const;
     void writeCalendar(const std::string& events) const;  // replaces the file
     void writeSettings(const std::string& entries) const; // likewise
-    void installHandler(const std::string& entryName, const std::string& type,
-                        int milliseconds = 0) const;
+    void installHandler(const std::string& entryName, const std::string& type, int milliseconds = 0,
+                        const std::string& moreArguments = "") const;
     std::filesystem::path path(const std::string& name) const { return m_folder / name; }
 
     // The clock starts at `now` and runs. Returns when the window has the keyboard focus and its
