@@ -13,7 +13,9 @@ double now() {
 }
 
 // The monitor of a stored position may be gone.
-bool isOnMonitor(const WindowPosition& position) {
+bool isOnMonitor(const WindowPosition& corner) {
+    constexpr int header = 50; // points from the corner of the shadow to a place in the header
+    const WindowPosition position{corner.x + header, corner.y + header};
     GdkDisplay* const display = gdk_display_get_default();
     for (int i = 0; i < gdk_display_get_n_monitors(display); ++i) {
         GdkRectangle area;
@@ -91,8 +93,10 @@ void PlainPlacement::store(GtkWindow* window) {
         geometry.size = sizeOf(window);
     }
     if (isX11Display()) { // Wayland shows no program where its windows are
+        // That of the surface, with the shadow: prepare() moves a window that has none yet.
         geometry.position.emplace();
-        gtk_window_get_position(window, &geometry.position->x, &geometry.position->y);
+        gdk_window_get_position(gtk_widget_get_window(GTK_WIDGET(window)), &geometry.position->x,
+                                &geometry.position->y);
     }
     if (geometry != readGeometry(m_geometryFile)) {
         writeGeometry(m_geometryFile, geometry);

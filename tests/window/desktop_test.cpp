@@ -34,9 +34,7 @@ protected:
         ChildProcess program(words, m_environment, path("second").string());
         return program.exitStatus(20);
     }
-    bool isFirstWindow() const {
-        return std::to_string(m_display->windows().at(0)) == window();
-    }
+    bool isFirstWindow() const { return std::to_string(m_display->windows().at(0)) == window(); }
     std::string textOf(const std::string& name) const {
         std::ifstream file(path(name));
         std::stringstream text;
@@ -213,6 +211,18 @@ TEST_F(DesktopTest, RemembersASizeThatTheUserChose) {
     show();
     EXPECT_EQ(wholePicture().width, whole.width + 60);
     EXPECT_EQ(wholePicture().height, whole.height + 80);
+}
+
+TEST_F(DesktopTest, RemembersItsPositionToThePixel) {
+    showThreeRows();
+    input({"windowmove", window(), "200", "150"});
+    rest(0.5);
+    for (int run = 0; run < 3; ++run) {
+        key("Escape");
+        EXPECT_TRUE(isClosed());
+        EXPECT_EQ(textOf("home/.local/state/quorvel/window"), "position 200 150\n") << run;
+        show();
+    }
 }
 
 TEST_F(DesktopTest, ATornFileOfItsSizeIsIgnored) {
