@@ -21,6 +21,7 @@ namespace {
 
 constexpr double patience = 30; // seconds; sanitizers make the shell slow
 constexpr double frame = 0.016;
+constexpr const char* noLeaks = "detect_leaks=0"; // the program's own are of no interest
 
 // It starts no services by itself: what the test does not start does not exist.
 std::string busConfiguration(const std::string& address) {
@@ -135,13 +136,19 @@ void PhoshSession::writeSettings() const {
     // The arrow on the lock screen would move for half a minute.
     std::ofstream(path("home/.config/glib-2.0/settings/keyfile"))
         << "[org/gnome/desktop/interface]\nenable-animations=false\n"
-        << "[sm/puri/phosh/plugins]\nlock-screen=" << textList(m_options.plugins) << '\n';
+        << "[sm/puri/phosh/plugins]\nlock-screen=" << textList(m_options.plugins) << '\n'
+        << m_settings;
 }
 
 // A module that is in no cache is loaded before the shell has registered its extension points, and
 // then not used.
 void PhoshSession::registerPlugins() const {
-    run({GIO_QUERYMODULES, m_options.pluginFolder});
+    const auto program =
+        child({GIO_QUERYMODULES, m_options.pluginFolder},
+              {{"LD_PRELOAD", SANITIZER_RUNTIME}, {"ASAN_OPTIONS", noLeaks}}, "tools.log");
+    if (program->exitStatus(patience) != 0) {
+        throw std::runtime_error("no plugins: " + contents(path("tools.log")));
+    }
 }
 
 void PhoshSession::startBuses() {
@@ -183,6 +190,7 @@ void PhoshSession::startCompositor() {
         throw std::runtime_error("no compositor: " + contents(path("compositor.log")));
     }
     m_environment["WAYLAND_DISPLAY"] = "wayland-0";
+    compositor::sendInput(path("runtime/input"), "point 0.999 0.999"); // out of the pictures' way
 }
 
 void PhoshSession::startShell() {

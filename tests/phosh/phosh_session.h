@@ -44,6 +44,8 @@ public:
     // (data), "home/.cache", "runtime", "shell.log", "compositor.log".
     std::filesystem::path path(const std::string& name) const { return m_folder / name; }
 
+    // Further lines of the settings that the session's programs read; before start().
+    void addSettings(const std::string& lines) { m_settings += lines; }
     void start(); // unlocked; throws std::runtime_error where the shell does not appear
 
     // These return whether the shell did it.
@@ -84,6 +86,7 @@ private:
     void touch(const std::string& command) const;
 
     PhoshOptions m_options;
+    std::string m_settings;
     std::filesystem::path m_folder;
     std::map<std::string, std::string> m_environment;
     // In the order in which they start.
