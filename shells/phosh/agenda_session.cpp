@@ -7,9 +7,8 @@
 #include <thread>
 #include <utility>
 
-#include <malloc.h>
-
 #include "platform/system_log.h"
+#include "shells/phosh/idle_memory.h"
 
 namespace quorvel::phosh {
 
@@ -95,8 +94,7 @@ AgendaSession::AgendaSession(MakeParts make, std::shared_ptr<platform::SystemLog
             ready();
             exchange->waitForRelease();
         }
-        // The shell runs for weeks, and the allocator keeps what a large calendar needed.
-        malloc_trim(0);
+        returnIdleMemory();
     };
     std::thread(run).detach();
 }

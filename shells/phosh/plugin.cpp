@@ -3,6 +3,7 @@
 
 #include <phosh-plugin.h>
 
+#include "shells/phosh/idle_memory.h"
 #include "shells/phosh/lock_screen_agenda.h"
 
 extern "C" {
@@ -10,6 +11,7 @@ extern "C" {
 G_MODULE_EXPORT void g_io_phosh_plugin_quorvel_load(GIOModule* module) {
     // The types that it registers cannot be unregistered.
     g_type_module_use(G_TYPE_MODULE(module));
+    quorvel::phosh::limitIdleMemory();
     constexpr int priority = 10; // of plugins with the same name
     g_io_extension_point_implement(PHOSH_PLUGIN_EXTENSION_POINT_LOCKSCREEN_WIDGET,
                                    quorvel::phosh::lockScreenAgendaType(), "quorvel", priority);

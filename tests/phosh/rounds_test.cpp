@@ -19,18 +19,6 @@ protected:
             ASSERT_TRUE(lockTurnAndUnlock(session)) << "round " << round << session.shellLog();
         }
     }
-
-    struct Growth {
-        long early = 0; // private kilobytes after ten rounds
-        long later = 0; // added by twenty more
-    };
-    static Growth growthOf(PhoshSession& session) {
-        session.start();
-        makeRounds(session, 10);
-        const long early = settledFigures(session).privateDirtyKilobytes;
-        makeRounds(session, 20);
-        return {early, settledFigures(session).privateDirtyKilobytes - early};
-    }
 };
 
 [[maybe_unused]] std::vector<std::string> leakStacks(const std::string& report) {
@@ -68,25 +56,6 @@ TEST_F(RoundsTest, AHundredRoundsLeaveNoThreadNorDescriptorNorWatchBehind) {
                 testing::Each(Not(AnyOf(HasSubstr("quorvel::"), HasSubstr("plugin-quorvel.so")))));
 #endif
 }
-
-// The sanitizers have much memory of their own.
-#if !defined(__SANITIZE_ADDRESS__)
-TEST_F(RoundsTest, TenThousandEventsAddLittleMemoryAndRoundsAddNone) {
-    // In kilobytes. Measured: 11 to 20 MB, as the allocator's arenas of the plugin's threads fill
-    // differently. The goal is 15 MB; the bound notices what grows beyond that spread.
-    constexpr long mostAdded = 25 * 1024;
-    constexpr long noise = 3 * 1024;
-    writeCalendar("work.ics", eventsFromNow(10000, "Event"));
-    const Growth with = growthOf(m_session);
-    PhoshSession reference({REFERENCE_FOLDER, {"reference"}, {}});
-    const Growth without = growthOf(reference);
-    RecordProperty("addedKilobytes", std::to_string(with.early - without.early));
-    RecordProperty("addedByFurtherRounds", std::to_string(with.later - without.later));
-    EXPECT_LT(with.early - without.early, mostAdded) << with.early << ", " << without.early;
-    EXPECT_LT(with.later - without.later, noise) << with.later << ", " << without.later;
-    EXPECT_GT(without.early, 10 * 1024); // both were measured
-}
-#endif
 
 } // namespace
 } // namespace quorvel::phosh

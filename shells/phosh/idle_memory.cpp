@@ -1,0 +1,16 @@
+#include "shells/phosh/idle_memory.h"
+
+#include <malloc.h>
+
+namespace quorvel::phosh {
+
+void limitIdleMemory() {
+    constexpr int firstThreshold = 128 * 1024; // bytes; the allocator's own before it raises it
+    mallopt(M_TRIM_THRESHOLD, firstThreshold);
+}
+
+void returnIdleMemory() {
+    malloc_trim(0);
+}
+
+} // namespace quorvel::phosh
