@@ -177,7 +177,7 @@ void AreaState::paintPulls(platform::GraphicsContext& graphics) {
         return;
     }
     for (const RowPull& pull : m_host->rows().pulls()) {
-        paintPull(graphics, pull);
+        paintPull(graphics, pull, m_host->appearance().title);
     }
 }
 

@@ -31,9 +31,8 @@ CGFloat brightness(const UIColor& color) {
     return 0.299 * color.red + 0.587 * color.green + 0.114 * color.blue;
 }
 
-UIColor textColorOn(const UIColor& background, bool isFirmColor) {
-    const bool isBright = isFirmColor && brightness(background) > 0.6;
-    return isBright ? UIColor::blackColor() : UIColor::whiteColor();
+UIColor textColorOn(const UIColor& background) {
+    return brightness(background) > 0.6 ? UIColor::blackColor() : UIColor::whiteColor();
 }
 
 void clipToRoundedRect(GraphicsContext& context, const CGRect& rect) {
@@ -58,7 +57,7 @@ bool isFirm(const RowPull& pull) {
     return pull.distance > firmDistance;
 }
 
-void paintPull(GraphicsContext& context, const RowPull& pull) {
+void paintPull(GraphicsContext& context, const RowPull& pull, const UIColor& textColor) {
     const CGRect& row = pull.frame;
     const CGFloat width = std::min(pull.distance, row.size.width) - gap;
     const CGRect rect = CGRectMake(row.origin.x + inset, row.origin.y + inset, width - inset,
@@ -67,7 +66,7 @@ void paintPull(GraphicsContext& context, const RowPull& pull) {
         return;
     }
     UIColor color = pull.color.value_or(hostColor);
-    const UIColor textColor = textColorOn(color, isFirm(pull));
+    const UIColor shownTextColor = isFirm(pull) ? textColorOn(color) : textColor;
     color.alpha = isFirm(pull) ? 1 : paleAlpha;
     context.saveGState();
     clipToRoundedRect(context, rect);
@@ -75,7 +74,7 @@ void paintPull(GraphicsContext& context, const RowPull& pull) {
     context.fillRect(rect);
     // Wide enough for the whole text, which the row's content uncovers.
     context.drawText(
-        text, platform::UIFont::systemFontOfSize(textSize), textColor,
+        text, platform::UIFont::systemFontOfSize(textSize), shownTextColor,
         CGRectMake(row.origin.x + textInset, rect.origin.y, row.size.width, rect.size.height));
     context.restoreGState();
 }

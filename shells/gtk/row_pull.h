@@ -25,7 +25,9 @@ struct RowPull {
 bool isFirm(const RowPull& pull);
 
 // Paints the part of the row that its content has left: "Open" on the calendar's colour, which is
-// pale until the pull is firm.
-void paintPull(platform::GraphicsContext& context, const RowPull& pull);
+// pale until the pull is firm. `textColor`: of texts on the backdrop, which the pale colour hardly
+// changes.
+void paintPull(platform::GraphicsContext& context, const RowPull& pull,
+               const platform::UIColor& textColor);
 
 } // namespace quorvel::gtk

@@ -20,7 +20,7 @@ using testing::StartsWith;
 
 std::vector<std::string> painted(const RowPull& pull) {
     memory::RecordingContext context;
-    paintPull(context, pull);
+    paintPull(context, pull, UIColor{0.1, 0.2, 0.3, 1});
     return context.operations;
 }
 
@@ -33,7 +33,7 @@ TEST(RowPullTest, PaintsWhatTheContentHasLeft) {
     const RowPull pull{CGRectMake(0, 44, 320, 44), 60, UIColor{1, 0, 0, 1}};
     EXPECT_THAT(painted(pull), Contains("setFillColor 1 0 0 0.35"));
     EXPECT_THAT(painted(pull), Contains("fillRect 2 46 54 40"));
-    EXPECT_THAT(painted(pull), Contains("drawText \"Open\" 14 1 1 1 1 14 46 320 40"));
+    EXPECT_THAT(painted(pull), Contains("drawText \"Open\" 14 0.1 0.2 0.3 1 14 46 320 40"));
 }
 
 TEST(RowPullTest, TakesTheFullColourWhenItIsFirm) {
@@ -44,8 +44,10 @@ TEST(RowPullTest, TakesTheFullColourWhenItIsFirm) {
 TEST(RowPullTest, ItsTextContrastsWithABrightColour) {
     RowPull pull{CGRectMake(0, 0, 320, 44), 100, UIColor::yellowColor()};
     EXPECT_THAT(painted(pull), Contains(StartsWith("drawText \"Open\" 14 0 0 0 1")));
-    pull.distance = 60; // pale on a dark backdrop
+    pull.color = UIColor::blueColor();
     EXPECT_THAT(painted(pull), Contains(StartsWith("drawText \"Open\" 14 1 1 1 1")));
+    pull.distance = 60; // pale on the backdrop
+    EXPECT_THAT(painted(pull), Contains(StartsWith("drawText \"Open\" 14 0.1 0.2 0.3 1")));
 }
 
 TEST(RowPullTest, PaintsNothingForAShortPullOrAFlatRow) {
