@@ -184,6 +184,14 @@ void LayerSession::pressEscape() const {
     compositor::sendInput(path("runtime/input"), "key " + std::to_string(KEY_ESC));
 }
 
+void LayerSession::setOutputEnabled(const std::string& output, bool isEnabled) const {
+    for (const fs::directory_entry& entry : fs::directory_iterator(path("runtime"))) {
+        if (entry.path().filename().string().starts_with("sway-ipc.")) {
+            run({SWAYMSG, "-s", entry.path(), "output", output, isEnabled ? "enable" : "disable"});
+        }
+    }
+}
+
 std::string LayerSession::errors() const {
     return contents(path("errors"));
 }

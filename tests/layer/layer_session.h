@@ -42,6 +42,8 @@ protected:
     void click(int x, int y) const;
     void pointTo(int x, int y) const;
     void pressEscape() const;
+    // As when its cable is pulled and plugged in again.
+    void setOutputEnabled(const std::string& output, bool isEnabled) const;
     std::string errors() const; // of the programs that were shown
 
     std::map<std::string, std::string> m_environment; // of the programs on the display

@@ -47,6 +47,17 @@ TEST_F(LayerTest, LiesOnTheOutputThatIsNamed) {
     EXPECT_EQ(picture("HEADLESS-1").at(500, 400), m_background);
 }
 
+TEST_F(LayerTest, ReturnsWithItsOutput) {
+    const auto program = show({"--layer", "top", "--output", "HEADLESS-2", "--anchor", "top,left"});
+    const Bounds bounds = steadyBounds("HEADLESS-2");
+    EXPECT_EQ(bounds.left, 0);
+    setOutputEnabled("HEADLESS-2", false);
+    EXPECT_EQ(program->exitStatus(1), std::nullopt) << "it has ended: " << errors();
+    setOutputEnabled("HEADLESS-2", true);
+    EXPECT_EQ(steadyBounds("HEADLESS-2"), bounds);
+    EXPECT_EQ(program->exitStatus(0), std::nullopt);
+}
+
 TEST_F(LayerTest, IsStretchedBetweenOppositeEdges) {
     const auto program = show({"--layer", "bottom", "--anchor", "top,right,bottom,left", "--margin",
                                "10,20,30,40", "--output", "HEADLESS-1"});
