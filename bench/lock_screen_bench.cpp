@@ -1,7 +1,8 @@
 // What the plugin of the phone's shell costs the process that loads it, on the display and with the
 // calendars of the environment:
-//   lock_screen_bench FOLDER ROUNDS
-// where FOLDER has the plugin's file. Prints
+//   lock_screen_bench FOLDER ROUNDS [SECONDS]
+// where FOLDER has the plugin's file. With SECONDS, it prints how often the main loop wakes up in
+// that time while the page is shown and nothing happens; else
 //   - the memory that ten rounds of locking and unlocking add to the process, after the toolkit has
 //     shown a window
 //   - the longest time that the main loop was busy at once during the first round, which reads the
@@ -37,12 +38,13 @@ double threadMilliseconds() {
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
-// How long the main loop was busy at once, at most: elapsed time, in which other threads may have
-// had the processor, and processor time.
+// How often the main loop waited, and how long it was busy at once, at most: elapsed time, in which
+// other threads may have had the processor, and processor time.
 class BusyTimes {
 public:
     static void begin() {
         longest = longestOfThread = 0;
+        waits = 0;
         waited();
         g_main_context_set_poll_func(nullptr, poll);
     }
@@ -50,12 +52,14 @@ public:
 
     static inline double longest = 0; // milliseconds
     static inline double longestOfThread = 0;
+    static inline int waits = 0;
 
 private:
     static gint poll(GPollFD* descriptors, guint count, gint timeout) {
         longest = std::max(longest, milliseconds() - pollEnd);
         longestOfThread = std::max(longestOfThread, threadMilliseconds() - pollEndOfThread);
         const gint result = g_poll(descriptors, count, timeout);
+        waits += timeout != 0 ? 1 : 0;
         waited();
         return result;
     }
@@ -209,11 +213,21 @@ void printFirstFrames(GType type, int rounds) {
     std::printf("difference                   %8.2f ms\n", median(with) - median(without));
 }
 
+void printWakeUps(GType type, int seconds) {
+    Page page(makeAgenda(type));
+    page.turnTo();
+    runFor(5); // until everything has been read and painted
+    BusyTimes::begin();
+    runFor(seconds);
+    BusyTimes::end();
+    std::printf("wake-ups in %d seconds       %8d\n", seconds, BusyTimes::waits - 1);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3 || std::atoi(argv[2]) < 1) {
-        fail("usage: lock_screen_bench FOLDER ROUNDS");
+    if (argc < 3 || argc > 4 || std::atoi(argv[2]) < 1) {
+        fail("usage: lock_screen_bench FOLDER ROUNDS [SECONDS]");
     }
     gtk_init(&argc, &argv);
     {
@@ -223,6 +237,10 @@ int main(int argc, char** argv) {
     }
     const double before = privateMemory();
     const GType type = pluginType(argv[1]);
+    if (argc == 4) {
+        printWakeUps(type, std::atoi(argv[3]));
+        return 0;
+    }
     printLongestBusyTime(type);
     printMemory(type, before);
     printFirstFrames(type, std::atoi(argv[2]));

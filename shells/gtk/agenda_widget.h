@@ -40,7 +40,7 @@ class AgendaWidget final : private AgendaObserver {
 public:
     // The observer outlives the widget. Without content it shows nothing.
     explicit AgendaWidget(AgendaWidgetObserver& observer);
-    // Dismisses nothing. Nothing of it runs afterwards, even where GTK keeps the widget longer.
+    // Dismisses nothing. Nothing of it runs afterwards, even where GTK holds the widget longer.
     ~AgendaWidget() override;
     AgendaWidget(const AgendaWidget&) = delete;
     AgendaWidget& operator=(const AgendaWidget&) = delete;

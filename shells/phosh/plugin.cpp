@@ -1,4 +1,4 @@
-// The functions that the shell looks for in the plugin's file.
+// The functions that the shell calls in the plugin's file.
 #include <gio/gio.h>
 
 #include <phosh-plugin.h>

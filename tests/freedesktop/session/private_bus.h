@@ -39,7 +39,7 @@ public:
     FakeSystemServices& operator=(const FakeSystemServices&) = delete;
 
     void prepareForSleep(bool begins) const;
-    // Tells that the property has changed, with its value or without.
+    // Reports that the property has changed, with its value or without.
     void setLocale(std::vector<std::string> assignments, bool withValue);
     void emit(const char* object, const char* interface, const char* signal,
               GVariant* parameters) const;
