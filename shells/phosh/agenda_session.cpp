@@ -76,6 +76,17 @@ std::unique_ptr<AgendaParts> makeOrLog(const AgendaSession::MakeParts& make,
     return nullptr;
 }
 
+// An exception that left the thread would end the shell. What remains here is the log's own, where
+// the memory is exhausted.
+std::unique_ptr<AgendaParts> makeSafely(const AgendaSession::MakeParts& make,
+                                        platform::SystemLog& log) noexcept {
+    try {
+        return makeOrLog(make, log);
+    } catch (...) {
+        return nullptr;
+    }
+}
+
 } // namespace
 
 AgendaSession::AgendaSession(MakeParts make, std::shared_ptr<platform::SystemLog> log,
@@ -89,7 +100,7 @@ AgendaSession::AgendaSession(MakeParts make, std::shared_ptr<platform::SystemLog
             return;
         }
         {
-            const std::unique_ptr<AgendaParts> parts = makeOrLog(make, *log);
+            const std::unique_ptr<AgendaParts> parts = makeSafely(make, *log);
             exchange->lend(parts.get());
             ready();
             exchange->waitForRelease();

@@ -111,6 +111,9 @@ void LockScreenContent::showParts() {
     updateScale();
     m_desktop.emplace([this] { guarded([this] { updateAppearance(); }); });
     updateAppearance();
+    if (m_isPrivacyPending) {
+        presentForPrivacy();
+    }
     if (gtk_widget_get_mapped(m_area) != FALSE) {
         presentAfterFirstFrame();
     }
@@ -141,7 +144,15 @@ void LockScreenContent::updateAppearance() {
 
 void LockScreenContent::updatePrivacy() {
     *m_showsDetails = m_settings.showsDetailsWhenLocked();
-    m_agenda.present();
+    presentForPrivacy();
+}
+
+// Also while the page is not shown: its next first frame must not have details that are hidden now.
+void LockScreenContent::presentForPrivacy() {
+    m_isPrivacyPending = m_agenda.host() == nullptr;
+    if (!m_isPrivacyPending) {
+        m_agenda.host()->present();
+    }
 }
 
 // The shell goes on without the agenda.

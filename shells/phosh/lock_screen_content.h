@@ -44,6 +44,7 @@ private:
     void hide();
     void updateScale();
     void updatePrivacy();
+    void presentForPrivacy();
     void updateAppearance();
 
     // Runs the work; logs an exception and shows nothing any more.
@@ -61,7 +62,8 @@ private:
     freedesktop::FeedbackDevice m_feedback;
     std::optional<freedesktop::DesktopAppearance> m_desktop; // while there are parts
     freedesktop::DelayedCall m_failure;                      // leaves the call that failed first
-    GtkWidget* m_area;                                       // of m_agenda
+    bool m_isPrivacyPending = false; // the setting has changed while the parts were being made
+    GtkWidget* m_area;               // of m_agenda
 };
 
 } // namespace quorvel::phosh

@@ -150,6 +150,16 @@ TEST_F(PluginTest, HidesDetailsWhereTheUserWishes) {
     unlock();
 }
 
+TEST_F(PluginTest, TheFirstFrameHasNoDetailsThatWereHiddenBefore) {
+    SettingsWriter settings("org.quorvel.shell");
+    lock();
+    EXPECT_TRUE(showsRows(1));
+    EXPECT_THAT(rows(), ElementsAre(HasSubstr("Dentist")));
+    settings.set("show-details-when-locked", false); // its page is not shown yet
+    EXPECT_TRUE(runUntil([&] { return rows()[0].starts_with("Busy"); }));
+    unlock();
+}
+
 TEST_F(PluginTest, HidesTheNamesOfCalendarsWhereTheUserWishes) {
     write(calendars + "/secret.ics", "no calendar");
     SettingsWriter settings("org.quorvel.shell");
