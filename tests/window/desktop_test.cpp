@@ -75,7 +75,7 @@ TEST_F(DesktopTest, ShowsItsShortcutsAndWhatItIs) {
     showThreeRows();
     key("ctrl+question");
     EXPECT_NE(secondWindow(), 0U);
-    m_program.reset();
+    endProgram();
     for (const char* mnemonic : {"s", "k", "a"}) {
         showThreeRows();
         key("F10");
@@ -87,7 +87,7 @@ TEST_F(DesktopTest, ShowsItsShortcutsAndWhatItIs) {
             return windows.size() == 2 && std::ranges::find(windows, menu) == windows.end();
         })) << mnemonic;
         EXPECT_EQ(errors(), "");
-        m_program.reset();
+        endProgram();
     }
 }
 
@@ -95,7 +95,7 @@ TEST_F(DesktopTest, TheHeaderShowsTodayAndTheNextDayAfterMidnight) {
     writeThreeEvents();
     show({}, "2026-03-10T10:00:00Z");
     const Picture today = wholePicture();
-    m_program.reset();
+    endProgram();
     show({}, "2026-03-10T23:59:55Z");
     const auto header = [](const Picture& whole) { return whole.part(40, 8, 200, 30); };
     EXPECT_TRUE(becomesTrue(20, [&] { return header(wholePicture()) != header(today); }));

@@ -47,13 +47,13 @@ TEST_F(LayerTest, IsBelowTheWindowsOrAboveThem) {
         const ManagedWindow window = showLayer({"--layer", layer});
         EXPECT_THAT(window.states, IsSupersetOf({"_NET_WM_STATE_BELOW"})) << layer;
         EXPECT_EQ(window.states.count("_NET_WM_STATE_ABOVE"), 0U) << layer;
-        m_program.reset();
+        endProgram();
     }
     for (const char* layer : {"top", "overlay"}) {
         const ManagedWindow window = showLayer({"--layer", layer});
         EXPECT_THAT(window.states, IsSupersetOf({"_NET_WM_STATE_ABOVE"})) << layer;
         EXPECT_EQ(window.states.count("_NET_WM_STATE_BELOW"), 0U) << layer;
-        m_program.reset();
+        endProgram();
     }
 }
 
@@ -67,7 +67,7 @@ TEST_F(LayerTest, IsOnEveryWorkspaceAndInNoList) {
         EXPECT_EQ(window.type, std::string(layer) == "background" ? "_NET_WM_WINDOW_TYPE_DESKTOP"
                                                                   : "_NET_WM_WINDOW_TYPE_UTILITY")
             << layer;
-        m_program.reset();
+        endProgram();
     }
 }
 
@@ -77,7 +77,7 @@ TEST_F(LayerTest, LiesAtTheEdgesThatAreNamed) {
     EXPECT_EQ(corner.frame.width, 320);
     EXPECT_EQ(corner.frame.x + corner.frame.width, screenWidth - 30);
     EXPECT_EQ(corner.frame.y + corner.frame.height, screenHeight - 20);
-    m_program.reset();
+    endProgram();
 
     const ManagedWindow strip =
         showLayer({"--layer", "bottom", "--anchor", "left,right,top", "--margin", "5,10,0,40"});

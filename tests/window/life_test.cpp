@@ -134,7 +134,7 @@ TEST_F(LifeTest, ShowsEachController) {
     writeThreeEvents();
     show({"--controller", "QuorvelViewControllerNewToday"});
     EXPECT_EQ(picture().height, 270);
-    m_program.reset();
+    endProgram();
     show({"--controller", "QuorvelViewController"});
     EXPECT_EQ(picture().height, 70);
     EXPECT_EQ(picture().width, 320);

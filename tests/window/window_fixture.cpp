@@ -148,13 +148,12 @@ void WindowTest::show(const std::vector<std::string>& more, const std::string& n
 Picture WindowTest::pictureAt(const std::string& now) {
     show({}, now);
     const Picture shown = picture();
-    m_program.reset();
+    endProgram();
     return shown;
 }
 
 void WindowTest::showBeforeEndOf(const std::string& minute, const Picture& expected) {
     for (const int seconds : {57, 50, 30, 0}) {
-        m_program.reset();
         show({},
              "2026-03-10T" + minute + (seconds < 10 ? ":0" : ":") + std::to_string(seconds) + "Z");
         if (picture() == expected) {
@@ -175,7 +174,14 @@ std::string WindowTest::printed(const std::string& command,
     return contents(path("printed"));
 }
 
+// A window manager takes a moment to remove the frame of a program that has ended.
+void WindowTest::endProgram() {
+    m_program.reset();
+    EXPECT_TRUE(becomesTrue(patience, [this] { return m_display->windows().empty(); }));
+}
+
 void WindowTest::showWith(const std::vector<std::string>& arguments) {
+    endProgram();
     std::vector<std::string> words{QUORVEL_PROGRAM};
     words.insert(words.end(), arguments.begin(), arguments.end());
     m_program = std::make_unique<ChildProcess>(words, m_environment, path("errors").string());

@@ -32,6 +32,8 @@ protected:
     // picture no longer changes.
     void show(const std::vector<std::string>& more = {}, const std::string& now = tenOClock);
     void showWith(const std::vector<std::string>& arguments); // these arguments alone
+    // Ends the program, and waits until its windows are gone.
+    void endProgram();
     // The picture of a window that is opened at that instant, and closed afterwards.
     Picture pictureAt(const std::string& now);
     // Opens the window shortly before the end of a minute of 10 March, such as "23:59", but early
