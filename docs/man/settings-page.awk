@@ -14,8 +14,8 @@ function roff(text) {
 }
 
 FNR == NR {
-    if (FNR > 1 && NF != 4) {
-        printf "%s:%d: a setting has four columns\n", FILENAME, FNR > "/dev/stderr"
+    if (FNR > 1 && NF != 7) {
+        printf "%s:%d: a setting has seven columns\n", FILENAME, FNR > "/dev/stderr"
         failed = 1
         exit 1
     }
@@ -24,11 +24,20 @@ FNR == NR {
     next
 }
 
+# "integer from 0 to 10"; a list of choices is left to the text.
+function typeText(type, values,   limit) {
+    if (values !~ /^[0-9]+\.\.[0-9]+$/)
+        return type
+    split(values, limit, "[.][.]")
+    return type " from " limit[1] " to " limit[2]
+}
+
 $0 == "@SETTINGS@" {
     for (i = 1; i <= count; i++) {
         split(settings[i], column, "\t")
-        printf ".TP\n\\fB%s\\fR (%s, default %s)\n%s\n", roff(column[1]), roff(column[2]), \
-            column[3] == "" ? "empty" : "\\fI" roff(column[3]) "\\fR", roff(column[4])
+        printf ".TP\n\\fB%s\\fR (%s, default %s)\n%s\n", roff(column[1]), \
+            roff(typeText(column[2], column[3])), \
+            column[4] == "" ? "empty" : "\\fI" roff(column[4]) "\\fR", roff(column[7])
     }
     next
 }

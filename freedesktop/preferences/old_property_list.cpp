@@ -7,6 +7,7 @@
 #include "base/ascii_text.h"
 #include "base/utf8.h"
 #include "freedesktop/preferences/property_list_budget.h"
+#include "freedesktop/preferences/text_position.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -24,7 +25,8 @@ bool isUnquoted(char c) {
 class Parser {
 public:
     explicit Parser(std::string_view text)
-        : m_rest(text) {}
+        : m_text(text)
+        , m_rest(text) {}
 
     Result<PropertyListValue> run() {
         skipSpace();
@@ -40,7 +42,9 @@ public:
         }
         skipSpace();
         if (!value || !m_rest.empty()) {
-            return Error{m_problem.empty() ? "it is not a property list" : m_problem, {}, {}};
+            return Error{m_problem.empty() ? "it is not a property list" : m_problem,
+                         positionText(m_text, m_text.size() - m_rest.size()),
+                         {}};
         }
         return std::move(*value);
     }
@@ -244,6 +248,7 @@ private:
         return value;
     }
 
+    std::string_view m_text;
     std::string_view m_rest;
     std::size_t m_objects = 0;
     std::string m_problem;

@@ -11,8 +11,8 @@
 
 namespace quorvel::freedesktop {
 
-// The `what` of an error is a few words about the list, such as "the XML breaks off"; the other
-// parts are empty.
+// The `what` of an error is a few words about the list, such as "the XML breaks off"; `where` is
+// "LINE:COLUMN" of a text, and else empty; `toDo` is empty.
 
 // Time and memory are bounded for all input. White space alone is an empty dictionary. A reference
 // of a keyed archive becomes a dictionary with "CF$UID". Invalid characters in a text, and a NUL in

@@ -3,14 +3,17 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <optional>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 #include <expat.h>
 
 #include "base/ascii_text.h"
 #include "freedesktop/preferences/property_list_builder.h"
 #include "freedesktop/preferences/single_byte_encoding.h"
+#include "freedesktop/preferences/text_position.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -134,7 +137,8 @@ public:
 
     explicit XmlPass(Encoding encoding);
 
-    Result<PropertyListValue> parse(std::string_view text);
+    // `list` may begin with white space.
+    Result<PropertyListValue> parse(std::string_view list);
 
     // Stops if the XML declaration names an encoding other than UTF-8.
     void stopAtOtherEncoding() { m_stopsAtOtherEncoding = true; }
@@ -148,6 +152,8 @@ private:
     void onDeclaredEncoding(const char* encoding);
     void onEntity(std::string_view name, const char* value, int length);
     void countAttribute();
+    void stop();
+    std::size_t parserIndex() const;
     const char* problemAfter(std::string_view text) const;
 
     ParserHandle m_parser;
@@ -156,6 +162,7 @@ private:
     bool m_stopsAtOtherEncoding = false;
     bool m_namesOtherEncoding = false;
     int m_declaredAttributes = 0;
+    std::optional<std::size_t> m_stoppedAt; // a byte index
 };
 
 XmlPass::XmlPass(Encoding encoding)
@@ -220,13 +227,19 @@ void XmlPass::setHandlers() {
 
 void XmlPass::stopWhenDone() {
     if (m_builder.isDone()) {
-        XML_StopParser(m_parser.get(), XML_FALSE);
+        stop();
     }
+}
+
+// After it has stopped, the parser's own index is behind the event that was the reason.
+void XmlPass::stop() {
+    m_stoppedAt = m_stoppedAt.value_or(parserIndex());
+    XML_StopParser(m_parser.get(), XML_FALSE);
 }
 
 void XmlPass::fail(const char* problem) {
     m_problem = problem;
-    XML_StopParser(m_parser.get(), XML_FALSE);
+    stop();
 }
 
 void XmlPass::onDeclaredEncoding(const char* encoding) {
@@ -251,6 +264,12 @@ void XmlPass::countAttribute() {
     }
 }
 
+// In bytes.
+std::size_t XmlPass::parserIndex() const {
+    return static_cast<std::size_t>(
+        std::max<XML_Index>(0, XML_GetCurrentByteIndex(m_parser.get())));
+}
+
 const char* XmlPass::problemAfter(std::string_view text) const {
     if (m_problem != nullptr) {
         return m_problem;
@@ -259,22 +278,28 @@ const char* XmlPass::problemAfter(std::string_view text) const {
     if (error != XML_ERROR_INVALID_TOKEN) {
         return problemOfError(error);
     }
-    const auto at =
-        static_cast<std::size_t>(std::max<XML_Index>(0, XML_GetCurrentByteIndex(m_parser.get())));
-    const std::size_t split = std::min(at, text.size());
+    const std::size_t split = std::min(parserIndex(), text.size());
     return problemOfInvalidToken(text.substr(0, split), text.substr(split));
 }
 
-Result<PropertyListValue> XmlPass::parse(std::string_view text) {
+Result<PropertyListValue> XmlPass::parse(std::string_view list) {
     if (!m_parser) {
         return Error{problemOfError(XML_ERROR_NO_MEMORY), {}, {}};
     }
+    const std::string_view afterSpace = withoutLeadingSpace(list);
+    const std::string text = withPlainComments(afterSpace);
     const XML_Status status =
         XML_Parse(m_parser.get(), text.data(), static_cast<int>(text.size()), XML_TRUE);
+    const auto failure = [&](std::string what) {
+        const std::size_t offset =
+            list.size() - afterSpace.size() + m_stoppedAt.value_or(parserIndex());
+        return Error{std::move(what), positionText(list, offset), {}};
+    };
     if (m_builder.isDone() && m_problem == nullptr) {
-        return m_builder.takeResult();
+        auto result = m_builder.takeResult();
+        return result ? std::move(result) : failure(result.error().what);
     }
-    return Error{status == XML_STATUS_OK ? "the XML holds no object" : problemAfter(text), {}, {}};
+    return failure(status == XML_STATUS_OK ? "the XML holds no object" : problemAfter(text));
 }
 
 } // namespace
@@ -291,12 +316,11 @@ Result<PropertyListValue> parseXmlPropertyList(std::string_view text, std::strin
     if (!bytes.empty()) {
         pass.stopAtOtherEncoding();
     }
-    auto value = pass.parse(withPlainComments(withoutLeadingSpace(text)));
+    auto value = pass.parse(text);
     if (!pass.namesOtherEncoding()) {
         return value;
     }
-    return XmlPass(XmlPass::Encoding::declared)
-        .parse(withPlainComments(withoutLeadingSpace(bytes)));
+    return XmlPass(XmlPass::Encoding::declared).parse(bytes);
 }
 
 } // namespace quorvel::freedesktop

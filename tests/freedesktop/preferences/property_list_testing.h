@@ -26,7 +26,12 @@ inline ParsedList parseXmlObject(std::string_view object) {
 
 // Empty: none.
 inline std::string problemOf(const ParsedList& list) {
-    return list ? "" : message(list.error());
+    return list ? "" : list.error().what;
+}
+
+// "LINE:COLUMN", or empty.
+inline std::string placeOf(const ParsedList& list) {
+    return list ? "" : list.error().where;
 }
 
 template <class Kind>
