@@ -18,6 +18,7 @@ namespace {
 constexpr double greatestWidth = 100000;
 constexpr double greatestScale = 64;
 constexpr double longestWait = 600; // seconds
+constexpr std::string_view helpWord = "help";
 
 // As written on the command line.
 struct NumberTexts {
@@ -28,9 +29,15 @@ struct NumberTexts {
     std::string foundationVersion;
 };
 
+// The arguments that are no options.
+struct CommandWords {
+    std::string command;
+    std::string topic; // of the command `help`
+};
+
 // The library accepts every option with every command; checkOptionsOfCommand() then refuses those
 // that the command does not take.
-void declareOptions(CLI::App& app, CommandLine& line, NumberTexts& numbers, std::string& command) {
+void declareOptions(CLI::App& app, CommandLine& line, NumberTexts& numbers, CommandWords& words) {
     const auto addValue = [&app](const std::string& names, auto& value) {
         app.add_option(names, value)->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     };
@@ -39,9 +46,10 @@ void declareOptions(CLI::App& app, CommandLine& line, NumberTexts& numbers, std:
     };
     app.set_help_flag();
     app.allow_extras();
-    app.add_option("command", command);
+    app.add_option("command", words.command);
+    app.add_option("topic", words.topic);
     app.add_flag("-h,--help", line.wantsHelp);
-    app.add_flag("--version", line.wantsVersion);
+    app.add_flag("-V,--version", line.wantsVersion);
     addList("--calendars", line.calendars);
     addValue("--calendar-wait", numbers.calendarWait);
     addValue("--preferences", line.preferences);
@@ -89,7 +97,27 @@ Error parseError(const CLI::ParseError& error) {
     return usageError("the option " + name + " takes no such value");
 }
 
+// The library would read "--json=no" as a switch that is off.
+Result<void> checkSwitches(const CLI::App& app, int argc, const char* const* argv) {
+    for (const std::string_view argument :
+         std::vector<std::string_view>(argv + std::min(argc, 1), argv + argc)) {
+        const std::size_t equalSign = argument.find('=');
+        if (equalSign == std::string_view::npos || !argument.starts_with("--")) {
+            continue;
+        }
+        const std::string name(argument.substr(0, equalSign));
+        const CLI::Option* option = app.get_option_no_throw(name);
+        if (option != nullptr && option->get_expected_max() == 0) {
+            return usageError("the option " + name + " takes no value");
+        }
+    }
+    return {};
+}
+
 Result<void> parseArguments(CLI::App& app, int argc, const char* const* argv) {
+    if (const Result<void> checked = checkSwitches(app, argc, argv); !checked) {
+        return checked;
+    }
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -197,6 +225,26 @@ Result<void> parseNumbers(const CLI::App& app, const NumberTexts& texts, Command
     return result;
 }
 
+// `help` is no command of its own: "help agenda" means "agenda --help".
+Result<void> readCommandWords(const CLI::App& app, CommandWords words, CommandLine& line) {
+    if (words.command == helpWord) {
+        line.wantsHelp = true;
+        words.command = words.topic == helpWord ? std::string() : words.topic;
+    } else if (app.count("topic") > 0) {
+        return usageError("'" + words.topic + "' is one argument too many");
+    }
+    line.hasCommand = line.wantsHelp ? !words.command.empty() : app.count("command") > 0;
+    if (!line.hasCommand) {
+        return {};
+    }
+    const Result<Command> named = commandNamed(words.command);
+    if (!named) {
+        return named.error();
+    }
+    line.command = *named;
+    return {};
+}
+
 // What can only be checked once the command is known.
 Result<void> checkCommand(const CLI::App& app, const NumberTexts& numbers, CommandLine& line) {
     if (!line.hasCommand) {
@@ -219,19 +267,14 @@ Result<void> checkCommand(const CLI::App& app, const NumberTexts& numbers, Comma
 Result<CommandLine> parseCommandLine(int argc, const char* const* argv) {
     CommandLine line;
     NumberTexts numbers;
-    std::string command;
+    CommandWords words;
     CLI::App app;
-    declareOptions(app, line, numbers, command);
+    declareOptions(app, line, numbers, words);
     if (const Result<void> parsed = parseArguments(app, argc, argv); !parsed) {
         return parsed.error();
     }
-    line.hasCommand = app.count("command") > 0;
-    if (line.hasCommand) {
-        const Result<Command> named = commandNamed(command);
-        if (!named) {
-            return named.error();
-        }
-        line.command = *named;
+    if (const Result<void> read = readCommandWords(app, words, line); !read) {
+        return read.error();
     }
     if (line.wantsHelp || line.wantsVersion) {
         return line;

@@ -156,7 +156,7 @@ constexpr std::array<OptionText, 17> commonOptions{{
      "read all calendars anew, without the index in\n"
      "$XDG_CACHE_HOME/quorvel, and do not change that"},
     {"--help", "-h, --help", "print this help, or that of a command"},
-    {"--version", "--version", "print the version"},
+    {"--version", "-V, --version", "print the version"},
 }};
 
 const CommandText& textOf(Command command) {
@@ -217,6 +217,7 @@ bool commandTakesOption(Command command, std::string_view option) {
 
 std::string programHelp() {
     std::string text = "Usage: quorvel COMMAND [OPTION]...\n"
+                       "       quorvel help [COMMAND]\n"
                        "\n"
                        "Your upcoming events, as the agenda widget of a home screen shows them.\n"
                        "\n"
@@ -227,7 +228,7 @@ std::string programHelp() {
         text += line + std::string(command.summary) + '\n';
     }
     text += "\nOptions of all commands, before or after the command:\n" + commonOptionsHelp();
-    text += "\n'quorvel COMMAND --help' describes a command.\n";
+    text += "\n'quorvel help COMMAND' and 'quorvel COMMAND --help' describe a command.\n";
     return text + std::string(exitStatusHelp);
 }
 

@@ -146,12 +146,16 @@ TEST_F(UsageTest, HelpAndVersionGoToStandardOutput) {
                                                {"snapshot", "-h"},
                                                {"calendars", "--help"},
                                                {"inspect", "--help"},
-                                               {"--version"}}) {
+                                               {"help"},
+                                               {"--version"},
+                                               {"-V"}}) {
         const RunResult result = run(arguments);
         EXPECT_EQ(result.status, 0);
         EXPECT_EQ(result.errors, "");
         EXPECT_FALSE(result.output.empty());
     }
+    EXPECT_EQ(run({"help"}).output, run({"--help"}).output);
+    EXPECT_EQ(run({"help", "inspect"}).output, run({"inspect", "--help"}).output);
     const std::string steps = run({"inspect", "--help"}).output;
     for (const char* step :
          {"present ", "dismiss ", "size ", "layout:W,H ", "scroll:Y ", "pull:ROW:DX ",
