@@ -33,6 +33,16 @@ namespace {
 
 constexpr double standardWidth = 320; // points
 
+// What the user can do about a picture that cannot be written.
+std::string snapshotHint(const std::string& path, const freedesktop::Snapshot& snapshot) {
+    if (freedesktop::fitsInto(path, snapshot)) {
+        return "name another file with -o";
+    }
+    const std::string limits =
+        "the settings maxEventsToDisplay and limitMaxHeight, and --scale, make it smaller";
+    return freedesktop::fitsInto("any.pdf", snapshot) ? "draw a .pdf instead; " + limits : limits;
+}
+
 CommandResult<void> printOutput(const std::string& text) {
     if (const Result<void> printed = print(text); !printed) {
         return operationFailure(printed.error());
@@ -123,7 +133,7 @@ private:
             freedesktop::writeSnapshot(m_line.output, snapshot, m_platform.textLines());
         if (!written) {
             return operationFailure(
-                {written.error().what, {}, "name another file with -o, or draw less"});
+                {written.error().what, {}, snapshotHint(m_line.output, snapshot)});
         }
         return checkCalendars();
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <system_error>
 #include <utility>
 #include <variant>
 
@@ -93,15 +94,22 @@ CommandResult<std::optional<NSDate>> nowOf(const CommandLine& line, const TimeZo
     return now;
 }
 
+// People leave out the colon of a source that is no file.
+std::string sourceHint(const std::string& path) {
+    if (path + ':' == freedesktop::dataServerSourceName) {
+        return "write 'eds:' for those of Evolution Data Server";
+    }
+    return "name a .ics file or a folder of them";
+}
+
 CommandResult<CalendarSource> checkedSource(const std::string& path) {
     CalendarSource source = CalendarSource::at(path);
     const auto check = freedesktop::isDataServer(source) ? freedesktop::eds::checkDataServer()
                                                          : freedesktop::checkSource(source);
     if (!check) {
         const std::string& reason = check.error().what;
-        return usageFailure({"the calendars '" + path + "' cannot be read (" + reason + ")",
-                             {},
-                             "name a .ics file or a folder of them"});
+        return usageFailure(
+            {"the calendars '" + path + "' cannot be read (" + reason + ")", {}, sourceHint(path)});
     }
     return source;
 }
@@ -245,7 +253,22 @@ CommandResult<std::optional<UIColor>> backdropOf(const CommandLine& line,
     return color;
 }
 
-CommandResult<void> checkOutputName(const CommandLine& line) {
+CommandResult<void> checkOutputFolder(const std::filesystem::path& output) {
+    const std::filesystem::path folder = output.has_parent_path() ? output.parent_path() : ".";
+    std::error_code error;
+    const std::filesystem::file_type type = std::filesystem::status(folder, error).type();
+    const std::string name = "'" + folder.string() + "'";
+    if (type == std::filesystem::file_type::not_found) {
+        return operationFailure(
+            {"there is no folder " + name, {}, "make it, or name another file with -o"});
+    }
+    if (type != std::filesystem::file_type::directory && !error) {
+        return operationFailure({name + " is no folder", {}, "name another file with -o"});
+    }
+    return {}; // what else may be wrong shows when the file is written
+}
+
+CommandResult<void> checkOutput(const CommandLine& line) {
     if (line.command != Command::snapshot) {
         return {};
     }
@@ -255,7 +278,7 @@ CommandResult<void> checkOutputName(const CommandLine& line) {
         return usageFailure(
             {"'" + line.output + "' is no picture file", {}, "end its name in .png, .svg or .pdf"});
     }
-    return {};
+    return checkOutputFolder(line.output);
 }
 
 // The default of the later waits is never longer than the first one.
@@ -346,7 +369,7 @@ CommandResult<ProgramSetup> makeProgramSetup(const CommandLine& line) {
     if (!backdrop) {
         return backdrop.error();
     }
-    if (const CommandResult<void> checked = checkOutputName(line); !checked) {
+    if (const CommandResult<void> checked = checkOutput(line); !checked) {
         return checked.error();
     }
     const CommandResult<std::optional<window::LayerOptions>> layer = layerOf(line);

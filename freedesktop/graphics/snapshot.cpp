@@ -116,6 +116,11 @@ Error failure(std::string what) {
 
 } // namespace
 
+bool fitsInto(const std::string& path, const Snapshot& snapshot) {
+    const std::optional<Format> format = formatOf(path);
+    return format && canBeHeld(*format, deviceSize(*format, snapshot));
+}
+
 Result<void> writeSnapshot(const std::string& path, const Snapshot& snapshot,
                            const std::shared_ptr<TextLines>& lines) {
     const std::optional<Format> format = formatOf(path);

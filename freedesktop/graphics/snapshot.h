@@ -22,6 +22,10 @@ struct Snapshot {
     std::function<void(platform::GraphicsContext&)> paint; // in points
 };
 
+// Whether a file with that name could hold the picture: the sides of a .png are shorter than those
+// of the other formats.
+bool fitsInto(const std::string& path, const Snapshot& snapshot);
+
 // Writes a .png, .svg or .pdf, depending on the extension of the name. A pixel is a "px" in a .svg
 // and 1/72 inch in a .pdf. The same snapshot gives the same bytes. Replaces an existing file only
 // after the new one is complete. The error has only `what`, one line.

@@ -50,6 +50,30 @@ TEST_F(SnapshotCommandTest, HasTheSizeOfTheWidgetTimesTheScale) {
     EXPECT_NEAR(bigEndian(twice, 20), height * 2, 1);
 }
 
+TEST_F(SnapshotCommandTest, ATooLargePictureNamesWhatWouldHelp) {
+    std::string events;
+    for (int index = 0; index < 40; ++index) {
+        events += event("e" + std::to_string(index), "Review", "DTSTART:20260310T120000Z");
+    }
+    writeCalendar("Many", events);
+    const RunResult png = runHere({"snapshot", "-o", path("x.png").string(), "--scale", "40"});
+    EXPECT_EQ(png.status, 1);
+    EXPECT_NE(png.errors.find(" pixels is too large: draw a .pdf instead; the settings "
+                              "maxEventsToDisplay and limitMaxHeight, and --scale, make it "
+                              "smaller\n"),
+              std::string::npos)
+        << png.errors;
+    EXPECT_FALSE(std::filesystem::exists(path("x.png")));
+    drawn("x.pdf", {"--scale", "40"});
+
+    const RunResult pdf =
+        runHere({"snapshot", "-o", path("y.pdf").string(), "--scale", "64", "--width", "100000"});
+    EXPECT_EQ(pdf.status, 1);
+    EXPECT_NE(pdf.errors.find(" pixels is too large: the settings maxEventsToDisplay"),
+              std::string::npos)
+        << pdf.errors;
+}
+
 TEST_F(SnapshotCommandTest, RepeatsTheSameBytesAndPaintsTheBackground) {
     const std::string standard = drawn("x.png");
     EXPECT_EQ(drawn("x.png"), standard);

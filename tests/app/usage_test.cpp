@@ -69,6 +69,14 @@ TEST_F(UsageTest, TheOptionsOfALayerAreCheckedBeforeAnythingOpens) {
     expectLayerError({"--output", "DP-1"}, "--output is for layers");
 }
 
+TEST_F(UsageTest, ASourceWithoutItsColonIsSuggestedWithIt) {
+    expectError(runHere({"agenda", "--calendars", "eds"}), 2,
+                "the calendars 'eds' cannot be read (there is no such file or folder): write "
+                "'eds:' for those of Evolution Data Server\n");
+    expectError(runHere({"agenda", "--calendars", "edt"}), 2,
+                "there is no such file or folder): name a .ics file or a folder of them\n");
+}
+
 TEST_F(UsageTest, StepsAreCheckedBeforeAnythingRuns) {
     for (const char* step : {"pull:0", "pull:-1:90", "tap:1", "drag:1,1", "drag:1,1:nan,0",
                              "unload", "full-view", "placeholder", "layout:1", "jump", ""}) {
@@ -123,7 +131,16 @@ TEST_F(UsageTest, AnArgumentCannotControlTheTerminal) {
 }
 
 TEST_F(UsageTest, UnwritablePlacesEndWithOne) {
-    expectError(runHere({"snapshot", "-o", path("no/such/folder.png").string()}), 1, "folder.png");
+    expectError(runHere({"snapshot", "-o", path("no/such/x.png").string()}), 1,
+                "there is no folder '" + path("no/such").string() +
+                    "': make it, or name another file with -o\n");
+    expectError(runHere({"snapshot", "-o", "nodir/x.png"}), 1, "there is no folder 'nodir'");
+    write("file", "");
+    expectError(runHere({"snapshot", "-o", path("file/x.png").string()}), 1,
+                "'" + path("file").string() + "' is no folder: name another file with -o\n");
+    fs::create_directory(path("folder.png"));
+    expectError(runHere({"snapshot", "-o", path("folder.png").string()}), 1,
+                "folder.png\": Is a directory: name another file with -o\n");
     expectError(runHere({"agenda", "--log", path("no/such/log").string()}), 1, "log");
     const RunResult full = runInto("/dev/full", {"--help"});
     EXPECT_EQ(full.status, 1);
