@@ -33,7 +33,7 @@ constexpr std::array<CommandText, 5> commandTexts{{
     {Command::calendars, "calendars", "quorvel calendars [--json] [OPTION]...",
      "list the calendars",
      "Lists the calendars in the store's order, which of them the widget searches, and\n"
-     "the store of each.\n"},
+     "where each is: its file or folder, or the program that has it.\n"},
     {Command::show, "show",
      "quorvel show [--background COLOR] [--decorated] [OPTION]...\n"
      "       quorvel show --layer LAYER [--anchor EDGES] [--margin N[,N,N,N]]\n"

@@ -84,7 +84,8 @@ public:
     // Whether the last event store lacks what was not read in time; see
     // setCalendarsChangedHandler().
     bool areCalendarsLate() const;
-    // The source of that calendar of the last event store, to show to the user.
+    // Where that calendar of the last event store is, to show to the user: the path of a file or
+    // folder, or the name of a program. Empty: there is no such calendar.
     std::string storeOfCalendar(std::string_view identifier) const;
 
     // These take effect with the next read.

@@ -123,8 +123,10 @@ bool UserCalendars::isLate() const {
 }
 
 std::string UserCalendars::storeOf(std::string_view identifier) const {
-    return std::string(m_usesServer && m_server->hasCalendar(identifier) ? dataServerName
-                                                                         : "files");
+    if (m_usesServer && m_server->hasCalendar(identifier)) {
+        return std::string(dataServerName);
+    }
+    return m_files.storeOf(identifier);
 }
 
 std::vector<std::string> UserCalendars::deselected() const {

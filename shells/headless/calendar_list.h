@@ -21,7 +21,7 @@ struct ListedCalendar {
 // Loads the widget to find out which calendars it searches.
 std::vector<ListedCalendar> readCalendars(WidgetSession& session);
 
-// `storeOf` returns the name of the store that has the calendar with an identifier.
+// `storeOf` returns where the calendar with an identifier is, such as a path.
 std::string calendarsText(const std::vector<ListedCalendar>& calendars,
                           const std::function<std::string(std::string_view)>& storeOf);
 // A JSON array of {"identifier", "title", "color", "selected"}.

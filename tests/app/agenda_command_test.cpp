@@ -1,4 +1,6 @@
 // The commands `agenda` and `calendars`, and the files that they write.
+#include <sstream>
+
 #include <gtest/gtest.h>
 
 #include "tests/app/command_fixture.h"
@@ -115,6 +117,25 @@ TEST_F(AgendaCommandTest, ListsCalendarsAndWhetherTheyAreSearched) {
     EXPECT_EQ(chosen[0].at("selected"), false);
     EXPECT_EQ(chosen[1].at("selected"), true);
     EXPECT_NE(runHere({"calendars"}).output.find("#336699FF"), std::string::npos);
+}
+
+TEST_F(AgendaCommandTest, ListsWhereEachCalendarIs) {
+    write("calendars/Single.ics", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nEND:VCALENDAR\r\n");
+    write("calendars/Folder/displayname", "Shared");
+    const auto lines = [this] {
+        std::istringstream output(runHere({"calendars"}).output);
+        std::vector<std::string> result;
+        for (std::string line; std::getline(output, line);) {
+            result.push_back(line.substr(line.rfind(' ') + 1));
+        }
+        return result;
+    };
+    const std::vector<std::string> expected{"STORE", calendars() + "/Single.ics",
+                                            calendars() + "/Folder"};
+    EXPECT_EQ(lines(), expected);
+    EXPECT_EQ(lines(), expected); // from the index, if that is stored
+    EXPECT_NE(run({"calendars", "--sample"}).output.find("yes       in memory\n"),
+              std::string::npos);
 }
 
 TEST_F(AgendaCommandTest, ShowsTheSample) {

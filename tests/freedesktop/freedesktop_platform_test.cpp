@@ -140,7 +140,7 @@ TEST_F(FreedesktopPlatformTest, AServerInTheBackgroundMayBeMissing) {
     make();
     const auto store = made->platform().calendarStores.makeEventStore();
     ASSERT_EQ(store->calendars().size(), 1U);
-    EXPECT_EQ(made->storeOfCalendar(store->calendars()[0]->calendarIdentifier), "files");
+    EXPECT_EQ(made->storeOfCalendar(store->calendars()[0]->calendarIdentifier), "in memory");
     EXPECT_TRUE(made->hasReadableCalendars());
     made.reset();
     EXPECT_EQ(problems, 0);

@@ -174,7 +174,7 @@ void SourceFiles::buildFolder(const CalendarFolder& folder, bool isRoot) {
         addCalendar({calendarIdentifier(folder.name, folder.realPath),
                      metadataNamed(folder, "displayname"), metadataNamed(folder, "color"),
                      folder.name},
-                    std::move(files));
+                    folder.path, std::move(files));
     }
     for (const auto& subFolder : folder.subFolders) {
         buildFolder(*subFolder, false);
@@ -185,10 +185,10 @@ void SourceFiles::addCalendarOfFile(const std::shared_ptr<icalendar::LoadedFile>
                                     std::string_view name, std::string_view filePath) {
     addCalendar({calendarIdentifier(name, filePath), file->ics.calendarName,
                  file->ics.calendarColour, std::string(name)},
-                {file});
+                m_source.text ? "in memory" : file->path, {file});
 }
 
-void SourceFiles::addCalendar(const CalendarNames& names,
+void SourceFiles::addCalendar(const CalendarNames& names, const std::string& store,
                               std::vector<std::shared_ptr<icalendar::LoadedFile>> files) {
     auto calendar = namedCalendar(names);
     const auto previous = m_previousCalendars.find(calendar->calendarIdentifier);
@@ -198,6 +198,7 @@ void SourceFiles::addCalendar(const CalendarNames& names,
                              previous->second->files == files;
     m_calendars.push_back(isUnchanged ? previous->second
                                       : makeLoadedCalendar(std::move(calendar), std::move(files)));
+    m_calendars.back()->store = store;
 }
 
 } // namespace quorvel::freedesktop::calendars

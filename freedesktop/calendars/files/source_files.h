@@ -48,7 +48,7 @@ private:
     void scanFileAtPath();
     void removeFiles();
     void buildFolder(const CalendarFolder& folder, bool isRoot);
-    void addCalendar(const CalendarNames& names,
+    void addCalendar(const CalendarNames& names, const std::string& store,
                      std::vector<std::shared_ptr<icalendar::LoadedFile>> files);
     void addCalendarOfFile(const std::shared_ptr<icalendar::LoadedFile>& file,
                            std::string_view name, std::string_view filePath);

@@ -1,5 +1,6 @@
 #include "freedesktop/calendars/store/calendar_service.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace quorvel::freedesktop::calendars {
@@ -72,6 +73,18 @@ std::vector<CalendarProblem> CalendarService::unreadable() const {
         }
     }
     return unreadable;
+}
+
+std::string CalendarService::storeOf(std::string_view identifier) const {
+    const auto snapshot = m_answers.snapshot();
+    const std::size_t count =
+        snapshot ? std::min(snapshot->calendars.size(), snapshot->stores.size()) : 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (snapshot->calendars[i]->calendarIdentifier == identifier) {
+            return snapshot->stores[i];
+        }
+    }
+    return {};
 }
 
 // ---- for stores

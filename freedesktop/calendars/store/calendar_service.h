@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -48,6 +49,7 @@ public:
     bool isAnyReadable() const;
     bool isAnyCalendar() const;
     bool isLate() const { return m_isLate; }
+    std::string storeOf(std::string_view identifier) const;
     std::vector<CalendarProblem> unreadable() const;
     void beginReading();
 

@@ -124,6 +124,10 @@ bool FileCalendarStores::anyCalendar() const {
     return m_service->isAnyCalendar();
 }
 
+std::string FileCalendarStores::storeOf(std::string_view identifier) const {
+    return m_service->storeOf(identifier);
+}
+
 std::vector<CalendarProblem> FileCalendarStores::unreadable() const {
     return m_service->unreadable();
 }

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "freedesktop/calendars/files/calendar_problem.h"
@@ -72,6 +73,9 @@ public:
     bool anyReadable() const;
     // Whether the last store had a calendar that could be read; likewise.
     bool anyCalendar() const;
+    // What the user calls the place of that calendar of the last store: the path of its file or
+    // folder. Empty: there is no such calendar.
+    std::string storeOf(std::string_view identifier) const;
     // The files, folders and sources that could not be read at all when the last store was made, as
     // far as it is known. Also those that were reported before.
     std::vector<CalendarProblem> unreadable() const;

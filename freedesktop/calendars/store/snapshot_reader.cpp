@@ -132,6 +132,7 @@ SnapshotReader::build(const Signature& signature) {
             if (identifiers.insert(calendar->calendar->calendarIdentifier).second) {
                 loaded->calendars.push_back(calendar);
                 snapshot.calendars.push_back(calendar->calendar);
+                snapshot.stores.push_back(calendar->store);
                 snapshot.isAnyCalendar = snapshot.isAnyCalendar || calendar->couldBeRead();
             }
         }

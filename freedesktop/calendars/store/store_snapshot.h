@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "base/content_hash.h"
@@ -24,6 +25,7 @@ struct StoreSnapshot {
     bool isAnyReadable = false; // of the sources
     bool isAnyCalendar = false; // at least one calendar could be read
     platform::EKCalendars calendars;
+    std::vector<std::string> stores; // of the calendars, see LoadedCalendar::store
     std::vector<VersionedProblem> problems;
 };
 

@@ -83,6 +83,10 @@ std::string bytesOfSnapshot(const StoreSnapshot& snapshot) {
             put(writer, color.alpha);
         });
     }
+    writer.number(snapshot.stores.size());
+    for (const std::string& store : snapshot.stores) {
+        writer.text(store);
+    }
     put(writer, snapshot.problems);
     return writer.take();
 }
@@ -95,6 +99,10 @@ std::optional<StoreSnapshot> snapshotFromBytes(std::string_view bytes) {
     snapshot.calendars.resize(reader.count());
     for (auto& calendar : snapshot.calendars) {
         calendar = takeCalendar(reader);
+    }
+    snapshot.stores.resize(reader.count());
+    for (std::string& store : snapshot.stores) {
+        store = reader.text();
     }
     snapshot.problems = takeProblems(reader);
     return reader.isWhole() ? std::optional(std::move(snapshot)) : std::nullopt;

@@ -108,7 +108,8 @@ TEST_F(EdsCommandTest, WithoutSourcesTheServerStandsBesideTheUsersFolders) {
                                              "Evolution Data Server\n"));
     EXPECT_THAT(list, testing::ContainsRegex("test-hidden +C hidden +#ABCDEFFF +no +"
                                              "Evolution Data Server\n"));
-    EXPECT_THAT(list, testing::ContainsRegex("paper-[0-9a-f]+ +paper +#[0-9A-F]+ +yes +files\n"));
+    EXPECT_THAT(list, testing::ContainsRegex("paper-[0-9a-f]+ +paper +#[0-9A-F]+ +yes +" +
+                                             path("home/.calendars/paper").string() + "\n"));
 }
 
 TEST_F(EdsCommandTest, AListOfCalendarsForScriptsHasTheKeysThatItAlwaysHad) {
