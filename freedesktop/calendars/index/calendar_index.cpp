@@ -14,7 +14,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "freedesktop/calendars/index/sqlite.h"
+#include "freedesktop/calendars/sqlite/sqlite.h"
 
 namespace quorvel::freedesktop::calendars {
 namespace {

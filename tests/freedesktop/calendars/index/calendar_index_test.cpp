@@ -13,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-#include "freedesktop/calendars/index/sqlite.h"
+#include "freedesktop/calendars/sqlite/sqlite.h"
 
 namespace quorvel::freedesktop::calendars {
 namespace {

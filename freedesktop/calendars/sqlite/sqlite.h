@@ -1,4 +1,4 @@
-// SQLite's handles as objects. For the sources and tests of this folder alone.
+// SQLite's handles as objects, for the folders of calendars that use it in their sources.
 //
 // A connection remembers its first error, after which its calls do nothing: a sequence of calls is
 // checked once, at its end.
@@ -38,6 +38,7 @@ public:
         }
     }
 
+    bool isOpen() const { return m_database != nullptr && !hasFailed(); }
     sqlite3* get() const { return m_database.get(); }
     void run(const char* text) {
         if (!hasFailed()) {
@@ -98,6 +99,15 @@ public:
 
     // Of the current row.
     std::int64_t number(int column) { return sqlite3_column_int64(m_statement.get(), column); }
+    double realNumber(int column) { return sqlite3_column_double(m_statement.get(), column); }
+    int typeOf(int column) { return sqlite3_column_type(m_statement.get(), column); }
+    // A text or a number as UTF-8, a blob as it is; until the next step.
+    std::string_view text(int column) {
+        const unsigned char* const start = sqlite3_column_text(m_statement.get(), column);
+        const int size = sqlite3_column_bytes(m_statement.get(), column);
+        return {reinterpret_cast<const char*>(start),
+                start == nullptr ? 0 : static_cast<std::size_t>(size)};
+    }
     // Until the next step.
     std::string_view bytes(int column) {
         const void* const start = sqlite3_column_blob(m_statement.get(), column);
