@@ -130,7 +130,12 @@ std::string UserCalendars::storeOf(std::string_view identifier) const {
 }
 
 std::vector<std::string> UserCalendars::deselected() const {
-    return m_usesServer ? m_server->deselectedCalendars() : std::vector<std::string>();
+    std::vector<std::string> deselected = m_files.deselectedCalendars();
+    if (m_usesServer) {
+        const auto ofServer = m_server->deselectedCalendars();
+        deselected.insert(deselected.end(), ofServer.begin(), ofServer.end());
+    }
+    return deselected;
 }
 
 std::vector<std::string> UserCalendars::paths() const {

@@ -58,7 +58,7 @@ public:
     std::vector<CalendarProblem> unreadable() const;
     bool isLate() const;
     std::string storeOf(std::string_view identifier) const;
-    std::vector<std::string> deselected() const; // in the desktop's calendar application
+    std::vector<std::string> deselected() const; // in the application that has the calendar
 
     std::vector<std::string> paths() const; // of files and folders
 

@@ -16,7 +16,8 @@ namespace quorvel::freedesktop::calendars {
 // Belongs to the thread that searches it: each file has a cache of what its expansion worked out.
 struct LoadedCalendar {
     std::shared_ptr<const platform::EKCalendar> calendar; // never null
-    std::string store; // what the user calls the place of its events, such as a path
+    std::string store;         // what the user calls the place of its events, such as a path
+    bool isDeselected = false; // the program that has the calendar does not show it
     std::vector<std::shared_ptr<icalendar::LoadedFile>> files;
     std::vector<icalendar::EventEntry> entries; // one for each event
     icalendar::Overrides overrides;

@@ -130,6 +130,14 @@ std::vector<const CalendarFile*> SourceFiles::parsedFiles() const {
     return parsed;
 }
 
+std::size_t SourceFiles::bytesInMemory() const {
+    std::size_t bytes = 0;
+    for (const CalendarFile* const file : parsedFiles()) {
+        bytes += file->isCurrent() ? file->calendar()->ics.sizeInMemory() : 0;
+    }
+    return bytes;
+}
+
 bool SourceFiles::isSettled() const {
     if (m_source.text) {
         return true;

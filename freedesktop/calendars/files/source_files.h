@@ -11,38 +11,33 @@
 #include "base/content_hash.h"
 #include "freedesktop/calendars/files/calendar_file.h"
 #include "freedesktop/calendars/files/calendar_folder.h"
-#include "freedesktop/calendars/files/calendar_problem.h"
 #include "freedesktop/calendars/files/calendar_source.h"
 #include "freedesktop/calendars/files/loaded_calendar.h"
+#include "freedesktop/calendars/files/source_calendars.h"
 
 namespace quorvel::freedesktop::calendars {
 
-// Used in this order: scan(), then reading all of unreadFiles(), then build().
-class SourceFiles {
+class SourceFiles final : public SourceCalendars {
 public:
     explicit SourceFiles(CalendarSource source);
 
-    // Finds out which files there are and their versions, and reads none. A text in memory is
-    // parsed by the first scan.
-    void scan(const std::function<bool(std::string_view)>& zoneIsKnown);
-    // Adds everything that the calendars depend on, as far as a scan finds it.
-    void addTo(SignatureHash& signature) const;
-    // Those of the last scan that have to be read, in order.
-    std::vector<UnreadFile> unreadFiles();
-    // Those that hold a calendar, in order.
-    std::vector<const CalendarFile*> parsedFiles() const;
-    // Makes the calendars of what was read. A calendar stays the same object while neither its
-    // files nor its names change.
-    void build();
+    // A text in memory is parsed by the first scan.
+    void scan(const std::function<bool(std::string_view)>& zoneIsKnown) override;
+    void addTo(SignatureHash& signature) const override;
+    std::vector<UnreadFile> unreadFiles() override;
+    void readDatabases(const ReadContext&) override {}
+    std::size_t bytesInMemory() const override;
+    void build() override;
 
-    bool isReadable() const { return m_isReadable; } // when it was last scanned
-    // A scan shows everything that may change the calendars from now on.
-    bool isSettled() const;
-    const std::vector<std::shared_ptr<LoadedCalendar>>& calendars() const { return m_calendars; }
-    // Adds the problems of the source and of its files, in order.
-    void addTo(std::vector<VersionedProblem>& problems) const;
+    bool isReadable() const override { return m_isReadable; }
+    bool isSettled() const override;
+    const std::vector<std::shared_ptr<LoadedCalendar>>& calendars() const override {
+        return m_calendars;
+    }
+    void addTo(std::vector<VersionedProblem>& problems) const override;
 
 private:
+    std::vector<const CalendarFile*> parsedFiles() const;
     void scanPath();
     void scanFolderAtPath();
     void scanFileAtPath();

@@ -87,6 +87,11 @@ std::string CalendarService::storeOf(std::string_view identifier) const {
     return {};
 }
 
+std::vector<std::string> CalendarService::deselectedCalendars() const {
+    const auto snapshot = m_answers.snapshot();
+    return snapshot ? snapshot->deselected : std::vector<std::string>();
+}
+
 // ---- for stores
 
 void CalendarService::beginReading() {

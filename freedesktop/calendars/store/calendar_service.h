@@ -50,6 +50,7 @@ public:
     bool isAnyCalendar() const;
     bool isLate() const { return m_isLate; }
     std::string storeOf(std::string_view identifier) const;
+    std::vector<std::string> deselectedCalendars() const;
     std::vector<CalendarProblem> unreadable() const;
     void beginReading();
 

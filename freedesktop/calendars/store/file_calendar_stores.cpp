@@ -128,6 +128,10 @@ std::string FileCalendarStores::storeOf(std::string_view identifier) const {
     return m_service->storeOf(identifier);
 }
 
+std::vector<std::string> FileCalendarStores::deselectedCalendars() const {
+    return m_service->deselectedCalendars();
+}
+
 std::vector<CalendarProblem> FileCalendarStores::unreadable() const {
     return m_service->unreadable();
 }

@@ -76,6 +76,9 @@ public:
     // What the user calls the place of that calendar of the last store: the path of its file or
     // folder. Empty: there is no such calendar.
     std::string storeOf(std::string_view identifier) const;
+    // The identifiers of those of the last store's calendars that the program which has them does
+    // not show.
+    std::vector<std::string> deselectedCalendars() const;
     // The files, folders and sources that could not be read at all when the last store was made, as
     // far as it is known. Also those that were reported before.
     std::vector<CalendarProblem> unreadable() const;

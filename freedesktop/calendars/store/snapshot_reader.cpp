@@ -3,6 +3,7 @@
 #include <string_view>
 #include <unordered_set>
 
+#include "freedesktop/calendars/files/source_files.h"
 #include "freedesktop/calendars/store/file_loader.h"
 #include "freedesktop/calendars/store/reported_problems.h"
 #include "freedesktop/calendars/store/stored_results.h"
@@ -18,11 +19,11 @@ void SnapshotReader::setSources(std::vector<CalendarSource> sources) {
     bool areAllOnDisk = true;
     for (CalendarSource& source : sources) {
         areAllOnDisk = areAllOnDisk && !source.text;
-        auto& files = m_knownSources[{source.name, source.text}];
-        if (!files) {
-            files = std::make_unique<SourceFiles>(std::move(source));
+        auto& known = m_knownSources[{source.name, source.text}];
+        if (!known) {
+            known = std::make_unique<SourceFiles>(std::move(source));
         }
-        m_sources.push_back(files.get());
+        m_sources.push_back(known.get());
     }
     m_index.setEnabled(areAllOnDisk);
     m_latest = nullptr;
@@ -56,9 +57,9 @@ void SnapshotReader::freeUnused() {
 
 Signature SnapshotReader::scan() {
     SignatureHash signature;
-    for (SourceFiles* const files : m_sources) {
-        files->scan(m_context.zoneIsKnown);
-        files->addTo(signature);
+    for (SourceCalendars* const source : m_sources) {
+        source->scan(m_context.zoneIsKnown);
+        source->addTo(signature);
     }
     return signature.value();
 }
@@ -97,21 +98,21 @@ std::uint64_t SnapshotReader::contentNumber(const StoreSnapshot& snapshot,
 
 void SnapshotReader::readFiles() {
     std::vector<UnreadFile> unread;
-    for (SourceFiles* const files : m_sources) {
-        for (UnreadFile& file : files->unreadFiles()) {
+    for (SourceCalendars* const source : m_sources) {
+        for (UnreadFile& file : source->unreadFiles()) {
             unread.push_back(std::move(file));
         }
     }
     FileLoader(m_context, m_index).load(unread, bytesInMemory());
+    for (SourceCalendars* const source : m_sources) {
+        source->readDatabases(m_context);
+    }
 }
 
-// Of the files that are not read again.
 std::size_t SnapshotReader::bytesInMemory() const {
     std::size_t bytes = 0;
-    for (const SourceFiles* const files : m_sources) {
-        for (const CalendarFile* const file : files->parsedFiles()) {
-            bytes += file->isCurrent() ? file->calendar()->ics.sizeInMemory() : 0;
-        }
+    for (const SourceCalendars* const source : m_sources) {
+        bytes += source->bytesInMemory();
     }
     return bytes;
 }
@@ -123,16 +124,19 @@ SnapshotReader::build(const Signature& signature) {
     snapshot.signature = signature;
     snapshot.isSettled = true;
     std::unordered_set<std::string_view> identifiers;
-    for (SourceFiles* const files : m_sources) {
-        files->build();
-        files->addTo(snapshot.problems);
-        snapshot.isSettled = snapshot.isSettled && files->isSettled();
-        snapshot.isAnyReadable = snapshot.isAnyReadable || files->isReadable();
-        for (const auto& calendar : files->calendars()) {
+    for (SourceCalendars* const source : m_sources) {
+        source->build();
+        source->addTo(snapshot.problems);
+        snapshot.isSettled = snapshot.isSettled && source->isSettled();
+        snapshot.isAnyReadable = snapshot.isAnyReadable || source->isReadable();
+        for (const auto& calendar : source->calendars()) {
             if (identifiers.insert(calendar->calendar->calendarIdentifier).second) {
                 loaded->calendars.push_back(calendar);
                 snapshot.calendars.push_back(calendar->calendar);
                 snapshot.stores.push_back(calendar->store);
+                if (calendar->isDeselected) {
+                    snapshot.deselected.push_back(calendar->calendar->calendarIdentifier);
+                }
                 snapshot.isAnyCalendar = snapshot.isAnyCalendar || calendar->couldBeRead();
             }
         }

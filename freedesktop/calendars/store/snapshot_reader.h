@@ -11,7 +11,8 @@
 #include <utility>
 #include <vector>
 
-#include "freedesktop/calendars/files/source_files.h"
+#include "freedesktop/calendars/files/calendar_source.h"
+#include "freedesktop/calendars/files/source_calendars.h"
 #include "freedesktop/calendars/store/deferred_index.h"
 #include "freedesktop/calendars/store/store_snapshot.h"
 
@@ -56,9 +57,9 @@ private:
     DeferredIndex& m_index;
     ReadContext m_context;
     // All that were ever set, so that going back to a source reads no unchanged file again.
-    std::map<std::pair<std::string, std::optional<std::string>>, std::unique_ptr<SourceFiles>>
+    std::map<std::pair<std::string, std::optional<std::string>>, std::unique_ptr<SourceCalendars>>
         m_knownSources;
-    std::vector<SourceFiles*> m_sources;           // the current ones, in order
+    std::vector<SourceCalendars*> m_sources;       // the current ones, in order
     std::shared_ptr<const StoreSnapshot> m_latest; // null before the first refresh
     std::uint64_t m_contents = 0;                  // how many different ones there were
     // By snapshot, without extending its life.

@@ -25,7 +25,8 @@ struct StoreSnapshot {
     bool isAnyReadable = false; // of the sources
     bool isAnyCalendar = false; // at least one calendar could be read
     platform::EKCalendars calendars;
-    std::vector<std::string> stores; // of the calendars, see LoadedCalendar::store
+    std::vector<std::string> stores;     // of the calendars, see LoadedCalendar::store
+    std::vector<std::string> deselected; // identifiers, see LoadedCalendar::isDeselected
     std::vector<VersionedProblem> problems;
 };
 

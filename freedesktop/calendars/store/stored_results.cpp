@@ -35,6 +35,21 @@ std::vector<VersionedProblem> takeProblems(ByteReader& reader) {
     return problems;
 }
 
+void put(ByteWriter& writer, const std::vector<std::string>& texts) {
+    writer.number(texts.size());
+    for (const std::string& text : texts) {
+        writer.text(text);
+    }
+}
+
+std::vector<std::string> takeTexts(ByteReader& reader) {
+    std::vector<std::string> texts(reader.count());
+    for (std::string& text : texts) {
+        text = reader.text();
+    }
+    return texts;
+}
+
 void put(ByteWriter& writer, double number) {
     writer.number(std::bit_cast<std::uint64_t>(number));
 }
@@ -83,10 +98,8 @@ std::string bytesOfSnapshot(const StoreSnapshot& snapshot) {
             put(writer, color.alpha);
         });
     }
-    writer.number(snapshot.stores.size());
-    for (const std::string& store : snapshot.stores) {
-        writer.text(store);
-    }
+    put(writer, snapshot.stores);
+    put(writer, snapshot.deselected);
     put(writer, snapshot.problems);
     return writer.take();
 }
@@ -100,10 +113,8 @@ std::optional<StoreSnapshot> snapshotFromBytes(std::string_view bytes) {
     for (auto& calendar : snapshot.calendars) {
         calendar = takeCalendar(reader);
     }
-    snapshot.stores.resize(reader.count());
-    for (std::string& store : snapshot.stores) {
-        store = reader.text();
-    }
+    snapshot.stores = takeTexts(reader);
+    snapshot.deselected = takeTexts(reader);
     snapshot.problems = takeProblems(reader);
     return reader.isWhole() ? std::optional(std::move(snapshot)) : std::nullopt;
 }

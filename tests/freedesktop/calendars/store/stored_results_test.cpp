@@ -18,6 +18,7 @@ TEST(StoredResults, SnapshotAndSearchComeBackEqual) {
     calendar->CGColor = platform::UIColor{0.1, 1.0 / 3, -2, 0.5};
     snapshot.calendars = {std::make_shared<platform::EKCalendar>(), calendar};
     snapshot.stores = {"", "/home/me/work.ics"};
+    snapshot.deselected = {"work-1"};
     snapshot.problems = {{{"a.ics", 7, "is odd"}, 99}, {{"b.ics", 0, "is gone"}, 0, true}};
     const auto back = snapshotFromBytes(bytesOfSnapshot(snapshot));
     ASSERT_TRUE(back);
@@ -28,6 +29,7 @@ TEST(StoredResults, SnapshotAndSearchComeBackEqual) {
     EXPECT_EQ(back->calendars[1]->title, "Work");
     EXPECT_EQ(back->calendars[1]->CGColor, calendar->CGColor);
     EXPECT_EQ(back->stores, snapshot.stores);
+    EXPECT_EQ(back->deselected, snapshot.deselected);
     EXPECT_EQ(back->problems, snapshot.problems);
 
     SearchResult result;
