@@ -109,10 +109,14 @@ icalendar::IcsFile parseCalendar(FilePieces& pieces, const ReadContext& context)
     return reader.finish(buffer.text());
 }
 
-FileContent readContent(const std::string& path, FileKind kind, const FileVersion& version,
+const std::string& labelOf(const CalendarFile& file, const std::string& path) {
+    return file.label.empty() ? path : file.label;
+}
+
+FileContent readContent(const std::string& label, FileKind kind, const FileVersion& version,
                         FilePieces& pieces, const ReadContext& context) {
     if (kind == FileKind::calendar) {
-        return {std::make_shared<icalendar::LoadedFile>(path, versionHash(version),
+        return {std::make_shared<icalendar::LoadedFile>(label, versionHash(version),
                                                         parseCalendar(pieces, context)),
                 nullptr};
     }
@@ -166,8 +170,8 @@ std::shared_ptr<icalendar::LoadedFile> CalendarFile::calendar() const {
 
 void CalendarFile::setCalendar(const std::string& path, const FileVersion& version, bool isSettled,
                                icalendar::IcsFile ics) {
-    const auto loaded =
-        std::make_shared<icalendar::LoadedFile>(path, versionHash(version), std::move(ics));
+    const auto loaded = std::make_shared<icalendar::LoadedFile>(
+        labelOf(*this, path), versionHash(version), std::move(ics));
     parsed = {version, isSettled, 0, FileContent{loaded, nullptr}};
 }
 
@@ -193,7 +197,8 @@ void readCalendarFile(CalendarFile& file, const std::string& path, FileKind kind
     const bool willBeSettled = isSettled(opened.version(), readAt);
     FilePieces pieces(opened, largest, !willBeSettled || mayBeSame);
     if (!mayBeSame || !hasSameBytes(file, opened, pieces)) {
-        FileContent content = readContent(path, kind, opened.version(), pieces, context);
+        FileContent content =
+            readContent(labelOf(file, path), kind, opened.version(), pieces, context);
         file.parsed = {opened.version(), false, pieces.hash(), std::move(content)};
     }
     if (pieces.error() != 0) {

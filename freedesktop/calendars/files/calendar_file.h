@@ -38,6 +38,7 @@ struct ParsedVersion {
 
 struct CalendarFile {
     std::string name;
+    std::string label;                                    // in messages; empty: the path
     Result<FileVersion, FileError> listed{FileVersion()}; // by the last scan
     std::optional<ParsedVersion> parsed;                  // absent: the file was not read yet
 

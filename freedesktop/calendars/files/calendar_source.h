@@ -9,6 +9,8 @@
 //   files hold a single event, name no calendar, and either are named after the event's UID or are
 //   more than 24.
 // - A text in memory is one calendar, as if it were a file.
+// - A file that is a copy of a calendar elsewhere is one calendar, named after that. It may be
+//   missing.
 // Names that begin with a dot are ignored; only regular files are opened. Calendars come in the
 // order of the sources, and by name within a source. The same file or folder is shown once.
 //
@@ -17,6 +19,7 @@
 // else one of a palette.
 #pragma once
 
+#include <compare>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,10 +29,22 @@
 
 namespace quorvel::freedesktop {
 
+// The calendar elsewhere that a file is a copy of.
+struct CopiedCalendar {
+    std::string origin;                // decides the calendar's identifier, as a path does else
+    std::string host;                  // the title of a calendar that has none
+    std::optional<std::string> title;  // replaces that in the file
+    std::optional<std::string> colour; // likewise, as calendarColour() reads it
+    std::string label;                 // names the calendar in messages
+    auto operator<=>(const CopiedCalendar&) const = default;
+};
+
 struct CalendarSource {
     std::string name;                // a path, or the name of a text
     std::optional<std::string> text; // a whole calendar in memory
     bool isOptional = false;         // no problem is reported where the path does not exist
+    std::optional<CopiedCalendar> copy = std::nullopt; // present: the path is that of a copy
+    auto operator<=>(const CalendarSource&) const = default;
 
     static CalendarSource at(std::string path) { return {std::move(path), std::nullopt}; }
     static CalendarSource inMemory(std::string name, std::string text) {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "freedesktop/calendars/files/calendar_file_names.h"
 #include "freedesktop/calendars/files/folder_scanner.h"
@@ -48,7 +49,8 @@ void SourceFiles::scan(const std::function<bool(std::string_view)>& zoneIsKnown)
 void SourceFiles::scanPath() {
     const bool isAFolder = isFolder(m_source.name);
     m_problem.clear();
-    if (m_source.isOptional && !isAFolder) {
+    const bool isMissingCopy = m_source.copy && access(m_source.name.c_str(), F_OK) != 0;
+    if (isMissingCopy || (m_source.isOptional && !isAFolder)) {
         removeFiles();
         return;
     }
@@ -82,6 +84,7 @@ void SourceFiles::scanFileAtPath() {
     if (!m_file) {
         m_file = std::make_unique<CalendarFile>();
         m_file->name = m_source.name;
+        m_file->label = m_source.copy ? m_source.copy->label : "";
     }
     scanFile(*m_file);
     m_isReadable = m_file->listed.hasValue();
@@ -96,6 +99,9 @@ void SourceFiles::removeFiles() {
 void SourceFiles::addTo(SignatureHash& signature) const {
     signature.add(std::string_view(m_source.name));
     signature.add(m_source.isOptional);
+    if (m_source.copy) {
+        addCopyTo(signature);
+    }
     signature.add(std::string_view(m_problem));
     signature.add(std::string_view(m_realPath));
     signature.add(m_file ? 1 : 0);
@@ -108,6 +114,23 @@ void SourceFiles::addTo(SignatureHash& signature) const {
     if (m_folder) {
         addToSignature(*m_folder, signature);
     }
+}
+
+// Everything of it that is shown.
+void SourceFiles::addCopyTo(SignatureHash& signature) const {
+    const CopiedCalendar& copy = *m_source.copy;
+    for (const std::string* const text : {&copy.origin, &copy.host, &copy.label}) {
+        signature.add(std::string_view(*text));
+    }
+    for (const auto* const text : {&copy.title, &copy.colour}) {
+        signature.add(text->has_value());
+        signature.add(std::string_view(text->value_or("")));
+    }
+}
+
+// For messages.
+const std::string& SourceFiles::label() const {
+    return m_source.copy ? m_source.copy->label : m_source.name;
 }
 
 std::vector<UnreadFile> SourceFiles::unreadFiles() {
@@ -147,11 +170,11 @@ bool SourceFiles::isSettled() const {
 
 void SourceFiles::addTo(std::vector<VersionedProblem>& problems) const {
     if (!m_problem.empty()) {
-        problems.push_back({{m_source.name, 0, m_problem}, 0, true});
+        problems.push_back({{label(), 0, m_problem}, 0, true});
     } else if (m_folder) {
         addProblems(*m_folder, problems);
     } else if (m_file) {
-        addProblems(*m_file, m_file->name, problems);
+        addProblems(*m_file, label(), problems);
     }
 }
 
@@ -161,6 +184,8 @@ void SourceFiles::build() {
     }
     if (m_folder) {
         buildFolder(*m_folder, true);
+    } else if (m_file && m_file->calendar() && m_source.copy) {
+        addCopiedCalendar(m_file->calendar(), *m_source.copy);
     } else if (m_file && m_file->calendar()) {
         addCalendarOfFile(m_file->calendar(), stemOf(lastComponent(m_source.name)), m_realPath);
     }
@@ -194,6 +219,14 @@ void SourceFiles::addCalendarOfFile(const std::shared_ptr<icalendar::LoadedFile>
     addCalendar({calendarIdentifier(name, filePath), file->ics.calendarName,
                  file->ics.calendarColour, std::string(name)},
                 m_source.text ? "in memory" : file->path, {file});
+}
+
+void SourceFiles::addCopiedCalendar(const std::shared_ptr<icalendar::LoadedFile>& file,
+                                    const CopiedCalendar& copy) {
+    addCalendar({calendarIdentifier(copy.host, copy.origin),
+                 copy.title ? copy.title : file->ics.calendarName,
+                 copy.colour ? copy.colour : file->ics.calendarColour, copy.host},
+                copy.host, {file});
 }
 
 void SourceFiles::addCalendar(const CalendarNames& names, const std::string& store,

@@ -42,11 +42,15 @@ private:
     void scanFolderAtPath();
     void scanFileAtPath();
     void removeFiles();
+    void addCopyTo(SignatureHash& signature) const;
+    const std::string& label() const;
     void buildFolder(const CalendarFolder& folder, bool isRoot);
     void addCalendar(const CalendarNames& names, const std::string& store,
                      std::vector<std::shared_ptr<icalendar::LoadedFile>> files);
     void addCalendarOfFile(const std::shared_ptr<icalendar::LoadedFile>& file,
                            std::string_view name, std::string_view filePath);
+    void addCopiedCalendar(const std::shared_ptr<icalendar::LoadedFile>& file,
+                           const CopiedCalendar& copy);
 
     CalendarSource m_source;
     std::string m_realPath; // with all links resolved; of a text "text:" and its name

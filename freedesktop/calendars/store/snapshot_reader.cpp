@@ -19,7 +19,7 @@ void SnapshotReader::setSources(std::vector<CalendarSource> sources) {
     bool areAllOnDisk = true;
     for (CalendarSource& source : sources) {
         areAllOnDisk = areAllOnDisk && !source.text;
-        auto& known = m_knownSources[{source.name, source.text}];
+        auto& known = m_knownSources[source];
         if (!known) {
             known = std::make_unique<SourceFiles>(std::move(source));
         }

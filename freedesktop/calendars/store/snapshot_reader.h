@@ -57,8 +57,7 @@ private:
     DeferredIndex& m_index;
     ReadContext m_context;
     // All that were ever set, so that going back to a source reads no unchanged file again.
-    std::map<std::pair<std::string, std::optional<std::string>>, std::unique_ptr<SourceCalendars>>
-        m_knownSources;
+    std::map<CalendarSource, std::unique_ptr<SourceCalendars>> m_knownSources;
     std::vector<SourceCalendars*> m_sources;       // the current ones, in order
     std::shared_ptr<const StoreSnapshot> m_latest; // null before the first refresh
     std::uint64_t m_contents = 0;                  // how many different ones there were
