@@ -1,0 +1,32 @@
+// Copies of calendars on servers as sources of calendars.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "freedesktop/calendars/files/calendar_problem.h"
+#include "freedesktop/calendars/files/calendar_source.h"
+#include "freedesktop/calendars/subscriptions/calendar_address.h"
+#include "freedesktop/calendars/subscriptions/subscription_cache.h"
+#include "freedesktop/calendars/subscriptions/subscription_list.h"
+
+namespace quorvel::freedesktop {
+
+CalendarSource sourceOf(const Subscription& subscription, const SubscriptionCache& cache);
+// A calendar that the user has not subscribed to.
+CalendarSource sourceOf(const RemoteCalendar& calendar, const SubscriptionCache& cache);
+
+// Of those sources that are copies. The `file` of a problem is the calendar's label.
+std::vector<CalendarProblem> copyProblems(const std::vector<CalendarSource>& sources,
+                                          const SubscriptionCache& cache, std::int64_t now);
+
+// The URLs of the copies that have to be fetched again by then.
+std::vector<std::string> dueCopies(const std::vector<CalendarSource>& sources,
+                                   const SubscriptionCache& cache, std::int64_t now);
+
+// When the next one of the copies is due, in seconds since 1970. Absent: no source is a copy.
+std::optional<std::int64_t> nextRefresh(const std::vector<CalendarSource>& sources,
+                                        const SubscriptionCache& cache, std::int64_t now);
+
+} // namespace quorvel::freedesktop
