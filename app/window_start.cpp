@@ -6,11 +6,13 @@
 #include <unistd.h>
 
 #include "freedesktop/bundle/program_folders.h"
+#include "freedesktop/language/catalogs.h"
 
 namespace quorvel::app {
 
 Failure replaceByWindowProgram(char* const* argv) {
     const std::string program = freedesktop::programFolders().window;
+    freedesktop::restoreUsersLanguageVariable();
     ::execv(program.c_str(), argv);
     return operationFailure(
         {"the window's program '" + program + "' cannot be started (" + std::strerror(errno) + ")",

@@ -4,9 +4,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "freedesktop/bundle/program_folders.h"
+#include "freedesktop/language/catalogs.h"
 #include "freedesktop/launch/activation_token.h"
 #include "freedesktop/launch/calendar_opener.h"
 #include "freedesktop/launch/notification.h"
@@ -85,6 +88,7 @@ int run(int argc, char** argv, const std::string& activationToken) {
 int main(int argc, char** argv) {
     printLibraryMessagesOnOneLine();
     std::setlocale(LC_ALL, ""); // some applications need dates in the user's format
+    chooseLanguage(programFolders().catalogs, std::nullopt);
     try {
         return run(argc, argv, takeOwnActivationToken());
     } catch (const std::exception& error) {

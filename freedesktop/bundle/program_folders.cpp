@@ -35,7 +35,8 @@ ProgramFolders programFolders(const std::string& executableFolder) {
         besideOrInstalled(folder / "quorvel-eds.so",
                           commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "quorvel-eds.so"),
         besideOrInstalled(folder / "quorvel-layer-shell.so",
-                          commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "quorvel-layer-shell.so")};
+                          commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "quorvel-layer-shell.so"),
+        besideOrInstalled(folder / "share/locale", commands / QUORVEL_RELATIVE_CATALOG_FOLDER)};
 }
 
 ProgramFolders programFolders() {

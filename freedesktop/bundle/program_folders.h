@@ -11,6 +11,7 @@ struct ProgramFolders {
     std::string window;           // the program that `quorvel show` executes
     std::string dataServerModule; // the module that wraps the calendar server's library
     std::string layerModule;      // the module that wraps the layer shell's library
+    std::string catalogs;         // translations: LANGUAGE/LC_MESSAGES/quorvel.mo
 };
 
 // Each path is beside the executable if it exists there, as after a build, else where an

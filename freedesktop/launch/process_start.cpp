@@ -1,11 +1,13 @@
 #include "freedesktop/launch/process_start.h"
 
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include <glib.h>
 
 #include "freedesktop/glib/handles.h"
+#include "freedesktop/language/catalogs.h"
 #include "freedesktop/launch/activation_token.h"
 #include "freedesktop/launch/openable_link.h"
 #include "freedesktop/launch/text_pointers.h"
@@ -21,6 +23,9 @@ TextsHandle environmentWith(const std::string& activationToken) {
                         ? g_environ_setenv(variables, name, activationToken.c_str(), TRUE)
                         : g_environ_unsetenv(variables, name);
     }
+    const std::optional<std::string> language = usersLanguageVariable();
+    variables = language ? g_environ_setenv(variables, "LANGUAGE", language->c_str(), TRUE)
+                         : g_environ_unsetenv(variables, "LANGUAGE");
     return TextsHandle(variables);
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/time_units.h"
+#include "freedesktop/language/messages.h"
 #include "platform/date_services.h"
 #include "shells/widget/hosted_widget.h"
 #include "shells/widget/value_of.h"
@@ -12,6 +13,8 @@
 namespace quorvel::shells {
 
 using freedesktop::CalendarProblem;
+using freedesktop::translated;
+using freedesktop::translatedPlural;
 using platform::DateServices;
 using platform::NSDate;
 using platform::NSDateFormatter;
@@ -58,21 +61,22 @@ std::string reasonOf(const CalendarProblem& problem) {
 std::string nothingPlannedText(const DateServices& dateServices, NSDate now,
                                std::int64_t daysToDisplay) {
     if (daysToDisplay < 0) {
-        return "Nothing planned";
+        return translated("Nothing planned");
     }
     if (daysToDisplay == 0) {
-        return "Nothing today";
+        return translated("Nothing today");
     }
     const std::int64_t days = std::min(daysToDisplay, mostDays);
     const NSDate lastDay = noonOf(dateServices, now)
                                .dateByAddingTimeInterval(static_cast<double>(days) * secondsPerDay);
-    return "Nothing until " +
-           dateServices.stringFromDate(dayFormatter(dateServices, days), lastDay);
+    // Translators: {1} is a weekday, or a date such as "March 12".
+    return filled(translated("Nothing until {1}"),
+                  {dateServices.stringFromDate(dayFormatter(dateServices, days), lastDay)});
 }
 
 std::string noCalendarsText(const CalendarState& calendars) {
-    return calendars.unreadable.empty() ? "There are no calendars yet"
-                                        : "The calendars cannot be read";
+    return calendars.unreadable.empty() ? translated("There are no calendars yet")
+                                        : translated("The calendars cannot be read");
 }
 
 std::optional<ProblemNotice> unreadableNotice(const std::vector<CalendarProblem>& unreadable) {
@@ -81,7 +85,10 @@ std::optional<ProblemNotice> unreadableNotice(const std::vector<CalendarProblem>
     }
     std::string name = unreadable.front().file;
     if (unreadable.size() > 1) {
-        name += " and " + std::to_string(unreadable.size() - 1) + " more";
+        const std::size_t others = unreadable.size() - 1;
+        // Translators: {1} is a file, {2} how many others there are.
+        name = filled(translatedPlural("{1} and {2} more", "{1} and {2} more", others),
+                      {name, std::to_string(others)});
     }
     return ProblemNotice{std::move(name), reasonOf(unreadable.front())};
 }

@@ -26,9 +26,11 @@ TEST(ProgramFolders, PrefersWhatStandsBesideTheProgram) {
     EXPECT_TRUE(installed.dataServerModule.starts_with(name + "/lib"));
     EXPECT_TRUE(installed.layerModule.ends_with("/quorvel/quorvel-layer-shell.so"));
     EXPECT_TRUE(installed.layerModule.starts_with(name + "/lib"));
+    EXPECT_EQ(installed.catalogs, name + "/share/locale");
 
     fs::create_directories(bin / "Quorvel.bundle");
     fs::create_directories(bin / "share/quorvel");
+    fs::create_directories(bin / "share/locale");
     std::ofstream(bin / "quorvel-window") << "a program";
     std::ofstream(bin / "quorvel-eds.so") << "a module";
     std::ofstream(bin / "quorvel-layer-shell.so") << "a module";
@@ -38,6 +40,7 @@ TEST(ProgramFolders, PrefersWhatStandsBesideTheProgram) {
     EXPECT_EQ(beside.window, (bin / "quorvel-window").string());
     EXPECT_EQ(beside.dataServerModule, (bin / "quorvel-eds.so").string());
     EXPECT_EQ(beside.layerModule, (bin / "quorvel-layer-shell.so").string());
+    EXPECT_EQ(beside.catalogs, (bin / "share/locale").string());
     fs::remove_all(name);
 }
 
