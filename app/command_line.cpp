@@ -7,10 +7,13 @@
 #include <CLI/CLI.hpp>
 
 #include "app/help.h"
+#include "freedesktop/language/messages.h"
 #include "freedesktop/text/text_lines.h"
 #include "shells/headless/script.h"
 
 namespace quorvel::app {
+
+using freedesktop::translated;
 
 namespace {
 
@@ -79,7 +82,7 @@ void declareOptions(CLI::App& app, CommandLine& line, NumberTexts& numbers, Comm
 }
 
 Error usageError(const std::string& what) {
-    return {what, {}, "see 'quorvel --help'"};
+    return {what, {}, translated("see 'quorvel --help'")};
 }
 
 // The library's messages contain the option's name with its two dashes.
@@ -92,9 +95,9 @@ Error parseError(const CLI::ParseError& error) {
     const std::size_t end = message.find_first_of(": =", start);
     const std::string name = message.substr(start, end - start);
     if (message.find("required") != std::string::npos) {
-        return usageError("the option " + name + " needs a value");
+        return usageError(filled(translated("the option {1} needs a value"), {name}));
     }
-    return usageError("the option " + name + " takes no such value");
+    return usageError(filled(translated("the option {1} takes no such value"), {name}));
 }
 
 // The library would read "--json=no" as a switch that is off.
@@ -108,7 +111,7 @@ Result<void> checkSwitches(const CLI::App& app, int argc, const char* const* arg
         const std::string name(argument.substr(0, equalSign));
         const CLI::Option* option = app.get_option_no_throw(name);
         if (option != nullptr && option->get_expected_max() == 0) {
-            return usageError("the option " + name + " takes no value");
+            return usageError(filled(translated("the option {1} takes no value"), {name}));
         }
     }
     return {};
@@ -125,9 +128,9 @@ Result<void> parseArguments(CLI::App& app, int argc, const char* const* argv) {
     }
     for (const std::string& extra : app.remaining()) {
         if (extra.starts_with('-')) {
-            return usageError("unknown option '" + extra + "'");
+            return usageError(filled(translated("unknown option '{1}'"), {extra}));
         }
-        return usageError("'" + extra + "' is one argument too many");
+        return usageError(filled(translated("'{1}' is one argument too many"), {extra}));
     }
     return {};
 }
@@ -139,13 +142,13 @@ Result<Command> commandNamed(const std::string& name) {
             return command;
         }
     }
-    return usageError("unknown command '" + name + "'");
+    return usageError(filled(translated("unknown command '{1}'"), {name}));
 }
 
 Error unknownOption(const std::string& option, const std::string& command) {
-    return {"the option " + option + " is not one of " + command,
+    return {filled(translated("the option {1} is not one of {2}"), {option, command}),
             {},
-            "see 'quorvel " + command + " --help'"};
+            filled(translated("see 'quorvel {1} --help'"), {command})};
 }
 
 Result<void> checkOptionsOfCommand(const CLI::App& app, Command command) {
@@ -158,23 +161,25 @@ Result<void> checkOptionsOfCommand(const CLI::App& app, Command command) {
     return {};
 }
 
-Result<double> parsePositiveNumber(const std::string& text, std::string_view what,
-                                   double greatest) {
+// `problem` has {1} for the text, and is translated here.
+Result<double> parsePositiveNumber(const std::string& text, const char* problem, double greatest) {
+    const std::string what = filled(translated(problem), {text});
     const Result<double> number = headless::parseNumber(text, what);
     if (number && (*number <= 0 || *number > greatest)) {
-        return Error{std::string(what) + " cannot be '" + text + "'",
+        return Error{what,
                      {},
-                     "give a number above 0 and up to " +
-                         std::to_string(static_cast<long>(greatest))};
+                     filled(translated("give a number above 0 and up to {1}"),
+                            {std::to_string(static_cast<long>(greatest))})};
     }
     return number;
 }
 
 Result<double> parseTextScale(const std::string& text) {
-    const Result<double> number = headless::parseNumber(text, "the text scale");
+    const std::string what = filled(translated("the text scale cannot be '{1}'"), {text});
+    const Result<double> number = headless::parseNumber(text, what);
     if (number &&
         (*number < freedesktop::leastTextScale || *number > freedesktop::greatestTextScale)) {
-        return Error{"the text scale cannot be '" + text + "'", {}, "give a number from 0.5 to 3"};
+        return Error{what, {}, translated("give a number from 0.5 to 3")};
     }
     return number;
 }
@@ -190,37 +195,38 @@ Result<void> storeNumber(const Result<double>& number, std::optional<double>& ta
 
 // For the first presentation and, after a comma, for the later ones.
 Result<void> parseCalendarWaits(const std::string& text, CommandLine& line) {
-    constexpr std::string_view what = "the wait for calendars";
+    constexpr const char* problem = translatable("the wait for calendars cannot be '{1}'");
     const std::size_t comma = text.find(',');
     const Result<void> first = storeNumber(
-        parsePositiveNumber(text.substr(0, comma), what, longestWait), line.calendarWait);
+        parsePositiveNumber(text.substr(0, comma), problem, longestWait), line.calendarWait);
     if (!first || comma == std::string::npos) {
         return first;
     }
-    return storeNumber(parsePositiveNumber(text.substr(comma + 1), what, longestWait),
+    return storeNumber(parsePositiveNumber(text.substr(comma + 1), problem, longestWait),
                        line.laterCalendarWait);
 }
 
 Result<void> parseNumbers(const CLI::App& app, const NumberTexts& texts, CommandLine& line) {
     Result<void> result;
     if (app.count("--width") > 0) {
-        result =
-            storeNumber(parsePositiveNumber(texts.width, "the width", greatestWidth), line.width);
+        constexpr const char* problem = translatable("the width cannot be '{1}'");
+        result = storeNumber(parsePositiveNumber(texts.width, problem, greatestWidth), line.width);
     }
     if (result && app.count("--calendar-wait") > 0) {
         result = parseCalendarWaits(texts.calendarWait, line);
     }
     if (result && app.count("--scale") > 0) {
-        result =
-            storeNumber(parsePositiveNumber(texts.scale, "the scale", greatestScale), line.scale);
+        constexpr const char* problem = translatable("the scale cannot be '{1}'");
+        result = storeNumber(parsePositiveNumber(texts.scale, problem, greatestScale), line.scale);
     }
     if (result && app.count("--text-scale") > 0) {
         result = storeNumber(parseTextScale(texts.textScale), line.textScale);
     }
     if (result && app.count("--foundation-version") > 0) {
-        result =
-            storeNumber(headless::parseNumber(texts.foundationVersion, "the Foundation version"),
-                        line.foundationVersion);
+        const std::string problem =
+            filled(translated("the Foundation version cannot be '{1}'"), {texts.foundationVersion});
+        result = storeNumber(headless::parseNumber(texts.foundationVersion, problem),
+                             line.foundationVersion);
     }
     return result;
 }
@@ -248,7 +254,7 @@ Result<void> readCommandWords(const CLI::App& app, CommandWords words, CommandLi
 // What can only be checked once the command is known.
 Result<void> checkCommand(const CLI::App& app, const NumberTexts& numbers, CommandLine& line) {
     if (!line.hasCommand) {
-        return usageError("no command");
+        return usageError(translated("no command"));
     }
     if (const Result<void> checked = checkOptionsOfCommand(app, line.command); !checked) {
         return checked;
@@ -257,7 +263,9 @@ Result<void> checkCommand(const CLI::App& app, const NumberTexts& numbers, Comma
         return parsed;
     }
     if (line.command == Command::snapshot && line.output.empty()) {
-        return Error{"no file to draw to", {}, "name one with -o, ending in .png, .svg or .pdf"};
+        return Error{translated("no file to draw to"),
+                     {},
+                     translated("name one with -o, ending in .png, .svg or .pdf")};
     }
     return {};
 }

@@ -15,6 +15,7 @@
 #include "app/program_setup.h"
 #include "freedesktop/freedesktop_platform.h"
 #include "freedesktop/graphics/snapshot.h"
+#include "freedesktop/language/messages.h"
 #include "shells/headless/agenda.h"
 #include "shells/headless/calendar_list.h"
 #include "shells/headless/inspect.h"
@@ -26,6 +27,7 @@ namespace quorvel::app {
 
 using freedesktop::CalendarSource;
 using freedesktop::FreedesktopPlatform;
+using freedesktop::translated;
 using headless::WidgetSession;
 using platform::NSDate;
 
@@ -36,11 +38,13 @@ constexpr double standardWidth = 320; // points
 // What the user can do about a picture that cannot be written.
 std::string snapshotHint(const std::string& path, const freedesktop::Snapshot& snapshot) {
     if (freedesktop::fitsInto(path, snapshot)) {
-        return "name another file with -o";
+        return translated("name another file with -o");
     }
-    const std::string limits =
-        "the settings maxEventsToDisplay and limitMaxHeight, and --scale, make it smaller";
-    return freedesktop::fitsInto("any.pdf", snapshot) ? "draw a .pdf instead; " + limits : limits;
+    return freedesktop::fitsInto("any.pdf", snapshot)
+               ? translated("draw a .pdf instead; the settings maxEventsToDisplay and "
+                            "limitMaxHeight, and --scale, make it smaller")
+               : translated("the settings maxEventsToDisplay and limitMaxHeight, and --scale, "
+                            "make it smaller");
 }
 
 CommandResult<void> printOutput(const std::string& text) {
@@ -90,7 +94,7 @@ public:
         case Command::show:
             break;
         }
-        return operationFailure({"the command needs a window", {}, {}});
+        return operationFailure({translated("the command needs a window"), {}, {}});
     }
 
 private:
@@ -102,11 +106,13 @@ private:
             return {};
         }
         if (m_line.calendars.empty()) {
-            return operationFailure(
-                {"there are no calendars", {}, "name them with --calendars, or try --sample"});
+            return operationFailure({translated("there are no calendars"),
+                                     {},
+                                     translated("name them with --calendars, or try --sample")});
         }
-        return operationFailure(
-            {"not one calendar could be read", {}, "name others with --calendars"});
+        return operationFailure({translated("not one calendar could be read"),
+                                 {},
+                                 translated("name others with --calendars")});
     }
 
     CommandResult<void> printWithCalendarCheck(const std::string& text) const {
@@ -202,7 +208,9 @@ int runProgram(int argc, const char* const* argv, const ShowCommand& show) {
         printError(result.error().error);
         return result.error().exitStatus;
     } catch (const std::bad_alloc&) {
-        printError({"there is not enough memory", {}, "ask for fewer events or a smaller picture"});
+        printError({translated("there is not enough memory"),
+                    {},
+                    translated("ask for fewer events or a smaller picture")});
     } catch (const std::exception& error) {
         printError({error.what(), {}, {}});
     }

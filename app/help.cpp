@@ -3,81 +3,90 @@
 #include <algorithm>
 #include <array>
 
+#include "freedesktop/language/messages.h"
+
 namespace quorvel::app {
+
+using freedesktop::translated;
 
 namespace {
 
 struct OptionText {
     std::string_view name;
     std::string_view usage;
-    std::string_view text; // lines after the first are indented when printed
+    const char* text; // in English; lines after the first are indented when printed
 };
 
 struct CommandText {
     Command command;
     std::string_view name;
     std::string_view usage;
-    std::string_view summary;
-    std::string_view description;
+    const char* summary; // in English, as the description
+    const char* description;
 };
 
 constexpr std::array<CommandText, 5> commandTexts{{
     {Command::agenda, "agenda", "quorvel agenda [--json] [OPTION]...",
-     "print the rows of the widget",
-     "Prints the rows as the widget shows them: when, what, and where if the settings\n"
-     "show locations.\n"},
+     translatable("print the rows of the widget"),
+     translatable(
+         "Prints the rows as the widget shows them: when, what, and where if the settings\n"
+         "show locations.\n")},
     {Command::snapshot, "snapshot",
      "quorvel snapshot -o FILE [--scale N] [--text-scale N]\n"
      "                        [--appearance NAME] [--background COLOR] [OPTION]...",
-     "draw the widget to a file", "Draws the widget, in full height, to a picture or a page.\n"},
+     translatable("draw the widget to a file"),
+     translatable("Draws the widget, in full height, to a picture or a page.\n")},
     {Command::calendars, "calendars", "quorvel calendars [--json] [OPTION]...",
-     "list the calendars",
-     "Lists the calendars in the store's order, which of them the widget searches, and\n"
-     "where each is: its file or folder, or the program that has it.\n"},
+     translatable("list the calendars"),
+     translatable(
+         "Lists the calendars in the store's order, which of them the widget searches, and\n"
+         "where each is: its file or folder, or the program that has it.\n")},
     {Command::show, "show",
      "quorvel show [--background COLOR] [--decorated] [OPTION]...\n"
      "       quorvel show --layer LAYER [--anchor EDGES] [--margin N[,N,N,N]]\n"
      "                    [--output NAME] [--background COLOR] [OPTION]...",
-     "open the widget in a window",
-     "Opens the widget in a window, which is always up to date. A row that is pulled to\n"
-     "the right and released opens its event, and so does a double click; the second button\n"
-     "opens a menu; rows below the edge are reached by scrolling; the header and places\n"
-     "without a row move the window. A window that is open already comes to the front.\n"
-     "With --layer it is a part of the desktop instead: without a frame, below or above all\n"
-     "windows, at a place of its own.\n"
-     "\n"
-     "Keys:\n"
-     "  Up, Down, Page Up, Page Down, Home, End\n"
-     "                     choose a row\n"
-     "  Enter, space       open the chosen row, as a pull does\n"
-     "  Menu, Shift+F10    open the menu of the chosen row\n"
-     "  F5, Ctrl+R         bring everything up to date\n"
-     "  F10                open the menu of the window\n"
-     "  Ctrl+?             show the keyboard shortcuts\n"
-     "  Escape, Ctrl+W, Ctrl+Q\n"
-     "                     close the window\n"},
+     translatable("open the widget in a window"),
+     translatable(
+         "Opens the widget in a window, which is always up to date. A row that is pulled to\n"
+         "the right and released opens its event, and so does a double click; the second button\n"
+         "opens a menu; rows below the edge are reached by scrolling; the header and places\n"
+         "without a row move the window. A window that is open already comes to the front.\n"
+         "With --layer it is a part of the desktop instead: without a frame, below or above all\n"
+         "windows, at a place of its own.\n"
+         "\n"
+         "Keys:\n"
+         "  Up, Down, Page Up, Page Down, Home, End\n"
+         "                     choose a row\n"
+         "  Enter, space       open the chosen row, as a pull does\n"
+         "  Menu, Shift+F10    open the menu of the chosen row\n"
+         "  F5, Ctrl+R         bring everything up to date\n"
+         "  F10                open the menu of the window\n"
+         "  Ctrl+?             show the keyboard shortcuts\n"
+         "  Escape, Ctrl+W, Ctrl+Q\n"
+         "                     close the window\n")},
     {Command::inspect, "inspect", "quorvel inspect [--do STEP]... [OPTION]...",
-     "run a script of host events and print everything as JSON",
-     "Loads the controller, runs the steps in order as a host would, and prints what\n"
-     "happened at each, the settings, the records and the whole tree of views. Links\n"
-     "and applications are recorded, not opened.\n"
-     "\n"
-     "Steps:\n"
-     "  present            the widget is about to be shown, then shown\n"
-     "  dismiss            the widget has been hidden\n"
-     "  size               ask for the preferred size\n"
-     "  layout:W,H         give the view that size, in points, and lay it out\n"
-     "  scroll:Y           set the list's vertical offset, in points\n"
-     "  pull:ROW:DX        pull that row (from 0) DX points to the right and release\n"
-     "  drag:X,Y:DX,DY     a finger comes down at X,Y of the view, moves, rests and lifts\n"
-     "  tap:X,Y            a finger comes down there and lifts; a controller for older\n"
-     "                     hosts gets the place of the tap instead\n"
-     "  full-view          controllers for older hosts: load the full view\n"
-     "  placeholder        controllers for older hosts: load the placeholder\n"
-     "  unload             controllers for older hosts: release the view\n"
-     "  preferences:DIR    the preferences folder is DIR from here on\n"
-     "  calendars:SOURCE   the calendars are SOURCE from here on\n"
-     "  now:INSTANT        the clock shows that instant from here on\n"},
+     translatable("run a script of host events and print everything as JSON"),
+     translatable(
+         "Loads the controller, runs the steps in order as a host would, and prints what\n"
+         "happened at each, the settings, the records and the whole tree of views. Links\n"
+         "and applications are recorded, not opened.\n"
+         "\n"
+         "Steps:\n"
+         "  present            the widget is about to be shown, then shown\n"
+         "  dismiss            the widget has been hidden\n"
+         "  size               ask for the preferred size\n"
+         "  layout:W,H         give the view that size, in points, and lay it out\n"
+         "  scroll:Y           set the list's vertical offset, in points\n"
+         "  pull:ROW:DX        pull that row (from 0) DX points to the right and release\n"
+         "  drag:X,Y:DX,DY     a finger comes down at X,Y of the view, moves, rests and lifts\n"
+         "  tap:X,Y            a finger comes down there and lifts; a controller for older\n"
+         "                     hosts gets the place of the tap instead\n"
+         "  full-view          controllers for older hosts: load the full view\n"
+         "  placeholder        controllers for older hosts: load the placeholder\n"
+         "  unload             controllers for older hosts: release the view\n"
+         "  preferences:DIR    the preferences folder is DIR from here on\n"
+         "  calendars:SOURCE   the calendars are SOURCE from here on\n"
+         "  now:INSTANT        the clock shows that instant from here on\n")},
 }};
 
 struct CommandOption {
@@ -86,77 +95,84 @@ struct CommandOption {
 };
 
 constexpr std::array<CommandOption, 12> commandOptions{{
-    {{"--json", "--json", "one JSON array instead of text"}, {Command::agenda, Command::calendars}},
-    {{"--output", "-o, --output FILE", "the file to draw to: .png, .svg or .pdf"},
+    {{"--json", "--json", translatable("one JSON array instead of text")},
+     {Command::agenda, Command::calendars}},
+    {{"--output", "-o, --output FILE", translatable("the file to draw to: .png, .svg or .pdf")},
      {Command::snapshot, Command::snapshot}},
-    {{"--scale", "--scale N", "pixels a point (1)"}, {Command::snapshot, Command::snapshot}},
-    {{"--text-scale", "--text-scale N", "how much every font is enlarged, from 0.5 to 3 (1)"},
+    {{"--scale", "--scale N", translatable("pixels a point (1)")},
+     {Command::snapshot, Command::snapshot}},
+    {{"--text-scale", "--text-scale N",
+      translatable("how much every font is enlarged, from 0.5 to 3 (1)")},
      {Command::snapshot, Command::snapshot}},
     {{"--appearance", "--appearance NAME",
-      "light, dark or high-contrast: the backdrop, and the colours of the\n"
-      "texts for which the settings choose none (dark)"},
+      translatable("light, dark or high-contrast: the backdrop, and the colours of the\n"
+                   "texts for which the settings choose none (dark)")},
      {Command::snapshot, Command::snapshot}},
     {{"--background", "--background COLOR",
-      "what lies behind the widget: #RGB, #RRGGBB, #RRGGBBAA, a common\n"
-      "name, or none (the backdrop of the appearance)"},
+      translatable("what lies behind the widget: #RGB, #RRGGBB, #RRGGBBAA, a common\n"
+                   "name, or none (the backdrop of the appearance)")},
      {Command::snapshot, Command::show}},
-    {{"--decorated", "--decorated", "no effect: the window always has a header"},
+    {{"--decorated", "--decorated", translatable("no effect: the window always has a header")},
      {Command::show, Command::show}},
     {{"--layer", "--layer LAYER",
-      "background, bottom, top or overlay: a layer of the desktop instead\n"
-      "of a window"},
+      translatable("background, bottom, top or overlay: a layer of the desktop instead\n"
+                   "of a window")},
      {Command::show, Command::show}},
     {{"--anchor", "--anchor EDGES",
-      "the edges of the output at which the layer lies: some of top, right,\n"
-      "bottom and left, with commas between (none: in the middle)"},
+      translatable("the edges of the output at which the layer lies: some of top, right,\n"
+                   "bottom and left, with commas between (none: in the middle)")},
      {Command::show, Command::show}},
     {{"--margin", "--margin N[,N,N,N]",
-      "points between the layer and the edges at which it lies: of all, or\n"
-      "of top,right,bottom,left (0)"},
+      translatable("points between the layer and the edges at which it lies: of all, or\n"
+                   "of top,right,bottom,left (0)")},
      {Command::show, Command::show}},
     {{"--output", "--output NAME",
-      "the output that shows the layer, such as DP-1 (the desktop's choice)"},
+      translatable("the output that shows the layer, such as DP-1 (the desktop's choice)")},
      {Command::show, Command::show}},
-    {{"--do", "--do STEP", "a step of the script; may be given again"},
+    {{"--do", "--do STEP", translatable("a step of the script; may be given again")},
      {Command::inspect, Command::inspect}},
 }};
 
 constexpr std::array<OptionText, 17> commonOptions{{
     {"--calendars", "--calendars SOURCE",
-     "a .ics file, a folder of .ics files, a folder with one folder a\n"
-     "calendar, or 'eds:', the calendars of Evolution Data Server; may be\n"
-     "given again ('eds:' where there is one, ~/.local/share/calendars and\n"
-     "~/.calendars)"},
+     translatable("a .ics file, a folder of .ics files, a folder with one folder a\n"
+                  "calendar, or 'eds:', the calendars of Evolution Data Server; may be\n"
+                  "given again ('eds:' where there is one, ~/.local/share/calendars and\n"
+                  "~/.calendars)")},
     {"--calendar-wait", "--calendar-wait FIRST[,LATER]",
-     "how many seconds Evolution Data Server may take for the first\n"
-     "presentation (3) and for each later one (0.5); only 'show' adds\n"
-     "what arrives later"},
+     translatable("how many seconds Evolution Data Server may take for the first\n"
+                  "presentation (3) and for each later one (0.5); only 'show' adds\n"
+                  "what arrives later")},
     {"--preferences", "--preferences DIR",
-     "the folder of the settings' property lists\n"
-     "($XDG_CONFIG_HOME/quorvel/Preferences)"},
+     translatable("the folder of the settings' property lists\n"
+                  "($XDG_CONFIG_HOME/quorvel/Preferences)")},
     {"--sample", "--sample",
-     "the calendars and settings that come with the program, dated\n"
-     "around now"},
-    {"--controller", "--controller NAME", "the bundle's class to show (its principal class)"},
-    {"--width", "--width POINTS", "the width that the widget is given (320)"},
+     translatable("the calendars and settings that come with the program, dated\n"
+                  "around now")},
+    {"--controller", "--controller NAME",
+     translatable("the bundle's class to show (its principal class)")},
+    {"--width", "--width POINTS", translatable("the width that the widget is given (320)")},
     {"--now", "--now INSTANT",
-     "what every clock shows, for instance 2026-03-10T10:00:00Z; without\n"
-     "an offset it is the local time of the chosen zone; with 'show', the\n"
-     "clocks run from there"},
-    {"--timezone", "--timezone ID", "the time zone, for instance Europe/Berlin (the machine's)"},
-    {"--locale", "--locale ID", "language and region, for instance de_DE (the environment's)"},
-    {"--font", "--font FAMILY", "the font of the widget (the desktop's)"},
+     translatable("what every clock shows, for instance 2026-03-10T10:00:00Z; without\n"
+                  "an offset it is the local time of the chosen zone; with 'show', the\n"
+                  "clocks run from there")},
+    {"--timezone", "--timezone ID",
+     translatable("the time zone, for instance Europe/Berlin (the machine's)")},
+    {"--locale", "--locale ID",
+     translatable("language and region, for instance de_DE (the environment's)")},
+    {"--font", "--font FAMILY", translatable("the font of the widget (the desktop's)")},
     {"--foundation-version", "--foundation-version N",
-     "from 1048 on the settings come from the preferences service instead\n"
-     "of their file (1047.25)"},
-    {"--bundle", "--bundle DIR", "the widget bundle (Quorvel.bundle)"},
-    {"--log", "--log FILE", "append the log to FILE instead of sending it to the system log"},
-    {"--verbose", "--verbose", "print the log on standard error too"},
+     translatable("from 1048 on the settings come from the preferences service instead\n"
+                  "of their file (1047.25)")},
+    {"--bundle", "--bundle DIR", translatable("the widget bundle (Quorvel.bundle)")},
+    {"--log", "--log FILE",
+     translatable("append the log to FILE instead of sending it to the system log")},
+    {"--verbose", "--verbose", translatable("print the log on standard error too")},
     {"--no-cache", "--no-cache",
-     "read all calendars anew, without the index in\n"
-     "$XDG_CACHE_HOME/quorvel, and do not change that"},
-    {"--help", "-h, --help", "print this help, or that of a command"},
-    {"--version", "-V, --version", "print the version"},
+     translatable("read all calendars anew, without the index in\n"
+                  "$XDG_CACHE_HOME/quorvel, and do not change that")},
+    {"--help", "-h, --help", translatable("print this help, or that of a command")},
+    {"--version", "-V, --version", translatable("print the version")},
 }};
 
 const CommandText& textOf(Command command) {
@@ -172,7 +188,7 @@ std::string optionHelp(const OptionText& option) {
     } else {
         text.append(textColumn - text.size(), ' ');
     }
-    for (const char character : option.text) {
+    for (const char character : std::string_view(translated(option.text))) {
         text += character;
         if (character == '\n') {
             text.append(textColumn, ' ');
@@ -193,8 +209,8 @@ bool isOptionOf(Command command, const CommandOption& option) {
     return std::ranges::find(option.commands, command) != option.commands.end();
 }
 
-constexpr std::string_view exitStatusHelp =
-    "Exit status: 0; 1 where something could not be read or written; 2 for wrong usage.\n";
+constexpr const char* exitStatusHelp = translatable(
+    "Exit status: 0; 1 where something could not be read or written; 2 for wrong usage.\n");
 
 } // namespace
 
@@ -216,34 +232,38 @@ bool commandTakesOption(Command command, std::string_view option) {
 }
 
 std::string programHelp() {
-    std::string text = "Usage: quorvel COMMAND [OPTION]...\n"
-                       "       quorvel help [COMMAND]\n"
+    std::string text = filled(translated("Usage: {1}"), {"quorvel COMMAND [OPTION]..."});
+    text += "\n       quorvel help [COMMAND]\n\n";
+    text += translated("Your upcoming events, as the agenda widget of a home screen shows them.\n"
                        "\n"
-                       "Your upcoming events, as the agenda widget of a home screen shows them.\n"
-                       "\n"
-                       "Commands:\n";
+                       "Commands:\n");
     for (const CommandText& command : commandTexts) {
         std::string line = "  " + std::string(command.name);
         line.append(14 - line.size(), ' ');
-        text += line + std::string(command.summary) + '\n';
+        text += line + translated(command.summary) + '\n';
     }
-    text += "\nOptions of all commands, before or after the command:\n" + commonOptionsHelp();
-    text += "\n'quorvel help COMMAND' and 'quorvel COMMAND --help' describe a command.\n";
-    return text + std::string(exitStatusHelp);
+    text += '\n';
+    text += translated("Options of all commands, before or after the command:\n");
+    text += commonOptionsHelp() + '\n';
+    text += translated("'quorvel help COMMAND' and 'quorvel COMMAND --help' describe a command.\n");
+    return text + translated(exitStatusHelp);
 }
 
 std::string commandHelp(Command command) {
     const CommandText& description = textOf(command);
-    std::string text = "Usage: " + std::string(description.usage) + "\n\n";
-    text += description.description;
-    text += "\nOptions of " + std::string(description.name) + ":\n";
+    std::string text = filled(translated("Usage: {1}"), {description.usage});
+    text += "\n\n";
+    text += translated(description.description);
+    text += '\n' + filled(translated("Options of {1}:\n"), {description.name});
     for (const CommandOption& option : commandOptions) {
         if (isOptionOf(command, option)) {
             text += optionHelp(option.option);
         }
     }
-    text += "\nOptions of all commands:\n" + commonOptionsHelp() + '\n';
-    return text + std::string(exitStatusHelp);
+    text += '\n';
+    text += translated("Options of all commands:\n");
+    text += commonOptionsHelp() + '\n';
+    return text + translated(exitStatusHelp);
 }
 
 std::string versionText() {

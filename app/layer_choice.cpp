@@ -7,8 +7,11 @@
 #include <utility>
 #include <vector>
 
+#include "freedesktop/language/messages.h"
+
 namespace quorvel::app {
 
+using freedesktop::translated;
 using window::Edges;
 using window::Layer;
 using window::LayerOptions;
@@ -50,8 +53,9 @@ CommandResult<Layer> layerNamed(const std::string& name) {
             return layer;
         }
     }
-    return usageFailure(
-        {"unknown layer '" + name + "'", {}, "give background, bottom, top or overlay"});
+    return usageFailure({filled(translated("unknown layer '{1}'"), {name}),
+                         {},
+                         translated("give background, bottom, top or overlay")});
 }
 
 CommandResult<Edges> edgesOf(const std::string& list) {
@@ -65,9 +69,10 @@ CommandResult<Edges> edgesOf(const std::string& list) {
             }
         }
         if (!isKnown) {
-            return usageFailure({"unknown edge '" + name + "'",
-                                 {},
-                                 "give some of top, right, bottom and left, with commas between"});
+            return usageFailure(
+                {filled(translated("unknown edge '{1}'"), {name}),
+                 {},
+                 translated("give some of top, right, bottom and left, with commas between")});
         }
     }
     return anchor;
@@ -88,10 +93,10 @@ CommandResult<Margins> marginsOf(const std::string& list) {
     for (const std::string& text : partsOf(list)) {
         const std::optional<int> margin = marginOf(text);
         if (!margin) {
-            return usageFailure(
-                {"a margin cannot be '" + text + "'",
-                 {},
-                 "give a whole number of points from 0 to " + std::to_string(greatestMargin)});
+            return usageFailure({filled(translated("a margin cannot be '{1}'"), {text}),
+                                 {},
+                                 filled(translated("give a whole number of points from 0 to {1}"),
+                                        {std::to_string(greatestMargin)})});
         }
         margins.push_back(*margin);
     }
@@ -99,9 +104,10 @@ CommandResult<Margins> marginsOf(const std::string& list) {
         margins.resize(4, margins.front());
     }
     if (margins.size() != 4) {
-        return usageFailure({"the margins '" + list + "' are neither one nor four",
-                             {},
-                             "give one for all edges, or those of top,right,bottom,left"});
+        return usageFailure(
+            {filled(translated("the margins '{1}' are neither one nor four"), {list}),
+             {},
+             translated("give one for all edges, or those of top,right,bottom,left")});
     }
     return Margins{margins[0], margins[1], margins[2], margins[3]};
 }
@@ -113,9 +119,9 @@ CommandResult<void> checkOptionsWithoutLayer(const CommandLine& line) {
                          : namesOutput ? "--output"
                                        : nullptr;
     if (option != nullptr) {
-        return usageFailure({std::string("the option ") + option + " is for layers",
+        return usageFailure({filled(translated("the option {1} is for layers"), {option}),
                              {},
-                             "choose one with --layer as well"});
+                             translated("choose one with --layer as well")});
     }
     return {};
 }
@@ -130,7 +136,8 @@ CommandResult<std::optional<LayerOptions>> layerOf(const CommandLine& line) {
         return std::optional<LayerOptions>();
     }
     if (line.decorated) {
-        return usageFailure({"a layer has no title bar", {}, "leave out --decorated"});
+        return usageFailure(
+            {translated("a layer has no title bar"), {}, translated("leave out --decorated")});
     }
     const CommandResult<Layer> layer = layerNamed(*line.layer);
     if (!layer) {

@@ -6,9 +6,12 @@
 #include <string>
 #include <unistd.h>
 
+#include "freedesktop/language/messages.h"
 #include "freedesktop/plain_text/terminal_line.h"
 
 namespace quorvel::app {
+
+using freedesktop::translated;
 
 namespace {
 
@@ -28,8 +31,9 @@ Result<void, std::string> writeAll(int descriptor, std::string_view text) {
 
 Result<void> print(std::string_view text) {
     if (const auto written = writeAll(STDOUT_FILENO, text); !written) {
-        return Error{
-            "the output cannot be written (" + written.error() + ")", {}, "send it somewhere else"};
+        return Error{filled(translated("the output cannot be written ({1})"), {written.error()}),
+                     {},
+                     translated("send it somewhere else")};
     }
     return {};
 }

@@ -4,10 +4,12 @@
 
 #include "freedesktop/bundle/loaded_bundle.h"
 #include "freedesktop/freedesktop_platform.h"
+#include "freedesktop/language/messages.h"
 
 namespace quorvel::app {
 
 using freedesktop::LoadedBundle;
+using freedesktop::translated;
 
 namespace {
 
@@ -31,14 +33,16 @@ CommandResult<ProgramBundle> loadProgramBundle(freedesktop::FreedesktopPlatform&
     const LoadedBundle& loaded = **bundle;
     const std::string& name = controllerName.empty() ? loaded.principalClass() : controllerName;
     if (name.empty()) {
-        return operationFailure({"the bundle '" + folder + "' names no principal class",
-                                 {},
-                                 "name a folder such as Quorvel.bundle with --bundle"});
+        return operationFailure(
+            {filled(translated("the bundle '{1}' names no principal class"), {folder}),
+             {},
+             translated("name a folder such as Quorvel.bundle with --bundle")});
     }
     if (!loaded.hasClass(name)) {
-        return usageFailure({"the bundle has no controller '" + name + "'",
-                             {},
-                             "it has " + joinedNames(loaded.controllerClassNames())});
+        return usageFailure(
+            {filled(translated("the bundle has no controller '{1}'"), {name}),
+             {},
+             filled(translated("it has {1}"), {joinedNames(loaded.controllerClassNames())})});
     }
     return ProgramBundle{*bundle, name};
 }

@@ -16,6 +16,7 @@
 #include "freedesktop/dates/clocks.h"
 #include "freedesktop/dates/instant_text.h"
 #include "freedesktop/dates/locale_names.h"
+#include "freedesktop/language/messages.h"
 #include "freedesktop/log/file_log.h"
 #include "freedesktop/log/standard_error_log.h"
 #include "freedesktop/log/syslog_log.h"
@@ -32,6 +33,7 @@ using freedesktop::FreedesktopOptions;
 using freedesktop::hostTimeZone;
 using freedesktop::namedTimeZone;
 using freedesktop::TimeZone;
+using freedesktop::translated;
 using platform::NSDate;
 using platform::UIColor;
 using shells::Appearance;
@@ -53,9 +55,9 @@ CommandResult<std::shared_ptr<const TimeZone>> timeZoneOf(const CommandLine& lin
     }
     auto zone = namedTimeZone(*line.timeZone);
     if (!zone) {
-        return usageFailure({"unknown time zone '" + *line.timeZone + "'",
+        return usageFailure({filled(translated("unknown time zone '{1}'"), {*line.timeZone}),
                              {},
-                             "give a name such as Europe/Berlin"});
+                             translated("give a name such as Europe/Berlin")});
     }
     return zone;
 }
@@ -66,17 +68,18 @@ CommandResult<std::string> localeOf(const CommandLine& line) {
     }
     const std::optional<std::string> locale = freedesktop::canonicalLocale(*line.locale);
     if (!locale) {
-        return usageFailure(
-            {"unknown locale '" + *line.locale + "'", {}, "give one such as de_DE"});
+        return usageFailure({filled(translated("unknown locale '{1}'"), {*line.locale}),
+                             {},
+                             translated("give one such as de_DE")});
     }
     return *locale;
 }
 
 CommandResult<void> checkFont(const CommandLine& line) {
     if (line.font && !freedesktop::isFontInstalled(*line.font)) {
-        return usageFailure({"there is no font '" + *line.font + "'",
+        return usageFailure({filled(translated("there is no font '{1}'"), {*line.font}),
                              {},
-                             "'fc-list : family' names those that are installed"});
+                             translated("'fc-list : family' names those that are installed")});
     }
     return {};
 }
@@ -88,8 +91,9 @@ CommandResult<std::optional<NSDate>> nowOf(const CommandLine& line, const TimeZo
     }
     const std::optional<NSDate> now = freedesktop::parseInstant(*line.now, zone);
     if (!now) {
-        return usageFailure(
-            {"'" + *line.now + "' is no instant", {}, "write it like 2026-03-10T10:00:00Z"});
+        return usageFailure({filled(translated("'{1}' is no instant"), {*line.now}),
+                             {},
+                             translated("write it like 2026-03-10T10:00:00Z")});
     }
     return now;
 }
@@ -97,9 +101,9 @@ CommandResult<std::optional<NSDate>> nowOf(const CommandLine& line, const TimeZo
 // People leave out the colon of a source that is no file.
 std::string sourceHint(const std::string& path) {
     if (path + ':' == freedesktop::dataServerSourceName) {
-        return "write 'eds:' for those of Evolution Data Server";
+        return translated("write 'eds:' for those of Evolution Data Server");
     }
-    return "name a .ics file or a folder of them";
+    return translated("name a .ics file or a folder of them");
 }
 
 CommandResult<CalendarSource> checkedSource(const std::string& path) {
@@ -107,9 +111,10 @@ CommandResult<CalendarSource> checkedSource(const std::string& path) {
     const auto check = freedesktop::isDataServer(source) ? freedesktop::eds::checkDataServer()
                                                          : freedesktop::checkSource(source);
     if (!check) {
-        const std::string& reason = check.error().what;
-        return usageFailure(
-            {"the calendars '" + path + "' cannot be read (" + reason + ")", {}, sourceHint(path)});
+        return usageFailure({filled(translated("the calendars '{1}' cannot be read ({2})"),
+                                    {path, translated(check.error().what)}),
+                             {},
+                             sourceHint(path)});
     }
     return source;
 }
@@ -180,10 +185,10 @@ CommandResult<std::shared_ptr<platform::SystemLog>> mainLogOf(const CommandLine&
     }
     auto log = freedesktop::FileLog::open(*line.log);
     if (!log) {
-        const std::string& reason = log.error().what;
-        return operationFailure({"the log '" + *line.log + "' cannot be written (" + reason + ")",
+        return operationFailure({filled(translated("the log '{1}' cannot be written ({2})"),
+                                        {*line.log, translated(log.error().what)}),
                                  {},
-                                 "name another file with --log"});
+                                 translated("name another file with --log")});
     }
     return std::shared_ptr<platform::SystemLog>(*std::move(log));
 }
@@ -229,8 +234,9 @@ CommandResult<Appearance> appearanceOf(const CommandLine& line) {
     if (name == "high-contrast") {
         return shells::standardAppearance(AppearanceKind::highContrastDark);
     }
-    return usageFailure(
-        {"unknown appearance '" + name + "'", {}, "give light, dark or high-contrast"});
+    return usageFailure({filled(translated("unknown appearance '{1}'"), {name}),
+                         {},
+                         translated("give light, dark or high-contrast")});
 }
 
 // The value is absent for a transparent backdrop.
@@ -246,9 +252,9 @@ CommandResult<std::optional<UIColor>> backdropOf(const CommandLine& line,
     }
     const std::optional<UIColor> color = headless::parseColor(*line.background);
     if (!color) {
-        return usageFailure({"'" + *line.background + "' is no colour",
+        return usageFailure({filled(translated("'{1}' is no colour"), {*line.background}),
                              {},
-                             "write #RRGGBB, a common name, or none"});
+                             translated("write #RRGGBB, a common name, or none")});
     }
     return color;
 }
@@ -257,13 +263,15 @@ CommandResult<void> checkOutputFolder(const std::filesystem::path& output) {
     const std::filesystem::path folder = output.has_parent_path() ? output.parent_path() : ".";
     std::error_code error;
     const std::filesystem::file_type type = std::filesystem::status(folder, error).type();
-    const std::string name = "'" + folder.string() + "'";
     if (type == std::filesystem::file_type::not_found) {
-        return operationFailure(
-            {"there is no folder " + name, {}, "make it, or name another file with -o"});
+        return operationFailure({filled(translated("there is no folder '{1}'"), {folder.string()}),
+                                 {},
+                                 translated("make it, or name another file with -o")});
     }
     if (type != std::filesystem::file_type::directory && !error) {
-        return operationFailure({name + " is no folder", {}, "name another file with -o"});
+        return operationFailure({filled(translated("'{1}' is no folder"), {folder.string()}),
+                                 {},
+                                 translated("name another file with -o")});
     }
     return {}; // what else may be wrong shows when the file is written
 }
@@ -275,8 +283,9 @@ CommandResult<void> checkOutput(const CommandLine& line) {
     const std::string extension =
         asciiLowerCase(std::filesystem::path(line.output).extension().string());
     if (extension != ".png" && extension != ".svg" && extension != ".pdf") {
-        return usageFailure(
-            {"'" + line.output + "' is no picture file", {}, "end its name in .png, .svg or .pdf"});
+        return usageFailure({filled(translated("'{1}' is no picture file"), {line.output}),
+                             {},
+                             translated("end its name in .png, .svg or .pdf")});
     }
     return checkOutputFolder(line.output);
 }

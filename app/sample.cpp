@@ -11,12 +11,14 @@
 #include <system_error>
 
 #include "freedesktop/dates/time_zone.h"
+#include "freedesktop/language/messages.h"
 
 namespace quorvel::app {
 
 using freedesktop::dateOf;
 using freedesktop::localTime;
 using freedesktop::TimeZone;
+using freedesktop::translated;
 using platform::NSDate;
 
 namespace {
@@ -79,7 +81,9 @@ Result<std::string> readFile(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     if (!file) {
-        return Error{"'" + path.string() + "' cannot be read", {}, "install the program again"};
+        return Error{filled(translated("'{1}' cannot be read"), {path.string()}),
+                     {},
+                     translated("install the program again")};
     }
     return text;
 }
@@ -123,8 +127,9 @@ Result<std::vector<SampleCalendar>> readSampleCalendars(const std::string& folde
         calendars.push_back({entry.path().stem().string(), filledTemplate(*text, now, zone)});
     }
     if (calendars.empty()) {
-        return Error{
-            "the sample calendars are not in '" + folder + "'", {}, "install the program again"};
+        return Error{filled(translated("the sample calendars are not in '{1}'"), {folder}),
+                     {},
+                     translated("install the program again")};
     }
     std::ranges::sort(calendars, {}, &SampleCalendar::name);
     return calendars;

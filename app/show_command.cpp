@@ -13,15 +13,20 @@
 #include "app/program_setup.h"
 #include "base/stable_hash.h"
 #include "freedesktop/freedesktop_platform.h"
+#include "freedesktop/language/messages.h"
 #include "freedesktop/user_options.h"
 #include "shells/window/show_agenda.h"
 
 namespace quorvel::app {
 
+using freedesktop::translated;
+
 namespace {
 
 void reportLostDisplay() {
-    printError({"the display has gone away", {}, "start the window again where there is one"});
+    printError({translated("the display has gone away"),
+                {},
+                translated("start the window again where there is one")});
 }
 
 window::AgendaWindowOptions windowOptions(const CommandLine& line, const ProgramSetup& setup,
@@ -83,12 +88,15 @@ CommandResult<void> showInWindow(const CommandLine& line) {
     if (!shown) {
         Error error = shown.error();
         if (error.toDo.empty()) {
-            error.toDo = "start it on a desktop, or print the rows with 'quorvel agenda'";
+            error.toDo =
+                translated("start it on a desktop, or print the rows with 'quorvel agenda'");
         }
         return usageFailure(std::move(error));
     }
     if (*shown == window::InstanceRole::secondWithOptions) {
-        printError({"the window is already open with other options", {}, "close it first"});
+        printError({translated("the window is already open with other options"),
+                    {},
+                    translated("close it first")});
     }
     return {};
 }

@@ -10,6 +10,7 @@
 
 #include "freedesktop/bundle/program_folders.h"
 #include "freedesktop/language/catalogs.h"
+#include "freedesktop/language/messages.h"
 #include "freedesktop/launch/activation_token.h"
 #include "freedesktop/launch/calendar_opener.h"
 #include "freedesktop/launch/notification.h"
@@ -20,20 +21,24 @@
 namespace {
 
 using namespace quorvel::freedesktop;
+using quorvel::filled;
 
 constexpr int exitUsage = 2;
 
-constexpr const char* help = "Usage: quorvel-open LINK\n"
-                             "\n"
-                             "Opens a link of the agenda in your calendar application:\n"
-                             "  x-apple-calevent://CALENDAR/UID?o=SECONDS   an event\n"
-                             "  fantastical2://show?date=YEAR-MONTH-DAY     a day\n"
-                             "\n"
-                             "Options:\n"
-                             "  -h, --help    print this help\n"
-                             "  --version     print the version\n"
-                             "\n"
-                             "Exit status: 0; 1 where nothing could open it; 2 for wrong usage.\n";
+std::string help() {
+    std::string text = translated("Usage: quorvel-open LINK");
+    text += "\n\n";
+    text += translated("Opens a link of the agenda in your calendar application:\n"
+                       "  x-apple-calevent://CALENDAR/UID?o=SECONDS   an event\n"
+                       "  fantastical2://show?date=YEAR-MONTH-DAY     a day\n");
+    text += '\n';
+    text += translated("Options:\n"
+                       "  -h, --help    print this help\n"
+                       "  --version     print the version\n");
+    text += '\n';
+    text += translated("Exit status: 0; 1 where nothing could open it; 2 for wrong usage.\n");
+    return text;
+}
 
 // Returns the status.
 int reportError(const std::string& what, int status) {
@@ -41,21 +46,24 @@ int reportError(const std::string& what, int status) {
     return status;
 }
 
+int reportUsageError(const std::string& what) {
+    return reportError(what + ": " + translated("see 'quorvel-open --help'"), exitUsage);
+}
+
 int openLink(std::string_view link, const std::string& activationToken) {
     if (const auto checked = checkLink(link); !checked) {
-        return reportError("the link cannot be opened (" + checked.error().what +
-                               "): see 'quorvel-open --help'",
-                           exitUsage);
+        const std::string reason = translated(checked.error().what);
+        return reportUsageError(filled(translated("the link cannot be opened ({1})"), {reason}));
     }
     const auto parsed = parseCalendarLink(link);
     if (!parsed) {
-        return reportError("the link names neither an event nor a day: see 'quorvel-open --help'",
-                           exitUsage);
+        return reportUsageError(translated("the link names neither an event nor a day"));
     }
     if (const auto opened = openInCalendarApplication(*parsed, activationToken); !opened) {
         const std::string problem = message(opened.error());
         const bool isEvent = std::holds_alternative<EventLink>(*parsed);
-        notifyUser(isEvent ? "The event cannot be shown" : "The day cannot be shown",
+        notifyUser(isEvent ? translated("The event cannot be shown")
+                           : translated("The day cannot be shown"),
                    asSentence(problem));
         return reportError(problem, EXIT_FAILURE);
     }
@@ -64,13 +72,12 @@ int openLink(std::string_view link, const std::string& activationToken) {
 
 int run(int argc, char** argv, const std::string& activationToken) {
     if (argc != 2) {
-        return reportError(argc < 2 ? "no link: see 'quorvel-open --help'"
-                                    : "one link at a time: see 'quorvel-open --help'",
-                           exitUsage);
+        return reportUsageError(argc < 2 ? translated("no link")
+                                         : translated("one link at a time"));
     }
     const std::string_view argument = argv[1];
     if (argument == "-h" || argument == "--help") {
-        std::fputs(help, stdout);
+        std::fputs(help().c_str(), stdout);
         return EXIT_SUCCESS;
     }
     if (argument == "--version") {
@@ -78,7 +85,7 @@ int run(int argc, char** argv, const std::string& activationToken) {
         return EXIT_SUCCESS;
     }
     if (argument.starts_with('-')) {
-        return reportError("unknown option: see 'quorvel-open --help'", exitUsage);
+        return reportUsageError(translated("unknown option"));
     }
     return openLink(argument, activationToken);
 }

@@ -9,6 +9,7 @@
 #include <utility>
 #include <variant>
 
+#include "freedesktop/language/messages.h"
 #include "freedesktop/preferences/property_list_file.h"
 #include "platform/bb_wee_app_controller.h"
 #include "platform/property_list.h"
@@ -31,10 +32,24 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view informationFile = "Info.plist";
-constexpr const char* remedy = "name a folder such as Quorvel.bundle with --bundle";
+Error failure(const std::string& what) {
+    return {what, {}, translated("name a folder such as Quorvel.bundle with --bundle")};
+}
 
-Error failure(const std::string& path, const std::string& what) {
-    return {"the bundle '" + path + "' " + what, {}, remedy};
+Error unreadableInformation(const std::string& path, const std::string& reason) {
+    return failure(filled(translated("the bundle '{1}' has an {2} that cannot be read ({3})"),
+                          {path, informationFile, reason}));
+}
+
+Error noPrincipalClass(const std::string& path) {
+    return failure(filled(translated("the bundle '{1}' names no principal class"), {path}));
+}
+
+Error otherVersion(const std::string& path, std::uint32_t version) {
+    return failure(filled(
+        translated("the bundle '{1}' was built for version {2} of the widget interface, and "
+                   "this program has version {3}"),
+        {path, std::to_string(version), std::to_string(platform::widgetBundleInterfaceVersion)}));
 }
 
 std::string textForKey(const PropertyListDictionary& dictionary, std::string_view key) {
@@ -98,16 +113,16 @@ LoadedBundle::LoadedBundle(std::string path, const Screen& screen, Information i
 Result<LoadedBundle::Information> LoadedBundle::readInformation(const std::string& path) {
     std::error_code ignored;
     if (!fs::is_directory(path, ignored)) {
-        return failure(path, "does not exist");
+        return failure(filled(translated("the bundle '{1}' does not exist"), {path}));
     }
     const auto list = readPropertyListFile((fs::path(path) / informationFile).string());
     if (list && !list->has_value()) {
-        return failure(path, "has no " + std::string(informationFile));
+        return failure(filled(translated("the bundle '{1}' has no {2}"), {path, informationFile}));
     }
     const auto* texts = list ? std::get_if<PropertyListDictionary>(&(*list)->value) : nullptr;
     if (texts == nullptr) {
-        return failure(path, "has an " + std::string(informationFile) + " that cannot be read (" +
-                                 (list ? "it holds no dictionary" : list.error().what) + ")");
+        return unreadableInformation(
+            path, translated(list ? translatable("it holds no dictionary") : list.error().what));
     }
     return Information{textForKey(*texts, "CFBundleIdentifier"),
                        textForKey(*texts, "CFBundleExecutable"),
@@ -117,35 +132,36 @@ Result<LoadedBundle::Information> LoadedBundle::readInformation(const std::strin
 Result<const WidgetBundle*> LoadedBundle::loadExecutable(const std::string& path,
                                                          const std::string& executable) {
     if (executable.empty()) {
-        return failure(path, "names no executable");
+        return failure(filled(translated("the bundle '{1}' names no executable"), {path}));
     }
     if (!isPlainFileName(executable)) {
-        return failure(path, "names an executable outside itself, '" + executable + "'");
+        return failure(
+            filled(translated("the bundle '{1}' names an executable outside itself, '{2}'"),
+                   {path, executable}));
     }
     // Absolute, because dlopen() searches the system's libraries for a name without a slash.
     std::error_code error;
     const fs::path file = fs::absolute(fs::path(path) / executable, error);
     if (error || !isRegularFile(file)) {
-        return failure(path, "lacks its executable, '" + executable + "'");
+        return failure(
+            filled(translated("the bundle '{1}' lacks its executable, '{2}'"), {path, executable}));
     }
     // The handle is never closed, so RTLD_NODELETE is not needed.
     void* handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (handle == nullptr) {
         const char* reason = dlerror();
-        return failure(path, std::string("cannot be loaded (") +
-                                 (reason ? reason : "no reason given") + ")");
+        return failure(filled(translated("the bundle '{1}' cannot be loaded ({2})"),
+                              {path, reason != nullptr ? reason : translated("no reason given")}));
     }
     // POSIX guarantees that an object pointer can hold the function pointer from dlsym().
     const auto entry = reinterpret_cast<platform::WidgetBundleEntry>(
         dlsym(handle, platform::widgetBundleEntrySymbol));
     const WidgetBundle* bundle = entry != nullptr ? entry() : nullptr;
     if (bundle == nullptr) {
-        return failure(path, "is not a widget bundle");
+        return failure(filled(translated("the bundle '{1}' is not a widget bundle"), {path}));
     }
     if (bundle->interfaceVersion != platform::widgetBundleInterfaceVersion) {
-        return failure(path, "was built for version " + std::to_string(bundle->interfaceVersion) +
-                                 " of the widget interface, and this program has version " +
-                                 std::to_string(platform::widgetBundleInterfaceVersion));
+        return otherVersion(path, bundle->interfaceVersion);
     }
     return bundle;
 }
@@ -179,13 +195,13 @@ bool LoadedBundle::hasClass(std::string_view className) const {
 Result<std::shared_ptr<_SBUIWidgetViewController>>
 LoadedBundle::makeController(std::string_view className, const Platform& platform) const {
     if (className.empty()) {
-        return failure(m_path, "names no principal class");
+        return noPrincipalClass(m_path);
     }
     auto controller = m_bundle.makeController(className, platform);
     if (!controller) {
-        return Error{"the bundle has no controller '" + std::string(className) + "'",
+        return Error{filled(translated("the bundle has no controller '{1}'"), {className}),
                      {},
-                     "it has " + commaSeparated(controllerClassNames())};
+                     filled(translated("it has {1}"), {commaSeparated(controllerClassNames())})};
     }
     return controller;
 }

@@ -14,6 +14,7 @@
 #include "freedesktop/graphics/cairo_handles.h"
 #include "freedesktop/graphics/pixel_length.h"
 #include "freedesktop/io/file_replacement.h"
+#include "freedesktop/language/messages.h"
 
 namespace quorvel::freedesktop {
 
@@ -125,21 +126,24 @@ Result<void> writeSnapshot(const std::string& path, const Snapshot& snapshot,
                            const std::shared_ptr<TextLines>& lines) {
     const std::optional<Format> format = formatOf(path);
     if (!format)
-        return failure("the name of the picture \"" + path +
-                       "\" does not end in .png, .svg or .pdf");
+        return failure(
+            filled(translated("the name of the picture \"{1}\" does not end in .png, .svg or .pdf"),
+                   {path}));
     if (!std::isnormal(snapshot.scale) || snapshot.scale < 0 ||
         !std::isfinite(snapshot.size.width) || !std::isfinite(snapshot.size.height))
-        return failure("the picture has no size that can be drawn");
+        return failure(translated("the picture has no size that can be drawn"));
     const CGSize size = deviceSize(*format, snapshot);
     if (!canBeHeld(*format, size))
-        return failure("a picture of " + std::to_string(std::llround(size.width)) + " x " +
-                       std::to_string(std::llround(size.height)) + " pixels is too large");
+        return failure(filled(
+            translated("a picture of {1} x {2} pixels is too large"),
+            {std::to_string(std::llround(size.width)), std::to_string(std::llround(size.height))}));
     const auto contents = render(*format, size, snapshot, lines);
     if (!contents)
-        return failure(std::string("cannot draw the picture: ") +
-                       cairo_status_to_string(contents.error()));
+        return failure(filled(translated("cannot draw the picture: {1}"),
+                              {cairo_status_to_string(contents.error())}));
     if (const auto replaced = replaceFile(path, *contents); !replaced)
-        return failure("cannot write \"" + path + "\": " + replaced.error().what);
+        return failure(filled(translated("cannot write \"{1}\": {2}"),
+                              {path, translated(replaced.error().what)}));
     return {};
 }
 

@@ -1,7 +1,5 @@
 #include "freedesktop/language/messages.h"
 
-#include <string>
-
 #include <libintl.h>
 
 #include "freedesktop/language/catalogs.h"
@@ -11,6 +9,10 @@ namespace quorvel::freedesktop {
 // An empty text stands for the catalog's own description.
 const char* translated(const char* text) {
     return *text == '\0' ? text : dgettext(messageDomain, text);
+}
+
+std::string translated(const std::string& text) {
+    return translated(text.c_str());
 }
 
 const char* translatedPlural(const char* one, const char* many, unsigned long count) {

@@ -3,11 +3,14 @@
 // All results live as long as the process. Any thread may call these functions.
 #pragma once
 
+#include <string>
+
 #include "base/translatable_text.h"
 
 namespace quorvel::freedesktop {
 
 const char* translated(const char* text);
+std::string translated(const std::string& text); // for texts that were marked elsewhere
 // The form for `count` things; "{1}" in both texts is for filled(), for instance with the count.
 const char* translatedPlural(const char* one, const char* many, unsigned long count);
 // For a word that may have to be translated differently elsewhere; `context` says where it stands

@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "base/translatable_text.h"
 #include "freedesktop/glib/delayed_call.h"
 #include "freedesktop/glib/session_bus.h"
 #include "freedesktop/glib/weak_reference.h"
@@ -71,13 +72,13 @@ Result<void> startProgram(GDesktopAppInfo* entry, const LaunchArguments& given,
                           const OnEndedSoon& onEndedSoon) {
     auto arguments = commandOf(entry, given.links);
     if (!arguments) {
-        return failure("its entry has no command line");
+        return failure(translatable("its entry has no command line"));
     }
     arguments->insert(arguments->end(), given.arguments.begin(), given.arguments.end());
     if (g_desktop_app_info_get_boolean(entry, "Terminal") != FALSE) {
         const std::vector<std::string> terminal = terminalCommand();
         if (terminal.empty()) {
-            return failure("it needs a terminal, and there is none");
+            return failure(translatable("it needs a terminal, and there is none"));
         }
         arguments->insert(arguments->begin(), terminal.begin(), terminal.end());
     }
@@ -138,7 +139,7 @@ private:
     LaunchArguments m_arguments;
     StartHandlers m_handlers; // onStarted: null once it was called
     ObjectHandle<GCancellable> m_cancellable;
-    DelayedCall m_deadline{[this] { end(failure("it did not answer")); }};
+    DelayedCall m_deadline{[this] { end(failure(translatable("it did not answer"))); }};
     std::optional<SessionBusRequest> m_request;
 };
 

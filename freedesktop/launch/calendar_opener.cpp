@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "freedesktop/language/messages.h"
 #include "freedesktop/launch/application_start.h"
 #include "freedesktop/launch/calendar_applications.h"
 #include "freedesktop/launch/calendar_sources.h"
@@ -35,7 +36,9 @@ Result<void> openInCalendarApplication(const CalendarLink& link,
                                        const std::string& activationToken) {
     EntryHandle application = launch::installedCalendarApplication();
     if (!application) {
-        return Error{"there is no calendar application", {}, "install Evolution or GNOME Calendar"};
+        return Error{translated("there is no calendar application"),
+                     {},
+                     translated("install Evolution or GNOME Calendar")};
     }
     const std::string name = launch::nameOf(application.get());
     const CalendarApplication kind = calendarApplicationOfEntry(name);
@@ -49,10 +52,10 @@ Result<void> openInCalendarApplication(const CalendarLink& link,
     arguments.activationToken = activationToken;
     const auto started = startAndWait(std::move(application), std::move(arguments));
     if (!started) {
-        return Error{"the application " + name + " could not be started (" + started.error().what +
-                         ")",
+        return Error{filled(translated("the application {1} could not be started ({2})"),
+                            {name, translated(started.error().what)}),
                      {},
-                     "try it by hand"};
+                     translated("try it by hand")};
     }
     return {};
 }

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/ascii_text.h"
+#include "freedesktop/language/messages.h"
 
 namespace quorvel::freedesktop {
 
@@ -25,13 +26,13 @@ bool isGraphic(char c) {
 Result<void> checkLink(std::string_view link) {
     const std::string_view scheme = link.substr(0, link.find(':'));
     if (scheme == link || std::find(schemes.begin(), schemes.end(), scheme) == schemes.end()) {
-        return Error{"its scheme is none of the widget's", {}, {}};
+        return Error{translatable("its scheme is none of the widget's"), {}, {}};
     }
     if (link.size() > longestLink) {
-        return Error{"it is too long", {}, {}};
+        return Error{translatable("it is too long"), {}, {}};
     }
     if (!std::all_of(link.begin(), link.end(), isGraphic)) {
-        return Error{"it holds characters that no link may hold", {}, {}};
+        return Error{translatable("it holds characters that no link may hold"), {}, {}};
     }
     return {};
 }

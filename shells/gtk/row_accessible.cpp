@@ -5,6 +5,7 @@
 #include <string>
 
 #include "freedesktop/glib/handles.h"
+#include "freedesktop/language/messages.h"
 #include "shells/gtk/row_list.h"
 
 namespace quorvel::gtk {
@@ -138,7 +139,9 @@ const char* actionName(AtkAction* action, int index) {
 }
 
 const char* actionDescription(AtkAction* action, int index) {
-    return actionName(action, index) != nullptr ? "Does what a pull of the row does" : nullptr;
+    return actionName(action, index) != nullptr
+               ? freedesktop::translated("Does what a pull of the row does")
+               : nullptr;
 }
 
 gboolean doAction(AtkAction* action, int index) {

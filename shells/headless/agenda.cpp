@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "freedesktop/dates/instant_text.h"
+#include "freedesktop/language/messages.h"
 #include "platform/key_value_coding.h"
 #include "platform/ui/ui_label.h"
 #include "platform/ui/ui_table_view.h"
@@ -118,7 +119,7 @@ Agenda readAgenda(WidgetSession& session, CGFloat width) {
 
 std::string agendaText(const Agenda& agenda) {
     if (agenda.rows.empty()) {
-        return "No events.\n";
+        return std::string(freedesktop::translated("No events.")) + '\n';
     }
     std::vector<std::vector<std::string>> rows;
     for (const AgendaRow& row : agenda.rows) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "freedesktop/language/messages.h"
 #include "shells/headless/color_text.h"
 #include "shells/headless/json.h"
 #include "shells/headless/terminal_text.h"
@@ -10,6 +11,7 @@
 
 namespace quorvel::headless {
 
+using freedesktop::translated;
 using platform::EKCalendar;
 
 namespace {
@@ -37,13 +39,15 @@ std::string calendarsText(const std::vector<ListedCalendar>& calendars,
     if (calendars.empty()) {
         return "No calendars.\n";
     }
-    std::vector<std::vector<std::string>> rows{
-        {"IDENTIFIER", "TITLE", "COLOR", "SELECTED", "STORE"}};
+    std::vector<std::vector<std::string>> rows{{translated("IDENTIFIER"), translated("TITLE"),
+                                                translated("COLOR"), translated("SELECTED"),
+                                                translated("STORE")}};
     for (const ListedCalendar& listed : calendars) {
         const EKCalendar& calendar = *listed.calendar;
         rows.push_back({calendar.calendarIdentifier, calendar.title,
                         calendar.CGColor ? colorText(*calendar.CGColor) : "-",
-                        listed.isSelected ? "yes" : "no", storeOf(calendar.calendarIdentifier)});
+                        listed.isSelected ? translated("yes") : translated("no"),
+                        storeOf(calendar.calendarIdentifier)});
     }
     return textInColumns(rows);
 }

@@ -5,6 +5,7 @@
 #include <utility>
 #include <variant>
 
+#include "freedesktop/language/messages.h"
 #include "platform/key_value_coding.h"
 #include "platform/ui/ui_table_view.h"
 #include "platform/ui/ui_view.h"
@@ -15,6 +16,7 @@
 
 namespace quorvel::headless {
 
+using freedesktop::translated;
 using platform::CGFloat;
 using platform::CGSize;
 using platform::KeyValueCoding;
@@ -113,10 +115,11 @@ Result<void> checkSteps(const HostedWidget& widget, const std::vector<Step>& ste
     if (widget.isLegacy() || unsupported == steps.end()) {
         return {};
     }
-    return Error{"the step '" + unsupported->text + "' cannot be run",
+    return Error{filled(translated("the step '{1}' cannot be run"), {unsupported->text}),
                  {},
-                 widget.controllerName() +
-                     " has no such operation, name a controller for older hosts with --controller"};
+                 filled(translated("{1} has no such operation, name a controller for older hosts "
+                                   "with --controller"),
+                        {widget.controllerName()})};
 }
 
 Json hostMessagesJson(const std::vector<HostMessage>& messages) {

@@ -9,10 +9,12 @@
 #include <utility>
 
 #include "freedesktop/dates/instant_text.h"
+#include "freedesktop/language/messages.h"
 
 namespace quorvel::headless {
 
 using freedesktop::TimeZone;
+using freedesktop::translated;
 using platform::CGFloat;
 using platform::CGPoint;
 
@@ -31,11 +33,11 @@ struct ValueText {
 };
 
 Error stepError(std::string_view step, std::string_view remedy) {
-    return {"the step '" + std::string(step) + "' cannot be run", {}, std::string(remedy)};
+    return {filled(translated("the step '{1}' cannot be run"), {step}), {}, std::string(remedy)};
 }
 
 Error formError(std::string_view step, std::string_view form) {
-    return stepError(step, "write it as " + std::string(form));
+    return stepError(step, filled(translated("write it as {1}"), {form}));
 }
 
 // The texts before and after the first mark; absent where there is no mark.
@@ -48,14 +50,15 @@ std::optional<TextPair> splitAt(char mark, std::string_view value) {
 }
 
 Result<double> parseStepNumber(std::string_view number, std::string_view step) {
-    return parseNumber(number, "a number of the step '" + std::string(step) + "'");
+    return parseNumber(
+        number, filled(translated("a number of the step '{1}' cannot be '{2}'"), {step, number}));
 }
 
 // A distance or a coordinate of a finger.
 Result<CGFloat> parseFingerNumber(std::string_view number, std::string_view step) {
     Result<CGFloat> points = parseStepNumber(number, step);
     if (points && std::abs(*points) > farthest) {
-        return stepError(step, "give points from -1000000 to 1000000");
+        return stepError(step, translated("give points from -1000000 to 1000000"));
     }
     return points;
 }
@@ -77,7 +80,7 @@ Result<std::size_t> parseRow(std::string_view number, std::string_view step) {
     const char* end = number.data() + number.size();
     const auto [rest, error] = std::from_chars(number.data(), end, row);
     if (error != std::errc() || rest != end) {
-        return stepError(step, "count the rows from 0");
+        return stepError(step, translated("count the rows from 0"));
     }
     return row;
 }
@@ -156,7 +159,7 @@ Result<StepAction> parseTap(const ValueText& text) {
 template <class NameStep>
 Result<StepAction> parseNameStep(const ValueText& text) {
     if (text.value.empty()) {
-        return stepError(text.step, "name something after the colon");
+        return stepError(text.step, translated("name something after the colon"));
     }
     return StepAction(NameStep{std::string(text.value)});
 }
@@ -164,7 +167,7 @@ Result<StepAction> parseNameStep(const ValueText& text) {
 Result<StepAction> parseNow(const ValueText& text) {
     const std::optional<platform::NSDate> date = freedesktop::parseInstant(text.value, text.zone);
     if (!date) {
-        return stepError(text.step, "write the instant like 2026-03-10T10:00:00Z");
+        return stepError(text.step, translated("write the instant like 2026-03-10T10:00:00Z"));
     }
     return StepAction(NowStep{*date});
 }
@@ -199,8 +202,9 @@ constexpr std::array<ValueStep, 8> valueSteps{{{"layout", parseLayout},
                                                {"now", parseNow}}};
 
 Error unknownStep(std::string_view text) {
-    return {
-        "unknown step '" + std::string(text) + "'", {}, "'quorvel inspect --help' lists the steps"};
+    return {filled(translated("unknown step '{1}'"), {text}),
+            {},
+            translated("'quorvel inspect --help' lists the steps")};
 }
 
 Result<StepAction> parseAction(std::string_view text, const TimeZone& zone) {
@@ -218,13 +222,11 @@ Result<StepAction> parseAction(std::string_view text, const TimeZone& zone) {
 
 } // namespace
 
-Result<double> parseNumber(std::string_view text, std::string_view what) {
+Result<double> parseNumber(std::string_view text, const std::string& problem) {
     double number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(number)) {
-        return Error{std::string(what) + " cannot be '" + std::string(text) + "'",
-                     {},
-                     "give a decimal number"};
+        return Error{problem, {}, translated("give a decimal number")};
     }
     return number;
 }

@@ -62,8 +62,8 @@ struct Step {
 // write instead.
 Result<Step> parseStep(std::string_view text, const icalendar::TimeZone& zone);
 
-// A finite decimal number, with or without a fraction or an exponent, and nothing else. `what`
-// names the number in the error, such as "the width".
-Result<double> parseNumber(std::string_view text, std::string_view what);
+// A finite decimal number, with or without a fraction or an exponent, and nothing else. `problem`
+// is what the error reports, such as "the width cannot be 'wide'".
+Result<double> parseNumber(std::string_view text, const std::string& problem);
 
 } // namespace quorvel::headless

@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "freedesktop/language/catalogs.h"
 #include "shells/phosh/plugin_folders.h"
 #include "shells/phosh/shell_log.h"
 
@@ -71,6 +72,7 @@ LockScreenContent::LockScreenContent(GtkContainer* container)
     , m_firstFrame([this] { guarded([this] { m_agenda.show(); }); })
     , m_failure([this] { m_agenda.removeContent(); })
     , m_area(m_agenda.widget()) {
+    freedesktop::useCatalogs(pluginFolders().catalogs);
     m_launcher.setLaunchContext(&m_launchContext);
     gtk_widget_set_hexpand(m_area, TRUE);
     gtk_container_add(container, m_area);

@@ -3,6 +3,8 @@
 #include <string>
 #include <utility>
 
+#include "freedesktop/language/messages.h"
+
 namespace quorvel::phosh {
 
 using platform::EKCalendar;
@@ -19,7 +21,7 @@ std::shared_ptr<const EKEvent> withoutDetails(const std::shared_ptr<const EKEven
         return nullptr;
     }
     EKEvent hidden = *event;
-    hidden.title = std::string(hiddenTitle);
+    hidden.title = freedesktop::translated(hiddenTitle);
     hidden.location = std::nullopt;
     return std::make_shared<const EKEvent>(std::move(hidden));
 }

@@ -3,14 +3,14 @@
 
 #include <functional>
 #include <memory>
-#include <string_view>
 
+#include "base/translatable_text.h"
 #include "platform/calendar_store.h"
 
 namespace quorvel::phosh {
 
-// The title of every event that is hidden; it has no location.
-inline constexpr std::string_view hiddenTitle = "Busy";
+// The title of every event that is hidden, in English; it has no location.
+inline constexpr const char* hiddenTitle = translatable("Busy");
 
 // Passes on other stores. Belongs to the thread that uses those.
 class PrivateCalendarStores final : public platform::CalendarStores {

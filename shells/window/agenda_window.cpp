@@ -8,6 +8,7 @@
 #include "freedesktop/dates/locale_names.h"
 #include "freedesktop/freedesktop_platform.h"
 #include "freedesktop/glib/handles.h"
+#include "freedesktop/language/messages.h"
 #include "shells/gtk/key_command.h"
 #include "shells/gtk/painting.h"
 #include "shells/window/dialogs.h"
@@ -24,6 +25,7 @@
 
 namespace quorvel::window {
 
+using freedesktop::translated;
 using gtk::KeyCommand;
 using platform::CGFloat;
 using platform::CGRect;
@@ -109,7 +111,7 @@ AgendaWindow::AgendaWindow(freedesktop::FreedesktopPlatform& platform,
     m_platform.setLaunchContext(&m_launchContext);
     m_platform.setLaunchFailureHandler([this](const Error&) {
         if (m_notice) {
-            m_notice->show(text::linkNotOpened);
+            m_notice->show(translated(text::linkNotOpened));
         }
     });
 }
@@ -154,7 +156,7 @@ void AgendaWindow::makeContent() {
     gtk_container_add(GTK_CONTAINER(overlay), m_agenda.widget());
     gtk_overlay_add_overlay(GTK_OVERLAY(overlay), m_notice->widget());
     gtk_overlay_set_overlay_pass_through(GTK_OVERLAY(overlay), m_notice->widget(), TRUE);
-    m_manualButton = gtk_button_new_with_label(text::addCalendars);
+    m_manualButton = gtk_button_new_with_label(translated(text::addCalendars));
     gtk_widget_set_no_show_all(m_manualButton, TRUE);
     m_content = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
     gtk_box_pack_start(GTK_BOX(m_content), overlay, TRUE, TRUE, 0);
@@ -450,7 +452,7 @@ void AgendaWindow::openManual() {
         g_filename_to_uri(m_options.calendarsManual.c_str(), nullptr, nullptr));
     if (!uri || gtk_show_uri_on_window(window(), uri.get(), gtk_get_current_event_time(),
                                        nullptr) == FALSE) {
-        m_notice->show(text::manualMissing);
+        m_notice->show(translated(text::manualMissing));
     }
 }
 

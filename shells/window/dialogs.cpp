@@ -3,9 +3,12 @@
 #include <initializer_list>
 
 #include "freedesktop/glib/handles.h"
+#include "freedesktop/language/messages.h"
 #include "shells/window/window_text.h"
 
 namespace quorvel::window {
+
+using freedesktop::translated;
 
 namespace {
 
@@ -17,12 +20,12 @@ struct Shortcut {
 };
 
 GtkWidget* makeGroup(const char* title, std::initializer_list<Shortcut> shortcuts) {
-    auto* const group =
-        static_cast<GtkWidget*>(g_object_new(GTK_TYPE_SHORTCUTS_GROUP, "title", title, nullptr));
+    auto* const group = static_cast<GtkWidget*>(
+        g_object_new(GTK_TYPE_SHORTCUTS_GROUP, "title", translated(title), nullptr));
     for (const Shortcut& shortcut : shortcuts) {
-        auto* const row =
-            static_cast<GtkWidget*>(g_object_new(GTK_TYPE_SHORTCUTS_SHORTCUT, "accelerator",
-                                                 shortcut.keys, "title", shortcut.title, nullptr));
+        auto* const row = static_cast<GtkWidget*>(
+            g_object_new(GTK_TYPE_SHORTCUTS_SHORTCUT, "accelerator", shortcut.keys, "title",
+                         translated(shortcut.title), nullptr));
         gtk_widget_show(row);
         gtk_container_add(GTK_CONTAINER(group), row);
     }
@@ -43,7 +46,7 @@ void showAbout(GtkWindow* parent, const std::string& picture) {
     GtkAboutDialog* const about = GTK_ABOUT_DIALOG(dialog);
     gtk_about_dialog_set_program_name(about, text::applicationName);
     gtk_about_dialog_set_version(about, QUORVEL_VERSION);
-    gtk_about_dialog_set_comments(about, text::applicationSummary);
+    gtk_about_dialog_set_comments(about, translated(text::applicationSummary));
     gtk_about_dialog_set_license_type(about, GTK_LICENSE_MIT_X11);
     const freedesktop::ObjectHandle<GdkPixbuf> logo(
         gdk_pixbuf_new_from_file_at_size(picture.c_str(), logoSize, logoSize, nullptr));
@@ -75,10 +78,10 @@ void showShortcuts(GtkWindow* parent) {
 void showSettingsHelp(GtkWindow* parent, const std::string& file) {
     GtkWidget* const dialog =
         gtk_message_dialog_new(parent, GTK_DIALOG_DESTROY_WITH_PARENT, GTK_MESSAGE_INFO,
-                               GTK_BUTTONS_CLOSE, "%s", text::settingsTitle);
+                               GTK_BUTTONS_CLOSE, "%s", translated(text::settingsTitle));
     gtk_message_dialog_format_secondary_text(GTK_MESSAGE_DIALOG(dialog), "%s\n%s\n\n%s",
-                                             text::settingsFile, file.c_str(),
-                                             text::settingsManual);
+                                             translated(text::settingsFile), file.c_str(),
+                                             translated(text::settingsManual));
     g_signal_connect(dialog, "response", G_CALLBACK(gtk_widget_destroy), nullptr);
     presentDialog(dialog, parent);
 }

@@ -5,11 +5,13 @@
 #include <dlfcn.h>
 
 #include "freedesktop/glib/handles.h"
+#include "freedesktop/language/messages.h"
 #include "shells/window/layer/layer_shell.h"
 
 namespace quorvel::window {
 
 using freedesktop::share;
+using freedesktop::translated;
 using platform::CGSize;
 
 namespace {
@@ -59,10 +61,13 @@ Result<const LayerShell*> loadedLayerShell(const std::string& module) {
         dlclose(handle);
     }
     if (make == nullptr) {
-        return Error{"the layer shell's library cannot be loaded" +
-                         (reason != nullptr ? std::string(": ") + reason : std::string()),
-                     {},
-                     "install gtk-layer-shell, or start without --layer"};
+        const char* const toDo = translated("install gtk-layer-shell, or start without --layer");
+        return reason == nullptr
+                   ? Error{translated("the layer shell's library cannot be loaded"), {}, toDo}
+                   : Error{filled(translated("the layer shell's library cannot be loaded: {1}"),
+                                  {reason}),
+                           {},
+                           toDo};
     }
     return make();
 }
@@ -77,7 +82,8 @@ Result<std::unique_ptr<WindowPlacement>> makeLayerShellPlacement(const std::stri
         return shell.error();
     }
     if (!(*shell)->isSupported()) {
-        return Error{"the compositor has no layers", {}, "start without --layer"};
+        return Error{
+            translated("the compositor has no layers"), {}, translated("start without --layer")};
     }
     return std::unique_ptr<WindowPlacement>(
         std::make_unique<LayerShellPlacement>(**shell, options, monitor));

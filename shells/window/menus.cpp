@@ -2,6 +2,7 @@
 
 #include <initializer_list>
 
+#include "freedesktop/language/messages.h"
 #include "shells/window/window_text.h"
 
 namespace quorvel::window {
@@ -19,7 +20,8 @@ struct Item {
 void appendSection(GMenu* menu, std::initializer_list<Item> items) {
     const ObjectHandle<GMenu> section(g_menu_new());
     for (const Item& item : items) {
-        const ObjectHandle<GMenuItem> entry(g_menu_item_new(item.label, item.action));
+        const ObjectHandle<GMenuItem> entry(
+            g_menu_item_new(freedesktop::translated(item.label), item.action));
         if (item.key != nullptr) {
             g_menu_item_set_attribute(entry.get(), "accel", "s", item.key);
         }

@@ -1,8 +1,11 @@
 #include "shells/window/outputs.h"
 
 #include "freedesktop/glib/handles.h"
+#include "freedesktop/language/messages.h"
 
 namespace quorvel::window {
+
+using freedesktop::translated;
 
 namespace {
 
@@ -30,9 +33,10 @@ Result<GdkMonitor*> outputNamed(const std::string& name) {
         }
         others += (others.empty() ? "" : ", ") + output;
     }
-    return Error{"there is no output '" + name + "'",
+    return Error{filled(translated("there is no output '{1}'"), {name}),
                  {},
-                 others.empty() ? "connect one" : "choose one of " + others};
+                 others.empty() ? translated("connect one")
+                                : filled(translated("choose one of {1}"), {others})};
 }
 
 } // namespace quorvel::window

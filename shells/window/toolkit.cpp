@@ -2,6 +2,8 @@
 
 #include <gtk/gtk.h>
 
+#include "freedesktop/language/messages.h"
+
 namespace quorvel::window {
 
 namespace {
@@ -31,7 +33,7 @@ void prepareToolkit() {
 Result<void> startToolkit() {
     gdk_set_program_class(applicationId);
     if (gtk_init_check(nullptr, nullptr) == 0) {
-        return Error{"there is no display", {}, {}};
+        return Error{freedesktop::translated("there is no display"), {}, {}};
     }
     return {};
 }

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "freedesktop/glib/handles.h"
+#include "freedesktop/language/messages.h"
 #include "shells/window/window_text.h"
 
 namespace quorvel::window {
@@ -37,8 +38,8 @@ GtkWidget* makeMenuButton(GMenuModel* menu) {
     gtk_container_add(GTK_CONTAINER(button),
                       gtk_image_new_from_icon_name("open-menu-symbolic", GTK_ICON_SIZE_BUTTON));
     gtk_button_set_relief(GTK_BUTTON(button), GTK_RELIEF_NONE);
-    gtk_widget_set_tooltip_text(button, text::menu);
-    atk_object_set_name(gtk_widget_get_accessible(button), text::menu);
+    gtk_widget_set_tooltip_text(button, freedesktop::translated(text::menu));
+    atk_object_set_name(gtk_widget_get_accessible(button), freedesktop::translated(text::menu));
     gtk_widget_set_focus_on_click(button, FALSE);
     return button;
 }
