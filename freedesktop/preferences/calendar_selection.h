@@ -19,4 +19,9 @@ struct CalendarSelection {
 // Without files, the widget follows the desktop. The error names the file that cannot be read.
 Result<CalendarSelection> readCalendarSelection(const std::string& preferencesFolder);
 
+// Writes the calendar-selection file, then the setting onlySelectedCalendars; each as
+// SettingsFile::change() does. Identifiers that the file has already stay in their order.
+Result<void> writeCalendarSelection(const std::string& preferencesFolder,
+                                    const CalendarSelection& selection);
+
 } // namespace quorvel::freedesktop

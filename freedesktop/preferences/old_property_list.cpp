@@ -43,13 +43,18 @@ public:
         skipSpace();
         if (!value || !m_rest.empty()) {
             return Error{m_problem.empty() ? "it is not a property list" : m_problem,
-                         positionText(m_text, m_text.size() - m_rest.size()),
+                         positionText(m_text, position()),
                          {}};
         }
         return std::move(*value);
     }
 
+    // After run(), if that has returned a dictionary.
+    const ListPlaces& places() const { return m_places; }
+
 private:
+    std::size_t position() const { return m_text.size() - m_rest.size(); }
+
     void skipSpace() {
         while (!m_rest.empty()) {
             if (m_rest.front() == ' ' || (m_rest.front() >= '\t' && m_rest.front() <= '\r')) {
@@ -113,27 +118,48 @@ private:
     bool readPairs(std::size_t depth, char end, PropertyListDictionary& dictionary) {
         while (true) {
             skipSpace();
+            const std::size_t start = position();
             if (end == '\0' ? m_rest.empty() : skip(end)) {
+                m_places.contentsEnd = start; // the last pairs to end are those of the root
                 return true;
             }
-            auto key = string();
-            if (!key) {
+            EntryPlace place;
+            place.start = start;
+            if (!readPair(depth, place, dictionary)) {
                 return false;
             }
-            MaybeValue value = valueOf(*key, depth);
-            if (!value || !skip(';')) {
-                return false;
+            if (depth == 0) {
+                m_places.entries.push_back(std::move(place));
             }
-            dictionary.insert_or_assign(std::move(*key), std::move(*value));
         }
     }
 
-    // A key without a value is its own value.
-    MaybeValue valueOf(const std::string& key, std::size_t depth) {
-        if (skip('=')) {
-            return object(depth + 1);
+    bool readPair(std::size_t depth, EntryPlace& place, PropertyListDictionary& dictionary) {
+        auto key = string();
+        if (!key) {
+            return false;
         }
-        return PropertyListValue{key};
+        place.key = *key;
+        place.keyEnd = place.valueStart = place.valueEnd = position();
+        MaybeValue value = valueOf(*key, depth, place);
+        if (!value || !skip(';')) {
+            return false;
+        }
+        place.end = position();
+        dictionary.insert_or_assign(std::move(*key), std::move(*value));
+        return true;
+    }
+
+    // A key without a value is its own value.
+    MaybeValue valueOf(const std::string& key, std::size_t depth, EntryPlace& place) {
+        if (!skip('=')) {
+            return PropertyListValue{key};
+        }
+        skipSpace();
+        place.valueStart = position();
+        MaybeValue value = object(depth + 1);
+        place.valueEnd = position();
+        return value;
     }
 
     MaybeValue array(std::size_t depth) {
@@ -252,12 +278,20 @@ private:
     std::string_view m_rest;
     std::size_t m_objects = 0;
     std::string m_problem;
+    ListPlaces m_places; // of the root
 };
 
 } // namespace
 
 Result<PropertyListValue> parseOldPropertyList(std::string_view text) {
     return Parser(text).run();
+}
+
+std::optional<ListPlaces> placesInOldPropertyList(std::string_view text) {
+    Parser parser(text);
+    const auto list = parser.run();
+    const bool isDictionary = list && std::holds_alternative<PropertyListDictionary>(list->value);
+    return isDictionary ? std::optional(parser.places()) : std::nullopt;
 }
 
 } // namespace quorvel::freedesktop

@@ -1,18 +1,15 @@
 #include "freedesktop/preferences/property_list_file.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
-#include <memory>
 #include <string_view>
 #include <vector>
-
-#include <plist/plist.h>
 
 #include "base/utf8.h"
 #include "freedesktop/io/regular_file.h"
 #include "freedesktop/preferences/binary_property_list_check.h"
 #include "freedesktop/preferences/old_property_list.h"
+#include "freedesktop/preferences/plist_handles.h"
 #include "freedesktop/preferences/property_list_budget.h"
 #include "freedesktop/preferences/text_encoding.h"
 #include "freedesktop/preferences/xml_property_list.h"
@@ -26,17 +23,6 @@ using platform::PropertyListDictionary;
 using platform::PropertyListValue;
 
 constexpr const char* damagedBinary = "the binary list is damaged";
-
-struct NodeDeleter {
-    void operator()(void* node) const { plist_free(node); }
-};
-using Node = std::unique_ptr<void, NodeDeleter>;
-
-struct MallocDeleter {
-    void operator()(void* memory) const { std::free(memory); }
-};
-template <class T>
-using Malloced = std::unique_ptr<T, MallocDeleter>;
 
 PropertyListValue valueOf(plist_t node);
 
@@ -166,7 +152,7 @@ Result<PropertyListValue> parseCheckedBinary(std::span<const std::byte> bytes) {
     plist_t root = nullptr;
     plist_from_bin(reinterpret_cast<const char*>(bytes.data()),
                    static_cast<std::uint32_t>(bytes.size()), &root);
-    const Node owned(root);
+    const PlistNode owned(root);
     if (!owned) {
         return failure(damagedBinary);
     }

@@ -2,40 +2,48 @@
 
 #include <utility>
 
+#include "freedesktop/io/regular_file.h"
+#include "freedesktop/preferences/property_list_budget.h"
 #include "freedesktop/preferences/property_list_file.h"
 
 namespace quorvel::freedesktop {
 namespace {
 
-Error unreadable(const std::string& path, std::string what, const std::string& position) {
-    return {std::move(what), position.empty() ? path : path + ':' + position,
+// `error` as from parsePropertyList().
+Error unreadable(const std::string& path, const Error& error) {
+    return {error.what, error.where.empty() ? path : path + ':' + error.where,
             "mend the file, or move it away"};
 }
 
 template <class Kind>
-Result<Kind> readAs(const std::string& path, const char* wrongKind) {
-    auto list = readPropertyListFile(path);
+Result<Kind> parseAs(std::span<const std::byte> bytes, const std::string& path,
+                     const char* wrongKind) {
+    auto list = parsePropertyList(bytes);
     if (!list) {
-        return unreadable(path, list.error().what, list.error().where);
+        return unreadable(path, list.error());
     }
-    if (!*list) {
-        return Kind();
-    }
-    auto* const wanted = std::get_if<Kind>(&(*list)->value);
+    auto* const wanted = std::get_if<Kind>(&list->value);
     if (wanted == nullptr) {
-        return unreadable(path, wrongKind, {});
+        return unreadable(path, {wrongKind, {}, {}});
     }
     return std::move(*wanted);
 }
 
 } // namespace
 
-Result<platform::PropertyListDictionary> readDictionaryFile(const std::string& path) {
-    return readAs<platform::PropertyListDictionary>(path, "it holds no dictionary");
+Result<std::optional<std::vector<std::byte>>> readListBytes(const std::string& path) {
+    auto bytes = readRegularFile(path, PropertyListBudget::fileBytes);
+    return bytes ? std::move(bytes) : unreadable(path, bytes.error());
 }
 
-Result<platform::PropertyListArray> readArrayFile(const std::string& path) {
-    return readAs<platform::PropertyListArray>(path, "it holds no array");
+Result<platform::PropertyListDictionary> parseDictionary(std::span<const std::byte> bytes,
+                                                         const std::string& path) {
+    return parseAs<platform::PropertyListDictionary>(bytes, path, "it holds no dictionary");
+}
+
+Result<platform::PropertyListArray> parseArray(std::span<const std::byte> bytes,
+                                               const std::string& path) {
+    return parseAs<platform::PropertyListArray>(bytes, path, "it holds no array");
 }
 
 } // namespace quorvel::freedesktop

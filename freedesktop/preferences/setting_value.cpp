@@ -9,6 +9,7 @@
 
 #include "base/ascii_text.h"
 #include "base/utf8.h"
+#include "freedesktop/preferences/xml_values.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -27,13 +28,6 @@ std::optional<Number> numberOf(std::string_view text) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     const bool isWhole = error == std::errc() && end == text.data() + text.size();
     return isWhole ? std::optional(number) : std::nullopt;
-}
-
-std::string textOfNumber(double number) {
-    std::array<char, 400> text{}; // the largest double has 309 digits
-    const auto end =
-        std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed).ptr;
-    return {text.data(), end};
 }
 
 std::optional<bool> booleanOf(std::string_view text) {
@@ -181,7 +175,7 @@ std::string settingAdvice(const SettingDescription& setting) {
         return "give a text in UTF-8 without control characters";
     }
     const std::string limits =
-        textOfNumber(setting.least.value_or(0)) + " to " + textOfNumber(setting.most.value_or(0));
+        textOfReal(setting.least.value_or(0)) + " to " + textOfReal(setting.most.value_or(0));
     return setting.kind == SettingKind::integer ? "give a whole number from " + limits
                                                 : "give a number from " + limits;
 }
@@ -211,7 +205,7 @@ std::string settingText(const PropertyListValue& value) {
             if constexpr (std::is_same_v<Held, bool>) {
                 return held ? "true" : "false";
             } else if constexpr (std::is_same_v<Held, double>) {
-                return textOfNumber(held);
+                return textOfReal(held);
             } else if constexpr (std::is_arithmetic_v<Held>) {
                 return std::to_string(held);
             } else if constexpr (std::is_same_v<Held, std::string>) {

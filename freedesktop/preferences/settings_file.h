@@ -5,11 +5,15 @@
 #include <string_view>
 
 #include "base/result.h"
+#include "freedesktop/preferences/list_edit.h"
 #include "platform/property_list.h"
 
 namespace quorvel::freedesktop {
 
 inline constexpr std::string_view settingsFileName = "org.quorvel.quorvelprefs.plist";
+
+// An absent value removes the key.
+using SettingChanges = DictionaryChanges;
 
 // Holds no content: each call reads the file anew. For any thread.
 class SettingsFile {
@@ -19,8 +23,15 @@ public:
 
     const std::string& path() const { return m_path; }
 
-    // Empty without a file. An error names the file, with line and column if they are known.
+    // Empty without a file. In the old text format, which has only texts, those of known keys
+    // become values of the key's kind if the widget converts them to the same values. An error
+    // names the file, with line and column if they are known.
     Result<platform::PropertyListDictionary> read() const;
+
+    // All of the changes or none, see changePropertyListFile(). Other keys, comments, form and
+    // encoding of the file stay; a file that cannot be read is not changed. Without a difference
+    // nothing is written. Values are booleans, numbers and texts.
+    Result<void> change(const SettingChanges& changes) const;
 
 private:
     std::string m_path;

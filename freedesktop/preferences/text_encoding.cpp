@@ -29,6 +29,29 @@ std::string fromUtf16(std::string_view bytes, bool bigEndian) {
     return text;
 }
 
+void appendUnit(std::string& bytes, char32_t unit, bool bigEndian) {
+    const char high = static_cast<char>(unit >> 8U);
+    const char low = static_cast<char>(unit & 0xFFU);
+    bytes += bigEndian ? high : low;
+    bytes += bigEndian ? low : high;
+}
+
+std::string toUtf16(std::string_view text, bool bigEndian) {
+    std::string bytes;
+    while (!text.empty()) {
+        const DecodedCharacter decoded = decodeCharacter(text);
+        const char32_t character = decoded.character.value_or(replacementCharacter);
+        if (character > 0xFFFF) {
+            appendUnit(bytes, 0xD800 + ((character - 0x10000) >> 10U), bigEndian);
+            appendUnit(bytes, 0xDC00 + (character & 0x3FFU), bigEndian);
+        } else {
+            appendUnit(bytes, character, bigEndian);
+        }
+        text.remove_prefix(decoded.length);
+    }
+    return bytes;
+}
+
 struct Encoding {
     enum Kind { none, utf8, utf16Big, utf16Little };
     Kind kind = none;
@@ -52,6 +75,10 @@ Encoding encodingOf(std::string_view bytes) {
     return {};
 }
 
+bool isUtf16(const Encoding& encoding) {
+    return encoding.kind == Encoding::utf16Big || encoding.kind == Encoding::utf16Little;
+}
+
 } // namespace
 
 bool hasDetectableEncoding(std::string_view bytes) {
@@ -61,9 +88,15 @@ bool hasDetectableEncoding(std::string_view bytes) {
 std::string decodedText(std::string_view bytes) {
     const Encoding encoding = encodingOf(bytes);
     bytes.remove_prefix(encoding.markSize);
-    const bool isUtf16 =
-        encoding.kind == Encoding::utf16Big || encoding.kind == Encoding::utf16Little;
-    return isUtf16 ? fromUtf16(bytes, encoding.kind == Encoding::utf16Big) : wellFormedUtf8(bytes);
+    return isUtf16(encoding) ? fromUtf16(bytes, encoding.kind == Encoding::utf16Big)
+                             : wellFormedUtf8(bytes);
+}
+
+std::string encodedLike(std::string_view bytes, std::string_view text) {
+    const Encoding encoding = encodingOf(bytes);
+    const std::string mark(bytes.substr(0, encoding.markSize));
+    return mark + (isUtf16(encoding) ? toUtf16(text, encoding.kind == Encoding::utf16Big)
+                                     : std::string(text));
 }
 
 } // namespace quorvel::freedesktop

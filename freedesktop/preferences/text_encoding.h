@@ -14,4 +14,7 @@ bool hasDetectableEncoding(std::string_view bytes);
 // UTF-8. Invalid bytes and characters become U+FFFD.
 std::string decodedText(std::string_view bytes);
 
+// The UTF-8 text in the encoding of `bytes`, with their byte-order mark if they have one.
+std::string encodedLike(std::string_view bytes, std::string_view text);
+
 } // namespace quorvel::freedesktop

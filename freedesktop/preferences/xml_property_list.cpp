@@ -2,10 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <optional>
 #include <string>
-#include <type_traits>
 #include <utility>
 
 #include <expat.h>
@@ -14,6 +12,7 @@
 #include "freedesktop/preferences/property_list_builder.h"
 #include "freedesktop/preferences/single_byte_encoding.h"
 #include "freedesktop/preferences/text_position.h"
+#include "freedesktop/preferences/xml_parser.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -22,61 +21,8 @@ using platform::PropertyListValue;
 
 constexpr const char* unknownEntity = "the XML has an unknown entity";
 
-struct ParserDeleter {
-    void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
-};
-using ParserHandle = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter>;
-
 std::string_view withoutLeadingSpace(std::string_view text) {
     return trimmedStart(text, " \t\r\n");
-}
-
-std::size_t endOf(std::string_view text, std::size_t from, std::string_view mark) {
-    const std::size_t found = text.find(mark, from);
-    return found == text.npos ? text.size() : found;
-}
-
-// A declaration ends, or the declarations inside it start, at an unquoted bracket.
-std::size_t endOfDeclaration(std::string_view text, std::size_t from) {
-    while ((from = text.find_first_of("\"'<>[", from)) != text.npos) {
-        const char c = text[from];
-        if (c != '"' && c != '\'') {
-            return from;
-        }
-        from = endOf(text, from + 1, text.substr(from, 1)) + 1;
-    }
-    return text.size();
-}
-
-// Where markup may start after the one at `from`, which is not a comment.
-std::size_t endOfMarkup(std::string_view text, std::size_t from) {
-    const std::string_view rest = text.substr(from);
-    if (rest.starts_with("<![CDATA[")) {
-        return endOf(text, from, "]]>");
-    }
-    if (rest.starts_with("<?")) {
-        return endOf(text, from, "?>");
-    }
-    return rest.starts_with("<!") ? endOfDeclaration(text, from + 2) : from + 1;
-}
-
-// Replaces the dashes in comments by blanks: XML forbids "--" within a comment and expat refuses
-// it, but people write it and other parsers of property lists accept it.
-std::string withPlainComments(std::string_view text) {
-    constexpr std::string_view comment = "<!--";
-    std::string plain(text);
-    std::size_t at = 0;
-    while ((at = text.find('<', at)) != text.npos) {
-        if (!text.substr(at).starts_with(comment)) {
-            at = endOfMarkup(text, at);
-            continue;
-        }
-        const std::size_t from = at + comment.size();
-        at = endOf(text, from, "-->");
-        std::replace(plain.begin() + static_cast<std::ptrdiff_t>(from),
-                     plain.begin() + static_cast<std::ptrdiff_t>(at), '-', ' ');
-    }
-    return plain;
 }
 
 // Expat expands entities within attributes. An entity without references that is no longer than a
@@ -133,9 +79,7 @@ const char* problemOfError(XML_Error error) {
 // One pass of expat over a list.
 class XmlPass {
 public:
-    enum class Encoding { utf8, declared };
-
-    explicit XmlPass(Encoding encoding);
+    explicit XmlPass(XmlEncoding encoding);
 
     // `list` may begin with white space.
     Result<PropertyListValue> parse(std::string_view list);
@@ -156,7 +100,7 @@ private:
     std::size_t parserIndex() const;
     const char* problemAfter(std::string_view text) const;
 
-    ParserHandle m_parser;
+    XmlParserHandle m_parser;
     PropertyListBuilder m_builder;
     const char* m_problem = nullptr; // null: none but the builder's
     bool m_stopsAtOtherEncoding = false;
@@ -165,23 +109,11 @@ private:
     std::optional<std::size_t> m_stoppedAt; // a byte index
 };
 
-XmlPass::XmlPass(Encoding encoding)
-    : m_parser(XML_ParserCreate(encoding == Encoding::utf8 ? "UTF-8" : nullptr)) {
+XmlPass::XmlPass(XmlEncoding encoding)
+    : m_parser(makeXmlParser(encoding)) {
     if (m_parser) {
         setHandlers();
     }
-}
-
-int fillEncoding(void*, const XML_Char* name, XML_Encoding* info) {
-    const auto encoding = singleByteEncodingNamed(name);
-    if (!encoding) {
-        return XML_STATUS_ERROR;
-    }
-    std::copy(encoding->begin(), encoding->end(), std::begin(info->map));
-    info->data = nullptr;
-    info->convert = nullptr;
-    info->release = nullptr;
-    return XML_STATUS_OK;
 }
 
 void XmlPass::setHandlers() {
@@ -222,7 +154,6 @@ void XmlPass::setHandlers() {
     XML_SetXmlDeclHandler(parser, [](void* pass, const XML_Char*, const XML_Char* encoding, int) {
         self(pass).onDeclaredEncoding(encoding);
     });
-    XML_SetUnknownEncodingHandler(parser, fillEncoding, nullptr);
 }
 
 void XmlPass::stopWhenDone() {
@@ -311,8 +242,15 @@ bool looksLikeXml(std::string_view text) {
                        [&](std::string_view start) { return text.starts_with(start); });
 }
 
+bool namesOtherEncoding(std::string_view text) {
+    XmlPass pass(XmlEncoding::utf8);
+    pass.stopAtOtherEncoding();
+    static_cast<void>(pass.parse(text));
+    return pass.namesOtherEncoding();
+}
+
 Result<PropertyListValue> parseXmlPropertyList(std::string_view text, std::string_view bytes) {
-    XmlPass pass(XmlPass::Encoding::utf8);
+    XmlPass pass(XmlEncoding::utf8);
     if (!bytes.empty()) {
         pass.stopAtOtherEncoding();
     }
@@ -320,7 +258,7 @@ Result<PropertyListValue> parseXmlPropertyList(std::string_view text, std::strin
     if (!pass.namesOtherEncoding()) {
         return value;
     }
-    return XmlPass(XmlPass::Encoding::declared).parse(bytes);
+    return XmlPass(XmlEncoding::declared).parse(bytes);
 }
 
 } // namespace quorvel::freedesktop

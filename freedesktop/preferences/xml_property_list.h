@@ -11,6 +11,9 @@ namespace quorvel::freedesktop {
 // `text` is UTF-8.
 bool looksLikeXml(std::string_view text);
 
+// Whether the XML declaration names an encoding other than UTF-8.
+bool namesOtherEncoding(std::string_view text);
+
 // `text` is the list as UTF-8. `bytes` are the original bytes of the file: they are parsed instead
 // if the XML declaration names an encoding other than UTF-8. `bytes` is empty if a byte-order mark
 // shows the encoding, because the mark overrides the declaration.

@@ -1,6 +1,7 @@
 #include "freedesktop/preferences/xml_values.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <chrono>
 #include <cstdint>
@@ -122,6 +123,13 @@ std::optional<PropertyListValue> realOfText(std::string_view text) {
         return std::nullopt;
     }
     return PropertyListValue{value};
+}
+
+std::string textOfReal(double number) {
+    std::array<char, 400> text{}; // the largest double has 309 digits, the smallest 324 zeros
+    const auto end =
+        std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed).ptr;
+    return {text.data(), end};
 }
 
 std::optional<PropertyListValue> dateOfText(std::string_view text) {

@@ -1,7 +1,8 @@
-// Parses the values that an XML property list writes as text.
+// The values that an XML property list writes as text: parses them, and writes numbers.
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "platform/property_list.h"
@@ -22,5 +23,8 @@ std::optional<platform::PropertyListValue> dateOfText(std::string_view text);
 
 // Base64. Ignores characters outside the alphabet and everything after the padding.
 platform::PropertyListData dataOfText(std::string_view text);
+
+// As short as realOfText() can read it unchanged, without an exponent; "nan" and "inf" included.
+std::string textOfReal(double number);
 
 } // namespace quorvel::freedesktop

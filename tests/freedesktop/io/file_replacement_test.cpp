@@ -54,5 +54,31 @@ TEST_F(FileReplacement, ADeviceIsNotReplaced) {
     EXPECT_EQ(problemOf(replaceFile("/dev/full", "x")), "No space left on device");
 }
 
+TEST_F(FileReplacement, WritesTheMissingTargetOfALink) {
+    std::filesystem::create_symlink("elsewhere", inFolder("second"));
+    std::filesystem::create_symlink("second", inFolder("first"));
+    EXPECT_TRUE(replaceFile(inFolder("first"), "new", Durability::survivesPowerLoss));
+    EXPECT_TRUE(std::filesystem::is_symlink(inFolder("first")));
+    EXPECT_EQ(contentsOfFile(inFolder("elsewhere")), "new");
+    EXPECT_EQ(fileCount(), 3u);
+}
+
+TEST_F(FileReplacement, ReportsLinksInACircle) {
+    std::filesystem::create_symlink("b", inFolder("a"));
+    std::filesystem::create_symlink("a", inFolder("b"));
+    EXPECT_EQ(problemOf(replaceFile(inFolder("a"), "x")), "Too many levels of symbolic links");
+}
+
+TEST_F(FileReplacement, RemovesOnlyItsOwnAbandonedFiles) {
+    for (const char* name :
+         {".quorvel-new-a1B2c3", ".quorvel-new-long-name", "settings.plist.backup"}) {
+        writeFile(inFolder(name), "x");
+    }
+    removeAbandonedFiles(inFolder(""));
+    EXPECT_FALSE(std::filesystem::exists(inFolder(".quorvel-new-a1B2c3")));
+    EXPECT_EQ(fileCount(), 2u);
+    removeAbandonedFiles(inFolder("missing"));
+}
+
 } // namespace
 } // namespace quorvel::freedesktop

@@ -52,5 +52,57 @@ TEST_F(CalendarSelectionTest, NamesTheFileThatCannotBeRead) {
               pathOf(std::string(settingsFileName)) + ":2:7");
 }
 
+TEST_F(CalendarSelectionTest, WritesBothFiles) {
+    ASSERT_TRUE(writeCalendarSelection(m_folder.string(), {false, {"home", "work"}}));
+    EXPECT_EQ(contentsOf(std::string(calendarSelectionFileName)),
+              R"(<?xml version="1.0" encoding="UTF-8"?>
+<plist version="1.0">
+<array>
+    <string>home</string>
+    <string>work</string>
+</array>
+</plist>
+)");
+    const auto selection = readCalendarSelection(m_folder.string());
+    ASSERT_TRUE(selection);
+    EXPECT_FALSE(selection->followsDesktop);
+    EXPECT_THAT(selection->identifiers, ElementsAre("home", "work"));
+}
+
+TEST_F(CalendarSelectionTest, PreservesTheCommentsOfTheOthers) {
+    writeSelection("\n  <string>a</string> <!-- A -->\n  <string>b</string> <!-- B -->\n"
+                   "  <string>c</string>\n");
+    ASSERT_TRUE(writeCalendarSelection(m_folder.string(), {false, {"a", "c", "d"}}));
+    EXPECT_EQ(contentsOf(std::string(calendarSelectionFileName)),
+              "<plist><array>\n  <string>a</string> <!-- A --> <!-- B -->\n  <string>c</string>\n"
+              "  <string>d</string>\n</array></plist>");
+}
+
+TEST_F(CalendarSelectionTest, FollowsTheDesktopAgain) {
+    ASSERT_TRUE(writeCalendarSelection(m_folder.string(), {false, {"home"}}));
+    ASSERT_TRUE(writeCalendarSelection(m_folder.string(), {true, {"home"}}));
+    const auto selection = readCalendarSelection(m_folder.string());
+    ASSERT_TRUE(selection);
+    EXPECT_TRUE(selection->followsDesktop);
+    EXPECT_THAT(selection->identifiers, ElementsAre("home"));
+}
+
+TEST_F(CalendarSelectionTest, WritesNothingForTheDefault) {
+    ASSERT_TRUE(writeCalendarSelection(m_folder.string(), {}));
+    EXPECT_TRUE(std::filesystem::is_empty(m_folder));
+}
+
+TEST_F(CalendarSelectionTest, WritesTheFormOfTheFile) {
+    write(std::string(calendarSelectionFileName), "( a, b )\n");
+    ASSERT_TRUE(writeCalendarSelection(m_folder.string(), {false, {"a", "c d"}}));
+    EXPECT_EQ(contentsOf(std::string(calendarSelectionFileName)), "(\"a\", \"c d\")\n");
+}
+
+TEST_F(CalendarSelectionTest, ChangesNothingIfAFileCannotBeRead) {
+    write(std::string(settingsFileName), "torn <");
+    EXPECT_FALSE(writeCalendarSelection(m_folder.string(), {false, {"home"}}));
+    EXPECT_FALSE(std::filesystem::exists(pathOf(std::string(calendarSelectionFileName))));
+}
+
 } // namespace
 } // namespace quorvel::freedesktop
