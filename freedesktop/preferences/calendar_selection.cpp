@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "freedesktop/language/messages.h"
 #include "freedesktop/preferences/property_list_change.h"
 #include "freedesktop/preferences/property_list_edit.h"
 #include "freedesktop/preferences/reported_property_list.h"
@@ -58,7 +59,7 @@ Result<std::optional<std::string>> edited(const std::optional<std::vector<std::b
     }
     auto changed = bytes ? changedArray(*bytes, *before, after) : newArray(after);
     if (!changed) {
-        return Error{changed.error().what, {}, "change it with an editor"};
+        return Error{changed.error().what, {}, translated("change it with an editor")};
     }
     return std::optional(*std::move(changed));
 }

@@ -8,8 +8,10 @@
 
 #include <unistd.h>
 
+#include "base/translatable_text.h"
 #include "freedesktop/io/file_replacement.h"
 #include "freedesktop/io/folder_lock.h"
+#include "freedesktop/language/messages.h"
 #include "freedesktop/preferences/reported_property_list.h"
 
 namespace quorvel::freedesktop {
@@ -20,8 +22,8 @@ namespace fs = std::filesystem;
 constexpr std::chrono::seconds longestWait(30);
 
 Error cannotWrite(const std::string& path, const std::string& reason) {
-    return {"it cannot be written (" + reason + ")", path,
-            "nothing was changed; check the permissions and the space of its folder"};
+    return {filled(translated("it cannot be written ({1})"), {reason}), path,
+            translated("nothing was changed; check the permissions and the space of its folder")};
 }
 
 Result<void> makeFolder(const std::string& folder) {
@@ -31,8 +33,8 @@ Result<void> makeFolder(const std::string& folder) {
         error = std::make_error_code(std::errc::not_a_directory);
     }
     if (error) {
-        return Error{"the folder cannot be made (" + error.message() + ")", folder,
-                     "name another with --preferences"};
+        return Error{filled(translated("the folder cannot be made ({1})"), {error.message()}),
+                     folder, translated("name another with --preferences")};
     }
     return {};
 }
@@ -82,7 +84,8 @@ Result<void> changePropertyListFile(const std::string& path, const PropertyListE
     const std::string folder = folderOfTarget(path);
     const auto lock = FolderLock::take(folder, longestWait);
     if (!lock) {
-        return Error{"another program is changing it", path, "try again later"};
+        return Error{translated("another program is changing it"), path,
+                     translated("try again later")};
     }
     removeAbandonedFiles(folder);
     return editFile(path, edit);

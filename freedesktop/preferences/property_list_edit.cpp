@@ -6,6 +6,7 @@
 #include <optional>
 #include <utility>
 
+#include "freedesktop/language/messages.h"
 #include "freedesktop/preferences/binary_property_list_check.h"
 #include "freedesktop/preferences/binary_property_list_edit.h"
 #include "freedesktop/preferences/old_property_list.h"
@@ -37,7 +38,7 @@ std::string_view textOf(std::span<const std::byte> bytes) {
 }
 
 Error cannotEdit() {
-    return {"its form does not allow this change", {}, {}};
+    return {translated("its form does not allow this change"), {}, {}};
 }
 
 // The text of the list with its places, as an edit needs them. An edit of the text is written back

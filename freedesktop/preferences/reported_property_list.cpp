@@ -2,7 +2,9 @@
 
 #include <utility>
 
+#include "base/translatable_text.h"
 #include "freedesktop/io/regular_file.h"
+#include "freedesktop/language/messages.h"
 #include "freedesktop/preferences/property_list_budget.h"
 #include "freedesktop/preferences/property_list_file.h"
 
@@ -11,8 +13,8 @@ namespace {
 
 // `error` as from parsePropertyList().
 Error unreadable(const std::string& path, const Error& error) {
-    return {error.what, error.where.empty() ? path : path + ':' + error.where,
-            "mend the file, or move it away"};
+    return {translated(error.what), error.where.empty() ? path : path + ':' + error.where,
+            translated("mend the file, or move it away")};
 }
 
 template <class Kind>
@@ -38,12 +40,13 @@ Result<std::optional<std::vector<std::byte>>> readListBytes(const std::string& p
 
 Result<platform::PropertyListDictionary> parseDictionary(std::span<const std::byte> bytes,
                                                          const std::string& path) {
-    return parseAs<platform::PropertyListDictionary>(bytes, path, "it holds no dictionary");
+    return parseAs<platform::PropertyListDictionary>(bytes, path,
+                                                     translatable("it holds no dictionary"));
 }
 
 Result<platform::PropertyListArray> parseArray(std::span<const std::byte> bytes,
                                                const std::string& path) {
-    return parseAs<platform::PropertyListArray>(bytes, path, "it holds no array");
+    return parseAs<platform::PropertyListArray>(bytes, path, translatable("it holds no array"));
 }
 
 } // namespace quorvel::freedesktop

@@ -8,7 +8,9 @@
 #include <type_traits>
 
 #include "base/ascii_text.h"
+#include "base/translatable_text.h"
 #include "base/utf8.h"
+#include "freedesktop/language/messages.h"
 #include "freedesktop/preferences/xml_values.h"
 
 namespace quorvel::freedesktop {
@@ -138,15 +140,17 @@ bool isPossible(const SettingDescription& setting, const PropertyListValue& valu
     return true;
 }
 
-std::string_view kindName(const PropertyListValue& value) {
-    constexpr std::array<std::string_view, 9> names{
-        "a boolean", "a whole number", "a number",     "a text",        "a date",
-        "data",      "an array",       "a dictionary", "a whole number"};
+// In English.
+const char* kindName(const PropertyListValue& value) {
+    constexpr std::array names{
+        translatable("a boolean"), translatable("a whole number"), translatable("a number"),
+        translatable("a text"),    translatable("a date"),         translatable("data"),
+        translatable("an array"),  translatable("a dictionary"),   translatable("a whole number")};
     static_assert(names.size() == std::variant_size_v<decltype(value.value)>);
     return names[value.value.index()];
 }
 
-std::string adviceForChoices(const SettingDescription& setting) {
+std::string listOfChoices(const SettingDescription& setting) {
     std::string list;
     for (const SettingChoice& choice : setting.choices) {
         if (choice.value.starts_with('/')) {
@@ -155,29 +159,37 @@ std::string adviceForChoices(const SettingDescription& setting) {
         list += list.empty() ? "" : ", ";
         list += setting.kind == SettingKind::colour ? choice.label : choice.value;
         if (setting.kind != SettingKind::colour) {
-            list += " (" + std::string(choice.label) + ')';
+            list += " (" + translated(std::string(choice.label)) + ')';
         }
     }
-    return setting.takesPaths ? "give the full path of a picture or one of " + list
-                              : "give one of " + list;
+    return list;
+}
+
+Error wrongValue(const SettingDescription& setting, std::string_view text) {
+    return {
+        filled(translated("{1} cannot be '{2}'"), {setting.key, text}), {}, settingAdvice(setting)};
 }
 
 } // namespace
 
 std::string settingAdvice(const SettingDescription& setting) {
     if (!setting.choices.empty()) {
-        return adviceForChoices(setting);
+        const char* const advice = setting.takesPaths
+                                       ? translated("give the full path of a picture or one of {1}")
+                                       : translated("give one of {1}");
+        return filled(advice, {listOfChoices(setting)});
     }
     if (setting.kind == SettingKind::boolean) {
-        return "give true or false";
+        return translated("give true or false");
     }
     if (setting.kind == SettingKind::text) {
-        return "give a text in UTF-8 without control characters";
+        return translated("give a text in UTF-8 without control characters");
     }
-    const std::string limits =
-        textOfReal(setting.least.value_or(0)) + " to " + textOfReal(setting.most.value_or(0));
-    return setting.kind == SettingKind::integer ? "give a whole number from " + limits
-                                                : "give a number from " + limits;
+    const char* const advice = setting.kind == SettingKind::integer
+                                   ? translated("give a whole number from {1} to {2}")
+                                   : translated("give a number from {1} to {2}");
+    return filled(advice,
+                  {textOfReal(setting.least.value_or(0)), textOfReal(setting.most.value_or(0))});
 }
 
 Result<PropertyListValue> parseSettingValue(const SettingDescription& setting,
@@ -191,9 +203,7 @@ Result<PropertyListValue> parseSettingValue(const SettingDescription& setting,
                      ? std::nullopt
                      : valueOf(setting, choice != nullptr ? choice->value : text);
     if (!value) {
-        return Error{std::string(setting.key) + " cannot be '" + std::string(text) + "'",
-                     {},
-                     settingAdvice(setting)};
+        return wrongValue(setting, text);
     }
     return *std::move(value);
 }
@@ -211,7 +221,7 @@ std::string settingText(const PropertyListValue& value) {
             } else if constexpr (std::is_same_v<Held, std::string>) {
                 return held;
             } else {
-                return std::string(kindName(value));
+                return translated(kindName(value));
             }
         },
         value.value);
@@ -225,14 +235,13 @@ std::optional<std::string_view> settingLabel(const SettingDescription& setting,
 
 std::optional<Error> checkSettingValue(const SettingDescription& setting,
                                        const PropertyListValue& value) {
-    const std::string key(setting.key);
     if (!hasKind(setting.kind, value)) {
-        return Error{key + " is " + std::string(kindName(value)), {}, settingAdvice(setting)};
+        return Error{filled(translated("{1} is {2}"), {setting.key, translated(kindName(value))}),
+                     {},
+                     settingAdvice(setting)};
     }
-    if (!isPossible(setting, value)) {
-        return Error{key + " cannot be '" + settingText(value) + "'", {}, settingAdvice(setting)};
-    }
-    return std::nullopt;
+    return isPossible(setting, value) ? std::nullopt
+                                      : std::optional(wrongValue(setting, settingText(value)));
 }
 
 } // namespace quorvel::freedesktop

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/ascii_text.h"
+#include "freedesktop/language/messages.h"
 #include "freedesktop/preferences/property_list_change.h"
 #include "freedesktop/preferences/property_list_edit.h"
 #include "freedesktop/preferences/reported_property_list.h"
@@ -75,7 +76,7 @@ bool isBlank(std::span<const std::byte> bytes) {
 
 Result<std::optional<std::string>> bytesOrError(Result<std::string> bytes) {
     if (!bytes) {
-        return Error{bytes.error().what, {}, "change it with an editor"};
+        return Error{bytes.error().what, {}, translated("change it with an editor")};
     }
     return std::optional(*std::move(bytes));
 }
