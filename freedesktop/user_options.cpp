@@ -8,6 +8,7 @@
 #include "freedesktop/bundle/program_folders.h"
 #include "freedesktop/calendars/server/sources_service.h"
 #include "freedesktop/dates/locale_names.h"
+#include "freedesktop/io/user_folder.h"
 #include "freedesktop/session/desktop_settings.h"
 
 namespace quorvel::freedesktop {
@@ -17,16 +18,6 @@ namespace {
 std::string_view environmentValue(const char* name) {
     const char* value = std::getenv(name);
     return value != nullptr ? value : "";
-}
-
-// An empty or relative path in the variable is ignored, as the desktop's base directory rules
-// require.
-std::filesystem::path userFolder(const char* variable, const char* nameAtHome) {
-    std::filesystem::path folder(environmentValue(variable));
-    if (!folder.is_absolute()) {
-        folder = std::filesystem::path(environmentValue("HOME")) / nameAtHome;
-    }
-    return folder / "quorvel";
 }
 
 } // namespace

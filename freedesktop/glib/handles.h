@@ -53,6 +53,11 @@ struct TextsFree {
 };
 using TextsHandle = std::unique_ptr<char*, TextsFree>; // null-terminated
 
+struct UriUnref {
+    void operator()(GUri* uri) const { g_uri_unref(uri); }
+};
+using UriHandle = std::unique_ptr<GUri, UriUnref>;
+
 // Also removes the source from its main context, so that it calls no more.
 struct SourceDestroy {
     void operator()(GSource* source) const {

@@ -1,7 +1,6 @@
 #include "freedesktop/calendars/subscriptions/calendar_address.h"
 
 #include <algorithm>
-#include <memory>
 #include <optional>
 #include <utility>
 
@@ -15,11 +14,6 @@ namespace {
 
 constexpr std::size_t longestUrl = 8192; // bytes
 constexpr std::string_view blanks = " \t\r\n";
-
-struct UriUnref {
-    void operator()(GUri* uri) const { g_uri_unref(uri); }
-};
-using UriHandle = std::unique_ptr<GUri, UriUnref>;
 
 std::string textOf(const char* text) {
     return text != nullptr ? text : "";

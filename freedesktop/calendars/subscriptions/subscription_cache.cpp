@@ -7,13 +7,13 @@
 #include <string_view>
 #include <system_error>
 
-#include <glib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "freedesktop/glib/handles.h"
+#include "freedesktop/glib/text_hash.h"
 #include "freedesktop/io/file_replacement.h"
 #include "freedesktop/io/regular_file.h"
+#include "freedesktop/io/user_folder.h"
 
 namespace quorvel::freedesktop {
 
@@ -24,12 +24,6 @@ namespace {
 constexpr std::size_t digitsOfName = 32;
 constexpr std::size_t largestState = 64 << 10U; // bytes
 constexpr std::size_t longestValue = 8192;
-
-std::string nameOf(const std::string& url) {
-    const TextHandle hash(g_compute_checksum_for_string(G_CHECKSUM_SHA256, url.data(),
-                                                        static_cast<gssize>(url.size())));
-    return std::string(hash.get()).substr(0, digitsOfName);
-}
 
 // One line, as the file has a line for each value.
 std::string lineOf(std::string_view key, std::string_view value) {
@@ -93,8 +87,13 @@ CopyState stateOfText(std::string_view text) {
     return state;
 }
 
+std::string userSubscriptionFolder() {
+    const fs::path folder = userFolder("XDG_CACHE_HOME", ".cache") / "subscriptions";
+    return folder.is_absolute() ? folder.string() : std::string();
+}
+
 std::string SubscriptionCache::folderOf(const std::string& url) const {
-    return m_folder + '/' + nameOf(url);
+    return m_folder + '/' + secureHash(url).substr(0, digitsOfName);
 }
 
 std::string SubscriptionCache::calendarFile(const std::string& url) const {

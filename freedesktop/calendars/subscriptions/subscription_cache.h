@@ -48,6 +48,9 @@ private:
     std::string m_folder;
 };
 
+// $XDG_CACHE_HOME/quorvel/subscriptions; empty: the user has no folder for caches.
+std::string userSubscriptionFolder();
+
 // The parts of the file that holds a state.
 std::string textOfState(const CopyState& state);
 CopyState stateOfText(std::string_view text);

@@ -1,0 +1,103 @@
+#include "freedesktop/network/exchange_error.h"
+
+#include <array>
+#include <string>
+
+namespace quorvel::freedesktop::network {
+
+namespace {
+
+struct CertificateText {
+    GTlsCertificateFlags flag;
+    const char* text;
+};
+
+// The first one that applies is named.
+constexpr std::array<CertificateText, 6> certificateTexts{{
+    {G_TLS_CERTIFICATE_UNKNOWN_CA, "is not signed by an authority that this machine knows"},
+    {G_TLS_CERTIFICATE_BAD_IDENTITY, "is for another host"},
+    {G_TLS_CERTIFICATE_EXPIRED, "has expired"},
+    {G_TLS_CERTIFICATE_NOT_ACTIVATED, "is not valid yet"},
+    {G_TLS_CERTIFICATE_REVOKED, "has been revoked"},
+    {G_TLS_CERTIFICATE_INSECURE, "is not secure enough"},
+}};
+
+Error errorOf(std::string what) {
+    return {std::move(what), {}, {}};
+}
+
+Error certificateError(GTlsCertificateFlags flags) {
+    for (const CertificateText& candidate : certificateTexts) {
+        if ((flags & candidate.flag) != 0) {
+            return errorOf(std::string("the server's certificate ") + candidate.text);
+        }
+    }
+    return errorOf("the server's certificate is not valid");
+}
+
+bool isUnreachable(const GError& error) {
+    for (const GIOErrorEnum code : {G_IO_ERROR_CONNECTION_REFUSED, G_IO_ERROR_HOST_UNREACHABLE,
+                                    G_IO_ERROR_NETWORK_UNREACHABLE, G_IO_ERROR_HOST_NOT_FOUND}) {
+        if (g_error_matches(&error, G_IO_ERROR, code) != FALSE) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool isBrokenOff(const GError& error) {
+    for (const GIOErrorEnum code : {G_IO_ERROR_PARTIAL_INPUT, G_IO_ERROR_CONNECTION_CLOSED}) {
+        if (g_error_matches(&error, G_IO_ERROR, code) != FALSE) {
+            return true;
+        }
+    }
+    return g_error_matches(&error, G_TLS_ERROR, G_TLS_ERROR_EOF) != FALSE;
+}
+
+} // namespace
+
+Error exchangeError(const GError& error, GTlsCertificateFlags certificateErrors) {
+    if (certificateErrors != G_TLS_CERTIFICATE_NO_FLAGS ||
+        g_error_matches(&error, G_TLS_ERROR, G_TLS_ERROR_BAD_CERTIFICATE) != FALSE) {
+        return certificateError(certificateErrors);
+    }
+    if (error.domain == G_RESOLVER_ERROR) {
+        return errorOf("the server's name cannot be resolved");
+    }
+    if (isUnreachable(error)) {
+        return errorOf("the server cannot be reached");
+    }
+    if (g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE) {
+        return errorOf("the server does not answer");
+    }
+    if (isBrokenOff(error)) {
+        return errorOf("the server's answer breaks off");
+    }
+    if (error.domain == G_TLS_ERROR) {
+        return errorOf("no protected connection to the server can be made");
+    }
+    return errorOf(std::string("the server's answer cannot be read (") +
+                   g_quark_to_string(error.domain) + " " + std::to_string(error.code) + ")");
+}
+
+Error statusError(unsigned status) {
+    const std::string number = " (status " + std::to_string(status) + ")";
+    switch (status) {
+    case 401:
+        return {"the server asks for a name and a password",
+                {},
+                "store them with 'quorvel settings calendars --subscribe ADDRESS --user NAME'"};
+    case 403:
+        return errorOf("the server does not permit to read it" + number);
+    case 404:
+    case 410:
+        return errorOf("the server has no such calendar" + number);
+    case 429:
+        return errorOf("the server was asked too often" + number);
+    default:
+        return errorOf(
+            (status >= 500 ? "the server has an error" : "the server refuses to send it") + number);
+    }
+}
+
+} // namespace quorvel::freedesktop::network

@@ -1,0 +1,63 @@
+#include "freedesktop/network/redirect.h"
+
+#include <glib.h>
+
+#include "base/ascii_text.h"
+#include "freedesktop/glib/handles.h"
+
+namespace quorvel::freedesktop::network {
+
+namespace {
+
+constexpr auto uriFlags = static_cast<GUriFlags>(
+    G_URI_FLAGS_HAS_PASSWORD | G_URI_FLAGS_ENCODED_PATH | G_URI_FLAGS_ENCODED_QUERY |
+    G_URI_FLAGS_ENCODED_FRAGMENT | G_URI_FLAGS_SCHEME_NORMALIZE);
+
+Error invalidTarget() {
+    return {"the server redirects to an invalid address", {}, {}};
+}
+
+Result<WebAddress> webAddressOf(GUri* uri) {
+    const char* const host = g_uri_get_host(uri);
+    if (host == nullptr || *host == '\0' || g_uri_get_userinfo(uri) != nullptr) {
+        return invalidTarget();
+    }
+    const TextHandle url(g_uri_to_string(uri));
+    return WebAddress{url.get(), g_uri_get_scheme(uri), asciiLowerCase(host), g_uri_get_port(uri)};
+}
+
+} // namespace
+
+Result<WebAddress> parseWebAddress(const std::string& url) {
+    const UriHandle uri(g_uri_parse(url.c_str(), uriFlags, nullptr));
+    const std::string scheme = uri ? g_uri_get_scheme(uri.get()) : "";
+    if (scheme != "https" && scheme != "http") {
+        return Error{"this is no valid address", {}, {}};
+    }
+    Result<WebAddress> address = webAddressOf(uri.get());
+    return address ? address : Error{"this is no valid address", {}, {}};
+}
+
+Result<WebAddress> redirectTarget(const WebAddress& from, const std::string& location) {
+    const UriHandle base(g_uri_parse(from.url.c_str(), uriFlags, nullptr));
+    const UriHandle uri(base ? g_uri_parse_relative(base.get(), location.c_str(), uriFlags, nullptr)
+                             : nullptr);
+    if (!uri) {
+        return invalidTarget();
+    }
+    const std::string scheme = g_uri_get_scheme(uri.get());
+    if (scheme != "https" && scheme != "http") {
+        return Error{"the server redirects to an address that begins with '" +
+                         scheme.substr(0, 20) + ":', which is not followed",
+                     {},
+                     {}};
+    }
+    Result<WebAddress> target = webAddressOf(uri.get());
+    if (target && scheme == "http" && (from.scheme != "http" || target->host != from.host)) {
+        return Error{
+            "the server redirects to an unprotected address, which begins with 'http:'", {}, {}};
+    }
+    return target;
+}
+
+} // namespace quorvel::freedesktop::network
