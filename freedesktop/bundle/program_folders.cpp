@@ -32,6 +32,8 @@ ProgramFolders programFolders(const std::string& executableFolder) {
         besideOrInstalled(folder / "share/quorvel", commands / QUORVEL_RELATIVE_DATA_FOLDER),
         besideOrInstalled(folder / "quorvel-window",
                           commands / QUORVEL_RELATIVE_HELPER_FOLDER / "quorvel-window"),
+        besideOrInstalled(folder / "quorvel", commands / "quorvel"),
+        besideOrInstalled(folder / "quorvel-settings", commands / "quorvel-settings"),
         besideOrInstalled(folder / "quorvel-eds.so",
                           commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "quorvel-eds.so"),
         besideOrInstalled(folder / "quorvel-layer-shell.so",
