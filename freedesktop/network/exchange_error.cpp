@@ -71,7 +71,7 @@ Error exchangeError(const GError& error, GTlsCertificateFlags certificateErrors)
         return errorOf("the server does not answer");
     }
     if (isBrokenOff(error)) {
-        return errorOf("the server's answer breaks off");
+        return errorOf("the server's answer is incomplete");
     }
     if (error.domain == G_TLS_ERROR) {
         return errorOf("no protected connection to the server can be made");

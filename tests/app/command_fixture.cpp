@@ -96,12 +96,12 @@ pid_t spawn(const std::string& program, const std::vector<std::string>& argument
 
 RunResult spawnAndRead(const std::string& program, const std::vector<std::string>& arguments,
                        const std::map<std::string, std::string>& environment,
-                       const std::string& outputPath) {
+                       const std::string& inputPath, const std::string& outputPath) {
     Pipe output;
     Pipe errors;
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, inputPath.c_str(), O_RDONLY, 0);
     if (outputPath.empty()) {
         posix_spawn_file_actions_adddup2(&actions, output.end(1), STDOUT_FILENO);
     } else {
@@ -149,17 +149,17 @@ CommandTest::~CommandTest() {
 }
 
 RunResult CommandTest::run(const std::vector<std::string>& arguments) const {
-    return spawnAndRead(QUORVEL_PROGRAM, arguments, m_environment, {});
+    return spawnAndRead(QUORVEL_PROGRAM, arguments, m_environment, m_standardInput, {});
 }
 
 RunResult CommandTest::runProgram(const std::string& program,
                                   const std::vector<std::string>& arguments) const {
-    return spawnAndRead(program, arguments, m_environment, {});
+    return spawnAndRead(program, arguments, m_environment, m_standardInput, {});
 }
 
 RunResult CommandTest::runInto(const std::string& outputPath,
                                const std::vector<std::string>& arguments) const {
-    return spawnAndRead(QUORVEL_PROGRAM, arguments, m_environment, outputPath);
+    return spawnAndRead(QUORVEL_PROGRAM, arguments, m_environment, m_standardInput, outputPath);
 }
 
 void CommandTest::addMissing(std::vector<std::string>& arguments) const {

@@ -59,6 +59,7 @@ protected:
     std::vector<std::string> files() const;
 
     std::map<std::string, std::string> m_environment;
+    std::string m_standardInput = "/dev/null"; // the file that programs get as standard input
 
 private:
     void addMissing(std::vector<std::string>& arguments) const;

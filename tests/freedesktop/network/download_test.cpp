@@ -299,14 +299,14 @@ TEST_F(DownloadTest, DecompressedContentIsBounded) {
 
 TEST_F(DownloadTest, ContentThatBreaksOffIsAnError) {
     server.on("/length", answering("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nBEGIN:"));
-    EXPECT_EQ(fetch(server.url("/length")), "error: the server's answer breaks off");
+    EXPECT_EQ(fetch(server.url("/length")), "error: the server's answer is incomplete");
 }
 
 TEST_F(DownloadTest, AnswerThatIsNoneIsAnError) {
     server.on("/a", answering("nonsense\r\n\r\n"));
     EXPECT_EQ(fetch(server.url("/a")).substr(0, 6), "error:");
     server.on("/a", answering(""));
-    EXPECT_EQ(fetch(server.url("/a")), "error: the server's answer breaks off");
+    EXPECT_EQ(fetch(server.url("/a")), "error: the server's answer is incomplete");
 }
 
 TEST_F(DownloadTest, UnreachableServersAreNamed) {
