@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 #include <CLI/CLI.hpp>
 
 #include "app/help.h"
+#include "app/settings_command.h"
+#include "base/ascii_text.h"
 #include "freedesktop/language/messages.h"
 #include "freedesktop/text/text_lines.h"
 #include "shells/headless/script.h"
@@ -22,6 +25,7 @@ constexpr double greatestWidth = 100000;
 constexpr double greatestScale = 64;
 constexpr double longestWait = 600; // seconds
 constexpr std::string_view helpWord = "help";
+constexpr std::string_view settingsWord = "settings";
 
 // As written on the command line.
 struct NumberTexts {
@@ -35,7 +39,7 @@ struct NumberTexts {
 // The arguments that are no options.
 struct CommandWords {
     std::string command;
-    std::string topic; // of the command `help`
+    std::vector<std::string> others; // only of `help` and `settings`
 };
 
 // The library accepts every option with every command; checkOptionsOfCommand() then refuses those
@@ -50,7 +54,7 @@ void declareOptions(CLI::App& app, CommandLine& line, NumberTexts& numbers, Comm
     app.set_help_flag();
     app.allow_extras();
     app.add_option("command", words.command);
-    app.add_option("topic", words.topic);
+    app.add_option("others", words.others);
     app.add_flag("-h,--help", line.wantsHelp);
     app.add_flag("-V,--version", line.wantsVersion);
     addList("--calendars", line.calendars);
@@ -79,6 +83,11 @@ void declareOptions(CLI::App& app, CommandLine& line, NumberTexts& numbers, Comm
     addValue("--anchor", line.anchor);
     addValue("--margin", line.margin);
     addList("--do", line.steps);
+    addList("--reset", line.resetSettings);
+    app.add_flag("--check", line.checksSettings);
+    app.add_option("--choose", line.chosenCalendars);
+    app.add_flag("--all", line.choosesAll);
+    app.add_flag("--follow-desktop", line.followsDesktop);
 }
 
 Error usageError(const std::string& what) {
@@ -117,7 +126,12 @@ Result<void> checkSwitches(const CLI::App& app, int argc, const char* const* arg
     return {};
 }
 
-Result<void> parseArguments(CLI::App& app, int argc, const char* const* argv) {
+// The library takes a negative number for an option, but it may be the value of a setting.
+bool isNegativeNumber(std::string_view text) {
+    return text.size() > 1 && text[0] == '-' && (isAsciiDigit(text[1]) || text[1] == '.');
+}
+
+Result<void> parseArguments(CLI::App& app, int argc, const char* const* argv, CommandWords& words) {
     if (const Result<void> checked = checkSwitches(app, argc, argv); !checked) {
         return checked;
     }
@@ -127,6 +141,10 @@ Result<void> parseArguments(CLI::App& app, int argc, const char* const* argv) {
         return parseError(error);
     }
     for (const std::string& extra : app.remaining()) {
+        if (words.command == settingsWord && isNegativeNumber(extra)) {
+            words.others.push_back(extra);
+            continue;
+        }
         if (extra.starts_with('-')) {
             return usageError(filled(translated("unknown option '{1}'"), {extra}));
         }
@@ -137,7 +155,7 @@ Result<void> parseArguments(CLI::App& app, int argc, const char* const* argv) {
 
 Result<Command> commandNamed(const std::string& name) {
     for (const Command command : {Command::agenda, Command::snapshot, Command::calendars,
-                                  Command::inspect, Command::show}) {
+                                  Command::inspect, Command::show, Command::settings}) {
         if (commandName(command) == name) {
             return command;
         }
@@ -235,9 +253,18 @@ Result<void> parseNumbers(const CLI::App& app, const NumberTexts& texts, Command
 Result<void> readCommandWords(const CLI::App& app, CommandWords words, CommandLine& line) {
     if (words.command == helpWord) {
         line.wantsHelp = true;
-        words.command = words.topic == helpWord ? std::string() : words.topic;
-    } else if (app.count("topic") > 0) {
-        return usageError("'" + words.topic + "' is one argument too many");
+        words.command.clear();
+        if (!words.others.empty() && words.others.front() != helpWord) {
+            words.command = words.others.front();
+        }
+        words.others.erase(words.others.begin(),
+                           words.others.begin() + (words.others.empty() ? 0 : 1));
+    } else if (words.command == settingsWord) {
+        line.settingsWords = std::exchange(words.others, {});
+    }
+    if (!words.others.empty()) {
+        return usageError(
+            filled(translated("'{1}' is one argument too many"), {words.others.front()}));
     }
     line.hasCommand = line.wantsHelp ? !words.command.empty() : app.count("command") > 0;
     if (!line.hasCommand) {
@@ -262,6 +289,9 @@ Result<void> checkCommand(const CLI::App& app, const NumberTexts& numbers, Comma
     if (const Result<void> parsed = parseNumbers(app, numbers, line); !parsed) {
         return parsed;
     }
+    if (line.command == Command::settings) {
+        return checkSettingsLine(line);
+    }
     if (line.command == Command::snapshot && line.output.empty()) {
         return Error{translated("no file to draw to"),
                      {},
@@ -278,7 +308,7 @@ Result<CommandLine> parseCommandLine(int argc, const char* const* argv) {
     CommandWords words;
     CLI::App app;
     declareOptions(app, line, numbers, words);
-    if (const Result<void> parsed = parseArguments(app, argc, argv); !parsed) {
+    if (const Result<void> parsed = parseArguments(app, argc, argv, words); !parsed) {
         return parsed.error();
     }
     if (const Result<void> read = readCommandWords(app, words, line); !read) {

@@ -9,7 +9,7 @@
 
 namespace quorvel::app {
 
-enum class Command { agenda, snapshot, calendars, inspect, show };
+enum class Command { agenda, snapshot, calendars, inspect, show, settings };
 
 struct CommandLine {
     Command command = Command::agenda;
@@ -45,6 +45,14 @@ struct CommandLine {
     std::optional<std::string> anchor;     // show
     std::optional<std::string> margin;     // show
     std::vector<std::string> steps;        // inspect
+
+    // settings
+    std::vector<std::string> settingsWords; // the arguments behind the command
+    std::vector<std::string> resetSettings;
+    bool checksSettings = false;
+    std::vector<std::string> chosenCalendars; // titles or identifiers
+    bool choosesAll = false;                  // of the calendars
+    bool followsDesktop = false;              // in the choice of calendars
 };
 
 // Options may precede and follow the command. An error is wrong usage.

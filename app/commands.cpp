@@ -13,6 +13,8 @@
 #include "app/messages.h"
 #include "app/program_bundle.h"
 #include "app/program_setup.h"
+#include "app/settings_calendars.h"
+#include "app/settings_command.h"
 #include "freedesktop/freedesktop_platform.h"
 #include "freedesktop/graphics/snapshot.h"
 #include "freedesktop/language/messages.h"
@@ -91,6 +93,10 @@ public:
             return printCalendars();
         case Command::inspect:
             return inspect();
+        case Command::settings:
+            return runSettingsCalendars(
+                m_line, m_setup.platform.preferencesFolder, headless::readCalendars(m_session),
+                [this](auto name) { return m_platform.storeOfCalendar(name); });
         case Command::show:
             break;
         }
@@ -191,6 +197,9 @@ CommandResult<void> runCommand(int argc, const char* const* argv, const ShowComm
     }
     if (line->wantsVersion) {
         return printOutput(versionText());
+    }
+    if (line->command == Command::settings && !isAboutCalendars(*line)) {
+        return runSettingsCommand(*line);
     }
     return line->command == Command::show ? show(*line) : runHeadlessCommand(*line);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <vector>
 
 #include "freedesktop/language/messages.h"
 
@@ -25,7 +26,7 @@ struct CommandText {
     const char* description;
 };
 
-constexpr std::array<CommandText, 5> commandTexts{{
+constexpr std::array<CommandText, 6> commandTexts{{
     {Command::agenda, "agenda", "quorvel agenda [--json] [OPTION]...",
      translatable("print the rows of the widget"),
      translatable(
@@ -64,6 +65,20 @@ constexpr std::array<CommandText, 5> commandTexts{{
          "  Ctrl+?             show the keyboard shortcuts\n"
          "  Escape, Ctrl+W, Ctrl+Q\n"
          "                     close the window\n")},
+    {Command::settings, "settings",
+     "quorvel settings [--json] [OPTION]...\n"
+     "       quorvel settings KEY [VALUE] [OPTION]...\n"
+     "       quorvel settings --reset KEY [OPTION]...\n"
+     "       quorvel settings --check [OPTION]...\n"
+     "       quorvel settings calendars [--choose NAME...|--all|--follow-desktop]\n"
+     "                                  [--json] [OPTION]...",
+     translatable("list, change and check the settings"),
+     translatable(
+         "Lists the settings with their values and which of them are set; prints or sets one;\n"
+         "or checks the files for mistakes, which the widget ignores. A value is true or false\n"
+         "(also yes, no, on, off), a number, the name of a colour or its code, or one of the\n"
+         "choices that 'quorvel settings --json' lists. Nothing else in the files changes.\n"
+         "With 'calendars', lists the calendars and whether each is shown, or chooses some.\n")},
     {Command::inspect, "inspect", "quorvel inspect [--do STEP]... [OPTION]...",
      translatable("run a script of host events and print everything as JSON"),
      translatable(
@@ -91,46 +106,61 @@ constexpr std::array<CommandText, 5> commandTexts{{
 
 struct CommandOption {
     OptionText option;
-    std::array<Command, 2> commands; // the same one twice where only one takes the option
+    std::vector<Command> commands;
 };
 
-constexpr std::array<CommandOption, 12> commandOptions{{
+const std::array<CommandOption, 17> commandOptions{{
     {{"--json", "--json", translatable("one JSON array instead of text")},
-     {Command::agenda, Command::calendars}},
+     {Command::agenda, Command::calendars, Command::settings}},
     {{"--output", "-o, --output FILE", translatable("the file to draw to: .png, .svg or .pdf")},
-     {Command::snapshot, Command::snapshot}},
-    {{"--scale", "--scale N", translatable("pixels a point (1)")},
-     {Command::snapshot, Command::snapshot}},
+     {Command::snapshot}},
+    {{"--scale", "--scale N", translatable("pixels a point (1)")}, {Command::snapshot}},
     {{"--text-scale", "--text-scale N",
       translatable("how much every font is enlarged, from 0.5 to 3 (1)")},
-     {Command::snapshot, Command::snapshot}},
+     {Command::snapshot}},
     {{"--appearance", "--appearance NAME",
       translatable("light, dark or high-contrast: the backdrop, and the colours of the\n"
                    "texts for which the settings choose none (dark)")},
-     {Command::snapshot, Command::snapshot}},
+     {Command::snapshot}},
     {{"--background", "--background COLOR",
       translatable("what lies behind the widget: #RGB, #RRGGBB, #RRGGBBAA, a common\n"
                    "name, or none (the backdrop of the appearance)")},
      {Command::snapshot, Command::show}},
     {{"--decorated", "--decorated", translatable("no effect: the window always has a header")},
-     {Command::show, Command::show}},
+     {Command::show}},
     {{"--layer", "--layer LAYER",
       translatable("background, bottom, top or overlay: a layer of the desktop instead\n"
                    "of a window")},
-     {Command::show, Command::show}},
+     {Command::show}},
     {{"--anchor", "--anchor EDGES",
       translatable("the edges of the output at which the layer lies: some of top, right,\n"
                    "bottom and left, with commas between (none: in the middle)")},
-     {Command::show, Command::show}},
+     {Command::show}},
     {{"--margin", "--margin N[,N,N,N]",
       translatable("points between the layer and the edges at which it lies: of all, or\n"
                    "of top,right,bottom,left (0)")},
-     {Command::show, Command::show}},
+     {Command::show}},
     {{"--output", "--output NAME",
       translatable("the output that shows the layer, such as DP-1 (the desktop's choice)")},
-     {Command::show, Command::show}},
+     {Command::show}},
     {{"--do", "--do STEP", translatable("a step of the script; may be given again")},
-     {Command::inspect, Command::inspect}},
+     {Command::inspect}},
+    {{"--reset", "--reset KEY",
+      translatable("remove the setting from the file, so that it has its default; may be\n"
+                   "given again")},
+     {Command::settings}},
+    {{"--check", "--check",
+      translatable("name misspelt settings, wrong values and files that cannot be read,\n"
+                   "with line and column; exit status 1 if there are any")},
+     {Command::settings}},
+    {{"--choose", "--choose NAME...",
+      translatable("show these calendars, by their titles or identifiers, and no others")},
+     {Command::settings}},
+    {{"--all", "--all", translatable("show all calendars that there are now")},
+     {Command::settings}},
+    {{"--follow-desktop", "--follow-desktop",
+      translatable("show the calendars that the calendar application has switched on")},
+     {Command::settings}},
 }};
 
 constexpr std::array<OptionText, 17> commonOptions{{

@@ -9,6 +9,7 @@
 
 #include "app/layer_choice.h"
 #include "app/messages.h"
+#include "app/preferences_choice.h"
 #include "app/sample.h"
 #include "base/ascii_text.h"
 #include "freedesktop/bundle/program_folders.h"
@@ -167,16 +168,6 @@ std::string indexFolderOf(const CommandLine& line) {
     return line.noCache ? std::string() : freedesktop::userIndexFolder();
 }
 
-std::string preferencesFolderOf(const CommandLine& line, const std::string& dataFolder) {
-    if (line.preferences) {
-        return *line.preferences;
-    }
-    if (line.sample) {
-        return sampleFolder(dataFolder) + "/Preferences";
-    }
-    return freedesktop::userPreferencesFolder();
-}
-
 using Logs = std::vector<std::shared_ptr<platform::SystemLog>>;
 
 CommandResult<std::shared_ptr<platform::SystemLog>> mainLogOf(const CommandLine& line) {
@@ -305,10 +296,11 @@ FreedesktopOptions uncheckedOptions(const CommandLine& line,
     options.fontFamily = line.font;
     options.dataFolder = folders.data;
     options.dataServerModule = folders.dataServerModule;
-    options.preferencesFolder = preferencesFolderOf(line, folders.data);
+    options.preferencesFolder = preferencesFolderOf(line);
     options.foundationVersionNumber =
         line.foundationVersion.value_or(options.foundationVersionNumber);
     options.calendarProblemHandler = reportCalendarProblem;
+    options.preferencesProblemHandler = reportPreferencesProblem;
     options.calendarIndexFolder = indexFolderOf(line);
     options.dataServerWaits = dataServerWaitsOf(line);
     options.linkProgram = freedesktop::userLinkProgram();
@@ -318,7 +310,8 @@ FreedesktopOptions uncheckedOptions(const CommandLine& line,
     options.followsLocale = !line.locale;
     options.clockFormat =
         line.locale ? freedesktop::ClockFormat::ofLocale : freedesktop::desktopClockFormat();
-    options.measuresText = line.command != Command::agenda && line.command != Command::calendars;
+    options.measuresText = line.command != Command::agenda && line.command != Command::calendars &&
+                           line.command != Command::settings;
     options.clockRuns = line.command == Command::show;
     if (line.command == Command::show) {
         options.calendarWaits.emplace();
@@ -361,6 +354,9 @@ CommandResult<FreedesktopOptions> platformOptions(const CommandLine& line,
 } // namespace
 
 CommandResult<ProgramSetup> makeProgramSetup(const CommandLine& line) {
+    if (const CommandResult<void> checked = checkPreferencesFolder(line); !checked) {
+        return checked.error();
+    }
     const freedesktop::ProgramFolders folders = freedesktop::programFolders();
     CommandResult<std::shared_ptr<const TimeZone>> zone = timeZoneOf(line);
     if (!zone) {

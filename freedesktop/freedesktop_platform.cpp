@@ -76,6 +76,7 @@ struct FreedesktopPlatform::Services {
         if (options.calendarWaits) {
             calendars.setWaits(*options.calendarWaits);
         }
+        preferences.setProblemHandler(std::move(options.preferencesProblemHandler));
         preferences.setDeselectedCalendars([this] { return calendars.deselected(); });
         if (options.now && options.clockRuns) {
             clock.runFrom(*options.now);

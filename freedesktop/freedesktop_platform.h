@@ -45,6 +45,8 @@ struct FreedesktopOptions {
     // both.
     std::optional<DataServerWaits> backgroundServerWaits;
     std::function<void(const CalendarProblem&)> calendarProblemHandler;
+    // Called for a file of settings that cannot be read, see PreferencesFolder. Null: none.
+    std::function<void(const Error&)> preferencesProblemHandler;
     std::string calendarIndexFolder; // empty: no index
     // How long a host that stays waits for its calendars, see setCalendarsChangedHandler(). Absent:
     // until they have been read.

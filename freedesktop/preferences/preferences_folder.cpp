@@ -83,7 +83,11 @@ Result<std::optional<Kind>> PreferencesFolder::failure(const std::string& path, 
     std::string& logged = m_logged[path];
     if (logged != error.what) {
         logged = error.what;
-        m_log.log("cannot read " + path + ": " + error.what);
+        const std::string place = error.where.empty() ? path : path + ':' + error.where;
+        m_log.log("cannot read " + place + ": " + error.what);
+        if (m_onProblem) {
+            m_onProblem({error.what, place, {}});
+        }
     }
     return error;
 }

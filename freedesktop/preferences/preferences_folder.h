@@ -21,8 +21,8 @@ inline constexpr double defaultFoundationVersionNumber = 1047.25;
 bool mayHoldPropertyList(std::string_view name);
 
 // Maps the preferences directories of the platform to the folder; such a path cannot leave it.
-// Other paths are used unchanged. Logs a file that exists but cannot be read, once until it
-// changes.
+// Other paths are used unchanged. Logs and reports a file that exists but cannot be read, once
+// until it changes.
 class PreferencesFolder final : public platform::Preferences {
 public:
     // The log must outlive this. The folder need not exist.
@@ -35,6 +35,11 @@ public:
     // calendar application. It is called on each use. Null: no calendar is hidden.
     void setDeselectedCalendars(std::function<std::vector<std::string>()> deselected) {
         m_deselectedCalendars = std::move(deselected);
+    }
+
+    // The `where` of the error is "PATH" or "PATH:LINE:COLUMN", its `toDo` is empty. Null: none.
+    void setProblemHandler(std::function<void(const Error&)> onProblem) {
+        m_onProblem = std::move(onProblem);
     }
 
     double foundationVersionNumber() const override { return m_foundationVersionNumber; }
@@ -63,7 +68,8 @@ private:
     double m_foundationVersionNumber;
     platform::SystemLog& m_log;
     std::function<std::vector<std::string>()> m_deselectedCalendars;
-    std::map<std::string, std::string> m_logged; // the last error by path
+    std::function<void(const Error&)> m_onProblem; // may be null
+    std::map<std::string, std::string> m_logged;   // the last error by path
 };
 
 } // namespace quorvel::freedesktop

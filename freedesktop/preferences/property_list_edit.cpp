@@ -12,6 +12,7 @@
 #include "freedesktop/preferences/old_property_list.h"
 #include "freedesktop/preferences/property_list_file.h"
 #include "freedesktop/preferences/text_encoding.h"
+#include "freedesktop/preferences/text_position.h"
 #include "freedesktop/preferences/xml_places.h"
 #include "freedesktop/preferences/xml_property_list.h"
 
@@ -105,9 +106,17 @@ PropertyListValue expectedDictionary(PropertyListDictionary list, const Dictiona
     return {std::move(list)};
 }
 
+// Absent also for the binary form.
+std::optional<EditableText> editable(std::string_view raw, PropertyListForm form) {
+    if (form == PropertyListForm::binary) {
+        return std::nullopt;
+    }
+    return form == PropertyListForm::xml ? editableXml(raw) : editableOldText(raw);
+}
+
 Result<std::string> changedText(std::string_view raw, PropertyListForm form,
                                 const DictionaryChanges& changes) {
-    const auto source = form == PropertyListForm::xml ? editableXml(raw) : editableOldText(raw);
+    const auto source = editable(raw, form);
     if (!source) {
         return cannotEdit();
     }
@@ -169,6 +178,16 @@ Result<std::string> newDictionary(const DictionaryChanges& entries) {
 
 Result<std::string> newArray(const PropertyListArray& items) {
     return changedArray(std::as_bytes(std::span(emptyArray)), {}, items);
+}
+
+std::map<std::string, std::string> placesOfKeys(std::span<const std::byte> bytes) {
+    std::map<std::string, std::string> positions;
+    if (const auto source = editable(textOf(bytes), formOfPropertyList(bytes))) {
+        for (const EntryPlace& entry : source->places.entries) {
+            positions.insert_or_assign(entry.key, positionText(source->text, entry.start));
+        }
+    }
+    return positions;
 }
 
 bool areSame(const PropertyListValue& first, const PropertyListValue& second) {

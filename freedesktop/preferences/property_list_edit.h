@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <span>
 #include <string>
 
@@ -28,6 +29,9 @@ Result<std::string> changedArray(std::span<const std::byte> bytes,
 // A new list in XML.
 Result<std::string> newDictionary(const DictionaryChanges& entries);
 Result<std::string> newArray(const platform::PropertyListArray& items);
+
+// Where the keys of a dictionary stand: "LINE:COLUMN" by key. Empty for the binary form.
+std::map<std::string, std::string> placesOfKeys(std::span<const std::byte> bytes);
 
 // Numbers that are no numbers are the same, too.
 bool areSame(const platform::PropertyListValue& first, const platform::PropertyListValue& second);

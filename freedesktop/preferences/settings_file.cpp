@@ -116,6 +116,16 @@ Result<PropertyListDictionary> SettingsFile::read() const {
     return settings;
 }
 
+std::string SettingsFile::placeOf(const std::string& key) const {
+    const auto bytes = readListBytes(m_path);
+    if (!bytes || !*bytes) {
+        return m_path;
+    }
+    const auto positions = placesOfKeys(**bytes);
+    const auto found = positions.find(key);
+    return found == positions.end() ? m_path : m_path + ':' + found->second;
+}
+
 Result<void> SettingsFile::change(const SettingChanges& changes) const {
     return changePropertyListFile(
         m_path, [&](const auto& bytes) { return edited(bytes, changes, m_path); });

@@ -28,6 +28,9 @@ public:
     // names the file, with line and column if they are known.
     Result<platform::PropertyListDictionary> read() const;
 
+    // Where a key stands: "PATH:LINE:COLUMN" if that is known, else "PATH".
+    std::string placeOf(const std::string& key) const;
+
     // All of the changes or none, see changePropertyListFile(). Other keys, comments, form and
     // encoding of the file stay; a file that cannot be read is not changed. Without a difference
     // nothing is written. Values are booleans, numbers and texts.

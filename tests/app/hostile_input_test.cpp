@@ -89,7 +89,7 @@ TEST_F(HostileInputTest, LogsPropertyListsWithANul) {
         const std::filesystem::path file = write("preferences/" + name, list);
         const RunResult result = runHere({"inspect", "--do", "present", "--verbose"});
         EXPECT_EQ(result.status, 0);
-        EXPECT_NE(result.errors.find(name + ": the XML has a character that XML forbids"),
+        EXPECT_NE(result.errors.find(name + ":1:24: the XML has a character that XML forbids"),
                   std::string::npos)
             << result.errors;
         std::filesystem::remove(file);
