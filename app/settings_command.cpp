@@ -11,6 +11,7 @@
 #include "app/preferences_choice.h"
 #include "app/setting_problems.h"
 #include "freedesktop/language/messages.h"
+#include "freedesktop/plain_text/terminal_line.h"
 #include "freedesktop/preferences/setting_descriptions.h"
 #include "freedesktop/preferences/setting_value.h"
 #include "freedesktop/preferences/settings_file.h"
@@ -89,8 +90,9 @@ CommandResult<void> printSetting(const CommandLine& line, const SettingDescripti
         return operationFailure(settings.error());
     }
     const ListedSetting entry = listed(setting, *settings);
-    return printText(line.json ? headless::settingDocument(entry)
-                               : freedesktop::settingText(entry.value) + '\n');
+    return printText(line.json
+                         ? headless::settingDocument(entry)
+                         : freedesktop::terminalLine(freedesktop::settingText(entry.value)) + '\n');
 }
 
 CommandResult<void> change(const std::string& folder, const SettingChanges& changes) {
@@ -126,7 +128,8 @@ CommandResult<void> resetSettings(const std::vector<std::string>& keys, const st
 CommandResult<void> checkSettings(const std::string& folder) {
     std::vector<Error> problems = settingProblems(folder);
     if (problems.empty()) {
-        return printText(filled(translated("The settings in '{1}' are right.\n"), {folder}));
+        return printText(filled(translated("The settings in '{1}' are right.\n"),
+                                {freedesktop::terminalLine(folder)}));
     }
     for (std::size_t i = 0; i + 1 < problems.size(); ++i) {
         printError(problems[i]);

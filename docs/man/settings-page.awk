@@ -1,7 +1,18 @@
-# Puts the table of settings into the manual page: reads the table (tab-separated, first line the
-# names of its columns), then the page, in which it replaces the line "@SETTINGS@".
+# Puts the tables of colours and settings into the manual page: reads the tables (tab-separated, first
+# line the names of the columns), then the page, in which it replaces the lines "@COLOURS@" and
+# "@SETTINGS@".
 
 BEGIN { FS = "\t" }
+
+FNR == 1 { ++file }
+file < 3 && FNR == 1 { next }
+
+# A colour without a value is that of the calendar, which the page explains itself.
+file == 1 {
+    if ($3 != "")
+        colours = colours $1 "  " $2 "\n"
+    next
+}
 
 # Escapes a text for roff: a backslash or a hyphen is printed as typed, and no line is read as a
 # request.
@@ -13,14 +24,18 @@ function roff(text) {
     return text
 }
 
-FNR == NR {
-    if (FNR > 1 && NF != 7) {
+file == 2 {
+    if (NF != 7) {
         printf "%s:%d: a setting has seven columns\n", FILENAME, FNR > "/dev/stderr"
         failed = 1
         exit 1
     }
-    if (FNR > 1)
-        settings[++count] = $0
+    settings[++count] = $0
+    next
+}
+
+$0 == "@COLOURS@" {
+    printf "%s", colours
     next
 }
 

@@ -265,6 +265,27 @@ TEST_P(HostileTextTest, InTheLog) {
     }
 }
 
+TEST_P(HostileTextTest, InTheSettings) {
+    std::string quoted;
+    for (const char c : hostile()) {
+        quoted += std::string(c == '"' || c == '\\' ? "\\" : "") + c;
+    }
+    write("preferences/org.quorvel.quorvelprefs.plist",
+          "{ customLaunchAppBundleID = \"" + quoted + "\"; iconFile = \"/none" + quoted +
+              "\"; \"key" + quoted + "\" = 1; onlySelectedCalendars = NO; }");
+    write("preferences/org.quorvel.quorvel.calendars.plist", "(\"id" + quoted + "\")");
+    expectHarmlessRun({"settings"});
+    expectHarmlessRun({"settings", "customLaunchAppBundleID"});
+    expectHarmlessRun({"settings", "--check"});
+    expectHarmlessRun({"settings", "calendars"});
+    expectHarmlessDocument(runHere({"settings", "--json"}).output, "settings --json");
+    expectHarmlessError({"settings", hostile() + "x"});
+    expectHarmlessError({"settings", "textSize", hostile() + "x"});
+    expectHarmlessError({"settings", "textSize", "1", hostile() + "x"});
+    expectHarmlessError({"settings", "--reset", hostile() + "x"});
+    expectHarmlessError({"settings", "calendars", "--choose", hostile() + "x"});
+}
+
 TEST_P(HostileTextTest, InABundle) {
     const std::string folder = path("Other" + hostile() + ".bundle").string();
     const auto expectBundleError = [&](const std::string& executable) {
