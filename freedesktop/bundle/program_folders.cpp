@@ -33,6 +33,8 @@ ProgramFolders programFolders(const std::string& executableFolder) {
         besideOrInstalled(folder / "quorvel-window",
                           commands / QUORVEL_RELATIVE_HELPER_FOLDER / "quorvel-window"),
         besideOrInstalled(folder / "quorvel", commands / "quorvel"),
+        besideOrInstalled(folder / "quorvel-refresh",
+                          commands / QUORVEL_RELATIVE_HELPER_FOLDER / "quorvel-refresh"),
         besideOrInstalled(folder / "quorvel-settings", commands / "quorvel-settings"),
         besideOrInstalled(folder / "quorvel-eds.so",
                           commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "quorvel-eds.so"),

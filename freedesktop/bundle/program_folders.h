@@ -10,6 +10,7 @@ struct ProgramFolders {
     std::string data;             // pictures and the sample calendars
     std::string window;           // the program that `quorvel show` executes
     std::string command;          // the program `quorvel`
+    std::string refresh;          // the program that fetches calendars from servers
     std::string settings;         // the program `quorvel-settings`; it need not be installed
     std::string dataServerModule; // the module that wraps the calendar server's library
     std::string layerModule;      // the module that wraps the layer shell's library

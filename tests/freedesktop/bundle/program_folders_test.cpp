@@ -22,6 +22,7 @@ TEST(ProgramFolders, PrefersWhatStandsBesideTheProgram) {
     EXPECT_TRUE(installed.bundle.starts_with(name + "/lib")) << installed.bundle;
     EXPECT_EQ(installed.data, name + "/share/quorvel");
     EXPECT_EQ(installed.window, name + "/libexec/quorvel/quorvel-window");
+    EXPECT_EQ(installed.refresh, name + "/libexec/quorvel/quorvel-refresh");
     EXPECT_TRUE(installed.dataServerModule.ends_with("/quorvel/quorvel-eds.so"));
     EXPECT_TRUE(installed.dataServerModule.starts_with(name + "/lib"));
     EXPECT_TRUE(installed.layerModule.ends_with("/quorvel/quorvel-layer-shell.so"));
@@ -32,12 +33,14 @@ TEST(ProgramFolders, PrefersWhatStandsBesideTheProgram) {
     fs::create_directories(bin / "share/quorvel");
     fs::create_directories(bin / "share/locale");
     std::ofstream(bin / "quorvel-window") << "a program";
+    std::ofstream(bin / "quorvel-refresh") << "a program";
     std::ofstream(bin / "quorvel-eds.so") << "a module";
     std::ofstream(bin / "quorvel-layer-shell.so") << "a module";
     const ProgramFolders beside = programFolders(bin.string());
     EXPECT_EQ(beside.bundle, (bin / "Quorvel.bundle").string());
     EXPECT_EQ(beside.data, (bin / "share/quorvel").string());
     EXPECT_EQ(beside.window, (bin / "quorvel-window").string());
+    EXPECT_EQ(beside.refresh, (bin / "quorvel-refresh").string());
     EXPECT_EQ(beside.dataServerModule, (bin / "quorvel-eds.so").string());
     EXPECT_EQ(beside.layerModule, (bin / "quorvel-layer-shell.so").string());
     EXPECT_EQ(beside.catalogs, (bin / "share/locale").string());
