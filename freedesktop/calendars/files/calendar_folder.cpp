@@ -61,9 +61,12 @@ bool isSettled(const CalendarFolder& folder) {
 }
 
 void addToSignature(const CalendarFile& file, SignatureHash& signature) {
-    const FileVersion version = file.listed ? *file.listed : FileVersion();
     signature.add(std::string_view(file.name));
     signature.add(file.listed ? 0 : file.listed.error().systemError());
+    addToSignature(file.listed ? *file.listed : FileVersion(), signature);
+}
+
+void addToSignature(const FileVersion& version, SignatureHash& signature) {
     signature.add(version.device);
     signature.add(version.inode);
     signature.add(version.size);

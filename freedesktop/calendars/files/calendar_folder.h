@@ -51,7 +51,8 @@ void addProblems(const CalendarFolder& folder, std::vector<VersionedProblem>& pr
 void addUnreadFiles(CalendarFolder& folder, std::vector<UnreadFile>& unread);
 void addParsedFiles(const CalendarFolder& folder, std::vector<const CalendarFile*>& parsed);
 
-// The same of a single file.
+// The same of a version, and of a single file.
+void addToSignature(const FileVersion& version, SignatureHash& signature);
 void addToSignature(const CalendarFile& file, SignatureHash& signature);
 void addProblems(const CalendarFile& file, const std::string& path,
                  std::vector<VersionedProblem>& problems);

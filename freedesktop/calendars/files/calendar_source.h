@@ -8,6 +8,8 @@
 //   is itself one calendar: it holds a file `color` or `displayname`, or more than half of its .ics
 //   files hold a single event, name no calendar, and either are named after the event's UID or are
 //   more than 24.
+// - The name "thunderbird:", alone or with a folder behind it, means what Thunderbird stores; see
+//   freedesktop/calendars/thunderbird/profiles.h.
 // - A text in memory is one calendar, as if it were a file.
 // - A file that is a copy of a calendar elsewhere is one calendar, named after that. It may be
 //   missing.

@@ -81,6 +81,14 @@ public:
         }
         return *this;
     }
+    // A text; in SQLite no text equals a blob. The characters outlive the run.
+    SqliteStatement& bindText(int parameter, std::string_view text) {
+        if (m_statement) {
+            m_database.check(sqlite3_bind_text64(m_statement.get(), parameter, text.data(),
+                                                 text.size(), SQLITE_STATIC, SQLITE_UTF8));
+        }
+        return *this;
+    }
 
     bool next() { // to the next row; false: there is none, or an error
         if (!m_statement || m_database.hasFailed()) {

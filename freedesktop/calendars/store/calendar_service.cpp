@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "freedesktop/calendars/thunderbird/profiles.h"
+
 namespace quorvel::freedesktop::calendars {
 
 CalendarService::CalendarService(std::shared_ptr<const TimeZone> userZone,
@@ -23,7 +25,7 @@ CalendarService::~CalendarService() {
 void CalendarService::setSources(std::vector<CalendarSource> sources) {
     m_paths.clear();
     for (const CalendarSource& source : sources) {
-        if (!source.text) {
+        if (!source.text && !thunderbird::isThunderbird(source)) {
             m_paths.push_back(source.name);
         }
     }

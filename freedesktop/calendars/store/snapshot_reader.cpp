@@ -7,8 +7,19 @@
 #include "freedesktop/calendars/store/file_loader.h"
 #include "freedesktop/calendars/store/reported_problems.h"
 #include "freedesktop/calendars/store/stored_results.h"
+#include "freedesktop/calendars/thunderbird/thunderbird_calendars.h"
 
 namespace quorvel::freedesktop::calendars {
+namespace {
+
+std::unique_ptr<SourceCalendars> calendarsOfSource(CalendarSource source) {
+    if (thunderbird::isThunderbird(source)) {
+        return std::make_unique<thunderbird::ThunderbirdCalendars>(std::move(source));
+    }
+    return std::make_unique<SourceFiles>(std::move(source));
+}
+
+} // namespace
 
 SnapshotReader::SnapshotReader(DeferredIndex& index, const std::atomic<bool>& isCancelled)
     : m_index(index)
@@ -21,7 +32,7 @@ void SnapshotReader::setSources(std::vector<CalendarSource> sources) {
         areAllOnDisk = areAllOnDisk && !source.text;
         auto& known = m_knownSources[source];
         if (!known) {
-            known = std::make_unique<SourceFiles>(std::move(source));
+            known = calendarsOfSource(std::move(source));
         }
         m_sources.push_back(known.get());
     }
