@@ -104,15 +104,15 @@ TEST_F(PreferencesFolderTest, DamagedFilesAreLoggedOnceUntilTheyChange) {
     write("a.plist", "<plist><dict><key>textSi");
     EXPECT_EQ(m_preferences.dictionaryWithContentsOfFile(path), std::nullopt);
     EXPECT_EQ(m_preferences.dictionaryWithContentsOfFile(path), std::nullopt);
-    EXPECT_THAT(m_log.messages, ElementsAre("cannot read " + local + ":1:1: the XML breaks off"));
+    EXPECT_THAT(m_log.messages, ElementsAre("cannot read " + local + ":1:25: the XML breaks off"));
     writeSize("a.plist", 18);
     EXPECT_EQ(sizeIn(m_preferences.dictionaryWithContentsOfFile(path)), 18);
     write("a.plist", "<plist><dict><key>textSi");
     EXPECT_EQ(m_preferences.dictionaryWithContentsOfFile(path), std::nullopt);
     write("a.plist", "");
     EXPECT_EQ(m_preferences.dictionaryWithContentsOfFile(path), std::nullopt);
-    EXPECT_THAT(m_log.messages, ElementsAre("cannot read " + local + ":1:1: the XML breaks off",
-                                            "cannot read " + local + ":1:1: the XML breaks off",
+    EXPECT_THAT(m_log.messages, ElementsAre("cannot read " + local + ":1:25: the XML breaks off",
+                                            "cannot read " + local + ":1:25: the XML breaks off",
                                             "cannot read " + local + ": it is empty"));
 }
 
