@@ -20,32 +20,33 @@ namespace {
 using platform::PropertyListDictionary;
 using platform::PropertyListValue;
 
-// Absent: the widget makes another value of the text.
-std::optional<PropertyListValue> valueOfStoredText(const SettingDescription& setting,
-                                                   const PropertyListValue& stored) {
+bool areSameForWidget(SettingKind kind, const PropertyListValue& first,
+                      const PropertyListValue& second) {
+    return kind == SettingKind::boolean
+               ? platform::boolValue(first) == platform::boolValue(second)
+               : platform::floatValue(first) == platform::floatValue(second);
+}
+
+// Leaves a text of which the widget makes another value.
+void convertText(const SettingDescription& setting, PropertyListValue& stored) {
     const auto* const text = std::get_if<std::string>(&stored.value);
     if (text == nullptr || setting.kind == SettingKind::text) {
-        return std::nullopt;
+        return;
     }
     if (setting.kind == SettingKind::boolean && (*text == "1" || *text == "0")) {
-        return PropertyListValue{*text == "1"};
+        stored.value = platform::boolValue(stored);
+        return;
     }
     const auto value = parseSettingValue(setting, *text);
-    if (!value) {
-        return std::nullopt;
+    if (value && areSameForWidget(setting.kind, *value, stored)) {
+        stored = *value;
     }
-    const auto* const truth = std::get_if<bool>(&value->value);
-    const bool isSame = truth != nullptr
-                            ? *truth == platform::boolValue(stored)
-                            : platform::floatValue(stored) == platform::floatValue(*value);
-    return isSame ? std::optional(*value) : std::nullopt;
 }
 
 void convertTexts(PropertyListDictionary& settings) {
     for (auto& [key, stored] : settings) {
-        const SettingDescription* const setting = settingDescription(key);
-        if (auto value = setting != nullptr ? valueOfStoredText(*setting, stored) : std::nullopt) {
-            stored = *std::move(value);
+        if (const SettingDescription* const setting = settingDescription(key)) {
+            convertText(*setting, stored);
         }
     }
 }

@@ -1,10 +1,13 @@
-// Parses arbitrary bytes as a property list of any format.
+// Parses arbitrary bytes as a property list of any format, and changes the list.
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "base/utf8.h"
 #include "freedesktop/preferences/property_list_budget.h"
+#include "freedesktop/preferences/property_list_edit.h"
 #include "freedesktop/preferences/property_list_file.h"
 #include "tests/fuzz/fuzzing.h"
 
@@ -54,6 +57,25 @@ std::size_t check(const PropertyListValue& value, std::size_t depth) {
     return objects;
 }
 
+// A change succeeds completely or is refused; it checks itself that nothing else is different.
+void change(std::span<const std::byte> bytes, const PropertyListValue& list) {
+    const PropertyListValue text{std::string("<\"\\\xC3\xA4>")};
+    if (const auto* const items = std::get_if<PropertyListArray>(&list.value)) {
+        PropertyListArray longer(items->begin() + (items->empty() ? 0 : 1), items->end());
+        longer.push_back(text);
+        const auto changed = changedArray(bytes, *items, longer);
+        require(changed || !changed.error().what.empty(), "an error has a text");
+    } else if (const auto* const entries = std::get_if<PropertyListDictionary>(&list.value)) {
+        DictionaryChanges changes{{"added", text}, {"textSize", {{std::int64_t{20}}}}};
+        if (!entries->empty()) {
+            changes[entries->begin()->first] = std::nullopt;
+        }
+        const auto changed = changedDictionary(bytes, *entries, changes);
+        require(changed || !changed.error().what.empty(), "an error has a text");
+        require(placesOfKeys(bytes).size() <= entries->size(), "a key stands in one place");
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -65,6 +87,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         // A reference of a keyed archive is one object that becomes three.
         require(check(*list, 0) <= 3 * PropertyListBudget::objects,
                 "the number of objects is bounded");
+        change(bytes, *list);
     }
     require(processorTime() - before < greatestMilliseconds, "an input is done in time");
     return 0;
