@@ -83,6 +83,7 @@ void declareOptions(CLI::App& app, CommandLine& line, NumberTexts& numbers, Comm
     addValue("--anchor", line.anchor);
     addValue("--margin", line.margin);
     addList("--do", line.steps);
+    app.add_flag("--refresh", line.refreshes);
     addList("--reset", line.resetSettings);
     app.add_flag("--check", line.checksSettings);
     app.add_option("--choose", line.chosenCalendars);

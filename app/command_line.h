@@ -45,6 +45,7 @@ struct CommandLine {
     std::optional<std::string> anchor;     // show
     std::optional<std::string> margin;     // show
     std::vector<std::string> steps;        // inspect
+    bool refreshes = false;                // calendars
 
     // settings
     std::vector<std::string> settingsWords; // the arguments behind the command

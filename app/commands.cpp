@@ -8,7 +8,9 @@
 #include <string_view>
 #include <utility>
 
+#include "app/calendar_sources.h"
 #include "app/command_line.h"
+#include "app/copy_refresh.h"
 #include "app/help.h"
 #include "app/messages.h"
 #include "app/program_bundle.h"
@@ -64,7 +66,9 @@ public:
         m_platform.setPreferencesFolder(folder);
     }
     void setCalendars(const std::string& source) override {
-        m_platform.setCalendars({CalendarSource::at(source)});
+        if (const auto named = namedSource(source)) { // checked before
+            m_platform.setCalendars({*named});
+        }
     }
     void setNow(NSDate date) override { m_platform.setNow(date); }
 
@@ -178,13 +182,17 @@ CommandResult<void> runHeadlessCommand(const CommandLine& line) {
     if (!setup) {
         return setup.error();
     }
+    if (const CommandResult<void> refreshed = refreshCopies(line, setup->platform); !refreshed) {
+        return refreshed;
+    }
     FreedesktopPlatform platform(setup->platform);
     const CommandResult<ProgramBundle> bundle =
         loadProgramBundle(platform, setup->bundleFolder, line.controller);
     if (!bundle) {
         return bundle.error();
     }
-    return HeadlessCommand(line, *setup, platform, *bundle).run();
+    const CommandResult<void> result = HeadlessCommand(line, *setup, platform, *bundle).run();
+    return result && line.refreshes ? checkRefreshed(setup->platform) : result;
 }
 
 CommandResult<void> runCommand(int argc, const char* const* argv, const ShowCommand& show) {

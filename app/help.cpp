@@ -37,7 +37,7 @@ constexpr std::array<CommandText, 6> commandTexts{{
      "                        [--appearance NAME] [--background COLOR] [OPTION]...",
      translatable("draw the widget to a file"),
      translatable("Draws the widget, in full height, to a picture or a page.\n")},
-    {Command::calendars, "calendars", "quorvel calendars [--json] [OPTION]...",
+    {Command::calendars, "calendars", "quorvel calendars [--refresh] [--json] [OPTION]...",
      translatable("list the calendars"),
      translatable(
          "Lists the calendars in the store's order, which of them the widget searches, and\n"
@@ -109,7 +109,7 @@ struct CommandOption {
     std::vector<Command> commands;
 };
 
-const std::array<CommandOption, 17> commandOptions{{
+const std::array<CommandOption, 18> commandOptions{{
     {{"--json", "--json", translatable("one JSON array instead of text")},
      {Command::agenda, Command::calendars, Command::settings}},
     {{"--output", "-o, --output FILE", translatable("the file to draw to: .png, .svg or .pdf")},
@@ -145,6 +145,10 @@ const std::array<CommandOption, 17> commandOptions{{
      {Command::show}},
     {{"--do", "--do STEP", translatable("a step of the script; may be given again")},
      {Command::inspect}},
+    {{"--refresh", "--refresh",
+      translatable("fetch the calendars on servers first, and report those that fail;\n"
+                   "exit status 1 if there are any")},
+     {Command::calendars}},
     {{"--reset", "--reset KEY",
       translatable("remove the setting from the file, so that it has its default; may be\n"
                    "given again")},
@@ -166,9 +170,10 @@ const std::array<CommandOption, 17> commandOptions{{
 constexpr std::array<OptionText, 17> commonOptions{{
     {"--calendars", "--calendars SOURCE",
      translatable("a .ics file, a folder of .ics files, a folder with one folder a\n"
-                  "calendar, or 'eds:', the calendars of Evolution Data Server; may be\n"
-                  "given again ('eds:' where there is one, ~/.local/share/calendars and\n"
-                  "~/.calendars)")},
+                  "calendar, the https: or webcal: address of a calendar on a server,\n"
+                  "'-' for standard input, or 'eds:', the calendars of Evolution Data\n"
+                  "Server; may be given again ('eds:' where there is one,\n"
+                  "~/.local/share/calendars, ~/.calendars and the subscriptions)")},
     {"--calendar-wait", "--calendar-wait FIRST[,LATER]",
      translatable("how many seconds Evolution Data Server may take for the first\n"
                   "presentation (3) and for each later one (0.5); only 'show' adds\n"

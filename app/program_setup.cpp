@@ -7,13 +7,14 @@
 #include <utility>
 #include <variant>
 
+#include "app/calendar_sources.h"
 #include "app/layer_choice.h"
 #include "app/messages.h"
 #include "app/preferences_choice.h"
 #include "app/sample.h"
 #include "base/ascii_text.h"
 #include "freedesktop/bundle/program_folders.h"
-#include "freedesktop/calendars/server/sources_service.h"
+#include "freedesktop/calendars/subscriptions/subscription_cache.h"
 #include "freedesktop/dates/clocks.h"
 #include "freedesktop/dates/instant_text.h"
 #include "freedesktop/dates/locale_names.h"
@@ -99,41 +100,8 @@ CommandResult<std::optional<NSDate>> nowOf(const CommandLine& line, const TimeZo
     return now;
 }
 
-// People leave out the colon of a source that is no file.
-std::string sourceHint(const std::string& path) {
-    if (path + ':' == freedesktop::dataServerSourceName) {
-        return translated("write 'eds:' for those of Evolution Data Server");
-    }
-    return translated("name a .ics file or a folder of them");
-}
-
-CommandResult<CalendarSource> checkedSource(const std::string& path) {
-    CalendarSource source = CalendarSource::at(path);
-    const auto check = freedesktop::isDataServer(source) ? freedesktop::eds::checkDataServer()
-                                                         : freedesktop::checkSource(source);
-    if (!check) {
-        return usageFailure({filled(translated("the calendars '{1}' cannot be read ({2})"),
-                                    {path, translated(check.error().what)}),
-                             {},
-                             sourceHint(path)});
-    }
-    return source;
-}
-
 std::string sampleFolder(const std::string& dataFolder) {
     return dataFolder + "/sample";
-}
-
-CommandResult<std::vector<CalendarSource>> namedSources(const std::vector<std::string>& paths) {
-    std::vector<CalendarSource> sources;
-    for (const std::string& path : paths) {
-        CommandResult<CalendarSource> source = checkedSource(path);
-        if (!source) {
-            return source.error();
-        }
-        sources.push_back(*std::move(source));
-    }
-    return sources;
 }
 
 CommandResult<std::vector<CalendarSource>> sampleSources(const std::string& dataFolder, NSDate now,
@@ -204,7 +172,7 @@ CommandResult<std::vector<headless::Step>> stepsOf(const CommandLine& line, cons
             return usageFailure(step.error());
         }
         if (const auto* calendars = std::get_if<headless::CalendarsStep>(&step->action)) {
-            const CommandResult<CalendarSource> source = checkedSource(calendars->source);
+            const CommandResult<CalendarSource> source = namedSource(calendars->source);
             if (!source) {
                 return source.error();
             }
@@ -302,6 +270,11 @@ FreedesktopOptions uncheckedOptions(const CommandLine& line,
     options.calendarProblemHandler = reportCalendarProblem;
     options.preferencesProblemHandler = reportPreferencesProblem;
     options.calendarIndexFolder = indexFolderOf(line);
+    options.subscriptions.cacheFolder = freedesktop::userSubscriptionFolder();
+    options.subscriptions.refreshProgram = folders.refresh;
+    if (line.calendars.empty() && !line.sample) {
+        options.subscriptions.listFolder = options.preferencesFolder;
+    }
     options.dataServerWaits = dataServerWaitsOf(line);
     options.linkProgram = freedesktop::userLinkProgram();
     options.scale = line.scale.value_or(1);

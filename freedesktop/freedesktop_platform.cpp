@@ -42,6 +42,11 @@ makeTextMeasurer(const std::shared_ptr<TextLines>& textLines, bool measuresText)
     return std::make_unique<RoughTextMeasurer>();
 }
 
+// The files of a copy of a calendar.
+bool mayBelongToCopy(std::string_view name) {
+    return name == "calendar.ics" || name == "state";
+}
+
 } // namespace
 
 struct FreedesktopPlatform::Services {
@@ -58,7 +63,7 @@ struct FreedesktopPlatform::Services {
         , dateServices(clock, timeZone, locale)
         , calendars({timeZone, std::move(options.calendarProblemHandler),
                      std::move(options.dataServerModule), options.dataServerWaits,
-                     options.backgroundServerWaits})
+                     options.backgroundServerWaits, options.subscriptions})
         , preferences(options.preferencesFolder, options.foundationVersionNumber, systemLog)
         , textMeasurer(makeTextMeasurer(textLines, options.measuresText))
         , imageFiles(options.dataFolder)
@@ -152,6 +157,7 @@ std::string FreedesktopPlatform::storeOfCalendar(std::string_view identifier) co
 
 void FreedesktopPlatform::setPreferencesFolder(const std::string& folder) {
     m_services->preferences.setFolder(folder);
+    m_services->calendars.setSubscriptionListFolder(folder);
 }
 
 void FreedesktopPlatform::setCalendars(std::vector<CalendarSource> calendars) {
@@ -220,7 +226,18 @@ std::vector<WatchedPath> FreedesktopPlatform::watchedPaths() const {
     for (std::string& path : m_services->calendars.paths()) {
         paths.push_back({std::move(path), deepestCalendarFolder, mayBelongToCalendar});
     }
+    for (std::string& folder : m_services->calendars.subscriptions().folders()) {
+        paths.push_back({std::move(folder), 0, mayBelongToCopy});
+    }
     return paths;
+}
+
+std::optional<double> FreedesktopPlatform::secondsUntilRefresh() const {
+    return m_services->calendars.subscriptions().secondsUntilRefresh();
+}
+
+std::optional<ProgramCall> FreedesktopPlatform::refreshCall() const {
+    return m_services->calendars.subscriptions().refreshCall();
 }
 
 void FreedesktopPlatform::setCalendarsChangedHandler(std::function<void()> onChange) {

@@ -13,7 +13,9 @@
 #include "freedesktop/calendars/store/server_calendar_stores.h"
 #include "freedesktop/dates/clock_format.h"
 #include "freedesktop/dates/time_zone.h"
+#include "freedesktop/glib/child_program.h"
 #include "freedesktop/session/watched_path.h"
+#include "freedesktop/subscribed_calendars.h"
 #include "freedesktop/text/text_lines.h"
 #include "platform/ns_date.h"
 #include "platform/platform.h"
@@ -37,7 +39,8 @@ struct FreedesktopOptions {
     std::string preferencesFolder;
     double foundationVersionNumber = 1047.25;
     std::vector<CalendarSource> calendars; // one of them may be the data server
-    std::string dataServerModule;          // the file that wraps the data server's library
+    SubscriptionOptions subscriptions;
+    std::string dataServerModule; // the file that wraps the data server's library
     DataServerWaits dataServerWaits;
     // For a host that stays and updates itself, whose thread must not wait for the server nor
     // expand its events: how long it waits at most. A background thread then does both, waits as
@@ -116,6 +119,11 @@ public:
 
     // The files and folders of the settings and calendars.
     std::vector<WatchedPath> watchedPaths() const;
+    // When copies of calendars on servers are to be fetched again; absent: there is none to fetch.
+    // Not negative.
+    std::optional<double> secondsUntilRefresh() const;
+    // Fetches those that are due. Absent: none is.
+    std::optional<ProgramCall> refreshCall() const;
     // Called when calendars that are not files change, or when calendars arrive that were not
     // waited for. Runs on the default main context of the thread that sets it. Null: none.
     void setCalendarsChangedHandler(std::function<void()> onChange);

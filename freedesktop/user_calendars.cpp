@@ -13,11 +13,41 @@ namespace quorvel::freedesktop {
 
 UserCalendars::UserCalendars(UserCalendarOptions options)
     : m_options(std::move(options))
+    , m_subscriptions(m_options.subscriptions)
     , m_files(m_options.timeZone, m_options.problemHandler) {}
 
 UserCalendars::~UserCalendars() = default;
 
 void UserCalendars::setSources(std::vector<CalendarSource> sources) {
+    m_named = std::move(sources);
+    m_sources.reset();
+    updateSources();
+}
+
+void UserCalendars::setSubscriptionListFolder(const std::string& folder) {
+    m_subscriptions.setListFolder(folder);
+}
+
+std::unique_ptr<platform::EKEventStore> UserCalendars::makeEventStore() {
+    updateSources();
+    if (m_options.problemHandler) {
+        for (const CalendarProblem& problem : m_subscriptions.newProblems()) {
+            m_options.problemHandler(problem);
+        }
+    }
+    return m_stores.makeEventStore();
+}
+
+// Where nothing has changed, the stores need not read anything again.
+void UserCalendars::updateSources() {
+    std::vector<CalendarSource> sources = m_subscriptions.withSubscriptions(m_named);
+    if (m_sources != sources) {
+        m_sources = sources;
+        useSources(std::move(sources));
+    }
+}
+
+void UserCalendars::useSources(std::vector<CalendarSource> sources) {
     const auto server = std::find_if(sources.begin(), sources.end(), isDataServer);
     const bool isServerFirst = server == sources.begin();
     m_usesServer = server != sources.end();
@@ -115,6 +145,8 @@ std::vector<CalendarProblem> UserCalendars::unreadable() const {
         const auto ofServer = m_server->unreadable();
         unreadable.insert(unreadable.end(), ofServer.begin(), ofServer.end());
     }
+    const auto ofSubscriptions = m_subscriptions.problems();
+    unreadable.insert(unreadable.end(), ofSubscriptions.begin(), ofSubscriptions.end());
     return unreadable;
 }
 
@@ -139,7 +171,13 @@ std::vector<std::string> UserCalendars::deselected() const {
 }
 
 std::vector<std::string> UserCalendars::paths() const {
-    return m_files.paths();
+    std::vector<std::string> paths = m_files.paths();
+    for (const CalendarSource& source : *m_sources) {
+        if (source.copy) {
+            std::erase(paths, source.name);
+        }
+    }
+    return paths;
 }
 
 } // namespace quorvel::freedesktop

@@ -12,6 +12,7 @@
 #include "freedesktop/calendars/store/file_calendar_stores.h"
 #include "freedesktop/calendars/store/live_calendar_stores.h"
 #include "freedesktop/dates/time_zone.h"
+#include "freedesktop/subscribed_calendars.h"
 
 namespace quorvel::freedesktop {
 
@@ -24,21 +25,25 @@ struct UserCalendarOptions {
     DataServerWaits dataServerWaits;
     // See FreedesktopOptions.
     std::optional<DataServerWaits> backgroundServerWaits;
+    SubscriptionOptions subscriptions;
 };
 
 // For one thread.
-class UserCalendars {
+class UserCalendars final : private platform::CalendarStores {
 public:
     explicit UserCalendars(UserCalendarOptions options);
-    ~UserCalendars();
+    ~UserCalendars() override;
     UserCalendars(const UserCalendars&) = delete;
     UserCalendars& operator=(const UserCalendars&) = delete;
 
-    platform::CalendarStores& stores() { return m_stores; }
+    // Each event store has the subscriptions of the moment.
+    platform::CalendarStores& stores() { return *this; }
 
     // The data server's calendars precede those of files where it is the first source, else follow
     // them.
     void setSources(std::vector<CalendarSource> sources);
+    // See SubscribedCalendars::setListFolder().
+    void setSubscriptionListFolder(const std::string& folder);
     void setTimeZone(const std::shared_ptr<const TimeZone>& zone); // never null
     // See FileCalendarStores::setIndex(). Call it before the first event store is created.
     void setIndex(const std::string& folder, std::function<void(const std::string&)> onProblem);
@@ -60,14 +65,21 @@ public:
     std::string storeOf(std::string_view identifier) const;
     std::vector<std::string> deselected() const; // in the application that has the calendar
 
-    std::vector<std::string> paths() const; // of files and folders
+    std::vector<std::string> paths() const; // of files and folders, without copies
+    const SubscribedCalendars& subscriptions() const { return m_subscriptions; }
 
 private:
+    std::unique_ptr<platform::EKEventStore> makeEventStore() override;
+    void updateSources();
+    void useSources(std::vector<CalendarSource> sources);
     void makeServer();
     std::unique_ptr<LiveCalendarStores> makeServerStores() const;
     void follow();
 
     UserCalendarOptions m_options;
+    SubscribedCalendars m_subscriptions;
+    std::vector<CalendarSource> m_named;                  // by setSources()
+    std::optional<std::vector<CalendarSource>> m_sources; // those, and the subscriptions
     FileCalendarStores m_files;
     std::unique_ptr<LiveCalendarStores> m_server; // null until it is a source for the first time
     bool m_usesFiles = false;

@@ -7,6 +7,7 @@
 
 #include "freedesktop/bundle/program_folders.h"
 #include "freedesktop/calendars/server/sources_service.h"
+#include "freedesktop/calendars/subscriptions/subscription_cache.h"
 #include "freedesktop/dates/locale_names.h"
 #include "freedesktop/io/user_folder.h"
 #include "freedesktop/session/desktop_settings.h"
@@ -66,6 +67,7 @@ FreedesktopOptions userOptions(const ProgramFolders& folders) {
     options.dataServerModule = folders.dataServerModule;
     options.preferencesFolder = userPreferencesFolder();
     options.calendars = usualCalendars();
+    options.subscriptions = {userSubscriptionFolder(), options.preferencesFolder, folders.refresh};
     options.calendarIndexFolder = userIndexFolder();
     options.linkProgram = userLinkProgram();
     return options;

@@ -21,14 +21,19 @@ CalendarSource sourceOf(const RemoteCalendar& calendar, const SubscriptionCache&
 }
 
 std::vector<CalendarProblem> copyProblems(const std::vector<CalendarSource>& sources,
-                                          const SubscriptionCache& cache, std::int64_t now) {
+                                          const SubscriptionCache& cache, std::int64_t now,
+                                          ProblemText text) {
     std::vector<CalendarProblem> problems;
     for (const CalendarSource& source : sources) {
         if (!source.copy) {
             continue;
         }
         const std::string& url = source.copy->origin;
-        if (auto problem = copyProblem(cache.readState(url), cache.hasCopy(url), now)) {
+        const CopyState state = cache.readState(url);
+        if (auto problem = copyProblem(state, cache.hasCopy(url), now)) {
+            if (text == ProblemText::reasonAndAdvice && !state.toDo.empty()) {
+                *problem += ": " + state.toDo;
+            }
             problems.push_back({source.copy->label, 0, *std::move(problem)});
         }
     }

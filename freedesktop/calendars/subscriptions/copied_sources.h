@@ -17,9 +17,12 @@ CalendarSource sourceOf(const Subscription& subscription, const SubscriptionCach
 // A calendar that the user has not subscribed to.
 CalendarSource sourceOf(const RemoteCalendar& calendar, const SubscriptionCache& cache);
 
+enum class ProblemText { reason, reasonAndAdvice };
+
 // Of those sources that are copies. The `file` of a problem is the calendar's label.
 std::vector<CalendarProblem> copyProblems(const std::vector<CalendarSource>& sources,
-                                          const SubscriptionCache& cache, std::int64_t now);
+                                          const SubscriptionCache& cache, std::int64_t now,
+                                          ProblemText text = ProblemText::reason);
 
 // The URLs of the copies that have to be fetched again by then.
 std::vector<std::string> dueCopies(const std::vector<CalendarSource>& sources,
