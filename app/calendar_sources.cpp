@@ -13,6 +13,7 @@
 #include "freedesktop/calendars/store/server_calendar_stores.h"
 #include "freedesktop/calendars/subscriptions/calendar_address.h"
 #include "freedesktop/calendars/subscriptions/copied_sources.h"
+#include "freedesktop/calendars/thunderbird/profiles.h"
 #include "freedesktop/language/messages.h"
 
 namespace quorvel::app {
@@ -30,13 +31,28 @@ std::string sourceHint(const std::string& path) {
     if (path + ':' == freedesktop::dataServerSourceName) {
         return translated("write 'eds:' for those of Evolution Data Server");
     }
+    if (path + ':' == freedesktop::thunderbird::sourceName) {
+        return translated("write 'thunderbird:' for those of Thunderbird");
+    }
+    if (path.starts_with(freedesktop::thunderbird::sourceName)) {
+        return translated(
+            "name a folder of its profiles, as in 'thunderbird:~/.thunderbird/abcd.default'");
+    }
     return translated("name a .ics file or a folder of them");
+}
+
+Result<void> checkAnySource(const CalendarSource& source) {
+    if (freedesktop::isDataServer(source)) {
+        return freedesktop::eds::checkDataServer();
+    }
+    return freedesktop::thunderbird::isThunderbird(source)
+               ? freedesktop::thunderbird::checkProfiles(source)
+               : freedesktop::checkSource(source);
 }
 
 CommandResult<CalendarSource> localSource(const std::string& name, const std::string& path) {
     CalendarSource source = CalendarSource::at(path);
-    const auto check = freedesktop::isDataServer(source) ? freedesktop::eds::checkDataServer()
-                                                         : freedesktop::checkSource(source);
+    const Result<void> check = checkAnySource(source);
     if (!check) {
         return usageFailure({filled(translated("the calendars '{1}' cannot be read ({2})"),
                                     {name, translated(check.error().what)}),

@@ -171,9 +171,10 @@ constexpr std::array<OptionText, 17> commonOptions{{
     {"--calendars", "--calendars SOURCE",
      translatable("a .ics file, a folder of .ics files, a folder with one folder a\n"
                   "calendar, the https: or webcal: address of a calendar on a server,\n"
-                  "'-' for standard input, or 'eds:', the calendars of Evolution Data\n"
-                  "Server; may be given again ('eds:' where there is one,\n"
-                  "~/.local/share/calendars, ~/.calendars and the subscriptions)")},
+                  "'-' for standard input, 'eds:', the calendars of Evolution Data\n"
+                  "Server, or 'thunderbird:', those of Thunderbird; may be given again\n"
+                  "(all that there are: 'eds:', ~/.local/share/calendars, ~/.calendars,\n"
+                  "'thunderbird:' and the subscriptions)")},
     {"--calendar-wait", "--calendar-wait FIRST[,LATER]",
      translatable("how many seconds Evolution Data Server may take for the first\n"
                   "presentation (3) and for each later one (0.5); only 'show' adds\n"

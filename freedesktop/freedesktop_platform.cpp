@@ -223,9 +223,8 @@ std::optional<platform::NSDate> FreedesktopPlatform::systemInstant(platform::NSD
 
 std::vector<WatchedPath> FreedesktopPlatform::watchedPaths() const {
     std::vector<WatchedPath> paths{{m_services->preferences.folder(), 0, mayHoldPropertyList}};
-    for (std::string& path : m_services->calendars.paths()) {
-        paths.push_back({std::move(path), deepestCalendarFolder, mayBelongToCalendar});
-    }
+    const std::vector<WatchedPath> ofCalendars = m_services->calendars.watchedPaths();
+    paths.insert(paths.end(), ofCalendars.begin(), ofCalendars.end());
     for (std::string& folder : m_services->calendars.subscriptions().folders()) {
         paths.push_back({std::move(folder), 0, mayBelongToCopy});
     }

@@ -1,12 +1,14 @@
 #include "freedesktop/user_calendars.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "freedesktop/calendars/files/calendar_file_names.h"
 #include "freedesktop/calendars/server/started_data_server.h"
 #include "freedesktop/calendars/store/background_calendar_stores.h"
 #include "freedesktop/calendars/store/server_calendar_stores.h"
+#include "freedesktop/calendars/thunderbird/profiles.h"
 #include "freedesktop/glib/thread_signal.h"
 
 namespace quorvel::freedesktop {
@@ -57,6 +59,8 @@ void UserCalendars::useSources(std::vector<CalendarSource> sources) {
     }
     std::erase_if(sources, isDataServer);
     m_usesFiles = !sources.empty();
+    m_thunderbird.clear();
+    std::ranges::copy_if(sources, std::back_inserter(m_thunderbird), thunderbird::isThunderbird);
     m_files.setSources(std::move(sources));
     std::vector<platform::CalendarStores*> stores;
     if (m_usesFiles) {
@@ -170,11 +174,20 @@ std::vector<std::string> UserCalendars::deselected() const {
     return deselected;
 }
 
-std::vector<std::string> UserCalendars::paths() const {
-    std::vector<std::string> paths = m_files.paths();
+std::vector<WatchedPath> UserCalendars::watchedPaths() const {
+    std::vector<std::string> ofFiles = m_files.paths();
     for (const CalendarSource& source : *m_sources) {
         if (source.copy) {
-            std::erase(paths, source.name);
+            std::erase(ofFiles, source.name);
+        }
+    }
+    std::vector<WatchedPath> paths;
+    for (std::string& path : ofFiles) {
+        paths.push_back({std::move(path), deepestCalendarFolder, mayBelongToCalendar});
+    }
+    for (const CalendarSource& source : m_thunderbird) {
+        for (thunderbird::ProfileFolder& folder : thunderbird::foldersToWatch(source)) {
+            paths.push_back({std::move(folder.path), 0, folder.matters});
         }
     }
     return paths;

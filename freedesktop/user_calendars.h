@@ -1,4 +1,4 @@
-// All calendars of the user, in files and on the data server, as one set of stores.
+// All calendars of the user, in files, in Thunderbird and on the data server, as one set of stores.
 #pragma once
 
 #include <functional>
@@ -12,6 +12,7 @@
 #include "freedesktop/calendars/store/file_calendar_stores.h"
 #include "freedesktop/calendars/store/live_calendar_stores.h"
 #include "freedesktop/dates/time_zone.h"
+#include "freedesktop/session/watched_path.h"
 #include "freedesktop/subscribed_calendars.h"
 
 namespace quorvel::freedesktop {
@@ -65,7 +66,9 @@ public:
     std::string storeOf(std::string_view identifier) const;
     std::vector<std::string> deselected() const; // in the application that has the calendar
 
-    std::vector<std::string> paths() const; // of files and folders, without copies
+    // The files and folders in which a change may change the calendars; without the copies of
+    // subscriptions.
+    std::vector<WatchedPath> watchedPaths() const;
     const SubscribedCalendars& subscriptions() const { return m_subscriptions; }
 
 private:
@@ -82,6 +85,7 @@ private:
     std::optional<std::vector<CalendarSource>> m_sources; // those, and the subscriptions
     FileCalendarStores m_files;
     std::unique_ptr<LiveCalendarStores> m_server; // null until it is a source for the first time
+    std::vector<CalendarSource> m_thunderbird;    // those sources that are Thunderbird's
     bool m_usesFiles = false;
     bool m_usesServer = false;
     std::unique_ptr<ThreadSignal> m_changed; // null without a handler

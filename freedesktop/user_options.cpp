@@ -8,6 +8,7 @@
 #include "freedesktop/bundle/program_folders.h"
 #include "freedesktop/calendars/server/sources_service.h"
 #include "freedesktop/calendars/subscriptions/subscription_cache.h"
+#include "freedesktop/calendars/thunderbird/profiles.h"
 #include "freedesktop/dates/locale_names.h"
 #include "freedesktop/io/user_folder.h"
 #include "freedesktop/session/desktop_settings.h"
@@ -31,6 +32,9 @@ std::string userLocale() {
 std::vector<CalendarSource> usualCalendars() {
     std::vector<CalendarSource> sources =
         defaultCalendarSources(environmentValue("XDG_DATA_HOME"), environmentValue("HOME"));
+    CalendarSource ofThunderbird = CalendarSource::at(std::string(thunderbird::sourceName));
+    ofThunderbird.isOptional = true;
+    sources.push_back(std::move(ofThunderbird));
     if (eds::checkDataServer()) {
         CalendarSource server = CalendarSource::at(std::string(dataServerSourceName));
         server.isOptional = true;

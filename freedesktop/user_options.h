@@ -15,8 +15,8 @@ struct ProgramFolders;
 
 // From LC_ALL, LC_TIME and LANG, in the form of canonicalLocale().
 std::string userLocale();
-// Evolution Data Server where it is installed, and the folders of calendars in the user's home. Any
-// of them may be missing.
+// Evolution Data Server where it is installed, the folders of calendars in the user's home, and
+// Thunderbird. Any of them may be missing.
 std::vector<CalendarSource> usualCalendars();
 std::string userPreferencesFolder();
 std::string userIndexFolder(); // empty: the user has no folder for caches

@@ -236,6 +236,11 @@ TEST_F(FreedesktopPlatformTest, ListsTheFilesOfSettingsAndCalendars) {
     for (const char* const name : {".ics", "a.ics.tmp", "a.txt", "colors"}) {
         EXPECT_FALSE(paths[1].matters(name)) << name;
     }
+    made->setCalendars({CalendarSource::at("thunderbird:/profile")});
+    EXPECT_THAT(made->watchedPaths(),
+                ElementsAre(Field(&WatchedPath::path, "/nonexistent/Preferences"),
+                            Field(&WatchedPath::path, "/profile/calendar-data"),
+                            Field(&WatchedPath::path, "/profile")));
     made->setPreferencesFolder("/elsewhere");
     made->setCalendars({});
     EXPECT_THAT(made->watchedPaths(), ElementsAre(Field(&WatchedPath::path, "/elsewhere")));

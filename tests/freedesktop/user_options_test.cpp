@@ -78,6 +78,8 @@ TEST_F(UserOptionsTest, OptionsHaveThem) {
     EXPECT_EQ(options.calendarIndexFolder, "/home/ana/.cache/quorvel");
     EXPECT_THAT(options.calendars, testing::Contains(testing::Field(
                                        &CalendarSource::name, "/home/ana/.local/share/calendars")));
+    EXPECT_EQ(options.calendars.back().name, "thunderbird:");
+    EXPECT_TRUE(options.calendars.back().isOptional);
 }
 
 } // namespace
