@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "base/translatable_text.h"
 #include "freedesktop/calendars/sqlite/sqlite.h"
 #include "freedesktop/calendars/thunderbird/calendar_parser.h"
 
@@ -156,9 +157,12 @@ bool hasTables(SqliteDatabase& database) {
 Error problemOf(const calendars::SqliteError& error) {
     switch (error.code) {
     case SQLITE_INTERRUPT:
-        return {"reading it takes too long", {}, {}};
+        return {translatable("reading it takes too long"), {}, {}};
     case SQLITE_ERROR:
-        return {"it is no calendar database of Thunderbird, or one of another version", {}, {}};
+        return {
+            translatable("it is no calendar database of Thunderbird, or one of another version"),
+            {},
+            {}};
     default:
         return {"it cannot be read: " + error.reason, {}, {}};
     }

@@ -5,6 +5,7 @@
 
 #include <sys/stat.h>
 
+#include "base/translatable_text.h"
 #include "freedesktop/calendars/files/calendar_folder.h"
 #include "freedesktop/calendars/thunderbird/profiles.h"
 #include "freedesktop/io/regular_file.h"
@@ -138,8 +139,9 @@ void ProfileCalendars::addTo(std::vector<calendars::VersionedProblem>& problems)
         const auto events = eventsOf(calendar);
         if (!calendar.isLocal && !calendar.isCached && (!events || events->ics.events.empty())) {
             problems.push_back({{displayNameOf(calendar), 0,
-                                 "its events are on a server alone: switch on 'Offline Support' "
-                                 "in its properties in Thunderbird"},
+                                 translatable("its events are on a server alone: switch on "
+                                              "'Offline Support' in its properties in "
+                                              "Thunderbird")},
                                 0});
         }
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/translatable_text.h"
 #include "freedesktop/calendars/files/calendar_folder.h"
 #include "freedesktop/calendars/thunderbird/calendar_database.h"
 
@@ -73,7 +74,9 @@ Result<void> ProfileDatabase::readCopy(const std::vector<WantedCalendar>& wanted
     if (!files) {
         return copy->isWhole()
                    ? files.error()
-                   : Error{"Thunderbird is writing to it: it is read again later", {}, {}};
+                   : Error{translatable("Thunderbird is writing to it: it is read again later"),
+                           {},
+                           {}};
     }
     store(wanted, *std::move(files));
     return {};

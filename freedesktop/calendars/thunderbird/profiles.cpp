@@ -7,6 +7,7 @@
 
 #include <sys/stat.h>
 
+#include "base/translatable_text.h"
 #include "freedesktop/calendars/thunderbird/profile_list.h"
 #include "freedesktop/io/file_version.h"
 #include "freedesktop/io/regular_file.h"
@@ -101,10 +102,10 @@ std::vector<std::string> profilesOf(const CalendarSource& source) {
 Result<void> checkProfiles(const CalendarSource& source) {
     const std::vector<std::string> profiles = profilesOf(source);
     if (profiles.empty()) {
-        return Error{"Thunderbird has no profile here", {}, {}};
+        return Error{translatable("Thunderbird has no profile here"), {}, {}};
     }
     if (lastUseOf(profiles.front()) == 0) {
-        return Error{"there is no file prefs.js in that folder", {}, {}};
+        return Error{translatable("there is no file prefs.js in that folder"), {}, {}};
     }
     return {};
 }
