@@ -1,0 +1,60 @@
+// The group of the calendars: who chooses them, a row for each, and how to add others.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <adwaita.h>
+
+#include "freedesktop/preferences/setting_descriptions.h"
+#include "shells/settings/calendar_choice.h"
+#include "shells/settings/calendar_row.h"
+#include "shells/settings/program_run.h"
+#include "shells/settings/signal_connections.h"
+
+namespace quorvel::settings_pages {
+
+class SettingsModel;
+
+// The command lists the calendars in the background, as reading them may take long.
+class CalendarsGroup {
+public:
+    // The model and the description outlive the group. `program`: the path of `quorvel`. `guide`:
+    // the file that describes how to add calendars. `onListed` is called after each list.
+    CalendarsGroup(AdwPreferencesGroup* group, const freedesktop::SettingDescription& follow,
+                   SettingsModel& model, std::string program, std::string guide,
+                   std::function<void(bool hasCalendars)> onListed);
+    CalendarsGroup(const CalendarsGroup&) = delete;
+    CalendarsGroup& operator=(const CalendarsGroup&) = delete;
+
+    void update();  // shows the model's state
+    void refresh(); // lists the calendars again
+
+private:
+    void addFollowRow(const freedesktop::SettingDescription& follow);
+    void addHelpRow(const std::string& guide);
+    void showList(const ProgramResult& result);
+    void showCalendars(std::vector<ListedCalendar> calendars);
+    void rebuildRows();
+    void showStatus(const std::string& status); // empty: none
+    void switchFollowing();
+    bool isShown(const ListedCalendar& calendar) const;
+
+    AdwPreferencesGroup* m_group; // GTK owns these
+    SettingsModel& m_model;
+    std::string m_program;
+    std::function<void(bool)> m_onListed;
+    GtkWidget* m_follow;
+    AdwActionRow* m_status;
+    GtkWidget* m_helpRow = nullptr;
+    bool m_isShowing = false;
+    bool m_wasFollowing = true; // when the calendars were listed
+    std::vector<ListedCalendar> m_calendars;
+    std::vector<std::unique_ptr<CalendarRow>> m_rows;
+    std::unique_ptr<ProgramRun> m_run; // null before the first list
+    SignalConnections m_signals;
+};
+
+} // namespace quorvel::settings_pages

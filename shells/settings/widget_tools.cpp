@@ -1,0 +1,37 @@
+#include "shells/settings/widget_tools.h"
+
+namespace quorvel::settings_pages {
+
+void setAccessibleName(GtkWidget* widget, const std::string& name) {
+    gtk_accessible_update_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                   name.c_str(), -1);
+}
+
+void setRowTexts(AdwActionRow* row, const std::string& title, const std::string& subtitle) {
+    adw_preferences_row_set_use_markup(ADW_PREFERENCES_ROW(row), FALSE);
+    adw_preferences_row_set_title(ADW_PREFERENCES_ROW(row), title.c_str());
+    adw_action_row_set_subtitle(row, subtitle.c_str());
+    adw_action_row_set_subtitle_lines(row, 0); // all of them
+    adw_action_row_set_title_lines(row, 0);
+    setAccessibleName(GTK_WIDGET(row), title);
+}
+
+GtkWidget* makeIconButton(const char* icon, const std::string& name) {
+    GtkWidget* const button = gtk_button_new_from_icon_name(icon);
+    gtk_widget_add_css_class(button, "flat");
+    gtk_widget_set_valign(button, GTK_ALIGN_CENTER);
+    gtk_widget_set_tooltip_text(button, name.c_str());
+    setAccessibleName(button, name);
+    return button;
+}
+
+GtkWidget* makeParagraph(const std::string& text) {
+    GtkWidget* const label = gtk_label_new(text.c_str());
+    gtk_label_set_wrap(GTK_LABEL(label), TRUE);
+    gtk_label_set_wrap_mode(GTK_LABEL(label), PANGO_WRAP_WORD_CHAR);
+    gtk_label_set_xalign(GTK_LABEL(label), 0);
+    gtk_label_set_selectable(GTK_LABEL(label), TRUE);
+    return label;
+}
+
+} // namespace quorvel::settings_pages

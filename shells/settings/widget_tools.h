@@ -1,0 +1,23 @@
+// Small functions that the pages use to make widgets.
+#pragma once
+
+#include <string>
+
+#include <adwaita.h>
+
+namespace quorvel::settings_pages {
+
+// The name that a screen reader reads.
+void setAccessibleName(GtkWidget* widget, const std::string& name);
+
+// The texts are shown as they are, without markup.
+void setRowTexts(AdwActionRow* row, const std::string& title, const std::string& subtitle);
+
+// A button without a frame that shows an icon of the theme. `name`: for screen readers, and as its
+// tooltip.
+GtkWidget* makeIconButton(const char* icon, const std::string& name);
+
+// A label that wraps and can be selected with the keyboard, so that its text can be copied.
+GtkWidget* makeParagraph(const std::string& text);
+
+} // namespace quorvel::settings_pages
