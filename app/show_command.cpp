@@ -12,6 +12,7 @@
 #include "app/program_bundle.h"
 #include "app/program_setup.h"
 #include "base/stable_hash.h"
+#include "freedesktop/bundle/program_folders.h"
 #include "freedesktop/freedesktop_platform.h"
 #include "freedesktop/language/messages.h"
 #include "freedesktop/user_options.h"
@@ -29,6 +30,15 @@ void reportLostDisplay() {
                 translated("start the window again where there is one")});
 }
 
+// A folder that the user has chosen; without one, also for the sample, the user's own settings.
+std::vector<std::string> settingsCommand(const CommandLine& line) {
+    std::vector<std::string> command{freedesktop::programFolders().settings};
+    if (line.preferences) {
+        command.insert(command.end(), {"--preferences", *line.preferences});
+    }
+    return command;
+}
+
 window::AgendaWindowOptions windowOptions(const CommandLine& line, const ProgramSetup& setup,
                                           const ProgramBundle& bundle) {
     window::AgendaWindowOptions options;
@@ -41,6 +51,7 @@ window::AgendaWindowOptions windowOptions(const CommandLine& line, const Program
     }
     options.calendarsManual = setup.platform.dataFolder + "/calendars.md";
     options.settingsFile = setup.platform.preferencesFolder + "/org.quorvel.quorvelprefs.plist";
+    options.settingsCommand = settingsCommand(line);
     options.geometryFile = freedesktop::userWindowGeometryFile();
     return options;
 }

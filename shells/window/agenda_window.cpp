@@ -16,6 +16,7 @@
 #include "shells/window/menus.h"
 #include "shells/window/notice_line.h"
 #include "shells/window/row_actions.h"
+#include "shells/window/settings_start.h"
 #include "shells/window/today_text.h"
 #include "shells/window/toolkit.h"
 #include "shells/window/window_actions.h"
@@ -170,7 +171,8 @@ void AgendaWindow::makeContent() {
 void AgendaWindow::addActions() {
     m_actions = std::make_unique<WindowActions>(
         m_window, "win", [this](std::exception_ptr failure) { m_loop.fail(std::move(failure)); });
-    m_actions->add("settings", [this] { showSettingsHelp(window(), m_options.settingsFile); });
+    m_settings = std::make_unique<SettingsStart>(m_options.settingsCommand, m_options.settingsFile);
+    m_actions->add("settings", [this] { m_settings->start(window(), m_launchContext); });
     m_actions->add("refresh", [this] { run(WindowKey::refresh); });
     m_actions->add("shortcuts", [this] { run(WindowKey::shortcuts); });
     m_actions->add("about", [this] {

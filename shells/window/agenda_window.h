@@ -30,6 +30,7 @@ namespace quorvel::window {
 class MainLoop;
 class NoticeLine;
 class RowActions;
+class SettingsStart;
 class WindowActions;
 class WindowHeader;
 enum class WindowKey;
@@ -106,6 +107,7 @@ private:
     std::unique_ptr<NoticeLine> m_notice;
     std::unique_ptr<WindowActions> m_actions;
     std::unique_ptr<RowActions> m_rowActions;
+    std::unique_ptr<SettingsStart> m_settings;
     freedesktop::DelayedCall m_rowAction; // after a double click
     std::optional<std::size_t> m_clickedRow;
 };

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/geometry.h"
 #include "platform/ui_color.h"
@@ -18,9 +19,10 @@ struct AgendaWindowOptions {
     // Chosen by the user; an absent colour is transparent. Without a choice, the backdrop is that
     // of the desktop's appearance.
     std::optional<std::optional<platform::UIColor>> backdrop;
-    std::string calendarsManual; // the file of the manual on calendars
-    std::string settingsFile;    // to show to the user
-    std::string geometryFile;    // see window_geometry.h; empty: the geometry is not stored
+    std::string calendarsManual;              // the file of the manual on calendars
+    std::string settingsFile;                 // to show to the user
+    std::vector<std::string> settingsCommand; // opens the window of the settings
+    std::string geometryFile; // see window_geometry.h; empty: the geometry is not stored
 };
 
 } // namespace quorvel::window

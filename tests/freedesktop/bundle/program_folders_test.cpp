@@ -23,6 +23,8 @@ TEST(ProgramFolders, PrefersWhatStandsBesideTheProgram) {
     EXPECT_EQ(installed.data, name + "/share/quorvel");
     EXPECT_EQ(installed.window, name + "/libexec/quorvel/quorvel-window");
     EXPECT_EQ(installed.refresh, name + "/libexec/quorvel/quorvel-refresh");
+    EXPECT_EQ(installed.command, name + "/bin/quorvel");
+    EXPECT_EQ(installed.settings, name + "/bin/quorvel-settings");
     EXPECT_TRUE(installed.dataServerModule.ends_with("/quorvel/quorvel-eds.so"));
     EXPECT_TRUE(installed.dataServerModule.starts_with(name + "/lib"));
     EXPECT_TRUE(installed.layerModule.ends_with("/quorvel/quorvel-layer-shell.so"));
@@ -53,6 +55,8 @@ TEST(ProgramFolders, AreTheSameForAProgramThatTheCommandsStart) {
     EXPECT_EQ(helper.bundle, command.bundle);
     EXPECT_EQ(helper.data, "/opt/quorvel/share/quorvel");
     EXPECT_EQ(helper.data, command.data);
+    EXPECT_EQ(helper.command, "/opt/quorvel/bin/quorvel");
+    EXPECT_EQ(helper.settings, command.settings);
 }
 
 } // namespace
