@@ -1,4 +1,5 @@
 #include "freedesktop/io/regular_file.h"
+#include "base/translatable_text.h"
 
 #include <cerrno>
 #include <system_error>
@@ -14,7 +15,7 @@ namespace {
 using MaybeBytes = std::optional<std::vector<std::byte>>;
 
 Error tooLarge() {
-    return {"it is too large", {}, {}};
+    return {translatable("it is too large"), {}, {}};
 }
 
 Error systemError(const std::error_code& error) {
@@ -99,7 +100,7 @@ Result<MaybeBytes> readRegularFile(const std::string& path, std::size_t most) {
         return MaybeBytes();
     }
     if (error == std::errc::invalid_argument) {
-        return Error{"it is not a regular file", {}, {}};
+        return Error{translatable("it is not a regular file"), {}, {}};
     }
     return systemError(error);
 }

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/translatable_text.h"
 #include "freedesktop/preferences/property_list_budget.h"
 
 namespace quorvel::freedesktop {
@@ -78,7 +79,7 @@ private:
         return false;
     }
 
-    bool damaged() { return fail("the binary list is damaged"); }
+    bool damaged() { return fail(translatable("the binary list is damaged")); }
 
     std::optional<Header> headerAt(std::uint64_t at) const {
         if (at < magic.size() || !holds(at, 1, 1)) {
@@ -108,7 +109,7 @@ private:
         }
         m_contentBytes += header.count * width;
         return m_contentBytes <= PropertyListBudget::contentBytes ||
-               fail("its texts are too large");
+               fail(translatable("its texts are too large"));
     }
 
     bool text(const Header& header, std::uint64_t width) {
@@ -170,10 +171,10 @@ private:
     // Counts a shared object each time, because the library copies it each time.
     bool visit(std::uint64_t object, std::size_t depth, bool isKey) {
         if (depth > PropertyListBudget::depth) {
-            return fail("it is nested too deep");
+            return fail(translatable("it is nested too deep"));
         }
         if (++m_objects > PropertyListBudget::objects) {
-            return fail("it holds too many objects");
+            return fail(translatable("it holds too many objects"));
         }
         if (object >= m_objectCount) {
             return damaged();
@@ -212,10 +213,10 @@ bool looksLikeBinaryPropertyList(std::span<const std::byte> bytes) {
 Result<std::vector<TextWithNul>> checkBinaryPropertyList(std::span<const std::byte> bytes) {
     const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
     if (text.substr(0, magic.size()) != magic) {
-        return Error{"its binary format is of an unknown version", {}, {}};
+        return Error{translatable("its binary format is of an unknown version"), {}, {}};
     }
     if (bytes.size() < magic.size() + trailerSize) {
-        return Error{"the binary list is damaged", {}, {}};
+        return Error{translatable("the binary list is damaged"), {}, {}};
     }
     return Walk(bytes).run();
 }

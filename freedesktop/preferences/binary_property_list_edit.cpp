@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "base/translatable_text.h"
 #include "freedesktop/preferences/binary_property_list_check.h"
 #include "freedesktop/preferences/plist_handles.h"
 
@@ -46,7 +47,7 @@ Result<std::string> bytesOf(plist_t root) {
     static_cast<void>(plist_to_bin(root, &bytes, &size));
     const Malloced<char> owned(bytes);
     if (!owned) {
-        return Error{"there is not enough memory", {}, {}};
+        return Error{translatable("there is not enough memory"), {}, {}};
     }
     return std::string(owned.get(), size);
 }
@@ -57,12 +58,15 @@ Result<std::string> changedBinaryDictionary(std::span<const std::byte> bytes,
                                             const DictionaryChanges& changes) {
     const auto textsWithNul = checkBinaryPropertyList(bytes);
     if (!textsWithNul || !textsWithNul->empty()) {
-        return Error{"it holds texts that cannot be written again", {}, {}};
+        return Error{translatable("it holds texts that cannot be written again"), {}, {}};
     }
     plist_t root = nullptr;
     plist_from_bin(reinterpret_cast<const char*>(bytes.data()),
                    static_cast<std::uint32_t>(bytes.size()), &root);
     const PlistNode owned(root);
+    if (plist_get_node_type(root) != PLIST_DICT) { // a reference, which is read as a dictionary
+        return Error{translatable("it holds no dictionary"), {}, {}};
+    }
     for (const auto& [key, value] : changes) {
         if (const plist_t node = value ? nodeOf(*value) : nullptr) {
             plist_dict_set_item(root, key.c_str(), node);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/ascii_text.h"
+#include "base/translatable_text.h"
 #include "base/utf8.h"
 #include "freedesktop/preferences/property_list_budget.h"
 #include "freedesktop/preferences/text_position.h"
@@ -42,7 +43,7 @@ public:
         }
         skipSpace();
         if (!value || !m_rest.empty()) {
-            return Error{m_problem.empty() ? "it is not a property list" : m_problem,
+            return Error{m_problem.empty() ? translatable("it is not a property list") : m_problem,
                          positionText(m_text, position()),
                          {}};
         }
@@ -86,10 +87,10 @@ private:
 
     MaybeValue object(std::size_t depth) {
         if (depth > PropertyListBudget::depth) {
-            return fail("it is nested too deep");
+            return fail(translatable("it is nested too deep"));
         }
         if (++m_objects > PropertyListBudget::objects) {
-            return fail("it holds too many objects");
+            return fail(translatable("it holds too many objects"));
         }
         if (skip('{')) {
             return pairs(depth, '}');

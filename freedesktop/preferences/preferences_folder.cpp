@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "base/translatable_text.h"
 #include "freedesktop/preferences/property_list_file.h"
 
 namespace quorvel::freedesktop {
@@ -16,6 +17,8 @@ constexpr std::array<std::string_view, 2> preferencesDirectories{
     "/var/mobile/Library/Preferences/", "/private/var/mobile/Library/Preferences/"};
 constexpr std::string_view stockCalendarFile = "com.apple.mobilecal.plist";
 constexpr std::string_view propertyListSuffix = ".plist";
+constexpr const char* noDictionary = translatable("it holds no dictionary");
+constexpr const char* noArray = translatable("it holds no array");
 
 // The part of a path below the platform's preferences directories.
 std::optional<std::string_view> nameInPreferences(std::string_view path) {
@@ -93,7 +96,8 @@ Result<std::optional<Kind>> PreferencesFolder::failure(const std::string& path, 
 }
 
 template <class Kind>
-Result<std::optional<Kind>> PreferencesFolder::readAs(const std::string& path, const char* kind) {
+Result<std::optional<Kind>> PreferencesFolder::readAs(const std::string& path,
+                                                      const char* wrongKind) {
     auto value = readPropertyListFile(path);
     if (!value) {
         return failure<Kind>(path, value.error());
@@ -101,7 +105,7 @@ Result<std::optional<Kind>> PreferencesFolder::readAs(const std::string& path, c
     std::optional<platform::PropertyListValue>& list = *value;
     auto* const wanted = list ? std::get_if<Kind>(&list->value) : nullptr;
     if (list && wanted == nullptr) {
-        return failure<Kind>(path, {std::string("it holds no ") + kind, {}, {}});
+        return failure<Kind>(path, {wrongKind, {}, {}});
     }
     m_logged.erase(path);
     return list ? std::optional(std::move(*wanted)) : std::nullopt;
@@ -113,7 +117,7 @@ PreferencesFolder::dictionaryWithContentsOfFile(std::string_view path) {
     if (!local) {
         return std::nullopt;
     }
-    auto dictionary = readAs<PropertyListDictionary>(*local, "dictionary");
+    auto dictionary = readAs<PropertyListDictionary>(*local, noDictionary);
     const bool isMissing = dictionary && !*dictionary;
     if (isMissing && nameInPreferences(path) == stockCalendarFile) {
         return stockCalendarPreferences();
@@ -123,14 +127,14 @@ PreferencesFolder::dictionaryWithContentsOfFile(std::string_view path) {
 
 std::optional<PropertyListArray> PreferencesFolder::arrayWithContentsOfFile(std::string_view path) {
     const auto local = localPath(path);
-    return local ? valueOrAbsent(readAs<PropertyListArray>(*local, "array")) : std::nullopt;
+    return local ? valueOrAbsent(readAs<PropertyListArray>(*local, noArray)) : std::nullopt;
 }
 
 std::optional<PropertyListDictionary> PreferencesFolder::domainDictionary(std::string_view domain) {
     const auto path = domain.find('/') == std::string_view::npos && !domain.empty()
                           ? pathInFolder(std::string(domain).append(propertyListSuffix))
                           : std::nullopt;
-    return path ? valueOrAbsent(readAs<PropertyListDictionary>(*path, "dictionary")) : std::nullopt;
+    return path ? valueOrAbsent(readAs<PropertyListDictionary>(*path, noDictionary)) : std::nullopt;
 }
 
 std::optional<std::vector<std::string>> PreferencesFolder::copyKeyList(std::string_view domain) {

@@ -56,7 +56,7 @@ public:
 private:
     // Absent if there is no such file. Logs an error.
     template <class Kind>
-    Result<std::optional<Kind>> readAs(const std::string& path, const char* kind);
+    Result<std::optional<Kind>> readAs(const std::string& path, const char* wrongKind);
     template <class Kind>
     Result<std::optional<Kind>> failure(const std::string& path, Error error);
     std::optional<platform::PropertyListDictionary> domainDictionary(std::string_view domain);

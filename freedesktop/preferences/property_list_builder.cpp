@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "base/translatable_text.h"
 #include "freedesktop/preferences/property_list_budget.h"
 #include "freedesktop/preferences/xml_values.h"
 
@@ -15,8 +16,10 @@ using platform::PropertyListDictionary;
 using platform::PropertyListValue;
 using Element = PropertyListBuilder::Element;
 
-constexpr const char* foreignElement = "the XML has elements that are not those of a property list";
-constexpr const char* misplacedKey = "the XML has a key without a value, or a value without a key";
+constexpr const char* foreignElement =
+    translatable("the XML has elements that are not those of a property list");
+constexpr const char* misplacedKey =
+    translatable("the XML has a key without a value, or a value without a key");
 
 constexpr std::array<std::pair<std::string_view, Element>, 11> elements{{
     {"plist", Element::plist},
@@ -95,9 +98,9 @@ bool PropertyListBuilder::isKeyInPlace(Element element) const {
 
 bool PropertyListBuilder::countObject(Element element) {
     if (element != Element::plist && ++m_objects > PropertyListBudget::objects) {
-        fail("it holds too many objects");
+        fail(translatable("it holds too many objects"));
     } else if (m_open.size() >= PropertyListBudget::depth) {
-        fail("it is nested too deep");
+        fail(translatable("it is nested too deep"));
     }
     return !m_isDone;
 }
@@ -112,7 +115,7 @@ void PropertyListBuilder::start(std::string_view name) {
     }
     const bool isTopLevel = m_open.empty() || m_open.back().element == Element::plist;
     if (isTopLevel && m_objects > 0) {
-        return fail("the XML has more than one object");
+        return fail(translatable("the XML has more than one object"));
     }
     if (!isKeyInPlace(*element)) {
         return fail(misplacedKey);
@@ -129,11 +132,11 @@ void PropertyListBuilder::text(std::string_view characters) {
     if (isInsideLeaf()) {
         m_contentBytes += characters.size();
         if (m_contentBytes > PropertyListBudget::contentBytes) {
-            return fail("its texts are too large");
+            return fail(translatable("its texts are too large"));
         }
         m_text += characters;
     } else if (characters.find_first_not_of(" \t\r\n") != std::string_view::npos) {
-        fail("the XML has text between its elements");
+        fail(translatable("the XML has text between its elements"));
     }
 }
 
@@ -151,7 +154,7 @@ void PropertyListBuilder::end() {
     if (m_open.empty() && !m_isDone) {
         m_isDone = true;
         if (m_objects == 0) {
-            fail("the XML holds no object");
+            fail(translatable("the XML holds no object"));
         }
     }
 }
@@ -175,7 +178,7 @@ void PropertyListBuilder::closeContainer(OpenElement closed) {
 
 void PropertyListBuilder::add(std::optional<PropertyListValue> value) {
     if (!value) {
-        return fail("the XML has an invalid value");
+        return fail(translatable("the XML has an invalid value"));
     }
     if (m_open.empty() || m_open.back().element == Element::plist) {
         m_root = std::move(*value);

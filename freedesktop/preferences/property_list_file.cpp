@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/translatable_text.h"
 #include "base/utf8.h"
 #include "freedesktop/io/regular_file.h"
 #include "freedesktop/preferences/binary_property_list_check.h"
@@ -22,7 +23,7 @@ using platform::PropertyListData;
 using platform::PropertyListDictionary;
 using platform::PropertyListValue;
 
-constexpr const char* damagedBinary = "the binary list is damaged";
+constexpr const char* damagedBinary = translatable("the binary list is damaged");
 
 PropertyListValue valueOf(plist_t node);
 
@@ -178,10 +179,10 @@ Result<PropertyListValue> parseBinary(std::span<const std::byte> bytes) {
 
 Result<PropertyListValue> parsePropertyList(std::span<const std::byte> bytes) {
     if (bytes.empty()) {
-        return failure("it is empty");
+        return failure(translatable("it is empty"));
     }
     if (bytes.size() > PropertyListBudget::fileBytes) {
-        return failure("it is too large");
+        return failure(translatable("it is too large"));
     }
     if (looksLikeBinaryPropertyList(bytes)) {
         return parseBinary(bytes);

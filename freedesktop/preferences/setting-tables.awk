@@ -4,6 +4,7 @@
 BEGIN {
     FS = "\t"
     print "// Made from data/colours.tsv and data/settings.tsv.\n"
+    print "#include \"base/translatable_text.h\""
     print "#include \"freedesktop/preferences/setting_descriptions.h\"\n"
     print "namespace quorvel::freedesktop {\nnamespace {\n"
 }
@@ -21,6 +22,11 @@ function quoted(text) {
     return "\"" text "\""
 }
 
+# One that tools/update-messages collects for translators.
+function marked(text) {
+    return "translatable(" quoted(text) ")"
+}
+
 # #RRGGBB as four bytes.
 function rgba(value) {
     return "std::array<std::uint8_t, 4>{0x" substr(value, 2, 2) ", 0x" substr(value, 4, 2) \
@@ -33,7 +39,7 @@ FNR == 1 { isOfSettings = NR > 1; next }
     if ($1 !~ /^[0-9]+$/ || $2 == "" || $3 !~ /^(#[0-9A-F][0-9A-F][0-9A-F][0-9A-F][0-9A-F][0-9A-F])?$/)
         fail("a colour has a code, a name and a value #RRGGBB or none")
     codes = codes "    {" $1 ", " quoted($2) ", " ($3 == "" ? "std::nullopt" : rgba($3)) "},\n"
-    choice = "    {" quoted($1) ", " quoted($2) "},\n"
+    choice = "    {" quoted($1) ", " marked($2) "},\n"
     allColours = allColours choice
     if ($3 != "")
         colours = colours choice
@@ -69,12 +75,12 @@ FNR == 1 { isOfSettings = NR > 1; next }
             if (at < 2)
                 fail("not VALUE=LABEL: " part[i])
             list = list "    {" quoted(substr(part[i], 1, at - 1)) ", " \
-                quoted(substr(part[i], at + 1)) "},\n"
+                marked(substr(part[i], at + 1)) "},\n"
         }
         ownChoices = ownChoices "constexpr SettingChoice " choices "[] = {\n" list "};\n\n"
     }
     settings = settings "    {" quoted($1) ", SettingKind::" $2 ", " least ", " most ", " choices \
-        ", " takesPaths ", " quoted($4) ",\n     " quoted($5) ", " quoted($6) ",\n     " quoted($7) "},\n"
+        ", " takesPaths ", " quoted($4) ",\n     " quoted($5) ", " marked($6) ",\n     " marked($7) "},\n"
 }
 
 END {

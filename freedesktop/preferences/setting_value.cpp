@@ -43,11 +43,12 @@ std::optional<bool> booleanOf(std::string_view text) {
     return std::nullopt;
 }
 
-// By its value or its label. Null: there is no such choice.
+// By its value or its label, in English or the user's language. Null: there is no such choice.
 const SettingChoice* choiceNamed(const SettingDescription& setting, std::string_view text) {
     const std::string word = asciiLowerCase(text);
     const auto found = std::ranges::find_if(setting.choices, [&](const SettingChoice& choice) {
-        return asciiLowerCase(choice.value) == word || asciiLowerCase(choice.label) == word;
+        return asciiLowerCase(choice.value) == word || asciiLowerCase(choice.label) == word ||
+               asciiLowerCase(translated(std::string(choice.label))) == word;
     });
     return found == setting.choices.end() ? nullptr : &*found;
 }

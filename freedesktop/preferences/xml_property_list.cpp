@@ -9,6 +9,7 @@
 #include <expat.h>
 
 #include "base/ascii_text.h"
+#include "base/translatable_text.h"
 #include "freedesktop/preferences/property_list_builder.h"
 #include "freedesktop/preferences/single_byte_encoding.h"
 #include "freedesktop/preferences/text_position.h"
@@ -19,7 +20,7 @@ namespace {
 
 using platform::PropertyListValue;
 
-constexpr const char* unknownEntity = "the XML has an unknown entity";
+constexpr const char* unknownEntity = translatable("the XML has an unknown entity");
 
 std::string_view withoutLeadingSpace(std::string_view text) {
     return trimmedStart(text, " \t\r\n");
@@ -47,9 +48,9 @@ bool endsInReference(std::string_view text) {
 // `rest` starts where expat found a character that fits nowhere.
 const char* problemOfInvalidToken(std::string_view before, std::string_view rest) {
     if (!rest.empty() && isForbidden(rest.front())) {
-        return "the XML has a character that XML forbids";
+        return translatable("the XML has a character that XML forbids");
     }
-    return endsInReference(before) ? unknownEntity : "the XML is malformed";
+    return endsInReference(before) ? unknownEntity : translatable("the XML is malformed");
 }
 
 const char* problemOfError(XML_Error error) {
@@ -58,21 +59,21 @@ const char* problemOfError(XML_Error error) {
     case XML_ERROR_UNCLOSED_TOKEN:
     case XML_ERROR_UNCLOSED_CDATA_SECTION:
     case XML_ERROR_PARTIAL_CHAR:
-        return "the XML breaks off";
+        return translatable("the XML breaks off");
     case XML_ERROR_TAG_MISMATCH:
-        return "the elements of the XML do not match";
+        return translatable("the elements of the XML do not match");
     case XML_ERROR_UNDEFINED_ENTITY:
     case XML_ERROR_EXTERNAL_ENTITY_HANDLING:
         return unknownEntity;
     case XML_ERROR_BAD_CHAR_REF:
-        return "the XML has a character that XML forbids";
+        return translatable("the XML has a character that XML forbids");
     case XML_ERROR_UNKNOWN_ENCODING:
     case XML_ERROR_INCORRECT_ENCODING:
-        return "the XML is in an unknown encoding";
+        return translatable("the XML is in an unknown encoding");
     case XML_ERROR_NO_MEMORY:
-        return "there is not enough memory";
+        return translatable("there is not enough memory");
     default:
-        return "the XML is malformed";
+        return translatable("the XML is malformed");
     }
 }
 
@@ -183,7 +184,7 @@ void XmlPass::onDeclaredEncoding(const char* encoding) {
 // An entity without a value is external.
 void XmlPass::onEntity(std::string_view name, const char* value, int length) {
     if (value != nullptr && !isHarmlessEntity(name, {value, static_cast<std::size_t>(length)})) {
-        fail("the XML declares entities");
+        fail(translatable("the XML declares entities"));
     }
 }
 
@@ -191,7 +192,7 @@ void XmlPass::onEntity(std::string_view name, const char* value, int length) {
 void XmlPass::countAttribute() {
     constexpr int mostDeclaredAttributes = 100;
     if (++m_declaredAttributes > mostDeclaredAttributes) {
-        fail("the XML declares too many attributes");
+        fail(translatable("the XML declares too many attributes"));
     }
 }
 
@@ -230,7 +231,8 @@ Result<PropertyListValue> XmlPass::parse(std::string_view list) {
         auto result = m_builder.takeResult();
         return result ? std::move(result) : failure(result.error().what);
     }
-    return failure(status == XML_STATUS_OK ? "the XML holds no object" : problemAfter(text));
+    return failure(status == XML_STATUS_OK ? translatable("the XML holds no object")
+                                           : problemAfter(text));
 }
 
 } // namespace

@@ -103,7 +103,7 @@ TEST_F(SettingsWritesTest, AThousandWritesAtOnceLoseNothing) {
     EXPECT_EQ(fileCount(), 1U);
 }
 
-// Each round kills the process a little later in its life.
+// Each round kills the process a little later, up to the time that it takes to finish.
 TEST_F(SettingsWritesTest, AKilledWriterLeavesTheOldFileOrTheNewOne) {
     const auto contentsWith = [](int size) {
         return propertyList("<dict><key>other</key><string>" + std::string(100'000, 'x') +
@@ -112,11 +112,15 @@ TEST_F(SettingsWritesTest, AKilledWriterLeavesTheOldFileOrTheNewOne) {
     };
     int size = 1;
     write("preferences/" + settingsName, contentsWith(size));
-    for (int round = 0; round < 300; ++round) {
+    const auto start = std::chrono::steady_clock::now();
+    ASSERT_EQ(set("textSize", "1").status, 0);
+    const auto lifetime = std::chrono::steady_clock::now() - start;
+    constexpr int rounds = 300;
+    for (int round = 0; round < rounds; ++round) {
         const int next = size % 200 + 1;
         const pid_t process =
             startHere({"settings", "textSize", std::to_string(next)}, "/dev/null");
-        std::this_thread::sleep_for(std::chrono::microseconds(round * 50));
+        std::this_thread::sleep_for(lifetime * round / rounds);
         ::kill(process, SIGKILL);
         ::waitpid(process, nullptr, 0);
         const std::string found = contents();

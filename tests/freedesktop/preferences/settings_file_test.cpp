@@ -239,6 +239,18 @@ TEST_F(SettingsFileTest, WritesTheBinaryForm) {
     EXPECT_EQ(m_file.read()->size(), 3U);
 }
 
+// The reader makes a dictionary of it, but nothing can be added to it.
+TEST_F(SettingsFileTest, RefusesAReferenceInPlaceOfADictionary) {
+    const std::string reference("bplist00\x80\x05\x08\0\0\0\0\0\0\x01\x01\0\0\0\0\0\0\0\x01"
+                                "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\x0A",
+                                8 + 2 + 1 + 32);
+    write(name, reference);
+    EXPECT_TRUE(m_file.read());
+    EXPECT_EQ(changeError({{"textSize", number(20)}}),
+              "it holds no dictionary: change it with an editor");
+    EXPECT_EQ(contentsOf(name), reference);
+}
+
 TEST_F(SettingsFileTest, NeverOverwritesAFileThatItCannotRead) {
     const std::string advice = ": mend the file, or move it away";
     const std::vector<std::pair<std::string, std::string>> cases{
