@@ -12,6 +12,7 @@
 #include "freedesktop/session/file_changes.h"
 #include "platform/clock.h"
 #include "shells/live/presentation_times.h"
+#include "shells/live/subscription_refresh.h"
 
 namespace quorvel::shells {
 
@@ -43,7 +44,8 @@ public:
         , m_timer(
               log(), [this] { m_presentation.start(0); }, [this] { handleChange(); })
         , m_files(log(), [this] { handleChange(); })
-        , m_session(log(), sessionChanges(), std::move(hostTimeZone)) {
+        , m_session(log(), sessionChanges(), std::move(hostTimeZone))
+        , m_subscriptions(platform) {
         m_files.watch(m_platform.watchedPaths());
         m_platform.setCalendarsChangedHandler([this] { handleChange(); });
     }
@@ -57,10 +59,12 @@ public:
         m_isPostponed = false;
         m_files.watch(m_platform.watchedPaths());
         startTimer(rows);
+        m_subscriptions.restart();
     }
 
     void setPaused(bool isPaused) {
         m_isPaused = isPaused;
+        m_subscriptions.setPaused(isPaused);
         if (!isPaused && std::exchange(m_isPostponed, false)) {
             m_presentation.start(0);
         }
@@ -106,6 +110,7 @@ private:
     freedesktop::WallClockTimer m_timer;
     freedesktop::FileChanges m_files;
     freedesktop::DesktopSession m_session;
+    SubscriptionRefresh m_subscriptions;
 };
 
 // Passes each change to the platform at once, so that the next presentation shows it.

@@ -18,7 +18,8 @@ namespace quorvel::shells {
 
 // Requests a presentation at local midnight, at the next start or end of a row, after the system
 // resumes from sleep, when the time zone, the locale, the clock format or a settings file changes,
-// and within a second of a change of the calendars. Changes that follow each other quickly cause
+// and within a second of a change of the calendars. While it is not paused, copies of calendars on
+// servers are fetched again when they are due, hourly. Changes that follow each other quickly cause
 // one presentation. All calls come from the default main context of the thread, never from inside a
 // method of this class.
 class LivePresenter {
