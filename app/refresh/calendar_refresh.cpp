@@ -24,6 +24,7 @@ using freedesktop::CopyState;
 using freedesktop::FileDescriptor;
 using freedesktop::SubscriptionCache;
 using freedesktop::systemSeconds;
+using freedesktop::network::DownloadFailure;
 namespace network = freedesktop::network;
 
 namespace {
@@ -94,12 +95,12 @@ Result<void> replaceCopy(const std::string& received, const std::string& copy) {
 }
 
 // The new state of the copy.
-Result<CopyState> fetch(const SubscriptionCache& cache, const std::string& url,
-                        const RefreshOptions& options, const CopyState& state) {
+Result<CopyState, DownloadFailure> fetch(const SubscriptionCache& cache, const std::string& url,
+                                         const RefreshOptions& options, const CopyState& state) {
     const std::string copy = cache.calendarFile(url);
     auto received = ReceivedCalendar::create(downloadFile(cache, url));
     if (!received) {
-        return received.error();
+        return DownloadFailure{received.error(), false};
     }
     const auto result =
         network::download(requestOf(url, options, state, isIntact(copy, state)),
@@ -114,7 +115,7 @@ Result<CopyState> fetch(const SubscriptionCache& cache, const std::string& url,
             stored = replaceCopy(downloadFile(cache, url), copy);
         }
         if (!stored) {
-            return stored.error();
+            return DownloadFailure{stored.error(), false};
         }
         fetched.calendarName = received->calendarName();
         fetched.size = received->size();
@@ -124,6 +125,7 @@ Result<CopyState> fetch(const SubscriptionCache& cache, const std::string& url,
     fetched.triedAt = fetched.confirmedAt = systemSeconds();
     fetched.error.clear();
     fetched.toDo.clear();
+    fetched.mayPass = false;
     return fetched;
 }
 
@@ -140,10 +142,11 @@ Result<RefreshOutcome> refreshCalendar(const std::string& url, const RefreshOpti
     if (lock.hasWaited() && state.triedAt >= startedAt) {
         return state.error.empty() ? RefreshOutcome::current : RefreshOutcome::failed;
     }
-    const Result<CopyState> fetched = fetch(cache, url, options, state);
+    const auto fetched = fetch(cache, url, options, state);
     ::unlink(downloadFile(cache, url).c_str());
     if (!fetched) {
-        const Result<void> recorded = recordFailure(url, options, fetched.error());
+        const Result<void> recorded =
+            recordFailure(url, options, fetched.error().error, fetched.error().mayPass);
         return recorded ? Result<RefreshOutcome>(RefreshOutcome::failed) : recorded.error();
     }
     const Result<void> written = cache.writeState(url, *fetched);
@@ -151,13 +154,14 @@ Result<RefreshOutcome> refreshCalendar(const std::string& url, const RefreshOpti
 }
 
 Result<void> recordFailure(const std::string& url, const RefreshOptions& options,
-                           const Error& error) {
+                           const Error& error, bool mayPass) {
     const SubscriptionCache cache(options.cacheFolder);
     ::unlink(downloadFile(cache, url).c_str());
     CopyState state = cache.readState(url);
     state.triedAt = systemSeconds();
     state.error = error.what;
     state.toDo = error.toDo;
+    state.mayPass = mayPass;
     return cache.writeState(url, state);
 }
 

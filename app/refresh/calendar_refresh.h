@@ -22,6 +22,6 @@ Result<RefreshOutcome> refreshCalendar(const std::string& url, const RefreshOpti
 
 // Writes that a refresh has failed, and removes what it has left.
 Result<void> recordFailure(const std::string& url, const RefreshOptions& options,
-                           const Error& error);
+                           const Error& error, bool mayPass);
 
 } // namespace quorvel::app

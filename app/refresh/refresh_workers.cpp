@@ -116,7 +116,7 @@ public:
 private:
     void recordError(const std::string& url, const Error& error) {
         m_hasFailed = true;
-        if (const Result<void> recorded = recordFailure(url, m_options, error); !recorded) {
+        if (const Result<void> recorded = recordFailure(url, m_options, error, true); !recorded) {
             printError(message(recorded.error()));
         }
     }

@@ -28,10 +28,10 @@ public:
         , m_address(std::move(start)) {}
 
     // The exchange whose answer is not a redirection.
-    Result<std::unique_ptr<HttpExchange>> follow() {
+    Result<std::unique_ptr<HttpExchange>, DownloadFailure> follow() {
         for (int redirects = 0; redirects <= mostRedirects; ++redirects) {
             auto exchange = std::make_unique<HttpExchange>(m_address, options(redirects == 0));
-            if (const Result<void> sent = exchange->send(); !sent) {
+            if (const auto sent = exchange->send(); !sent) {
                 return sent.error();
             }
             if (redirects == 0) {
@@ -42,12 +42,13 @@ public:
             }
             const auto target = redirectTarget(m_address, exchange->header("Location"));
             if (!target) {
-                return target.error();
+                return DownloadFailure{target.error(), false};
             }
             m_address = *target;
         }
-        return Error{
-            "the server redirects more than " + std::to_string(mostRedirects) + " times", {}, {}};
+        return DownloadFailure{
+            {"the server redirects more than " + std::to_string(mostRedirects) + " times", {}, {}},
+            false};
     }
 
 private:
@@ -65,11 +66,12 @@ private:
     bool m_isStartPrivate = false;
 };
 
-Result<void> receiveAll(HttpExchange& exchange, std::uint64_t mostBytes, const Receive& receive) {
+Result<void, DownloadFailure> receiveAll(HttpExchange& exchange, std::uint64_t mostBytes,
+                                         const Receive& receive) {
     std::array<char, pieceSize> piece{};
     std::uint64_t total = 0;
     while (true) {
-        const Result<std::size_t> count = exchange.read(piece);
+        const auto count = exchange.read(piece);
         if (!count) {
             return count.error();
         }
@@ -78,21 +80,22 @@ Result<void> receiveAll(HttpExchange& exchange, std::uint64_t mostBytes, const R
         }
         total += *count;
         if (total > mostBytes) {
-            return Error{
-                "the calendar is larger than " + std::to_string(mostBytes >> 20U) + " MB", {}, {}};
+            return DownloadFailure{
+                {"the calendar is larger than " + std::to_string(mostBytes >> 20U) + " MB", {}, {}},
+                false};
         }
         if (const Result<void> received = receive({piece.data(), *count}); !received) {
-            return received;
+            return DownloadFailure{received.error(), false};
         }
     }
 }
 
 } // namespace
 
-Result<Download> download(const DownloadRequest& request, const Receive& receive) {
+Result<Download, DownloadFailure> download(const DownloadRequest& request, const Receive& receive) {
     Result<WebAddress> start = parseWebAddress(request.url);
     if (!start) {
-        return start.error();
+        return DownloadFailure{start.error(), false};
     }
     const auto exchange = Journey(request, *std::move(start)).follow();
     if (!exchange) {
@@ -106,7 +109,7 @@ Result<Download> download(const DownloadRequest& request, const Receive& receive
     if (last.status() != 200) {
         return statusError(last.status());
     }
-    if (const Result<void> received = receiveAll(last, request.mostBytes, receive); !received) {
+    if (const auto received = receiveAll(last, request.mostBytes, receive); !received) {
         return received.error();
     }
     return Download{false, last.header("ETag"), last.header("Last-Modified")};

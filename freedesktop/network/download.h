@@ -33,11 +33,16 @@ struct Download {
     std::string lastModified;
 };
 
+struct DownloadFailure {
+    Error error;
+    bool mayPass = false; // the same request may succeed later: the server or the network is down
+};
+
 using Receive = std::function<Result<void>(std::string_view)>;
 
 // Blocks. Passes the content on in pieces. Follows redirections, but never to another scheme than
 // https, nor to a private address of another host. Certificates are always checked. The total time
 // is not bounded. Errors are about "the server" and name no part of the URL.
-Result<Download> download(const DownloadRequest& request, const Receive& receive);
+Result<Download, DownloadFailure> download(const DownloadRequest& request, const Receive& receive);
 
 } // namespace quorvel::freedesktop::network

@@ -22,17 +22,21 @@ constexpr std::array<CertificateText, 6> certificateTexts{{
     {G_TLS_CERTIFICATE_INSECURE, "is not secure enough"},
 }};
 
-Error errorOf(std::string what) {
-    return {std::move(what), {}, {}};
+DownloadFailure lasting(std::string what) {
+    return {{std::move(what), {}, {}}, false};
 }
 
-Error certificateError(GTlsCertificateFlags flags) {
+DownloadFailure passing(std::string what) {
+    return {{std::move(what), {}, {}}, true};
+}
+
+DownloadFailure certificateError(GTlsCertificateFlags flags) {
     for (const CertificateText& candidate : certificateTexts) {
         if ((flags & candidate.flag) != 0) {
-            return errorOf(std::string("the server's certificate ") + candidate.text);
+            return lasting(std::string("the server's certificate ") + candidate.text);
         }
     }
-    return errorOf("the server's certificate is not valid");
+    return lasting("the server's certificate is not valid");
 }
 
 bool isUnreachable(const GError& error) {
@@ -56,47 +60,48 @@ bool isBrokenOff(const GError& error) {
 
 } // namespace
 
-Error exchangeError(const GError& error, GTlsCertificateFlags certificateErrors) {
+DownloadFailure exchangeError(const GError& error, GTlsCertificateFlags certificateErrors) {
     if (certificateErrors != G_TLS_CERTIFICATE_NO_FLAGS ||
         g_error_matches(&error, G_TLS_ERROR, G_TLS_ERROR_BAD_CERTIFICATE) != FALSE) {
         return certificateError(certificateErrors);
     }
     if (error.domain == G_RESOLVER_ERROR) {
-        return errorOf("the server's name cannot be resolved");
+        return passing("the server's name cannot be resolved");
     }
     if (isUnreachable(error)) {
-        return errorOf("the server cannot be reached");
+        return passing("the server cannot be reached");
     }
     if (g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE) {
-        return errorOf("the server does not answer");
+        return passing("the server does not answer");
     }
     if (isBrokenOff(error)) {
-        return errorOf("the server's answer is incomplete");
+        return passing("the server's answer is incomplete");
     }
     if (error.domain == G_TLS_ERROR) {
-        return errorOf("no protected connection to the server can be made");
+        return lasting("no protected connection to the server can be made");
     }
-    return errorOf(std::string("the server's answer cannot be read (") +
+    return lasting(std::string("the server's answer cannot be read (") +
                    g_quark_to_string(error.domain) + " " + std::to_string(error.code) + ")");
 }
 
-Error statusError(unsigned status) {
+DownloadFailure statusError(unsigned status) {
     const std::string number = " (status " + std::to_string(status) + ")";
     switch (status) {
     case 401:
-        return {"the server asks for a name and a password",
-                {},
-                "store them with 'quorvel settings calendars --subscribe ADDRESS --user NAME'"};
+        return {{"the server asks for a name and a password",
+                 {},
+                 "store them with 'quorvel settings calendars --subscribe ADDRESS --user NAME'"},
+                false};
     case 403:
-        return errorOf("the server does not permit to read it" + number);
+        return lasting("the server does not permit to read it" + number);
     case 404:
     case 410:
-        return errorOf("the server has no such calendar" + number);
+        return lasting("the server has no such calendar" + number);
     case 429:
-        return errorOf("the server was asked too often" + number);
+        return passing("the server was asked too often" + number);
     default:
-        return errorOf(
-            (status >= 500 ? "the server has an error" : "the server refuses to send it") + number);
+        return status >= 500 ? passing("the server has an error" + number)
+                             : lasting("the server refuses to send it" + number);
     }
 }
 

@@ -3,12 +3,12 @@
 
 #include <gio/gio.h>
 
-#include "base/result.h"
+#include "freedesktop/network/download.h"
 
 namespace quorvel::freedesktop::network {
 
 // The errors name no part of the URL.
-Error exchangeError(const GError& error, GTlsCertificateFlags certificateErrors);
-Error statusError(unsigned status);
+DownloadFailure exchangeError(const GError& error, GTlsCertificateFlags certificateErrors);
+DownloadFailure statusError(unsigned status);
 
 } // namespace quorvel::freedesktop::network

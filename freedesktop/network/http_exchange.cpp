@@ -17,8 +17,8 @@ bool isPublic(GInetAddress* address) {
         {g_inet_address_to_bytes(address), g_inet_address_get_native_size(address)});
 }
 
-Error privateAddress() {
-    return {"the server redirects to another host with a private address", {}, {}};
+DownloadFailure privateAddress() {
+    return {{"the server redirects to another host with a private address", {}, {}}, false};
 }
 
 ObjectHandle<SoupSession> makeSession(unsigned longestSilence) {
@@ -73,29 +73,29 @@ HttpExchange::~HttpExchange() {
     }
 }
 
-Result<void> HttpExchange::send() {
+Result<void, DownloadFailure> HttpExchange::send() {
     if (!m_message) {
-        return Error{"this is no valid address", {}, {}};
+        return DownloadFailure{{"this is no valid address", {}, {}}, false};
     }
     if (const std::string& file = m_options.request->certificateAuthorities; !file.empty()) {
         const auto database = authoritiesIn(file);
         if (!database) {
-            return database.error();
+            return DownloadFailure{database.error(), false};
         }
         soup_session_set_tls_database(m_session.get(), database->get());
     }
     m_usesProxy = usesProxy();
-    if (const Result<void> checked = checkResolvedAddresses(); !checked) {
+    if (const auto checked = checkResolvedAddresses(); !checked) {
         return checked;
     }
     GError* error = nullptr;
     m_answer.reset(
         soup_session_send(m_session.get(), m_message.get(), m_cancellable.get(), &error));
     const ErrorHandle owned(error);
-    return m_answer ? Result<void>() : errorOf(owned);
+    return m_answer ? Result<void, DownloadFailure>() : failureOf(owned);
 }
 
-Error HttpExchange::errorOf(const ErrorHandle& error) const {
+DownloadFailure HttpExchange::failureOf(const ErrorHandle& error) const {
     return m_isRefused ? privateAddress()
                        : exchangeError(
                              *error, soup_message_get_tls_peer_certificate_errors(m_message.get()));
@@ -111,12 +111,13 @@ std::string HttpExchange::header(const char* name) const {
     return value != nullptr ? value : "";
 }
 
-Result<std::size_t> HttpExchange::read(std::span<char> place) {
+Result<std::size_t, DownloadFailure> HttpExchange::read(std::span<char> place) {
     GError* error = nullptr;
     const gssize count = g_input_stream_read(m_answer.get(), place.data(), place.size(),
                                              m_cancellable.get(), &error);
     const ErrorHandle owned(error);
-    return count >= 0 ? Result<std::size_t>(static_cast<std::size_t>(count)) : errorOf(owned);
+    return count >= 0 ? Result<std::size_t, DownloadFailure>(static_cast<std::size_t>(count))
+                      : failureOf(owned);
 }
 
 // Which addresses the server has.
@@ -129,7 +130,7 @@ bool HttpExchange::usesProxy() const {
 
 // Before anything is sent to them. A name that cannot be resolved is reported by the library, or
 // is known to the proxy alone.
-Result<void> HttpExchange::checkResolvedAddresses() {
+Result<void, DownloadFailure> HttpExchange::checkResolvedAddresses() {
     if (m_options.allowsPrivateAddress) {
         return {};
     }

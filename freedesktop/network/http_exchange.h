@@ -32,21 +32,21 @@ public:
     HttpExchange& operator=(const HttpExchange&) = delete;
 
     // Blocks until the head of the answer has arrived.
-    Result<void> send();
+    Result<void, DownloadFailure> send();
     unsigned status() const;                    // of the answer
     std::string header(const char* name) const; // of the answer; empty: absent
     bool wasPrivateAddress() const { return m_wasPrivate; }
     // Blocks; 0 at the end.
-    Result<std::size_t> read(std::span<char> place);
+    Result<std::size_t, DownloadFailure> read(std::span<char> place);
 
 private:
     static void onNetworkEvent(SoupMessage*, GSocketClientEvent event, GIOStream* connection,
                                gpointer self);
     static gboolean onAuthenticate(SoupMessage*, SoupAuth* auth, gboolean isRetry, gpointer self);
-    Result<void> checkResolvedAddresses();
+    Result<void, DownloadFailure> checkResolvedAddresses();
     bool usesProxy() const;
     void checkConnection(GIOStream* connection);
-    Error errorOf(const ErrorHandle& error) const;
+    DownloadFailure failureOf(const ErrorHandle& error) const;
 
     WebAddress m_address;
     ExchangeOptions m_options;

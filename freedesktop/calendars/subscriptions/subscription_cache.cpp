@@ -53,6 +53,8 @@ void readLine(std::string_view key, std::string_view value, CopyState& state) {
         state.error = value;
     } else if (key == "to-do") {
         state.toDo = value;
+    } else if (key == "may-pass") {
+        state.mayPass = value == "yes";
     } else if (key == "name") {
         state.calendarName = value;
     } else if (key == "etag") {
@@ -69,9 +71,9 @@ void readLine(std::string_view key, std::string_view value, CopyState& state) {
 std::string textOfState(const CopyState& state) {
     return lineOf("confirmed", std::to_string(state.confirmedAt)) +
            lineOf("tried", std::to_string(state.triedAt)) + lineOf("error", state.error) +
-           lineOf("to-do", state.toDo) + lineOf("name", state.calendarName) +
-           lineOf("etag", state.entityTag) + lineOf("last-modified", state.lastModified) +
-           lineOf("size", std::to_string(state.size));
+           lineOf("to-do", state.toDo) + lineOf("may-pass", state.mayPass ? "yes" : "no") +
+           lineOf("name", state.calendarName) + lineOf("etag", state.entityTag) +
+           lineOf("last-modified", state.lastModified) + lineOf("size", std::to_string(state.size));
 }
 
 CopyState stateOfText(std::string_view text) {

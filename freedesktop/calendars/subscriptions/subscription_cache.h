@@ -15,6 +15,7 @@ struct CopyState {
     std::int64_t triedAt = 0;     // when the server was last asked; 0: never
     std::string error;            // of the last try, such as "the server cannot be reached"
     std::string toDo;             // about the error; may be empty
+    bool mayPass = false;         // the error: trying again later may help
     std::string calendarName;     // as the calendar calls itself; may be empty
     std::string entityTag;        // the server's; may be empty
     std::string lastModified;     // likewise

@@ -40,12 +40,13 @@ protected:
     // The content, or "error: " and what is wrong.
     std::string fetch(const DownloadRequest& request) {
         std::string content;
-        const Result<Download> result = download(request, [&](std::string_view piece) {
+        const auto result = download(request, [&](std::string_view piece) {
             content += piece;
             return Result<void>();
         });
         if (!result) {
-            return "error: " + result.error().what;
+            mayPass = result.error().mayPass;
+            return "error: " + result.error().error.what;
         }
         latest = *result;
         return result->isUnchanged ? "unchanged" : content;
@@ -55,6 +56,7 @@ protected:
     static TestAuthority* authority;
     WebServer server{authority->issue(names)};
     Download latest;
+    bool mayPass = false; // of the latest failure
 };
 
 TestAuthority* DownloadTest::authority = nullptr;
@@ -127,6 +129,19 @@ TEST_F(DownloadTest, StatusesAreNamed) {
     EXPECT_EQ(status("503 Later"), "error: the server has an error (status 503)");
     EXPECT_EQ(status("204 None"), "error: the server refuses to send it (status 204)");
     EXPECT_EQ(status("418 Teapot"), "error: the server refuses to send it (status 418)");
+}
+
+TEST_F(DownloadTest, FailuresOfServersAndNetworksMayPass) {
+    server.on("/a", answering(answer("", "", "503 Later")));
+    fetch(server.url("/a"));
+    EXPECT_TRUE(mayPass);
+    fetch(server.url("/missing"));
+    EXPECT_FALSE(mayPass);
+    fetch("https://nowhere.invalid/a");
+    EXPECT_TRUE(mayPass);
+    server.on("/a", redirecting("file:///etc/passwd"));
+    fetch(server.url("/a"));
+    EXPECT_FALSE(mayPass);
 }
 
 // Redirections.
@@ -287,13 +302,12 @@ TEST_F(DownloadTest, DecompressedContentIsBounded) {
     EXPECT_LT(bomb.size(), 300'000U);
     server.on("/a", answering(answer(bomb, "Content-Encoding: gzip\r\n")));
     std::size_t received = 0;
-    const Result<Download> result =
-        download(request(server.url("/a")), [&](std::string_view piece) {
-            received += piece.size();
-            return Result<void>();
-        });
+    const auto result = download(request(server.url("/a")), [&](std::string_view piece) {
+        received += piece.size();
+        return Result<void>();
+    });
     ASSERT_FALSE(result);
-    EXPECT_EQ(result.error().what, "the calendar is larger than 64 MB");
+    EXPECT_EQ(result.error().error.what, "the calendar is larger than 64 MB");
     EXPECT_LE(received, 64U << 20U);
 }
 
@@ -321,11 +335,11 @@ TEST_F(DownloadTest, UnreachableServersAreNamed) {
 
 TEST_F(DownloadTest, ReceiverMayEndIt) {
     server.on("/a", answering(answer(calendar)));
-    const Result<Download> result = download(request(server.url("/a")), [](std::string_view) {
+    const auto result = download(request(server.url("/a")), [](std::string_view) {
         return Result<void>(Error{"the disk is full", {}, {}});
     });
     ASSERT_FALSE(result);
-    EXPECT_EQ(result.error().what, "the disk is full");
+    EXPECT_EQ(result.error().error.what, "the disk is full");
 }
 
 // Passwords.

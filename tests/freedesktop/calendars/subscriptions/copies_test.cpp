@@ -68,7 +68,7 @@ TEST_F(CopiesTest, FolderThatCannotBeMadeIsNamed) {
 }
 
 TEST_F(CopiesTest, StateIsReadAsItWasWritten) {
-    const CopyState state{now,      now + 1,     "the server cannot be reached",  "try later",
+    const CopyState state{now,      now + 1,     "the server cannot be reached",  "try later", true,
                           "Team 1", "W/\"a b\"", "Sun, 22 Nov 2026 15:00:00 GMT", 42};
     writeCopy(state);
     EXPECT_EQ(cache.readState(url), state);
