@@ -49,7 +49,7 @@ window::AgendaWindowOptions windowOptions(const CommandLine& line, const Program
     if (line.background) {
         options.backdrop = setup.backdrop;
     }
-    options.calendarsManual = setup.platform.dataFolder + "/calendars.md";
+    options.calendarsManual = setup.platform.dataFolder + "/your-calendars.md";
     options.settingsFile = setup.platform.preferencesFolder + "/org.quorvel.quorvelprefs.plist";
     options.settingsCommand = settingsCommand(line);
     options.geometryFile = freedesktop::userWindowGeometryFile();

@@ -243,7 +243,7 @@ TEST_F(DesktopTest, AUserWithoutCalendarsIsOfferedTheManual) {
     moveTo(shown.width / 2, shown.height - 10);
     click(1);
     ASSERT_TRUE(opensLinks(1)) << errors();
-    EXPECT_THAT(opened().at(0), EndsWith("/calendars.md"));
+    EXPECT_THAT(opened().at(0), EndsWith("/your-calendars.md"));
 }
 
 } // namespace
