@@ -208,6 +208,22 @@ TEST_F(LivePresenterTest, WhenACalendarIsWrittenReplacedAddedOrRemoved) {
     EXPECT_THAT(log->lines, IsEmpty());
 }
 
+TEST_F(LivePresenterTest, WhenThunderbirdChangesItsCalendars) {
+    fs::create_directories(folder / "profile/calendar-data");
+    write(folder / "profile/prefs.js", "1");
+    options.calendars = {CalendarSource::at("thunderbird:" + (folder / "profile"))};
+    start();
+    write(folder / "profile/calendar-data/local.sqlite", "1");
+    EXPECT_TRUE(isPresentedInTime());
+    write(folder / "profile/calendar-data/local.sqlite-wal", "1"); // as long as Thunderbird runs
+    EXPECT_TRUE(isPresentedInTime());
+    write(folder / "profile/prefs.js", "2");
+    EXPECT_TRUE(isPresentedInTime());
+    write(folder / "profile/calendar-data/local.sqlite-shm", "1");
+    write(folder / "profile/global-messages-db.sqlite", "1");
+    EXPECT_TRUE(isNotPresented());
+}
+
 TEST_F(LivePresenterTest, ABurstIsOnePresentation) {
     start();
     for (int i = 0; i < 50; ++i) {
