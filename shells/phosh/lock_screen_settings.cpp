@@ -1,36 +1,13 @@
 #include "shells/phosh/lock_screen_settings.h"
 
-#include <memory>
 #include <utility>
+
+#include "shells/phosh/lock_screen_schema.h"
 
 namespace quorvel::phosh {
 
-using freedesktop::ObjectHandle;
-
-namespace {
-
-constexpr const char* schemaName = "org.quorvel.shell";
-constexpr const char* detailsKey = "show-details-when-locked";
-
-struct SchemaUnref {
-    void operator()(GSettingsSchema* schema) const { g_settings_schema_unref(schema); }
-};
-
-// Opening a schema that is not installed, or an older one without the key, would end the shell.
-ObjectHandle<GSettings> openSettings() {
-    GSettingsSchemaSource* const source = g_settings_schema_source_get_default();
-    const std::unique_ptr<GSettingsSchema, SchemaUnref> schema(
-        source != nullptr ? g_settings_schema_source_lookup(source, schemaName, TRUE) : nullptr);
-    if (!schema || g_settings_schema_has_key(schema.get(), detailsKey) == FALSE) {
-        return nullptr;
-    }
-    return ObjectHandle<GSettings>(g_settings_new_full(schema.get(), nullptr, nullptr));
-}
-
-} // namespace
-
 LockScreenSettings::LockScreenSettings()
-    : m_settings(openSettings()) {}
+    : m_settings(openLockScreenSettings()) {}
 
 LockScreenSettings::~LockScreenSettings() {
     if (m_signal != 0) {

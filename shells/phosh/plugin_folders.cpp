@@ -26,7 +26,7 @@ fs::path folderOfPlugin() {
 freedesktop::ProgramFolders pluginFolders() {
     const fs::path folder = folderOfPlugin();
     std::error_code error;
-    const fs::path built = folder.parent_path();
+    const fs::path built = (folder / QUORVEL_BUILT_COMMANDS_FROM_PLUGIN).lexically_normal();
     return freedesktop::programFolders(
         (fs::exists(built / "Quorvel.bundle", error)
              ? built

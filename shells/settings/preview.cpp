@@ -70,6 +70,7 @@ Preview::Preview(std::string program, std::string preferencesFolder)
     , m_widget(static_cast<GtkWidget*>(
           g_object_ref_sink(gtk_box_new(GTK_ORIENTATION_VERTICAL, spacing))))
     , m_picture(gtk_picture_new())
+    , m_scrolled(scrolled(m_picture))
     , m_failure(gtk_label_new(nullptr))
     , m_mine(gtk_toggle_button_new_with_mnemonic(translated(text::previewMine)))
     , m_sample(gtk_toggle_button_new_with_mnemonic(translated(text::previewSample)))
@@ -82,7 +83,7 @@ Preview::Preview(std::string program, std::string preferencesFolder)
     auto* const box = GTK_BOX(widget());
     gtk_widget_set_margin_top(widget(), margin);
     gtk_widget_set_margin_bottom(widget(), margin);
-    gtk_box_append(box, scrolled(m_picture));
+    gtk_box_append(box, m_scrolled);
     gtk_box_append(box, m_failure);
     gtk_box_append(box, makeChoice());
     m_signals.connect(adw_style_manager_get_default(), "notify::dark", [this] { refresh(); });
@@ -123,6 +124,10 @@ void Preview::setHasCalendars(bool hasCalendars) {
     if (!hasCalendars) {
         gtk_toggle_button_set_active(GTK_TOGGLE_BUTTON(m_sample), TRUE);
     }
+}
+
+void Preview::setLeastHeight(int points) {
+    gtk_scrolled_window_set_min_content_height(GTK_SCROLLED_WINDOW(m_scrolled), points);
 }
 
 void Preview::refresh() {

@@ -24,6 +24,8 @@ public:
     Preview& operator=(const Preview&) = delete;
 
     GtkWidget* widget() const { return m_widget.get(); }
+    // For a page that scrolls, which would otherwise give the picture no more than a line.
+    void setLeastHeight(int points);
     void refresh(); // soon; calls that follow each other quickly draw one picture
     // Without calendars of the user the sample is drawn, and nothing else can be chosen.
     void setHasCalendars(bool hasCalendars);
@@ -43,6 +45,7 @@ private:
     int m_scale = 1;      // of the picture that is being drawn
     freedesktop::ObjectHandle<GtkWidget> m_widget;
     GtkWidget* m_picture; // GTK owns these
+    GtkWidget* m_scrolled;
     GtkWidget* m_failure;
     GtkWidget* m_mine;
     GtkWidget* m_sample;

@@ -21,7 +21,8 @@ namespace {
 constexpr std::string_view followKey = "onlySelectedCalendars";
 constexpr std::string_view iconKey = "iconFile";
 constexpr std::string_view applicationKey = "customLaunchAppBundleID";
-constexpr guint toastTime = 4; // seconds
+constexpr int previewHeight = 130; // points
+constexpr guint toastTime = 4;     // seconds
 
 } // namespace
 
@@ -39,6 +40,7 @@ SettingsPage::SettingsPage(SettingsPageOptions options, platform::SystemLog& log
     addAction("reset-all", &SettingsModel::resetAll);
     addUndoKey();
     adw_preferences_page_add(m_page.get(), m_problem.group());
+    addHostGroups();
     addGroups();
     addResetGroup();
     m_model.setChangedHandler([this] {
@@ -50,6 +52,18 @@ SettingsPage::SettingsPage(SettingsPageOptions options, platform::SystemLog& log
                          {m_options.preferencesFolder + '/' +
                           std::string(freedesktop::calendarSelectionFileName)}});
     m_model.reload(); // what has changed before it was watched
+}
+
+void SettingsPage::addHostGroups() {
+    if (m_options.showsPreview) {
+        auto* const group = ADW_PREFERENCES_GROUP(adw_preferences_group_new());
+        m_preview.setLeastHeight(previewHeight);
+        adw_preferences_group_add(group, preview());
+        adw_preferences_page_add(m_page.get(), group);
+    }
+    if (m_options.hostGroup != nullptr) {
+        adw_preferences_page_add(m_page.get(), m_options.hostGroup);
+    }
 }
 
 void SettingsPage::addGroups() {

@@ -26,6 +26,8 @@ struct SettingsPageOptions {
     std::string dataFolder; // with the pictures and the guide that come with the program
     std::function<void(AdwToast* toast)> showToast;           // takes the toast
     std::function<void(bool hasCalendars)> onCalendarsListed; // may be null
+    bool showsPreview = false;                // on the page; otherwise the host shows it elsewhere
+    AdwPreferencesGroup* hostGroup = nullptr; // of the host's own settings; null: none
 };
 
 // Belongs to the thread of GTK. The widgets outlive the object without effect: destroy it before or
@@ -38,12 +40,13 @@ public:
     SettingsPage& operator=(const SettingsPage&) = delete;
 
     AdwPreferencesPage* page() const { return m_page.get(); }
-    GtkWidget* preview() const { return m_preview.widget(); } // not on the page
+    GtkWidget* preview() const { return m_preview.widget(); }
     // The actions "undo" and "reset-all", to be inserted as the group "settings".
     GActionGroup* actions() const { return G_ACTION_GROUP(m_actions.get()); }
     void refresh(); // of what changes without a notice: the preview and the list of calendars
 
 private:
+    void addHostGroups();
     void addGroups();
     AdwPreferencesGroup* addGroup(const std::string& title);
     void addSettings(std::string_view name);

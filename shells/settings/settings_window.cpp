@@ -41,7 +41,7 @@ SettingsWindow::SettingsWindow(AdwApplication* application, const SettingsWindow
     , m_toasts(ADW_TOAST_OVERLAY(adw_toast_overlay_new()))
     , m_page({options.preferencesFolder, options.program, options.dataFolder,
               [this](AdwToast* toast) { adw_toast_overlay_add_toast(m_toasts, toast); },
-              [this](bool hasCalendars) { showWelcome(hasCalendars); }},
+              [this](bool hasCalendars) { showWelcome(hasCalendars); }, false, nullptr},
              log) {
     gtk_window_set_title(m_window.get(), translated(text::windowTitle));
     gtk_window_set_icon_name(m_window.get(), "org.quorvel.Quorvel");
