@@ -129,7 +129,7 @@ CommandResult<void> list(const CommandLine& line, const std::string& folder,
                          const Calendars& calendars,
                          const std::function<std::string(std::string_view)>& storeOf) {
     const Result<CalendarSelection> selection = freedesktop::readCalendarSelection(folder);
-    std::string text = line.json ? headless::calendarsDocument(calendars)
+    std::string text = line.json ? headless::calendarsDocument(calendars, storeOf)
                                  : headless::calendarsText(calendars, storeOf);
     if (!line.json && selection) {
         text += '\n';

@@ -52,7 +52,8 @@ std::string calendarsText(const std::vector<ListedCalendar>& calendars,
     return textInColumns(rows);
 }
 
-std::string calendarsDocument(const std::vector<ListedCalendar>& calendars) {
+std::string calendarsDocument(const std::vector<ListedCalendar>& calendars,
+                              const std::function<std::string(std::string_view)>& storeOf) {
     Json document = Json::array();
     for (const ListedCalendar& listed : calendars) {
         Json& json = document.emplace_back(Json::object());
@@ -60,6 +61,9 @@ std::string calendarsDocument(const std::vector<ListedCalendar>& calendars) {
         json["title"] = listed.calendar->title;
         json["color"] = colorJson(listed.calendar->CGColor);
         json["selected"] = listed.isSelected;
+        if (storeOf) {
+            json["store"] = storeOf(listed.calendar->calendarIdentifier);
+        }
     }
     return documentText(document);
 }

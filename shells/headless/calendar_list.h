@@ -24,7 +24,10 @@ std::vector<ListedCalendar> readCalendars(WidgetSession& session);
 // `storeOf` returns where the calendar with an identifier is, such as a path.
 std::string calendarsText(const std::vector<ListedCalendar>& calendars,
                           const std::function<std::string(std::string_view)>& storeOf);
-// A JSON array of {"identifier", "title", "color", "selected"}.
-std::string calendarsDocument(const std::vector<ListedCalendar>& calendars);
+// A JSON array of {"identifier", "title", "color", "selected"}, and "store" where `storeOf` is not
+// null.
+std::string
+calendarsDocument(const std::vector<ListedCalendar>& calendars,
+                  const std::function<std::string(std::string_view)>& storeOf = nullptr);
 
 } // namespace quorvel::headless
