@@ -13,8 +13,9 @@ using freedesktop::translated;
 
 namespace {
 
-constexpr int iconSize = 24;   // points
-constexpr int widestName = 16; // characters
+constexpr int iconSize = 24;  // points
+constexpr int leastName = 10; // characters
+constexpr int widestName = 16;
 
 std::string nameFor(const std::string& identifier,
                     const std::optional<ListedApplication>& application) {
@@ -34,6 +35,8 @@ ApplicationRow::ApplicationRow(const freedesktop::SettingDescription& setting, S
     gtk_image_set_pixel_size(GTK_IMAGE(m_icon), iconSize);
     gtk_label_set_wrap(GTK_LABEL(m_name), TRUE);
     gtk_label_set_wrap_mode(GTK_LABEL(m_name), PANGO_WRAP_WORD_CHAR);
+    gtk_label_set_width_chars(GTK_LABEL(m_name), leastName);
+    gtk_label_set_xalign(GTK_LABEL(m_name), 1);
     gtk_label_set_max_width_chars(GTK_LABEL(m_name), widestName);
     adw_action_row_add_suffix(row(), m_icon);
     adw_action_row_add_suffix(row(), m_name);

@@ -32,10 +32,12 @@ bool haveSameRows(const std::vector<ListedCalendar>& a, const std::vector<Listed
 } // namespace
 
 CalendarsGroup::CalendarsGroup(AdwPreferencesGroup* group, const SettingDescription& follow,
-                               SettingsModel& model, std::string program, std::string guide,
+                               SettingsModel& model, const ScratchFolder& scratch,
+                               std::string program, std::string guide,
                                std::function<void(bool hasCalendars)> onListed)
     : m_group(group)
     , m_model(model)
+    , m_scratch(scratch)
     , m_program(std::move(program))
     , m_onListed(std::move(onListed))
     , m_follow(gtk_switch_new())
@@ -86,8 +88,8 @@ void CalendarsGroup::refresh() {
     m_wasFollowing = m_model.calendarSelection().followsDesktop;
     m_run.reset(); // an older list is no longer wanted
     m_run = std::make_unique<ProgramRun>(
-        std::vector<std::string>{m_program, "calendars", "--json", "--preferences",
-                                 m_model.folder()},
+        std::vector<std::string>{m_program, "settings", "calendars", "--json", "--preferences",
+                                 m_scratch.existingOrEmpty(m_model.folder())},
         longestRun, [this](const ProgramResult& result) { showList(result); });
 }
 

@@ -12,6 +12,7 @@
 #include "shells/settings/calendar_choice.h"
 #include "shells/settings/calendar_row.h"
 #include "shells/settings/program_run.h"
+#include "shells/settings/scratch_folder.h"
 #include "shells/settings/signal_connections.h"
 
 namespace quorvel::settings_pages {
@@ -21,11 +22,12 @@ class SettingsModel;
 // The command lists the calendars in the background, as reading them may take long.
 class CalendarsGroup {
 public:
-    // The model and the description outlive the group. `program`: the path of `quorvel`. `guide`:
-    // the file that describes how to add calendars. `onListed` is called after each list.
+    // The model, the description and the scratch folder outlive the group. `program`: the path of
+    // `quorvel`. `guide`: the file that describes how to add calendars. `onListed` is called after
+    // each list.
     CalendarsGroup(AdwPreferencesGroup* group, const freedesktop::SettingDescription& follow,
-                   SettingsModel& model, std::string program, std::string guide,
-                   std::function<void(bool hasCalendars)> onListed);
+                   SettingsModel& model, const ScratchFolder& scratch, std::string program,
+                   std::string guide, std::function<void(bool hasCalendars)> onListed);
     CalendarsGroup(const CalendarsGroup&) = delete;
     CalendarsGroup& operator=(const CalendarsGroup&) = delete;
 
@@ -44,6 +46,7 @@ private:
 
     AdwPreferencesGroup* m_group; // GTK owns these
     SettingsModel& m_model;
+    const ScratchFolder& m_scratch;
     std::string m_program;
     std::function<void(bool)> m_onListed;
     GtkWidget* m_follow;

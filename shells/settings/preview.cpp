@@ -1,7 +1,5 @@
 #include "shells/settings/preview.h"
 
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include "freedesktop/language/messages.h"
@@ -25,11 +23,6 @@ constexpr int mostHeight = 190;   // points, before the picture scrolls
 constexpr int leastHeight = 60;
 constexpr int spacing = 6;
 constexpr int margin = 12;
-
-std::string makeFolder() {
-    const freedesktop::TextHandle folder(g_dir_make_tmp("quorvel-settings-XXXXXX", nullptr));
-    return folder ? folder.get() : "";
-}
 
 // A picture of that many pixels a point. Null for a file that is no picture.
 ObjectHandle<GdkPaintable> paintableOf(const std::string& file, int scale) {
@@ -63,10 +56,10 @@ GtkWidget* scrolled(GtkWidget* child) {
 
 } // namespace
 
-Preview::Preview(std::string program, std::string preferencesFolder)
+Preview::Preview(std::string program, std::string preferencesFolder, const ScratchFolder& scratch)
     : m_program(std::move(program))
     , m_preferencesFolder(std::move(preferencesFolder))
-    , m_folder(makeFolder())
+    , m_scratch(scratch)
     , m_widget(static_cast<GtkWidget*>(
           g_object_ref_sink(gtk_box_new(GTK_ORIENTATION_VERTICAL, spacing))))
     , m_picture(gtk_picture_new())
@@ -91,14 +84,6 @@ Preview::Preview(std::string program, std::string preferencesFolder)
     refresh();
 }
 
-Preview::~Preview() {
-    m_run.reset();
-    std::error_code ignored;
-    if (!m_folder.empty()) {
-        std::filesystem::remove_all(m_folder, ignored);
-    }
-}
-
 GtkWidget* Preview::makeChoice() {
     GtkWidget* const box = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 0);
     gtk_widget_add_css_class(box, "linked");
@@ -112,7 +97,7 @@ GtkWidget* Preview::makeChoice() {
 }
 
 std::string Preview::pictureFile() const {
-    return m_folder + "/preview.png";
+    return m_scratch.path() + "/preview.png";
 }
 
 bool Preview::isSample() const {
@@ -137,7 +122,7 @@ void Preview::refresh() {
 void Preview::draw() {
     PreviewCommand command;
     command.program = m_program;
-    command.preferencesFolder = m_preferencesFolder;
+    command.preferencesFolder = m_scratch.existingOrEmpty(m_preferencesFolder);
     command.isSample = isSample();
     command.isDark = adw_style_manager_get_dark(adw_style_manager_get_default()) != FALSE;
     command.scale = gtk_widget_get_scale_factor(widget());

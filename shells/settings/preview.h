@@ -9,6 +9,7 @@
 #include "freedesktop/glib/delayed_call.h"
 #include "freedesktop/glib/handles.h"
 #include "shells/settings/program_run.h"
+#include "shells/settings/scratch_folder.h"
 #include "shells/settings/signal_connections.h"
 
 namespace quorvel::settings_pages {
@@ -17,9 +18,8 @@ namespace quorvel::settings_pages {
 // failure is shown in place of the picture.
 class Preview {
 public:
-    // `program`: the path of `quorvel`.
-    Preview(std::string program, std::string preferencesFolder);
-    ~Preview();
+    // `program`: the path of `quorvel`. The scratch folder outlives the preview.
+    Preview(std::string program, std::string preferencesFolder, const ScratchFolder& scratch);
     Preview(const Preview&) = delete;
     Preview& operator=(const Preview&) = delete;
 
@@ -41,8 +41,8 @@ private:
 
     std::string m_program;
     std::string m_preferencesFolder;
-    std::string m_folder; // for the picture; empty: none could be made
-    int m_scale = 1;      // of the picture that is being drawn
+    const ScratchFolder& m_scratch;
+    int m_scale = 1; // of the picture that is being drawn
     freedesktop::ObjectHandle<GtkWidget> m_widget;
     GtkWidget* m_picture; // GTK owns these
     GtkWidget* m_scrolled;

@@ -31,7 +31,7 @@ SettingsPage::SettingsPage(SettingsPageOptions options, platform::SystemLog& log
     , m_model(m_options.preferencesFolder)
     , m_page(ADW_PREFERENCES_PAGE(g_object_ref_sink(adw_preferences_page_new())))
     , m_actions(g_simple_action_group_new())
-    , m_preview(m_options.program, m_options.preferencesFolder)
+    , m_preview(m_options.program, m_options.preferencesFolder, m_scratch)
     , m_problem([this] { m_model.reload(); })
     , m_fileChanges(log, [this] { m_model.reload(); }) {
     adw_preferences_page_set_title(m_page.get(), translated(text::pageTitle));
@@ -90,8 +90,8 @@ void SettingsPage::addSettings(std::string_view name) {
 void SettingsPage::addSetting(AdwPreferencesGroup* group, const SettingDescription& setting) {
     if (setting.key == followKey) {
         m_calendars = std::make_unique<CalendarsGroup>(
-            group, setting, m_model, m_options.program, m_options.dataFolder + "/your-calendars.md",
-            [this](bool hasCalendars) {
+            group, setting, m_model, m_scratch, m_options.program,
+            m_options.dataFolder + "/your-calendars.md", [this](bool hasCalendars) {
                 m_preview.setHasCalendars(hasCalendars);
                 if (m_options.onCalendarsListed) {
                     m_options.onCalendarsListed(hasCalendars);

@@ -14,6 +14,7 @@
 #include "shells/settings/icon_rows.h"
 #include "shells/settings/preview.h"
 #include "shells/settings/problem_group.h"
+#include "shells/settings/scratch_folder.h"
 #include "shells/settings/setting_row.h"
 #include "shells/settings/settings_model.h"
 #include "shells/settings/signal_connections.h"
@@ -63,6 +64,7 @@ private:
     SettingsModel m_model;
     freedesktop::ObjectHandle<AdwPreferencesPage> m_page;
     freedesktop::ObjectHandle<GSimpleActionGroup> m_actions;
+    ScratchFolder m_scratch;
     Preview m_preview;
     ProblemGroup m_problem;
     std::vector<GtkWidget*> m_groups; // that change settings; GTK owns them
