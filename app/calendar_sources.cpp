@@ -55,7 +55,7 @@ CommandResult<CalendarSource> localSource(const std::string& name, const std::st
     const Result<void> check = checkAnySource(source);
     if (!check) {
         return usageFailure({filled(translated("the calendars '{1}' cannot be read ({2})"),
-                                    {name, translated(check.error().what)}),
+                                    {name, translated(check.error())}),
                              {},
                              sourceHint(name)});
     }

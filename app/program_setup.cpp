@@ -48,7 +48,7 @@ void reportCalendarProblem(const CalendarProblem& problem) {
     if (problem.line > 0) {
         place += ':' + std::to_string(problem.line);
     }
-    printError({problem.what, place, {}});
+    printError({translated(problem.what), place, {}});
 }
 
 CommandResult<std::shared_ptr<const TimeZone>> timeZoneOf(const CommandLine& line) {

@@ -15,14 +15,13 @@ std::size_t placeholderNumber(std::string_view text) {
     return isPlaceholder ? static_cast<std::size_t>(text[1] - '0') : 0;
 }
 
-} // namespace
-
-std::string filled(std::string_view text, std::initializer_list<std::string_view> values) {
+template <class Values>
+std::string filledWith(std::string_view text, const Values& values) {
     std::string result;
     while (!text.empty()) {
         const std::size_t number = placeholderNumber(text);
         if (number > 0 && number <= values.size()) {
-            result += values.begin()[number - 1];
+            result += values.begin()[static_cast<std::ptrdiff_t>(number) - 1];
             text.remove_prefix(placeholderLength);
         } else {
             result += text.front();
@@ -30,6 +29,26 @@ std::string filled(std::string_view text, std::initializer_list<std::string_view
         }
     }
     return result;
+}
+
+} // namespace
+
+std::string filled(std::string_view text, std::initializer_list<std::string_view> values) {
+    return filledWith(text, values);
+}
+
+std::string filled(std::string_view text, const std::vector<std::string>& values) {
+    return filledWith(text, values);
+}
+
+TranslatableText TranslatableText::verbatim(std::string text) {
+    TranslatableText result(std::move(text));
+    result.m_isVerbatim = true;
+    return result;
+}
+
+std::string TranslatableText::english() const {
+    return translatedBy([](const std::string& text) { return text; });
 }
 
 } // namespace quorvel

@@ -153,7 +153,7 @@ int main(int argc, char** argv) {
         return std::make_unique<ServerCalendarStores>(
             std::make_unique<freedesktop::eds::StartedDataServer>(argv[2]), zone,
             [](const freedesktop::CalendarProblem& problem) {
-                fail(problem.file + ": " + problem.what);
+                fail(problem.file + ": " + problem.what.english());
             },
             freedesktop::DataServerWaits{60, 60});
     };

@@ -114,7 +114,7 @@ private:
         options.preferencesFolder = PREFERENCES_FOLDER;
         options.calendars = {freedesktop::CalendarSource::inMemory("work", icsText(events))};
         options.calendarProblemHandler = [](const freedesktop::CalendarProblem& problem) {
-            fail(problem.what.c_str());
+            fail(problem.what.english().c_str());
         };
         options.now = now;
         options.scale = device.scale;

@@ -11,7 +11,6 @@ namespace quorvel::freedesktop {
 namespace {
 
 constexpr const char* languageVariable = "LANGUAGE";
-constexpr const char* systemDomain = "libc"; // of strerror()
 
 struct ReplacedLanguage {
     std::optional<std::string> users;

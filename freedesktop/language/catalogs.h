@@ -7,6 +7,7 @@
 namespace quorvel::freedesktop {
 
 inline constexpr const char* messageDomain = "quorvel"; // the name of the catalogs
+inline constexpr const char* systemDomain = "libc";     // of the messages of strerror()
 
 // `folder` contains the catalogs as LANGUAGE/LC_MESSAGES/quorvel.mo. Changes nothing but where our
 // own texts come from: a plugin leaves the language to the program that it is part of.

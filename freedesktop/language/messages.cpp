@@ -15,6 +15,14 @@ std::string translated(const std::string& text) {
     return translated(text.c_str());
 }
 
+std::string translated(const TranslatableText& text) {
+    return text.translatedBy([](const std::string& part) {
+        const char* const ours = translated(part.c_str());
+        return std::string(ours != part.c_str() || part.empty() ? ours
+                                                                : dgettext(systemDomain, ours));
+    });
+}
+
 const char* translatedPlural(const char* one, const char* many, unsigned long count) {
     return dngettext(messageDomain, one, many, count);
 }

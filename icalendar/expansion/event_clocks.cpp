@@ -50,13 +50,18 @@ std::shared_ptr<ZoneClock> EventClocks::findZone(LoadedFile& file, const ZoneNam
     if (auto known = m_names.named(name.name)) {
         return known;
     }
-    const std::string subject = "the time zone \"" + validUtf8(name.name.substr(0, 60)) + "\" is ";
+    const auto shownName =
+        TranslatableText::verbatim('"' + validUtf8(name.name.substr(0, 60)) + '"');
     if (auto zone = m_names.directory().ofStatedOffset(name.name)) {
         m_onProblem(file, line,
-                    subject + "known by its offset alone; it is taken to have no summer time");
+                    {translatable("the time zone {1} is known by its offset alone; it is taken to "
+                                  "have no summer time"),
+                     {shownName}});
         return std::make_shared<ZoneClock>(std::move(zone));
     }
-    m_onProblem(file, line, subject + "unknown; its times are taken for local ones");
+    m_onProblem(file, line,
+                {translatable("the time zone {1} is unknown; its times are taken for local ones"),
+                 {shownName}});
     return nullptr;
 }
 

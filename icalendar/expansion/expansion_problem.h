@@ -3,14 +3,14 @@
 
 #include <cstddef>
 #include <functional>
-#include <string>
 
+#include "base/translatable_text.h"
 #include "icalendar/expansion/loaded_file.h"
 
 namespace quorvel::icalendar {
 
 // Called on the thread that expands. The line counts from 1; 0: unknown.
 using ExpansionProblemHandler =
-    std::function<void(LoadedFile& file, std::size_t line, std::string what)>;
+    std::function<void(LoadedFile& file, std::size_t line, TranslatableText what)>;
 
 } // namespace quorvel::icalendar

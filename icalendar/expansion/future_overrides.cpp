@@ -44,10 +44,10 @@ FutureOverride futureOverride(EventClocks& clocks, const Series& series,
 std::vector<FutureOverride> futureOverridesOf(ExpansionContext& context, const Series& series,
                                               const OverrideSet& overrides) {
     if (overrides.hasMoreFuture) {
-        context.onProblem(
-            series.file, series.event.line,
-            "more than " + std::to_string(mostFutureOverrides) +
-                " of its overrides hold for what follows; the later ones are left out of that");
+        context.onProblem(series.file, series.event.line,
+                          {translatable("more than {1} of its overrides hold for what follows; the "
+                                        "later ones are left out of that"),
+                           {TranslatableText::verbatim(std::to_string(mostFutureOverrides))}});
     }
     std::vector<FutureOverride> result;
     result.reserve(overrides.future.size());

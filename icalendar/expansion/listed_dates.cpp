@@ -39,7 +39,7 @@ void addListedDates(ExpansionContext& context, Series& series, const RuleLine& l
         const auto value = parsePeriodOrTime(part);
         if (!value) {
             context.onProblem(series.file, line.line,
-                              "a date of RDATE cannot be read and is left out");
+                              translatable("a date of RDATE cannot be read and is left out"));
             continue;
         }
         EventTime time = listedTime(series, line, value->start);
@@ -66,10 +66,10 @@ void addListedDates(ExpansionContext& context, Series& series, const RuleLine& l
         const bool mayMeet =
             length || (localTime >= from - marginSeconds && localTime <= to + marginSeconds);
         if (mayMeet && series.starts.size() >= mostListedTimes) {
-            context.onProblem(
-                series.file, line.line,
-                "more than " + std::to_string(mostListedTimes) +
-                    " of its dates lie around the time searched; the others are left out");
+            context.onProblem(series.file, line.line,
+                              {translatable("more than {1} of its dates lie around the time "
+                                            "searched; the others are left out"),
+                               {TranslatableText::verbatim(std::to_string(mostListedTimes))}});
             return;
         }
         if (mayMeet) {
@@ -86,7 +86,7 @@ void excludeListedDates(ExpansionContext& context, Series& series, const RuleLin
         if (!value) {
             if (!trimmed(part).empty()) {
                 context.onProblem(series.file, line.line,
-                                  "a date of EXDATE cannot be read and is left out");
+                                  translatable("a date of EXDATE cannot be read and is left out"));
             }
             continue;
         }

@@ -101,7 +101,7 @@ void Expander::expandSeries(const EventReference& reference, const OverrideSet* 
         series.addStart(m_context, event.start, std::nullopt);
     } else {
         m_context.onProblem(series.file, event.line,
-                            "its rules end before it starts; its start is left out");
+                            translatable("its rules end before it starts; its start is left out"));
     }
     if (overrides != nullptr) {
         series.futureOverrides = futureOverridesOf(m_context, series, *overrides);
@@ -159,8 +159,9 @@ void Expander::emitSeries(Series& series, const OverrideSet* overrides,
     for (const SeriesStart& start : series.starts) {
         if (cost.repeats >= m_context.cost.mostRepeats()) {
             cost.isTruncated = true;
-            m_context.onProblem(series.file, series.event.line,
-                                "there are too many repeats; this event's are not all shown");
+            m_context.onProblem(
+                series.file, series.event.line,
+                translatable("there are too many repeats; this event's are not all shown"));
             return;
         }
         const bool isDuplicate = last != nullptr && last->instant == start.instant;
@@ -211,8 +212,9 @@ void Expander::emit(const EventReference& reference, const EventTime& start,
             {&file, reference.event, instant, end, start.kind == TimeKind::date, recurrence});
     } else {
         cost.isTruncated = true;
-        m_context.onProblem(file, reference.event->line,
-                            "there are too many events: from this one on they are left out");
+        m_context.onProblem(
+            file, reference.event->line,
+            translatable("there are too many events: from this one on they are left out"));
     }
 }
 

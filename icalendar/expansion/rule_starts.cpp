@@ -38,15 +38,16 @@ std::vector<std::int64_t> ruleStarts(ExpansionContext& context, Series& series,
     const IcsEvent& event = series.event;
     ZoneClock& clock = series.clock;
     const std::string_view text = series.file.ics.slice(line.value);
-    const auto report = [&](const std::string& problem) {
-        context.onProblem(series.file, line.line,
-                          "a recurrence rule is not followed to its end: " + problem);
+    const auto report = [&](const TranslatableText& problem) {
+        context.onProblem(
+            series.file, line.line,
+            {translatable("a recurrence rule is not followed to its end: {1}"), {problem}});
     };
     auto rule = parseRecurrenceRule(text);
     const auto until = untilOf(text);
     const bool isGiving = line.kind == RuleKind::rrule;
     if (!rule || (rule->hasUntil && !until)) {
-        report(rule ? "its UNTIL cannot be used" : rule.error().what);
+        report(rule ? translatable("its UNTIL cannot be used") : rule.error().what);
         series.reachesStart = series.reachesStart || isGiving;
         return {};
     }
@@ -70,7 +71,7 @@ std::vector<std::int64_t> ruleStarts(ExpansionContext& context, Series& series,
     if (rule->count && request.to >= request.start) {
         const CountEnd end = countEnd(context, series, line, request);
         if (!end.isCounted && request.to > end.lastLocalTime) {
-            report("its COUNT is out of reach");
+            report(translatable("its COUNT is out of reach"));
         }
         request.until = end.lastLocalTime;
         rule->count = std::nullopt;

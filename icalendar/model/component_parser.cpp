@@ -115,7 +115,7 @@ IcsFile ComponentParser::finish(std::size_t lastLine) {
     const bool endsInEvent = m_place == Place::event;
     abandonEvent();
     if (m_isCalendarOpen && !endsInEvent && !m_builder.file().isTruncated) {
-        m_builder.addProblem(lastLine, "the file ends before END:VCALENDAR");
+        m_builder.addProblem(lastLine, translatable("the file ends before END:VCALENDAR"));
     }
     return m_builder.finish(m_hasCalendar, lastLine);
 }

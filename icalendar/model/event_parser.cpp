@@ -91,9 +91,9 @@ void EventParser::addDefiningTime(Property property, const ContentLine& content,
     const bool isStart = property == Property::dtstart;
     const auto value = parseTime(content.value);
     if (!value) {
-        leaveOut(line, std::string("an event is left out, its ") +
-                           (isStart ? "DTSTART" : "RECURRENCE-ID") +
-                           " cannot be read: " + quoted(content.value));
+        leaveOut(line, {translatable("an event is left out, its {1} cannot be read: {2}"),
+                        {TranslatableText::verbatim(isStart ? "DTSTART" : "RECURRENCE-ID"),
+                         quoted(content.value)}});
         return;
     }
     const EventTime time = eventTime(*value, content);
@@ -127,13 +127,13 @@ void EventParser::addDuration(const ContentLine& content, std::size_t line) {
 
 void EventParser::addRule(RuleKind kind, const ContentLine& content, std::size_t line) {
     if (m_builder.isFull()) {
-        leaveOut(line, "an event is left out, it has more dates than can be stored");
+        leaveOut(line, translatable("an event is left out, it has more dates than can be stored"));
         return;
     }
     const bool isList = kind == RuleKind::rdate || kind == RuleKind::exdate;
     if (m_calendar.isVCalendar1 && !isList && content.value.find('=') == std::string_view::npos) {
-        m_builder.addProblem(line,
-                             "a rule of vCalendar 1.0 is not followed: " + quoted(content.value));
+        m_builder.addProblem(line, {translatable("a rule of vCalendar 1.0 is not followed: {1}"),
+                                    {quoted(content.value)}});
         return;
     }
     RuleLine rule;
@@ -156,11 +156,14 @@ Slice EventParser::appendDecodedText(const ContentLine& content, std::size_t lin
         return m_builder.appendText(content.value);
     }
     if (!decoded->isDecoded) {
-        m_builder.addProblem(line, "a text in base64 cannot be read and is shown as it is");
+        m_builder.addProblem(line,
+                             translatable("a text in base64 cannot be read and is shown as it is"));
     }
     if (decoded->unknownCharset) {
-        m_builder.addProblem(line, "the character set " + quoted(*decoded->unknownCharset) +
-                                       " is not known; the text is read as UTF-8 or Latin-1");
+        m_builder.addProblem(
+            line, {translatable(
+                       "the character set {1} is not known; the text is read as UTF-8 or Latin-1"),
+                   {quoted(*decoded->unknownCharset)}});
     }
     return m_builder.appendText(decoded->text);
 }
@@ -183,7 +186,7 @@ EventTime EventParser::eventTime(const TimeValue& value, const ContentLine& cont
 
 void EventParser::end() {
     if (!m_isLeftOut && !m_hasStart) {
-        leaveOut(m_event.line, "an event without DTSTART is left out");
+        leaveOut(m_event.line, translatable("an event without DTSTART is left out"));
     }
     if (m_isLeftOut) {
         removeFromFile();
@@ -194,8 +197,9 @@ void EventParser::end() {
     }
     reportUnusableEnds();
     if (endsBeforeItsStart()) {
-        m_builder.addProblem(m_event.line,
-                             "DTEND lies before DTSTART; the event is shown without a length");
+        m_builder.addProblem(
+            m_event.line,
+            translatable("DTEND lies before DTSTART; the event is shown without a length"));
     }
     const DayRange days = daysOf(m_builder.file(), m_event);
     m_event.firstDay = days.first;
@@ -204,12 +208,12 @@ void EventParser::end() {
 }
 
 void EventParser::abandon() {
-    m_builder.addProblem(m_event.line, "an event without END:VEVENT is left out");
+    m_builder.addProblem(m_event.line, translatable("an event without END:VEVENT is left out"));
     removeFromFile();
 }
 
 // Only the first reason is reported.
-void EventParser::leaveOut(std::size_t line, std::string why) {
+void EventParser::leaveOut(std::size_t line, TranslatableText why) {
     if (!std::exchange(m_isLeftOut, true)) {
         m_builder.addProblem(line, std::move(why));
     }
@@ -220,21 +224,22 @@ void EventParser::removeFromFile() {
     m_builder.file().rules.resize(m_event.firstRule);
 }
 
-void EventParser::noteUnusableEnd(std::string_view property, std::string_view value,
-                                  std::size_t line) {
+void EventParser::noteUnusableEnd(const char* property, std::string_view value, std::size_t line) {
     if (m_unusableEnds.size() < IcsFileBuilder::mostProblems) {
-        m_unusableEnds.push_back(
-            {line, "an event's " + std::string(property) + " cannot be read: " + quoted(value)});
+        m_unusableEnds.push_back({line, property, quoted(value)});
     }
 }
 
 void EventParser::reportUnusableEnds() {
-    const char* const outcome = m_event.end || m_event.duration ? "; the other one holds"
-                                : m_event.start.kind == TimeKind::date
-                                    ? "; it is shown for one day"
-                                    : "; it is shown without a length";
-    for (FileProblem& end : m_unusableEnds) {
-        m_builder.addProblem(end.line, std::move(end.what) + outcome);
+    const char* const problem =
+        m_event.end || m_event.duration
+            ? translatable("an event's {1} cannot be read: {2}; the other one holds")
+        : m_event.start.kind == TimeKind::date
+            ? translatable("an event's {1} cannot be read: {2}; it is shown for one day")
+            : translatable("an event's {1} cannot be read: {2}; it is shown without a length");
+    for (const UnusableEnd& end : m_unusableEnds) {
+        m_builder.addProblem(end.line,
+                             {problem, {TranslatableText::verbatim(end.property), end.value}});
     }
 }
 

@@ -37,14 +37,20 @@ public:
     void abandon();
 
 private:
+    struct UnusableEnd {
+        std::size_t line;
+        const char* property; // DTEND or DURATION
+        TranslatableText value;
+    };
+
     void addDefiningTime(Property property, const ContentLine& content, std::size_t line);
     void addEnd(const ContentLine& content, std::size_t line);
     void addDuration(const ContentLine& content, std::size_t line);
     void addRule(RuleKind kind, const ContentLine& content, std::size_t line);
     Slice appendDecodedText(const ContentLine& content, std::size_t line);
     EventTime eventTime(const TimeValue& value, const ContentLine& content);
-    void leaveOut(std::size_t line, std::string why);
-    void noteUnusableEnd(std::string_view property, std::string_view value, std::size_t line);
+    void leaveOut(std::size_t line, TranslatableText why);
+    void noteUnusableEnd(const char* property, std::string_view value, std::size_t line);
     void reportUnusableEnds();
     bool endsBeforeItsStart() const;
     std::string generatedUid() const;
@@ -57,7 +63,7 @@ private:
     bool m_hasStart = false;
     bool m_hasUid = false;
     bool m_isLeftOut = false;
-    std::vector<FileProblem> m_unusableEnds; // DTEND and DURATION
+    std::vector<UnusableEnd> m_unusableEnds;
 };
 
 } // namespace quorvel::icalendar

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/translatable_text.h"
 #include "icalendar/text/property_values.h"
 
 namespace quorvel::icalendar {
@@ -123,7 +124,7 @@ struct ZoneDefinition {
 
 struct FileProblem {
     std::size_t line = 0; // 0: unknown
-    std::string what;
+    TranslatableText what;
     bool operator==(const FileProblem&) const = default;
 };
 

@@ -63,7 +63,8 @@ void IcsFileBuilder::addEvent(const IcsEvent& event) {
     m_overrides += event.recurrenceId ? 1 : 0;
     if (isFull()) {
         addProblem(event.line,
-                   "there are more events than fit into memory: those that follow are left out");
+                   translatable("there are more events than fit into memory: those that follow are "
+                                "left out"));
         m_file.isTruncated = true;
     }
 }
@@ -78,7 +79,7 @@ void IcsFileBuilder::addFloatingZone(FloatingZone zone) {
     m_file.floatingZones.push_back(std::move(zone));
 }
 
-void IcsFileBuilder::addProblem(std::size_t line, std::string what) {
+void IcsFileBuilder::addProblem(std::size_t line, TranslatableText what) {
     if (m_file.problems.size() < mostProblems) {
         m_file.problems.push_back({line, std::move(what)});
     } else {
@@ -91,12 +92,14 @@ IcsFile IcsFileBuilder::finish(bool hasCalendar, std::size_t lastLine) {
     if (!m_file.isCalendar) {
         const bool isEmpty = lastLine == 0;
         m_moreProblems = 0;
-        m_file.problems = {{isEmpty ? 0U : 1U, isEmpty
-                                                   ? "the file is empty"
-                                                   : "no calendar: BEGIN:VCALENDAR is missing"}};
+        m_file.problems = {
+            {isEmpty ? 0U : 1U, isEmpty ? translatable("the file is empty")
+                                        : translatable("no calendar: BEGIN:VCALENDAR is missing")}};
     }
     if (m_moreProblems > 0) {
-        m_file.problems.push_back({0, "and " + std::to_string(m_moreProblems) + " more"});
+        m_file.problems.push_back({0,
+                                   {translatable("and {1} more"),
+                                    {TranslatableText::verbatim(std::to_string(m_moreProblems))}}});
     }
     trim(m_file.text);
     trim(m_file.events);

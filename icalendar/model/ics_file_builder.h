@@ -35,7 +35,7 @@ public:
     void addZone(ZoneDefinition zone);
     void addFloatingZone(FloatingZone zone);
     // The line counts from 1; 0: unknown.
-    void addProblem(std::size_t line, std::string what);
+    void addProblem(std::size_t line, TranslatableText what);
     // So that observances that are not in the file yet count too.
     void countZoneBytes(std::size_t bytes) { m_zoneBytes += bytes; }
 

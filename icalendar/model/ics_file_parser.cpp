@@ -152,7 +152,8 @@ private:
     }
 
     void reportMalformedLine(std::string_view text, std::size_t line) {
-        m_builder.addProblem(line, "a line without a name and a value: " + quoted(text));
+        m_builder.addProblem(
+            line, {translatable("a line without a name and a value: {1}"), {quoted(text)}});
     }
 
     IcsFileBuilder m_builder;

@@ -54,7 +54,7 @@ bool OccurrenceCollector::add(std::int64_t localTime) {
     m_lastCounted = localTime;
     storeWithinWindow(localTime);
     if (m_result.localTimes.size() >= mostLocalTimes) {
-        m_result.problem = "it has too many occurrences";
+        m_result.problem = translatable("it has too many occurrences");
         return false;
     }
     return mayCountMore();
@@ -84,7 +84,7 @@ void OccurrenceCollector::storeWithinWindow(std::int64_t localTime) {
 
 bool OccurrenceCollector::endForWantOfSteps() {
     m_result.stepsSpent = m_request.budget;
-    m_result.problem = "it takes too many steps";
+    m_result.problem = translatable("it takes too many steps");
     m_hasEnded = true;
     return false;
 }

@@ -78,7 +78,7 @@ public:
     }
     bool hasEnded() const { return m_hasEnded; }
 
-    void setProblem(std::string problem) { m_result.problem = std::move(problem); }
+    void setProblem(TranslatableText problem) { m_result.problem = std::move(problem); }
     RecurrenceStarts takeResult() { return std::move(m_result); }
     CountEnd endOfCount() const {
         return {m_lastCounted, m_result.problem.empty(), m_result.stepsSpent};

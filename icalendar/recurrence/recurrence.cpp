@@ -22,7 +22,7 @@ void expand(const RecurrenceRequest& request, OccurrenceCollector& collector) {
         return;
     }
     if (request.wholeDays && isBelowDay(rule.frequency)) {
-        collector.setProblem("whole days cannot recur within a day");
+        collector.setProblem(translatable("whole days cannot recur within a day"));
     } else if (hasFixedStep(rule, request.wholeDays)) {
         walkSteps(request, collector);
     } else if (isBelowDay(rule.frequency)) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "base/translatable_text.h"
 #include "icalendar/recurrence/recurrence_rule.h"
 
 namespace quorvel::icalendar {
@@ -37,7 +38,7 @@ struct RecurrenceRequest {
 
 struct RecurrenceStarts {
     std::vector<std::int64_t> localTimes; // sorted, no two the same
-    std::string problem;                  // empty, or why there may be fewer than the rule means
+    TranslatableText problem;             // empty, or why there may be fewer than the rule means
     std::int64_t stepsSpent = 0;
 };
 

@@ -202,7 +202,7 @@ bool readPart(std::string_view key, std::string_view value, RecurrenceRule& rule
 
 Result<RecurrenceRule, RuleError> parseRecurrenceRule(std::string_view text) {
     if (text.size() > longestRule) {
-        return RuleError{"it is too long"};
+        return RuleError{translatable("it is too long")};
     }
     const std::string upper = asciiUpperCase(text);
     std::string_view rest = upper;
@@ -215,19 +215,20 @@ Result<RecurrenceRule, RuleError> parseRecurrenceRule(std::string_view text) {
         }
         const std::size_t equals = part.find('=');
         if (equals == std::string_view::npos) {
-            return RuleError{"a part of it has no value"};
+            return RuleError{translatable("a part of it has no value")};
         }
         const std::string_view key = trimmed(part.substr(0, equals));
         if (!readPart(key, trimmed(part.substr(equals + 1)), rule, frequency)) {
-            return RuleError{"its " + std::string(key) + " cannot be used"};
+            return RuleError{{translatable("its {1} cannot be used"),
+                              {TranslatableText::verbatim(std::string(key))}}};
         }
     }
     if (!frequency) {
-        return RuleError{"FREQ is missing"};
+        return RuleError{translatable("FREQ is missing")};
     }
     rule.frequency = *frequency;
     if (!rule.positions.empty() && !rule.hasDateParts() && !rule.hasTimeParts()) {
-        return RuleError{"BYSETPOS stands alone"};
+        return RuleError{translatable("BYSETPOS stands alone")};
     }
     return rule;
 }

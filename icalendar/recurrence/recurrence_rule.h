@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "base/result.h"
+#include "base/translatable_text.h"
 
 namespace quorvel::icalendar {
 
@@ -60,7 +61,7 @@ struct RecurrenceRule {
 };
 
 struct RuleError {
-    std::string what; // such as "FREQ is missing"
+    TranslatableText what; // such as "FREQ is missing"
 };
 
 // Upper or lower case, parts in any order; unknown parts are skipped.

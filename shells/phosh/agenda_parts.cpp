@@ -30,7 +30,7 @@ double frameTime() {
 
 std::string describe(const CalendarProblem& problem) {
     const std::string line = problem.line > 0 ? ":" + std::to_string(problem.line) : "";
-    return "QRV: " + problem.file + line + ": " + problem.what;
+    return "QRV: " + problem.file + line + ": " + problem.what.english();
 }
 
 FreedesktopOptions optionsOf(const ShellServices& shell,

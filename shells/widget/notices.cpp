@@ -49,7 +49,8 @@ NSDateFormatter dayFormatter(const DateServices& dateServices, std::int64_t days
 // Without the subject, which the line above names.
 std::string reasonOf(const CalendarProblem& problem) {
     constexpr std::string_view subject = "it ";
-    std::string_view what = problem.what;
+    const std::string text = translated(problem.what);
+    std::string_view what = text;
     if (what.starts_with(subject)) {
         what.remove_prefix(subject.size());
     }

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
+#include "base/ascii_text.h"
+
 namespace quorvel {
 namespace {
 
@@ -24,6 +28,27 @@ TEST(FilledText, KeepsWhatIsNoPlaceholder) {
 
 TEST(FilledText, FillsNothingInTheValues) {
     EXPECT_EQ(filled("{1}{2}", {"{2}", "{1}"}), "{2}{1}");
+}
+
+std::string inCapitals(const TranslatableText& text) {
+    return text.translatedBy([](const std::string& part) { return asciiUpperCase(part); });
+}
+
+TEST(TranslatableTextValue, IsTranslatedWithItsValues) {
+    const TranslatableText text("the rule is wrong: {1}",
+                                {{"its {1} is odd", {TranslatableText::verbatim("Count {2}")}}});
+    EXPECT_EQ(text.english(), "the rule is wrong: its Count {2} is odd");
+    EXPECT_EQ(inCapitals(text), "THE RULE IS WRONG: ITS Count {2} IS ODD");
+    EXPECT_EQ(inCapitals("a text"), "A TEXT");
+    EXPECT_EQ(inCapitals(TranslatableText::verbatim("a {1}")), "a {1}");
+    EXPECT_EQ(TranslatableText().english(), "");
+    EXPECT_TRUE(TranslatableText().empty());
+}
+
+TEST(TranslatableTextValue, IsEqualWhereItIsTheSameInEnglish) {
+    const TranslatableText filledText("more than {1}", {TranslatableText::verbatim("9")});
+    EXPECT_EQ(filledText, "more than 9");
+    EXPECT_FALSE(filledText == "more than 8");
 }
 
 } // namespace

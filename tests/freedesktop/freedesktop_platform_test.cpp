@@ -114,7 +114,7 @@ TEST_F(FreedesktopPlatformTest, AServerThatIsReadInTheBackgroundIsReportedLater)
     options.backgroundServerWaits = DataServerWaits{0, 0};
     options.calendarProblemHandler = [&](const CalendarProblem& problem) {
         const std::lock_guard lock(mutex);
-        problems.push_back(problem.file + ": " + problem.what);
+        problems.push_back(problem.file + ": " + problem.what.english());
     };
     make();
     bool isChanged = false;

@@ -53,8 +53,9 @@ TEST(Example, FindsTheOccurrencesOfTheWindow) {
     const auto from = static_cast<double>(civilSeconds({2026, 3, 9, 0, 0, 0}));
     const auto to = static_cast<double>(civilSeconds({2026, 3, 29, 0, 0, 0}));
     std::vector<std::string> problems;
-    const ExpansionProblemHandler onProblem = [&](LoadedFile&, std::size_t, std::string what) {
-        problems.push_back(std::move(what));
+    const ExpansionProblemHandler onProblem = [&](LoadedFile&, std::size_t,
+                                                  const TranslatableText& what) {
+        problems.push_back(what.english());
     };
     const auto file = parsed(text, freedesktop::zoneDirectory());
     const auto found = occurrencesOf(file, {from, to}, freedesktop::zoneDirectory(), onProblem);

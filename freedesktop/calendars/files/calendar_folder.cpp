@@ -108,10 +108,12 @@ void addProblems(const CalendarFolder& folder, std::vector<VersionedProblem>& pr
         problems.push_back({{folder.path, 0, folder.error->message()}, withoutVersion, true});
     }
     if (folder.hasTooMany) {
-        problems.push_back({{folder.path, 0,
-                             "there are more files than can be read: only the first " +
-                                 std::to_string(mostFilesInAFolder) + " are"},
-                            withoutVersion});
+        problems.push_back(
+            {{folder.path,
+              0,
+              {translatable("there are more files than can be read: only the first {1} are"),
+               {TranslatableText::verbatim(std::to_string(mostFilesInAFolder))}}},
+             withoutVersion});
     }
     for (const auto* const list : {&folder.files, &folder.metadata}) {
         for (const CalendarFile& file : *list) {

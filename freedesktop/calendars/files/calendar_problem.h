@@ -6,13 +6,15 @@
 #include <functional>
 #include <string>
 
+#include "base/translatable_text.h"
+
 namespace quorvel::freedesktop {
 
 // Something in a calendar that cannot be read, or is shown differently from how it is written.
 struct CalendarProblem {
     std::string file;
     std::size_t line = 0; // 0: unknown
-    std::string what;
+    TranslatableText what;
     bool operator==(const CalendarProblem&) const = default;
 };
 using CalendarProblemHandler = std::function<void(const CalendarProblem&)>;

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "freedesktop/calendars/files/calendar_file_names.h"
+#include "freedesktop/io/system_error_text.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -24,36 +25,33 @@ CalendarSource optionalFolder(std::string path) {
     return source;
 }
 
-Error failure(std::string what) {
-    return {std::move(what), {}, {}};
-}
-
 } // namespace
 
 bool mayBelongToCalendar(std::string_view name) {
     return calendars::hasCalendarSuffix(name) || calendars::isMetadataName(name);
 }
 
-Result<void> checkSource(const CalendarSource& source) {
+Result<void, TranslatableText> checkSource(const CalendarSource& source) {
     if (source.text) {
         return {};
     }
     if (source.name.empty()) {
-        return failure("the name is empty");
+        return TranslatableText(translatable("the name is empty"));
     }
     if (source.name.starts_with(dataServerScheme)) {
-        return failure("Evolution Data Server is named as 'eds:' alone");
+        return TranslatableText(translatable("Evolution Data Server is named as 'eds:' alone"));
     }
     struct stat status {};
     if (source.name.find('\0') != std::string::npos || stat(source.name.c_str(), &status) != 0) {
-        return failure(errno == EACCES ? "it cannot be reached: permission denied"
-                                       : "there is no such file or folder");
+        return TranslatableText(errno == EACCES
+                                    ? translatable("it cannot be reached: permission denied")
+                                    : translatable("there is no such file or folder"));
     }
     if (!S_ISDIR(status.st_mode) && !S_ISREG(status.st_mode)) {
-        return failure("it is neither a file nor a folder");
+        return TranslatableText(translatable("it is neither a file nor a folder"));
     }
     if (access(source.name.c_str(), S_ISDIR(status.st_mode) ? R_OK | X_OK : R_OK) != 0) {
-        return failure("it cannot be read: " + std::generic_category().message(errno));
+        return TranslatableText{translatable("it cannot be read: {1}"), {systemErrorText(errno)}};
     }
     return {};
 }

@@ -28,6 +28,7 @@
 #include <vector>
 
 #include "base/result.h"
+#include "base/translatable_text.h"
 
 namespace quorvel::freedesktop {
 
@@ -61,7 +62,7 @@ bool mayBelongToCalendar(std::string_view name);
 
 // Fails where the source cannot be read at all. The error's `what` is a sentence about "it", the
 // source.
-Result<void> checkSource(const CalendarSource& source);
+Result<void, TranslatableText> checkSource(const CalendarSource& source);
 
 // The folders `calendars` in the data folder and `.calendars` at home, which need not exist. The
 // arguments are the values of XDG_DATA_HOME and HOME; an empty or relative one counts as unset.

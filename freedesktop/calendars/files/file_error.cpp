@@ -1,7 +1,8 @@
 #include "freedesktop/calendars/files/file_error.h"
 
 #include <cerrno>
-#include <system_error>
+
+#include "freedesktop/io/system_error_text.h"
 
 namespace quorvel::freedesktop::calendars {
 
@@ -9,9 +10,11 @@ bool FileError::isLasting() const {
     return isNoRoom() || m_systemError == EACCES || m_systemError == EFBIG;
 }
 
-std::string FileError::message() const {
-    return isNoRoom() ? "it is left out: there are more events than fit into memory"
-                      : "it cannot be read: " + std::generic_category().message(m_systemError);
+TranslatableText FileError::message() const {
+    if (isNoRoom()) {
+        return translatable("it is left out: there are more events than fit into memory");
+    }
+    return {translatable("it cannot be read: {1}"), {systemErrorText(m_systemError)}};
 }
 
 } // namespace quorvel::freedesktop::calendars

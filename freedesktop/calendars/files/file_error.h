@@ -1,7 +1,7 @@
 // Why a calendar file or a folder of calendars cannot be read.
 #pragma once
 
-#include <string>
+#include "base/translatable_text.h"
 
 namespace quorvel::freedesktop::calendars {
 
@@ -16,7 +16,7 @@ public:
     // The error stays as long as the file's version does: reading it again would not help.
     bool isLasting() const;
     // For the user.
-    std::string message() const;
+    TranslatableText message() const;
 
 private:
     explicit FileError(int systemError)

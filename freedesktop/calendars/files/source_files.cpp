@@ -48,14 +48,14 @@ void SourceFiles::scan(const std::function<bool(std::string_view)>& zoneIsKnown)
 
 void SourceFiles::scanPath() {
     const bool isAFolder = isFolder(m_source.name);
-    m_problem.clear();
+    m_problem = {};
     const bool isMissingCopy = m_source.copy && access(m_source.name.c_str(), F_OK) != 0;
     if (isMissingCopy || (m_source.isOptional && !isAFolder)) {
         removeFiles();
         return;
     }
     if (const auto check = checkSource(m_source); !check) {
-        m_problem = check.error().what;
+        m_problem = check.error();
         removeFiles();
         return;
     }
@@ -102,7 +102,7 @@ void SourceFiles::addTo(SignatureHash& signature) const {
     if (m_source.copy) {
         addCopyTo(signature);
     }
-    signature.add(std::string_view(m_problem));
+    signature.add(std::string_view(m_problem.english()));
     signature.add(std::string_view(m_realPath));
     signature.add(m_file ? 1 : 0);
     if (m_source.text) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/content_hash.h"
+#include "base/translatable_text.h"
 #include "freedesktop/calendars/files/calendar_file.h"
 #include "freedesktop/calendars/files/calendar_folder.h"
 #include "freedesktop/calendars/files/calendar_source.h"
@@ -55,7 +56,7 @@ private:
     CalendarSource m_source;
     std::string m_realPath; // with all links resolved; of a text "text:" and its name
     bool m_isReadable = false;
-    std::string m_problem;                    // of the source as a whole; empty: none
+    TranslatableText m_problem;               // of the source as a whole; empty: none
     std::unique_ptr<CalendarFile> m_file;     // null unless the source is a file or a text
     std::unique_ptr<CalendarFolder> m_folder; // null unless the source is a folder
     std::vector<std::shared_ptr<LoadedCalendar>> m_calendars;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "freedesktop/calendars/index/stored_bytes.h"
+#include "freedesktop/calendars/index/stored_message.h"
 
 namespace quorvel::freedesktop::calendars {
 namespace {
@@ -264,7 +265,7 @@ std::string bytesOfFile(const FileVersion& version, const icalendar::IcsFile& fi
     writer.number(file.problems.size());
     for (const icalendar::FileProblem& problem : file.problems) {
         writer.number(problem.line);
-        writer.text(problem.what);
+        putMessage(writer, problem.what);
     }
     writer.number((file.isCalendar ? 1U : 0U) | (file.isTruncated ? 2U : 0U));
     return writer.take();
@@ -304,7 +305,7 @@ std::optional<icalendar::IcsFile> fileFromBytes(std::string_view bytes,
     file.problems.resize(reader.count());
     for (icalendar::FileProblem& problem : file.problems) {
         problem.line = reader.number<std::size_t>();
-        problem.what = reader.text();
+        problem.what = takeMessage(reader);
     }
     const auto flags = reader.number<unsigned>();
     file.isCalendar = (flags & 1U) != 0;

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/result.h"
+#include "base/translatable_text.h"
 
 namespace quorvel::freedesktop::eds {
 
@@ -23,7 +24,7 @@ struct ServerFailure {
         absent  // there is no server, and none can be started
     };
     Kind kind = Kind::silent;
-    std::string problem; // for the user; empty where the server is silent
+    TranslatableText problem; // for the user; empty where the server is silent
 };
 
 template <class Value>

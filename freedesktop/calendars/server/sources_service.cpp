@@ -36,9 +36,9 @@ std::optional<std::string> serviceIn(GDBusConnection* bus, const char* list,
 
 } // namespace
 
-Result<void> checkDataServer() {
+Result<void, TranslatableText> checkDataServer() {
     if (!mayHaveSessionBus()) {
-        return Error{"there is no session bus", {}, {}};
+        return TranslatableText(translatable("there is no session bus"));
     }
     return {};
 }
@@ -54,18 +54,20 @@ void SearchCancellation::cancel() {
     g_cancellable_cancel(G_CANCELLABLE(m_cancellable));
 }
 
-Result<std::string> findSourcesService(SearchCancellation& cancellation) {
+Result<std::string, TranslatableText> findSourcesService(SearchCancellation& cancellation) {
     GCancellable* const cancellable = G_CANCELLABLE(cancellation.m_cancellable);
     const auto bus = connectToSessionBus(cancellable);
     if (!bus) {
-        return Error{"the session bus cannot be reached: " + bus.error().what, {}, {}};
+        return TranslatableText{translatable("the session bus cannot be reached: {1}"),
+                                {TranslatableText::verbatim(bus.error().what)}};
     }
     for (const char* const list : {"ListActivatableNames", "ListNames"}) {
         if (auto name = serviceIn(bus->get(), list, cancellable)) {
             return *std::move(name);
         }
     }
-    return Error{"it is not installed: the package is evolution-data-server", {}, {}};
+    return TranslatableText(
+        translatable("it is not installed: the package is evolution-data-server"));
 }
 
 } // namespace quorvel::freedesktop::eds

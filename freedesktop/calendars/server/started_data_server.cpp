@@ -28,7 +28,8 @@ void StartedDataServer::begin() {
         m_thread = std::thread([this] { end(start(m_module, m_cancellation)); });
     } catch (const std::system_error& error) {
         m_isRunning = false;
-        m_result = ServerFailure{ServerFailure::Kind::failed, error.what()};
+        m_result =
+            ServerFailure{ServerFailure::Kind::failed, TranslatableText::verbatim(error.what())};
     }
 }
 
@@ -55,24 +56,25 @@ void StartedDataServer::end(StartResult result) {
 StartedDataServer::StartResult StartedDataServer::start(const std::string& module,
                                                         SearchCancellation& cancellation) {
     if (auto check = checkDataServer(); !check) {
-        return ServerFailure{ServerFailure::Kind::absent, std::move(check).error().what};
+        return ServerFailure{ServerFailure::Kind::absent, std::move(check).error()};
     }
     auto service = findSourcesService(cancellation);
     if (!service) {
-        return ServerFailure{ServerFailure::Kind::absent, std::move(service).error().what};
+        return ServerFailure{ServerFailure::Kind::absent, std::move(service).error()};
     }
     void* const handle = dlopen(module.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (handle == nullptr) {
         const char* const reason = dlerror();
         return ServerFailure{ServerFailure::Kind::failed,
-                             std::string("its library cannot be loaded: ") +
-                                 (reason != nullptr ? reason : "")};
+                             {translatable("its library cannot be loaded: {1}"),
+                              {TranslatableText::verbatim(reason != nullptr ? reason : "")}}};
     }
     const auto make = reinterpret_cast<MakeDataServer>(dlsym(handle, makeDataServerSymbol));
     std::unique_ptr<DataServer> server(make != nullptr ? make(service->c_str()) : nullptr);
     dlclose(handle);
     if (!server) {
-        return ServerFailure{ServerFailure::Kind::failed, "its library does not work"};
+        return ServerFailure{ServerFailure::Kind::failed,
+                             translatable("its library does not work")};
     }
     return server;
 }

@@ -52,10 +52,10 @@ makeEvent(const std::shared_ptr<const platform::EKCalendar>& calendar,
 // The problems that an expansion reports, each once and only so many of a file.
 class ProblemCollection {
 public:
-    void add(const icalendar::LoadedFile& file, std::size_t line, std::string what) {
+    void add(const icalendar::LoadedFile& file, std::size_t line, TranslatableText what) {
         auto& ofFile = m_known[&file];
         if (ofFile.size() < mostProblemsOfAFile && m_problems.size() < mostProblemsOfACalendar &&
-            ofFile.emplace(line, what).second) {
+            ofFile.emplace(line, what.english()).second) {
             m_problems.push_back({{file.path, line, std::move(what)}, file.version});
         }
     }
@@ -72,7 +72,7 @@ ExpandedCalendar expandCalendar(const ExpansionContext& context, const LoadedCal
                                 const std::shared_ptr<const platform::EKCalendar>& owner) {
     ProblemCollection problems;
     const icalendar::ExpansionProblemHandler onProblem =
-        [&problems](icalendar::LoadedFile& file, std::size_t line, std::string what) {
+        [&problems](icalendar::LoadedFile& file, std::size_t line, TranslatableText what) {
             problems.add(file, line, std::move(what));
         };
     icalendar::SearchCost& cost = context.cost;

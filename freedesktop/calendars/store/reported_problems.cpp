@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/content_hash.h"
+#include "freedesktop/language/messages.h"
 
 namespace quorvel::freedesktop::calendars {
 namespace {
@@ -15,7 +16,7 @@ std::uint64_t hashOf(const VersionedProblem& problem) {
     ContentHash hash;
     hash.add(std::string_view(problem.problem.file));
     hash.add(problem.problem.line);
-    hash.add(std::string_view(problem.problem.what));
+    hash.add(std::string_view(problem.problem.what.english()));
     hash.add(problem.version);
     return hash.value();
 }
@@ -26,7 +27,11 @@ void limitProblems(std::vector<VersionedProblem>& problems) {
     if (problems.size() > mostProblems) {
         const std::size_t more = problems.size() - mostProblems;
         problems.resize(mostProblems);
-        problems.push_back({{"the calendars", 0, "and " + std::to_string(more) + " more"}, 0});
+        problems.push_back(
+            {{translated("the calendars"),
+              0,
+              {translatable("and {1} more"), {TranslatableText::verbatim(std::to_string(more))}}},
+             0});
     }
 }
 

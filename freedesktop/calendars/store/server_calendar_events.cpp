@@ -96,8 +96,9 @@ void ServerCalendarEvents::expand(const ServerAnswer& answer, const icalendar::W
     }
 }
 
-void ServerCalendarEvents::report(const std::string& place, const std::string& what) {
-    if (m_reported.size() < mostReportedProblems && m_reported.emplace(place, what).second) {
+void ServerCalendarEvents::report(const std::string& place, const TranslatableText& what) {
+    if (m_reported.size() < mostReportedProblems &&
+        m_reported.emplace(place, what.english()).second) {
         m_onProblem({place, 0, what});
     }
 }

@@ -53,7 +53,7 @@ private:
     void parse(const ServerAnswer& answer, CachedCalendar& cached);
     void expand(const ServerAnswer& answer, const icalendar::Window& window,
                 CachedCalendar& cached);
-    void report(const std::string& place, const std::string& what);
+    void report(const std::string& place, const TranslatableText& what);
 
     std::shared_ptr<const TimeZone> m_zone;
     icalendar::ZoneClock m_userZone; // of m_zone

@@ -9,6 +9,7 @@
 #include "freedesktop/calendars/store/event_order.h"
 #include "freedesktop/calendars/store/server_calendar_events.h"
 #include "freedesktop/calendars/store/server_calendars.h"
+#include "freedesktop/language/messages.h"
 
 namespace quorvel::freedesktop {
 
@@ -30,7 +31,8 @@ struct ListedCalendar {
 using ListedCalendars = std::vector<ListedCalendar>;
 
 std::string displayNameOf(const ListedCalendar& listed) {
-    return "the calendar '" + listed.calendar->title + "' of " + std::string(dataServerName);
+    return filled(translated("the calendar '{1}' of {2}"),
+                  {listed.calendar->title, dataServerName});
 }
 
 bool isWanted(const ListedCalendar& listed, const EKCalendars& wanted) {
@@ -81,15 +83,15 @@ public:
     void remove(const std::string& name) { m_current.erase(name); }
 
 private:
-    static std::string silence(double waitedSeconds) {
+    static TranslatableText silence(double waitedSeconds) {
         char seconds[32];
         std::snprintf(seconds, sizeof seconds, "%.3g", waitedSeconds);
-        return "it has not answered within " + std::string(seconds) +
-               " s: its events are shown when it does";
+        return {translatable("it has not answered within {1} s: its events are shown when it does"),
+                {TranslatableText::verbatim(seconds)}};
     }
 
     CalendarProblemHandler m_onProblem;
-    std::map<std::string, std::string> m_current; // by name
+    std::map<std::string, TranslatableText> m_current; // by name
 };
 
 } // namespace
@@ -257,7 +259,8 @@ void ServerCalendarStores::State::addUnreadable(const std::string& name,
                                                 const ServerFailure& failure) {
     const bool isSilent = failure.kind == ServerFailure::Kind::silent;
     m_isLate = m_isLate || isSilent;
-    m_unreadable.push_back({name, 0, isSilent ? "it has not answered yet" : failure.problem});
+    m_unreadable.push_back(
+        {name, 0, isSilent ? translatable("it has not answered yet") : failure.problem});
 }
 
 ServerCalendarStores::ServerCalendarStores(std::unique_ptr<eds::DataServer> server,

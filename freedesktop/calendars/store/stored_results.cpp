@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "freedesktop/calendars/index/stored_bytes.h"
+#include "freedesktop/calendars/index/stored_message.h"
 
 namespace quorvel::freedesktop::calendars {
 namespace {
@@ -17,7 +18,7 @@ void put(ByteWriter& writer, const std::vector<VersionedProblem>& problems) {
     for (const auto& [problem, version, isUnreadable] : problems) {
         writer.text(problem.file);
         writer.number(problem.line);
-        writer.text(problem.what);
+        putMessage(writer, problem.what);
         writer.number(version);
         writer.number(isUnreadable ? 1U : 0U);
     }
@@ -28,7 +29,7 @@ std::vector<VersionedProblem> takeProblems(ByteReader& reader) {
     for (auto& [problem, version, isUnreadable] : problems) {
         problem.file = reader.text();
         problem.line = reader.number<std::size_t>();
-        problem.what = reader.text();
+        problem.what = takeMessage(reader);
         version = reader.number<std::uint64_t>();
         isUnreadable = reader.flag();
     }

@@ -90,6 +90,15 @@ TEST_F(LanguageTest, AChosenOneWinsOverTheEnvironment) {
     }
 }
 
+TEST_F(LanguageTest, IsChosenWhereATextIsShown) {
+    const TranslatableText text("its {1} cannot be used: {2}",
+                                {TranslatableText::verbatim("a day"), "an odd thing"});
+    choose("en_US");
+    EXPECT_EQ(translated(text), "its a day cannot be used: an odd thing");
+    choose("de_DE");
+    EXPECT_EQ(translated(text), "ein Unding: a day taugt nicht");
+}
+
 TEST_F(LanguageTest, IsNotPassedOnToOtherPrograms) {
     setenv("LANGUAGE", "ar", 1);
     choose("de_DE");

@@ -30,7 +30,7 @@ std::string uidsOf(const IcsFile& file) {
 std::string problemsOf(const IcsFile& file) {
     std::string result;
     for (const FileProblem& problem : file.problems) {
-        result += std::to_string(problem.line) + ": " + problem.what + "\n";
+        result += std::to_string(problem.line) + ": " + problem.what.english() + "\n";
     }
     return result;
 }
@@ -248,7 +248,7 @@ TEST(IcsFile, BeyondWhatIsToBeKeptIsCutAndSaysSo) {
     EXPECT_GT(file.events.size(), 50U);
     EXPECT_LT(file.sizeInMemory(), 21000U);
     ASSERT_EQ(file.problems.size(), 1U);
-    EXPECT_EQ(file.problems[0].what,
+    EXPECT_EQ(file.problems[0].what.english(),
               "there are more events than fit into memory: those that follow are left out");
     EXPECT_EQ(file.problems[0].line, file.events.back().line);
     std::string dates = "DTSTART:20260310\r\n";
@@ -259,7 +259,8 @@ TEST(IcsFile, BeyondWhatIsToBeKeptIsCutAndSaysSo) {
         IcsFileParser(isKnown, 20000).finish(calendar(event("a", dates) + event("b")));
     EXPECT_EQ(uidsOf(many), "b");
     ASSERT_EQ(many.problems.size(), 1U);
-    EXPECT_EQ(many.problems[0].what, "an event is left out, it has more dates than can be stored");
+    EXPECT_EQ(many.problems[0].what.english(),
+              "an event is left out, it has more dates than can be stored");
 }
 
 TEST(IcsFile, ObservanceWithoutEndLendsItsStartToNoOther) {

@@ -16,7 +16,7 @@ std::int64_t localTime(std::string_view text) {
 
 RecurrenceRule ruleOf(std::string_view text) {
     const auto rule = parseRecurrenceRule(text);
-    EXPECT_TRUE(rule.hasValue()) << text << ": " << (rule ? "" : rule.error().what);
+    EXPECT_TRUE(rule.hasValue()) << text << ": " << (rule ? "" : rule.error().what.english());
     return rule ? *rule : RecurrenceRule();
 }
 

@@ -273,7 +273,9 @@ void CalendarConnection::fetched(FetchedEvents events, ZoneTexts zones, bool isS
 
 void CalendarConnection::failed(const std::string& problem) {
     disconnect();
-    answer(ServerFailure{ServerFailure::Kind::failed, "it cannot be read: " + problem});
+    answer(ServerFailure{
+        ServerFailure::Kind::failed,
+        {translatable("it cannot be read: {1}"), {TranslatableText::verbatim(problem)}}});
 }
 
 void CalendarConnection::answer(ServerResult<std::shared_ptr<const std::string>> text) {

@@ -122,7 +122,8 @@ void ServerConnection::registryOpened(ObjectHandle<ESourceRegistry> registry,
     if (!registry) {
         for (const auto& reply : std::exchange(m_waitingReplies, {})) {
             reply->deliver(ServerFailure{ServerFailure::Kind::failed,
-                                         "it does not start: " + messageOf(error)});
+                                         {translatable("it does not start: {1}"),
+                                          {TranslatableText::verbatim(messageOf(error))}}});
         }
         return;
     }
@@ -269,7 +270,7 @@ void ServerConnection::requestEvents(const std::vector<std::string>& calendars, 
             connection->request(range, reply);
         } else {
             reply->deliver({calendar, ServerFailure{ServerFailure::Kind::failed,
-                                                    "the server no longer has it"}});
+                                                    translatable("the server no longer has it")}});
         }
     }
 }

@@ -32,7 +32,7 @@ protected:
             {[](std::string_view) { return true; }, [ahead] { return fileClock() + ahead; }});
     }
     static std::string errorOf(const CalendarFile& file) {
-        return file.parsed->content ? "none" : file.parsed->content.error().message();
+        return file.parsed->content ? "none" : file.parsed->content.error().message().english();
     }
     static std::string titleOf(const CalendarFile& file) {
         const icalendar::IcsFile& ics = file.calendar()->ics;

@@ -108,8 +108,8 @@ TEST_F(SourceFilesTest, NamesWhatCannotBeReadAtAllForAsLongAsItCannot) {
         stores.makeEventStore();
         std::string text;
         for (const CalendarProblem& problem : stores.unreadable()) {
-            text += std::filesystem::path(problem.file).filename().string() + ": " + problem.what +
-                    "\n";
+            text += std::filesystem::path(problem.file).filename().string() + ": " +
+                    problem.what.english() + "\n";
         }
         return text;
     };
@@ -165,7 +165,7 @@ TEST_F(SourceFilesTest, OpensNothingButFiles) {
     std::filesystem::create_symlink(folder / "a.ics", folder / "link.ics");
     use();
     EXPECT_EQ(titles(), "a,link");
-    EXPECT_EQ(checkSource(CalendarSource::at(folder / "pipe.ics")).error().what,
+    EXPECT_EQ(checkSource(CalendarSource::at(folder / "pipe.ics")).error(),
               "it is neither a file nor a folder");
 }
 

@@ -41,7 +41,8 @@ public:
     Viewer(const std::shared_ptr<const TimeZone>& zone, std::vector<CalendarSource> sources,
            const std::string& indexFolder, std::int64_t clockAhead)
         : m_stores(zone, [this](const CalendarProblem& problem) {
-            m_problems << problem.file << ":" << problem.line << ": " << problem.what << "\n";
+            m_problems << problem.file << ":" << problem.line << ": " << problem.what.english()
+                       << "\n";
         }) {
         m_stores.setSources(std::move(sources));
         m_stores.setFileClock([clockAhead] { return fileClock() + clockAhead; });

@@ -35,7 +35,7 @@ protected:
         stores = std::make_unique<ServerCalendarStores>(
             std::make_unique<eds::StartedDataServer>(QUORVEL_EDS_MODULE), zone,
             [this](const CalendarProblem& problem) {
-                problems += problem.file + ": " + problem.what + "\n";
+                problems += problem.file + ": " + problem.what.english() + "\n";
             },
             waits);
     }

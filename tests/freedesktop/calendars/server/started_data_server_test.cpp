@@ -40,7 +40,7 @@ TEST(StartedDataServer, ABusThatCannotBeReachedIsNamed) {
     const auto list = server.calendars(inSeconds(5));
     ASSERT_FALSE(list);
     EXPECT_EQ(list.error().kind, ServerFailure::Kind::absent);
-    EXPECT_THAT(list.error().problem, HasSubstr("the session bus cannot be reached: "));
+    EXPECT_THAT(list.error().problem.english(), HasSubstr("the session bus cannot be reached: "));
 }
 
 TEST(StartedDataServer, ABusThatDoesNotAnswerIsNotWaitedFor) {

@@ -152,7 +152,7 @@ protected:
     Lines found(const Path& calendar, const std::shared_ptr<const TimeZone>& zone,
                 platform::NSDate from, platform::NSDate to) {
         FileCalendarStores stores(zone, [this](const CalendarProblem& problem) {
-            m_problems.push_back(std::to_string(problem.line) + ": " + problem.what);
+            m_problems.push_back(std::to_string(problem.line) + ": " + problem.what.english());
         });
         stores.setSources({CalendarSource::at(calendar)});
         const auto store = stores.makeEventStore();

@@ -64,7 +64,7 @@ protected:
         : stores(
               std::make_unique<ScriptedServer>(script), utcTimeZone(),
               [this](const CalendarProblem& problem) {
-                  problems.push_back(problem.file + ": " + problem.what);
+                  problems.push_back(problem.file + ": " + problem.what.english());
               },
               DataServerWaits{2, 1}) {
         script.events["home"] =
@@ -163,7 +163,7 @@ TEST_F(ServerCalendarStoresTest, NamesWhatTheLastStoreCouldNotRead) {
         found();
         std::vector<std::string> names;
         for (const CalendarProblem& problem : stores.unreadable()) {
-            names.push_back(problem.file + ": " + problem.what);
+            names.push_back(problem.file + ": " + problem.what.english());
         }
         return names;
     };

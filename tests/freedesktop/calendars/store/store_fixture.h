@@ -33,8 +33,8 @@ protected:
     StoreFixture()
         : zone(namedTimeZone("Europe/Berlin"))
         , stores(zone, [this](const CalendarProblem& problem) {
-            problems +=
-                problem.file + ":" + std::to_string(problem.line) + ": " + problem.what + "\n";
+            problems += problem.file + ":" + std::to_string(problem.line) + ": " +
+                        problem.what.english() + "\n";
         }) {}
 
     void SetUp() override {

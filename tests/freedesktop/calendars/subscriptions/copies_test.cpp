@@ -139,7 +139,8 @@ TEST_F(CopiesTest, ProblemsAreOfCopiesThatAreNotCurrent) {
                                               sourceOf(RemoteCalendar{url, "example.org"}, cache)};
     const auto problem = [&] {
         const std::vector<CalendarProblem> problems = copyProblems(sources, cache, now);
-        return problems.empty() ? std::string() : problems.at(0).file + ": " + problems[0].what;
+        return problems.empty() ? std::string()
+                                : problems.at(0).file + ": " + problems[0].what.english();
     };
     EXPECT_EQ(problem(), "example.org: it has not been fetched yet");
     CopyState state;

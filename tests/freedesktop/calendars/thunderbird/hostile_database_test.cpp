@@ -20,7 +20,7 @@ protected:
         march();
         EXPECT_EQ(problems, local().string() + ":0: " + std::string(what) + "\n");
         ASSERT_EQ(stores.unreadable().size(), 1U);
-        EXPECT_EQ(stores.unreadable()[0].what, what);
+        EXPECT_EQ(stores.unreadable()[0].what.english(), what);
     }
     std::string contents() const {
         std::ifstream file(local(), std::ios::binary);

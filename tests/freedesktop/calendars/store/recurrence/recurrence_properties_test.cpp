@@ -183,7 +183,7 @@ std::vector<T> shuffled(std::vector<T> list) {
 
 std::vector<std::string> listed(const std::vector<CalendarSource>& sources) {
     FileCalendarStores stores(utcTimeZone(), [](const CalendarProblem& problem) {
-        ADD_FAILURE() << problem.file << ": " << problem.what;
+        ADD_FAILURE() << problem.file << ": " << problem.what.english();
     });
     stores.setSources(sources);
     const auto store = stores.makeEventStore();
