@@ -9,6 +9,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "base/translatable_text.h"
+
 namespace quorvel::freedesktop {
 namespace {
 

@@ -37,7 +37,7 @@ std::vector<ListedCalendar> readCalendars(WidgetSession& session) {
 std::string calendarsText(const std::vector<ListedCalendar>& calendars,
                           const std::function<std::string(std::string_view)>& storeOf) {
     if (calendars.empty()) {
-        return "No calendars.\n";
+        return std::string(translated("No calendars.")) + '\n';
     }
     std::vector<std::vector<std::string>> rows{{translated("IDENTIFIER"), translated("TITLE"),
                                                 translated("COLOR"), translated("SELECTED"),
