@@ -41,7 +41,7 @@ std::string sourceHint(const std::string& path) {
     return translated("name a .ics file or a folder of them");
 }
 
-Result<void> checkAnySource(const CalendarSource& source) {
+Result<void, TranslatableText> checkAnySource(const CalendarSource& source) {
     if (freedesktop::isDataServer(source)) {
         return freedesktop::eds::checkDataServer();
     }
@@ -52,7 +52,7 @@ Result<void> checkAnySource(const CalendarSource& source) {
 
 CommandResult<CalendarSource> localSource(const std::string& name, const std::string& path) {
     CalendarSource source = CalendarSource::at(path);
-    const Result<void> check = checkAnySource(source);
+    const auto check = checkAnySource(source);
     if (!check) {
         return usageFailure({filled(translated("the calendars '{1}' cannot be read ({2})"),
                                     {name, translated(check.error())}),

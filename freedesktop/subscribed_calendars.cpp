@@ -62,7 +62,8 @@ std::vector<CalendarProblem> SubscribedCalendars::newProblems() {
     std::vector<CalendarProblem> unreported;
     std::set<std::pair<std::string, std::string>> current;
     for (CalendarProblem& problem : problems(ProblemText::reasonAndAdvice)) {
-        const std::string cause = problem.what.substr(problem.what.find(':') + 1);
+        const std::string text = problem.what.english();
+        const std::string cause = text.substr(text.find(':') + 1);
         if (m_reported.count({problem.file, cause}) == 0) {
             unreported.push_back(problem);
         }

@@ -76,7 +76,7 @@ TEST_F(DesktopTest, ShowsItsShortcutsAndWhatItIs) {
     key("ctrl+question");
     EXPECT_NE(secondWindow(), 0U);
     endProgram();
-    for (const char* mnemonic : {"s", "k", "a"}) {
+    for (const char* mnemonic : {"k", "a"}) {
         showThreeRows();
         key("F10");
         const unsigned long menu = secondWindow();
@@ -89,6 +89,29 @@ TEST_F(DesktopTest, ShowsItsShortcutsAndWhatItIs) {
         EXPECT_EQ(errors(), "");
         endProgram();
     }
+}
+
+TEST_F(DesktopTest, OpensTheSettingsInAWindowOfTheirOwn) {
+    showThreeRows();
+    key("F10");
+    const unsigned long menu = secondWindow();
+    ASSERT_NE(menu, 0U);
+    key("s");
+    unsigned long settings = 0;
+    ASSERT_TRUE(becomesTrue(20, [&] {
+        for (const unsigned long window : m_display->windows()) {
+            settings =
+                window != menu && std::to_string(window) != this->window() ? window : settings;
+        }
+        return settings != 0;
+    })) << errors();
+    const auto isOpen = [&] { return std::ranges::count(m_display->windows(), settings) == 1; };
+    EXPECT_TRUE(becomesTrue(20, [&] {
+        tryInput({"windowfocus", std::to_string(settings), "key", "ctrl+q"});
+        rest(0.2);
+        return !isOpen();
+    }));
+    EXPECT_EQ(m_program->exitStatus(0.3), std::nullopt) << errors();
 }
 
 TEST_F(DesktopTest, TheHeaderShowsTodayAndTheNextDayAfterMidnight) {

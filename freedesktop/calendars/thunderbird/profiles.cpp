@@ -99,13 +99,13 @@ std::vector<std::string> profilesOf(const CalendarSource& source) {
     return profiles;
 }
 
-Result<void> checkProfiles(const CalendarSource& source) {
+Result<void, TranslatableText> checkProfiles(const CalendarSource& source) {
     const std::vector<std::string> profiles = profilesOf(source);
     if (profiles.empty()) {
-        return Error{translatable("Thunderbird has no profile here"), {}, {}};
+        return TranslatableText(translatable("Thunderbird has no profile here"));
     }
     if (lastUseOf(profiles.front()) == 0) {
-        return Error{translatable("there is no file prefs.js in that folder"), {}, {}};
+        return TranslatableText(translatable("there is no file prefs.js in that folder"));
     }
     return {};
 }

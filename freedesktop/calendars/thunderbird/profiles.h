@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/result.h"
+#include "base/translatable_text.h"
 #include "freedesktop/calendars/files/calendar_source.h"
 
 namespace quorvel::freedesktop::thunderbird {
@@ -23,7 +24,7 @@ bool isThunderbird(const CalendarSource& source);
 std::vector<std::string> profilesOf(const CalendarSource& source);
 
 // Fails where there is no profile. The error's `what` is a sentence about the source.
-Result<void> checkProfiles(const CalendarSource& source);
+Result<void, TranslatableText> checkProfiles(const CalendarSource& source);
 
 std::string preferencesPath(const std::string& profile);
 std::string localDatabasePath(const std::string& profile);

@@ -9,8 +9,8 @@ ThunderbirdCalendars::ThunderbirdCalendars(CalendarSource source)
     : m_source(std::move(source)) {}
 
 void ThunderbirdCalendars::scan(const std::function<bool(std::string_view)>&) {
-    const Result<void> check = checkProfiles(m_source);
-    m_problem = check || m_source.isOptional ? std::string() : check.error().what;
+    const auto check = checkProfiles(m_source);
+    m_problem = check || m_source.isOptional ? TranslatableText() : check.error();
     std::vector<std::unique_ptr<ProfileCalendars>> known;
     std::swap(known, m_profiles);
     if (!check) {
@@ -28,7 +28,7 @@ void ThunderbirdCalendars::scan(const std::function<bool(std::string_view)>&) {
 void ThunderbirdCalendars::addTo(SignatureHash& signature) const {
     signature.add(std::string_view(m_source.name));
     signature.add(m_source.isOptional);
-    signature.add(std::string_view(m_problem));
+    signature.add(std::string_view(m_problem.english()));
     signature.add(m_profiles.size());
     for (const auto& profile : m_profiles) {
         profile->addTo(signature);

@@ -33,7 +33,7 @@ public:
 
 private:
     CalendarSource m_source;
-    std::string m_problem; // of the source as a whole; empty: none
+    TranslatableText m_problem; // of the source as a whole; empty: none
     std::vector<std::unique_ptr<ProfileCalendars>> m_profiles;
     std::vector<std::shared_ptr<calendars::LoadedCalendar>> m_calendars;
 };

@@ -67,7 +67,7 @@ TEST_F(ProfilesTest, ASourceMayNameOne) {
 TEST_F(ProfilesTest, AMissingProfileIsNamed) {
     const auto problem = [](const std::string& name) {
         const auto check = checkProfiles(CalendarSource::at(name));
-        return check ? "none" : check.error().what;
+        return check ? "none" : check.error().english();
     };
     EXPECT_EQ(problem("thunderbird:"), "Thunderbird has no profile here");
     EXPECT_EQ(problem("thunderbird:" + folder.string()),
