@@ -12,6 +12,7 @@ namespace quorvel::freedesktop {
 namespace {
 
 using platform::PropertyListArray;
+using platform::PropertyListDictionary;
 using platform::PropertyListValue;
 
 constexpr std::string_view space = " \t\r\n";
@@ -69,6 +70,12 @@ std::string XmlNotation::value(const PropertyListValue& value) const {
                     items += this->value(item);
                 }
                 return element("array", items);
+            } else if constexpr (std::is_same_v<Held, PropertyListDictionary>) {
+                std::string entries;
+                for (const auto& [name, item] : held) {
+                    entries += key(name) + this->value(item);
+                }
+                return element("dict", entries);
             } else {
                 return {};
             }

@@ -9,7 +9,8 @@
 
 namespace quorvel::freedesktop {
 
-// Knows booleans, numbers, texts and arrays of them; canWrite() names the rest.
+// Knows booleans, numbers, texts and arrays of them, XML also dictionaries; canWrite() names the
+// rest of what both can write.
 class ListNotation {
 public:
     virtual ~ListNotation() = default;

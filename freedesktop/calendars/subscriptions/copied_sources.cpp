@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "freedesktop/calendars/files/loaded_calendar.h"
 #include "freedesktop/calendars/subscriptions/copy_status.h"
 
 namespace quorvel::freedesktop {
@@ -17,7 +18,11 @@ CalendarSource sourceOf(const Subscription& subscription, const SubscriptionCach
 }
 
 CalendarSource sourceOf(const RemoteCalendar& calendar, const SubscriptionCache& cache) {
-    return sourceOf(Subscription{calendar.url, calendar.host, {}, {}}, cache);
+    return sourceOf(Subscription{calendar.url, calendar.host, {}, {}, false}, cache);
+}
+
+std::string calendarIdentifierOf(const Subscription& subscription) {
+    return calendars::calendarIdentifier(subscription.host, subscription.url);
 }
 
 std::vector<CalendarProblem> copyProblems(const std::vector<CalendarSource>& sources,

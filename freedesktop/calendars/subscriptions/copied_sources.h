@@ -17,6 +17,9 @@ CalendarSource sourceOf(const Subscription& subscription, const SubscriptionCach
 // A calendar that the user has not subscribed to.
 CalendarSource sourceOf(const RemoteCalendar& calendar, const SubscriptionCache& cache);
 
+// Of the calendar that the source becomes, in every process the same.
+std::string calendarIdentifierOf(const Subscription& subscription);
+
 enum class ProblemText { reason, reasonAndAdvice };
 
 // Of those sources that are copies. The `file` of a problem is the calendar's label.

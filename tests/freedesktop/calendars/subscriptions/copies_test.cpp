@@ -109,8 +109,8 @@ TEST_F(CopiesTest, ListHasValidAddressesOnce) {
               "<key>title</key><string></string></dict>"
               "</array>");
     const std::vector<Subscription> expected{
-        {url, "example.org", "Team", "#ff0000"},
-        {"https://b.example/", "b.example", std::nullopt, std::nullopt}};
+        {url, "example.org", "Team", "#ff0000", false},
+        {"https://b.example/", "b.example", std::nullopt, std::nullopt, false}};
     EXPECT_EQ(list(), expected);
 }
 
@@ -121,8 +121,57 @@ TEST_F(CopiesTest, ListThatCannotBeReadIsAnError) {
     EXPECT_FALSE(readSubscriptions(folder.string()));
 }
 
+TEST_F(CopiesTest, SubscriptionsAreStoredForTheUserAlone) {
+    const std::string preferences = folder / "new/Preferences";
+    const Subscription first{url, "example.org", std::nullopt, std::nullopt, false};
+    const Subscription second{"https://b.example/?a=<&>", "b.example", "B & \"C\" ä", "#ff0000",
+                              true};
+    ASSERT_TRUE(storeSubscription(preferences, first));
+    ASSERT_TRUE(storeSubscription(preferences, second));
+    EXPECT_EQ(*readSubscriptions(preferences), (std::vector<Subscription>{first, second}));
+    EXPECT_EQ(permissionsOf(preferences + "/" + std::string(subscriptionListName)), 0600U);
+    EXPECT_EQ(permissionsOf(preferences), 0700U);
+    Subscription titled = first;
+    titled.title = "Team";
+    ASSERT_TRUE(storeSubscription(preferences, titled));
+    ASSERT_TRUE(storeSubscription(preferences, first));
+    EXPECT_EQ(*readSubscriptions(preferences), (std::vector<Subscription>{titled, second}))
+        << "what is not said anew stays";
+    ASSERT_TRUE(removeSubscription(preferences, second.url));
+    ASSERT_TRUE(removeSubscription(preferences, second.url));
+    EXPECT_EQ(*readSubscriptions(preferences), std::vector<Subscription>{titled});
+}
+
+TEST_F(CopiesTest, RestOfTheListStays) {
+    const std::string before = "<array>\n"
+                               "  <!-- mine -->\n"
+                               "  <string>unknown</string>\n"
+                               "  <dict><key>url</key><string>https://a.example/</string>"
+                               "<key>other</key><integer>3</integer></dict>\n";
+    writeList(before + "</array>");
+    ASSERT_TRUE(storeSubscription(folder.string(), {url, "example.org", {}, {}, false}));
+    std::ifstream file(folder / subscriptionListName);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    EXPECT_NE(text.find(before), std::string::npos) << text;
+    ASSERT_EQ(list().size(), 2U);
+    EXPECT_EQ(list()[1].url, url);
+    ASSERT_TRUE(storeSubscription(folder.string(), {"https://a.example/", "", "A", {}, false}));
+    std::ifstream again(folder / subscriptionListName);
+    const std::string changed{std::istreambuf_iterator<char>(again), {}};
+    EXPECT_NE(changed.find("<key>other</key><integer>3</integer>"), std::string::npos) << changed;
+}
+
+TEST_F(CopiesTest, ListThatCannotBeReadIsNotChanged) {
+    writeList("<dict/>");
+    EXPECT_FALSE(storeSubscription(folder.string(), {url, "example.org", {}, {}, false}));
+    EXPECT_FALSE(removeSubscription(folder.string(), url));
+    std::ifstream file(folder / subscriptionListName);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    EXPECT_NE(text.find("<dict/>"), std::string::npos);
+}
+
 TEST_F(CopiesTest, SourceIsLabelledByItsTitleElseItsOwnNameElseItsHost) {
-    const Subscription titled{url, "example.org", "Mine", "#ff0000"};
+    const Subscription titled{url, "example.org", "Mine", "#ff0000", false};
     EXPECT_EQ(sourceOf(titled, cache).copy,
               (CopiedCalendar{url, "example.org", "Mine", "#ff0000", "Mine"}));
     const RemoteCalendar remote{url, "example.org"};
