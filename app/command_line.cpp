@@ -89,6 +89,11 @@ void declareOptions(CLI::App& app, CommandLine& line, NumberTexts& numbers, Comm
     app.add_option("--choose", line.chosenCalendars);
     app.add_flag("--all", line.choosesAll);
     app.add_flag("--follow-desktop", line.followsDesktop);
+    addValue("--subscribe", line.subscribe);
+    addValue("--unsubscribe", line.unsubscribe);
+    addValue("--title", line.title);
+    addValue("--user", line.user);
+    app.add_flag("--password-stdin", line.readsPassword);
 }
 
 Error usageError(const std::string& what) {

@@ -54,6 +54,11 @@ struct CommandLine {
     std::vector<std::string> chosenCalendars; // titles or identifiers
     bool choosesAll = false;                  // of the calendars
     bool followsDesktop = false;              // in the choice of calendars
+    std::optional<std::string> subscribe;     // the address of a calendar
+    std::optional<std::string> unsubscribe;   // its address or title
+    std::optional<std::string> title;         // of the calendar to subscribe to
+    std::optional<std::string> user;          // for its server
+    bool readsPassword = false;               // from standard input
 };
 
 // Options may precede and follow the command. An error is wrong usage.

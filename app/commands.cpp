@@ -17,6 +17,7 @@
 #include "app/program_setup.h"
 #include "app/settings_calendars.h"
 #include "app/settings_command.h"
+#include "app/subscription_command.h"
 #include "freedesktop/freedesktop_platform.h"
 #include "freedesktop/graphics/snapshot.h"
 #include "freedesktop/language/messages.h"
@@ -205,6 +206,9 @@ CommandResult<void> runCommand(int argc, const char* const* argv, const ShowComm
     }
     if (line->wantsVersion) {
         return printOutput(versionText());
+    }
+    if (isAboutSubscriptions(*line)) {
+        return runSubscriptionCommand(*line);
     }
     if (line->command == Command::settings && !isAboutCalendars(*line)) {
         return runSettingsCommand(*line);

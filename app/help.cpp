@@ -71,7 +71,10 @@ constexpr std::array<CommandText, 6> commandTexts{{
      "       quorvel settings --reset KEY [OPTION]...\n"
      "       quorvel settings --check [OPTION]...\n"
      "       quorvel settings calendars [--choose NAME...|--all|--follow-desktop]\n"
-     "                                  [--json] [OPTION]...",
+     "                                  [--json] [OPTION]...\n"
+     "       quorvel settings calendars --subscribe ADDRESS [--title TITLE]\n"
+     "                                  [--user NAME [--password-stdin]] [OPTION]...\n"
+     "       quorvel settings calendars --unsubscribe CALENDAR [OPTION]...",
      translatable("list, change and check the settings"),
      translatable(
          "Lists the settings with their values and which of them are set; prints or sets one;\n"
@@ -109,7 +112,7 @@ struct CommandOption {
     std::vector<Command> commands;
 };
 
-const std::array<CommandOption, 18> commandOptions{{
+const std::array<CommandOption, 23> commandOptions{{
     {{"--json", "--json", translatable("one JSON array instead of text")},
      {Command::agenda, Command::calendars, Command::settings}},
     {{"--output", "-o, --output FILE", translatable("the file to draw to: .png, .svg or .pdf")},
@@ -164,6 +167,23 @@ const std::array<CommandOption, 18> commandOptions{{
      {Command::settings}},
     {{"--follow-desktop", "--follow-desktop",
       translatable("show the calendars that the calendar application has switched on")},
+     {Command::settings}},
+    {{"--subscribe", "--subscribe ADDRESS",
+      translatable("add the calendar on a server that has this https: or webcal:\n"
+                   "address, and fetch it; the widget fetches it every hour")},
+     {Command::settings}},
+    {{"--title", "--title TITLE",
+      translatable("with --subscribe: the title of the calendar (its own)")},
+     {Command::settings}},
+    {{"--user", "--user NAME",
+      translatable("with --subscribe: ask for the password of NAME, and store it in the\n"
+                   "desktop's secret service")},
+     {Command::settings}},
+    {{"--password-stdin", "--password-stdin",
+      translatable("with --user: read the password from standard input instead")},
+     {Command::settings}},
+    {{"--unsubscribe", "--unsubscribe CALENDAR",
+      translatable("remove the calendar with this address or title, and its copy")},
      {Command::settings}},
 }};
 

@@ -10,6 +10,7 @@
 #include "app/messages.h"
 #include "app/preferences_choice.h"
 #include "app/setting_problems.h"
+#include "app/subscription_command.h"
 #include "freedesktop/language/messages.h"
 #include "freedesktop/plain_text/terminal_line.h"
 #include "freedesktop/preferences/setting_descriptions.h"
@@ -141,6 +142,26 @@ bool choosesCalendars(const CommandLine& line) {
     return !line.chosenCalendars.empty() || line.choosesAll || line.followsDesktop;
 }
 
+std::optional<Error> checkSubscriptionLine(const CommandLine& line, bool choosesCalendars) {
+    if (line.subscribe && line.unsubscribe) {
+        return settingsUsageError(translated("--subscribe and --unsubscribe exclude each other"));
+    }
+    if (isAboutSubscriptions(line) && choosesCalendars) {
+        return settingsUsageError(
+            translated("calendars are subscribed to and chosen one after the other"));
+    }
+    if (!line.subscribe && (line.title || line.user)) {
+        return settingsUsageError(translated("--title and --user belong to --subscribe"));
+    }
+    if (line.readsPassword && !line.user) {
+        return settingsUsageError(translated("--password-stdin belongs to --user"));
+    }
+    if (line.user && (line.user->empty() || line.user->find('\n') != std::string::npos)) {
+        return settingsUsageError(translated("the name behind --user cannot be used"));
+    }
+    return std::nullopt;
+}
+
 // What leaves no room for anything else; each with its option.
 std::optional<Error> checkCalendarsLine(const CommandLine& line) {
     if (line.settingsWords.size() > 1) {
@@ -158,11 +179,16 @@ std::optional<Error> checkCalendarsLine(const CommandLine& line) {
         return settingsUsageError(
             translated("--choose, --all and --follow-desktop exclude each other"));
     }
-    return std::nullopt;
+    return checkSubscriptionLine(line, choices > 0);
 }
 
 std::optional<Error> checkKeyLine(const CommandLine& line) {
     const bool resets = !line.resetSettings.empty();
+    if (isAboutSubscriptions(line) || line.title || line.user || line.readsPassword) {
+        return Error{translated("subscriptions are calendars, not settings"),
+                     {},
+                     translated("write 'quorvel settings calendars'")};
+    }
     if (choosesCalendars(line)) {
         return Error{translated("--choose, --all and --follow-desktop are for calendars"),
                      {},
@@ -199,7 +225,8 @@ bool isAboutCalendars(const CommandLine& line) {
 
 bool changesSettings(const CommandLine& line) {
     return line.command == Command::settings &&
-           (choosesCalendars(line) || !line.resetSettings.empty() || line.settingsWords.size() > 1);
+           (choosesCalendars(line) || isAboutSubscriptions(line) || !line.resetSettings.empty() ||
+            line.settingsWords.size() > 1);
 }
 
 Result<void> checkSettingsLine(const CommandLine& line) {
