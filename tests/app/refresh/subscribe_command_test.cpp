@@ -85,7 +85,9 @@ TEST_F(SubscribeCommandTest, TitleReplacesTheCalendarsOwn) {
 
 TEST_F(SubscribeCommandTest, HostileTitleDoesNotReachTheTerminal) {
     server.on("/team", answering(answer(calendarText("A\x1b[31mB"))));
-    EXPECT_EQ(subscribe(url).output, "Subscribed to 'A\xEF\xBF\xBD[31mB'.\n");
+    EXPECT_EQ(subscribe(url).output, "Subscribed to 'A [31mB'.\n");
+    EXPECT_EQ(subscribe(url, {"--title", "A\x1b[31mB"}).output,
+              "Subscribed to 'A\xEF\xBF\xBD[31mB'.\n");
 }
 
 TEST_F(SubscribeCommandTest, PreferencesFolderIsMadeForTheUserAlone) {
