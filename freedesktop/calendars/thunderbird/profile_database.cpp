@@ -12,6 +12,7 @@ namespace {
 
 std::vector<std::string> identifiersOf(const std::vector<WantedCalendar>& wanted) {
     std::vector<std::string> identifiers;
+    identifiers.reserve(wanted.size());
     for (const WantedCalendar& calendar : wanted) {
         identifiers.push_back(calendar.id);
     }
