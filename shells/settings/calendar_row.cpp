@@ -32,11 +32,8 @@ CalendarRow::CalendarRow(ListedCalendar calendar, std::function<void(bool isShow
     const std::string title =
         m_calendar.title.empty() ? translated(text::untitledCalendar) : m_calendar.title;
     setRowTexts(m_row.get(), title, m_calendar.origin);
-    setAccessibleName(m_switch, title);
-    gtk_widget_set_valign(m_switch, GTK_ALIGN_CENTER);
     adw_action_row_add_prefix(m_row.get(), makeColour(m_calendar.colour));
-    adw_action_row_add_suffix(m_row.get(), m_switch);
-    adw_action_row_set_activatable_widget(m_row.get(), m_switch);
+    addControl(m_row.get(), m_switch, title);
     m_signals.connect(m_switch, "notify::active", [this, switched = std::move(onSwitched)] {
         if (!m_isShowing) {
             switched(gtk_switch_get_active(GTK_SWITCH(m_switch)) != FALSE);

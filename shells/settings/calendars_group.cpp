@@ -52,10 +52,7 @@ CalendarsGroup::CalendarsGroup(AdwPreferencesGroup* group, const SettingDescript
 void CalendarsGroup::addFollowRow(const SettingDescription& follow) {
     auto* const row = ADW_ACTION_ROW(adw_action_row_new());
     setRowTexts(row, labelOf(follow), translated(text::followMeaning));
-    setAccessibleName(m_follow, labelOf(follow));
-    gtk_widget_set_valign(m_follow, GTK_ALIGN_CENTER);
-    adw_action_row_add_suffix(row, m_follow);
-    adw_action_row_set_activatable_widget(row, m_follow);
+    addControl(row, m_follow, labelOf(follow));
     adw_preferences_group_add(m_group, GTK_WIDGET(row));
     m_signals.connect(m_follow, "notify::active", [this] {
         if (!m_isShowing) {

@@ -69,10 +69,10 @@ AdwActionRow* IconRows::addChoice(AdwPreferencesGroup* group, const std::string&
         gtk_check_button_set_group(GTK_CHECK_BUTTON(check),
                                    GTK_CHECK_BUTTON(m_choices.front().check));
     }
-    setAccessibleName(check, label);
     gtk_widget_set_valign(check, GTK_ALIGN_CENTER);
     adw_action_row_add_prefix(row, check);
     adw_action_row_set_activatable_widget(row, check);
+    setAccessibleName(check, label);
     if (picture != nullptr) {
         adw_action_row_add_suffix(row, picture);
     }

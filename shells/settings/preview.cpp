@@ -70,6 +70,7 @@ Preview::Preview(std::string program, std::string preferencesFolder, const Scrat
     , m_soon([this] { draw(); }) {
     gtk_picture_set_alternative_text(GTK_PICTURE(m_picture), translated(text::preview));
     gtk_picture_set_can_shrink(GTK_PICTURE(m_picture), FALSE);
+    setAccessibleName(m_picture, translated(text::preview));
     gtk_widget_set_valign(m_picture, GTK_ALIGN_START);
     gtk_label_set_ellipsize(GTK_LABEL(m_failure), PANGO_ELLIPSIZE_END);
     gtk_widget_set_visible(m_failure, FALSE);
@@ -88,6 +89,8 @@ GtkWidget* Preview::makeChoice() {
     GtkWidget* const box = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 0);
     gtk_widget_add_css_class(box, "linked");
     gtk_widget_set_halign(box, GTK_ALIGN_CENTER);
+    nameByMnemonic(m_mine, translated(text::previewMine));
+    nameByMnemonic(m_sample, translated(text::previewSample));
     gtk_toggle_button_set_group(GTK_TOGGLE_BUTTON(m_sample), GTK_TOGGLE_BUTTON(m_mine));
     gtk_toggle_button_set_active(GTK_TOGGLE_BUTTON(m_mine), TRUE);
     gtk_box_append(GTK_BOX(box), m_mine);

@@ -17,6 +17,7 @@ ProblemGroup::ProblemGroup(std::function<void()> tryAgain)
     gtk_widget_add_css_class(icon, "warning");
     adw_action_row_add_prefix(m_row, icon);
     GtkWidget* const button = gtk_button_new_with_mnemonic(translated(text::tryAgain));
+    nameByMnemonic(button, translated(text::tryAgain));
     gtk_widget_set_valign(button, GTK_ALIGN_CENTER);
     adw_action_row_add_suffix(m_row, button);
     adw_preferences_group_add(m_group, GTK_WIDGET(m_row));

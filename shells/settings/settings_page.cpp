@@ -112,6 +112,7 @@ void SettingsPage::addResetGroup() {
     auto* const row = ADW_ACTION_ROW(adw_action_row_new());
     setRowTexts(row, translated(text::resetAllTitle), translated(text::resetAllMeaning));
     GtkWidget* const button = gtk_button_new_with_mnemonic(translated(text::resetAll));
+    nameByMnemonic(button, translated(text::resetAll));
     gtk_widget_add_css_class(button, "destructive-action");
     gtk_widget_set_valign(button, GTK_ALIGN_CENTER);
     adw_action_row_add_suffix(row, button);

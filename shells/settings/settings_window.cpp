@@ -46,9 +46,10 @@ SettingsWindow::SettingsWindow(AdwApplication* application, const SettingsWindow
     gtk_window_set_title(m_window.get(), translated(text::windowTitle));
     gtk_window_set_icon_name(m_window.get(), "org.quorvel.Quorvel");
     gtk_window_set_default_size(m_window.get(), width, height);
-    gtk_stack_add_named(GTK_STACK(m_stack), makeSettings(), settingsName);
-    gtk_stack_add_named(GTK_STACK(m_stack), makeWelcome(options.dataFolder + "/your-calendars.md"),
-                        welcomeName);
+    gtk_stack_add_titled(GTK_STACK(m_stack), makeSettings(), settingsName,
+                         translated(text::pageTitle));
+    gtk_stack_add_titled(GTK_STACK(m_stack), makeWelcome(options.dataFolder + "/your-calendars.md"),
+                         welcomeName, translated(text::welcomeTitle));
     addActions();
     GtkWidget* const box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
     gtk_box_append(GTK_BOX(box), makeHeader());
@@ -111,6 +112,7 @@ GtkWidget* SettingsWindow::makeSettings() {
 
 GtkWidget* SettingsWindow::makeWelcome(const std::string& guide) {
     GtkWidget* const button = gtk_button_new_with_mnemonic(translated(text::goToSettings));
+    nameByMnemonic(button, translated(text::goToSettings));
     gtk_widget_add_css_class(button, "suggested-action");
     gtk_widget_add_css_class(button, "pill");
     gtk_widget_set_halign(button, GTK_ALIGN_CENTER);

@@ -45,10 +45,7 @@ public:
     SwitchRow(const SettingDescription& setting, SettingsModel& model)
         : SettingRow(newActionRow(), setting, model)
         , m_switch(gtk_switch_new()) {
-        gtk_widget_set_valign(m_switch, GTK_ALIGN_CENTER);
-        setAccessibleName(m_switch, labelOf(setting));
-        adw_action_row_add_suffix(row(), m_switch);
-        adw_action_row_set_activatable_widget(row(), m_switch);
+        addControl(row(), m_switch, labelOf(setting));
         signals().connect(m_switch, "notify::active", [this] {
             if (!isShowing()) {
                 const bool isOn = gtk_switch_get_active(GTK_SWITCH(m_switch)) != FALSE;
@@ -70,8 +67,7 @@ public:
     NumberRow(const SettingDescription& setting, SettingsModel& model)
         : SettingRow(newActionRow(), setting, model)
         , m_spin(makeSpin(setting)) {
-        adw_action_row_add_suffix(row(), m_spin);
-        adw_action_row_set_activatable_widget(row(), m_spin);
+        addControl(row(), m_spin, labelOf(setting));
         signals().connect(m_spin, "value-changed", [this] {
             if (!isShowing()) {
                 const double value = gtk_spin_button_get_value(GTK_SPIN_BUTTON(m_spin));
@@ -93,8 +89,6 @@ private:
         removeScrolling(spin);
         // The text's own undo would take the keys of ours.
         gtk_editable_set_enable_undo(GTK_EDITABLE(spin), FALSE);
-        gtk_widget_set_valign(spin, GTK_ALIGN_CENTER);
-        setAccessibleName(spin, labelOf(setting));
         return spin;
     }
 

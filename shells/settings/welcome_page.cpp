@@ -72,6 +72,7 @@ void openGuide(GtkButton*, Guide* guide) {
 void addGuide(GtkBox* box, const std::string& file) {
     auto guide = std::make_unique<Guide>(
         Guide{file, gtk_button_new_with_mnemonic(translated(text::openGuide)), makeParagraph("")});
+    nameByMnemonic(guide->button, translated(text::openGuide));
     gtk_widget_set_visible(guide->failure, FALSE);
     gtk_widget_add_css_class(guide->button, "pill");
     gtk_widget_set_halign(guide->button, GTK_ALIGN_CENTER);

@@ -3,8 +3,25 @@
 namespace quorvel::settings_pages {
 
 void setAccessibleName(GtkWidget* widget, const std::string& name) {
+    // Some versions of the toolkit read both the name and what labels the widget.
+    gtk_accessible_reset_relation(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_RELATION_LABELLED_BY);
     gtk_accessible_update_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    name.c_str(), -1);
+}
+
+void addControl(AdwActionRow* row, GtkWidget* control, const std::string& name) {
+    gtk_widget_set_valign(control, GTK_ALIGN_CENTER);
+    adw_action_row_add_suffix(row, control);
+    adw_action_row_set_activatable_widget(row, control);
+    setAccessibleName(control, name);
+}
+
+void nameByMnemonic(GtkWidget* button, const std::string& text) {
+    std::string name = text;
+    if (const std::size_t mark = name.find('_'); mark != std::string::npos) {
+        name.erase(mark, 1);
+    }
+    setAccessibleName(button, name);
 }
 
 void setRowTexts(AdwActionRow* row, const std::string& title, const std::string& subtitle) {

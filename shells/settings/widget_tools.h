@@ -7,11 +7,18 @@
 
 namespace quorvel::settings_pages {
 
-// The name that a screen reader reads.
+// The name that a screen reader reads, in place of what the toolkit has chosen.
 void setAccessibleName(GtkWidget* widget, const std::string& name);
 
 // The texts are shown as they are, without markup.
 void setRowTexts(AdwActionRow* row, const std::string& title, const std::string& subtitle);
+
+// Adds a switch or the like to the end of a row; a tap on the row moves or focuses it. `name`: for
+// screen readers.
+void addControl(AdwActionRow* row, GtkWidget* control, const std::string& name);
+
+// Sets the name for screen readers to the text of a button, without the mark of its mnemonic.
+void nameByMnemonic(GtkWidget* button, const std::string& text);
 
 // A button without a frame that shows an icon of the theme. `name`: for screen readers, and as its
 // tooltip.

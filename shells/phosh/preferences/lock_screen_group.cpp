@@ -25,14 +25,11 @@ AdwPreferencesGroup* makeLockScreenGroup() {
         return nullptr;
     }
     GtkWidget* const toggle = gtk_switch_new();
-    gtk_widget_set_valign(toggle, GTK_ALIGN_CENTER);
-    settings_pages::setAccessibleName(toggle, translated(detailsTitle));
     // The binding keeps the settings alive for as long as the switch.
     g_settings_bind(settings.get(), detailsKey, toggle, "active", G_SETTINGS_BIND_DEFAULT);
     auto* const row = ADW_ACTION_ROW(adw_action_row_new());
     settings_pages::setRowTexts(row, translated(detailsTitle), translated(detailsMeaning));
-    adw_action_row_add_suffix(row, toggle);
-    adw_action_row_set_activatable_widget(row, toggle);
+    settings_pages::addControl(row, toggle, translated(detailsTitle));
     auto* const group = ADW_PREFERENCES_GROUP(adw_preferences_group_new());
     adw_preferences_group_set_title(group, translated(groupTitle));
     adw_preferences_group_add(group, GTK_WIDGET(row));
