@@ -39,7 +39,7 @@ $0 == "@COLOURS@" {
     next
 }
 
-# "integer from 0 to 10"; a list of choices is left to the text.
+# "integer from 0 to 10"
 function typeText(type, values,   limit) {
     if (values !~ /^[0-9]+\.\.[0-9]+$/)
         return type
@@ -47,12 +47,25 @@ function typeText(type, values,   limit) {
     return type " from " limit[1] " to " limit[2]
 }
 
+# "0: Do nothing; 1: Open the event"
+function choicesText(type, values,   choice, part, text, n, k) {
+    if (type != "integer" || values !~ /=/)
+        return ""
+    n = split(values, choice, "|")
+    for (k = 1; k <= n; k++) {
+        split(choice[k], part, "=")
+        text = text (k > 1 ? "; " : "") part[1] ": " part[2]
+    }
+    return ".br\n" roff(text) ".\n"
+}
+
 $0 == "@SETTINGS@" {
     for (i = 1; i <= count; i++) {
         split(settings[i], column, "\t")
-        printf ".TP\n\\fB%s\\fR (%s, default %s)\n%s\n", roff(column[1]), \
+        printf ".TP\n\\fB%s\\fR (%s, default %s)\n%s\n%s", roff(column[1]), \
             roff(typeText(column[2], column[3])), \
-            column[4] == "" ? "empty" : "\\fI" roff(column[4]) "\\fR", roff(column[7])
+            column[4] == "" ? "empty" : "\\fI" roff(column[4]) "\\fR", roff(column[7]), \
+            choicesText(column[2], column[3])
     }
     next
 }
