@@ -88,8 +88,7 @@ CommandResult<CalendarSource> standardInput() {
 CommandResult<CalendarSource> namedSource(const std::string& name) {
     const auto address = freedesktop::parseCalendarAddress(name);
     if (!address) {
-        return usageFailure(
-            {translated(address.error().what), {}, translated(address.error().toDo)});
+        return usageFailure(address.error());
     }
     if (const auto* const remote = std::get_if<freedesktop::RemoteCalendar>(&*address)) {
         return sourceOf(*remote, SubscriptionCache(freedesktop::userSubscriptionFolder()));

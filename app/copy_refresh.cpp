@@ -71,13 +71,12 @@ CommandResult<void> checkNamed(const FreedesktopOptions& options, const Subscrip
     for (const CalendarSource& source : options.calendars) {
         if (isMissing(source, cache)) {
             const auto state = cache.readState(source.copy->origin);
-            return operationFailure(
-                {filled(translated("the calendar at {1} cannot be read: {2}"),
-                        {source.copy->host, state.error.empty()
-                                                ? translated("it could not be fetched")
-                                                : state.error}),
-                 {},
-                 state.toDo});
+            const std::string reason = state.error.empty() ? translated("it could not be fetched")
+                                                           : translated(state.error);
+            return operationFailure({filled(translated("the calendar at {1} cannot be read: {2}"),
+                                            {source.copy->host, reason}),
+                                     {},
+                                     translated(state.toDo)});
         }
     }
     return {};

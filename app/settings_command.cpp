@@ -142,6 +142,11 @@ bool choosesCalendars(const CommandLine& line) {
     return !line.chosenCalendars.empty() || line.choosesAll || line.followsDesktop;
 }
 
+bool hasControlCharacter(const std::string& text) {
+    return std::ranges::any_of(
+        text, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; });
+}
+
 std::optional<Error> checkSubscriptionLine(const CommandLine& line, bool choosesCalendars) {
     if (line.subscribe && line.unsubscribe) {
         return settingsUsageError(translated("--subscribe and --unsubscribe exclude each other"));
@@ -156,8 +161,9 @@ std::optional<Error> checkSubscriptionLine(const CommandLine& line, bool chooses
     if (line.readsPassword && !line.user) {
         return settingsUsageError(translated("--password-stdin belongs to --user"));
     }
-    if (line.user && (line.user->empty() || line.user->find('\n') != std::string::npos)) {
-        return settingsUsageError(translated("the name behind --user cannot be used"));
+    if (hasControlCharacter(line.title.value_or("")) ||
+        hasControlCharacter(line.user.value_or(""))) {
+        return settingsUsageError(translated("the title or the name contains a control character"));
     }
     return std::nullopt;
 }

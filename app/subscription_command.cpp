@@ -201,8 +201,7 @@ CommandResult<Subscriptions> subscriptionsIn(const std::string& folder) {
 CommandResult<void> subscribe(const CommandLine& line, const std::string& folder) {
     const Result<RemoteCalendar> calendar = freedesktop::parseRemoteCalendar(*line.subscribe);
     if (!calendar) {
-        return usageFailure(
-            {translated(calendar.error().what), {}, translated(calendar.error().toDo)});
+        return usageFailure(calendar.error());
     }
     const CommandResult<Subscriptions> list = subscriptionsIn(folder);
     if (!list) {

@@ -34,8 +34,9 @@ SubscribedCalendars::withSubscriptions(const std::vector<CalendarSource>& named)
     }
     const auto list = readSubscriptions(*m_options.listFolder);
     if (!list) {
-        m_listProblem = CalendarProblem{std::string(subscriptionListName), 0,
-                                        "it cannot be read: " + list.error().what};
+        m_listProblem = CalendarProblem{
+            std::string(subscriptionListName), 0,
+            TranslatableText(translatable("it cannot be read: {1}"), {list.error().what})};
         return m_sources;
     }
     for (const Subscription& subscription : *list) {
@@ -57,13 +58,14 @@ std::vector<CalendarProblem> SubscribedCalendars::problems(ProblemText text) con
     return problems;
 }
 
-// A copy grows older, so that the text alone does not show whether the problem is a new one.
+// A copy grows older, so that the whole text does not show whether the problem is a new one: its
+// last value is the cause.
 std::vector<CalendarProblem> SubscribedCalendars::newProblems() {
     std::vector<CalendarProblem> unreported;
     std::set<std::pair<std::string, std::string>> current;
     for (CalendarProblem& problem : problems(ProblemText::reasonAndAdvice)) {
-        const std::string text = problem.what.english();
-        const std::string cause = text.substr(text.find(':') + 1);
+        const std::vector<TranslatableText>& values = problem.what.values();
+        const std::string cause = values.empty() ? problem.what.english() : values.back().english();
         if (m_reported.count({problem.file, cause}) == 0) {
             unreported.push_back(problem);
         }

@@ -13,10 +13,10 @@
 
 #include "app/refresh/received_calendar.h"
 #include "freedesktop/calendars/subscriptions/copy_status.h"
+#include "freedesktop/calendars/subscriptions/subscription_cache.h"
 #include "freedesktop/io/file_descriptor.h"
 #include "freedesktop/io/regular_file.h"
 #include "freedesktop/network/credentials.h"
-#include "freedesktop/network/download.h"
 
 namespace quorvel::app {
 
@@ -36,9 +36,9 @@ std::string downloadFile(const SubscriptionCache& cache, const std::string& url)
 }
 
 // Holds the folder of one copy while its descriptor is open.
-class FolderLock {
+class CopyLock {
 public:
-    explicit FolderLock(const std::string& folder)
+    explicit CopyLock(const std::string& folder)
         : m_folder(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
         m_hasWaited = ::flock(m_folder.get(), LOCK_EX | LOCK_NB) != 0;
         if (m_hasWaited) {
@@ -82,16 +82,22 @@ network::DownloadRequest requestOf(const std::string& url, const RefreshOptions&
 }
 
 // The copy stays the same file where its content does, so that nobody parses it again.
-Result<void> replaceCopy(const std::string& received, const std::string& copy) {
+Result<void, ReceiveError> replaceCopy(const std::string& received, const std::string& copy) {
     if (haveSameBytes(received, copy)) {
         ::unlink(received.c_str());
         return {};
     }
     if (::rename(received.c_str(), copy.c_str()) != 0) {
-        return Error{
-            "the file '" + copy + "' cannot be written (" + std::strerror(errno) + ")", {}, {}};
+        return ReceiveError{
+            {translatable("the file '{1}' cannot be written ({2})"),
+             {TranslatableText::verbatim(copy), TranslatableText(std::strerror(errno))}},
+            {}};
     }
     return {};
+}
+
+DownloadFailure lasting(const ReceiveError& error) {
+    return {error.what, error.toDo, false};
 }
 
 // The new state of the copy.
@@ -100,22 +106,25 @@ Result<CopyState, DownloadFailure> fetch(const SubscriptionCache& cache, const s
     const std::string copy = cache.calendarFile(url);
     auto received = ReceivedCalendar::create(downloadFile(cache, url));
     if (!received) {
-        return DownloadFailure{received.error(), false};
+        return lasting(received.error());
     }
-    const auto result =
-        network::download(requestOf(url, options, state, isIntact(copy, state)),
-                          [&](std::string_view piece) { return received->receive(piece); });
+    const auto result = network::download(
+        requestOf(url, options, state, isIntact(copy, state)),
+        [&](std::string_view piece) -> Result<void, TranslatableText> {
+            const auto written = received->receive(piece);
+            return written ? Result<void, TranslatableText>() : written.error().what;
+        });
     if (!result) {
         return result.error();
     }
     CopyState fetched = state;
     if (!result->isUnchanged) {
-        Result<void> stored = received->finish();
+        auto stored = received->finish();
         if (stored) {
             stored = replaceCopy(downloadFile(cache, url), copy);
         }
         if (!stored) {
-            return DownloadFailure{stored.error(), false};
+            return lasting(stored.error());
         }
         fetched.calendarName = received->calendarName();
         fetched.size = received->size();
@@ -123,8 +132,8 @@ Result<CopyState, DownloadFailure> fetch(const SubscriptionCache& cache, const s
         fetched.lastModified = result->lastModified;
     }
     fetched.triedAt = fetched.confirmedAt = systemSeconds();
-    fetched.error.clear();
-    fetched.toDo.clear();
+    fetched.error = {};
+    fetched.toDo = {};
     fetched.mayPass = false;
     return fetched;
 }
@@ -137,7 +146,7 @@ Result<RefreshOutcome> refreshCalendar(const std::string& url, const RefreshOpti
     if (const Result<void> made = cache.makeFolder(url); !made) {
         return made.error();
     }
-    const FolderLock lock(cache.folderOf(url));
+    const CopyLock lock(cache.folderOf(url));
     const CopyState state = cache.readState(url);
     if (lock.hasWaited() && state.triedAt >= startedAt) {
         return state.error.empty() ? RefreshOutcome::current : RefreshOutcome::failed;
@@ -145,8 +154,7 @@ Result<RefreshOutcome> refreshCalendar(const std::string& url, const RefreshOpti
     const auto fetched = fetch(cache, url, options, state);
     ::unlink(downloadFile(cache, url).c_str());
     if (!fetched) {
-        const Result<void> recorded =
-            recordFailure(url, options, fetched.error().error, fetched.error().mayPass);
+        const Result<void> recorded = recordFailure(url, options, fetched.error());
         return recorded ? Result<RefreshOutcome>(RefreshOutcome::failed) : recorded.error();
     }
     const Result<void> written = cache.writeState(url, *fetched);
@@ -154,14 +162,14 @@ Result<RefreshOutcome> refreshCalendar(const std::string& url, const RefreshOpti
 }
 
 Result<void> recordFailure(const std::string& url, const RefreshOptions& options,
-                           const Error& error, bool mayPass) {
+                           const DownloadFailure& failure) {
     const SubscriptionCache cache(options.cacheFolder);
     ::unlink(downloadFile(cache, url).c_str());
     CopyState state = cache.readState(url);
     state.triedAt = systemSeconds();
-    state.error = error.what;
-    state.toDo = error.toDo;
-    state.mayPass = mayPass;
+    state.error = failure.what;
+    state.toDo = failure.toDo;
+    state.mayPass = failure.mayPass;
     return cache.writeState(url, state);
 }
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "base/result.h"
-#include "freedesktop/calendars/subscriptions/subscription_cache.h"
+#include "freedesktop/network/download.h"
 
 namespace quorvel::app {
 
@@ -22,6 +22,6 @@ Result<RefreshOutcome> refreshCalendar(const std::string& url, const RefreshOpti
 
 // Writes that a refresh has failed, and removes what it has left.
 Result<void> recordFailure(const std::string& url, const RefreshOptions& options,
-                           const Error& error, bool mayPass);
+                           const freedesktop::network::DownloadFailure& failure);
 
 } // namespace quorvel::app

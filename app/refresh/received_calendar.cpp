@@ -25,19 +25,18 @@ icalendar::IcsFile parsedStart(std::string_view start) {
 
 } // namespace
 
-Result<void> checkStart(std::string_view start) {
+Result<void, ReceiveError> checkStart(std::string_view start) {
     if (trimmedStart(start, blanks).empty()) {
-        return Error{"the server sends nothing", {}, {}};
+        return ReceiveError{translatable("the server sends nothing"), {}};
     }
     if (trimmedStart(start, blanks).front() == '<') {
-        return Error{"the server sends a web page instead of a calendar",
-                     {},
-                     "give the address of the calendar itself, which often ends in .ics"};
+        return ReceiveError{
+            translatable("the server sends a web page instead of a calendar"),
+            translatable("give the address of the calendar itself, which often ends in .ics")};
     }
     if (!parsedStart(start).isCalendar) {
-        return Error{"what the server sends is no calendar",
-                     {},
-                     "give the address of a calendar in the iCalendar format"};
+        return ReceiveError{translatable("what the server sends is no calendar"),
+                            translatable("give the address of a calendar in the iCalendar format")};
     }
     return {};
 }
@@ -48,16 +47,16 @@ bool hasCalendarEnd(std::string_view end) {
     return text.find("END:VCALENDAR") != std::string::npos;
 }
 
-Result<ReceivedCalendar> ReceivedCalendar::create(const std::string& path) {
+Result<ReceivedCalendar, ReceiveError> ReceivedCalendar::create(const std::string& path) {
     ::unlink(path.c_str());
     freedesktop::FileDescriptor file(
         ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
     ReceivedCalendar calendar(path, std::move(file));
-    return calendar.m_file.isOpen() ? Result<ReceivedCalendar>(std::move(calendar))
+    return calendar.m_file.isOpen() ? Result<ReceivedCalendar, ReceiveError>(std::move(calendar))
                                     : calendar.writeError(errno);
 }
 
-Result<void> ReceivedCalendar::receive(std::string_view piece) {
+Result<void, ReceiveError> ReceivedCalendar::receive(std::string_view piece) {
     m_size += piece.size();
     m_start += piece.substr(0, longestStart - m_start.size());
     m_end += piece.substr(piece.size() - std::min(piece.size(), longestEnd));
@@ -72,8 +71,8 @@ Result<void> ReceivedCalendar::receive(std::string_view piece) {
     return {};
 }
 
-Result<void> ReceivedCalendar::finish() {
-    if (const Result<void> checked = checkContent(); !checked) {
+Result<void, ReceiveError> ReceivedCalendar::finish() {
+    if (const auto checked = checkContent(); !checked) {
         return checked;
     }
     if (::fsync(m_file.get()) != 0) {
@@ -85,19 +84,21 @@ Result<void> ReceivedCalendar::finish() {
     return {};
 }
 
-Result<void> ReceivedCalendar::checkContent() {
-    if (const Result<void> checked = checkStart(m_start); !checked) {
+Result<void, ReceiveError> ReceivedCalendar::checkContent() {
+    if (const auto checked = checkStart(m_start); !checked) {
         return checked;
     }
     if (!hasCalendarEnd(m_end)) {
-        return Error{"the calendar breaks off before its end", {}, {}};
+        return ReceiveError{translatable("the calendar breaks off before its end"), {}};
     }
     m_calendarName = parsedStart(m_start).calendarName.value_or("");
     return {};
 }
 
-Error ReceivedCalendar::writeError(int number) const {
-    return {"the file '" + m_path + "' cannot be written (" + std::strerror(number) + ")", {}, {}};
+ReceiveError ReceivedCalendar::writeError(int number) const {
+    return {{translatable("the file '{1}' cannot be written ({2})"),
+             {TranslatableText::verbatim(m_path), TranslatableText(std::strerror(number))}},
+            {}};
 }
 
 } // namespace quorvel::app

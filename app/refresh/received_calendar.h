@@ -6,18 +6,24 @@
 #include <string_view>
 
 #include "base/result.h"
+#include "base/translatable_text.h"
 #include "freedesktop/io/file_descriptor.h"
 
 namespace quorvel::app {
 
+struct ReceiveError {
+    TranslatableText what;
+    TranslatableText toDo; // may be empty
+};
+
 class ReceivedCalendar {
 public:
-    // Replaces a file that is there already. The `what` of an error names the file.
-    static Result<ReceivedCalendar> create(const std::string& path);
+    // Replaces a file that is there already.
+    static Result<ReceivedCalendar, ReceiveError> create(const std::string& path);
 
-    Result<void> receive(std::string_view piece);
+    Result<void, ReceiveError> receive(std::string_view piece);
     // Checks that the content is a whole calendar, and writes it to the disk.
-    Result<void> finish();
+    Result<void, ReceiveError> finish();
 
     std::uint64_t size() const { return m_size; } // bytes
     // As the calendar calls itself; empty if it has no name. After finish().
@@ -27,8 +33,8 @@ private:
     ReceivedCalendar(std::string path, freedesktop::FileDescriptor file)
         : m_path(std::move(path))
         , m_file(std::move(file)) {}
-    Result<void> checkContent();
-    Error writeError(int number) const;
+    Result<void, ReceiveError> checkContent();
+    ReceiveError writeError(int number) const;
 
     std::string m_path;
     freedesktop::FileDescriptor m_file;
@@ -39,7 +45,7 @@ private:
 };
 
 // The error, if this is how something starts that is no calendar.
-Result<void> checkStart(std::string_view start);
+Result<void, ReceiveError> checkStart(std::string_view start);
 // Whether the last bytes of a text contain the end of a calendar.
 bool hasCalendarEnd(std::string_view end);
 

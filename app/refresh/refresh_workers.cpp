@@ -18,6 +18,8 @@
 
 namespace quorvel::app {
 
+using freedesktop::network::DownloadFailure;
+
 namespace {
 
 constexpr std::size_t mostWorkers = 4; // at the same time
@@ -64,16 +66,18 @@ int refreshInThisProcess(const std::string& url, const RefreshOptions& options) 
     return exitUnwritable;
 }
 
-std::string secondsText(double seconds) {
-    const auto whole = static_cast<long>(std::ceil(seconds));
-    return whole == 1 ? "a second" : std::to_string(whole) + " seconds";
-}
-
-Error endedBySignal(int signal, double timeout) {
+DownloadFailure endedBySignal(int signal, double timeout) {
     if (signal == SIGALRM) {
-        return {"the server takes longer than " + secondsText(timeout), {}, {}};
+        const auto seconds = static_cast<long>(std::ceil(timeout));
+        return {{translatable("the server takes longer than {1} s"),
+                 {TranslatableText::verbatim(std::to_string(seconds))}},
+                {},
+                true};
     }
-    return {"reading what the server sends failed (signal " + std::to_string(signal) + ")", {}, {}};
+    return {{translatable("reading what the server sends failed (signal {1})"),
+             {TranslatableText::verbatim(std::to_string(signal))}},
+            {},
+            true};
 }
 
 class Workers {
@@ -92,9 +96,10 @@ public:
         if (process > 0) {
             m_running[process] = url;
         } else {
-            recordError(
-                url,
-                {std::string("no process can be started (") + std::strerror(errno) + ")", {}, {}});
+            recordError(url, {{translatable("no process can be started ({1})"),
+                               {TranslatableText(std::strerror(errno))}},
+                              {},
+                              true});
         }
     }
 
@@ -114,9 +119,9 @@ public:
     }
 
 private:
-    void recordError(const std::string& url, const Error& error) {
+    void recordError(const std::string& url, const DownloadFailure& failure) {
         m_hasFailed = true;
-        if (const Result<void> recorded = recordFailure(url, m_options, error, true); !recorded) {
+        if (const Result<void> recorded = recordFailure(url, m_options, failure); !recorded) {
             printError(message(recorded.error()));
         }
     }

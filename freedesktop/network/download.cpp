@@ -42,13 +42,14 @@ public:
             }
             const auto target = redirectTarget(m_address, exchange->header("Location"));
             if (!target) {
-                return DownloadFailure{target.error(), false};
+                return DownloadFailure{target.error(), {}, false};
             }
             m_address = *target;
         }
-        return DownloadFailure{
-            {"the server redirects more than " + std::to_string(mostRedirects) + " times", {}, {}},
-            false};
+        return DownloadFailure{{translatable("the server redirects more than {1} times"),
+                                {TranslatableText::verbatim(std::to_string(mostRedirects))}},
+                               {},
+                               false};
     }
 
 private:
@@ -80,12 +81,13 @@ Result<void, DownloadFailure> receiveAll(HttpExchange& exchange, std::uint64_t m
         }
         total += *count;
         if (total > mostBytes) {
-            return DownloadFailure{
-                {"the calendar is larger than " + std::to_string(mostBytes >> 20U) + " MB", {}, {}},
-                false};
+            return DownloadFailure{{translatable("the calendar is larger than {1} MB"),
+                                    {TranslatableText::verbatim(std::to_string(mostBytes >> 20U))}},
+                                   {},
+                                   false};
         }
-        if (const Result<void> received = receive({piece.data(), *count}); !received) {
-            return DownloadFailure{received.error(), false};
+        if (const auto received = receive({piece.data(), *count}); !received) {
+            return DownloadFailure{received.error(), {}, false};
         }
     }
 }
@@ -93,9 +95,9 @@ Result<void, DownloadFailure> receiveAll(HttpExchange& exchange, std::uint64_t m
 } // namespace
 
 Result<Download, DownloadFailure> download(const DownloadRequest& request, const Receive& receive) {
-    Result<WebAddress> start = parseWebAddress(request.url);
+    auto start = parseWebAddress(request.url);
     if (!start) {
-        return DownloadFailure{start.error(), false};
+        return DownloadFailure{start.error(), {}, false};
     }
     const auto exchange = Journey(request, *std::move(start)).follow();
     if (!exchange) {

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "base/result.h"
+#include "base/translatable_text.h"
 
 namespace quorvel::freedesktop::network {
 
@@ -34,15 +35,17 @@ struct Download {
 };
 
 struct DownloadFailure {
-    Error error;
-    bool mayPass = false; // the same request may succeed later: the server or the network is down
+    TranslatableText what;
+    TranslatableText toDo; // may be empty
+    bool mayPass = false;  // the same request may succeed later: the server or the network is down
 };
 
-using Receive = std::function<Result<void>(std::string_view)>;
+// A failure ends the download with it.
+using Receive = std::function<Result<void, TranslatableText>(std::string_view)>;
 
 // Blocks. Passes the content on in pieces. Follows redirections, but never to another scheme than
 // https, nor to a private address of another host. Certificates are always checked. The total time
-// is not bounded. Errors are about "the server" and name no part of the URL.
+// is not bounded. Failures are about "the server" and name no part of the URL.
 Result<Download, DownloadFailure> download(const DownloadRequest& request, const Receive& receive);
 
 } // namespace quorvel::freedesktop::network

@@ -2,6 +2,8 @@
 
 #include <array>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace quorvel::freedesktop::network {
 
@@ -14,29 +16,31 @@ struct CertificateText {
 
 // The first one that applies is named.
 constexpr std::array<CertificateText, 6> certificateTexts{{
-    {G_TLS_CERTIFICATE_UNKNOWN_CA, "is not signed by an authority that this machine knows"},
-    {G_TLS_CERTIFICATE_BAD_IDENTITY, "is for another host"},
-    {G_TLS_CERTIFICATE_EXPIRED, "has expired"},
-    {G_TLS_CERTIFICATE_NOT_ACTIVATED, "is not valid yet"},
-    {G_TLS_CERTIFICATE_REVOKED, "has been revoked"},
-    {G_TLS_CERTIFICATE_INSECURE, "is not secure enough"},
+    {G_TLS_CERTIFICATE_UNKNOWN_CA,
+     translatable(
+         "the server's certificate is not signed by an authority that this machine knows")},
+    {G_TLS_CERTIFICATE_BAD_IDENTITY, translatable("the server's certificate is for another host")},
+    {G_TLS_CERTIFICATE_EXPIRED, translatable("the server's certificate has expired")},
+    {G_TLS_CERTIFICATE_NOT_ACTIVATED, translatable("the server's certificate is not valid yet")},
+    {G_TLS_CERTIFICATE_REVOKED, translatable("the server's certificate has been revoked")},
+    {G_TLS_CERTIFICATE_INSECURE, translatable("the server's certificate is not secure enough")},
 }};
 
-DownloadFailure lasting(std::string what) {
-    return {{std::move(what), {}, {}}, false};
+DownloadFailure lasting(TranslatableText what) {
+    return {std::move(what), {}, false};
 }
 
-DownloadFailure passing(std::string what) {
-    return {{std::move(what), {}, {}}, true};
+DownloadFailure passing(TranslatableText what) {
+    return {std::move(what), {}, true};
 }
 
 DownloadFailure certificateError(GTlsCertificateFlags flags) {
     for (const CertificateText& candidate : certificateTexts) {
         if ((flags & candidate.flag) != 0) {
-            return lasting(std::string("the server's certificate ") + candidate.text);
+            return lasting(candidate.text);
         }
     }
-    return lasting("the server's certificate is not valid");
+    return lasting(translatable("the server's certificate is not valid"));
 }
 
 bool isUnreachable(const GError& error) {
@@ -66,42 +70,45 @@ DownloadFailure exchangeError(const GError& error, GTlsCertificateFlags certific
         return certificateError(certificateErrors);
     }
     if (error.domain == G_RESOLVER_ERROR) {
-        return passing("the server's name cannot be resolved");
+        return passing(translatable("the server's name cannot be resolved"));
     }
     if (isUnreachable(error)) {
-        return passing("the server cannot be reached");
+        return passing(translatable("the server cannot be reached"));
     }
     if (g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE) {
-        return passing("the server does not answer");
+        return passing(translatable("the server does not answer"));
     }
     if (isBrokenOff(error)) {
-        return passing("the server's answer is incomplete");
+        return passing(translatable("the server's answer is incomplete"));
     }
     if (error.domain == G_TLS_ERROR) {
-        return lasting("no protected connection to the server can be made");
+        return lasting(translatable("no protected connection to the server can be made"));
     }
-    return lasting(std::string("the server's answer cannot be read (") +
-                   g_quark_to_string(error.domain) + " " + std::to_string(error.code) + ")");
+    return lasting({translatable("the server's answer cannot be read ({1})"),
+                    {TranslatableText::verbatim(g_quark_to_string(error.domain) +
+                                                (' ' + std::to_string(error.code)))}});
 }
 
 DownloadFailure statusError(unsigned status) {
-    const std::string number = " (status " + std::to_string(status) + ")";
+    const std::vector<TranslatableText> number{TranslatableText::verbatim(std::to_string(status))};
     switch (status) {
     case 401:
-        return {{"the server asks for a name and a password",
-                 {},
-                 "store them with 'quorvel settings calendars --subscribe ADDRESS --user NAME'"},
+        return {translatable("the server asks for a name and a password"),
+                translatable("store them with 'quorvel settings calendars --subscribe ADDRESS "
+                             "--user NAME'"),
                 false};
     case 403:
-        return lasting("the server does not permit to read it" + number);
+        return lasting(
+            {translatable("the server does not permit to read it (status {1})"), number});
     case 404:
     case 410:
-        return lasting("the server has no such calendar" + number);
+        return lasting({translatable("the server has no such calendar (status {1})"), number});
     case 429:
-        return passing("the server was asked too often" + number);
+        return passing({translatable("the server was asked too often (status {1})"), number});
     default:
-        return status >= 500 ? passing("the server has an error" + number)
-                             : lasting("the server refuses to send it" + number);
+        return status >= 500
+                   ? passing({translatable("the server has an error (status {1})"), number})
+                   : lasting({translatable("the server refuses to send it (status {1})"), number});
     }
 }
 

@@ -18,7 +18,7 @@ bool isPublic(GInetAddress* address) {
 }
 
 DownloadFailure privateAddress() {
-    return {{"the server redirects to another host with a private address", {}, {}}, false};
+    return {translatable("the server redirects to another host with a private address"), {}, false};
 }
 
 ObjectHandle<SoupSession> makeSession(unsigned longestSilence) {
@@ -26,12 +26,13 @@ ObjectHandle<SoupSession> makeSession(unsigned longestSilence) {
         soup_session_new_with_options("timeout", longestSilence, "user-agent", userAgent, nullptr));
 }
 
-Result<ObjectHandle<GTlsDatabase>> authoritiesIn(const std::string& file) {
+Result<ObjectHandle<GTlsDatabase>, TranslatableText> authoritiesIn(const std::string& file) {
     GError* error = nullptr;
     ObjectHandle<GTlsDatabase> database(g_tls_file_database_new(file.c_str(), &error));
     const ErrorHandle owned(error);
     if (!database) {
-        return Error{"the certificate authorities in '" + file + "' cannot be read", {}, {}};
+        return TranslatableText(translatable("the certificate authorities in '{1}' cannot be read"),
+                                {TranslatableText::verbatim(file)});
     }
     return database;
 }
@@ -75,12 +76,12 @@ HttpExchange::~HttpExchange() {
 
 Result<void, DownloadFailure> HttpExchange::send() {
     if (!m_message) {
-        return DownloadFailure{{"this is no valid address", {}, {}}, false};
+        return DownloadFailure{translatable("this is no valid address"), {}, false};
     }
     if (const std::string& file = m_options.request->certificateAuthorities; !file.empty()) {
         const auto database = authoritiesIn(file);
         if (!database) {
-            return DownloadFailure{database.error(), false};
+            return DownloadFailure{database.error(), {}, false};
         }
         soup_session_set_tls_database(m_session.get(), database->get());
     }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/result.h"
+#include "base/translatable_text.h"
 
 namespace quorvel::freedesktop::network {
 
@@ -20,11 +21,12 @@ struct WebAddress {
     }
 };
 
-// Of an https or http URL with a host and without name and password. The error has only `what`.
-Result<WebAddress> parseWebAddress(const std::string& url);
+// Of an https or http URL with a host and without name and password.
+Result<WebAddress, TranslatableText> parseWebAddress(const std::string& url);
 
 // The address that the value of a "Location" header means: https, or the same host again by http.
 // Never names the target in an error, as it may be a secret.
-Result<WebAddress> redirectTarget(const WebAddress& from, const std::string& location);
+Result<WebAddress, TranslatableText> redirectTarget(const WebAddress& from,
+                                                    const std::string& location);
 
 } // namespace quorvel::freedesktop::network

@@ -8,6 +8,7 @@
 
 #include "base/ascii_text.h"
 #include "freedesktop/glib/handles.h"
+#include "freedesktop/language/messages.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -36,14 +37,16 @@ bool isReadScheme(std::string_view scheme) {
 }
 
 Error unknownScheme(const std::string& scheme) {
-    return {
-        "addresses that begin with '" + scheme + ":' are not read",
-        {},
-        "give an address that begins with 'https:', or download the calendar and name the file"};
+    return {filled(translated("addresses that begin with '{1}:' are not read"), {scheme}),
+            {},
+            translated("give an address that begins with 'https:', or download the calendar and "
+                       "name the file")};
 }
 
 Error invalidAddress() {
-    return {"this is not a complete address", {}, "write it like https://example.org/team.ics"};
+    return {translated("this is not a complete address"),
+            {},
+            translated("write it like https://example.org/team.ics")};
 }
 
 bool isOnThisMachine(const std::string& host) {
@@ -61,31 +64,32 @@ Result<CalendarAddress> fileAddress(const std::string& url) {
     const TextHandle ownedHost(host);
     const ErrorHandle ownedError(error);
     if (!path) {
-        return Error{
-            "this file address cannot be read", {}, "write it like file:///home/me/team.ics"};
+        return Error{translated("this file address cannot be read"),
+                     {},
+                     translated("write it like file:///home/me/team.ics")};
     }
     if (host != nullptr && asciiLowerCase(host) != "localhost") {
-        return Error{"a file address cannot name another machine",
+        return Error{translated("a file address cannot name another machine"),
                      {},
-                     "give the path of the file on this machine"};
+                     translated("give the path of the file on this machine")};
     }
     return CalendarAddress(LocalCalendars{path.get()});
 }
 
 Result<void> checkRemote(GUri* uri, const std::string& scheme, const std::string& host) {
     if (g_uri_get_userinfo(uri) != nullptr) {
-        return Error{"the address contains a name or a password",
+        return Error{translated("the address contains a name or a password"),
                      {},
-                     "leave them out, and store them with 'quorvel settings calendars "
-                     "--subscribe ADDRESS --user NAME'"};
+                     translated("leave them out, and store them with 'quorvel settings calendars "
+                                "--subscribe ADDRESS --user NAME'")};
     }
     if (host.empty() || g_uri_get_port(uri) == 0) {
         return invalidAddress();
     }
     if (scheme == "http" && !isOnThisMachine(host)) {
-        return Error{"an address that begins with 'http:' is not protected on its way",
+        return Error{translated("an address that begins with 'http:' is not protected on its way"),
                      {},
-                     "write 'https:' instead"};
+                     translated("write 'https:' instead")};
     }
     return {};
 }
@@ -146,9 +150,9 @@ Result<RemoteCalendar> parseRemoteCalendar(std::string_view text) {
     if (auto* const remote = std::get_if<RemoteCalendar>(&*address)) {
         return std::move(*remote);
     }
-    return Error{"this is not the address of a calendar on a server",
+    return Error{translated("this is not the address of a calendar on a server"),
                  {},
-                 "give one that begins with 'https:' or 'webcal:'"};
+                 translated("give one that begins with 'https:' or 'webcal:'")};
 }
 
 } // namespace quorvel::freedesktop

@@ -22,8 +22,8 @@ struct RemoteCalendar {
 
 using CalendarAddress = std::variant<LocalCalendars, StandardInput, RemoteCalendar>;
 
-// A path, "-", or a URL with the scheme https, webcal, webcals, http or file. The error says what
-// to do; its `where` is empty.
+// A path, "-", or a URL with the scheme https, webcal, webcals, http or file. The error is in the
+// user's language and says what to do; its `where` is empty.
 Result<CalendarAddress> parseCalendarAddress(std::string_view text);
 
 // Likewise, but fails if it is no calendar on a server.

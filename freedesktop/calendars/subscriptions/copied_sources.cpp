@@ -37,7 +37,7 @@ std::vector<CalendarProblem> copyProblems(const std::vector<CalendarSource>& sou
         const CopyState state = cache.readState(url);
         if (auto problem = copyProblem(state, cache.hasCopy(url), now)) {
             if (text == ProblemText::reasonAndAdvice && !state.toDo.empty()) {
-                *problem += ": " + state.toDo;
+                problem = TranslatableText("{1}: {2}", {*problem, state.toDo});
             }
             problems.push_back({source.copy->label, 0, *std::move(problem)});
         }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 
+#include "freedesktop/language/messages.h"
+
 namespace quorvel::freedesktop {
 
 namespace {
@@ -10,10 +12,6 @@ namespace {
 constexpr std::int64_t minute = 60;
 constexpr std::int64_t hour = 60 * minute;
 constexpr std::int64_t day = 24 * hour;
-
-std::string counted(std::int64_t count, const char* one, const char* unit) {
-    return count == 1 ? one : std::to_string(count) + " " + unit;
-}
 
 } // namespace
 
@@ -31,28 +29,38 @@ std::int64_t nextRefresh(const CopyState& state, bool hasCopy, std::int64_t now)
 }
 
 std::string ageText(std::int64_t seconds) {
-    seconds = std::max<std::int64_t>(seconds, 0);
-    if (seconds < hour) {
-        return counted(std::max<std::int64_t>(seconds / minute, 1), "a minute", "minutes");
+    const std::int64_t age = std::max(seconds, minute);
+    if (age < hour) {
+        const auto minutes = static_cast<unsigned long>(age / minute);
+        return filled(translatedPlural("{1} minute", "{1} minutes", minutes),
+                      {std::to_string(minutes)});
     }
-    if (seconds < day) {
-        return counted(seconds / hour, "an hour", "hours");
+    if (age < day) {
+        const auto hours = static_cast<unsigned long>(age / hour);
+        return filled(translatedPlural("{1} hour", "{1} hours", hours), {std::to_string(hours)});
     }
-    return counted(seconds / day, "a day", "days");
+    const auto days = static_cast<unsigned long>(age / day);
+    return filled(translatedPlural("{1} day", "{1} days", days), {std::to_string(days)});
 }
 
-std::optional<std::string> copyProblem(const CopyState& state, bool hasCopy, std::int64_t now) {
+std::optional<TranslatableText> copyProblem(const CopyState& state, bool hasCopy,
+                                            std::int64_t now) {
+    if (!hasCopy && state.error.empty()) {
+        return translatable("it has not been fetched yet");
+    }
     if (!hasCopy) {
-        return state.error.empty() ? "it has not been fetched yet"
-                                   : "it cannot be read: " + state.error;
+        return TranslatableText(translatable("it cannot be read: {1}"), {state.error});
     }
     if (state.error.empty()) {
         return std::nullopt;
     }
     if (state.confirmedAt == 0) {
-        return "it is shown as it was fetched at an unknown time: " + state.error;
+        return TranslatableText(translatable("it is shown as it was at an unknown time: {1}"),
+                                {state.error});
     }
-    return "it is shown as of " + ageText(now - state.confirmedAt) + " ago: " + state.error;
+    return TranslatableText(
+        translatable("it is shown as of {1} ago: {2}"),
+        {TranslatableText::verbatim(ageText(now - state.confirmedAt)), state.error});
 }
 
 } // namespace quorvel::freedesktop

@@ -19,11 +19,11 @@ std::int64_t systemSeconds();
 // When the calendar is to be fetched again, in seconds since 1970. A time before `now` is due.
 std::int64_t nextRefresh(const CopyState& state, bool hasCopy, std::int64_t now);
 
-// "a minute", "3 hours", "2 days".
+// "a minute", "3 hours", "2 days", in the user's language.
 std::string ageText(std::int64_t seconds);
 
 // A sentence about "it", the calendar. Absent: the copy is what the server had when it was last
 // asked.
-std::optional<std::string> copyProblem(const CopyState& state, bool hasCopy, std::int64_t now);
+std::optional<TranslatableText> copyProblem(const CopyState& state, bool hasCopy, std::int64_t now);
 
 } // namespace quorvel::freedesktop

@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,6 +16,7 @@
 #include "freedesktop/io/file_replacement.h"
 #include "freedesktop/io/regular_file.h"
 #include "freedesktop/io/user_folder.h"
+#include "freedesktop/language/messages.h"
 
 namespace quorvel::freedesktop {
 
@@ -24,6 +27,7 @@ namespace {
 constexpr std::size_t digitsOfName = 32;
 constexpr std::size_t largestState = 64 << 10U; // bytes
 constexpr std::size_t longestValue = 8192;
+constexpr std::size_t mostValues = 9;
 
 // One line, as the file has a line for each value.
 std::string lineOf(std::string_view key, std::string_view value) {
@@ -44,15 +48,36 @@ void readNumber(std::string_view text, Number& number) {
     }
 }
 
+// A text is followed by its values, which are the same in all languages.
+std::string linesOf(const std::string& key, const TranslatableText& text) {
+    std::string lines = lineOf(key, text.text());
+    for (const TranslatableText& value : text.values()) {
+        lines += lineOf(key + "-value", value.english());
+    }
+    return lines;
+}
+
+void addTo(TranslatableText& text, bool isBeginning, std::string_view line) {
+    if (isBeginning) {
+        text = TranslatableText(std::string(line));
+        return;
+    }
+    std::vector<TranslatableText> values = text.values();
+    if (values.size() < mostValues) {
+        values.push_back(TranslatableText::verbatim(std::string(line)));
+        text = TranslatableText(text.text(), std::move(values));
+    }
+}
+
 void readLine(std::string_view key, std::string_view value, CopyState& state) {
     if (key == "confirmed") {
         readNumber(value, state.confirmedAt);
     } else if (key == "tried") {
         readNumber(value, state.triedAt);
-    } else if (key == "error") {
-        state.error = value;
-    } else if (key == "to-do") {
-        state.toDo = value;
+    } else if (key == "error" || key == "error-value") {
+        addTo(state.error, key == "error", value);
+    } else if (key == "to-do" || key == "to-do-value") {
+        addTo(state.toDo, key == "to-do", value);
     } else if (key == "may-pass") {
         state.mayPass = value == "yes";
     } else if (key == "name") {
@@ -70,8 +95,8 @@ void readLine(std::string_view key, std::string_view value, CopyState& state) {
 
 std::string textOfState(const CopyState& state) {
     return lineOf("confirmed", std::to_string(state.confirmedAt)) +
-           lineOf("tried", std::to_string(state.triedAt)) + lineOf("error", state.error) +
-           lineOf("to-do", state.toDo) + lineOf("may-pass", state.mayPass ? "yes" : "no") +
+           lineOf("tried", std::to_string(state.triedAt)) + linesOf("error", state.error) +
+           linesOf("to-do", state.toDo) + lineOf("may-pass", state.mayPass ? "yes" : "no") +
            lineOf("name", state.calendarName) + lineOf("etag", state.entityTag) +
            lineOf("last-modified", state.lastModified) + lineOf("size", std::to_string(state.size));
 }
@@ -127,7 +152,9 @@ Result<void> SubscriptionCache::writeState(const std::string& url, const CopySta
 
 Result<void> SubscriptionCache::makeFolder(const std::string& url) const {
     if (m_folder.empty()) {
-        return Error{"there is no folder for caches", {}, "set HOME or XDG_CACHE_HOME"};
+        return Error{translated("there is no folder for caches"),
+                     {},
+                     translated("set HOME or XDG_CACHE_HOME")};
     }
     std::error_code error;
     fs::create_directories(m_folder, error);
@@ -138,11 +165,13 @@ Result<void> SubscriptionCache::makeFolder(const std::string& url) const {
     if (!error) {
         fs::permissions(folderOf(url), fs::perms::owner_all, error);
     }
-    return error ? Result<void>(Error{"the folder '" + m_folder + "' cannot be written (" +
-                                          error.message() + ")",
-                                      {},
-                                      {}})
-                 : Result<void>();
+    if (error) {
+        return Error{filled(translated("the folder '{1}' cannot be written ({2})"),
+                            {m_folder, error.message()}),
+                     {},
+                     {}};
+    }
+    return {};
 }
 
 void SubscriptionCache::remove(const std::string& url) const {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/result.h"
+#include "base/translatable_text.h"
 
 namespace quorvel::freedesktop {
 
@@ -13,8 +14,8 @@ namespace quorvel::freedesktop {
 struct CopyState {
     std::int64_t confirmedAt = 0; // when the server last had what the copy has; 0: never
     std::int64_t triedAt = 0;     // when the server was last asked; 0: never
-    std::string error;            // of the last try, such as "the server cannot be reached"
-    std::string toDo;             // about the error; may be empty
+    TranslatableText error;       // of the last try, such as "the server cannot be reached"
+    TranslatableText toDo;        // about the error; may be empty
     bool mayPass = false;         // the error: trying again later may help
     std::string calendarName;     // as the calendar calls itself; may be empty
     std::string entityTag;        // the server's; may be empty

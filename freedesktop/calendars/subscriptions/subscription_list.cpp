@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 
 #include "freedesktop/calendars/subscriptions/calendar_address.h"
+#include "freedesktop/language/messages.h"
 #include "freedesktop/preferences/property_list_change.h"
 #include "freedesktop/preferences/property_list_edit.h"
 #include "freedesktop/preferences/property_list_file.h"
@@ -123,7 +124,7 @@ Result<std::vector<Subscription>> readSubscriptions(const std::string& preferenc
     }
     const auto* const entries = std::get_if<PropertyListArray>(&(*list)->value);
     if (entries == nullptr) {
-        return Error{"it is not a list of subscriptions", path, {}};
+        return Error{translated("it is not a list of subscriptions"), path, {}};
     }
     for (const PropertyListValue& value : *entries) {
         std::optional<Subscription> subscription = subscriptionOf(value);

@@ -12,8 +12,8 @@ namespace {
 namespace fs = std::filesystem;
 
 std::string startError(std::string_view start) {
-    const Result<void> checked = checkStart(start);
-    return checked ? "" : checked.error().what;
+    const auto checked = checkStart(start);
+    return checked ? "" : checked.error().what.english();
 }
 
 TEST(ReceivedCalendar, StartShowsWhetherItIsACalendar) {
@@ -72,9 +72,9 @@ TEST_F(ReceivedCalendarFile, BreaksOffWithoutAnEnd) {
     ASSERT_TRUE(calendar);
     ASSERT_TRUE(calendar->receive("BEGIN:VCALENDAR\r\nEND:VCALENDAR\r\n"));
     ASSERT_TRUE(calendar->receive(std::string(5000, ' ')));
-    const Result<void> finished = calendar->finish();
+    const auto finished = calendar->finish();
     ASSERT_FALSE(finished);
-    EXPECT_EQ(finished.error().what, "the calendar breaks off before its end");
+    EXPECT_EQ(finished.error().what.english(), "the calendar breaks off before its end");
 }
 
 TEST_F(ReceivedCalendarFile, IsNeverWrittenThroughALink) {
@@ -90,8 +90,9 @@ TEST_F(ReceivedCalendarFile, IsNeverWrittenThroughALink) {
 TEST_F(ReceivedCalendarFile, MissingFolderIsNamed) {
     const auto calendar = ReceivedCalendar::create(folder / "none/download");
     ASSERT_FALSE(calendar);
-    EXPECT_EQ(calendar.error().what, "the file '" + (folder / "none/download").string() +
-                                         "' cannot be written (No such file or directory)");
+    EXPECT_EQ(calendar.error().what.english(),
+              "the file '" + (folder / "none/download").string() +
+                  "' cannot be written (No such file or directory)");
 }
 
 } // namespace

@@ -41,9 +41,9 @@ protected:
         EXPECT_EQ(copy(url), calendarText("Before"));
         EXPECT_FALSE(fs::exists(cache().folderOf(url) + "/download"));
         CopyState after = cache().readState(url);
-        const std::string error = after.error;
+        const std::string error = after.error.english();
         EXPECT_GE(after.triedAt, before.triedAt);
-        after.error = after.toDo = "";
+        after.error = after.toDo = {};
         after.mayPass = false;
         after.triedAt = before.triedAt;
         EXPECT_EQ(after, before);
@@ -163,8 +163,8 @@ TEST_F(RefreshProgramTest, ErrorEndsWithTheNextSuccess) {
     EXPECT_EQ(errorOf(answering(answer("hello"))), "what the server sends is no calendar");
     server.on("/a", answering(answer(calendarText("After"))));
     EXPECT_EQ(refresh(server.url("/a")).status, 0);
-    EXPECT_EQ(cache().readState(server.url("/a")).error, "");
-    EXPECT_EQ(cache().readState(server.url("/a")).toDo, "");
+    EXPECT_EQ(cache().readState(server.url("/a")).error.english(), "");
+    EXPECT_EQ(cache().readState(server.url("/a")).toDo.english(), "");
     EXPECT_EQ(copy(server.url("/a")), calendarText("After"));
 }
 
@@ -184,7 +184,7 @@ TEST_F(RefreshProgramTest, TimeIsBoundedHoweverTheServerUsesIt) {
             connection.waitForClose();
         };
     };
-    const std::string late = "the server takes longer than a second";
+    const std::string late = "the server takes longer than 1 s";
     EXPECT_EQ(errorOf(drip("HTTP/1.1 200 OK\r\n\r\nBEGIN:VCALENDAR\r\n"), "0.9"), late);
     EXPECT_EQ(errorOf(drip("HTTP/1.1 200 OK\r\nHeader: "), "0.9"), late);
     EXPECT_EQ(errorOf(stall(""), "0.9"), late);
@@ -222,10 +222,10 @@ TEST_F(RefreshProgramTest, OneHostileServerDoesNotDisturbTheOthers) {
     EXPECT_EQ(refresh(input, {"--timeout", "5"}).status, 1);
     for (const std::string& url : urls) {
         EXPECT_TRUE(cache().hasCopy(url));
-        EXPECT_EQ(cache().readState(url).error, "");
+        EXPECT_EQ(cache().readState(url).error.english(), "");
     }
-    EXPECT_EQ(cache().readState(server.url("/stalls")).error,
-              "the server takes longer than 5 seconds");
+    EXPECT_EQ(cache().readState(server.url("/stalls")).error.english(),
+              "the server takes longer than 5 s");
 }
 
 TEST_F(RefreshProgramTest, TwoAtOnceAskTheServerOnce) {

@@ -86,8 +86,10 @@ TEST_F(SubscribeCommandTest, TitleReplacesTheCalendarsOwn) {
 TEST_F(SubscribeCommandTest, HostileTitleDoesNotReachTheTerminal) {
     server.on("/team", answering(answer(calendarText("A\x1b[31mB"))));
     EXPECT_EQ(subscribe(url).output, "Subscribed to 'A [31mB'.\n");
-    EXPECT_EQ(subscribe(url, {"--title", "A\x1b[31mB"}).output,
-              "Subscribed to 'A\xEF\xBF\xBD[31mB'.\n");
+    const RunResult title = subscribe(url, {"--title", "A\x1b[31mB"});
+    EXPECT_EQ(title.status, 2);
+    EXPECT_EQ(title.errors, "quorvel: the title or the name contains a control character: see "
+                            "'quorvel settings --help'\n");
 }
 
 TEST_F(SubscribeCommandTest, PreferencesFolderIsMadeForTheUserAlone) {

@@ -42,11 +42,11 @@ protected:
         std::string content;
         const auto result = download(request, [&](std::string_view piece) {
             content += piece;
-            return Result<void>();
+            return Result<void, TranslatableText>();
         });
         if (!result) {
             mayPass = result.error().mayPass;
-            return "error: " + result.error().error.what;
+            return "error: " + result.error().what.english();
         }
         latest = *result;
         return result->isUnchanged ? "unchanged" : content;
@@ -304,10 +304,10 @@ TEST_F(DownloadTest, DecompressedContentIsBounded) {
     std::size_t received = 0;
     const auto result = download(request(server.url("/a")), [&](std::string_view piece) {
         received += piece.size();
-        return Result<void>();
+        return Result<void, TranslatableText>();
     });
     ASSERT_FALSE(result);
-    EXPECT_EQ(result.error().error.what, "the calendar is larger than 64 MB");
+    EXPECT_EQ(result.error().what.english(), "the calendar is larger than 64 MB");
     EXPECT_LE(received, 64U << 20U);
 }
 
@@ -336,10 +336,10 @@ TEST_F(DownloadTest, UnreachableServersAreNamed) {
 TEST_F(DownloadTest, ReceiverMayEndIt) {
     server.on("/a", answering(answer(calendar)));
     const auto result = download(request(server.url("/a")), [](std::string_view) {
-        return Result<void>(Error{"the disk is full", {}, {}});
+        return Result<void, TranslatableText>(TranslatableText("the disk is full"));
     });
     ASSERT_FALSE(result);
-    EXPECT_EQ(result.error().error.what, "the disk is full");
+    EXPECT_EQ(result.error().what.english(), "the disk is full");
 }
 
 // Passwords.

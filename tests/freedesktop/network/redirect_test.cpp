@@ -7,8 +7,8 @@ namespace {
 
 // The URL, or what is wrong.
 std::string target(const std::string& from, const std::string& location) {
-    const Result<WebAddress> address = redirectTarget(*parseWebAddress(from), location);
-    return address ? address->url : "error: " + address.error().what;
+    const auto address = redirectTarget(*parseWebAddress(from), location);
+    return address ? address->url : "error: " + address.error().english();
 }
 
 TEST(Redirect, LeadsToWhatTheHeaderMeans) {

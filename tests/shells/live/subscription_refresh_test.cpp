@@ -161,8 +161,8 @@ TEST_F(SubscriptionRefreshTest, ChangeOfTheStateIsPresented) {
     EXPECT_TRUE(runUntil([this] { return presentations == 2; }, longWait));
     ASSERT_EQ(platform->unreadableCalendars().size(), 1U);
     EXPECT_EQ(platform->unreadableCalendars()[0].file, "example.org");
-    EXPECT_EQ(platform->unreadableCalendars()[0].what,
-              "it is shown as of a minute ago: the server cannot be reached");
+    EXPECT_EQ(platform->unreadableCalendars()[0].what.english(),
+              "it is shown as of 1 minute ago: the server cannot be reached");
 }
 
 TEST_F(SubscriptionRefreshTest, ProgramThatRecordsNothingIsNotStartedAgainAndAgain) {

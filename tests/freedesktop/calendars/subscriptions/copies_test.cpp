@@ -82,8 +82,16 @@ TEST(CopyStateText, LineEndsCannotAddLines) {
     state.calendarName = "Team\nsize 7\r\nerror x";
     const CopyState read = stateOfText(textOfState(state));
     EXPECT_EQ(read.size, 0U);
-    EXPECT_EQ(read.error, "");
+    EXPECT_TRUE(read.error.empty());
     EXPECT_EQ(read.calendarName, "Team size 7  error x");
+}
+
+TEST(CopyStateText, ErrorsHaveNoParticularLanguage) {
+    CopyState state;
+    state.error = {"the server has an error (status {1})", {TranslatableText::verbatim("500")}};
+    const TranslatableText error = stateOfText(textOfState(state)).error;
+    EXPECT_EQ(error.text(), "the server has an error (status {1})");
+    EXPECT_EQ(error.english(), "the server has an error (status 500)");
 }
 
 TEST(CopyStateText, AnythingElseIsNoKnowledge) {
@@ -202,7 +210,7 @@ TEST_F(CopiesTest, ProblemsAreOfCopiesThatAreNotCurrent) {
     writeCopy(state);
     EXPECT_EQ(problem(),
               "example.org: it is shown as of 2 hours ago: the server cannot be reached");
-    state.error.clear();
+    state.error = {};
     writeCopy(state);
     EXPECT_EQ(problem(), "");
 }
@@ -235,15 +243,15 @@ TEST(CopyStatus, RefreshIsHourlyAndSoonerAfterAnError) {
 }
 
 TEST(CopyStatus, AgeIsInWholeUnits) {
-    EXPECT_EQ(ageText(-5), "a minute");
-    EXPECT_EQ(ageText(0), "a minute");
-    EXPECT_EQ(ageText(119), "a minute");
+    EXPECT_EQ(ageText(-5), "1 minute");
+    EXPECT_EQ(ageText(0), "1 minute");
+    EXPECT_EQ(ageText(119), "1 minute");
     EXPECT_EQ(ageText(120), "2 minutes");
     EXPECT_EQ(ageText(3599), "59 minutes");
-    EXPECT_EQ(ageText(3600), "an hour");
+    EXPECT_EQ(ageText(3600), "1 hour");
     EXPECT_EQ(ageText(7200), "2 hours");
     EXPECT_EQ(ageText(86399), "23 hours");
-    EXPECT_EQ(ageText(86400), "a day");
+    EXPECT_EQ(ageText(86400), "1 day");
     EXPECT_EQ(ageText(864000), "10 days");
 }
 
