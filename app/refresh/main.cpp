@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,7 +11,9 @@
 
 #include "app/refresh/refresh_input.h"
 #include "app/refresh/refresh_workers.h"
+#include "freedesktop/bundle/program_folders.h"
 #include "freedesktop/calendars/subscriptions/calendar_address.h"
+#include "freedesktop/language/catalogs.h"
 #include "freedesktop/log/library_messages.h"
 #include "freedesktop/network/credentials.h"
 #include "freedesktop/plain_text/terminal_line.h"
@@ -91,6 +94,7 @@ int run(const RefreshInput& input) {
 
 int main(int argc, char** argv) {
     ::umask(077); // what it writes concerns the user alone
+    freedesktop::chooseLanguage(freedesktop::programFolders().catalogs, std::nullopt);
     freedesktop::printLibraryMessagesOnOneLine();
     try {
         const auto input = parseRefreshArguments({argv + 1, argv + argc});

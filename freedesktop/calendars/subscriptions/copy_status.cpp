@@ -55,11 +55,10 @@ std::optional<TranslatableText> copyProblem(const CopyState& state, bool hasCopy
         return std::nullopt;
     }
     if (state.confirmedAt == 0) {
-        return TranslatableText(translatable("it is shown as it was at an unknown time: {1}"),
-                                {state.error});
+        return TranslatableText(translatable("it is of unknown age: {1}"), {state.error});
     }
     return TranslatableText(
-        translatable("it is shown as of {1} ago: {2}"),
+        translatable("it is {1} old: {2}"),
         {TranslatableText::verbatim(ageText(now - state.confirmedAt)), state.error});
 }
 

@@ -68,7 +68,7 @@ TEST_F(SubscriptionCommandTest, CopyIsShownWithItsAgeWhenTheServerFails) {
     const RunResult later = agendaOf(url);
     EXPECT_EQ(later.status, 0);
     EXPECT_EQ(later.output, first.output);
-    EXPECT_EQ(later.errors, "quorvel: Team: it is shown as of 2 hours ago: the server has an error "
+    EXPECT_EQ(later.errors, "quorvel: Team: it is 2 hours old: the server has an error "
                             "(status 500)\n");
     EXPECT_EQ(agendaOf(url).errors, later.errors);
     EXPECT_EQ(server.requests().size(), 2U) << "the next try is a quarter of an hour later";
@@ -203,10 +203,9 @@ TEST_F(SubscriptionCommandTest, RefreshFetchesAllAndNamesWhatFails) {
     const RunResult failed = runNow({"calendars", "--refresh"});
     EXPECT_EQ(failed.status, 1);
     EXPECT_TRUE(contains(failed.output, "Mine"));
-    EXPECT_EQ(failed.errors,
-              "quorvel: Mine: it is shown as of 3 days ago: the server has no such calendar "
-              "(status 404)\n"
-              "quorvel: 1 calendar could not be refreshed\n");
+    EXPECT_EQ(failed.errors, "quorvel: Mine: it is 3 days old: the server has no such calendar "
+                             "(status 404)\n"
+                             "quorvel: 1 calendar could not be refreshed\n");
 }
 
 TEST_F(SubscriptionCommandTest, RefreshIsOfCalendarsAlone) {

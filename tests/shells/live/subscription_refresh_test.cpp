@@ -162,7 +162,7 @@ TEST_F(SubscriptionRefreshTest, ChangeOfTheStateIsPresented) {
     ASSERT_EQ(platform->unreadableCalendars().size(), 1U);
     EXPECT_EQ(platform->unreadableCalendars()[0].file, "example.org");
     EXPECT_EQ(platform->unreadableCalendars()[0].what.english(),
-              "it is shown as of 1 minute ago: the server cannot be reached");
+              "it is 1 minute old: the server cannot be reached");
 }
 
 TEST_F(SubscriptionRefreshTest, ProgramThatRecordsNothingIsNotStartedAgainAndAgain) {

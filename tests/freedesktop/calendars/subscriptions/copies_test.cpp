@@ -208,8 +208,7 @@ TEST_F(CopiesTest, ProblemsAreOfCopiesThatAreNotCurrent) {
     EXPECT_EQ(problem(), "example.org: it cannot be read: the server cannot be reached");
     state.confirmedAt = now - 7300;
     writeCopy(state);
-    EXPECT_EQ(problem(),
-              "example.org: it is shown as of 2 hours ago: the server cannot be reached");
+    EXPECT_EQ(problem(), "example.org: it is 2 hours old: the server cannot be reached");
     state.error = {};
     writeCopy(state);
     EXPECT_EQ(problem(), "");
