@@ -14,6 +14,7 @@
 #include "freedesktop/bundle/program_folders.h"
 #include "freedesktop/calendars/subscriptions/calendar_address.h"
 #include "freedesktop/language/catalogs.h"
+#include "freedesktop/language/messages.h"
 #include "freedesktop/log/library_messages.h"
 #include "freedesktop/network/credentials.h"
 #include "freedesktop/plain_text/terminal_line.h"
@@ -46,7 +47,9 @@ int refresh(const std::vector<std::string>& lines, const RefreshOptions& options
 
 int storePassword(const std::vector<std::string>& lines) {
     if (lines.size() != 3) {
-        return reportError({"an address, a name and a password are needed", {}, {}}, exitUsage);
+        return reportError(
+            {freedesktop::translated("an address, a name and a password are needed"), {}, {}},
+            exitUsage);
     }
     const Result<RemoteCalendar> calendar = parseRemoteCalendar(lines[0]);
     if (!calendar) {
@@ -94,8 +97,8 @@ int run(const RefreshInput& input) {
 
 int main(int argc, char** argv) {
     ::umask(077); // what it writes concerns the user alone
-    freedesktop::chooseLanguage(freedesktop::programFolders().catalogs, std::nullopt);
     freedesktop::printLibraryMessagesOnOneLine();
+    freedesktop::chooseLanguage(freedesktop::programFolders().catalogs, std::nullopt);
     try {
         const auto input = parseRefreshArguments({argv + 1, argv + argc});
         return input ? run(*input) : reportError(input.error(), exitUsage);

@@ -10,8 +10,11 @@
 #include <CLI/CLI.hpp>
 
 #include "freedesktop/calendars/subscriptions/subscription_cache.h"
+#include "freedesktop/language/messages.h"
 
 namespace quorvel::app {
+
+using freedesktop::translated;
 
 namespace {
 
@@ -45,7 +48,7 @@ RefreshTask taskOf(const TaskFlags& flags) {
 }
 
 Error usageError() {
-    return {"the arguments are wrong", {}, "see 'quorvel-refresh --help'"};
+    return {translated("the arguments are wrong"), {}, translated("see 'quorvel-refresh --help'")};
 }
 
 } // namespace
@@ -77,25 +80,26 @@ Result<RefreshInput> parseRefreshArguments(const std::vector<std::string>& argum
 }
 
 std::string refreshHelp() {
-    return "Usage: quorvel-refresh [OPTION]... <ADDRESSES\n"
-           "\n"
-           "Fetches the calendars whose addresses are the lines of standard input, and stores\n"
-           "copies of them in the cache. 'quorvel' and its widgets start it.\n"
-           "\n"
-           "Options:\n"
-           "  --cache DIR       where the copies are\n"
-           "                    ($XDG_CACHE_HOME/quorvel/subscriptions)\n"
-           "  --timeout SECONDS how long one calendar may take (30)\n"
-           "  --certificate-authorities FILE\n"
-           "                    trust those in FILE instead of the system's\n"
-           "                    ($QUORVEL_CERTIFICATE_AUTHORITIES)\n"
-           "  --store-password  store a password in the secret service: standard input has\n"
-           "                    the address, the name and the password, each on a line\n"
-           "  --forget-password remove the passwords of the addresses\n"
-           "  -h, --help        print this help\n"
-           "  --version         print the version\n"
-           "\n"
-           "Exit status: 0; 1 where a calendar could not be fetched; 2 for wrong usage.\n";
+    return translated(
+        "Usage: quorvel-refresh [OPTION]... <ADDRESSES\n"
+        "\n"
+        "Fetches the calendars whose addresses are the lines of standard input, and stores\n"
+        "copies of them in the cache. 'quorvel' and its widgets start it.\n"
+        "\n"
+        "Options:\n"
+        "  --cache DIR       where the copies are\n"
+        "                    ($XDG_CACHE_HOME/quorvel/subscriptions)\n"
+        "  --timeout SECONDS how long one calendar may take (30)\n"
+        "  --certificate-authorities FILE\n"
+        "                    trust those in FILE instead of the system's\n"
+        "                    ($QUORVEL_CERTIFICATE_AUTHORITIES)\n"
+        "  --store-password  store a password in the secret service: standard input has\n"
+        "                    the address, the name and the password, each on a line\n"
+        "  --forget-password remove the passwords of the addresses\n"
+        "  -h, --help        print this help\n"
+        "  --version         print the version\n"
+        "\n"
+        "Exit status: 0; 1 where a calendar could not be fetched; 2 for wrong usage.\n");
 }
 
 Result<std::vector<std::string>> readInputLines() {
@@ -107,15 +111,15 @@ Result<std::vector<std::string>> readInputLines() {
             break;
         }
         if (count < 0 && errno != EINTR) {
-            return Error{std::string("standard input cannot be read (") + std::strerror(errno) +
-                             ")",
-                         {},
-                         {}};
+            return Error{
+                filled(translated("standard input cannot be read ({1})"), {std::strerror(errno)}),
+                {},
+                {}};
         }
         text.append(piece.data(), count > 0 ? static_cast<std::size_t>(count) : 0);
     }
     if (text.size() > mostInput) {
-        return Error{"there is too much on standard input", {}, {}};
+        return Error{translated("there is too much on standard input"), {}, {}};
     }
     std::vector<std::string> lines;
     while (!text.empty()) {

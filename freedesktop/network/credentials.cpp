@@ -7,6 +7,7 @@
 #include "freedesktop/glib/handles.h"
 #include "freedesktop/glib/session_bus.h"
 #include "freedesktop/glib/text_hash.h"
+#include "freedesktop/language/messages.h"
 
 namespace quorvel::freedesktop::network {
 
@@ -47,15 +48,15 @@ std::string addressOf(const std::string& url) {
 }
 
 Error serviceError(const ErrorHandle& error) {
-    return {"the secret service does not answer (" + messageOf(error) + ")",
+    return {filled(translated("the secret service does not answer ({1})"), {messageOf(error)}),
             {},
-            "start one, such as GNOME Keyring or KWallet"};
+            translated("start one, such as GNOME Keyring or KWallet")};
 }
 
 Error missingBus() {
-    return {"there is no session bus, so there is no secret service",
+    return {translated("there is no session bus, so there is no secret service"),
             {},
-            "try again in a desktop session"};
+            translated("try again in a desktop session")};
 }
 
 std::optional<Credentials> credentialsOf(SecretRetrievable* item) {
@@ -89,10 +90,10 @@ Result<void> storeCredentials(const std::string& url, const std::string& host,
         return removed;
     }
     GError* error = nullptr;
-    secret_password_store_sync(&schema(), SECRET_COLLECTION_DEFAULT,
-                               ("Calendar at " + host).c_str(), credentials.password.c_str(),
-                               nullptr, &error, addressAttribute, addressOf(url).c_str(),
-                               userAttribute, credentials.user.c_str(), nullptr);
+    secret_password_store_sync(
+        &schema(), SECRET_COLLECTION_DEFAULT, filled(translated("Calendar at {1}"), {host}).c_str(),
+        credentials.password.c_str(), nullptr, &error, addressAttribute, addressOf(url).c_str(),
+        userAttribute, credentials.user.c_str(), nullptr);
     const ErrorHandle owned(error);
     return error == nullptr ? Result<void>() : serviceError(owned);
 }

@@ -47,7 +47,7 @@ std::string calendarsText(const std::vector<ListedCalendar>& calendars,
         rows.push_back({calendar.calendarIdentifier, calendar.title,
                         calendar.CGColor ? colorText(*calendar.CGColor) : "-",
                         listed.isSelected ? translated("yes") : translated("no"),
-                        storeOf(calendar.calendarIdentifier)});
+                        translated(storeOf(calendar.calendarIdentifier))});
     }
     return textInColumns(rows);
 }

@@ -218,7 +218,7 @@ void SourceFiles::addCalendarOfFile(const std::shared_ptr<icalendar::LoadedFile>
                                     std::string_view name, std::string_view filePath) {
     addCalendar({calendarIdentifier(name, filePath), file->ics.calendarName,
                  file->ics.calendarColour, std::string(name)},
-                m_source.text ? "in memory" : file->path, {file});
+                m_source.text ? translatable("in memory") : file->path, {file});
 }
 
 void SourceFiles::addCopiedCalendar(const std::shared_ptr<icalendar::LoadedFile>& file,

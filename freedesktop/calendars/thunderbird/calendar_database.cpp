@@ -154,23 +154,20 @@ bool hasTables(SqliteDatabase& database) {
     return database.number("SELECT count(*) FROM sqlite_master") > 0;
 }
 
-Error problemOf(const calendars::SqliteError& error) {
+TranslatableText problemOf(const calendars::SqliteError& error) {
     switch (error.code) {
     case SQLITE_INTERRUPT:
-        return {translatable("reading it takes too long"), {}, {}};
+        return translatable("reading it takes too long");
     case SQLITE_ERROR:
-        return {
-            translatable("it is no calendar database of Thunderbird, or one of another version"),
-            {},
-            {}};
+        return translatable("it is no calendar database of Thunderbird, or one of another version");
     default:
-        return {"it cannot be read: " + error.reason, {}, {}};
+        return {translatable("it cannot be read: {1}"), {TranslatableText::verbatim(error.reason)}};
     }
 }
 
 } // namespace
 
-Result<std::map<std::string, icalendar::IcsFile>>
+Result<std::map<std::string, icalendar::IcsFile>, TranslatableText>
 readCalendars(const std::string& path, const std::vector<std::string>& identifiers,
               const DatabaseLimits& limits) {
     Deadline deadline(limits); // outlives the database

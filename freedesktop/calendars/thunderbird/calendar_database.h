@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/result.h"
+#include "base/translatable_text.h"
 #include "icalendar/model/ics_file.h"
 
 namespace quorvel::freedesktop::thunderbird {
@@ -24,9 +25,9 @@ struct DatabaseLimits {
 
 // The calendars with these identifiers, each parsed, by identifier. One without rows is empty. A
 // database without any table has empty calendars. The database must be the caller's own copy:
-// SQLite may write to it. The rows come from another program and may be anything; the error's
-// `what` is a sentence about "it", the database.
-Result<std::map<std::string, icalendar::IcsFile>>
+// SQLite may write to it. The rows come from another program and may be anything; the error
+// is a sentence about "it", the database.
+Result<std::map<std::string, icalendar::IcsFile>, TranslatableText>
 readCalendars(const std::string& path, const std::vector<std::string>& identifiers,
               const DatabaseLimits& limits);
 

@@ -13,6 +13,7 @@
 
 #include "freedesktop/io/file_descriptor.h"
 #include "freedesktop/io/regular_file.h"
+#include "freedesktop/io/system_error_text.h"
 
 namespace quorvel::freedesktop::thunderbird {
 namespace {
@@ -23,16 +24,17 @@ constexpr std::array<const char*, 3> suffixes{"", "-wal", "-journal"};
 constexpr int mostAttempts = 3;
 constexpr std::size_t pieceSize = std::size_t{256} << 10U; // bytes
 
-std::string reasonOf(int error) {
-    return std::generic_category().message(error);
+TranslatableText unreadable(const std::error_code& error) {
+    return {translatable("it cannot be read: {1}"), {systemErrorText(error.value())}};
 }
 
-Error unwritable(int error) {
-    return {
-        "its copy in the folder for temporary files cannot be written: " + reasonOf(error), {}, {}};
+TranslatableText unwritable(int error) {
+    return {translatable("its copy in the folder for temporary files cannot be written: {1}"),
+            {systemErrorText(error)}};
 }
 
-Result<void> writeAll(const FileDescriptor& file, const char* bytes, std::size_t size) {
+Result<void, TranslatableText> writeAll(const FileDescriptor& file, const char* bytes,
+                                        std::size_t size) {
     while (size > 0) {
         const ssize_t count = ::write(file.get(), bytes, size);
         if (count < 0 && errno != EINTR) {
@@ -46,12 +48,12 @@ Result<void> writeAll(const FileDescriptor& file, const char* bytes, std::size_t
 }
 
 // As many bytes as the file has at the beginning.
-Result<void> copyBytes(const RegularFile& from, const FileDescriptor& to) {
+Result<void, TranslatableText> copyBytes(const RegularFile& from, const FileDescriptor& to) {
     std::vector<char> piece(pieceSize);
     for (std::size_t left = from.size(); left > 0;) {
         const auto count = from.read(piece.data(), std::min(left, pieceSize));
         if (!count) {
-            return Error{"it cannot be read: " + count.error().message(), {}, {}};
+            return unreadable(count.error());
         }
         if (*count == 0) {
             break;
@@ -65,17 +67,16 @@ Result<void> copyBytes(const RegularFile& from, const FileDescriptor& to) {
 }
 
 // A file that does not exist is not copied.
-Result<void> copyFile(const std::string& from, const std::string& to) {
+Result<void, TranslatableText> copyFile(const std::string& from, const std::string& to) {
     const auto original = RegularFile::open(from);
     if (!original) {
         const std::error_code error = original.error();
         if (error == std::errc::no_such_file_or_directory) {
             return {};
         }
-        return Error{error == std::errc::invalid_argument ? "it is not a regular file"
-                                                          : "it cannot be read: " + error.message(),
-                     {},
-                     {}};
+        return error == std::errc::invalid_argument
+                   ? TranslatableText(translatable("it is not a regular file"))
+                   : unreadable(error);
     }
     const FileDescriptor copy(
         ::open(to.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, S_IRUSR | S_IWUSR));
@@ -112,7 +113,7 @@ bool isSettled(const DatabaseVersion& version, std::int64_t readAt) {
     });
 }
 
-Result<DatabaseCopy> DatabaseCopy::of(const std::string& path) {
+Result<DatabaseCopy, TranslatableText> DatabaseCopy::of(const std::string& path) {
     std::error_code error;
     std::string folder = (fs::temp_directory_path(error) / "quorvel-XXXXXX").string();
     if (error || mkdtemp(folder.data()) == nullptr) {
@@ -127,10 +128,11 @@ Result<DatabaseCopy> DatabaseCopy::of(const std::string& path) {
     return copy;
 }
 
-Result<void> DatabaseCopy::copy(const std::string& path) {
+Result<void, TranslatableText> DatabaseCopy::copy(const std::string& path) {
     m_version = databaseVersion(path);
     if (sizeOf(m_version) > mostBytes) {
-        return Error{"it is larger than " + std::to_string(mostBytes >> 20U) + " MB", {}, {}};
+        return TranslatableText(translatable("it is larger than {1} MB"),
+                                {TranslatableText::verbatim(std::to_string(mostBytes >> 20U))});
     }
     for (const char* const suffix : suffixes) {
         const std::string target = this->path() + suffix;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/result.h"
+#include "base/translatable_text.h"
 #include "freedesktop/io/file_version.h"
 
 namespace quorvel::freedesktop::thunderbird {
@@ -23,7 +24,7 @@ public:
     static constexpr std::int64_t mostBytes = std::int64_t{256} << 20U; // of the three files
 
     // Copies into a folder of its own, which nobody else can read.
-    static Result<DatabaseCopy> of(const std::string& path);
+    static Result<DatabaseCopy, TranslatableText> of(const std::string& path);
     ~DatabaseCopy();
     DatabaseCopy(DatabaseCopy&& other) noexcept;
     DatabaseCopy& operator=(DatabaseCopy&&) = delete;
@@ -36,7 +37,7 @@ public:
 private:
     explicit DatabaseCopy(std::string folder)
         : m_folder(std::move(folder)) {}
-    Result<void> copy(const std::string& path);
+    Result<void, TranslatableText> copy(const std::string& path);
 
     std::string m_folder; // empty: it belongs to another copy
     DatabaseVersion m_version;

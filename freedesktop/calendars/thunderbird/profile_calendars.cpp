@@ -9,6 +9,7 @@
 #include "freedesktop/calendars/files/calendar_folder.h"
 #include "freedesktop/calendars/thunderbird/profiles.h"
 #include "freedesktop/io/regular_file.h"
+#include "freedesktop/language/messages.h"
 
 namespace quorvel::freedesktop::thunderbird {
 namespace {
@@ -23,8 +24,8 @@ FileVersion versionAt(const std::string& path) {
 }
 
 std::string displayNameOf(const RegisteredCalendar& calendar) {
-    return "the calendar '" + (calendar.name.empty() ? calendar.id : calendar.name) + "' of " +
-           std::string(programName);
+    return filled(translated("the calendar '{1}' of {2}"),
+                  {calendar.name.empty() ? calendar.id : calendar.name, programName});
 }
 
 } // namespace
@@ -49,7 +50,7 @@ void ProfileCalendars::scan() {
 // Where they cannot be read the calendars stay as they were.
 void ProfileCalendars::readPreferences() {
     const auto bytes = readRegularFile(preferencesPath(m_folder), largestPreferences);
-    m_problem = !bytes ? bytes.error().what : !*bytes ? "there is no such file" : "";
+    m_problem = !bytes ? bytes.error().what : !*bytes ? translatable("there is no such file") : "";
     if (m_problem.empty()) {
         const auto& script = **bytes;
         m_registry =

@@ -47,10 +47,10 @@ void ProfileDatabase::read(const std::vector<WantedCalendar>& wanted,
     if (isCurrent(wanted)) {
         return;
     }
-    m_problem.clear();
+    m_problem = {};
     if (exists() && !wanted.empty()) {
         if (const auto read = readCopy(wanted, context); !read) {
-            m_problem = read.error().what;
+            m_problem = read.error();
         }
     } else {
         m_calendars.clear();
@@ -60,8 +60,8 @@ void ProfileDatabase::read(const std::vector<WantedCalendar>& wanted,
     m_readCalendars = identifiersOf(wanted);
 }
 
-Result<void> ProfileDatabase::readCopy(const std::vector<WantedCalendar>& wanted,
-                                       const calendars::ReadContext& context) {
+Result<void, TranslatableText> ProfileDatabase::readCopy(const std::vector<WantedCalendar>& wanted,
+                                                         const calendars::ReadContext& context) {
     const std::int64_t readAt = context.fileClock();
     m_isReadSettled = false;
     const auto copy = DatabaseCopy::of(m_path);
@@ -73,11 +73,9 @@ Result<void> ProfileDatabase::readCopy(const std::vector<WantedCalendar>& wanted
     auto files = readCalendars(copy->path(), identifiersOf(wanted),
                                {context.zoneIsKnown, context.isCancelled});
     if (!files) {
-        return copy->isWhole()
-                   ? files.error()
-                   : Error{translatable("Thunderbird is writing to it: it is read again later"),
-                           {},
-                           {}};
+        return copy->isWhole() ? files.error()
+                               : TranslatableText(translatable(
+                                     "Thunderbird is writing to it: it is read again later"));
     }
     store(wanted, *std::move(files));
     return {};

@@ -41,8 +41,8 @@ public:
 
 private:
     bool isCurrent(const std::vector<WantedCalendar>& wanted) const;
-    Result<void> readCopy(const std::vector<WantedCalendar>& wanted,
-                          const calendars::ReadContext& context);
+    Result<void, TranslatableText> readCopy(const std::vector<WantedCalendar>& wanted,
+                                            const calendars::ReadContext& context);
     void store(const std::vector<WantedCalendar>& wanted,
                std::map<std::string, icalendar::IcsFile> files);
 
@@ -52,7 +52,7 @@ private:
     bool m_isReadSettled = false;
     std::vector<std::string> m_readCalendars;
     std::map<std::string, std::shared_ptr<icalendar::LoadedFile>> m_calendars; // by id
-    std::string m_problem;                                                     // empty: none
+    TranslatableText m_problem;                                                // empty: none
 };
 
 } // namespace quorvel::freedesktop::thunderbird

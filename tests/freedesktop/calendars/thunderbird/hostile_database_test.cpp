@@ -76,7 +76,7 @@ TEST_F(HostileDatabaseTest, ReadingEndsAtItsDeadline) {
     limits.longest = 0;
     const auto read = readCalendars(local().string(), {"home"}, limits);
     ASSERT_FALSE(read);
-    EXPECT_EQ(read.error().what, "reading it takes too long");
+    EXPECT_EQ(read.error(), "reading it takes too long");
     const std::atomic<bool> isCancelled = true;
     EXPECT_FALSE(readCalendars(local().string(), {"home"}, {noZone, &isCancelled}));
     EXPECT_TRUE(readCalendars(local().string(), {"home"}, {noZone}));
