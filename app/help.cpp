@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "freedesktop/language/messages.h"
+#include "shells/headless/terminal_text.h"
 
 namespace quorvel::app {
 
@@ -261,6 +262,23 @@ std::string commonOptionsHelp() {
     return text;
 }
 
+// The lines of `usage` after the first are indented for the English word before it.
+std::string usageHelp(std::string_view usage) {
+    constexpr std::string_view englishStart = "Usage: ";
+    std::string text = filled(translated("Usage: {1}"), {""});
+    const std::size_t start = headless::displayWidth(text);
+    while (!usage.empty()) {
+        const std::size_t end = std::min(usage.find('\n'), usage.size());
+        text.append(usage.substr(0, end)) += '\n';
+        usage.remove_prefix(std::min(end + 1, usage.size()));
+        if (!usage.empty()) {
+            usage.remove_prefix(englishStart.size());
+            text.append(start, ' ');
+        }
+    }
+    return text + '\n';
+}
+
 bool isOptionOf(Command command, const CommandOption& option) {
     return std::ranges::find(option.commands, command) != option.commands.end();
 }
@@ -288,8 +306,7 @@ bool commandTakesOption(Command command, std::string_view option) {
 }
 
 std::string programHelp() {
-    std::string text = filled(translated("Usage: {1}"), {"quorvel COMMAND [OPTION]..."});
-    text += "\n       quorvel help [COMMAND]\n\n";
+    std::string text = usageHelp("quorvel COMMAND [OPTION]...\n       quorvel help [COMMAND]");
     text += translated("Your upcoming events, as the agenda widget of a home screen shows them.\n"
                        "\n"
                        "Commands:\n");
@@ -307,8 +324,7 @@ std::string programHelp() {
 
 std::string commandHelp(Command command) {
     const CommandText& description = textOf(command);
-    std::string text = filled(translated("Usage: {1}"), {description.usage});
-    text += "\n\n";
+    std::string text = usageHelp(description.usage);
     text += translated(description.description);
     text += '\n' + filled(translated("Options of {1}:\n"), {description.name});
     for (const CommandOption& option : commandOptions) {
