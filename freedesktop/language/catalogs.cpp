@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include <langinfo.h>
 #include <libintl.h>
 
 namespace quorvel::freedesktop {
@@ -71,6 +72,24 @@ void chooseCarrier(const std::string& name) {
     std::setlocale(LC_MESSAGES, "C.UTF-8"); // carries LANGUAGE in some versions of the system
 }
 
+bool hasUtf8Characters(const std::string& locale) {
+    return std::setlocale(LC_CTYPE, locale.c_str()) != nullptr &&
+           std::string_view(nl_langinfo(CODESET)) == "UTF-8";
+}
+
+// The system's messages are in the encoding of LC_CTYPE, from which libraries convert them. Where
+// there is no UTF-8, ASCII remains for both.
+void chooseCharacters() {
+    const char* const messages = std::setlocale(LC_MESSAGES, nullptr);
+    for (const std::string& locale :
+         {std::string("C.UTF-8"), std::string(messages), std::string()}) {
+        if (hasUtf8Characters(locale)) {
+            return;
+        }
+    }
+    std::setlocale(LC_CTYPE, "C");
+}
+
 void replaceLanguageVariable(const std::string& language) {
     replacedLanguage() = {usersLanguageVariable(), language};
     setenv(languageVariable, language.c_str(), 1);
@@ -86,14 +105,14 @@ void useCatalogs(const std::string& folder) {
 void chooseLanguage(const std::string& folder, const std::optional<std::string>& locale) {
     useCatalogs(folder);
     textdomain(messageDomain); // libraries translate their texts only where there are ours
-    bind_textdomain_codeset(systemDomain, "UTF-8");
     if (!locale) {
         std::setlocale(LC_MESSAGES, "");
-        return;
+    } else {
+        const std::string name = systemName(*locale);
+        replaceLanguageVariable(name);
+        chooseCarrier(name);
     }
-    const std::string name = systemName(*locale);
-    replaceLanguageVariable(name);
-    chooseCarrier(name);
+    chooseCharacters();
 }
 
 std::optional<std::string> usersLanguageVariable() {

@@ -15,9 +15,9 @@ void useCatalogs(const std::string& folder);
 
 // For a program of our own: chooses the language of all texts of the process, those of its
 // libraries included. `locale` is in the form of canonicalLocale(); absent: the environment's
-// languages. Numbers, dates and characters remain those of the "C" locale, which parsers rely on.
-// Without a locale of the system to carry the language, texts remain English. Call it first in
-// main(): it changes the environment, which is safe only while there is one thread.
+// languages. Numbers and dates remain those of the "C" locale, which parsers rely on; characters
+// are UTF-8. Without a locale of the system to carry the language, texts remain English. Call it
+// first in main(): it changes the environment, which is safe only while there is one thread.
 void chooseLanguage(const std::string& folder, const std::optional<std::string>& locale);
 
 // chooseLanguage() may replace LANGUAGE in this process; the programs that it starts get the user's
