@@ -239,5 +239,29 @@ TEST_F(AccessibilityTest, ShowsWhatTheAgendaCommandPrints) {
     EXPECT_THAT(names(), Contains("Party, Café Sol, Tomorrow, 7:00 PM"));
 }
 
+// Whether an object with that name is below another one.
+bool hasObjectNamed(AtspiAccessible* below, const std::string& name) {
+    for (int i = 0; below != nullptr && i < childCount(below); ++i) {
+        const Accessible child = childAt(below, i);
+        if (child && (nameOf(child.get()) == name || hasObjectNamed(child.get(), name))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+TEST_F(AccessibilityTest, NamesAreInTheLanguageOfTheUser) {
+    m_environment["LOCPATH"] = QUORVEL_TEST_LOCALES;
+    const std::pair<const char*, const char*> menus[] = {{"de_DE", "Menü"}, {"ar_EG", "القائمة"}};
+    for (const auto& [locale, menu] : menus) {
+        show({"--locale", locale});
+        EXPECT_TRUE(becomesTrue(20, [name = menu] {
+            const Accessible desktop(atspi_get_desktop(0));
+            return hasObjectNamed(desktop.get(), name);
+        })) << locale;
+        endProgram();
+    }
+}
+
 } // namespace
 } // namespace quorvel::window
