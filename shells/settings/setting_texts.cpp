@@ -41,15 +41,8 @@ std::string labelOf(const SettingDescription& setting) {
     return translated(std::string(setting.label));
 }
 
-// Behind a colon stand the values of choices, which the page shows by their labels.
 std::string meaningOf(const SettingDescription& setting) {
-    std::string meaning = translated(std::string(setting.meaning));
-    for (const std::string_view colon : {":", "："}) {
-        if (!setting.choices.empty() && meaning.find(colon) != std::string::npos) {
-            meaning.resize(meaning.find(colon));
-        }
-    }
-    return withLabelsForKeys(meaning);
+    return withLabelsForKeys(translated(std::string(setting.meaning)));
 }
 
 std::string labelOf(const SettingChoice& choice) {

@@ -63,10 +63,5 @@ TEST(SettingTexts, NameOtherSettingsByTheirLabels) {
     EXPECT_EQ(withLabelsForKeys("größer"), "größer");
 }
 
-TEST(SettingTexts, LeaveOutTheValuesOfChoices) {
-    EXPECT_EQ(meaningOf(*freedesktop::settingDescription("swipeAction")),
-              "What pulling a row to the right by more than 80 points does");
-}
-
 } // namespace
 } // namespace quorvel::settings_pages
