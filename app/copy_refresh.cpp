@@ -42,6 +42,7 @@ std::vector<std::string> urlsToRefresh(const CommandLine& line,
         return dueCopies(copies, cache, freedesktop::systemSeconds());
     }
     std::vector<std::string> urls;
+    urls.reserve(copies.size());
     for (const CalendarSource& copy : copies) {
         urls.push_back(copy.copy->origin);
     }
