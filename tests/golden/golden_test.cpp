@@ -34,6 +34,7 @@ int run(std::vector<std::string> arguments) {
     for (std::string& argument : arguments)
         pointers.push_back(argument.data());
     pointers.push_back(nullptr);
+    setenv("LOCPATH", QUORVEL_TEST_LOCALES, 1); // the host's line is in the chosen language
     pid_t pid = 0;
     if (posix_spawn(&pid, pointers[0], nullptr, nullptr, pointers.data(), environ) != 0)
         return -1;
