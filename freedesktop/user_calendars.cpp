@@ -182,6 +182,7 @@ std::vector<WatchedPath> UserCalendars::watchedPaths() const {
         }
     }
     std::vector<WatchedPath> paths;
+    paths.reserve(ofFiles.size());
     for (std::string& path : ofFiles) {
         paths.push_back({std::move(path), deepestCalendarFolder, mayBelongToCalendar});
     }

@@ -33,7 +33,7 @@ bool haveSameRows(const std::vector<ListedCalendar>& a, const std::vector<Listed
 
 CalendarsGroup::CalendarsGroup(AdwPreferencesGroup* group, const SettingDescription& follow,
                                SettingsModel& model, const ScratchFolder& scratch,
-                               std::string program, std::string guide,
+                               std::string program, const std::string& guide,
                                std::function<void(bool hasCalendars)> onListed)
     : m_group(group)
     , m_model(model)

@@ -27,7 +27,7 @@ public:
     // each list.
     CalendarsGroup(AdwPreferencesGroup* group, const freedesktop::SettingDescription& follow,
                    SettingsModel& model, const ScratchFolder& scratch, std::string program,
-                   std::string guide, std::function<void(bool hasCalendars)> onListed);
+                   const std::string& guide, std::function<void(bool hasCalendars)> onListed);
     CalendarsGroup(const CalendarsGroup&) = delete;
     CalendarsGroup& operator=(const CalendarsGroup&) = delete;
 

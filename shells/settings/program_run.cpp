@@ -46,6 +46,7 @@ std::string textOf(const BytesHandle& bytes) {
 
 ObjectHandle<GSubprocess> start(const std::vector<std::string>& arguments, ErrorHandle& failure) {
     std::vector<const char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (const std::string& argument : arguments) {
         pointers.push_back(argument.c_str());
     }

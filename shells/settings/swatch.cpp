@@ -1,5 +1,6 @@
 #include "shells/settings/swatch.h"
 
+#include <cmath>
 #include <memory>
 #include <numbers>
 
@@ -59,7 +60,7 @@ std::optional<Rgba> parseRgba(const char* text) {
     if (gdk_rgba_parse(&colour, text) == FALSE) {
         return std::nullopt;
     }
-    const auto byte = [](float part) { return static_cast<std::uint8_t>(part * 255 + 0.5F); };
+    const auto byte = [](float part) { return static_cast<std::uint8_t>(std::lround(part * 255)); };
     return Rgba{byte(colour.red), byte(colour.green), byte(colour.blue), byte(colour.alpha)};
 }
 

@@ -39,6 +39,7 @@ struct CopiedCalendar {
     std::optional<std::string> title;  // replaces that in the file
     std::optional<std::string> colour; // likewise, as calendarColour() reads it
     std::string label;                 // names the calendar in messages
+    // NOLINTNEXTLINE(modernize-use-nullptr): no pointer
     auto operator<=>(const CopiedCalendar&) const = default;
 };
 
@@ -47,6 +48,7 @@ struct CalendarSource {
     std::optional<std::string> text; // a whole calendar in memory
     bool isOptional = false;         // no problem is reported where the path does not exist
     std::optional<CopiedCalendar> copy = std::nullopt; // present: the path is that of a copy
+    // NOLINTNEXTLINE(modernize-use-nullptr): no pointer
     auto operator<=>(const CalendarSource&) const = default;
 
     static CalendarSource at(std::string path) { return {std::move(path), std::nullopt}; }
