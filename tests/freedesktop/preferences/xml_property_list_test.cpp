@@ -209,7 +209,7 @@ TEST(XmlBounds, LargeAndDeepListsTakeBoundedTime) {
         attributes += " a" + std::to_string(i) + "=''";
     }
     EXPECT_EQ(as<bool>(parse("<plist" + attributes + "><true/></plist>")), true);
-    EXPECT_LT(watch.seconds(), 20);
+    EXPECT_LT(watch.seconds(), 100); // under sanitizers, on a busy machine
 }
 
 TEST(XmlComments, MayHoldDashes) {

@@ -322,15 +322,15 @@ TEST_F(FollowedServerTest, ChangesOfEventsAreTold) {
     EXPECT_THAT(found(), IsEmpty());
     settle();
     addSingle();
-    EXPECT_TRUE(isToldIn(15));
+    EXPECT_TRUE(isToldIn(40));
     EXPECT_THAT(found(), ElementsAre("Once 0310T090000-0310T100000"));
     modify("test-home",
            eventText("UID:once-Once|SUMMARY:Twice|DTSTART:20260310T080000Z|DTEND:20260310T090000Z"),
            E_CAL_OBJ_MOD_ALL);
-    EXPECT_TRUE(isToldIn(15));
+    EXPECT_TRUE(isToldIn(40));
     EXPECT_THAT(found(), ElementsAre("Twice 0310T090000-0310T100000"));
     remove("test-home", "once-Once");
-    EXPECT_TRUE(isToldIn(15));
+    EXPECT_TRUE(isToldIn(40));
     EXPECT_THAT(found(), IsEmpty());
     settle();
     stores->setChangedHandler(nullptr);
@@ -348,7 +348,7 @@ TEST_F(FollowedServerTest, ChangesAreToldOnTheWorkersThreadAlone) {
     modify("test-home",
            eventText("UID:once-Once|SUMMARY:Twice|DTSTART:20260310T080000Z|DTEND:20260310T090000Z"),
            E_CAL_OBJ_MOD_ALL);
-    EXPECT_TRUE(isToldIn(15));
+    EXPECT_TRUE(isToldIn(40));
     EXPECT_FALSE(isCalledOnThisThread);
 }
 
@@ -392,7 +392,7 @@ TEST_F(FollowedServerTest, ChangesOfCalendarsAreTold) {
     EXPECT_THAT(found(), IsEmpty());
     settle();
     addCalendar({"test-third", "D third", "#000000"});
-    EXPECT_TRUE(isToldIn(15));
+    EXPECT_TRUE(isToldIn(40));
     EXPECT_TRUE(stores->makeEventStore()->calendarWithIdentifier("test-third"));
     settle();
     changeCalendar("test-third", [](ESource* source) {
@@ -400,12 +400,12 @@ TEST_F(FollowedServerTest, ChangesOfCalendarsAreTold) {
             E_SOURCE_SELECTABLE(e_source_get_extension(source, E_SOURCE_EXTENSION_CALENDAR)),
             FALSE);
     });
-    EXPECT_TRUE(isToldIn(15));
+    EXPECT_TRUE(isToldIn(40));
     stores->makeEventStore();
     EXPECT_THAT(stores->deselectedCalendars(), ElementsAre("test-work", "test-third"));
     settle();
     removeCalendar("test-third");
-    EXPECT_TRUE(isToldIn(15));
+    EXPECT_TRUE(isToldIn(40));
     EXPECT_FALSE(stores->makeEventStore()->calendarWithIdentifier("test-third"));
 }
 
@@ -416,11 +416,11 @@ TEST_F(FollowedServerTest, ADeathIsToldAndWhatComesAfterItToo) {
     EXPECT_THAT(found(), ElementsAre("Once 0310T090000-0310T100000"));
     settle();
     kill(factoryProcesses());
-    EXPECT_TRUE(isToldIn(15));
+    EXPECT_TRUE(isToldIn(40));
     EXPECT_THAT(found(), ElementsAre("Once 0310T090000-0310T100000"));
     settle();
     addSingle("test-work", "Other");
-    EXPECT_TRUE(isToldIn(15));
+    EXPECT_TRUE(isToldIn(40));
     EXPECT_THAT(found(),
                 ElementsAre("Once 0310T090000-0310T100000", "Other 0310T090000-0310T100000"));
 }
@@ -437,7 +437,7 @@ TEST_F(FollowedServerTest, AnAnswerThatComesLateIsTold) {
     EXPECT_THAT(found(), IsEmpty());
     EXPECT_FALSE(isToldIn(0.5));
     goOn();
-    EXPECT_TRUE(isToldIn(15));
+    EXPECT_TRUE(isToldIn(40));
     EXPECT_TRUE(isFoundIn(5, {"Once 0310T090000-0310T100000"}));
 }
 
