@@ -22,7 +22,6 @@ constexpr std::string_view followKey = "onlySelectedCalendars";
 constexpr std::string_view iconKey = "iconFile";
 constexpr std::string_view applicationKey = "customLaunchAppBundleID";
 constexpr int previewHeight = 130; // points
-constexpr guint toastTime = 4;     // seconds
 
 } // namespace
 
@@ -33,11 +32,12 @@ SettingsPage::SettingsPage(SettingsPageOptions options, platform::SystemLog& log
     , m_actions(g_simple_action_group_new())
     , m_preview(m_options.program, m_options.preferencesFolder, m_scratch)
     , m_problem([this] { m_model.reload(); })
+    , m_undoOffer(G_ACTION_MAP(m_actions.get()), m_options.showToast, [this] { undo(); })
     , m_fileChanges(log, [this] { m_model.reload(); }) {
     adw_preferences_page_set_title(m_page.get(), translated(text::pageTitle));
     adw_preferences_page_set_icon_name(m_page.get(), "preferences-system-symbolic");
-    addAction("undo", &SettingsModel::undo);
-    addAction("reset-all", &SettingsModel::resetAll);
+    addAction("undo", [this] { undo(); });
+    addAction("reset-all", [this] { m_model.resetAll(); });
     addUndoKey();
     adw_preferences_page_add(m_page.get(), m_problem.group());
     addHostGroups();
@@ -47,7 +47,7 @@ SettingsPage::SettingsPage(SettingsPageOptions options, platform::SystemLog& log
         update();
         m_preview.refresh();
     });
-    m_model.setWrittenHandler([this](const std::string& label) { offerUndo(label); });
+    m_model.setWrittenHandler([this](const std::string& label) { m_undoOffer.show(label); });
     m_fileChanges.watch({{m_model.filePath()},
                          {m_options.preferencesFolder + '/' +
                           std::string(freedesktop::calendarSelectionFileName)}});
@@ -123,13 +123,16 @@ void SettingsPage::addResetGroup() {
         [this, button] { gtk_widget_set_sensitive(button, m_model.canReset() ? TRUE : FALSE); });
 }
 
-void SettingsPage::addAction(const char* name, void (SettingsModel::*run)()) {
+void SettingsPage::addAction(const char* name, std::function<void()> run) {
     const ObjectHandle<GSimpleAction> action(g_simple_action_new(name, nullptr));
-    m_signals.connect(action.get(), "activate", [this, run] {
-        dismissToast(); // it offers to undo what may be undone now
-        (m_model.*run)();
-    });
+    m_signals.connect(action.get(), "activate", std::move(run));
     g_action_map_add_action(G_ACTION_MAP(m_actions.get()), G_ACTION(action.get()));
+}
+
+// What is offered to be undone is undone now, whatever the user has used for it.
+void SettingsPage::undo() {
+    m_undoOffer.withdraw();
+    m_model.undo();
 }
 
 // Wherever the focus is in the window of the page.
@@ -162,24 +165,6 @@ void SettingsPage::update() {
     m_calendars->update();
     setActionEnabled("undo", canChange && m_model.canUndo());
     setActionEnabled("reset-all", canChange && m_model.canReset());
-}
-
-void SettingsPage::dismissToast() {
-    if (const auto toast = std::exchange(m_toast, nullptr)) {
-        adw_toast_dismiss(toast.get());
-    }
-}
-
-void SettingsPage::offerUndo(const std::string& label) {
-    dismissToast();
-    const freedesktop::TextHandle title(
-        g_markup_escape_text(filled(translated(text::changed), {label}).c_str(), -1));
-    AdwToast* const toast = adw_toast_new(title.get());
-    adw_toast_set_button_label(toast, translated(text::undo));
-    adw_toast_set_action_name(toast, "settings.undo");
-    adw_toast_set_timeout(toast, toastTime);
-    m_toast = freedesktop::share(toast);
-    m_options.showToast(toast);
 }
 
 void SettingsPage::refresh() {

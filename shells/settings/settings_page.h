@@ -18,6 +18,7 @@
 #include "shells/settings/setting_row.h"
 #include "shells/settings/settings_model.h"
 #include "shells/settings/signal_connections.h"
+#include "shells/settings/undo_offer.h"
 
 namespace quorvel::settings_pages {
 
@@ -53,12 +54,11 @@ private:
     void addSettings(std::string_view name);
     void addSetting(AdwPreferencesGroup* group, const freedesktop::SettingDescription& setting);
     void addResetGroup();
-    void addAction(const char* name, void (SettingsModel::*run)());
+    void addAction(const char* name, std::function<void()> run);
+    void undo();
     void addUndoKey();
     void setActionEnabled(const char* name, bool isEnabled);
     void update();
-    void dismissToast();
-    void offerUndo(const std::string& label);
 
     SettingsPageOptions m_options;
     SettingsModel m_model;
@@ -71,7 +71,7 @@ private:
     std::vector<std::unique_ptr<SettingRow>> m_rows;
     std::unique_ptr<IconRows> m_iconRows;
     std::unique_ptr<CalendarsGroup> m_calendars;
-    freedesktop::ObjectHandle<AdwToast> m_toast; // the latest; null: none
+    UndoOffer m_undoOffer;
     freedesktop::FileChanges m_fileChanges;
     SignalConnections m_signals;
 };

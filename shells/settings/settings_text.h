@@ -54,7 +54,7 @@ constexpr const char* cannotChange = translatable("The settings cannot be change
 constexpr const char* tryAgain = translatable("_Try Again");
 
 constexpr const char* allSettings = translatable("All settings");
-constexpr const char* undo = translatable("_Undo");
+constexpr const char* undo = translatable("Undo");
 constexpr const char* undoLatest = translatable("Undo the latest change");
 constexpr const char* resetAll = translatable("_Reset All");
 constexpr const char* resetAllTitle = translatable("Reset all settings");
