@@ -1,15 +1,11 @@
 // The rows as a screen reader receives them, over the accessibility bus of a private session.
-#include <cstdlib>
 #include <memory>
 #include <optional>
 
-#include <atspi/atspi.h>
-#include <gio/gio.h>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-#include "freedesktop/glib/handles.h"
-#include "tests/freedesktop/session/session_testing.h"
+#include "tests/window/accessible_tree.h"
 #include "tests/window/window_fixture.h"
 
 namespace quorvel::window {
@@ -21,92 +17,11 @@ using testing::EndsWith;
 using testing::HasSubstr;
 
 using freedesktop::ObjectHandle;
-using Accessible = ObjectHandle<AtspiAccessible>;
-
-Accessible childAt(AtspiAccessible* parent, int index) {
-    return Accessible(atspi_accessible_get_child_at_index(parent, index, nullptr));
-}
-
-int childCount(AtspiAccessible* parent) {
-    return atspi_accessible_get_child_count(parent, nullptr);
-}
-
-// The first object with that role below another one; null where there is none.
-Accessible findRole(AtspiAccessible* below, AtspiRole role) {
-    for (int i = 0; below != nullptr && i < childCount(below); ++i) {
-        Accessible child = childAt(below, i);
-        if (!child) {
-            continue;
-        }
-        if (atspi_accessible_get_role(child.get(), nullptr) == role) {
-            return child;
-        }
-        if (Accessible found = findRole(child.get(), role)) {
-            return found;
-        }
-    }
-    return nullptr;
-}
-
-std::string nameOf(AtspiAccessible* object) {
-    const freedesktop::TextHandle name(atspi_accessible_get_name(object, nullptr));
-    return name ? name.get() : "";
-}
-
-bool hasState(AtspiAccessible* object, AtspiStateType state) {
-    const ObjectHandle<AtspiStateSet> states(atspi_accessible_get_state_set(object));
-    return states && atspi_state_set_contains(states.get(), state) != 0;
-}
-
-std::vector<std::string> namesIn(AtspiAccessible* list) {
-    std::vector<std::string> names;
-    for (int i = 0; i < childCount(list); ++i) {
-        const Accessible row = childAt(list, i);
-        names.push_back(row ? nameOf(row.get()) : "(none)");
-    }
-    return names;
-}
 
 class AccessibilityTest : public WindowTest {
 protected:
-    // The session bus starts the accessibility bus, which writes files and needs a display. Both
-    // belong to the test and exist for as long as it runs.
-    static void SetUpTestSuite() {
-        s_folder.emplace();
-        s_display.emplace(*s_folder / "display.log");
-        GVariantBuilder environment;
-        g_variant_builder_init(&environment, G_VARIANT_TYPE("a{ss}"));
-        for (const char* name :
-             {"HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME"}) {
-            g_variant_builder_add(&environment, "{ss}", name, s_folder->path().c_str());
-        }
-        g_variant_builder_add(&environment, "{ss}", "DISPLAY", s_display->name().c_str());
-        callBus("org.freedesktop.DBus", "/org/freedesktop/DBus", "UpdateActivationEnvironment",
-                g_variant_new("(a{ss})", &environment));
-        unsetenv("DISPLAY"); // its properties might contain the address of another bus
-        atspi_init();
-    }
-    static void TearDownTestSuite() {
-        atspi_exit();
-        s_display.reset();
-        s_folder.reset();
-    }
-    // The first text of the reply; empty without one.
-    static std::string callBus(const char* name, const char* path, const char* method,
-                               GVariant* parameters) {
-        const ObjectHandle<GDBusConnection> bus(
-            g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-        const freedesktop::VariantHandle reply(
-            bus ? g_dbus_connection_call_sync(bus.get(), name, path, name, method, parameters,
-                                              nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr)
-                : nullptr);
-        EXPECT_TRUE(reply) << method;
-        const char* text = "";
-        if (reply && g_variant_n_children(reply.get()) > 0) {
-            g_variant_get_child(reply.get(), 0, "&s", &text);
-        }
-        return text;
-    }
+    static void SetUpTestSuite() { s_session.emplace(); }
+    static void TearDownTestSuite() { s_session.reset(); }
 
     AccessibilityTest() { m_environment.erase("NO_AT_BRIDGE"); }
     void showList(int rowCount) {
@@ -119,14 +34,12 @@ protected:
     }
     std::vector<std::string> names() const { return namesIn(m_list.get()); }
 
-    static inline std::optional<testing_session::TemporaryFolder> s_folder;
-    static inline std::optional<VirtualDisplay> s_display;
+    static inline std::optional<AccessibilitySession> s_session;
     Accessible m_list;
 };
 
 TEST_F(AccessibilityTest, TheBusBelongsToTheTest) {
-    const std::string address = callBus("org.a11y.Bus", "/org/a11y/bus", "GetAddress", nullptr);
-    EXPECT_THAT(address, HasSubstr(s_folder->path().string()));
+    EXPECT_THAT(AccessibilitySession::busAddress(), HasSubstr(s_session->folder().path().string()));
 }
 
 TEST_F(AccessibilityTest, ReadsTheRowsAndRunsTheirAction) {
@@ -195,7 +108,6 @@ TEST_F(AccessibilityTest, ReceivesChangedRows) {
     writeCalendar(event("a", "Alone", "20260310T110000Z", "20260310T120000Z"));
     EXPECT_TRUE(becomesTrue(10, [&] { return childCount(m_list.get()) == 1; }));
     EXPECT_THAT(names(), ElementsAre("Alone, 11:00 AM"));
-    atspi_accessible_clear_cache(old.get());
     EXPECT_TRUE(hasState(old.get(), ATSPI_STATE_DEFUNCT));
 }
 
@@ -205,7 +117,6 @@ TEST_F(AccessibilityTest, KeysMoveTheFocusOverTheRows) {
     EXPECT_TRUE(hasState(m_list.get(), ATSPI_STATE_MANAGES_DESCENDANTS));
     const auto hasFocus = [&](int row) {
         const Accessible item = childAt(m_list.get(), row);
-        atspi_accessible_clear_cache(item.get());
         return hasState(item.get(), ATSPI_STATE_FOCUSED);
     };
     EXPECT_FALSE(hasFocus(0));

@@ -168,6 +168,7 @@ std::string WindowTest::printed(const std::string& command,
     std::vector<std::string> words = commonArguments(tenOClock);
     words.insert(words.begin(), {QUORVEL_PROGRAM, command});
     words.insert(words.end(), more.begin(), more.end());
+    fs::remove(path("printed")); // the output is appended
     ChildProcess program(words, m_environment, path("errors").string(), -1,
                          path("printed").string());
     EXPECT_EQ(program.exitStatus(patience), 0) << errors();
