@@ -109,11 +109,11 @@ private:
 
     // Parses up to `end`; with '\0' up to the end of the text.
     MaybeValue pairs(std::size_t depth, char end) {
-        PropertyListDictionary dictionary;
-        if (!readPairs(depth, end, dictionary)) {
-            return std::nullopt;
+        MaybeValue value(std::in_place);
+        if (!readPairs(depth, end, value->value.emplace<PropertyListDictionary>())) {
+            value.reset();
         }
-        return PropertyListValue{std::move(dictionary)};
+        return value;
     }
 
     bool readPairs(std::size_t depth, char end, PropertyListDictionary& dictionary) {
