@@ -143,6 +143,7 @@ TEST_F(SettingsChangesTest, UndoesByKeyAndByTheOfferOfTheToast) {
     ASSERT_TRUE(contentBecomes("displayLocation"));
     choose("Title colour", 1);
     ASSERT_TRUE(contentBecomes("textColor"));
+    focus(ATSPI_ROLE_LIST_ITEM, "Title size"); // the keyboard belongs to the window again
     key("ctrl+z");
     EXPECT_TRUE(contentLoses("textColor"));
     EXPECT_THAT(settingsContent(), HasSubstr("displayLocation"));

@@ -19,6 +19,7 @@ SettingsTest::SettingsTest() {
     m_environment.erase("NO_AT_BRIDGE");
     m_environment["XDG_DATA_HOME"] = path("").parent_path().string(); // with the folder "calendars"
     m_environment["XDG_DATA_DIRS"] = path("data").string() + ':' + systemData;
+    m_environment["GDK_DEBUG"] = "gl-disable"; // the drivers of OpenGL lose memory
     m_environment["GSK_RENDERER"] = "cairo";
     m_environment["ADW_DISABLE_PORTAL"] = "1";
 }
@@ -63,10 +64,6 @@ void SettingsTest::openDialog(const std::function<void()>& open) const {
     const std::vector<unsigned long> before = m_display->windows();
     open();
     input({"windowfocus", std::to_string(newWindow(before))});
-}
-
-void SettingsTest::returnToSettings() const {
-    input({"windowfocus", m_settingsWindow});
 }
 
 Accessible SettingsTest::control(AtspiRole role, const std::string& name) const {

@@ -26,7 +26,6 @@ protected:
     void openSettings();
     // Does what opens a dialog, and gives it the keyboard focus, as nothing else does here.
     void openDialog(const std::function<void()>& open) const;
-    void returnToSettings() const;                                // with the focus
     void openSettingsBy(const std::vector<std::string>& command); // the program and its arguments
     void endSettings();
 
