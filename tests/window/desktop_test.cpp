@@ -91,29 +91,6 @@ TEST_F(DesktopTest, ShowsItsShortcutsAndWhatItIs) {
     }
 }
 
-TEST_F(DesktopTest, OpensTheSettingsInAWindowOfTheirOwn) {
-    showThreeRows();
-    key("F10");
-    const unsigned long menu = secondWindow();
-    ASSERT_NE(menu, 0U);
-    key("s");
-    unsigned long settings = 0;
-    ASSERT_TRUE(becomesTrue(20, [&] {
-        for (const unsigned long window : m_display->windows()) {
-            settings =
-                window != menu && std::to_string(window) != this->window() ? window : settings;
-        }
-        return settings != 0;
-    })) << errors();
-    const auto isOpen = [&] { return std::ranges::count(m_display->windows(), settings) == 1; };
-    EXPECT_TRUE(becomesTrue(20, [&] {
-        tryInput({"windowfocus", std::to_string(settings), "key", "ctrl+q"});
-        rest(0.2);
-        return !isOpen();
-    }));
-    EXPECT_EQ(m_program->exitStatus(0.3), std::nullopt) << errors();
-}
-
 TEST_F(DesktopTest, TheHeaderShowsTodayAndTheNextDayAfterMidnight) {
     writeThreeEvents();
     show({}, "2026-03-10T10:00:00Z");
