@@ -14,7 +14,7 @@ using freedesktop::translated;
 namespace {
 
 constexpr int iconSize = 24;  // points
-constexpr int leastName = 10; // characters
+constexpr int leastName = 14; // characters
 constexpr int widestName = 16;
 
 std::string nameFor(const std::string& identifier,

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "freedesktop/language/messages.h"
+#include "shells/settings/choice_list.h"
 #include "shells/settings/colour_list.h"
 #include "shells/settings/setting_texts.h"
 #include "shells/settings/settings_model.h"
@@ -38,10 +39,9 @@ ChoiceRow::ChoiceRow(const SettingDescription& setting, SettingsModel& model)
     : SettingRow(ADW_ACTION_ROW(adw_combo_row_new()), setting, model) {
     auto* const combo = ADW_COMBO_ROW(row());
     const ObjectHandle<GListStore> list(g_list_store_new(GTK_TYPE_STRING_OBJECT));
-    const ObjectHandle<GtkListItemFactory> factory = colourFactory();
-    if (setting.kind == SettingKind::colour) {
-        adw_combo_row_set_factory(combo, factory.get());
-    }
+    const ObjectHandle<GtkListItemFactory> factory =
+        setting.kind == SettingKind::colour ? colourFactory() : textFactory();
+    adw_combo_row_set_factory(combo, factory.get());
     adw_combo_row_set_model(combo, G_LIST_MODEL(list.get()));
     if (setting.kind == SettingKind::colour) {
         addChoice("", translated(text::colourOfHost));
