@@ -1,7 +1,11 @@
 // Every setting changed in the window, and seen in the file and by an agenda; undo.
+#include <algorithm>
 #include <array>
 #include <fstream>
 #include <functional>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -12,6 +16,7 @@ namespace quorvel::window {
 namespace {
 
 using nlohmann::json;
+using testing::ElementsAre;
 using testing::HasSubstr;
 
 struct Change {
@@ -135,6 +140,77 @@ TEST_F(SettingsChangesTest, TheRunningWindowFollows) {
     EXPECT_TRUE(pictureChangesFrom(before, 20));
     setNumber("Title size", 14);
     EXPECT_TRUE(pictureBecomes(before, 20));
+}
+
+// Every setting that changes the look of the list. The last event takes place after the days that
+// are shown at first.
+TEST_F(SettingsChangesTest, TheRunningWindowFollowsEachSettingOfItsLook) {
+    writeCalendar(
+        event("first", "Breakfast\r\nLOCATION:Kitchen", "20260310T110000Z", "20260310T120000Z") +
+        event("second", "Lunch", "20260310T120000Z", "20260310T130000Z") +
+        event("third", "Tea", "20260315T140000Z", "20260315T150000Z"));
+    show();
+    openSettings();
+    const auto switched = [this](const char* label) { return [this, label] { toggle(label); }; };
+    const auto number = [this](const char* label, double value) {
+        return [this, label, value] { setNumber(label, value); };
+    };
+    const auto chosen = [this](const char* label, int itemsDown) {
+        return [this, label, itemsDown] { choose(label, itemsDown); };
+    };
+    const std::vector<std::pair<const char*, std::function<void()>>> changes{
+        {"displayLocation", switched("Show locations")},
+        {"sameHeightRows", switched("Rows of the same height")},
+        {"textSize", number("Title size", 21)},
+        {"subtitleTextSize", number("Location size", 11)},
+        {"dateTextSize", number("Date size", 9)},
+        {"textColor", chosen("Title colour", 6)},
+        {"subtitleTextColor", chosen("Location colour", 6)},
+        {"dateTextColor", chosen("Date colour", 6)},
+        {"rightAlignedDate", switched("Date at the right edge")},
+        {"showSeparatorLines", switched("Lines between rows")},
+        {"iconFile", [this] { activate(ATSPI_ROLE_LIST_ITEM, "Large dot"); }},
+        {"daysToDisplay", number("Days after today", 6)},
+        {"maxEventsToDisplay", number("Largest number of events", 2)},
+        {"maxHeight", number("Largest height", 40)}, // shown by the next
+        {"limitMaxHeight", switched("Limit the height")},
+        {"onlySelectedCalendars", switched("Follow the calendar application")}, // likewise
+        {"the calendar", switched("work")},
+    };
+    const std::array<std::string_view, 2> withTheNext{"maxHeight", "onlySelectedCalendars"};
+    for (const auto& [key, make] : changes) {
+        const Picture before = picture();
+        make();
+        if (std::ranges::find(withTheNext, key) == withTheNext.end()) {
+            EXPECT_TRUE(pictureChangesFrom(before, 20)) << key;
+            steadyPicture();
+        }
+    }
+    EXPECT_EQ(errors(), "");
+}
+
+TEST_F(SettingsChangesTest, ARowOfTheRunningWindowPullsAsChosen) {
+    installHandler("Notes", "");
+    show();
+    const auto pull = [this] { drag(60, 20, 60 + distanceForOffset(90), 20); };
+    openSettings();
+    choose("Pull action", 4); // the last one
+    ASSERT_TRUE(contentBecomes("swipeAction"));
+    openDialog([this] { activate(ATSPI_ROLE_LIST_ITEM, "Application to bring to the front"); });
+    input({"type", "note"});
+    ASSERT_TRUE(appears(ATSPI_ROLE_LIST_ITEM, "Notes"));
+    activate(ATSPI_ROLE_LIST_ITEM, "Notes");
+    ASSERT_TRUE(contentBecomes("<string>Notes</string>"));
+    rest(1); // within which the window has to follow
+    pull();
+    ASSERT_TRUE(opensLinks(1));
+    EXPECT_THAT(opened(), ElementsAre("Notes"));
+    press("Reset “Pull action”");
+    ASSERT_TRUE(contentLoses("swipeAction"));
+    rest(1);
+    pull();
+    ASSERT_TRUE(opensLinks(2));
+    EXPECT_THAT(opened().back(), HasSubstr("/first?"));
 }
 
 TEST_F(SettingsChangesTest, UndoesByKeyAndByTheOfferOfTheToast) {

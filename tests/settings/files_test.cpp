@@ -59,6 +59,22 @@ TEST_F(SettingsFilesTest, AFullDiskLosesNothing) {
     EXPECT_EQ(settingsContent(), before);
 }
 
+// The rights of files mean nothing to the administrator, unless without that power.
+TEST_F(SettingsFilesTest, AReadOnlyFileIsNamedAndStays) {
+    writeSettings("<key>textSize</key><integer>25</integer>");
+    const std::string before = settingsContent();
+    fs::permissions(file(), fs::perms(0444));
+    openSettingsBy(
+        {"/bin/sh", "-c",
+         "[ $(id -u) != 0 ] || set -- setpriv --bounding-set -all --inh-caps -all \"$@\"; "
+         "exec \"$@\"",
+         "sh", QUORVEL_SETTINGS, "--preferences", path("preferences").string()});
+    EXPECT_TRUE(numberBecomes("Title size", 25));
+    toggle("Show locations");
+    EXPECT_TRUE(appears(ATSPI_ROLE_LIST_ITEM, "The settings cannot be changed"));
+    EXPECT_EQ(settingsContent(), before);
+}
+
 TEST_F(SettingsFilesTest, ALinkStaysALink) {
     fs::rename(file(), path("elsewhere.plist"));
     fs::create_symlink(path("elsewhere.plist"), file());
