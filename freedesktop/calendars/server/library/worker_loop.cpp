@@ -4,6 +4,7 @@
 #include <deque>
 #include <mutex>
 #include <utility>
+#include <vector>
 
 namespace quorvel::freedesktop::eds {
 
@@ -11,23 +12,32 @@ namespace {
 
 using Call = std::function<void()>;
 
-// Takes ownership of the source. `data` is passed to `run`, and to `release` afterwards.
+struct SourceUnref {
+    void operator()(GSource* source) const { g_source_unref(source); }
+};
+using SourceHandle = std::unique_ptr<GSource, SourceUnref>;
+
+// `data` is passed to `run`, and to `release` afterwards.
 void attach(GSource* source, GMainContext* context, GSourceFunc run, gpointer data,
             GDestroyNotify release) {
     g_source_set_priority(source, G_PRIORITY_DEFAULT);
     g_source_set_callback(source, run, data, release);
     g_source_attach(source, context);
-    g_source_unref(source);
 }
 
-// Called on the context's own thread, so that the call never crosses threads by the source alone.
-void attachTimeout(GMainContext* context, guint milliseconds, Call call) {
+SourceHandle attachTimeout(GMainContext* context, guint milliseconds, Call call) {
     const GSourceFunc run = [](gpointer data) -> gboolean {
         (*static_cast<Call*>(data))();
         return G_SOURCE_REMOVE;
     };
     const GDestroyNotify release = [](gpointer data) { delete static_cast<Call*>(data); };
-    attach(g_timeout_source_new(milliseconds), context, run, new Call(std::move(call)), release);
+    SourceHandle timeout(g_timeout_source_new(milliseconds));
+    attach(timeout.get(), context, run, new Call(std::move(call)), release);
+    return timeout;
+}
+
+bool isDestroyed(const SourceHandle& source) {
+    return g_source_is_destroyed(source.get()) != FALSE;
 }
 
 } // namespace
@@ -37,6 +47,20 @@ struct Mailbox::Queue {
                                                                            g_main_context_unref};
     std::mutex mutex;
     std::deque<Call> calls; // guarded by the mutex
+    // Those that have not run yet, and some that have; of the loop's thread alone.
+    std::vector<SourceHandle> timeouts;
+
+    void addTimeout(guint milliseconds, Call call) {
+        std::erase_if(timeouts, isDestroyed);
+        timeouts.push_back(attachTimeout(context.get(), milliseconds, std::move(call)));
+    }
+    // The library may hold the context longer than its thread runs, and would destroy what these
+    // calls own on a thread of its own.
+    void destroyTimeouts() {
+        for (const SourceHandle& timeout : std::exchange(timeouts, {})) {
+            g_source_destroy(timeout.get());
+        }
+    }
 
     static gboolean runFirst(gpointer data) {
         auto& queue = *static_cast<Queue*>(data);
@@ -64,14 +88,19 @@ void Mailbox::post(Call call) const {
         const std::lock_guard lock(m_queue->mutex);
         m_queue->calls.push_back(std::move(call));
     }
-    attach(g_idle_source_new(), context(), Queue::runFirst, m_queue.get(), nullptr);
+    const SourceHandle source(g_idle_source_new());
+    attach(source.get(), context(), Queue::runFirst, m_queue.get(), nullptr);
 }
 
 void Mailbox::postLater(double seconds, Call call) const {
     const auto milliseconds = static_cast<guint>(std::clamp(seconds, 0.0, 1e6) * 1000);
-    post([context = context(), milliseconds, call = std::move(call)] {
-        attachTimeout(context, milliseconds, call);
+    post([queue = m_queue.get(), milliseconds, call = std::move(call)] {
+        queue->addTimeout(milliseconds, call);
     });
+}
+
+void Mailbox::destroyTimeouts() const {
+    m_queue->destroyTimeouts();
 }
 
 WorkerLoop::WorkerLoop()
@@ -79,6 +108,7 @@ WorkerLoop::WorkerLoop()
     , m_thread([this] {
         g_main_context_push_thread_default(m_mailbox.context());
         g_main_loop_run(m_loop.get());
+        m_mailbox.destroyTimeouts();
         g_main_context_pop_thread_default(m_mailbox.context());
     }) {}
 

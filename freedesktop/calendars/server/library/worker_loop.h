@@ -21,7 +21,11 @@ public:
     GMainContext* context() const;
 
 private:
+    friend class WorkerLoop;
     struct Queue;
+
+    void destroyTimeouts() const; // on the loop's thread; their calls never run
+
     std::shared_ptr<Queue> m_queue; // never null
 };
 
