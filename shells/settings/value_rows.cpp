@@ -56,7 +56,11 @@ public:
 
 private:
     void showValue() override {
-        gtk_switch_set_active(GTK_SWITCH(m_switch), model().textOf(setting()) == "true");
+        // Even the value that it has would stop a switch that the user has touched and that moves.
+        const gboolean isOn = model().textOf(setting()) == "true" ? TRUE : FALSE;
+        if (gtk_switch_get_active(GTK_SWITCH(m_switch)) != isOn) {
+            gtk_switch_set_active(GTK_SWITCH(m_switch), isOn);
+        }
     }
 
     GtkWidget* m_switch;
