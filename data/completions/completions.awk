@@ -1,8 +1,18 @@
 # Puts the settings and their values into a completion: reads colours.tsv and settings.tsv
 # (tab-separated, first line the names of the columns), then the template, in which it replaces the
-# line "@SETTINGS@" and the word "@KEYS@".
+# line "@SETTINGS@" and the words "@KEYS@" and "@VALUE_OPTIONS@".
+# The variable "shell" is the language of the template: bash, zsh or fish.
 
-BEGIN { FS = "\t" }
+BEGIN {
+    FS = "\t"
+    # The options that are followed by a value.
+    valueOptions = "--calendars --calendar-wait --preferences --controller --width --now" \
+        " --timezone --locale --font --foundation-version --bundle --log -o --output --scale" \
+        " --text-scale --appearance --background --layer --anchor --margin --do --reset" \
+        " --subscribe --unsubscribe --title --user"
+    if (shell != "fish") # the patterns of a case
+        gsub(/ /, " | ", valueOptions)
+}
 
 FNR == 1 { ++file }
 file < 3 && FNR == 1 { next }
@@ -31,18 +41,26 @@ function valueWords(type, values,   part, count, i, at, words) {
     return words
 }
 
+# The branch that prints the values of a setting.
+function branch(key, words) {
+    if (shell == "fish")
+        return "        case " key "\n            printf '%s\\n'" words "\n"
+    return "    " key ") printf '%s\\n'" words " ;;\n"
+}
+
 file == 2 {
     keys = keys (keys == "" ? "" : " ") $1
     words = valueWords($2, $3)
     if (words != "")
-        cases = cases "    " $1 ") printf '%s\\n'" words " ;;\n"
+        branches = branches branch($1, words)
     next
 }
 
-$0 == "@SETTINGS@" { printf "%s", cases; next }
+$0 == "@SETTINGS@" { printf "%s", branches; next }
 
 {
     sub(/@KEYS@/, keys)
+    sub(/@VALUE_OPTIONS@/, valueOptions)
     print
 }
 
