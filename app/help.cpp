@@ -171,7 +171,8 @@ const std::array<CommandOption, 23> commandOptions{{
      {Command::settings}},
     {{"--subscribe", "--subscribe ADDRESS",
       translatable("add the calendar on a server that has this https: or webcal:\n"
-                   "address, and fetch it; the widget fetches it every hour")},
+                   "address, and fetch it; the widget fetches it every hour; '-': the\n"
+                   "address is the first line of standard input")},
      {Command::settings}},
     {{"--title", "--title TITLE",
       translatable("with --subscribe: the title of the calendar (its own)")},
@@ -184,7 +185,8 @@ const std::array<CommandOption, 23> commandOptions{{
       translatable("with --user: read the password from standard input instead")},
      {Command::settings}},
     {{"--unsubscribe", "--unsubscribe CALENDAR",
-      translatable("remove the calendar with this address or title, and its copy")},
+      translatable("remove the calendar with this address, title or identifier, and its\n"
+                   "copy")},
      {Command::settings}},
 }};
 

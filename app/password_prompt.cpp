@@ -1,12 +1,12 @@
 #include "app/password_prompt.h"
 
-#include <cerrno>
 #include <csignal>
 
 #include <fcntl.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include "app/input_line.h"
 #include "freedesktop/io/file_descriptor.h"
 #include "freedesktop/language/messages.h"
 
@@ -72,23 +72,13 @@ Error noPassword() {
     return {translated("no password was given"), {}, translated("try again")};
 }
 
-Result<std::string> readLine(int descriptor) {
-    std::string line;
-    char c = 0;
-    while (line.size() <= longestPassword) {
-        const ssize_t count = ::read(descriptor, &c, 1);
-        if (count < 0 && errno == EINTR && isInterrupted == 0) {
-            continue;
-        }
-        if (count <= 0 || c == '\n') {
-            break;
-        }
-        line += c;
-    }
-    if (line.size() > longestPassword) {
+Result<std::string> passwordFrom(int descriptor) {
+    const InputLine line =
+        readInputLine(descriptor, longestPassword, [] { return isInterrupted != 0; });
+    if (line.isTooLong) {
         return Error{translated("the password is too long"), {}, {}};
     }
-    return line.empty() || isInterrupted != 0 ? Result<std::string>(noPassword()) : line;
+    return line.text.empty() || isInterrupted != 0 ? Result<std::string>(noPassword()) : line.text;
 }
 
 void show(int terminal, const std::string& text) {
@@ -107,14 +97,14 @@ Result<std::string> askForPassword(const std::string& question) {
     show(terminal.get(), question);
     const Interruption interruption;
     const HiddenInput hidden(terminal.get());
-    Result<std::string> password = readLine(terminal.get());
+    Result<std::string> password = passwordFrom(terminal.get());
     show(terminal.get(), "\n");
     return password;
 }
 
 Result<std::string> readPassword() {
     isInterrupted = 0;
-    return readLine(STDIN_FILENO);
+    return passwordFrom(STDIN_FILENO);
 }
 
 } // namespace quorvel::app

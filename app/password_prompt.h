@@ -10,7 +10,7 @@ namespace quorvel::app {
 // Asks on the terminal and does not show what is typed. The error has all that the user needs.
 Result<std::string> askForPassword(const std::string& question);
 
-// The first line of standard input.
+// The next line of standard input.
 Result<std::string> readPassword();
 
 } // namespace quorvel::app

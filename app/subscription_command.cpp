@@ -3,9 +3,13 @@
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
+#include <unistd.h>
+
+#include "app/input_line.h"
 #include "app/messages.h"
 #include "app/password_prompt.h"
 #include "app/preferences_choice.h"
@@ -198,8 +202,16 @@ CommandResult<Subscriptions> subscriptionsIn(const std::string& folder) {
     return list ? CommandResult<Subscriptions>(*std::move(list)) : operationFailure(list.error());
 }
 
+// An address may be a secret, and everybody can read the arguments of a process.
+std::string addressOf(const CommandLine& line) {
+    constexpr std::string_view standardInput = "-";
+    constexpr std::size_t longestAddress = 16384; // bytes; longer ones are cut, and refused then
+    return *line.subscribe == standardInput ? readInputLine(STDIN_FILENO, longestAddress).text
+                                            : *line.subscribe;
+}
+
 CommandResult<void> subscribe(const CommandLine& line, const std::string& folder) {
-    const Result<RemoteCalendar> calendar = freedesktop::parseRemoteCalendar(*line.subscribe);
+    const Result<RemoteCalendar> calendar = freedesktop::parseRemoteCalendar(addressOf(line));
     if (!calendar) {
         return usageFailure(calendar.error());
     }
@@ -224,8 +236,10 @@ Subscriptions matches(const std::string& name, const Subscriptions& list,
     Subscriptions found;
     for (const Subscription& subscription : list) {
         const std::string label = asciiLowerCase(labelOf(subscription, cache));
-        const bool isMeant = calendar ? subscription.url == calendar->url
-                                      : label == asciiLowerCase(name) || subscription.host == name;
+        const bool isMeant = calendar
+                                 ? subscription.url == calendar->url
+                                 : label == asciiLowerCase(name) || subscription.host == name ||
+                                       calendarIdentifierOf(subscription) == name;
         if (isMeant) {
             found.push_back(subscription);
         }

@@ -4,6 +4,7 @@
 
 #include <sys/stat.h>
 
+#include "freedesktop/calendars/subscriptions/copied_sources.h"
 #include "freedesktop/calendars/subscriptions/subscription_list.h"
 #include "tests/app/refresh/secret_service.h"
 #include "tests/app/refresh/server_fixture.h"
@@ -73,6 +74,21 @@ TEST_F(SubscribeCommandTest, CalendarIsFetchedAndShown) {
     EXPECT_TRUE(contains(agenda(), "Lunch"));
     EXPECT_EQ(server.requests().size(), 1U);
     EXPECT_TRUE(contains(settings({}).output, "Team"));
+}
+
+TEST_F(SubscribeCommandTest, AddressMayComeFromStandardInput) {
+    m_standardInput = write("input", url + "\nanother line\n").string();
+    EXPECT_EQ(subscribe("-").output, "Subscribed to 'Team'.\n");
+    ASSERT_EQ(list().size(), 1U);
+    EXPECT_EQ(list().at(0).url, url);
+    m_standardInput = write("input", "\n").string();
+    const RunResult empty = subscribe("-");
+    EXPECT_EQ(empty.status, 2);
+    EXPECT_EQ(empty.errors, "quorvel: this is not the address of a calendar on a server: give one "
+                            "that begins with 'https:' or 'webcal:'\n");
+    m_standardInput = write("input", "https://example.org/" + std::string(100000, 'a')).string();
+    EXPECT_EQ(subscribe("-").status, 2);
+    EXPECT_EQ(list().size(), 1U);
 }
 
 TEST_F(SubscribeCommandTest, TitleReplacesTheCalendarsOwn) {
@@ -159,6 +175,17 @@ TEST_F(SubscribeCommandTest, UnsubscribingRemovesTheCopy) {
     EXPECT_EQ(settings({"--unsubscribe", server.url("/other")}).output,
               "Unsubscribed from 'Other'.\n");
     EXPECT_TRUE(list().empty());
+}
+
+TEST_F(SubscribeCommandTest, IdentifierNamesOneOfTwoWithTheSameTitle) {
+    server.on("/other", answering(answer(calendarText("Team"))));
+    ASSERT_EQ(subscribe(url).status, 0);
+    ASSERT_EQ(subscribe(server.url("/other")).status, 0);
+    const std::string identifier = freedesktop::calendarIdentifierOf(list().at(0));
+    EXPECT_TRUE(contains(settings({}).output, identifier));
+    EXPECT_EQ(settings({"--unsubscribe", identifier}).output, "Unsubscribed from 'Team'.\n");
+    ASSERT_EQ(list().size(), 1U);
+    EXPECT_EQ(list().at(0).url, server.url("/other"));
 }
 
 TEST_F(SubscribeCommandTest, UnknownAndAmbiguousNamesAreRefused) {
@@ -253,6 +280,14 @@ TEST_F(SubscribePasswordTest, IsInTheSecretServiceAloneAndUsedLater) {
     EXPECT_TRUE(contains(agenda(), "Lunch"));
     EXPECT_EQ(settings({"--unsubscribe", "Team"}).errors, "");
     EXPECT_EQ(service->secretCount(), 0);
+}
+
+TEST_F(SubscribePasswordTest, PasswordFollowsTheAddressOnStandardInput) {
+    startService();
+    m_standardInput = write("input", url + "\ngeheim-17\n").string();
+    const RunResult result = subscribe("-", {"--user", "me", "--password-stdin"});
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.output, "Subscribed to 'Team'.\n");
 }
 
 TEST_F(SubscribePasswordTest, WrongPasswordIsNotLeftBehind) {
