@@ -44,7 +44,7 @@ Result<std::vector<ListedCalendar>> parseCalendarList(std::string_view document)
         }
         calendars.push_back({textMember(entry, "identifier"), textMember(entry, "title"),
                              textMember(entry, "color"), textMember(entry, "store"),
-                             flagMember(entry, "selected")});
+                             flagMember(entry, "selected"), SubscriptionState::none});
     }
     return calendars;
 }

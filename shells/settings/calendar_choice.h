@@ -10,12 +10,15 @@
 
 namespace quorvel::settings_pages {
 
+enum class SubscriptionState { none, fetched, neverFetched };
+
 struct ListedCalendar {
     std::string identifier;
     std::string title;
     std::string colour; // "#RRGGBBAA"; empty: it has none
     std::string origin; // where it comes from; may be empty
     bool isShown = false;
+    SubscriptionState subscription = SubscriptionState::none;
 };
 
 // What `quorvel settings calendars --json` prints. The error is another document.

@@ -44,7 +44,8 @@ std::string textOf(const BytesHandle& bytes) {
     return data != nullptr ? std::string(data, size) : std::string();
 }
 
-ObjectHandle<GSubprocess> start(const std::vector<std::string>& arguments, ErrorHandle& failure) {
+ObjectHandle<GSubprocess> start(const std::vector<std::string>& arguments, bool hasInput,
+                                ErrorHandle& failure) {
     std::vector<const char*> pointers;
     pointers.reserve(arguments.size() + 1);
     for (const std::string& argument : arguments) {
@@ -52,8 +53,9 @@ ObjectHandle<GSubprocess> start(const std::vector<std::string>& arguments, Error
     }
     pointers.push_back(nullptr);
     GError* error = nullptr;
-    const auto flags = static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDOUT_PIPE |
-                                                     G_SUBPROCESS_FLAGS_STDERR_PIPE);
+    const auto flags = static_cast<GSubprocessFlags>(
+        G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_STDERR_PIPE |
+        (hasInput ? G_SUBPROCESS_FLAGS_STDIN_PIPE : G_SUBPROCESS_FLAGS_NONE));
     ObjectHandle<GSubprocess> process(g_subprocess_newv(pointers.data(), flags, &error));
     failure.reset(error);
     return process;
@@ -62,13 +64,13 @@ ObjectHandle<GSubprocess> start(const std::vector<std::string>& arguments, Error
 } // namespace
 
 ProgramRun::ProgramRun(const std::vector<std::string>& arguments, double seconds,
-                       std::function<void(const ProgramResult&)> onEnd)
+                       std::function<void(const ProgramResult&)> onEnd, const std::string& input)
     : m_state(std::make_shared<State>()) {
     State& state = *m_state;
     state.onEnd = std::move(onEnd);
     state.cancellable.reset(g_cancellable_new());
     ErrorHandle failure;
-    state.process = start(arguments, failure);
+    state.process = start(arguments, !input.empty(), failure);
     const std::weak_ptr<State> weak = m_state;
     if (!state.process) {
         state.deadline = std::make_unique<freedesktop::DelayedCall>(
@@ -104,7 +106,8 @@ ProgramRun::ProgramRun(const std::vector<std::string>& arguments, double seconds
                  shared->isTooSlow ? translated(text::programTooSlow) : textOf(errorsHandle)});
         }
     };
-    g_subprocess_communicate_async(state.process.get(), nullptr, state.cancellable.get(), ended,
+    const BytesHandle bytes(input.empty() ? nullptr : g_bytes_new(input.data(), input.size()));
+    g_subprocess_communicate_async(state.process.get(), bytes.get(), state.cancellable.get(), ended,
                                    std::make_unique<std::weak_ptr<State>>(weak).release());
 }
 

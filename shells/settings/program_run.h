@@ -19,9 +19,9 @@ class ProgramRun {
 public:
     // `onEnd` is called once, also where the program cannot be started, in which case the errors
     // say why. A program that takes longer than the seconds is killed. The call may destroy the
-    // run.
+    // run. `input`: what the program finds on its standard input; empty: that of this process.
     ProgramRun(const std::vector<std::string>& arguments, double seconds,
-               std::function<void(const ProgramResult&)> onEnd);
+               std::function<void(const ProgramResult&)> onEnd, const std::string& input = {});
     ~ProgramRun(); // kills the program; the function is not called afterwards
     ProgramRun(const ProgramRun&) = delete;
     ProgramRun& operator=(const ProgramRun&) = delete;
