@@ -25,15 +25,17 @@ GtkWidget* makeColour(const std::string& colour) {
 
 } // namespace
 
-CalendarRow::CalendarRow(ListedCalendar calendar, std::function<void(bool isShown)> onSwitched)
+CalendarRow::CalendarRow(ListedCalendar calendar, std::function<void(bool isShown)> onSwitched,
+                         std::function<void()> onUnsubscribe)
     : m_calendar(std::move(calendar))
     , m_row(ADW_ACTION_ROW(g_object_ref_sink(adw_action_row_new())))
     , m_switch(gtk_switch_new()) {
-    const std::string title =
-        m_calendar.title.empty() ? translated(text::untitledCalendar) : m_calendar.title;
-    setRowTexts(m_row.get(), title, m_calendar.origin);
+    setRowTexts(m_row.get(), title(), origin());
     adw_action_row_add_prefix(m_row.get(), makeColour(m_calendar.colour));
-    addControl(m_row.get(), m_switch, title);
+    if (isSubscribed()) {
+        addUnsubscribeButton(std::move(onUnsubscribe));
+    }
+    addControl(m_row.get(), m_switch, title());
     m_signals.connect(m_switch, "notify::active", [this, switched = std::move(onSwitched)] {
         if (!m_isShowing) {
             switched(gtk_switch_get_active(GTK_SWITCH(m_switch)) != FALSE);
@@ -41,11 +43,41 @@ CalendarRow::CalendarRow(ListedCalendar calendar, std::function<void(bool isShow
     });
 }
 
+std::string CalendarRow::title() const {
+    return m_calendar.title.empty() ? translated(text::untitledCalendar) : m_calendar.title;
+}
+
+bool CalendarRow::isSubscribed() const {
+    return m_calendar.subscription != SubscriptionState::none;
+}
+
+std::string CalendarRow::origin() const {
+    return m_calendar.subscription == SubscriptionState::neverFetched
+               ? filled(translated(text::neverFetched), {m_calendar.origin})
+               : m_calendar.origin;
+}
+
+void CalendarRow::addUnsubscribeButton(std::function<void()> onUnsubscribe) {
+    m_unsubscribeButton =
+        makeIconButton("user-trash-symbolic", filled(translated(text::unsubscribeFrom), {title()}));
+    adw_action_row_add_suffix(m_row.get(), m_unsubscribeButton);
+    m_signals.connect(m_unsubscribeButton, "clicked", std::move(onUnsubscribe));
+}
+
+// A subscription can end whoever chooses the calendars, so that only its switch is insensitive.
 void CalendarRow::show(bool isShown, bool canSwitch) {
     m_isShowing = true;
     gtk_switch_set_active(GTK_SWITCH(m_switch), isShown ? TRUE : FALSE);
-    gtk_widget_set_sensitive(widget(), canSwitch ? TRUE : FALSE);
+    gtk_widget_set_sensitive(isSubscribed() ? m_switch : widget(), canSwitch ? TRUE : FALSE);
     m_isShowing = false;
+}
+
+void CalendarRow::setRemoving(bool isRemoving) {
+    gtk_widget_set_sensitive(m_unsubscribeButton, isRemoving ? FALSE : TRUE);
+}
+
+void CalendarRow::showProblem(const std::string& sentence) {
+    adw_action_row_set_subtitle(m_row.get(), sentence.c_str());
 }
 
 } // namespace quorvel::settings_pages

@@ -8,7 +8,7 @@
 #include "shells/settings/setting_texts.h"
 #include "shells/settings/settings_model.h"
 #include "shells/settings/settings_text.h"
-#include "shells/settings/welcome_page.h"
+#include "shells/settings/subscriptions.h"
 #include "shells/settings/widget_tools.h"
 
 namespace quorvel::settings_pages {
@@ -25,7 +25,7 @@ constexpr double longestRun = 30; // seconds
 bool haveSameRows(const std::vector<ListedCalendar>& a, const std::vector<ListedCalendar>& b) {
     return std::ranges::equal(a, b, [](const ListedCalendar& x, const ListedCalendar& y) {
         return x.identifier == y.identifier && x.title == y.title && x.colour == y.colour &&
-               x.origin == y.origin;
+               x.origin == y.origin && x.subscription == y.subscription;
     });
 }
 
@@ -33,8 +33,7 @@ bool haveSameRows(const std::vector<ListedCalendar>& a, const std::vector<Listed
 
 CalendarsGroup::CalendarsGroup(AdwPreferencesGroup* group, const SettingDescription& follow,
                                SettingsModel& model, const ScratchFolder& scratch,
-                               std::string program, const std::string& guide,
-                               std::function<void(bool hasCalendars)> onListed)
+                               std::string program, std::function<void(bool hasCalendars)> onListed)
     : m_group(group)
     , m_model(model)
     , m_scratch(scratch)
@@ -44,7 +43,6 @@ CalendarsGroup::CalendarsGroup(AdwPreferencesGroup* group, const SettingDescript
     , m_status(ADW_ACTION_ROW(adw_action_row_new())) {
     addFollowRow(follow);
     adw_preferences_group_add(m_group, GTK_WIDGET(m_status));
-    addHelpRow(guide);
     showStatus(translated(text::calendarsLoading));
     refresh();
 }
@@ -59,16 +57,6 @@ void CalendarsGroup::addFollowRow(const SettingDescription& follow) {
             switchFollowing();
         }
     });
-}
-
-void CalendarsGroup::addHelpRow(const std::string& guide) {
-    auto* const row = ADW_ACTION_ROW(adw_action_row_new());
-    setRowTexts(row, translated(text::addCalendars), translated(text::addCalendarsMeaning));
-    adw_action_row_add_suffix(row, gtk_image_new_from_icon_name("go-next-symbolic"));
-    gtk_list_box_row_set_activatable(GTK_LIST_BOX_ROW(row), TRUE);
-    m_helpRow = GTK_WIDGET(row);
-    adw_preferences_group_add(m_group, m_helpRow);
-    m_signals.connect(row, "activated", [this, guide] { showWelcomeDialog(m_helpRow, guide); });
 }
 
 void CalendarsGroup::switchFollowing() {
@@ -94,7 +82,8 @@ void CalendarsGroup::refresh() {
 void CalendarsGroup::showList(const ProgramResult& result) {
     auto calendars = parseCalendarList(result.output);
     if (calendars) {
-        showCalendars(*std::move(calendars));
+        showCalendars(
+            withSubscriptions(*std::move(calendars), readSubscriptionList(m_model.folder())));
     } else {
         showStatus(filled(translated(text::calendarsNotListed), {failureReason(result.errors)}));
     }
@@ -116,17 +105,56 @@ void CalendarsGroup::rebuildRows() {
         adw_preferences_group_remove(m_group, row->widget());
     }
     m_rows.clear();
-    adw_preferences_group_remove(m_group, GTK_WIDGET(g_object_ref(m_helpRow)));
     for (const ListedCalendar& calendar : m_calendars) {
-        m_rows.push_back(std::make_unique<CalendarRow>(
-            calendar, [this, identifier = calendar.identifier](bool isOn) {
-                m_model.selectCalendars(
-                    withCalendar(m_model.calendarSelection(), identifier, isOn));
-            }));
-        adw_preferences_group_add(m_group, m_rows.back()->widget());
+        addRow(calendar);
     }
-    adw_preferences_group_add(m_group, m_helpRow); // stays the last
-    g_object_unref(m_helpRow);
+}
+
+void CalendarsGroup::addRow(const ListedCalendar& calendar) {
+    const std::string identifier = calendar.identifier;
+    m_rows.push_back(std::make_unique<CalendarRow>(
+        calendar,
+        [this, identifier](bool isOn) {
+            m_model.selectCalendars(withCalendar(m_model.calendarSelection(), identifier, isOn));
+        },
+        [this, identifier] { askToUnsubscribe(identifier); }));
+    adw_preferences_group_add(m_group, m_rows.back()->widget());
+}
+
+CalendarRow* CalendarsGroup::rowOf(const std::string& identifier) const {
+    const auto row = std::ranges::find(
+        m_rows, identifier, [](const auto& each) { return each->calendar().identifier; });
+    return row != m_rows.end() ? row->get() : nullptr;
+}
+
+void CalendarsGroup::askToUnsubscribe(const std::string& identifier) {
+    if (const CalendarRow* const row = rowOf(identifier)) {
+        m_dialog = std::make_unique<UnsubscribeDialog>(
+            GTK_WIDGET(m_group), row->title(), [this, identifier] { unsubscribe(identifier); });
+    }
+}
+
+void CalendarsGroup::unsubscribe(const std::string& identifier) {
+    if (CalendarRow* const row = rowOf(identifier)) {
+        row->setRemoving(true);
+        m_removals[identifier] = std::make_unique<ProgramRun>(
+            unsubscribeCommand(m_program, m_model.folder(), identifier), longestRun,
+            [this, identifier](const ProgramResult& result) {
+                finishUnsubscribing(identifier, result);
+            });
+    }
+}
+
+void CalendarsGroup::finishUnsubscribing(const std::string& identifier,
+                                         const ProgramResult& result) {
+    const std::string ended = identifier; // the run owns the argument
+    m_removals.erase(ended);
+    if (CalendarRow* const row = rowOf(ended); row != nullptr && !result.hasSucceeded) {
+        row->setRemoving(false);
+        row->showProblem(filled(translated(text::notUnsubscribed), {failureReason(result.errors)}));
+    } else {
+        refresh();
+    }
 }
 
 void CalendarsGroup::showStatus(const std::string& status) {

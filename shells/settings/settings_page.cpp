@@ -38,6 +38,7 @@ SettingsPage::SettingsPage(SettingsPageOptions options, platform::SystemLog& log
     adw_preferences_page_set_icon_name(m_page.get(), "preferences-system-symbolic");
     addAction("undo", [this] { undo(); });
     addAction("reset-all", [this] { m_model.resetAll(); });
+    addAction("subscribe", [this] { startSubscribing(); });
     addUndoKey();
     adw_preferences_page_add(m_page.get(), m_problem.group());
     addHostGroups();
@@ -89,14 +90,7 @@ void SettingsPage::addSettings(std::string_view name) {
 
 void SettingsPage::addSetting(AdwPreferencesGroup* group, const SettingDescription& setting) {
     if (setting.key == followKey) {
-        m_calendars = std::make_unique<CalendarsGroup>(
-            group, setting, m_model, m_scratch, m_options.program,
-            m_options.dataFolder + "/your-calendars.md", [this](bool hasCalendars) {
-                m_preview.setHasCalendars(hasCalendars);
-                if (m_options.onCalendarsListed) {
-                    m_options.onCalendarsListed(hasCalendars);
-                }
-            });
+        addCalendars(group, setting);
     } else if (setting.key == iconKey) {
         m_iconRows = std::make_unique<IconRows>(group, setting, m_model, m_options.dataFolder);
     } else {
@@ -105,6 +99,27 @@ void SettingsPage::addSetting(AdwPreferencesGroup* group, const SettingDescripti
                              : makeValueRow(setting, m_model));
         adw_preferences_group_add(group, m_rows.back()->widget());
     }
+}
+
+void SettingsPage::addCalendars(AdwPreferencesGroup* group, const SettingDescription& follow) {
+    m_calendars = std::make_unique<CalendarsGroup>(
+        group, follow, m_model, m_scratch, m_options.program, [this](bool hasCalendars) {
+            m_preview.setHasCalendars(hasCalendars);
+            if (m_options.onCalendarsListed) {
+                m_options.onCalendarsListed(hasCalendars);
+            }
+        });
+    const AddCalendarsOptions options{m_options.program, m_options.preferencesFolder,
+                                      m_options.dataFolder + "/your-calendars.md", m_actions.get(),
+                                      [this] { refresh(); }};
+    m_addCalendars = std::make_unique<AddCalendarsGroup>(addGroup(""), options);
+}
+
+void SettingsPage::startSubscribing() {
+    if (m_options.showPage) {
+        m_options.showPage();
+    }
+    m_addCalendars->startSubscribing();
 }
 
 void SettingsPage::addResetGroup() {
@@ -165,6 +180,7 @@ void SettingsPage::update() {
     m_calendars->update();
     setActionEnabled("undo", canChange && m_model.canUndo());
     setActionEnabled("reset-all", canChange && m_model.canReset());
+    setActionEnabled("subscribe", canChange);
 }
 
 void SettingsPage::refresh() {

@@ -10,6 +10,7 @@
 
 #include "freedesktop/glib/handles.h"
 #include "freedesktop/session/file_changes.h"
+#include "shells/settings/add_calendars_group.h"
 #include "shells/settings/calendars_group.h"
 #include "shells/settings/icon_rows.h"
 #include "shells/settings/preview.h"
@@ -28,6 +29,7 @@ struct SettingsPageOptions {
     std::string dataFolder; // with the pictures and the guide that come with the program
     std::function<void(AdwToast* toast)> showToast;           // takes the toast
     std::function<void(bool hasCalendars)> onCalendarsListed; // may be null
+    std::function<void()> showPage;           // brings the page to view; null: it always is
     bool showsPreview = false;                // on the page; otherwise the host shows it elsewhere
     AdwPreferencesGroup* hostGroup = nullptr; // of the host's own settings; null: none
 };
@@ -43,7 +45,7 @@ public:
 
     AdwPreferencesPage* page() const { return m_page.get(); }
     GtkWidget* preview() const { return m_preview.widget(); }
-    // The actions "undo" and "reset-all", to be inserted as the group "settings".
+    // The actions "undo", "reset-all" and "subscribe", to be inserted as the group "settings".
     GActionGroup* actions() const { return G_ACTION_GROUP(m_actions.get()); }
     void refresh(); // of what changes without a notice: the preview and the list of calendars
 
@@ -53,6 +55,8 @@ private:
     AdwPreferencesGroup* addGroup(const std::string& title);
     void addSettings(std::string_view name);
     void addSetting(AdwPreferencesGroup* group, const freedesktop::SettingDescription& setting);
+    void addCalendars(AdwPreferencesGroup* group, const freedesktop::SettingDescription& follow);
+    void startSubscribing();
     void addResetGroup();
     void addAction(const char* name, std::function<void()> run);
     void undo();
@@ -71,6 +75,7 @@ private:
     std::vector<std::unique_ptr<SettingRow>> m_rows;
     std::unique_ptr<IconRows> m_iconRows;
     std::unique_ptr<CalendarsGroup> m_calendars;
+    std::unique_ptr<AddCalendarsGroup> m_addCalendars;
     UndoOffer m_undoOffer;
     freedesktop::FileChanges m_fileChanges;
     SignalConnections m_signals;

@@ -44,6 +44,14 @@ constexpr const char* addCalendarsTitle = translatable("Add Calendars");
 constexpr const char* addCalendarsMeaning =
     translatable("For each kind of calendar: what to do, and when it is shown.");
 
+constexpr const char* subscribeTo = translatable("Subscribe to a calendar on the web");
+constexpr const char* subscribe = translatable("Subscribe");
+constexpr const char* subscribing = translatable("The calendar is being fetched…");
+constexpr const char* notSubscribed = translatable("The calendar was not added");
+constexpr const char* unsubscribe = translatable("_Unsubscribe");
+constexpr const char* unsubscribeMeaning =
+    translatable("The calendar is no longer shown here. To subscribe again, you need its address.");
+
 constexpr const char* preview = translatable("Preview of the agenda with these settings");
 constexpr const char* previewMine = translatable("_My Calendars");
 constexpr const char* previewSample = translatable("_Sample");
@@ -101,8 +109,7 @@ constexpr const char* kindFileSteps =
     translatable("Put the file into the folder ~/.calendars. It is shown as soon as it is there.");
 constexpr const char* kindSubscription = translatable("A calendar on the web");
 constexpr const char* kindSubscriptionSteps = translatable(
-    "In a terminal, run: quorvel settings calendars --subscribe ADDRESS. It is read again every "
-    "hour.");
+    "Enter its address, which begins with https: or webcal:. It is read again every hour.");
 
 // Sentences around a name.
 constexpr const char* quoted = translatable("“{1}”");
@@ -111,6 +118,10 @@ constexpr const char* changed = translatable("{1} changed");
 constexpr const char* applicationMissing = translatable("{1} is not installed");
 constexpr const char* previewFailed = translatable("There is no preview: {1}");
 constexpr const char* guideNotOpened = translatable("The guide cannot be opened: {1}");
+constexpr const char* unsubscribeFrom = translatable("Unsubscribe from “{1}”");
+constexpr const char* unsubscribeQuestion = translatable("Unsubscribe from “{1}”?");
+constexpr const char* notUnsubscribed = translatable("The subscription has not ended: {1}");
+constexpr const char* neverFetched = translatable("{1}, not fetched yet");
 constexpr const char* calendarsNotListed =
     translatable("The list of calendars cannot be read: {1}");
 

@@ -41,7 +41,8 @@ SettingsWindow::SettingsWindow(AdwApplication* application, const SettingsWindow
     , m_toasts(ADW_TOAST_OVERLAY(adw_toast_overlay_new()))
     , m_page({options.preferencesFolder, options.program, options.dataFolder,
               [this](AdwToast* toast) { adw_toast_overlay_add_toast(m_toasts, toast); },
-              [this](bool hasCalendars) { showWelcome(hasCalendars); }, false, nullptr},
+              [this](bool hasCalendars) { showWelcome(hasCalendars); }, [this] { showSettings(); },
+              false, nullptr},
              log) {
     gtk_window_set_title(m_window.get(), translated(text::windowTitle));
     gtk_window_set_icon_name(m_window.get(), "org.quorvel.Quorvel");
@@ -118,20 +119,22 @@ GtkWidget* SettingsWindow::makeWelcome(const std::string& guide) {
     gtk_widget_set_halign(button, GTK_ALIGN_CENTER);
     gtk_widget_set_margin_top(button, margin);
     gtk_widget_set_margin_bottom(button, margin);
-    m_signals.connect(button, "clicked", [this] {
-        gtk_stack_set_visible_child_name(GTK_STACK(m_stack), settingsName);
-    });
+    m_signals.connect(button, "clicked", [this] { showSettings(); });
     GtkWidget* const box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
     gtk_box_append(GTK_BOX(box), makeWelcomePage(translated(text::welcomeTitle), guide));
     gtk_box_append(GTK_BOX(box), button);
     return box;
 }
 
+void SettingsWindow::showSettings() {
+    gtk_stack_set_visible_child_name(GTK_STACK(m_stack), settingsName);
+}
+
 // Only at the beginning, so that nobody is taken away from the settings; and no longer than there
 // are none.
 void SettingsWindow::showWelcome(bool hasCalendars) {
     if (hasCalendars) {
-        gtk_stack_set_visible_child_name(GTK_STACK(m_stack), settingsName);
+        showSettings();
     } else if (!m_hasListed) {
         gtk_stack_set_visible_child_name(GTK_STACK(m_stack), welcomeName);
     }

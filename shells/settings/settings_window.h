@@ -37,6 +37,7 @@ private:
     GtkWidget* makeHeader();
     GtkWidget* makeSettings();
     GtkWidget* makeWelcome(const std::string& guide);
+    void showSettings();
     void showWelcome(bool hasCalendars);
     void showAbout();
 

@@ -23,13 +23,12 @@ struct CalendarKind {
     const char* steps;
 };
 
-constexpr std::array<CalendarKind, 6> calendarKinds{{
+constexpr std::array<CalendarKind, 5> calendarKinds{{
     {text::kindDesktop, text::kindDesktopSteps},
     {text::kindOnline, text::kindOnlineSteps},
     {text::kindThunderbird, text::kindThunderbirdSteps},
     {text::kindKde, text::kindKdeSteps},
     {text::kindFile, text::kindFileSteps},
-    {text::kindSubscription, text::kindSubscriptionSteps},
 }};
 
 constexpr int margin = 12; // points
@@ -46,6 +45,16 @@ GtkWidget* makeKind(const CalendarKind& kind) {
     gtk_widget_set_margin_bottom(steps, margin);
     adw_expander_row_add_row(ADW_EXPANDER_ROW(row), steps);
     return row;
+}
+
+// Leads to the entry of the settings.
+GtkWidget* makeSubscriptionKind() {
+    auto* const row = ADW_ACTION_ROW(adw_action_row_new());
+    setRowTexts(row, translated(text::kindSubscription), translated(text::kindSubscriptionSteps));
+    adw_action_row_add_suffix(row, gtk_image_new_from_icon_name("go-next-symbolic"));
+    gtk_list_box_row_set_activatable(GTK_LIST_BOX_ROW(row), TRUE);
+    gtk_actionable_set_action_name(GTK_ACTIONABLE(row), "settings.subscribe");
+    return GTK_WIDGET(row);
 }
 
 // What opens the guide, and what says that it cannot be opened.
@@ -107,6 +116,7 @@ GtkWidget* makeWelcomePage(const char* title, const std::string& guide) {
     for (const CalendarKind& kind : calendarKinds) {
         adw_preferences_group_add(ADW_PREFERENCES_GROUP(kinds), makeKind(kind));
     }
+    adw_preferences_group_add(ADW_PREFERENCES_GROUP(kinds), makeSubscriptionKind());
     GtkWidget* const box = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
     gtk_box_append(GTK_BOX(box), kinds);
     addGuide(GTK_BOX(box), guide);
@@ -115,10 +125,14 @@ GtkWidget* makeWelcomePage(const char* title, const std::string& guide) {
     return page;
 }
 
-void showWelcomeDialog(GtkWidget* widget, const std::string& guide) {
-    gtk_window_present(
-        GTK_WINDOW(makeDialogWindow(widget, translated(text::addCalendars),
-                                    makeWelcomePage(translated(text::addCalendarsTitle), guide))));
+void showWelcomeDialog(GtkWidget* widget, const std::string& guide, GSimpleActionGroup* actions) {
+    AdwWindow* const dialog =
+        makeDialogWindow(widget, translated(text::addCalendars),
+                         makeWelcomePage(translated(text::addCalendarsTitle), guide));
+    gtk_widget_insert_action_group(GTK_WIDGET(dialog), "settings", G_ACTION_GROUP(actions));
+    g_signal_connect_object(g_action_map_lookup_action(G_ACTION_MAP(actions), "subscribe"),
+                            "activate", G_CALLBACK(gtk_window_close), dialog, G_CONNECT_SWAPPED);
+    gtk_window_present(GTK_WINDOW(dialog));
 }
 
 } // namespace quorvel::settings_pages

@@ -1,6 +1,30 @@
 #include "shells/settings/widget_tools.h"
 
+#include <algorithm>
+#include <memory>
+
 namespace quorvel::settings_pages {
+
+namespace {
+
+void scrollToPlaceOf(GtkWidget* widget) {
+    GtkWidget* const viewport = gtk_widget_get_ancestor(widget, GTK_TYPE_VIEWPORT);
+    graphene_rect_t frame; // within all that can be scrolled to
+    if (viewport == nullptr ||
+        gtk_widget_compute_bounds(widget, gtk_viewport_get_child(GTK_VIEWPORT(viewport)), &frame) ==
+            FALSE) {
+        return;
+    }
+    GtkAdjustment* const position = gtk_scrollable_get_vadjustment(GTK_SCROLLABLE(viewport));
+    const double top = frame.origin.y;
+    const double bottom = top + frame.size.height;
+    const double shownAbove = bottom - gtk_adjustment_get_page_size(position);
+    // Setting the value also ends a motion that began before the widgets had their places.
+    gtk_adjustment_set_value(
+        position, std::min(std::max(gtk_adjustment_get_value(position), shownAbove), top));
+}
+
+} // namespace
 
 void setAccessibleName(GtkWidget* widget, const std::string& name) {
     // Some versions of the toolkit read both the name and what labels the widget.
@@ -40,6 +64,21 @@ GtkWidget* makeIconButton(const char* icon, const std::string& name) {
     gtk_widget_set_tooltip_text(button, name.c_str());
     setAccessibleName(button, name);
     return button;
+}
+
+void scrollIntoView(GtkWidget* widget) {
+    constexpr int framesUntilPlaced = 3;
+    const GtkTickCallback passed = [](GtkWidget* passing, GdkFrameClock*,
+                                      gpointer frames) -> gboolean {
+        if (--*static_cast<int*>(frames) > 0) {
+            return G_SOURCE_CONTINUE;
+        }
+        scrollToPlaceOf(passing);
+        return G_SOURCE_REMOVE;
+    };
+    const GDestroyNotify destroy = [](gpointer frames) { delete static_cast<int*>(frames); };
+    gtk_widget_add_tick_callback(widget, passed, std::make_unique<int>(framesUntilPlaced).release(),
+                                 destroy);
 }
 
 GtkWidget* makeParagraph(const std::string& text) {

@@ -24,6 +24,10 @@ void nameByMnemonic(GtkWidget* button, const std::string& text);
 // tooltip.
 GtkWidget* makeIconButton(const char* icon, const std::string& name);
 
+// Scrolls what surrounds the widget as far as it takes to show all of it, once new widgets have got
+// their places.
+void scrollIntoView(GtkWidget* widget);
+
 // A label that wraps and can be selected with the keyboard, so that its text can be copied.
 GtkWidget* makeParagraph(const std::string& text);
 
