@@ -239,6 +239,11 @@ std::optional<ProgramCall> FreedesktopPlatform::refreshCall() const {
     return m_services->calendars.subscriptions().refreshCall();
 }
 
+std::optional<ProgramCall>
+FreedesktopPlatform::refreshCallForOlderThan(std::int64_t seconds) const {
+    return m_services->calendars.subscriptions().refreshCallForOlderThan(seconds);
+}
+
 void FreedesktopPlatform::setCalendarsChangedHandler(std::function<void()> onChange) {
     m_services->calendars.setChangedHandler(std::move(onChange));
 }

@@ -124,6 +124,8 @@ public:
     std::optional<double> secondsUntilRefresh() const;
     // Fetches those that are due. Absent: none is.
     std::optional<ProgramCall> refreshCall() const;
+    // Fetches those, due or not, that were not asked for within that many seconds. Absent: none.
+    std::optional<ProgramCall> refreshCallForOlderThan(std::int64_t seconds) const;
     // Called when calendars that are not files change, or when calendars arrive that were not
     // waited for. Runs on the default main context of the thread that sets it. Null: none.
     void setCalendarsChangedHandler(std::function<void()> onChange);

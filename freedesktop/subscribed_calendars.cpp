@@ -96,10 +96,20 @@ std::optional<double> SubscribedCalendars::secondsUntilRefresh() const {
 }
 
 std::optional<ProgramCall> SubscribedCalendars::refreshCall() const {
-    const auto due = dueCopies(m_sources, m_cache, systemSeconds());
-    return due.empty() || m_options.refreshProgram.empty()
+    return callFor(dueCopies(m_sources, m_cache, systemSeconds()));
+}
+
+std::optional<ProgramCall>
+SubscribedCalendars::refreshCallForOlderThan(std::int64_t seconds) const {
+    const std::int64_t now = systemSeconds();
+    return callFor(copiesTriedBefore(m_sources, m_cache, now - seconds, now));
+}
+
+std::optional<ProgramCall>
+SubscribedCalendars::callFor(const std::vector<std::string>& urls) const {
+    return urls.empty() || m_options.refreshProgram.empty()
                ? std::nullopt
-               : std::optional(freedesktop::refreshCall(m_options, due));
+               : std::optional(freedesktop::refreshCall(m_options, urls));
 }
 
 // Addresses may be secrets, and everybody can read the arguments of a process.

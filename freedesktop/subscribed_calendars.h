@@ -2,6 +2,7 @@
 // may change at any time, and what is known about the copies of them.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <set>
 #include <string>
@@ -46,8 +47,11 @@ public:
     std::optional<double> secondsUntilRefresh() const;
     // Starts the refresh of those that are due; absent: none is.
     std::optional<ProgramCall> refreshCall() const;
+    // Likewise, of those that were not asked for within that many seconds, due or not.
+    std::optional<ProgramCall> refreshCallForOlderThan(std::int64_t seconds) const;
 
 private:
+    std::optional<ProgramCall> callFor(const std::vector<std::string>& urls) const;
     std::vector<CalendarProblem> problems(ProblemText text) const;
 
     SubscriptionOptions m_options;

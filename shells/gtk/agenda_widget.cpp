@@ -137,6 +137,7 @@ bool AgendaWidget::run(KeyCommand command) {
     }
     if (command == KeyCommand::present) {
         present();
+        m_presenter->fetchCalendars();
         return true;
     }
     AgendaRows& rows = m_host->rows();

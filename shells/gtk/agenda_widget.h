@@ -71,8 +71,8 @@ public:
     platform::CGSize wantedSize() const;
     void setGreatestHeight(platform::CGFloat height); // points
 
-    // Moves the focus of the rows, runs the action of a row, or presents again. False for all other
-    // commands.
+    // Moves the focus of the rows, runs the action of a row, or presents again and has subscribed
+    // calendars fetched. False for all other commands.
     bool run(KeyCommand command);
 
 private:

@@ -70,6 +70,8 @@ public:
         }
     }
 
+    void fetchCalendars() { m_subscriptions.fetchNow(); }
+
 private:
     platform::SystemLog& log() const { return m_platform.platform().systemLog; }
 
@@ -154,6 +156,10 @@ LivePresenter::~LivePresenter() = default;
 
 void LivePresenter::restart(const std::vector<RowDescription>& rows) {
     m_schedule->restart(rows);
+}
+
+void LivePresenter::fetchCalendars() {
+    m_schedule->fetchCalendars();
 }
 
 void LivePresenter::setPaused(bool isPaused) {

@@ -42,6 +42,9 @@ public:
     // While paused (a finger is on a row) nothing is presented. A presentation that became due in
     // the meantime follows at once.
     void setPaused(bool isPaused);
+    // Has the copies of calendars on servers fetched at once, also those that are not due, but none
+    // more often than once a minute. Nothing waits for them: they are presented when they arrive.
+    void fetchCalendars();
 
 private:
     class Schedule;

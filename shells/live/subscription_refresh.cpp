@@ -11,6 +11,13 @@ namespace quorvel::shells {
 
 using freedesktop::ChildProgram;
 using freedesktop::ProgramCall;
+using freedesktop::retryInterval;
+
+namespace {
+
+constexpr std::int64_t leastAge = 60; // seconds, of what the user wants to have fetched again
+
+} // namespace
 
 SubscriptionRefresh::SubscriptionRefresh(freedesktop::FreedesktopPlatform& platform)
     : m_platform(platform)
@@ -28,21 +35,33 @@ void SubscriptionRefresh::restart() {
         return;
     }
     const std::optional<ProgramCall> due = m_platform.refreshCall();
-    m_timer.start(due ? secondsUntilAllowed(due->input) : *seconds);
+    m_timer.start(due ? secondsUntilAllowed(due->input, retryInterval) : *seconds);
+}
+
+void SubscriptionRefresh::fetchNow() {
+    if (m_isPaused || m_program) {
+        return;
+    }
+    const std::optional<ProgramCall> call = m_platform.refreshCallForOlderThan(leastAge);
+    if (call && secondsUntilAllowed(call->input, leastAge) <= 0) {
+        start(*call);
+    }
+    restart();
 }
 
 // A program that could not even record its failure leaves the same calendars due.
-double SubscriptionRefresh::secondsUntilAllowed(const std::string& input) const {
+double SubscriptionRefresh::secondsUntilAllowed(const std::string& input,
+                                                std::int64_t interval) const {
     if (input != m_lastInput) {
         return 0;
     }
     const std::chrono::duration<double> sinceStart = SteadyClock::now() - m_lastStart;
-    return std::max(static_cast<double>(freedesktop::retryInterval) - sinceStart.count(), 0.0);
+    return std::max(static_cast<double>(interval) - sinceStart.count(), 0.0);
 }
 
 void SubscriptionRefresh::startIfDue() {
     const std::optional<ProgramCall> due = m_platform.refreshCall();
-    if (due && secondsUntilAllowed(due->input) <= 0) {
+    if (due && secondsUntilAllowed(due->input, retryInterval) <= 0) {
         start(*due);
     }
     restart();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -26,11 +27,13 @@ public:
     // Call it after each presentation, as other calendars may be due then.
     void restart();
     void setPaused(bool isPaused); // nothing is started while paused
+    // Has all fetched at once that were not asked for within the last minute, as the user wants it.
+    void fetchNow();
 
 private:
     using SteadyClock = std::chrono::steady_clock;
 
-    double secondsUntilAllowed(const std::string& input) const;
+    double secondsUntilAllowed(const std::string& input, std::int64_t interval) const;
     void startIfDue();
     void start(const freedesktop::ProgramCall& call);
 

@@ -59,6 +59,22 @@ std::vector<std::string> dueCopies(const std::vector<CalendarSource>& sources,
     return due;
 }
 
+// A time in the future was written before the clock was set back.
+std::vector<std::string> copiesTriedBefore(const std::vector<CalendarSource>& sources,
+                                           const SubscriptionCache& cache, std::int64_t since,
+                                           std::int64_t now) {
+    std::vector<std::string> urls;
+    for (const CalendarSource& source : sources) {
+        if (source.copy) {
+            const std::int64_t triedAt = cache.readState(source.copy->origin).triedAt;
+            if (triedAt < since || triedAt > now) {
+                urls.push_back(source.copy->origin);
+            }
+        }
+    }
+    return urls;
+}
+
 std::optional<std::int64_t> nextRefresh(const std::vector<CalendarSource>& sources,
                                         const SubscriptionCache& cache, std::int64_t now) {
     std::optional<std::int64_t> next;

@@ -31,6 +31,11 @@ std::vector<CalendarProblem> copyProblems(const std::vector<CalendarSource>& sou
 std::vector<std::string> dueCopies(const std::vector<CalendarSource>& sources,
                                    const SubscriptionCache& cache, std::int64_t now);
 
+// The URLs of the copies that were not fetched, or tried to be, since that time.
+std::vector<std::string> copiesTriedBefore(const std::vector<CalendarSource>& sources,
+                                           const SubscriptionCache& cache, std::int64_t since,
+                                           std::int64_t now);
+
 // When the next one of the copies is due, in seconds since 1970. Absent: no source is a copy.
 std::optional<std::int64_t> nextRefresh(const std::vector<CalendarSource>& sources,
                                         const SubscriptionCache& cache, std::int64_t now);

@@ -141,6 +141,43 @@ TEST_F(SubscriptionRefreshTest, NothingIsFetchedWhilePaused) {
     EXPECT_TRUE(hasRun());
 }
 
+TEST_F(SubscriptionRefreshTest, CurrentCopyIsFetchedWhenTheUserWantsIt) {
+    subscribe();
+    writeCopyOfAge(100);
+    start();
+    EXPECT_EQ(runs(), "");
+    presenter->fetchCalendars();
+    EXPECT_TRUE(hasRun());
+}
+
+TEST_F(SubscriptionRefreshTest, TheUserGetsNoCopyMoreOftenThanOnceAMinute) {
+    subscribe();
+    writeCopyOfAge(30);
+    start();
+    presenter->fetchCalendars();
+    runFor(0.5);
+    EXPECT_EQ(runs(), "");
+    writeCopyOfAge(-30); // the clock was set back
+    presenter->fetchCalendars();
+    EXPECT_TRUE(hasRun());
+    runFor(0.3);
+    presenter->fetchCalendars(); // the program has recorded nothing
+    runFor(0.5);
+    EXPECT_EQ(runs(), oneRun());
+}
+
+TEST_F(SubscriptionRefreshTest, TheUserDoesNotStartASecondProgram) {
+    subscribe();
+    writeCopyOfAge(100);
+    writeProgram("sleep 1");
+    start();
+    presenter->fetchCalendars();
+    EXPECT_TRUE(hasRun());
+    presenter->fetchCalendars();
+    runFor(0.3);
+    EXPECT_EQ(runs(), oneRun());
+}
+
 TEST_F(SubscriptionRefreshTest, NewSubscriptionIsFetched) {
     start();
     EXPECT_EQ(platform->secondsUntilRefresh(), std::nullopt);
