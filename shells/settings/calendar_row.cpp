@@ -64,10 +64,11 @@ void CalendarRow::addUnsubscribeButton(std::function<void()> onUnsubscribe) {
     m_signals.connect(m_unsubscribeButton, "clicked", std::move(onUnsubscribe));
 }
 
-// A subscription can end whoever chooses the calendars, so that only its switch is insensitive.
+// A subscription can end also while the desktop chooses the calendars, so that only its switch is
+// insensitive then.
 void CalendarRow::show(bool isShown, bool canSwitch) {
     m_isShowing = true;
-    gtk_switch_set_active(GTK_SWITCH(m_switch), isShown ? TRUE : FALSE);
+    setSwitch(m_switch, isShown);
     gtk_widget_set_sensitive(isSubscribed() ? m_switch : widget(), canSwitch ? TRUE : FALSE);
     m_isShowing = false;
 }

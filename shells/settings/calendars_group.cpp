@@ -174,7 +174,7 @@ bool CalendarsGroup::isShown(const ListedCalendar& calendar) const {
 void CalendarsGroup::update() {
     const bool follows = m_model.calendarSelection().followsDesktop;
     m_isShowing = true;
-    gtk_switch_set_active(GTK_SWITCH(m_follow), follows ? TRUE : FALSE);
+    setSwitch(m_follow, follows);
     m_isShowing = false;
     for (const auto& row : m_rows) {
         const auto calendar =

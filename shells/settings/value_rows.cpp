@@ -55,13 +55,7 @@ public:
     }
 
 private:
-    void showValue() override {
-        // Even the value that it has would stop a switch that the user has touched and that moves.
-        const gboolean isOn = model().textOf(setting()) == "true" ? TRUE : FALSE;
-        if (gtk_switch_get_active(GTK_SWITCH(m_switch)) != isOn) {
-            gtk_switch_set_active(GTK_SWITCH(m_switch), isOn);
-        }
-    }
+    void showValue() override { setSwitch(m_switch, model().textOf(setting()) == "true"); }
 
     GtkWidget* m_switch;
 };

@@ -81,6 +81,12 @@ void scrollIntoView(GtkWidget* widget) {
                                  destroy);
 }
 
+void setSwitch(GtkWidget* control, bool isOn) {
+    if ((gtk_switch_get_active(GTK_SWITCH(control)) != FALSE) != isOn) {
+        gtk_switch_set_active(GTK_SWITCH(control), isOn ? TRUE : FALSE);
+    }
+}
+
 GtkWidget* makeParagraph(const std::string& text) {
     GtkWidget* const label = gtk_label_new(text.c_str());
     gtk_label_set_wrap(GTK_LABEL(label), TRUE);

@@ -20,6 +20,9 @@ void addControl(AdwActionRow* row, GtkWidget* control, const std::string& name);
 // Sets the name for screen readers to the text of a button, without the mark of its mnemonic.
 void nameByMnemonic(GtkWidget* button, const std::string& text);
 
+// Sets a GtkSwitch without stopping one that the user has touched and that moves to that side.
+void setSwitch(GtkWidget* control, bool isOn);
+
 // A button without a frame that shows an icon of the theme. `name`: for screen readers, and as its
 // tooltip.
 GtkWidget* makeIconButton(const char* icon, const std::string& name);
