@@ -1,5 +1,6 @@
 #include "freedesktop/calendars/server/started_data_server.h"
 
+#include <filesystem>
 #include <system_error>
 #include <utility>
 
@@ -57,6 +58,12 @@ StartedDataServer::StartResult StartedDataServer::start(const std::string& modul
                                                         SearchCancellation& cancellation) {
     if (auto check = checkDataServer(); !check) {
         return ServerFailure{ServerFailure::Kind::absent, std::move(check).error()};
+    }
+    std::error_code ignored;
+    if (!std::filesystem::exists(module, ignored)) {
+        return ServerFailure{
+            ServerFailure::Kind::absent,
+            translatable("the part of Quorvel for it, quorvel-eds, is not installed")};
     }
     auto service = findSourcesService(cancellation);
     if (!service) {

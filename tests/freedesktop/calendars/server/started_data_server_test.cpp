@@ -23,6 +23,9 @@ Deadline inSeconds(double seconds) {
                std::chrono::duration<double>(seconds));
 }
 
+// The module is loaded only where there is a server.
+constexpr const char* presentFile = "/dev/null";
+
 TEST(StartedDataServer, WithoutABusThereIsNoServer) {
     const EnvironmentVariable noAddress("DBUS_SESSION_BUS_ADDRESS", nullptr);
     const EnvironmentVariable noFolder("XDG_RUNTIME_DIR", nullptr);
@@ -34,9 +37,18 @@ TEST(StartedDataServer, WithoutABusThereIsNoServer) {
     EXPECT_THAT(server.events({"one"}, {}, inSeconds(5)), IsEmpty());
 }
 
-TEST(StartedDataServer, ABusThatCannotBeReachedIsNamed) {
+TEST(StartedDataServer, AMissingModuleIsNamedAndTheBusLeftAlone) {
     const EnvironmentVariable address("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
     StartedDataServer server("/nonexistent.so");
+    const auto list = server.calendars(inSeconds(5));
+    ASSERT_FALSE(list);
+    EXPECT_EQ(list.error().kind, ServerFailure::Kind::absent);
+    EXPECT_EQ(list.error().problem, "the part of Quorvel for it, quorvel-eds, is not installed");
+}
+
+TEST(StartedDataServer, ABusThatCannotBeReachedIsNamed) {
+    const EnvironmentVariable address("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
+    StartedDataServer server(presentFile);
     const auto list = server.calendars(inSeconds(5));
     ASSERT_FALSE(list);
     EXPECT_EQ(list.error().kind, ServerFailure::Kind::absent);
@@ -55,7 +67,7 @@ TEST(StartedDataServer, ABusThatDoesNotAnswerIsNotWaitedFor) {
     const EnvironmentVariable address("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + path).c_str());
     const auto begin = std::chrono::steady_clock::now();
     {
-        StartedDataServer server("/nonexistent.so");
+        StartedDataServer server(presentFile);
         EXPECT_EQ(server.calendars(inSeconds(0.1)).error().kind, ServerFailure::Kind::silent);
         EXPECT_EQ(server.calendars(inSeconds(0.1)).error().kind, ServerFailure::Kind::silent);
     }
