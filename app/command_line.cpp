@@ -92,6 +92,7 @@ void declareOptions(CLI::App& app, CommandLine& line, NumberTexts& numbers, Comm
     addValue("--subscribe", line.subscribe);
     addValue("--unsubscribe", line.unsubscribe);
     addValue("--title", line.title);
+    addValue("--colour", line.colour);
     addValue("--user", line.user);
     app.add_flag("--password-stdin", line.readsPassword);
 }

@@ -57,6 +57,7 @@ struct CommandLine {
     std::optional<std::string> subscribe;     // the address of a calendar
     std::optional<std::string> unsubscribe;   // its address or title
     std::optional<std::string> title;         // of the calendar to subscribe to
+    std::optional<std::string> colour;        // likewise
     std::optional<std::string> user;          // for its server
     bool readsPassword = false;               // from standard input
 };

@@ -74,6 +74,7 @@ constexpr std::array<CommandText, 6> commandTexts{{
      "       quorvel settings calendars [--choose NAME...|--all|--follow-desktop]\n"
      "                                  [--json] [OPTION]...\n"
      "       quorvel settings calendars --subscribe ADDRESS [--title TITLE]\n"
+     "                                  [--colour COLOUR]\n"
      "                                  [--user NAME [--password-stdin]] [OPTION]...\n"
      "       quorvel settings calendars --unsubscribe CALENDAR [OPTION]...",
      translatable("list, change and check the settings"),
@@ -113,7 +114,7 @@ struct CommandOption {
     std::vector<Command> commands;
 };
 
-const std::array<CommandOption, 23> commandOptions{{
+const std::array<CommandOption, 24> commandOptions{{
     {{"--json", "--json", translatable("one JSON array instead of text")},
      {Command::agenda, Command::calendars, Command::settings}},
     {{"--output", "-o, --output FILE", translatable("the file to draw to: .png, .svg or .pdf")},
@@ -176,6 +177,10 @@ const std::array<CommandOption, 23> commandOptions{{
      {Command::settings}},
     {{"--title", "--title TITLE",
       translatable("with --subscribe: the title of the calendar (its own)")},
+     {Command::settings}},
+    {{"--colour", "--colour COLOUR",
+      translatable("with --subscribe: the colour of the calendar, #RRGGBB or a common name\n"
+                   "(its own)")},
      {Command::settings}},
     {{"--user", "--user NAME",
       translatable("with --subscribe: ask for the password of NAME, and store it in the\n"

@@ -155,8 +155,8 @@ std::optional<Error> checkSubscriptionLine(const CommandLine& line, bool chooses
         return settingsUsageError(
             translated("calendars are subscribed to and chosen one after the other"));
     }
-    if (!line.subscribe && (line.title || line.user)) {
-        return settingsUsageError(translated("--title and --user belong to --subscribe"));
+    if (!line.subscribe && (line.title || line.colour || line.user)) {
+        return settingsUsageError(translated("--title, --colour and --user belong to --subscribe"));
     }
     if (line.readsPassword && !line.user) {
         return settingsUsageError(translated("--password-stdin belongs to --user"));
@@ -190,7 +190,8 @@ std::optional<Error> checkCalendarsLine(const CommandLine& line) {
 
 std::optional<Error> checkKeyLine(const CommandLine& line) {
     const bool resets = !line.resetSettings.empty();
-    if (isAboutSubscriptions(line) || line.title || line.user || line.readsPassword) {
+    if (isAboutSubscriptions(line) || line.title || line.colour || line.user ||
+        line.readsPassword) {
         return Error{translated("subscriptions are calendars, not settings"),
                      {},
                      translated("write 'quorvel settings calendars'")};

@@ -21,6 +21,7 @@
 #include "freedesktop/plain_text/terminal_line.h"
 #include "freedesktop/preferences/calendar_selection.h"
 #include "freedesktop/subscribed_calendars.h"
+#include "shells/headless/color_text.h"
 
 namespace quorvel::app {
 
@@ -210,7 +211,27 @@ std::string addressOf(const CommandLine& line) {
                                             : *line.subscribe;
 }
 
+// In the form that the list of subscriptions has; absent: the user has named none.
+CommandResult<std::optional<std::string>> colourOf(const CommandLine& line) {
+    constexpr std::size_t opaqueLength = 7; // "#RRGGBB"
+    if (!line.colour) {
+        return std::optional<std::string>();
+    }
+    const auto colour = headless::parseColor(*line.colour);
+    const std::string text = colour ? headless::colorText(*colour) : "";
+    if (!text.ends_with("FF")) {
+        return usageFailure({filled(translated("'{1}' is no colour"), {*line.colour}),
+                             {},
+                             translated("write #RRGGBB or a common name")});
+    }
+    return std::optional(text.substr(0, opaqueLength));
+}
+
 CommandResult<void> subscribe(const CommandLine& line, const std::string& folder) {
+    const CommandResult<std::optional<std::string>> colour = colourOf(line);
+    if (!colour) {
+        return colour.error();
+    }
     const Result<RemoteCalendar> calendar = freedesktop::parseRemoteCalendar(addressOf(line));
     if (!calendar) {
         return usageFailure(calendar.error());
@@ -221,7 +242,7 @@ CommandResult<void> subscribe(const CommandLine& line, const std::string& folder
     }
     const auto known = std::ranges::find(*list, calendar->url, &Subscription::url);
     const bool wasSubscribed = known != list->end();
-    Subscription subscription{calendar->url, calendar->host, line.title, {}, false};
+    Subscription subscription{calendar->url, calendar->host, line.title, *colour, false};
     if (wasSubscribed && !line.title) {
         subscription.title = known->title;
     }

@@ -99,6 +99,32 @@ TEST_F(SubscribeCommandTest, TitleReplacesTheCalendarsOwn) {
     EXPECT_EQ(list().size(), 1U);
 }
 
+TEST_F(SubscribeCommandTest, ColourReplacesTheCalendarsOwn) {
+    server.on("/team", answering(answer(calendarText("Team", "COLOR:#102030\r\n"))));
+    ASSERT_EQ(subscribe(url).status, 0);
+    EXPECT_TRUE(contains(settings({}).output, "#102030FF"));
+    ASSERT_EQ(subscribe(url, {"--colour", "#336699"}).status, 0);
+    EXPECT_EQ(list().at(0).colour, "#336699");
+    EXPECT_TRUE(contains(settings({}).output, "#336699FF"));
+    EXPECT_TRUE(contains(run({"calendars", "--preferences", preferences()}).output, "#336699FF"));
+    ASSERT_EQ(subscribe(url, {"--title", "Renamed"}).status, 0);
+    EXPECT_EQ(list().at(0).colour, "#336699") << "only what is named changes";
+    ASSERT_EQ(subscribe(url, {"--colour", "teal"}).status, 0);
+    EXPECT_EQ(list().at(0).colour, "#008080");
+    EXPECT_EQ(list().at(0).title, "Renamed");
+}
+
+TEST_F(SubscribeCommandTest, WrongColourIsRefused) {
+    for (const char* colour : {"", "blurple", "#12345", "#33669980", "336699"}) {
+        const RunResult result = subscribe(url, {"--colour", colour});
+        EXPECT_EQ(result.status, 2) << colour;
+        EXPECT_EQ(result.errors, std::string("quorvel: '") + colour +
+                                     "' is no colour: write #RRGGBB or a common name\n");
+    }
+    EXPECT_TRUE(list().empty());
+    EXPECT_EQ(server.connections(), 0);
+}
+
 TEST_F(SubscribeCommandTest, HostileTitleDoesNotReachTheTerminal) {
     server.on("/team", answering(answer(calendarText("A\x1b[31mB"))));
     EXPECT_EQ(subscribe(url).output, "Subscribed to 'A [31mB'.\n");
@@ -219,7 +245,10 @@ TEST_F(SubscribeCommandTest, WrongUsageIsNamed) {
               "quorvel: --subscribe and --unsubscribe exclude each other" + hint);
     EXPECT_EQ(error({"--subscribe", url, "--all"}),
               "quorvel: calendars are subscribed to and chosen one after the other" + hint);
-    EXPECT_EQ(error({"--title", "x"}), "quorvel: --title and --user belong to --subscribe" + hint);
+    EXPECT_EQ(error({"--title", "x"}),
+              "quorvel: --title, --colour and --user belong to --subscribe" + hint);
+    EXPECT_EQ(error({"--colour", "red"}),
+              "quorvel: --title, --colour and --user belong to --subscribe" + hint);
     EXPECT_EQ(error({"--subscribe", url, "--password-stdin"}),
               "quorvel: --password-stdin belongs to --user" + hint);
     EXPECT_EQ(run({"settings", "--subscribe", url}).errors,
