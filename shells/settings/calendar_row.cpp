@@ -74,7 +74,9 @@ void CalendarRow::show(bool isShown, bool canSwitch) {
 }
 
 void CalendarRow::setRemoving(bool isRemoving) {
-    gtk_widget_set_sensitive(m_unsubscribeButton, isRemoving ? FALSE : TRUE);
+    if (m_unsubscribeButton != nullptr) {
+        gtk_widget_set_sensitive(m_unsubscribeButton, isRemoving ? FALSE : TRUE);
+    }
 }
 
 void CalendarRow::showProblem(const std::string& sentence) {

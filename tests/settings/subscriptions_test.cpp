@@ -49,8 +49,11 @@ protected:
         type(m_server.url(target));
         key("Return");
     }
+    std::filesystem::path listFile() const {
+        return path("preferences/org.quorvel.quorvel.subscriptions.plist");
+    }
     std::string list() const {
-        std::ifstream file(path("preferences/org.quorvel.quorvel.subscriptions.plist"));
+        std::ifstream file(listFile());
         return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     }
     std::string typedAddress() const {
@@ -150,6 +153,23 @@ TEST_F(SettingsSubscriptionsTest, ACalendarThatWasNeverFetchedCanBeRemoved) {
     press("Unsubscribe");
     EXPECT_TRUE(disappears(ATSPI_ROLE_LIST_ITEM, "127.0.0.1"));
     EXPECT_THAT(list(), Not(HasSubstr("/team")));
+}
+
+TEST_F(SettingsSubscriptionsTest, AFailureToUnsubscribeIsShownInTheRow) {
+    serveTeam();
+    printed("settings", {"calendars", "--subscribe", m_server.url("/team")});
+    openSettingsBy({"/bin/sh", "-c", "trap '' XFSZ; ulimit -f 0; exec \"$@\"", "sh",
+                    QUORVEL_SETTINGS, "--preferences", path("preferences").string()});
+    ASSERT_TRUE(appears(ATSPI_ROLE_PUSH_BUTTON, removeName));
+    openDialog([this] { press(removeName); });
+    press("Unsubscribe");
+    EXPECT_TRUE(appears(ATSPI_ROLE_LABEL,
+                        "The subscription has not ended: " + listFile().string() +
+                            ": it cannot be written (File too large): nothing was changed; check "
+                            "the permissions and the space of its folder"));
+    EXPECT_THAT(list(), HasSubstr("/team"));
+    focusMainWindow();
+    EXPECT_TRUE(becomesSensitive(ATSPI_ROLE_PUSH_BUTTON, removeName, true));
 }
 
 TEST_F(SettingsSubscriptionsTest, TheWindowStaysResponsiveMeanwhile) {
