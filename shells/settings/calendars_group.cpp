@@ -147,9 +147,8 @@ void CalendarsGroup::unsubscribe(const std::string& identifier) {
 
 void CalendarsGroup::finishUnsubscribing(const std::string& identifier,
                                          const ProgramResult& result) {
-    const std::string ended = identifier; // the run owns the argument
-    m_removals.erase(ended);
-    if (CalendarRow* const row = rowOf(ended); row != nullptr && !result.hasSucceeded) {
+    const auto run = m_removals.extract(identifier); // owns the argument
+    if (CalendarRow* const row = rowOf(identifier); row != nullptr && !result.hasSucceeded) {
         row->setRemoving(false);
         row->showProblem(filled(translated(text::notUnsubscribed), {failureReason(result.errors)}));
     } else {
