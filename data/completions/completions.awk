@@ -9,7 +9,7 @@ BEGIN {
     valueOptions = "--calendars --calendar-wait --preferences --controller --width --now" \
         " --timezone --locale --font --foundation-version --bundle --log -o --output --scale" \
         " --text-scale --appearance --background --layer --anchor --margin --do --reset" \
-        " --subscribe --unsubscribe --title --user"
+        " --subscribe --unsubscribe --title --colour --user"
     if (shell != "fish") # the patterns of a case
         gsub(/ /, " | ", valueOptions)
 }
