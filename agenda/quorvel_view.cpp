@@ -1,6 +1,7 @@
 #include "agenda/quorvel_view.h"
 
 #include <stdexcept>
+#include <utility>
 
 #include "agenda/date_caption.h"
 #include "agenda/days.h"
@@ -239,7 +240,7 @@ CGFloat QuorvelView::totalItemsHeight() {
 }
 
 std::shared_ptr<const EKEventQRV> QuorvelView::itemAtRow(std::int64_t row) const {
-    const bool isThere = row >= 0 && static_cast<std::size_t>(row) < m_items->size();
+    const bool isThere = row >= 0 && std::cmp_less(row, m_items->size());
     return isThere ? (*m_items)[static_cast<std::size_t>(row)] : nullptr;
 }
 
