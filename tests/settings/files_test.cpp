@@ -52,8 +52,7 @@ TEST_F(SettingsFilesTest, AFullDiskLosesNothing) {
     const std::string entries = "<key>textSize</key><integer>25</integer>";
     writeSettings(entries);
     const std::string before = settingsContent();
-    openSettingsBy({"/bin/sh", "-c", "trap '' XFSZ; ulimit -f 0; exec \"$@\"", "sh",
-                    QUORVEL_SETTINGS, "--preferences", path("preferences").string()});
+    openSettingsOnAFullDisk();
     toggle("Show locations");
     EXPECT_TRUE(appears(ATSPI_ROLE_LIST_ITEM, "The settings cannot be changed"));
     EXPECT_EQ(settingsContent(), before);

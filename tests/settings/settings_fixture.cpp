@@ -36,6 +36,11 @@ void SettingsTest::openSettings() {
     openSettingsBy({QUORVEL_SETTINGS, "--preferences", path("preferences").string()});
 }
 
+void SettingsTest::openSettingsOnAFullDisk() {
+    openSettingsBy({"/bin/sh", "-c", "trap '' XFSZ; ulimit -f 0; exec \"$@\"", "sh",
+                    QUORVEL_SETTINGS, "--preferences", path("preferences").string()});
+}
+
 void SettingsTest::openSettingsBy(const std::vector<std::string>& command) {
     const std::vector<unsigned long> before = m_display->windows();
     m_settings =

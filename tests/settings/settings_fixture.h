@@ -27,6 +27,7 @@ protected:
     // Does what opens a dialog, and gives it the keyboard focus, as nothing else does here.
     void openDialog(const std::function<void()>& open) const;
     void openSettingsBy(const std::vector<std::string>& command); // the program and its arguments
+    void openSettingsOnAFullDisk();                               // none of its files can grow
     void endSettings();
 
     // Waits for the control; it is not null unless the test has failed.

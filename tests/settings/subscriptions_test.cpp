@@ -158,8 +158,7 @@ TEST_F(SettingsSubscriptionsTest, ACalendarThatWasNeverFetchedCanBeRemoved) {
 TEST_F(SettingsSubscriptionsTest, AFailureToUnsubscribeIsShownInTheRow) {
     serveTeam();
     printed("settings", {"calendars", "--subscribe", m_server.url("/team")});
-    openSettingsBy({"/bin/sh", "-c", "trap '' XFSZ; ulimit -f 0; exec \"$@\"", "sh",
-                    QUORVEL_SETTINGS, "--preferences", path("preferences").string()});
+    openSettingsOnAFullDisk();
     ASSERT_TRUE(appears(ATSPI_ROLE_PUSH_BUTTON, removeName));
     openDialog([this] { press(removeName); });
     press("Unsubscribe");
