@@ -16,7 +16,16 @@ struct Error {
 };
 
 // "where: what: what to do".
-std::string message(const Error& error);
+inline std::string message(const Error& error) {
+    std::string text = error.where;
+    for (const std::string* const part : {&error.what, &error.toDo}) {
+        if (!text.empty() && !part->empty()) {
+            text += ": ";
+        }
+        text += *part;
+    }
+    return text;
+}
 
 // A value of type Value or an error, never both and never neither. An error that is asked for its
 // value, and the reverse, is a mistake in the program: std::bad_variant_access.

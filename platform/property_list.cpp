@@ -10,6 +10,7 @@
 #include <type_traits>
 
 #include "base/ascii_text.h"
+#include "base/number_text.h"
 
 namespace quorvel::platform {
 
@@ -80,37 +81,15 @@ Integer integerFromString(std::string_view text) {
     return result;
 }
 
-// Whether a number in digits that no double can hold is too large, rather than too small: by the
-// place of its first digit that is not 0, moved by its exponent.
-bool isTooLarge(std::string_view number) {
-    const std::size_t exponentMark = std::min(number.find_first_of("eE"), number.size());
-    const std::string_view digits = number.substr(0, exponentMark);
-    const auto firstDigit =
-        static_cast<std::int64_t>(std::min(digits.find_first_of("123456789"), digits.size()));
-    const auto point = static_cast<std::int64_t>(std::min(digits.find('.'), digits.size()));
-    const std::int32_t exponent =
-        exponentMark < number.size()
-            ? integerFromString<std::int32_t>(number.substr(exponentMark + 1))
-            : 0;
-    return point - firstDigit + exponent > 0;
-}
-
 double doubleFromString(std::string_view text) {
     text = withoutLeadingWhiteSpace(text);
-    text = text.substr(0, text.find_first_not_of("0123456789+-.eE"));
     const bool negative = takeSign(text);
-    if (text.empty() || text.front() == '-') {
+    if (text.starts_with('-')) {
         return 0;
     }
-    double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error == std::errc::result_out_of_range) {
-        const std::string_view read(text.data(), static_cast<std::size_t>(end - text.data()));
-        number = isTooLarge(read) ? std::numeric_limits<double>::infinity() : 0;
-    } else if (error != std::errc()) {
-        number = 0;
-    }
-    return negative ? -number : number;
+    const auto number = leadingNumber(text);
+    const double magnitude = number ? number->value : 0;
+    return negative ? -magnitude : magnitude;
 }
 
 float floatFromDouble(double number) {

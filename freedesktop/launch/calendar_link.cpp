@@ -5,6 +5,8 @@
 #include <chrono>
 #include <cmath>
 
+#include "base/number_text.h"
+
 namespace quorvel::freedesktop {
 
 using platform::NSDate;
@@ -18,9 +20,8 @@ constexpr std::string_view dayPrefix = "fantastical2://show?date=";
 constexpr double earliestStart = -63113904000.0;
 constexpr double endOfStarts = 252423993600.0;
 
-template <class Number>
-std::optional<Number> wholeNumber(std::string_view text) {
-    Number number{};
+std::optional<unsigned> countOf(std::string_view text) {
+    unsigned number = 0;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
     const bool isWhole = result.ec == std::errc() && result.ptr == text.data() + text.size();
     return isWhole ? std::optional(number) : std::nullopt;
@@ -32,7 +33,7 @@ std::optional<CalendarLink> parseEventLink(std::string_view text) {
     if (query == std::string_view::npos || slash == 0 || slash >= query - 1) {
         return std::nullopt;
     }
-    const auto start = wholeNumber<double>(text.substr(query + startKey.size()));
+    const auto start = wholeNumber(text.substr(query + startKey.size()));
     if (!start || !(*start >= earliestStart && *start < endOfStarts)) {
         return std::nullopt;
     }
@@ -46,9 +47,9 @@ std::optional<CalendarLink> parseDayLink(std::string_view text) {
     if (second == std::string_view::npos) {
         return std::nullopt;
     }
-    const auto year = wholeNumber<unsigned>(text.substr(0, first));
-    const auto month = wholeNumber<unsigned>(text.substr(first + 1, second - first - 1));
-    const auto day = wholeNumber<unsigned>(text.substr(second + 1));
+    const auto year = countOf(text.substr(0, first));
+    const auto month = countOf(text.substr(first + 1, second - first - 1));
+    const auto day = countOf(text.substr(second + 1));
     constexpr unsigned latestYear = 9999;
     if (!year || !month || !day || *year < 1 || *year > latestYear) {
         return std::nullopt;

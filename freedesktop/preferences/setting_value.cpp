@@ -8,6 +8,7 @@
 #include <type_traits>
 
 #include "base/ascii_text.h"
+#include "base/number_text.h"
 #include "base/translatable_text.h"
 #include "base/utf8.h"
 #include "freedesktop/language/messages.h"
@@ -23,10 +24,9 @@ bool isWithin(const SettingDescription& setting, double number) {
            number <= setting.most.value_or(number);
 }
 
-// Absent: the text is not such a number as a whole.
-template <class Number>
-std::optional<Number> numberOf(std::string_view text) {
-    Number number = 0;
+// Absent: the text is no such number as a whole.
+std::optional<std::int64_t> integerOf(std::string_view text) {
+    std::int64_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     const bool isWhole = error == std::errc() && end == text.data() + text.size();
     return isWhole ? std::optional(number) : std::nullopt;
@@ -87,11 +87,11 @@ std::optional<PropertyListValue> valueOfFreeText(const SettingDescription& setti
 std::optional<PropertyListValue> valueOfNumber(const SettingDescription& setting,
                                                std::string_view text) {
     if (setting.kind == SettingKind::number) {
-        const auto number = numberOf<double>(text);
+        const auto number = wholeNumber(text);
         return number && isWithin(setting, *number) ? std::optional(PropertyListValue{*number})
                                                     : std::nullopt;
     }
-    const auto number = numberOf<std::int64_t>(text);
+    const auto number = integerOf(text);
     return number && isWithin(setting, static_cast<double>(*number))
                ? std::optional(PropertyListValue{*number})
                : std::nullopt;

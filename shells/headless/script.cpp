@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "base/number_text.h"
 #include "freedesktop/dates/instant_text.h"
 #include "freedesktop/language/messages.h"
 
@@ -223,12 +224,11 @@ Result<StepAction> parseAction(std::string_view text, const TimeZone& zone) {
 } // namespace
 
 Result<double> parseNumber(std::string_view text, const std::string& problem) {
-    double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(number)) {
+    const std::optional<double> number = wholeNumber(text);
+    if (!number) {
         return Error{problem, {}, translated("give a decimal number")};
     }
-    return number;
+    return *number;
 }
 
 Result<Step> parseStep(std::string_view text, const TimeZone& zone) {

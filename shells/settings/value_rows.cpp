@@ -1,9 +1,9 @@
 #include "shells/settings/value_rows.h"
 
-#include <charconv>
 #include <cmath>
 #include <string>
 
+#include "base/number_text.h"
 #include "shells/settings/choice_row.h"
 #include "shells/settings/setting_texts.h"
 #include "shells/settings/settings_model.h"
@@ -19,9 +19,8 @@ namespace {
 
 // Whatever the language of the process.
 double numberOf(const std::string& text) {
-    double number = 0;
-    std::from_chars(text.data(), text.data() + text.size(), number);
-    return number;
+    const auto number = leadingNumber(text);
+    return number ? number->value : 0;
 }
 
 AdwActionRow* newActionRow() {
