@@ -27,9 +27,10 @@ constexpr rlim_t largestFile = rlim_t{65} << 20U;
 constexpr rlim_t largestMemory = rlim_t{QUORVEL_WORKER_MEGABYTES} << 20U; // 0: not limited
 constexpr int exitUnwritable = 3;
 
-void limit(int resource, rlim_t most) {
+// C libraries give the names of the resources different types.
+void limit(auto resource, rlim_t most) {
     const struct rlimit limits { most, most };
-    ::setrlimit(static_cast<__rlimit_resource>(resource), &limits);
+    ::setrlimit(resource, &limits);
 }
 
 void limitThisProcess(double timeout) {

@@ -29,9 +29,9 @@ constexpr int maximumCachedPixels = 1 << 20;
 using LoaderHandle = ObjectHandle<GdkPixbufLoader>;
 using PixbufHandle = ObjectHandle<GdkPixbuf>;
 
-// As many bytes as the file had when it was opened.
+// As many bytes as the file had when it was opened: at most maximumFileSize.
 std::optional<std::string> contentsOf(const RegularFile& file) {
-    std::string contents(file.size(), '\0');
+    std::string contents(static_cast<std::size_t>(file.size()), '\0');
     const auto size = file.read(contents.data(), contents.size());
     if (!size)
         return std::nullopt;

@@ -28,10 +28,10 @@ std::error_code lastError() {
     return {errno, std::generic_category()};
 }
 
-// Reads to the end of the file.
+// Reads to the end of a file that had at most `most` bytes when it was opened.
 Result<MaybeBytes> readAll(const RegularFile& file, std::size_t most) {
     // One byte more distinguishes the end of the file from a file that grows meanwhile.
-    std::vector<std::byte> bytes(file.size() + 1);
+    std::vector<std::byte> bytes(static_cast<std::size_t>(file.size()) + 1);
     std::size_t size = 0;
     while (true) {
         const auto count =

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -24,7 +25,8 @@ public:
 
     // The version and size at the time of opening.
     const FileVersion& version() const { return m_version; }
-    std::size_t size() const { return static_cast<std::size_t>(m_version.size); }
+    // May be more than the memory of a 32-bit process holds.
+    std::uint64_t size() const { return static_cast<std::uint64_t>(m_version.size); }
     // Whether the file still has that version.
     bool isUnchanged() const;
 

@@ -1,15 +1,13 @@
 #include "freedesktop/io/system_error_text.h"
 
-#include <string>
-
+#include <clocale>
 #include <cstring>
 
 namespace quorvel::freedesktop {
 
 TranslatableText systemErrorText(int number) {
-    const char* const text = strerrordesc_np(number);
-    return text != nullptr ? TranslatableText(text)
-                           : TranslatableText::verbatim("errno " + std::to_string(number));
+    static const locale_t english = ::newlocale(LC_ALL_MASK, "C", nullptr);
+    return ::strerror_l(number, english);
 }
 
 } // namespace quorvel::freedesktop

@@ -39,7 +39,7 @@ private:
     };
 
     void walk() {
-        const std::size_t trailer = m_objectsEnd;
+        const std::uint64_t trailer = m_objectsEnd;
         m_offsetSize = byteAt(trailer + 6);
         m_referenceSize = byteAt(trailer + 7);
         m_objectCount = numberAt(trailer + 8, 8);
@@ -57,7 +57,12 @@ private:
 
     static bool isWidth(std::uint64_t size) { return size >= 1 && size <= 8; }
 
-    unsigned byteAt(std::uint64_t at) const { return std::to_integer<unsigned>(m_bytes[at]); }
+    // The list's numbers have 64 bits; one that was checked against the bytes fits their index.
+    static std::size_t asIndex(std::uint64_t checked) { return static_cast<std::size_t>(checked); }
+
+    unsigned byteAt(std::uint64_t at) const {
+        return std::to_integer<unsigned>(m_bytes[asIndex(at)]);
+    }
 
     std::uint64_t numberAt(std::uint64_t at, std::uint64_t width) const {
         std::uint64_t value = 0;
@@ -118,7 +123,8 @@ private:
         }
         for (std::uint64_t i = 0; i < header.count; ++i) {
             if (numberAt(header.contents + i * width, width) == 0) {
-                m_textsWithNul.push_back({header.contents, header.count, width});
+                m_textsWithNul.push_back(
+                    {asIndex(header.contents), asIndex(header.count), asIndex(width)});
                 return true;
             }
         }
@@ -227,7 +233,7 @@ void replaceNuls(const std::vector<TextWithNul>& texts, std::span<std::byte> byt
     for (const TextWithNul& text : texts) {
         const std::span<const std::byte> other =
             text.width == wide.size() ? std::span<const std::byte>(wide) : narrow;
-        for (std::uint64_t i = 0; i < text.count; ++i) {
+        for (std::size_t i = 0; i < text.count; ++i) {
             const auto character = bytes.subspan(text.at + i * text.width, text.width);
             if (std::all_of(character.begin(), character.end(),
                             [](std::byte byte) { return byte == std::byte{0}; })) {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <span>
 #include <vector>
 
@@ -16,9 +15,9 @@ bool looksLikeBinaryPropertyList(std::span<const std::byte> bytes);
 // The position of a text that contains a NUL. The library ends a text at a NUL, and aborts if one
 // in UTF-16 has any.
 struct TextWithNul {
-    std::uint64_t at = 0;    // offset of the first character
-    std::uint64_t count = 0; // number of characters
-    std::uint64_t width = 1; // bytes per character
+    std::size_t at = 0;    // offset of the first character
+    std::size_t count = 0; // number of characters
+    std::size_t width = 1; // bytes per character
 };
 
 // Succeeds if all objects that the root refers to lie within the bytes, every key is a text, and

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/ascii_text.h"
+#include "freedesktop/preferences/xml_index.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -44,10 +45,10 @@ private:
     }
 
     std::size_t eventStart() const {
-        return m_shift + static_cast<std::size_t>(XML_GetCurrentByteIndex(m_parser.get()));
+        return m_shift + static_cast<std::size_t>(xmlByteIndex(m_parser.get()));
     }
     std::size_t eventEnd() const {
-        return eventStart() + static_cast<std::size_t>(XML_GetCurrentByteCount(m_parser.get()));
+        return eventStart() + static_cast<std::size_t>(xmlByteCount(m_parser.get()));
     }
 
     void start(std::string_view name) {

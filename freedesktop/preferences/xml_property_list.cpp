@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
@@ -13,6 +14,7 @@
 #include "freedesktop/preferences/property_list_builder.h"
 #include "freedesktop/preferences/single_byte_encoding.h"
 #include "freedesktop/preferences/text_position.h"
+#include "freedesktop/preferences/xml_index.h"
 #include "freedesktop/preferences/xml_parser.h"
 
 namespace quorvel::freedesktop {
@@ -198,8 +200,7 @@ void XmlPass::countAttribute() {
 
 // In bytes.
 std::size_t XmlPass::parserIndex() const {
-    return static_cast<std::size_t>(
-        std::max<XML_Index>(0, XML_GetCurrentByteIndex(m_parser.get())));
+    return static_cast<std::size_t>(std::max<std::int64_t>(0, xmlByteIndex(m_parser.get())));
 }
 
 const char* XmlPass::problemAfter(std::string_view text) const {

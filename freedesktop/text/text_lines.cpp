@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <functional>
 
 #include "freedesktop/text/font_context.h"
@@ -62,15 +63,15 @@ LineKey::LineKey(const LineView& view)
 
 struct LineHash {
     std::size_t operator()(const LineView& view) const {
-        std::size_t hash = std::hash<std::string_view>{}(view.text);
-        const auto add = [&hash](std::size_t part) {
+        std::uint64_t hash = std::hash<std::string_view>{}(view.text);
+        const auto add = [&hash](std::uint64_t part) {
             hash ^= part + 0x9E3779B97F4A7C15 + (hash << 6) + (hash >> 2);
         };
         if (!view.family.empty())
             add(std::hash<std::string_view>{}(view.family));
         add(view.textSize);
-        add(static_cast<std::size_t>(view.truncationWidth));
-        return hash;
+        add(static_cast<std::uint64_t>(view.truncationWidth));
+        return static_cast<std::size_t>(hash);
     }
 };
 

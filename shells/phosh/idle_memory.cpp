@@ -4,6 +4,7 @@
 
 namespace quorvel::phosh {
 
+#ifdef M_TRIM_THRESHOLD
 void limitIdleMemory() {
     constexpr int firstThreshold = 128 * 1024; // bytes; the allocator's own before it raises it
     mallopt(M_TRIM_THRESHOLD, firstThreshold);
@@ -12,5 +13,9 @@ void limitIdleMemory() {
 void returnIdleMemory() {
     malloc_trim(0);
 }
+#else
+void limitIdleMemory() {}
+void returnIdleMemory() {}
+#endif
 
 } // namespace quorvel::phosh

@@ -1,4 +1,5 @@
 // How much freed memory the allocator retains in the shell's process, which runs for weeks.
+// GNU's allocator offers what these functions use; with another C library they do nothing.
 #pragma once
 
 namespace quorvel::phosh {

@@ -29,10 +29,12 @@ std::uint64_t versionHash(const FileVersion& version) {
 // program appends meanwhile is read the next time.
 class FilePieces {
 public:
+    // That size is at most `largest`.
     FilePieces(const RegularFile& file, std::size_t largest, bool isHashed)
         : m_file(file)
         , m_isHashed(isHashed)
-        , m_left(file.size() == 0 ? largest + 1 : file.size()) // some file systems report no size
+        , m_left(file.size() == 0 ? largest + 1 // some file systems report no size
+                                  : static_cast<std::size_t>(file.size()))
         , m_largest(largest) {}
 
     std::size_t pieceSize() const { return std::min(m_left, largestPiece); }

@@ -33,6 +33,9 @@
 namespace quorvel::freedesktop {
 
 // The calendar elsewhere that a file is a copy of.
+//
+// The order is of a named type: `auto` would need operator<=> of std::optional, which not every
+// standard library has.
 struct CopiedCalendar {
     std::string origin;                // decides the calendar's identifier, as a path does else
     std::string host;                  // the title of a calendar that has none
@@ -40,7 +43,7 @@ struct CopiedCalendar {
     std::optional<std::string> colour; // likewise, as calendarColour() reads it
     std::string label;                 // names the calendar in messages
     // NOLINTNEXTLINE(modernize-use-nullptr): no pointer
-    auto operator<=>(const CopiedCalendar&) const = default;
+    std::strong_ordering operator<=>(const CopiedCalendar&) const = default;
 };
 
 struct CalendarSource {
@@ -49,7 +52,7 @@ struct CalendarSource {
     bool isOptional = false;         // no problem is reported where the path does not exist
     std::optional<CopiedCalendar> copy = std::nullopt; // present: the path is that of a copy
     // NOLINTNEXTLINE(modernize-use-nullptr): no pointer
-    auto operator<=>(const CalendarSource&) const = default;
+    std::strong_ordering operator<=>(const CalendarSource&) const = default;
 
     static CalendarSource at(std::string path) { return {std::move(path), std::nullopt}; }
     static CalendarSource inMemory(std::string name, std::string text) {

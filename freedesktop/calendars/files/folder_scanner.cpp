@@ -16,6 +16,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "base/helper_thread.h"
 #include "freedesktop/calendars/files/calendar_file_names.h"

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -77,15 +78,15 @@ public:
             m_isShort = true;
             return {};
         }
-        const std::string_view result = m_rest.substr(0, size);
-        m_rest.remove_prefix(size);
+        const std::string_view result = m_rest.substr(0, static_cast<std::size_t>(size));
+        m_rest.remove_prefix(result.size());
         return result;
     }
     // The number of elements that follow; each takes at least a byte.
     std::size_t count() {
         const auto count = number<std::uint64_t>();
         m_isShort = m_isShort || count > m_rest.size();
-        return m_isShort ? 0 : count;
+        return m_isShort ? 0 : static_cast<std::size_t>(count);
     }
     bool flag() { return number<unsigned>() != 0; }
     template <typename Read>

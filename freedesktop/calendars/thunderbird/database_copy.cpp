@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -50,8 +51,9 @@ Result<void, TranslatableText> writeAll(const FileDescriptor& file, const char* 
 // As many bytes as the file has at the beginning.
 Result<void, TranslatableText> copyBytes(const RegularFile& from, const FileDescriptor& to) {
     std::vector<char> piece(pieceSize);
-    for (std::size_t left = from.size(); left > 0;) {
-        const auto count = from.read(piece.data(), std::min(left, pieceSize));
+    for (std::uint64_t left = from.size(); left > 0;) {
+        const auto next = static_cast<std::size_t>(std::min<std::uint64_t>(left, pieceSize));
+        const auto count = from.read(piece.data(), next);
         if (!count) {
             return unreadable(count.error());
         }

@@ -6,6 +6,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <gmock/gmock.h>
+
 #include "freedesktop/calendars/subscriptions/copy_status.h"
 #include "tests/app/refresh/server_fixture.h"
 
@@ -138,9 +140,13 @@ TEST_F(RefreshProgramTest, WhatIsNoCalendarIsRefused) {
               "the server sends a web page instead of a calendar");
     EXPECT_EQ(errorOf(answering(answer("hello"))), "what the server sends is no calendar");
     EXPECT_EQ(errorOf(answering(answer(""))), "the server sends nothing");
-    EXPECT_EQ(errorOf(answering("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
-                                "11\r\nBEGIN:VCALENDAR\r\n\r\n")),
-              "the calendar breaks off before its end");
+    const std::string chunk = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
+                              "11\r\nBEGIN:VCALENDAR\r\n\r\n";
+    const char* const breaksOff = "the calendar breaks off before its end";
+    EXPECT_EQ(errorOf(answering(chunk + "0\r\n\r\n")), breaksOff);
+    // Only newer versions of libsoup report that the last chunk is missing.
+    EXPECT_THAT(errorOf(answering(chunk)),
+                testing::AnyOf(breaksOff, "the server's answer is incomplete"));
     EXPECT_EQ(errorOf(answering(answer("no gzip", "Content-Encoding: gzip\r\n"))),
               "what the server sends is no calendar");
 }

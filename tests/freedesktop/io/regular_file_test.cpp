@@ -1,6 +1,8 @@
 #include "freedesktop/io/regular_file.h"
 
 #include <cerrno>
+#include <cstdint>
+#include <filesystem>
 #include <string_view>
 
 #include <sys/stat.h>
@@ -60,6 +62,17 @@ TEST_F(RegularFileTest, NoticesAChangeWhileItIsOpen) {
     writeFile(inFolder("file"), "abcd");
     EXPECT_FALSE(file.isUnchanged());
     EXPECT_EQ(file.size(), 3u);
+}
+
+// A 32-bit process must not take such a file for one of 10 bytes.
+TEST_F(RegularFileTest, KnowsTheSizeOfAFileLargerThanMemory) {
+    constexpr std::uint64_t size = (std::uint64_t{1} << 32U) + 10;
+    writeFile(inFolder("file"), "abc");
+    std::filesystem::resize_file(inFolder("file"), size); // takes no room on the disk
+    const auto file = RegularFile::open(inFolder("file"));
+    ASSERT_TRUE(file);
+    EXPECT_EQ(file->size(), size);
+    EXPECT_EQ(textOf(readRegularFile(inFolder("file"), 100)), "refused: it is too large");
 }
 
 // A pipe without a writer would be waited for.
