@@ -13,7 +13,7 @@
 
 #include "freedesktop/glib/handles.h"
 #include "shells/gtk/row_accessible.h"
-#include "shells/gtk/row_list.h"
+#include "shells/host/row_list.h"
 
 namespace quorvel::gtk {
 
@@ -29,7 +29,7 @@ constexpr const char* accessibleKey = "quorvel-accessible";
 
 // Stored at the widget, as its accessible object may be created later.
 struct RowsOfWidget {
-    RowList* rows = nullptr;
+    shells::RowList* rows = nullptr;
     FailureHandler onFailure;
 };
 
@@ -44,7 +44,7 @@ public:
 
     AtkObject* listObject() override { return ATK_OBJECT(m_object); }
     GtkWidget* widget() override { return gtk_accessible_get_widget(m_object); }
-    RowList* rows() override { return m_rows.rows; }
+    shells::RowList* rows() override { return m_rows.rows; }
     void onRowObjectFinalized(std::size_t row) override { m_rowObjects.erase(row); }
     void onFailure(std::exception_ptr failure) noexcept override;
 
@@ -282,7 +282,7 @@ GType agendaAccessibleType() {
     return type;
 }
 
-void setAccessibleRows(GtkWidget* widget, RowList* rows,
+void setAccessibleRows(GtkWidget* widget, shells::RowList* rows,
                        std::function<void(std::exception_ptr)> onFailure) {
     const GDestroyNotify destroy = [](gpointer data) { delete static_cast<RowsOfWidget*>(data); };
     auto* rowsOfWidget = new RowsOfWidget{rows, std::move(onFailure)};

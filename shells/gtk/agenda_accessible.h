@@ -7,9 +7,11 @@
 
 #include <gtk/gtk.h>
 
-namespace quorvel::gtk {
-
+namespace quorvel::shells {
 class RowList;
+} // namespace quorvel::shells
+
+namespace quorvel::gtk {
 
 // The type for gtk_widget_class_set_accessible_type() of the widget that shows the rows.
 GType agendaAccessibleType();
@@ -17,7 +19,7 @@ GType agendaAccessibleType();
 // Sets the rows of the widget's accessible object; null: none. Set null before the rows are
 // destroyed. The widget's class has the type above. `onFailure` receives what the rows throw while
 // a screen reader uses them, until other rows are set; the reader receives an empty answer.
-void setAccessibleRows(GtkWidget* widget, RowList* rows,
+void setAccessibleRows(GtkWidget* widget, shells::RowList* rows,
                        std::function<void(std::exception_ptr)> onFailure);
 // Call these when the number or the names of the rows have changed, and when the focus has moved.
 void updateAccessibleRows(GtkWidget* widget);

@@ -3,12 +3,10 @@
 #include <utility>
 
 #include "freedesktop/glib/delayed_call.h"
-#include "freedesktop/graphics/cairo_graphics_context.h"
 #include "shells/gtk/agenda_accessible.h"
-#include "shells/gtk/agenda_host.h"
 #include "shells/gtk/area_input.h"
-#include "shells/gtk/painting.h"
-#include "shells/gtk/row_pull.h"
+#include "shells/host/agenda_host.h"
+#include "shells/host/agenda_painting.h"
 
 namespace quorvel::gtk {
 
@@ -26,7 +24,7 @@ class AreaState {
 public:
     AreaState(GtkWidget* widget, AreaFailureHandler onFailure);
 
-    void setHost(AgendaHost* host, std::shared_ptr<freedesktop::TextLines> lines);
+    void setHost(shells::AgendaHost* host, std::shared_ptr<freedesktop::TextLines> lines);
     void close();
     AreaInput& input() { return m_input; }
     void redraw();
@@ -49,15 +47,13 @@ private:
     void startTicking();
     void advance(double time);
     void updateScrollIndicator();
-    void paintScrollIndicator(cairo_t* context);
-    void paintPulls(platform::GraphicsContext& graphics);
 
     GtkWidget* m_widget;
     std::shared_ptr<freedesktop::TextLines> m_lines;
     AreaFailureHandler m_onFailure;
     AreaInput m_input;
-    AgendaHost* m_host = nullptr;
-    ScrollIndicator m_scrollIndicator;
+    shells::AgendaHost* m_host = nullptr;
+    shells::ScrollIndicator m_scrollIndicator;
     freedesktop::DelayedCall m_scrollIndicatorFade;
     bool m_isTicking = false; // GTK calls advance() for each frame
 };
@@ -83,7 +79,7 @@ AreaState::AreaState(GtkWidget* widget, AreaFailureHandler onFailure)
     gtk_widget_set_can_focus(widget, TRUE);
 }
 
-void AreaState::setHost(AgendaHost* host, std::shared_ptr<freedesktop::TextLines> lines) {
+void AreaState::setHost(shells::AgendaHost* host, std::shared_ptr<freedesktop::TextLines> lines) {
     m_input.setHost(host);
     m_host = host;
     m_lines = std::move(lines);
@@ -111,7 +107,7 @@ void AreaState::redraw() {
 void AreaState::updateScrollIndicator() {
     m_scrollIndicator.update(m_host->rows().scrollPosition(), now());
     if (m_scrollIndicator.isVisible(now())) {
-        m_scrollIndicatorFade.start(ScrollIndicator::secondsShown);
+        m_scrollIndicatorFade.start(shells::ScrollIndicator::secondsShown);
     }
 }
 
@@ -145,39 +141,9 @@ void AreaState::advance(double time) {
     }
 }
 
-void AreaState::paintScrollIndicator(cairo_t* context) {
-    const auto frame = scrollIndicatorFrame(m_host->rows().scrollPosition());
-    const CGFloat opacity = m_scrollIndicator.opacity(now());
-    if (frame && opacity > 0) {
-        paintBar(context, *frame, m_host->appearance().title, opacity);
-    }
-}
-
 void AreaState::paint(cairo_t* context) {
-    if (m_host == nullptr) {
-        return;
-    }
-    platform::UIWindow& views = m_host->window();
-    views.layoutIfNeeded();
-    {
-        freedesktop::CairoGraphicsContext graphics(context, m_lines);
-        paintPulls(graphics);
-        views.render(graphics);
-    }
-    if (const auto row = m_host->rows().focusedRow()) {
-        paintFocus(context, m_host->rows().rowFrame(*row), m_host->appearance().title);
-    }
-    paintScrollIndicator(context);
-}
-
-// Behind the rows, which have no background of their own.
-void AreaState::paintPulls(platform::GraphicsContext& graphics) {
-    const platform::UIWindow& views = m_host->window();
-    if (!views.isMoving() && views.draggedScrollView() == nullptr) {
-        return;
-    }
-    for (const RowPull& pull : m_host->rows().pulls()) {
-        paintPull(graphics, pull, m_host->appearance().title);
+    if (m_host != nullptr) {
+        shells::paintAgenda(context, *m_host, m_lines, m_scrollIndicator.opacity(now()));
     }
 }
 
@@ -285,7 +251,7 @@ GtkWidget* makeAgendaArea(AreaFailureHandler onFailure) {
     return widget;
 }
 
-void setAgendaHost(GtkWidget* area, AgendaHost* host,
+void setAgendaHost(GtkWidget* area, shells::AgendaHost* host,
                    std::shared_ptr<freedesktop::TextLines> lines) {
     stateOf(area)->setHost(host, std::move(lines));
 }

@@ -10,9 +10,11 @@
 
 #include "freedesktop/text/text_lines.h"
 
-namespace quorvel::gtk {
-
+namespace quorvel::shells {
 class AgendaHost;
+} // namespace quorvel::shells
+
+namespace quorvel::gtk {
 
 // Receives an exception of the host or the widget that was thrown while GTK was calling. The area
 // stays usable.
@@ -25,7 +27,7 @@ GtkWidget* makeAgendaArea(AreaFailureHandler onFailure);
 // Shows this host's views, painted with `lines`; both null: none. The host stays alive until
 // another one is set. The host's observer calls redrawAgendaArea(), resizeAgendaArea(), and
 // updateAccessibleRows() and updateAccessibleFocus() of agenda_accessible.h.
-void setAgendaHost(GtkWidget* area, AgendaHost* host,
+void setAgendaHost(GtkWidget* area, shells::AgendaHost* host,
                    std::shared_ptr<freedesktop::TextLines> lines);
 // Shows and reports nothing from here on: GTK may keep the area longer than its owner.
 void closeAgendaArea(GtkWidget* area);

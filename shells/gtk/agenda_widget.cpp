@@ -28,7 +28,8 @@ AgendaWidget::~AgendaWidget() {
     g_object_unref(m_area);
 }
 
-void AgendaWidget::setContent(freedesktop::FreedesktopPlatform& platform, AgendaHost& host) {
+void AgendaWidget::setContent(freedesktop::FreedesktopPlatform& platform,
+                              shells::AgendaHost& host) {
     m_platform = &platform;
     m_host = &host;
     // Before the first presentation reads anything, so that no change is missed.
@@ -42,7 +43,7 @@ void AgendaWidget::setContent(freedesktop::FreedesktopPlatform& platform, Agenda
 void AgendaWidget::removeContent() {
     m_presenter.reset();
     m_isShown = false;
-    if (AgendaHost* const host = std::exchange(m_host, nullptr)) {
+    if (shells::AgendaHost* const host = std::exchange(m_host, nullptr)) {
         host->setObserver(nullptr);
         setAgendaHost(m_area, nullptr, nullptr);
     }
@@ -140,7 +141,7 @@ bool AgendaWidget::run(KeyCommand command) {
         m_presenter->fetchCalendars();
         return true;
     }
-    AgendaRows& rows = m_host->rows();
+    shells::AgendaRows& rows = m_host->rows();
     if (command == KeyCommand::runAction) {
         if (const auto row = rows.focusedRow()) {
             rows.focusRow(*row); // scrolls to the row

@@ -9,7 +9,7 @@
 #include <gtk/gtk.h>
 
 #include "platform/geometry.h"
-#include "shells/gtk/agenda_host.h"
+#include "shells/host/agenda_host.h"
 
 namespace quorvel::freedesktop {
 class FreedesktopPlatform;
@@ -29,14 +29,14 @@ public:
     virtual ~AgendaWidgetObserver() = default;
     virtual void onWantedSizeChanged() = 0;
     virtual void onPresented() = 0;
-    virtual void onPullBecameFirm() = 0; // see AgendaObserver
+    virtual void onPullBecameFirm() = 0; // see shells::AgendaObserver
     // An exception of the host or the bundle's controller, which was thrown while GTK was calling.
     // The widget remains usable. Not called from inside show(), hide() and present().
     virtual void onFailure(std::exception_ptr failure) noexcept = 0;
 };
 
 // Belongs to GTK's thread.
-class AgendaWidget final : private AgendaObserver {
+class AgendaWidget final : private shells::AgendaObserver {
 public:
     // The observer outlives the widget. Without content it shows nothing.
     explicit AgendaWidget(AgendaWidgetObserver& observer);
@@ -49,9 +49,9 @@ public:
 
     // Both stay alive until removeContent() or the widget's destruction. The host may have been
     // presented before, also on another thread that does not use it any more.
-    void setContent(freedesktop::FreedesktopPlatform& platform, AgendaHost& host);
-    void removeContent();                 // dismisses nothing
-    AgendaHost* host() { return m_host; } // null without content
+    void setContent(freedesktop::FreedesktopPlatform& platform, shells::AgendaHost& host);
+    void removeContent();                         // dismisses nothing
+    shells::AgendaHost* host() { return m_host; } // null without content
 
     // Whether the user can see the widget: presents and dismisses the bundle's controller. Between
     // hide() and show() nothing is presented. Without content, these have no effect.
@@ -90,7 +90,7 @@ private:
     AgendaWidgetObserver& m_observer;
     GtkWidget* m_area; // a reference of ours
     freedesktop::FreedesktopPlatform* m_platform = nullptr;
-    AgendaHost* m_host = nullptr;
+    shells::AgendaHost* m_host = nullptr;
     std::unique_ptr<shells::LivePresenter> m_presenter; // while there is content
     bool m_isShown = false;
 };

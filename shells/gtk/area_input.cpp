@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "shells/gtk/agenda_host.h"
+#include "shells/host/agenda_host.h"
 
 namespace quorvel::gtk {
 
@@ -78,7 +78,7 @@ void AreaInput::connectDrag() {
     connect("cancel", G_CALLBACK(cancelled));
 }
 
-void AreaInput::setHost(AgendaHost* host) {
+void AreaInput::setHost(shells::AgendaHost* host) {
     cancel();
     m_host = host;
     m_finger.reset();

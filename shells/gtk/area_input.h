@@ -11,11 +11,13 @@
 #include "freedesktop/glib/handles.h"
 #include "platform/geometry.h"
 #include "shells/gtk/event_clock.h"
-#include "shells/gtk/finger_input.h"
+#include "shells/host/finger_input.h"
+
+namespace quorvel::shells {
+class AgendaHost;
+} // namespace quorvel::shells
 
 namespace quorvel::gtk {
-
-class AgendaHost;
 
 // Follows drags of the primary button and of one finger, scrolling on a touchpad, and a wheel.
 class AreaInput {
@@ -27,7 +29,7 @@ public:
     AreaInput& operator=(const AreaInput&) = delete;
 
     // Cancels input to the previous host. Null: no input. The host outlives its use here.
-    void setHost(AgendaHost* host);
+    void setHost(shells::AgendaHost* host);
     // Cancels a press or a scroll; the gesture that is going on is ignored from here on.
     void cancel();
     // Cancels, and accepts no more input.
@@ -53,8 +55,8 @@ private:
     GtkWidget* m_widget;
     std::function<void(std::exception_ptr)> m_onFailure;
     freedesktop::ObjectHandle<GtkGesture> m_drag; // null once closed
-    AgendaHost* m_host = nullptr;
-    std::optional<FingerInput> m_finger; // absent without a host
+    shells::AgendaHost* m_host = nullptr;
+    std::optional<shells::FingerInput> m_finger; // absent without a host
     EventClock m_clock;
     freedesktop::DelayedCall m_scrollTimeout;
 };

@@ -6,7 +6,7 @@
 
 #include "freedesktop/glib/handles.h"
 #include "freedesktop/language/messages.h"
-#include "shells/gtk/row_list.h"
+#include "shells/host/row_list.h"
 
 namespace quorvel::gtk {
 
@@ -33,7 +33,7 @@ RowObject* rowOf(gpointer object) {
     return static_cast<RowObject*>(object);
 }
 
-RowList* rowsOf(const RowObject* row) {
+shells::RowList* rowsOf(const RowObject* row) {
     return row->owner != nullptr ? row->owner->rows() : nullptr;
 }
 
@@ -41,7 +41,7 @@ RowList* rowsOf(const RowObject* row) {
 template <class Answer, class Query>
 Answer queryRows(gpointer object, Answer otherwise, Query query) noexcept {
     const RowObject* row = rowOf(object);
-    RowList* rows = rowsOf(row);
+    shells::RowList* rows = rowsOf(row);
     return rows == nullptr
                ? otherwise
                : answerOr(otherwise, *row->owner, [&] { return query(*rows, row->row); });
@@ -129,7 +129,7 @@ void initializeClass(gpointer rowClass, gpointer) {
 }
 
 int actionCount(AtkAction* action) {
-    return queryRows(action, 0, [](const RowList& rows, std::size_t row) {
+    return queryRows(action, 0, [](const shells::RowList& rows, std::size_t row) {
         return rows.rowHasAction(row) ? 1 : 0;
     });
 }
@@ -148,7 +148,7 @@ gboolean doAction(AtkAction* action, int index) {
     if (actionName(action, index) == nullptr) {
         return FALSE;
     }
-    return queryRows(action, FALSE, [](RowList& rows, std::size_t row) -> gboolean {
+    return queryRows(action, FALSE, [](shells::RowList& rows, std::size_t row) -> gboolean {
         return rows.runRowAction(row) ? TRUE : FALSE;
     });
 }
@@ -170,7 +170,7 @@ void rowExtents(AtkComponent* component, int* x, int* y, int* width, int* height
     }
     const platform::CGRect frame =
         queryRows(component, platform::CGRect{},
-                  [](const RowList& rows, std::size_t row) { return rows.rowFrame(row); });
+                  [](const shells::RowList& rows, std::size_t row) { return rows.rowFrame(row); });
     int left = 0;
     int top = 0;
     if (coordinates != ATK_XY_PARENT) {
@@ -188,7 +188,7 @@ void rowExtents(AtkComponent* component, int* x, int* y, int* width, int* height
 }
 
 gboolean grabRowFocus(AtkComponent* component) {
-    return queryRows(component, FALSE, [&](RowList& rows, std::size_t row) -> gboolean {
+    return queryRows(component, FALSE, [&](shells::RowList& rows, std::size_t row) -> gboolean {
         if (!rows.focusRow(row)) {
             return FALSE;
         }
@@ -238,7 +238,7 @@ void detachRowObject(AtkObject* rowObject) {
 
 bool hasFocus(RowOwner& owner, std::size_t row) {
     GtkWidget* widget = owner.widget();
-    RowList* rows = owner.rows();
+    shells::RowList* rows = owner.rows();
     return widget != nullptr && rows != nullptr && gtk_widget_has_focus(widget) != FALSE &&
            rows->focusedRow() == row;
 }

@@ -7,17 +7,19 @@
 
 #include <gtk/gtk.h>
 
-namespace quorvel::gtk {
-
+namespace quorvel::shells {
 class RowList;
+} // namespace quorvel::shells
+
+namespace quorvel::gtk {
 
 // The list that a row's object belongs to.
 class RowOwner {
 public:
     virtual ~RowOwner() = default;
     virtual AtkObject* listObject() = 0;
-    virtual GtkWidget* widget() = 0; // null once it is destroyed
-    virtual RowList* rows() = 0;     // null where the list has none
+    virtual GtkWidget* widget() = 0;     // null once it is destroyed
+    virtual shells::RowList* rows() = 0; // null where the list has none
     virtual void onRowObjectFinalized(std::size_t row) = 0;
     virtual void onFailure(std::exception_ptr failure) noexcept = 0;
 };

@@ -93,7 +93,7 @@ Result<void> AgendaParts::present(const ShellServices& shell,
     if (!m_bundle->hasClass(m_bundle->principalClass())) {
         return Error{"the bundle has no principal class", folders.bundle, {}};
     }
-    gtk::AgendaHostOptions options;
+    shells::AgendaHostOptions options;
     options.calendarState = [this, showsDetails = shell.showsDetails] {
         shells::CalendarState state{
             m_platform.hasReadableCalendars(), m_platform.areCalendarsLate(), {}};
@@ -103,7 +103,7 @@ Result<void> AgendaParts::present(const ShellServices& shell,
         return state;
     };
     options.frameTime = frameTime;
-    m_host = std::make_unique<gtk::AgendaHost>(*m_bundle, m_services, std::move(options));
+    m_host = std::make_unique<shells::AgendaHost>(*m_bundle, m_services, std::move(options));
     m_host->setGreatestHeight(shell.screenHeight);
     m_host->present();
     paintOnce();

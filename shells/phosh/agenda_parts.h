@@ -8,7 +8,7 @@
 #include "base/result.h"
 #include "freedesktop/freedesktop_platform.h"
 #include "platform/platform.h"
-#include "shells/gtk/agenda_host.h"
+#include "shells/host/agenda_host.h"
 #include "shells/phosh/private_calendar_stores.h"
 
 namespace quorvel::freedesktop {
@@ -43,7 +43,7 @@ public:
     AgendaParts& operator=(const AgendaParts&) = delete;
 
     freedesktop::FreedesktopPlatform& platform() { return m_platform; }
-    gtk::AgendaHost& host() { return *m_host; }
+    shells::AgendaHost& host() { return *m_host; }
 
 private:
     AgendaParts(const ShellServices& shell, freedesktop::FreedesktopOptions options);
@@ -54,7 +54,7 @@ private:
     PrivateCalendarStores m_calendarStores;
     platform::Platform m_services;
     std::shared_ptr<const freedesktop::LoadedBundle> m_bundle;
-    std::unique_ptr<gtk::AgendaHost> m_host; // null until present()
+    std::unique_ptr<shells::AgendaHost> m_host; // null until present()
 };
 
 } // namespace quorvel::phosh

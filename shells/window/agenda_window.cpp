@@ -10,7 +10,7 @@
 #include "freedesktop/glib/handles.h"
 #include "freedesktop/language/messages.h"
 #include "shells/gtk/key_command.h"
-#include "shells/gtk/painting.h"
+#include "shells/host/painting.h"
 #include "shells/window/dialogs.h"
 #include "shells/window/main_loop.h"
 #include "shells/window/menus.h"
@@ -65,9 +65,9 @@ void preferThemeOf(const shells::Appearance& appearance) {
     g_object_set(gtk_settings_get_default(), "gtk-application-prefer-dark-theme", isDark, nullptr);
 }
 
-gtk::AgendaHostOptions hostOptions(const AgendaWindowOptions& window,
-                                   freedesktop::FreedesktopPlatform& platform) {
-    gtk::AgendaHostOptions options;
+shells::AgendaHostOptions hostOptions(const AgendaWindowOptions& window,
+                                      freedesktop::FreedesktopPlatform& platform) {
+    shells::AgendaHostOptions options;
     options.controllerName = window.controllerName;
     options.width = window.width;
     options.frameTime = frameTime;
@@ -356,12 +356,12 @@ CGRect AgendaWindow::frameOfContent() const {
 
 void AgendaWindow::paintBackground(cairo_t* context) {
     const auto backdrop = m_options.backdrop.value_or(shells::windowBackdrop(m_appearance));
-    gtk::paintBackdrop(context, frameOfContent(), backdrop, isTranslucent());
+    shells::paintBackdrop(context, frameOfContent(), backdrop, isTranslucent());
 }
 
 void AgendaWindow::clearRoundedCorners(cairo_t* context) {
     if (isTranslucent() && !m_header) {
-        gtk::clearCorners(context, frameOfContent(), cornerRadius);
+        shells::clearCorners(context, frameOfContent(), cornerRadius);
     }
 }
 
@@ -461,7 +461,7 @@ void AgendaWindow::openManual() {
 // Rows.
 
 void AgendaWindow::openRowMenu(std::size_t row, const GdkEvent* event) {
-    gtk::AgendaRows& rows = m_host.rows();
+    shells::AgendaRows& rows = m_host.rows();
     rows.focusRow(row);
     if (const auto content = rows.content(row)) {
         m_rowActions->openMenu(*content, rows.rowFrame(row), event);
@@ -470,7 +470,7 @@ void AgendaWindow::openRowMenu(std::size_t row, const GdkEvent* event) {
 
 // For the row at the point, or without a point the row that has the focus.
 std::string AgendaWindow::cutTextsAt(const std::optional<platform::CGPoint>& point) {
-    const gtk::AgendaRows& rows = m_host.rows();
+    const shells::AgendaRows& rows = m_host.rows();
     const auto row = point ? rows.rowAt(*point) : rows.focusedRow();
     const bool isResting = !m_host.window().isMoving() && !m_host.window().isFingerDown();
     return row && isResting ? rows.cutTexts(*row, m_platform.platform().textMeasurer) : "";

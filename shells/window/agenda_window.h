@@ -13,9 +13,9 @@
 #include "freedesktop/session/desktop_appearance.h"
 #include "freedesktop/session/feedback_device.h"
 #include "platform/geometry.h"
-#include "shells/gtk/agenda_host.h"
 #include "shells/gtk/agenda_widget.h"
 #include "shells/gtk/desktop_launch_context.h"
+#include "shells/host/agenda_host.h"
 #include "shells/widget/appearance.h"
 #include "shells/window/agenda_window_options.h"
 #include "shells/window/window_placement.h"
@@ -95,7 +95,7 @@ private:
     MainLoop& m_loop;
     freedesktop::DesktopAppearance m_desktopAppearance;
     shells::Appearance m_appearance;
-    gtk::AgendaHost m_host;
+    shells::AgendaHost m_host;
     gtk::AgendaWidget m_agenda;
     gtk::DesktopLaunchContext m_launchContext;
     freedesktop::FeedbackDevice m_feedback;

@@ -1,15 +1,19 @@
 // Draws a row that a finger pulls, less and more than its effect needs, as the hosts paint it.
 #include "tests/golden/golden_picture.h"
 
+#include <gtest/gtest.h>
+
+#include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "freedesktop/bundle/loaded_bundle.h"
 #include "freedesktop/dates/instant_text.h"
 #include "freedesktop/freedesktop_platform.h"
 #include "freedesktop/graphics/snapshot.h"
-#include "shells/gtk/agenda_host.h"
-#include "shells/gtk/row_pull.h"
+#include "shells/host/agenda_host.h"
+#include "shells/host/row_pull.h"
 #include "shells/widget/appearance.h"
 
 namespace quorvel::golden {
@@ -53,7 +57,7 @@ protected:
     PulledRow()
         : m_platform(options(GetParam().scale))
         , m_bundle(m_platform.loadBundle(QUORVEL_BUNDLE).value()) {
-        gtk::AgendaHostOptions hostOptions;
+        shells::AgendaHostOptions hostOptions;
         hostOptions.width = 320;
         hostOptions.calendarState = [] { return shells::CalendarState(); };
         hostOptions.frameTime = [] { return 0.0; };
@@ -75,8 +79,8 @@ protected:
         snapshot.scale = GetParam().scale;
         snapshot.backdrop = m_host->appearance().backdrop;
         snapshot.paint = [this](platform::GraphicsContext& context) {
-            for (const gtk::RowPull& pulled : m_host->rows().pulls()) {
-                gtk::paintPull(context, pulled, m_host->appearance().title);
+            for (const shells::RowPull& pulled : m_host->rows().pulls()) {
+                shells::paintPull(context, pulled, m_host->appearance().title);
             }
             m_host->window().render(context);
         };
@@ -86,14 +90,14 @@ protected:
 
     freedesktop::FreedesktopPlatform m_platform;
     std::shared_ptr<const freedesktop::LoadedBundle> m_bundle;
-    std::optional<gtk::AgendaHost> m_host;
+    std::optional<shells::AgendaHost> m_host;
 };
 
 TEST_P(PulledRow, LooksAsItDid) {
     pull(GetParam().way);
     const auto pulls = m_host->rows().pulls();
     ASSERT_EQ(pulls.size(), 1U);
-    EXPECT_EQ(gtk::isFirm(pulls[0]), GetParam().way > 200);
+    EXPECT_EQ(shells::isFirm(pulls[0]), GetParam().way > 200);
     draw();
     expectGolden(GetParam().name);
 }

@@ -12,7 +12,7 @@
 
 #include "freedesktop/glib/handles.h"
 #include "shells/gtk/agenda_accessible.h"
-#include "shells/gtk/row_list.h"
+#include "shells/host/row_list.h"
 #include "tests/freedesktop/session/session_testing.h"
 
 namespace quorvel::gtk {
@@ -27,7 +27,7 @@ inline constexpr int height = 100;
 inline constexpr CGFloat rowHeight = 40.5;
 
 // Rows of one height, which are named by their numbers; those with even numbers have an action.
-class NumberedRows final : public RowList {
+class NumberedRows final : public shells::RowList {
 public:
     std::size_t rowCount() const override { return answer(count); }
     std::string rowName(std::size_t row) const override {
@@ -100,7 +100,7 @@ protected:
     }
     ~AgendaAccessibleTest() override { destroy(); }
 
-    void setRows(RowList* list) {
+    void setRows(shells::RowList* list) {
         setAccessibleRows(widget, list, [this](const std::exception_ptr& failure) {
             try {
                 std::rethrow_exception(failure);

@@ -7,8 +7,8 @@
 
 #include "platform/ui/ui_window.h"
 #include "shells/gtk/agenda_accessible.h"
-#include "shells/gtk/agenda_host.h"
-#include "tests/shells/gtk/host_fixture.h"
+#include "shells/host/agenda_host.h"
+#include "tests/shells/host/host_fixture.h"
 #include "tests/window/child_process.h"
 
 namespace quorvel::gtk {
@@ -41,7 +41,7 @@ GdkDevice* makeTouchpad() {
 }
 
 // Updates the area as a shell must.
-class Shell final : public AgendaObserver {
+class Shell final : public shells::AgendaObserver {
 public:
     explicit Shell(GtkWidget* area)
         : m_area(area) {}
@@ -56,7 +56,7 @@ private:
     GtkWidget* m_area;
 };
 
-class AgendaAreaTest : public HostFixture {
+class AgendaAreaTest : public shells::HostFixture {
 protected:
     AgendaAreaTest() {
         addEvents(30);
@@ -167,7 +167,7 @@ protected:
         }
     });
     GdkDevice* touchpad = makeTouchpad();
-    std::unique_ptr<AgendaHost> host;
+    std::unique_ptr<shells::AgendaHost> host;
     std::optional<Shell> shell;
     int draws = 0;
     const CGPoint inFirstRow{20, 10};

@@ -44,10 +44,10 @@ protected:
         options.logs = {log};
         platform.emplace(options);
         bundle = platform->loadBundle(QUORVEL_BUNDLE).value();
-        AgendaHostOptions hostOptions;
+        shells::AgendaHostOptions hostOptions;
         hostOptions.calendarState = [] { return shells::CalendarState(); };
         hostOptions.frameTime = [] { return 0.0; };
-        host = std::make_unique<AgendaHost>(*bundle, platform->platform(), hostOptions);
+        host = std::make_unique<shells::AgendaHost>(*bundle, platform->platform(), hostOptions);
         widget = std::make_unique<AgendaWidget>(surroundings);
     }
 
@@ -61,7 +61,7 @@ protected:
     std::shared_ptr<RecordedLog> log = std::make_shared<RecordedLog>();
     std::optional<freedesktop::FreedesktopPlatform> platform;
     std::shared_ptr<const freedesktop::LoadedBundle> bundle;
-    std::unique_ptr<AgendaHost> host;
+    std::unique_ptr<shells::AgendaHost> host;
     RecordingSurroundings surroundings;
     std::unique_ptr<AgendaWidget> widget;
 };

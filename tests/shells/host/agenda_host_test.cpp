@@ -1,13 +1,13 @@
-#include "shells/gtk/agenda_host.h"
+#include "shells/host/agenda_host.h"
 
 #include <gmock/gmock.h>
 
 #include <limits>
 
 #include "platform/ui/ui_label.h"
-#include "tests/shells/gtk/host_fixture.h"
+#include "tests/shells/host/host_fixture.h"
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 namespace {
 
 using namespace platform;
@@ -35,7 +35,7 @@ TEST_F(AgendaHostTest, AnAppearanceTakesEffectWithoutAPresentation) {
     const auto host = makeShownHost();
     EXPECT_EQ(host->window().labelColors().title, host->appearance().title);
     const int appearances = observer.appearances;
-    const auto light = shells::standardAppearance(shells::AppearanceKind::light);
+    const auto light = standardAppearance(AppearanceKind::light);
     host->setAppearance(light);
     EXPECT_EQ(host->window().labelColors().caption, light.caption);
     EXPECT_FALSE(tableOf(*host).paintsTrailingSeparators());
@@ -45,7 +45,7 @@ TEST_F(AgendaHostTest, AnAppearanceTakesEffectWithoutAPresentation) {
 
 TEST_F(AgendaHostTest, ALegacyWidgetKeepsTheAppearanceWhenItIsLoadedAgain) {
     addEvents(2);
-    const auto host = makeShownHost(shells::legacyController);
+    const auto host = makeShownHost(legacyController);
     host->present();
     EXPECT_FALSE(tableOf(*host).paintsTrailingSeparators());
 }
@@ -124,7 +124,7 @@ TEST_F(AgendaHostTest, TheUsersWidthCounts) {
 
 TEST_F(AgendaHostTest, AWidgetHigherThanTheScreenScrolls) {
     addEvents(30);
-    const auto host = makeHost(shells::notificationController);
+    const auto host = makeHost(notificationController);
     host->setGreatestHeight(200);
     host->present();
     EXPECT_EQ(host->wantedSize(), (CGSize{320, 200}));
@@ -140,16 +140,16 @@ TEST_F(AgendaHostTest, AWidgetHigherThanTheScreenScrolls) {
 
 TEST_F(AgendaHostTest, TheOffsetStaysWithinFewerRows) {
     addEvents(30);
-    const auto host = makeHost(shells::notificationController);
+    const auto host = makeHost(notificationController);
     host->setGreatestHeight(200);
     host->present();
     host->setAreaSize({320, 200});
     scrollerOf(*host).setContentOffset({0, 300});
-    memory.clock.setNow(shells::at(0, 13, 10)); // 11 of them are over
+    memory.clock.setNow(at(0, 13, 10)); // 11 of them are over
     host->present();
     const UIScrollView& scroller = scrollerOf(*host);
     EXPECT_EQ(scroller.contentOffset().y, std::min(300.0, scroller.contentSize().height - 200));
-    memory.clock.setNow(shells::at(0, 13, 28)); // at most two remain
+    memory.clock.setNow(at(0, 13, 28)); // at most two remain
     host->present();
     EXPECT_EQ(scrollerOf(*host).contentOffset().y, 0);
 }
@@ -170,11 +170,11 @@ TEST_F(AgendaHostTest, HostileSizesAreLimited) {
     EXPECT_EQ(host->wantedSize().width, std::numeric_limits<std::int16_t>::max());
     for (const char* height : {"1e300", "-50"}) {
         setSettings({{"maxHeight", {std::string(height)}}});
-        memory.clock.setNow(shells::at(5, 0)); // no events
+        memory.clock.setNow(at(5, 0)); // no events
         host->present();
         EXPECT_GE(host->wantedSize().height, 1);
         EXPECT_LE(host->wantedSize().height, std::numeric_limits<std::int16_t>::max());
-        memory.clock.setNow(shells::at(0, 10));
+        memory.clock.setNow(at(0, 10));
         host->present();
         EXPECT_EQ(host->wantedSize().height, std::ceil(heightOfRows(*host)));
     }
@@ -184,7 +184,7 @@ TEST_F(AgendaHostTest, HostileSizesAreLimited) {
 
 TEST_F(AgendaHostTest, TheLegacyWidgetHasItsPictureAndItsRows) {
     addEvents(3);
-    const auto host = makeShownHost(shells::legacyController);
+    const auto host = makeShownHost(legacyController);
     EXPECT_EQ(host->wantedSize(), (CGSize{320, 70}));
     EXPECT_EQ(sizeOfWidget(*host), (CGSize{320, 70}));
     EXPECT_EQ(host->rows().rowCount(), 3U);
@@ -197,7 +197,7 @@ TEST_F(AgendaHostTest, TheLegacyWidgetHasItsPictureAndItsRows) {
 
 TEST_F(AgendaHostTest, ATapOpensNothing) {
     addEvents(1);
-    for (const char* controller : {shells::legacyController, shells::notificationController}) {
+    for (const char* controller : {legacyController, notificationController}) {
         const auto host = makeShownHost(controller);
         host->tap({60, 20});
         host->tap({60, 5000});
@@ -238,7 +238,7 @@ TEST_F(AgendaHostTest, AnEmptyAgendaHasALine) {
     EXPECT_EQ(frame.size.height, 300);
     addEvents(1);
     host->present();
-    EXPECT_EQ(host->notices(), shells::Notices{});
+    EXPECT_EQ(host->notices(), Notices{});
     EXPECT_TRUE(lineOf(*host).isHidden());
 }
 
@@ -257,7 +257,7 @@ TEST_F(AgendaHostTest, WhatCannotBeReadIsMarkedBelowTheRows) {
     calendarState.unreadable = {{"work.ics", 0, "it cannot be read: Permission denied"}};
     host->present();
     EXPECT_EQ(host->notices().problem,
-              (shells::ProblemNotice{"work.ics", "cannot be read: Permission denied"}));
+              (ProblemNotice{"work.ics", "cannot be read: Permission denied"}));
     EXPECT_GT(host->wantedSize().height, size.height + 14);
     EXPECT_EQ(sizeOfWidget(*host).height, rows);
     host->setAreaSize(host->wantedSize());
@@ -275,12 +275,11 @@ TEST_F(AgendaHostTest, CalendarsThatCannotBeReadAreNotMissing) {
     calendarState.hasReadable = false;
     const auto host = makeShownHost();
     EXPECT_FALSE(host->hasCalendars());
-    EXPECT_EQ(host->notices(), (shells::Notices{"There are no calendars yet", std::nullopt}));
+    EXPECT_EQ(host->notices(), (Notices{"There are no calendars yet", std::nullopt}));
     calendarState.unreadable = {{"a.ics", 0, "the file is empty"}, {"b.ics", 0, "too"}};
     host->present();
-    EXPECT_EQ(host->notices(),
-              (shells::Notices{"The calendars cannot be read",
-                               shells::ProblemNotice{"a.ics and 1 more", "the file is empty"}}));
+    EXPECT_EQ(host->notices(), (Notices{"The calendars cannot be read",
+                                        ProblemNotice{"a.ics and 1 more", "the file is empty"}}));
 }
 
 TEST_F(AgendaHostTest, WhatIsNotReadYetIsNotEmpty) {
@@ -339,7 +338,7 @@ TEST_F(AgendaHostTest, ACancelledFingerOpensNothing) {
 TEST_F(AgendaHostTest, TheWheelScrollsTheInnermostViewThatCanMove) {
     setSettings({{"maxHeight", {std::int64_t{150}}}, {"limitMaxHeight", {true}}});
     addEvents(10);
-    const auto host = makeHost(shells::notificationController);
+    const auto host = makeHost(notificationController);
     host->setGreatestHeight(100);
     host->present();
     host->setAreaSize({320, 100});
@@ -359,11 +358,11 @@ TEST_F(AgendaHostTest, TheWheelScrollsTheInnermostViewThatCanMove) {
 
 TEST_F(AgendaHostTest, NotifiesNobodyWithoutAnObserver) {
     addEvents(1);
-    const auto host = makeHost(shells::notificationController);
+    const auto host = makeHost(notificationController);
     host->setObserver(nullptr);
     host->present();
     EXPECT_EQ(observer.appearances + observer.sizes + observer.presentations, 0);
 }
 
 } // namespace
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

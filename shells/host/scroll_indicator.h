@@ -5,7 +5,7 @@
 
 #include "platform/geometry.h"
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 
 // Of a list that scrolls vertically; lengths in points.
 struct ScrollPosition {
@@ -34,4 +34,4 @@ private:
     std::optional<double> m_scrolledAt;
 };
 
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

@@ -1,4 +1,4 @@
-#include "shells/gtk/painting.h"
+#include "shells/host/painting.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <cstring>
 #include <memory>
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 namespace {
 
 using platform::CGRectMake;
@@ -109,4 +109,4 @@ TEST_F(PaintingTest, AnEmptyRowHasNoOutline) {
 }
 
 } // namespace
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

@@ -7,7 +7,7 @@
 
 #include "platform/geometry.h"
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 
 // Rows count from 0. A row that does not exist has an empty name, no action and an empty frame.
 class RowList {
@@ -25,4 +25,4 @@ public:
     virtual bool focusRow(std::size_t row) = 0;
 };
 
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

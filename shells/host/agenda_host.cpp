@@ -1,4 +1,4 @@
-#include "shells/gtk/agenda_host.h"
+#include "shells/host/agenda_host.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,7 +13,7 @@
 #include "shells/widget/hosted_widget.h"
 #include "shells/widget/notice_views.h"
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 
 using platform::CGFloat;
 using platform::CGPoint;
@@ -83,9 +83,9 @@ AgendaHost::AgendaHost(const freedesktop::LoadedBundle& bundle, const platform::
     , m_scroller(std::make_shared<UIScrollView>())
     , m_greatestHeight(std::numeric_limits<CGFloat>::infinity()) {
     m_window->addSubview(m_scroller);
-    m_notices = std::make_unique<shells::NoticeViews>(platform.textMeasurer, *m_window);
-    m_widget = std::make_unique<shells::HostedWidget>(bundle, m_options.controllerName, platform,
-                                                      *this, *m_scroller);
+    m_notices = std::make_unique<NoticeViews>(platform.textMeasurer, *m_window);
+    m_widget = std::make_unique<HostedWidget>(bundle, m_options.controllerName, platform, *this,
+                                              *m_scroller);
     m_rows = std::make_unique<AgendaRows>(
         *m_widget, *m_scroller, m_options.frameTime,
         AgendaRows::Handlers{[this] { notify(&AgendaObserver::onAppearanceChanged); },
@@ -145,7 +145,7 @@ void AgendaHost::presentWidget() {
     m_widget->present();
 }
 
-void AgendaHost::setAppearance(const shells::Appearance& appearance) {
+void AgendaHost::setAppearance(const Appearance& appearance) {
     m_options.appearance = appearance;
     applyAppearance();
     layOut();
@@ -165,15 +165,15 @@ void AgendaHost::didUpdatePreferredSize(platform::SBUIWidgetHost&, CGSize size) 
     m_preferredSize = size;
 }
 
-const shells::Notices& AgendaHost::notices() const {
+const Notices& AgendaHost::notices() const {
     return m_notices->notices();
 }
 
 void AgendaHost::updateNotices() {
-    const shells::CalendarState calendars = m_options.calendarState();
+    const CalendarState calendars = m_options.calendarState();
     m_hasCalendars = calendars.hasReadable;
     m_notices->show(
-        shells::noticesOf(*m_widget, calendars, m_platform.dateServices, m_platform.clock.now()));
+        noticesOf(*m_widget, calendars, m_platform.dateServices, m_platform.clock.now()));
     m_scroller->setHidden(!m_hasCalendars);
 }
 
@@ -323,4 +323,4 @@ bool AgendaHost::canDragVertically(const CGPoint& location) {
     return anyCanMove(viewAt(location).get(), &UIScrollView::canMoveVertically);
 }
 
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

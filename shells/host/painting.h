@@ -8,7 +8,7 @@
 
 struct _cairo; // the painting library's context
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 
 // Replaces the content of the rectangle by the backdrop's colour; absent: by transparency. Where
 // the screen does not support translucent windows, the result is opaque.
@@ -26,4 +26,4 @@ void paintFocus(struct _cairo* context, const platform::CGRect& row,
 void paintBar(struct _cairo* context, const platform::CGRect& bar, const platform::UIColor& color,
               platform::CGFloat opacity);
 
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

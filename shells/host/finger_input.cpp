@@ -1,12 +1,12 @@
-#include "shells/gtk/finger_input.h"
+#include "shells/host/finger_input.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-#include "shells/gtk/agenda_host.h"
+#include "shells/host/agenda_host.h"
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 
 using platform::CGFloat;
 using platform::CGPoint;
@@ -99,4 +99,4 @@ void FingerInput::sendPhase(UITouchPhase phase, double time) {
     m_host.sendFinger({static_cast<std::int64_t>(m_touch->source), phase, m_touch->location, time});
 }
 
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

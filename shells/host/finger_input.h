@@ -8,7 +8,7 @@
 #include "platform/geometry.h"
 #include "platform/ui/ui_touch.h"
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 
 class AgendaHost;
 
@@ -55,4 +55,4 @@ private:
     std::optional<Touch> m_touch;
 };
 
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

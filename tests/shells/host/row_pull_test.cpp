@@ -1,4 +1,4 @@
-#include "shells/gtk/row_pull.h"
+#include "shells/host/row_pull.h"
 
 #include <string>
 #include <vector>
@@ -7,9 +7,9 @@
 
 #include "platform/memory/recording_context.h"
 #include "platform/ui/ui_scroll_view.h"
-#include "tests/shells/gtk/host_fixture.h"
+#include "tests/shells/host/host_fixture.h"
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 namespace {
 
 using namespace platform;
@@ -90,7 +90,7 @@ TEST_F(PulledRowsTest, ARowBelowTheFingerIsPulled) {
 }
 
 TEST_F(PulledRowsTest, ARowWithoutAnEffectIsNotPulled) {
-    EKEvent unlinked = event("unlinked", shells::at(0, 11));
+    EKEvent unlinked = event("unlinked", at(0, 11));
     unlinked.persistentEvent.eventIdentifier = "home:not a link";
     memory.calendarStores.addEvent(unlinked);
     host = makeShownHost();
@@ -101,4 +101,4 @@ TEST_F(PulledRowsTest, ARowWithoutAnEffectIsNotPulled) {
 }
 
 } // namespace
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

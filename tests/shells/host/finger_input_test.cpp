@@ -1,10 +1,10 @@
-#include "shells/gtk/finger_input.h"
+#include "shells/host/finger_input.h"
 
 #include <gmock/gmock.h>
 
-#include "tests/shells/gtk/host_fixture.h"
+#include "tests/shells/host/host_fixture.h"
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 namespace {
 
 using namespace platform;
@@ -18,7 +18,7 @@ class FingerInputTest : public HostFixture {
 protected:
     FingerInputTest() {
         addEvents(30);
-        host = makeHost(shells::notificationController);
+        host = makeHost(notificationController);
         host->setGreatestHeight(120);
         host->present();
         host->setAreaSize({320, 120});
@@ -132,4 +132,4 @@ TEST_F(FingerInputTest, InputWithoutABeginningIsIgnored) {
 }
 
 } // namespace
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

@@ -11,7 +11,7 @@ namespace quorvel::platform {
 class GraphicsContext;
 } // namespace quorvel::platform
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 
 // A row whose content is to the right of its place.
 struct RowPull {
@@ -30,4 +30,4 @@ bool isFirm(const RowPull& pull);
 void paintPull(platform::GraphicsContext& context, const RowPull& pull,
                const platform::UIColor& textColor);
 
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

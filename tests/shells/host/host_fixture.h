@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "platform/ui/ui_table_view.h"
-#include "shells/gtk/agenda_host.h"
+#include "shells/host/agenda_host.h"
 #include "tests/shells/widget/shell_fixture.h"
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 
 class RecordingObserver : public AgendaObserver {
 public:
@@ -30,7 +30,7 @@ public:
     int firmPulls = 0;
 };
 
-class HostFixture : public shells::ShellFixture {
+class HostFixture : public ShellFixture {
 protected:
     std::unique_ptr<AgendaHost> makeHost(const std::string& controller) {
         AgendaHostOptions options;
@@ -44,7 +44,7 @@ protected:
     }
     // Presented, in an area of its wanted size.
     std::unique_ptr<AgendaHost>
-    makeShownHost(const std::string& controller = shells::notificationController) {
+    makeShownHost(const std::string& controller = notificationController) {
         auto host = makeHost(controller);
         host->present();
         host->setAreaSize(host->wantedSize());
@@ -82,9 +82,9 @@ protected:
     }
 
     std::optional<platform::CGFloat> width;
-    shells::CalendarState calendarState;
+    CalendarState calendarState;
     double time = 100; // seconds, of the frame clock
     RecordingObserver observer;
 };
 
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

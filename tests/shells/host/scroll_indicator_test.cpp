@@ -1,8 +1,8 @@
-#include "shells/gtk/scroll_indicator.h"
+#include "shells/host/scroll_indicator.h"
 
 #include <gtest/gtest.h>
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 namespace {
 
 using platform::CGRect;
@@ -62,4 +62,4 @@ TEST(ScrollIndicator, AnotherListIsNoScroll) {
 }
 
 } // namespace
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

@@ -1,4 +1,4 @@
-#include "shells/gtk/row_pull.h"
+#include "shells/host/row_pull.h"
 
 #include <algorithm>
 #include <string_view>
@@ -6,7 +6,7 @@
 #include "platform/graphics_context.h"
 #include "platform/ui_font.h"
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 
 using platform::CGFloat;
 using platform::CGRect;
@@ -79,4 +79,4 @@ void paintPull(GraphicsContext& context, const RowPull& pull, const UIColor& tex
     context.restoreGState();
 }
 
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

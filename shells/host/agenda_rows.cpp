@@ -1,4 +1,4 @@
-#include "shells/gtk/agenda_rows.h"
+#include "shells/host/agenda_rows.h"
 
 #include <utility>
 
@@ -8,7 +8,7 @@
 #include "shells/widget/cut_texts.h"
 #include "shells/widget/hosted_widget.h"
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 
 using platform::CGFloat;
 using platform::CGPoint;
@@ -32,7 +32,7 @@ bool hasRow(const UITableView* table, std::size_t row) {
 
 } // namespace
 
-AgendaRows::AgendaRows(shells::HostedWidget& widget, platform::UIScrollView& scroller,
+AgendaRows::AgendaRows(HostedWidget& widget, platform::UIScrollView& scroller,
                        std::function<double()> frameTime, Handlers handlers)
     : m_widget(widget)
     , m_scroller(scroller)
@@ -47,9 +47,9 @@ void AgendaRows::reload() {
     }
 }
 
-const std::vector<shells::RowDescription>& AgendaRows::descriptions() const {
+const std::vector<RowDescription>& AgendaRows::descriptions() const {
     if (!m_descriptions) {
-        m_descriptions = shells::describeRows(m_widget);
+        m_descriptions = describeRows(m_widget);
     }
     return *m_descriptions;
 }
@@ -133,7 +133,7 @@ std::size_t AgendaRows::rowCount() const {
 
 std::string AgendaRows::rowName(std::size_t row) const {
     if (!m_names) {
-        m_names = shells::nameRows(m_widget);
+        m_names = nameRows(m_widget);
     }
     return row < m_names->size() ? (*m_names)[row] : "";
 }
@@ -169,4 +169,4 @@ bool AgendaRows::focusRow(std::size_t row) {
     return true;
 }
 
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

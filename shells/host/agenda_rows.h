@@ -5,9 +5,9 @@
 #include <functional>
 #include <vector>
 
-#include "shells/gtk/row_list.h"
-#include "shells/gtk/row_pull.h"
-#include "shells/gtk/scroll_indicator.h"
+#include "shells/host/row_list.h"
+#include "shells/host/row_pull.h"
+#include "shells/host/scroll_indicator.h"
 #include "shells/widget/row_descriptions.h"
 
 namespace quorvel::platform {
@@ -19,7 +19,7 @@ namespace quorvel::shells {
 class HostedWidget;
 } // namespace quorvel::shells
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 
 class AgendaRows final : public RowList {
 public:
@@ -30,17 +30,15 @@ public:
 
     // The widget is inside `scroller`; both outlive the rows. `frameTime` returns the current time
     // of the frame clock, in seconds.
-    AgendaRows(shells::HostedWidget& widget, platform::UIScrollView& scroller,
+    AgendaRows(HostedWidget& widget, platform::UIScrollView& scroller,
                std::function<double()> frameTime, Handlers handlers);
 
     // Call this after each presentation of the widget.
     void reload();
     // Created at the first use after a presentation, as are the names.
-    const std::vector<shells::RowDescription>& descriptions() const;
+    const std::vector<RowDescription>& descriptions() const;
     // Absent where there is no such row.
-    std::optional<shells::RowContent> content(std::size_t row) const {
-        return shells::rowContent(m_widget, row);
-    }
+    std::optional<RowContent> content(std::size_t row) const { return rowContent(m_widget, row); }
     void dropFocus();
     // The rows with an action whose content is to the right of its place, from top to bottom. Those
     // outside the area have none.
@@ -65,13 +63,13 @@ public:
 private:
     void setFocus(std::optional<std::size_t> row);
 
-    shells::HostedWidget& m_widget;
+    HostedWidget& m_widget;
     platform::UIScrollView& m_scroller;
     std::function<double()> m_frameTime;
     Handlers m_handlers;
-    mutable std::optional<std::vector<shells::RowDescription>> m_descriptions;
+    mutable std::optional<std::vector<RowDescription>> m_descriptions;
     mutable std::optional<std::vector<std::string>> m_names;
     std::optional<std::size_t> m_focusedRow;
 };
 
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

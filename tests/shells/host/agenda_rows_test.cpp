@@ -1,11 +1,11 @@
-#include "shells/gtk/agenda_rows.h"
+#include "shells/host/agenda_rows.h"
 
 #include <gmock/gmock.h>
 
 #include "platform/ui/ui_scroll_view.h"
-#include "tests/shells/gtk/host_fixture.h"
+#include "tests/shells/host/host_fixture.h"
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 namespace {
 
 using namespace platform;
@@ -17,7 +17,7 @@ protected:
     // 30 rows of which the area shows a few.
     std::unique_ptr<AgendaHost> makeScrolledHost() {
         addEvents(30);
-        auto host = makeHost(shells::notificationController);
+        auto host = makeHost(notificationController);
         host->setGreatestHeight(120);
         host->present();
         host->setAreaSize({320, 120});
@@ -67,7 +67,7 @@ TEST_F(AgendaRowsTest, RunningARowPullsIt) {
 }
 
 TEST_F(AgendaRowsTest, ARowWithoutAnActionIsNotPulled) {
-    EKEvent unlinked = event("unlinked", shells::at(0, 11));
+    EKEvent unlinked = event("unlinked", at(0, 11));
     unlinked.persistentEvent.eventIdentifier = "home:not a link";
     memory.calendarStores.addEvent(unlinked);
     const auto host = makeShownHost();
@@ -125,7 +125,7 @@ TEST_F(AgendaRowsTest, LosesTheFocusWithTheFocusedRow) {
     host->rows().focusRow(2);
     host->present();
     EXPECT_EQ(host->rows().focusedRow(), 2U);
-    memory.clock.setNow(shells::at(0, 13, 1)); // two of them are over
+    memory.clock.setNow(at(0, 13, 1)); // two of them are over
     host->present();
     EXPECT_EQ(host->rows().rowCount(), 1U);
     EXPECT_EQ(host->rows().focusedRow(), std::nullopt);
@@ -133,4 +133,4 @@ TEST_F(AgendaRowsTest, LosesTheFocusWithTheFocusedRow) {
 }
 
 } // namespace
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

@@ -11,7 +11,7 @@
 #include "platform/platform.h"
 #include "platform/ui/ui_window.h"
 #include "platform/widget_host.h"
-#include "shells/gtk/agenda_rows.h"
+#include "shells/host/agenda_rows.h"
 #include "shells/widget/appearance.h"
 #include "shells/widget/notices.h"
 
@@ -28,7 +28,7 @@ class HostedWidget;
 class NoticeViews;
 } // namespace quorvel::shells
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 
 // Shows the host's views. Notified immediately, also from inside methods of the host.
 class AgendaObserver {
@@ -46,9 +46,9 @@ public:
 struct AgendaHostOptions {
     std::string controllerName;             // empty: the bundle's principal class
     std::optional<platform::CGFloat> width; // points; absent: the width that the widget prefers
-    std::function<shells::CalendarState()> calendarState; // called after each presentation
-    std::function<double()> frameTime; // the current time of the frame clock, in seconds
-    shells::Appearance appearance = shells::standardAppearance(shells::AppearanceKind::dark);
+    std::function<CalendarState()> calendarState; // called after each presentation
+    std::function<double()> frameTime;            // the current time of the frame clock, in seconds
+    Appearance appearance = standardAppearance(AppearanceKind::dark);
 };
 
 class AgendaHost final : public platform::SBUIWidgetHost, private platform::SBUIWidgetHostDelegate {
@@ -69,8 +69,8 @@ public:
     void dismiss();
 
     // Takes effect immediately, without a presentation. The host paints no backdrop.
-    void setAppearance(const shells::Appearance& appearance);
-    const shells::Appearance& appearance() const { return m_options.appearance; }
+    void setAppearance(const Appearance& appearance);
+    const Appearance& appearance() const { return m_options.appearance; }
 
     // The size that shows the whole widget and the notices, limited to setGreatestHeight(). Whole
     // points, as windows need them, and at least one.
@@ -82,10 +82,11 @@ public:
 
     platform::UIWindow& window() { return *m_window; }
     AgendaRows& rows() { return *m_rows; }
+    const AgendaRows& rows() const { return *m_rows; }
     // False where a line replaces the rows because there is not one calendar to read.
     bool hasCalendars() const { return m_hasCalendars; }
     // What the user can read in place of the rows and below them, for screen readers.
-    const shells::Notices& notices() const;
+    const Notices& notices() const;
 
     // Input. Locations are points of the area, times seconds of the frame clock.
     void sendFinger(const platform::FingerReport& report);
@@ -123,9 +124,9 @@ private:
     AgendaObserver* m_observer = nullptr;
     std::shared_ptr<platform::UIWindow> m_window;
     std::shared_ptr<platform::UIScrollView> m_scroller; // fills the window, holds the widget
-    std::unique_ptr<shells::NoticeViews> m_notices;     // in front of the widget
+    std::unique_ptr<NoticeViews> m_notices;             // in front of the widget
     bool m_hasCalendars = true;                         // at the latest presentation
-    std::unique_ptr<shells::HostedWidget> m_widget;
+    std::unique_ptr<HostedWidget> m_widget;
     std::unique_ptr<AgendaRows> m_rows;
     bool m_isPullFirm = false; // that of the finger
     bool m_isFirstSizeKnown = false;
@@ -135,4 +136,4 @@ private:
     std::optional<platform::CGSize> m_areaSize; // absent before setAreaSize()
 };
 
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

@@ -1,10 +1,10 @@
-#include "shells/gtk/painting.h"
+#include "shells/host/painting.h"
 
 #include <algorithm>
 #include <cairo.h>
 #include <numbers>
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 
 using platform::CGFloat;
 using platform::CGRect;
@@ -97,4 +97,4 @@ void paintBar(cairo_t* context, const CGRect& bar, const UIColor& color, CGFloat
     cairo_restore(context);
 }
 
-} // namespace quorvel::gtk
+} // namespace quorvel::shells

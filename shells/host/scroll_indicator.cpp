@@ -1,8 +1,8 @@
-#include "shells/gtk/scroll_indicator.h"
+#include "shells/host/scroll_indicator.h"
 
 #include <algorithm>
 
-namespace quorvel::gtk {
+namespace quorvel::shells {
 
 using platform::CGFloat;
 using platform::CGRect;
@@ -47,4 +47,4 @@ CGFloat ScrollIndicator::opacity(double time) const {
     return std::clamp(1 - faded, 0.0, 1.0);
 }
 
-} // namespace quorvel::gtk
+} // namespace quorvel::shells
