@@ -133,7 +133,7 @@ TEST_F(WallClockTimerTest, DoesNotCallOnceItIsStoppedOrDestroyed) {
     timer.reset();
     runFor(0.05);
     EXPECT_EQ(instants, 0);
-    EXPECT_TRUE(log.lines.empty());
+    EXPECT_TRUE(log.lines().empty());
 }
 
 TEST_F(WallClockTimerTest, ReportsThatTheClockWasSet) {

@@ -61,7 +61,7 @@ TEST_F(FileChangesTest, AFileThatIsWrittenReplacedRemovedOrComesAgain) {
     EXPECT_TRUE(isSeen()) << "new";
     fs::rename(file, file + "~");
     EXPECT_TRUE(isSeen()) << "renamed";
-    EXPECT_THAT(log.lines, IsEmpty());
+    EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST_F(FileChangesTest, AFileThatStaysOpenIsSeenToGrow) {
@@ -282,7 +282,7 @@ TEST_F(FileChangesTest, PathsNeedNotBePlain) {
     changes->watch({{""}, {"/proc/self/nothing/there"}, {std::string("a\0b", 3)}});
     EXPECT_TRUE(isUnseen());
     changes->watch({{"/"}});
-    EXPECT_THAT(log.lines, IsEmpty());
+    EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST_F(FileChangesTest, OtherPathsTakeThePlaceOfTheFirst) {
@@ -329,14 +329,14 @@ TEST_F(FileChangesTest, WithoutWatchesLeftItLogsOnceAndContinues) {
     Kernel::instance().watchesLeft = 1;
     watch(folder.path(), 5);
     Kernel::instance().watchesLeft = -1;
-    EXPECT_THAT(log.lines, ElementsAre(HasSubstr("max_user_watches")));
+    EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("max_user_watches")));
     write(folder / "a.txt", "1");
     EXPECT_TRUE(isSeen());
     fs::create_directory(folder / "d");
     EXPECT_TRUE(isSeen());
     write(folder / "a/b/c/a.txt", "1");
     EXPECT_TRUE(isSeen()) << "there are watches again";
-    EXPECT_EQ(log.lines.size(), 1U);
+    EXPECT_EQ(log.lines().size(), 1U);
 }
 
 TEST_F(FileChangesTest, TooManyFoldersAreLoggedOnce) {
@@ -346,17 +346,17 @@ TEST_F(FileChangesTest, TooManyFoldersAreLoggedOnce) {
     changes = std::make_unique<FileChanges>(
         log, [this] { ++calls; }, 10);
     watch(folder.path(), 2);
-    EXPECT_THAT(log.lines, ElementsAre(HasSubstr("too much to watch")));
+    EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("too much to watch")));
     write(folder / "a.txt", "1");
     EXPECT_TRUE(isSeen());
-    EXPECT_EQ(log.lines.size(), 1U);
+    EXPECT_EQ(log.lines().size(), 1U);
 }
 
 TEST_F(FileChangesTest, NoticesThatAFileBecomesReadable) {
     fs::create_directory(folder / "locked");
     Kernel::instance().unwatchable = folder / "locked";
     watch(folder / "locked");
-    EXPECT_THAT(log.lines, ElementsAre(HasSubstr("cannot watch " + (folder / "locked"))));
+    EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("cannot watch " + (folder / "locked"))));
     Kernel::instance().unwatchable.clear();
     fs::permissions(folder / "locked", fs::perms::owner_all);
     EXPECT_TRUE(isSeen());

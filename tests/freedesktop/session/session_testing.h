@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -73,10 +74,25 @@ private:
     bool m_wasSet = false;
 };
 
+// Calendars are read, and reported, on other threads.
 class RecordedLog final : public platform::SystemLog {
 public:
-    void log(std::string_view message) override { lines.emplace_back(message); }
-    std::vector<std::string> lines;
+    void log(std::string_view message) override {
+        const std::lock_guard lock(m_mutex);
+        m_lines.emplace_back(message);
+    }
+    std::vector<std::string> lines() const {
+        const std::lock_guard lock(m_mutex);
+        return m_lines;
+    }
+    void clear() {
+        const std::lock_guard lock(m_mutex);
+        m_lines.clear();
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::vector<std::string> m_lines;
 };
 
 // Runs the default main context. runUntil: whether it happened in time.

@@ -109,12 +109,12 @@ TEST_F(AgendaWidgetTest, NothingRunsAfterItsDestructionThoughTheAreaStays) {
     gtk_container_add(GTK_CONTAINER(window), widget->widget());
     gtk_widget_show_all(window);
     runFor(0.2);
-    log->lines.clear();
+    log->clear();
     widget.reset();
     gtk_widget_queue_draw(window);
     writeSettings(1);
     runFor(0.4);
-    EXPECT_THAT(log->lines, IsEmpty());
+    EXPECT_THAT(log->lines(), IsEmpty());
     EXPECT_EQ(surroundings.presentations, 1);
     gtk_widget_destroy(window);
 }

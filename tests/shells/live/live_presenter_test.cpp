@@ -205,7 +205,7 @@ TEST_F(LivePresenterTest, WhenACalendarIsWrittenReplacedAddedOrRemoved) {
     write(folder / "calendars/home/event.ics.tmp", "1");
     write(folder / "two.ics", "1");
     EXPECT_TRUE(isNotPresented());
-    EXPECT_THAT(log->lines, IsEmpty());
+    EXPECT_THAT(log->lines(), IsEmpty());
 }
 
 TEST_F(LivePresenterTest, WhenThunderbirdChangesItsCalendars) {

@@ -217,13 +217,13 @@ TEST_F(SubscriptionRefreshTest, MissingProgramIsLoggedOnce) {
     subscribe();
     fs::remove(folder / "refresh");
     start();
-    EXPECT_TRUE(runUntil([this] { return !log->lines.empty(); }, longWait));
+    EXPECT_TRUE(runUntil([this] { return !log->lines().empty(); }, longWait));
     present();
     runFor(0.2);
-    ASSERT_EQ(log->lines.size(), 1U);
-    EXPECT_TRUE(log->lines[0].starts_with("QRV: the program '" + folder / "refresh" +
+    ASSERT_EQ(log->lines().size(), 1U);
+    EXPECT_TRUE(log->lines()[0].starts_with("QRV: the program '" + folder / "refresh" +
                                           "' cannot be started: "))
-        << log->lines[0];
+        << log->lines()[0];
 }
 
 TEST_F(SubscriptionRefreshTest, NothingHappensAfterTheEnd) {

@@ -74,8 +74,8 @@ protected:
         return noon.timeIntervalSinceDate(platform->platform().clock.now());
     }
     bool isPresented() {
-        const std::size_t before = log->lines.size();
-        return runUntil([&] { return log->lines.size() > before; });
+        const std::size_t before = log->lines().size();
+        return runUntil([&] { return log->lines().size() > before; });
     }
 
     const NSDate noon =
@@ -121,11 +121,11 @@ TEST_F(ClosedWindowTest, NothingRunsAfterwards) {
         if (left <= 0) {
             continue;
         }
-        log->lines.clear();
+        log->clear();
         writeGarbage(2);
         writeCalendar("After");
         runFor(left + 0.5);
-        EXPECT_THAT(log->lines, testing::IsEmpty());
+        EXPECT_THAT(log->lines(), testing::IsEmpty());
         EXPECT_EQ(wakeUpsDuring(0.3), 0);
         return;
     }
