@@ -3,64 +3,21 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <optional>
 #include <utility>
-#include <variant>
 
 #include <unistd.h>
 
-#include "freedesktop/calendars/server/sources_service.h"
-#include "freedesktop/calendars/store/server_calendar_stores.h"
-#include "freedesktop/calendars/subscriptions/calendar_address.h"
-#include "freedesktop/calendars/subscriptions/copied_sources.h"
-#include "freedesktop/calendars/thunderbird/profiles.h"
 #include "freedesktop/language/messages.h"
+#include "freedesktop/named_calendars.h"
 
 namespace quorvel::app {
 
 using freedesktop::CalendarSource;
-using freedesktop::SubscriptionCache;
 using freedesktop::translated;
 
 namespace {
 
 constexpr std::size_t mostInput = 64 << 20U; // bytes
-
-// People leave out the colon of a source that is no file.
-std::string sourceHint(const std::string& path) {
-    if (path + ':' == freedesktop::dataServerSourceName) {
-        return translated("write 'eds:' for those of Evolution Data Server");
-    }
-    if (path + ':' == freedesktop::thunderbird::sourceName) {
-        return translated("write 'thunderbird:' for those of Thunderbird");
-    }
-    if (path.starts_with(freedesktop::thunderbird::sourceName)) {
-        return translated(
-            "name a folder of its profiles, as in 'thunderbird:~/.thunderbird/abcd.default'");
-    }
-    return translated("name a .ics file or a folder of them");
-}
-
-Result<void, TranslatableText> checkAnySource(const CalendarSource& source) {
-    if (freedesktop::isDataServer(source)) {
-        return freedesktop::eds::checkDataServer();
-    }
-    return freedesktop::thunderbird::isThunderbird(source)
-               ? freedesktop::thunderbird::checkProfiles(source)
-               : freedesktop::checkSource(source);
-}
-
-CommandResult<CalendarSource> localSource(const std::string& name, const std::string& path) {
-    CalendarSource source = CalendarSource::at(path);
-    const auto check = checkAnySource(source);
-    if (!check) {
-        return usageFailure({filled(translated("the calendars '{1}' cannot be read ({2})"),
-                                    {name, translated(check.error())}),
-                             {},
-                             sourceHint(name)});
-    }
-    return source;
-}
 
 CommandResult<CalendarSource> standardInput() {
     std::string text;
@@ -86,19 +43,11 @@ CommandResult<CalendarSource> standardInput() {
 } // namespace
 
 CommandResult<CalendarSource> namedSource(const std::string& name) {
-    const auto address = freedesktop::parseCalendarAddress(name);
-    if (!address) {
-        return usageFailure(address.error());
+    Result<CalendarSource> source = freedesktop::namedCalendars(name);
+    if (!source) {
+        return usageFailure(source.error());
     }
-    if (const auto* const remote = std::get_if<freedesktop::RemoteCalendar>(&*address)) {
-        return sourceOf(*remote, SubscriptionCache(freedesktop::userSubscriptionFolder()));
-    }
-    if (const auto* const local = std::get_if<freedesktop::LocalCalendars>(&*address)) {
-        return localSource(name, local->path);
-    }
-    return usageFailure({translated("standard input cannot be read here"),
-                         {},
-                         translated("name a .ics file or a folder of them")});
+    return *std::move(source);
 }
 
 CommandResult<std::vector<CalendarSource>> namedSources(const std::vector<std::string>& names) {
