@@ -11,6 +11,11 @@ set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 # BUILT and INSTALLED are the folder of libquorvel_platform.so as seen from the target's file.
 # To be called after the install(TARGETS) of the target, whose DESTINATION is repeated here.
 function(quorvel_library_folder target)
+  # Some packagers allow no search path in an installed file; the loader's own then leads to the
+  # libraries, or LD_LIBRARY_PATH.
+  if(CMAKE_SKIP_RPATH OR CMAKE_SKIP_INSTALL_RPATH)
+    return()
+  endif()
   cmake_parse_arguments(folder "" "BUILT;INSTALLED;DESTINATION" "" ${ARGN})
   set(built "$ORIGIN/${folder_BUILT}")
   set(installed "$ORIGIN/${folder_INSTALLED}")

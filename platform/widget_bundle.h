@@ -19,7 +19,8 @@ class _SBUIWidgetViewController; // NOLINT(bugprone-reserved-identifier): declar
 struct CGColor;
 struct Platform;
 
-// Raised whenever anything that crosses the bundle's border changes its shape.
+// Raised whenever anything that crosses the bundle's border changes its shape. Also the SOVERSION
+// of the libraries that hosts link.
 inline constexpr std::uint32_t widgetBundleInterfaceVersion = 4;
 
 struct WidgetBundle {

@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include <dlfcn.h>
+
 namespace quorvel::freedesktop {
 
 namespace fs = std::filesystem;
@@ -19,6 +21,15 @@ fs::path commandFolder(const fs::path& folder) {
     const fs::path commands = (folder / QUORVEL_RELATIVE_COMMAND_FOLDER).lexically_normal();
     const fs::path helpers = (commands / QUORVEL_RELATIVE_HELPER_FOLDER).lexically_normal();
     return helpers == folder ? commands : folder;
+}
+
+fs::path folderOfLibrary(const void* code) {
+    Dl_info library{};
+    std::error_code error;
+    const fs::path file = dladdr(code, &library) != 0
+                              ? fs::canonical(library.dli_fname, error) // empty after an error
+                              : fs::path();
+    return file.parent_path();
 }
 
 } // namespace
@@ -47,6 +58,16 @@ ProgramFolders programFolders() {
     std::error_code error;
     const fs::path executable = fs::read_symlink("/proc/self/exe", error);
     return programFolders(error ? std::string(".") : executable.parent_path().string());
+}
+
+ProgramFolders programFoldersOfLibrary(const void* code, const std::string& builtCommands,
+                                       const std::string& installedCommands) {
+    const fs::path folder = folderOfLibrary(code);
+    const fs::path built = (folder / builtCommands).lexically_normal();
+    std::error_code error;
+    const bool isBuilt = fs::exists(built / "Quorvel.bundle", error);
+    return programFolders(
+        (isBuilt ? built : (folder / installedCommands).lexically_normal()).string());
 }
 
 } // namespace quorvel::freedesktop

@@ -23,5 +23,9 @@ struct ProgramFolders {
 ProgramFolders programFolders(const std::string& executableFolder);
 // For the running process.
 ProgramFolders programFolders();
+// For a library or module in a program of others. `code`: any function in it. The other two are the
+// folders of the commands, seen from the library's own, after a build and in an installation.
+ProgramFolders programFoldersOfLibrary(const void* code, const std::string& builtCommands,
+                                       const std::string& installedCommands);
 
 } // namespace quorvel::freedesktop
