@@ -21,6 +21,7 @@
 #include "freedesktop/freedesktop_platform.h"
 #include "freedesktop/graphics/snapshot.h"
 #include "freedesktop/language/messages.h"
+#include "freedesktop/text/fonts.h"
 #include "shells/headless/agenda.h"
 #include "shells/headless/calendar_list.h"
 #include "shells/headless/inspect.h"
@@ -152,7 +153,18 @@ private:
             return operationFailure(
                 {written.error().what, {}, snapshotHint(m_line.output, snapshot)});
         }
+        warnWithoutFonts();
         return checkCalendars();
+    }
+
+    // No failure: the picture has been written, with boxes in place of letters.
+    static void warnWithoutFonts() {
+        if (!freedesktop::areFontsInstalled()) {
+            printError({translated("there are no fonts, so that the texts cannot be read"),
+                        {},
+                        translated("install one, such as DejaVu Sans (on Debian the package "
+                                   "fonts-dejavu-core)")});
+        }
     }
 
     CommandResult<void> printCalendars() {

@@ -69,6 +69,12 @@ bool isFontInstalled(const std::string& family) {
     return isGenericName(family) || isFamilyOfAnyFont(family);
 }
 
+bool areFontsInstalled() {
+    waitForFonts(createFontContext({}).get(), "Inter");
+    const FcFontSet* fonts = FcConfigGetFonts(nullptr, FcSetSystem);
+    return fonts != nullptr && fonts->nfont > 0;
+}
+
 std::string systemFontFamily(PangoContext* context, const std::optional<std::string>& requested) {
     if (requested && !requested->empty())
         return *requested;

@@ -22,6 +22,26 @@ void addOptions(GtkApplication* application, std::uint64_t options) {
     g_action_map_add_action(G_ACTION_MAP(application), G_ACTION(action.get()));
 }
 
+// The desktop shows the actions of the desktop entry in its own menu for the program, and activates
+// them over the bus. Each is the window's own of the same name.
+void addWindowAction(GtkApplication* application, const char* name) {
+    using Handler = void (*)(GSimpleAction*, GVariant*, GtkApplication*);
+    const Handler activated = [](GSimpleAction* action, GVariant*, GtkApplication* owner) {
+        for (const GList* window = gtk_application_get_windows(owner); window != nullptr;
+             window = window->next) {
+            GActionGroup* const actions =
+                gtk_widget_get_action_group(GTK_WIDGET(window->data), "win");
+            if (actions != nullptr) {
+                g_action_group_activate_action(actions, g_action_get_name(G_ACTION(action)),
+                                               nullptr);
+            }
+        }
+    };
+    const ObjectHandle<GSimpleAction> action(g_simple_action_new(name, nullptr));
+    g_signal_connect(action.get(), "activate", G_CALLBACK(activated), application);
+    g_action_map_add_action(G_ACTION_MAP(application), G_ACTION(action.get()));
+}
+
 bool hasOptions(GApplication* first, std::uint64_t options) {
     const VariantHandle state(
         g_action_group_get_action_state(G_ACTION_GROUP(first), optionsAction));
@@ -51,6 +71,7 @@ void SingleInstance::joinBus(std::uint64_t options) {
     };
     g_signal_connect(application, "activate", G_CALLBACK(activated), this);
     addOptions(m_application.get(), options);
+    addWindowAction(m_application.get(), "settings");
     if (g_application_register(application, nullptr, nullptr) == FALSE) {
         m_application.reset();
         return;

@@ -74,6 +74,17 @@ TEST_F(SnapshotCommandTest, ATooLargePictureNamesWhatWouldHelp) {
         << pdf.errors;
 }
 
+TEST_F(SnapshotCommandTest, WarnsWhereThereAreNoFonts) {
+    m_environment["FONTCONFIG_FILE"] =
+        write("fonts.conf", "<?xml version=\"1.0\"?>\n<fontconfig/>\n").string();
+    const RunResult result = runHere({"snapshot", "-o", path("x.png").string()});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.errors,
+              "quorvel: there are no fonts, so that the texts cannot be read: install "
+              "one, such as DejaVu Sans (on Debian the package fonts-dejavu-core)\n");
+    EXPECT_TRUE(std::filesystem::exists(path("x.png")));
+}
+
 TEST_F(SnapshotCommandTest, RepeatsTheSameBytesAndPaintsTheBackground) {
     const std::string standard = drawn("x.png");
     EXPECT_EQ(drawn("x.png"), standard);

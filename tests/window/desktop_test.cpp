@@ -72,6 +72,8 @@ TEST_F(DesktopTest, EscapeClosesOnlyTheMenu) {
 }
 
 TEST_F(DesktopTest, ShowsItsShortcutsAndWhatItIs) {
+    // GTK 3.24.49 loses a list here. By whole stacks the sanitizer knows this leak from others.
+    m_environment["ASAN_OPTIONS"] += ":fast_unwind_on_malloc=0";
     showThreeRows();
     key("ctrl+question");
     EXPECT_NE(secondWindow(), 0U);
