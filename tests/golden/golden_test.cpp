@@ -3,12 +3,12 @@
 // person has checked (tools/make-goldens draws them anew).
 
 #include "tests/golden/golden_picture.h"
+#include "tests/golden/picture.h"
 
 #include <gtest/gtest.h>
 #include <spawn.h>
 #include <sys/wait.h>
 
-#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -142,16 +142,11 @@ INSTANTIATE_TEST_SUITE_P(Pictures, GoldenState, testing::ValuesIn(statePictures(
 
 // The rows of pixels that differ from the backdrop, five points from the right edge, where no text
 // is.
-std::vector<int> linesOf(cairo_surface_t* picture, double scale) {
+std::vector<int> linesOf(const Picture& picture, double scale) {
     const auto column = static_cast<int>(315 * scale);
-    const auto pixelAt = [&](int y) {
-        return reinterpret_cast<const std::uint32_t*>(
-            cairo_image_surface_get_data(picture) +
-            static_cast<std::ptrdiff_t>(y) * cairo_image_surface_get_stride(picture))[column];
-    };
     std::vector<int> lines;
-    for (int y = 1; y < cairo_image_surface_get_height(picture); ++y) {
-        if (pixelAt(y) != pixelAt(0))
+    for (int y = 1; y < picture.height; ++y) {
+        if (picture.at(column, y) != picture.at(column, 0))
             lines.push_back(y);
     }
     return lines;
@@ -167,8 +162,9 @@ TEST(GoldenSeparators, AreSingleRowsOfPixelsAtEveryScale) {
                        "2026-03-10T10:00:00+01:00", "--timezone", "Europe/Berlin", "--locale",
                        "en_US", "--scale", scale, "-o", drawn}),
                   0);
-        const Surface picture = readPicture(drawn);
-        const std::vector<int> lines = linesOf(picture.get(), std::stod(scale));
+        const auto picture = readPicture(drawn);
+        ASSERT_TRUE(picture);
+        const std::vector<int> lines = linesOf(*picture, std::stod(scale));
         EXPECT_EQ(lines.size(), 8U) << "between nine rows, at " << scale;
         for (std::size_t i = 1; i < lines.size(); ++i)
             EXPECT_GT(lines[i], lines[i - 1] + 20) << "smeared at " << scale;
