@@ -26,17 +26,21 @@ std::string utcText(std::time_t instant) {
 
 } // namespace
 
-std::string eventsFromNow(int count, const std::string& title) {
+std::string eventsAfter(std::time_t now, int count, const std::string& title) {
     constexpr std::time_t minute = 60;
-    const std::time_t now = std::time(nullptr) / minute * minute;
+    const std::time_t first = now / minute * minute + 30 * minute;
     std::string events;
     for (int i = 0; i < count; ++i) {
-        const std::time_t start = now + 30 * minute + i * 20 * minute;
+        const std::time_t start = first + i * 20 * minute;
         events += "BEGIN:VEVENT\r\nUID:event-" + std::to_string(i) + "\r\nSUMMARY:" + title + " " +
                   std::to_string(i) + "\r\nDTSTART:" + utcText(start) +
                   "\r\nDTEND:" + utcText(start + 10 * minute) + "\r\nEND:VEVENT\r\n";
     }
     return events;
+}
+
+std::string eventsFromNow(int count, const std::string& title) {
+    return eventsAfter(std::time(nullptr), count, title);
 }
 
 PhoshOptions withPlugin() {

@@ -2,6 +2,7 @@
 // records the links that it opens.
 #pragma once
 
+#include <ctime>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,8 +13,9 @@
 
 namespace quorvel::phosh {
 
-// So many that the list fills the page, every twenty minutes from half an hour after now on. Their
+// One event every twenty minutes, the first one half an hour after the minute of `now`. Their
 // identifiers are "event-0" and so on.
+std::string eventsAfter(std::time_t now, int count, const std::string& title);
 std::string eventsFromNow(int count, const std::string& title);
 
 // The page of widgets where the list fills it, in points of the screen.

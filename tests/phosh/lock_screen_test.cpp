@@ -81,25 +81,34 @@ TEST_F(TouchTest, IsThereAgainAfterUnlockingAndLocking) {
     EXPECT_THAT(opened(), ElementsAre(MatchesRegex(linkOf(3))));
 }
 
-class PrivacyTest : public LockScreenTest {};
+class PrivacyTest : public LockScreenTest {
+protected:
+    // At the same times whenever it is called: only the titles differ.
+    void writeEvents(const std::string& title) const {
+        writeCalendar("work.ics", eventsAfter(m_now, many, title));
+    }
+
+private:
+    std::time_t m_now = std::time(nullptr);
+};
 
 TEST_F(PrivacyTest, TitlesAreHiddenWhereTheShellMustNotShowDetails) {
     writeShellSettings("show-details-when-locked=false");
-    writeCalendar("work.ics", eventsFromNow(many, "Secret"));
+    writeEvents("Secret");
     startAndTurn();
     const Picture hidden = agenda().band(184, 1200);
     ASSERT_TRUE(m_session.unlock());
-    writeCalendar("work.ics", eventsFromNow(many, "Harmless"));
+    writeEvents("Harmless");
     ASSERT_TRUE(lockAndTurn());
     EXPECT_EQ(agenda().band(184, 1200), hidden);
 }
 
 TEST_F(PrivacyTest, TitlesAreShownByDefault) {
-    writeCalendar("work.ics", eventsFromNow(many, "Secret"));
+    writeEvents("Secret");
     startAndTurn();
     const Picture shown = agenda().band(184, 1200);
     ASSERT_TRUE(m_session.unlock());
-    writeCalendar("work.ics", eventsFromNow(many, "Harmless"));
+    writeEvents("Harmless");
     ASSERT_TRUE(lockAndTurn());
     EXPECT_NE(agenda().band(184, 1200), shown);
 }

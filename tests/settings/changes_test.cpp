@@ -29,8 +29,16 @@ class SettingsChangesTest : public SettingsTest {
 protected:
     SettingsChangesTest() { writeThreeEvents(); }
 
-    // The toolkit's own buttons have their label and their text as their name.
-    bool hasButton(const std::string& name) const { return isThere(ATSPI_ROLE_PUSH_BUTTON, name); }
+    // The name of the toolkit's own button with this text; empty where there is none. Older
+    // versions name it by its label and its text.
+    std::string nameOfButton(const std::string& text) const {
+        for (const std::string& name : {text, text + " " + text, "_" + text + " " + text}) {
+            if (isThere(ATSPI_ROLE_PUSH_BUTTON, name)) {
+                return name;
+            }
+        }
+        return {};
+    }
 
     static void writePicture(const std::string& file) {
         const std::array<unsigned char, 67> pixel{
@@ -126,8 +134,11 @@ TEST_F(SettingsChangesTest, APictureFileMarksTheRows) {
     const std::string picture = path("mark.png").string();
     writePicture(picture);
     openDialog([this] { press("Choose a Picture"); });
-    ASSERT_TRUE(becomesTrue(20, [&] { return hasButton("_Open Open"); }));
-    input({"type", "--delay", "50", picture}); // a path may be typed in place of a click
+    ASSERT_TRUE(becomesTrue(20, [&] { return !nameOfButton("Open").empty(); }));
+    input({"type", "/"}); // a path may be typed in place of a click
+    rest(2);              // its entry appears
+    input({"type", "--delay", "50", picture.substr(1)});
+    rest(1);
     key("Return");
     EXPECT_TRUE(contentBecomes(picture)) << settingsContent();
 }
@@ -228,7 +239,8 @@ TEST_F(SettingsChangesTest, UndoesByKeyAndByTheOfferOfTheToast) {
     toggle("Show locations");
     ASSERT_TRUE(contentBecomes("displayLocation"));
     EXPECT_TRUE(becomesTrue(20, [&] {
-        return hasButton("Undo Undo") && tryAction(ATSPI_ROLE_PUSH_BUTTON, "Undo Undo");
+        const std::string undo = nameOfButton("Undo");
+        return !undo.empty() && tryAction(ATSPI_ROLE_PUSH_BUTTON, undo);
     }));
     EXPECT_TRUE(contentLoses("displayLocation"));
 }
@@ -257,6 +269,8 @@ TEST_F(SettingsChangesTest, ASecondProgramBringsTheWindowToTheFront) {
 }
 
 TEST_F(SettingsChangesTest, KeysCloseTheWindow) {
+    // GTK 4.18 loses lists. By whole stacks the sanitizer knows these leaks from others.
+    m_environment["ASAN_OPTIONS"] += ":fast_unwind_on_malloc=0";
     openSettings();
     key("ctrl+w");
     EXPECT_EQ(m_settings->exitStatus(20), 0);

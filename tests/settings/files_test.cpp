@@ -13,6 +13,8 @@ namespace fs = std::filesystem;
 
 class SettingsFilesTest : public SettingsTest {
 protected:
+    SettingsFilesTest() { writeThreeEvents(); }
+
     fs::path file() const { return path("preferences/org.quorvel.quorvelprefs.plist"); }
     void write(const std::string& content) const { std::ofstream(file()) << content; }
 };

@@ -49,7 +49,11 @@ void SettingsTest::openSettingsBy(const std::vector<std::string>& command) {
     constexpr const char* besideTheAgenda = "500";
     input({"windowmove", m_settingsWindow, besideTheAgenda, "0"});
     input({"windowfocus", m_settingsWindow});
-    ASSERT_TRUE(appears(ATSPI_ROLE_CHECK_BOX, "Follow the calendar application"));
+    // Without calendars the welcome comes first, and newer toolkits show only that.
+    ASSERT_TRUE(becomesTrue(patience, [this] {
+        return isThere(ATSPI_ROLE_CHECK_BOX, "Follow the calendar application") ||
+               isThere(ATSPI_ROLE_PUSH_BUTTON, "Go to the Settings");
+    }));
 }
 
 unsigned long SettingsTest::newWindow(const std::vector<unsigned long>& before) const {

@@ -245,7 +245,7 @@ TEST_F(DownloadTest, WrongCertificatesAreNamed) {
               "knows");
     EXPECT_EQ(withCertificate(authority->issue("DNS:example.org,IP:127.0.0.9")),
               "error: the server's certificate is for another host");
-    EXPECT_EQ(withCertificate(authority->issue(names, -1)),
+    EXPECT_EQ(withCertificate(authority->issueExpired(names)),
               "error: the server's certificate has expired");
     EXPECT_EQ(withCertificate(authority->issue(names)), calendar);
 }

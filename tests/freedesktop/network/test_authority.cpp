@@ -5,7 +5,6 @@
 #include <fstream>
 #include <stdexcept>
 #include <system_error>
-#include <vector>
 
 #include <gio/gio.h>
 
@@ -44,6 +43,11 @@ TestAuthority::TestAuthority() {
     runOpenssl({"req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1",
                 "-nodes", "-subj", "/CN=Authority of the test", "-days", "2", "-keyout",
                 path("authority.key"), "-out", file()});
+    std::ofstream(path("issued")) << std::flush;
+    std::ofstream(path("authority.conf"))
+        << "[ca]\ndefault_ca = authority\n[authority]\ndefault_md = sha256\npolicy = names\n"
+        << "unique_subject = no\nrand_serial = yes\ndatabase = " << path("issued")
+        << "\nnew_certs_dir = " << m_folder.string() << "\n[names]\ncommonName = supplied\n";
 }
 
 TestAuthority::~TestAuthority() {
@@ -51,15 +55,38 @@ TestAuthority::~TestAuthority() {
     fs::remove_all(m_folder, error);
 }
 
-Certificate TestAuthority::issue(const std::string& names, int days) {
+Certificate TestAuthority::issue(const std::string& names) {
+    return sign(names, {"-days", "2"});
+}
+
+Certificate TestAuthority::issueExpired(const std::string& names) {
+    return sign(names, {"-startdate", "20200101000000Z", "-enddate", "20200102000000Z"});
+}
+
+Certificate TestAuthority::sign(const std::string& names,
+                                const std::vector<std::string>& validity) {
     const std::string name = path(std::to_string(++m_count));
     runOpenssl({"req", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes",
                 "-subj", "/CN=Server of the test", "-keyout", name + ".key", "-out",
                 name + ".csr"});
     std::ofstream(name + ".ext") << "subjectAltName=" << names << '\n';
-    runOpenssl({"x509", "-req", "-in", name + ".csr", "-CA", file(), "-CAkey",
-                path("authority.key"), "-set_serial", std::to_string(m_count), "-days",
-                std::to_string(days), "-extfile", name + ".ext", "-out", name + ".pem"});
+    std::vector<std::string> arguments{"ca",
+                                       "-batch",
+                                       "-notext",
+                                       "-config",
+                                       path("authority.conf"),
+                                       "-cert",
+                                       file(),
+                                       "-keyfile",
+                                       path("authority.key"),
+                                       "-in",
+                                       name + ".csr",
+                                       "-extfile",
+                                       name + ".ext",
+                                       "-out",
+                                       name + ".pem"};
+    arguments.insert(arguments.end(), validity.begin(), validity.end());
+    runOpenssl(arguments);
     return {name + ".pem", name + ".key"};
 }
 

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace quorvel::testing_network {
 
@@ -21,11 +22,14 @@ public:
 
     // The authority's own certificate, in PEM format.
     std::string file() const { return path("authority.pem"); }
-    // `names` such as "IP:127.0.0.1,DNS:home.test". It is valid for so many days from now on.
-    Certificate issue(const std::string& names, int days = 2);
+    // `names` such as "IP:127.0.0.1,DNS:home.test". It is valid for two days.
+    Certificate issue(const std::string& names);
+    Certificate issueExpired(const std::string& names);
     Certificate issueSelfSigned(const std::string& names);
 
 private:
+    // `validity` is the part of openssl's command that says when it is valid.
+    Certificate sign(const std::string& names, const std::vector<std::string>& validity);
     std::string path(const std::string& name) const { return (m_folder / name).string(); }
 
     std::filesystem::path m_folder;

@@ -39,10 +39,10 @@ TEST(Fonts, AChangeOfTheDesktopsFontIsSeenWhenTheFontsAreReloaded) {
     using namespace testing_session;
     const EnvironmentVariable session("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
     SettingsWriter interface("org.gnome.desktop.interface");
-    interface.set("font-name", "DejaVu Sans 11");
+    interface.set("font-name", "Noto Sans 11");
     TextLines lines;
     TextLines requested("Inter");
-    ASSERT_EQ(lines.systemFamily(), "DejaVu Sans");
+    ASSERT_EQ(lines.systemFamily(), "Noto Sans");
     const auto font = platform::UIFont::systemFontOfSize(14);
     const auto before = lines.size("Lunch", font);
     const auto requestedSize = requested.size("Lunch", font);
@@ -55,7 +55,7 @@ TEST(Fonts, AChangeOfTheDesktopsFontIsSeenWhenTheFontsAreReloaded) {
     interface.set("font-name", "No Such Family 11");
     lines.reloadFonts();
     EXPECT_EQ(lines.systemFamily(), "Inter") << "the first installed one";
-    interface.set("font-name", "DejaVu Sans 11");
+    interface.set("font-name", "Noto Sans 11");
     requested.reloadFonts();
     EXPECT_EQ(requested.systemFamily(), "Inter");
 }

@@ -209,9 +209,10 @@ void ServerTest::add(const std::string& calendar, const std::string& event) {
 }
 
 void ServerTest::addZone(const std::string& calendar, const std::string& definition) {
-    ICalComponent* const component = i_cal_component_new_from_string(definition.c_str());
+    const ObjectHandle<ICalComponent> component(
+        i_cal_component_new_from_string(definition.c_str()));
     const ObjectHandle<ICalTimezone> zone(i_cal_timezone_new());
-    i_cal_timezone_set_component(zone.get(), component);
+    i_cal_timezone_set_component(zone.get(), component.get());
     GError* error = nullptr;
     e_cal_client_add_timezone_sync(client(calendar), zone.get(), nullptr, &error);
     check(error, "zone");
