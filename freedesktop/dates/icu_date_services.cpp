@@ -130,16 +130,12 @@ private:
         return finished(std::move(result));
     }
 
-    Format relative(bool withTime, std::int64_t day) {
+    icu::UnicodeString relativePattern(bool withTime, std::int64_t day) {
         if (!m_words) {
             m_words.emplace(m_locale);
         }
-        Format format = styled(NSDateFormatterStyle::shortStyle, NSDateFormatterStyle::shortStyle);
-        if (format) {
-            format->applyPattern(withTime ? withUsersClock(m_words->dateAndTimePattern(day))
-                                          : m_words->datePattern(day));
-        }
-        return format;
+        return withTime ? withUsersClock(m_words->dateAndTimePattern(day))
+                        : m_words->datePattern(day);
     }
 
     Format fixed(const std::string& pattern) const {
@@ -157,7 +153,8 @@ private:
     std::map<std::string, std::optional<std::string>, std::less<>> m_bestPatterns;
     std::map<std::string, Format, std::less<>> m_byPattern;
     std::map<std::pair<NSDateFormatterStyle, NSDateFormatterStyle>, Format> m_byStyle;
-    std::map<std::pair<bool, std::int64_t>, Format> m_byDay;
+    std::map<std::pair<bool, std::int64_t>, icu::UnicodeString> m_relativePatterns;
+    Format m_relative; // has the pattern of the last relative day; null before the first
 };
 
 std::optional<std::string> IcuDateServices::Formats::bestPattern(std::string_view skeleton) {
@@ -207,11 +204,18 @@ std::string IcuDateServices::Formats::printStyles(NSDateFormatterStyle dateStyle
 std::string IcuDateServices::Formats::printRelative(bool withTime, std::int64_t day, NSDate date) {
     constexpr std::int64_t beyondAllWords = 10;
     day = std::clamp(day, -beyondAllWords, beyondAllWords);
-    Format& format = m_byDay[{withTime, day}];
-    if (!format) {
-        format = relative(withTime, day);
+    auto found = m_relativePatterns.find({withTime, day});
+    if (found == m_relativePatterns.end()) {
+        const std::pair key(withTime, day);
+        found = m_relativePatterns.emplace(key, relativePattern(withTime, day)).first;
     }
-    return print(format, date);
+    if (!m_relative) {
+        m_relative = styled(NSDateFormatterStyle::shortStyle, NSDateFormatterStyle::shortStyle);
+    }
+    if (m_relative) {
+        m_relative->applyPattern(found->second);
+    }
+    return print(m_relative, date);
 }
 
 IcuDateServices::IcuDateServices(const platform::Clock& clock, std::shared_ptr<const TimeZone> zone,

@@ -64,16 +64,16 @@ icu::UnicodeString quoted(icu::UnicodeString word) {
 
 } // namespace
 
-RelativeDayWords::RelativeDayWords(const icu::Locale& locale) {
-    readPatterns(locale);
-    readWords(locale);
+RelativeDayWords::RelativeDayWords(const icu::Locale& locale)
+    : m_locale(locale) {
+    readPatterns();
 }
 
 // The pattern for date and time contains both single patterns; the remainder joins them. Locales
 // have a special joining pattern for relative dates, so it is taken from the relative formatter.
-void RelativeDayWords::readPatterns(const icu::Locale& locale) {
-    const auto pattern = [&locale](UDateFormatStyle date, UDateFormatStyle time) {
-        return patternOf(openFormat(locale, date, time, UDISPCTX_CAPITALIZATION_NONE));
+void RelativeDayWords::readPatterns() {
+    const auto pattern = [this](UDateFormatStyle date, UDateFormatStyle time) {
+        return patternOf(openFormat(m_locale, date, time, UDISPCTX_CAPITALIZATION_NONE));
     };
     m_datePattern = pattern(UDAT_SHORT_RELATIVE, UDAT_NONE);
     m_timePattern = pattern(UDAT_NONE, UDAT_SHORT);
@@ -94,48 +94,56 @@ void RelativeDayWords::readPatterns(const icu::Locale& locale) {
         m_betweenThem = icu::UnicodeString(both, firstEnd, second - firstEnd);
         m_afterSecond = icu::UnicodeString(both, secondEnd);
     }
-    m_timePattern = withPlainSpaces(withLocalesClock(m_timePattern, locale));
+    m_timePattern = withPlainSpaces(withLocalesClock(m_timePattern, m_locale));
+}
+
+void RelativeDayWords::openFormats() {
+    m_listItemFormat = openFormat(m_locale, UDAT_SHORT_RELATIVE, UDAT_NONE,
+                                  UDISPCTX_CAPITALIZATION_FOR_UI_LIST_OR_MENU);
+    m_plainFormat =
+        openFormat(m_locale, UDAT_SHORT_RELATIVE, UDAT_NONE, UDISPCTX_CAPITALIZATION_NONE);
+    m_dateFormat = openFormat(m_locale, UDAT_SHORT, UDAT_NONE, UDISPCTX_CAPITALIZATION_NONE);
 }
 
 // ICU prints a day without a word as a plain date. Repeats everything if the system's clock passes
 // midnight meanwhile.
-void RelativeDayWords::readWords(const icu::Locale& locale) {
-    const auto listItem = openFormat(locale, UDAT_SHORT_RELATIVE, UDAT_NONE,
-                                     UDISPCTX_CAPITALIZATION_FOR_UI_LIST_OR_MENU);
-    const auto plain =
-        openFormat(locale, UDAT_SHORT_RELATIVE, UDAT_NONE, UDISPCTX_CAPITALIZATION_NONE);
-    const auto date = openFormat(locale, UDAT_SHORT, UDAT_NONE, UDISPCTX_CAPITALIZATION_NONE);
+RelativeDayWords::Word RelativeDayWords::readWord(std::int64_t day) {
+    if (m_dateFormat.isNull()) {
+        openFormats();
+    }
+    Word word;
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         const double today = systemDay();
-        for (std::int64_t day = -farthestDay; day <= farthestDay; ++day) {
-            const double noon = (today + static_cast<double>(day) + 0.5) * millisecondsPerDay;
-            Word& word = m_words[static_cast<std::size_t>(day + farthestDay)];
-            word = {formatted(listItem, noon), formatted(plain, noon)};
-            if (word.plain == formatted(date, noon)) {
-                word = {};
-            }
+        const double noon = (today + static_cast<double>(day) + 0.5) * millisecondsPerDay;
+        word = {formatted(m_listItemFormat, noon), formatted(m_plainFormat, noon)};
+        if (word.plain == formatted(m_dateFormat, noon)) {
+            word = {};
         }
         if (systemDay() == today) {
-            return;
+            break;
         }
     }
+    return word;
 }
 
-const RelativeDayWords::Word* RelativeDayWords::wordFor(std::int64_t day) const {
+const RelativeDayWords::Word* RelativeDayWords::wordFor(std::int64_t day) {
     if (day < -farthestDay || day > farthestDay) {
         return nullptr;
     }
-    const Word& word = m_words[static_cast<std::size_t>(day + farthestDay)];
-    return word.alone.isEmpty() ? nullptr : &word;
+    std::optional<Word>& word = m_words[static_cast<std::size_t>(day + farthestDay)];
+    if (!word) {
+        word = readWord(day);
+    }
+    return word->alone.isEmpty() ? nullptr : &*word;
 }
 
-icu::UnicodeString RelativeDayWords::datePattern(std::int64_t day) const {
+icu::UnicodeString RelativeDayWords::datePattern(std::int64_t day) {
     const Word* const word = wordFor(day);
     return word == nullptr ? m_datePattern : quoted(word->alone);
 }
 
 // A word behind the time is not at the start, so it is not capitalised.
-icu::UnicodeString RelativeDayWords::dateAndTimePattern(std::int64_t day) const {
+icu::UnicodeString RelativeDayWords::dateAndTimePattern(std::int64_t day) {
     const Word* const word = wordFor(day);
     const bool atStart = m_dateFirst && m_beforeFirst.isEmpty();
     const icu::UnicodeString date =

@@ -55,7 +55,7 @@ TEST(RelativeDayWords, EqualTheRelativeFormatterInEveryLocale) {
     const icu::Locale* const locales = icu::Locale::getAvailableLocales(count);
     ASSERT_GT(count, 500);
     for (std::int32_t i = 0; i < count; ++i) {
-        const RelativeDayWords words(locales[i]);
+        RelativeDayWords words(locales[i]);
         const auto withTime = relativeFormat(true, locales[i]);
         const auto alone = relativeFormat(false, locales[i]);
         const double today = machinesDay();

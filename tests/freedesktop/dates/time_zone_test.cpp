@@ -2,8 +2,14 @@
 #include "freedesktop/dates/time_zone.h"
 
 #include <limits>
+#include <memory>
+#include <string>
 
 #include <gtest/gtest.h>
+#include <unicode/strenum.h>
+#include <unicode/timezone.h>
+
+#include "base/ascii_text.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -96,6 +102,29 @@ TEST(TimeZone, KnowsANameInAnotherCaseFromTheExactOne) {
         EXPECT_FALSE(isExactTimeZoneName(name)) << name;
         EXPECT_EQ(namedTimeZone(name), nullptr) << name;
     }
+}
+
+// Whichever way it is found by: as it is written, or in another case.
+TEST(TimeZone, EveryNameOfIcuIsExactInItsOwnSpelling) {
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::StringEnumeration> names(
+        icu::TimeZone::createTimeZoneIDEnumeration(UCAL_ZONE_TYPE_ANY, nullptr, nullptr, status));
+    ASSERT_TRUE(U_SUCCESS(status));
+    int exact = 0;
+    int inexact = 0;
+    while (const char* const name = names->next(nullptr, status)) {
+        const std::string text(name);
+        const std::string lower = asciiLowerCase(text);
+        if (text == "Etc/Unknown" || !isExactTimeZoneName(text)) {
+            EXPECT_TRUE(text == "Etc/Unknown" || text.size() == 3) << text; // ambiguous
+            ++inexact;
+            continue;
+        }
+        ++exact;
+        EXPECT_EQ(isExactTimeZoneName(lower), lower == text) << text;
+    }
+    EXPECT_GT(exact, 500);
+    EXPECT_LT(inexact, 30);
 }
 
 TEST(TimeZone, UnknownNamesAreRefused) {
