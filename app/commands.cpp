@@ -21,7 +21,6 @@
 #include "freedesktop/freedesktop_platform.h"
 #include "freedesktop/graphics/snapshot.h"
 #include "freedesktop/language/messages.h"
-#include "freedesktop/text/fonts.h"
 #include "shells/headless/agenda.h"
 #include "shells/headless/calendar_list.h"
 #include "shells/headless/inspect.h"
@@ -33,6 +32,8 @@ namespace quorvel::app {
 
 using freedesktop::CalendarSource;
 using freedesktop::FreedesktopPlatform;
+using freedesktop::Rendering;
+using freedesktop::Snapshot;
 using freedesktop::translated;
 using headless::WidgetSession;
 using platform::NSDate;
@@ -42,11 +43,11 @@ namespace {
 constexpr double standardWidth = 320; // points
 
 // What the user can do about a picture that cannot be written.
-std::string snapshotHint(const std::string& path, const freedesktop::Snapshot& snapshot) {
-    if (freedesktop::fitsInto(path, snapshot)) {
+std::string snapshotHint(const std::string& path, const Snapshot& snapshot, Rendering& rendering) {
+    if (rendering.fitsInto(path, snapshot)) {
         return translated("name another file with -o");
     }
-    return freedesktop::fitsInto("any.pdf", snapshot)
+    return rendering.fitsInto("any.pdf", snapshot)
                ? translated("draw a .pdf instead; the settings maxEventsToDisplay and "
                             "limitMaxHeight, and --scale, make it smaller")
                : translated("the settings maxEventsToDisplay and limitMaxHeight, and --scale, "
@@ -145,21 +146,24 @@ private:
                 return shells::CalendarState{m_platform.hasReadableCalendars(), false,
                                              m_platform.unreadableCalendars()};
             });
-        const freedesktop::Snapshot snapshot{picture.size, m_line.scale.value_or(1),
-                                             m_setup.backdrop, std::move(picture.paint)};
-        const auto written =
-            freedesktop::writeSnapshot(m_line.output, snapshot, m_platform.textLines());
+        Rendering& rendering = m_platform.rendering();
+        if (const auto failure = rendering.failure()) {
+            return operationFailure(*failure);
+        }
+        const Snapshot snapshot{picture.size, m_line.scale.value_or(1), m_setup.backdrop,
+                                std::move(picture.paint)};
+        const Result<void> written = rendering.writeSnapshot(m_line.output, snapshot);
         if (!written) {
             return operationFailure(
-                {written.error().what, {}, snapshotHint(m_line.output, snapshot)});
+                {written.error().what, {}, snapshotHint(m_line.output, snapshot, rendering)});
         }
         warnWithoutFonts();
         return checkCalendars();
     }
 
     // No failure: the picture has been written, with boxes in place of letters.
-    static void warnWithoutFonts() {
-        if (!freedesktop::areFontsInstalled()) {
+    void warnWithoutFonts() const {
+        if (!m_platform.rendering().areFontsInstalled()) {
             printError({translated("there are no fonts, so that the texts cannot be read"),
                         {},
                         translated("install one, such as DejaVu Sans (on Debian the package "
@@ -180,6 +184,9 @@ private:
         PlatformSurroundings surroundings(m_platform);
         const Result<std::string> document =
             headless::inspectDocument(m_session, surroundings, m_setup.steps, m_line.width);
+        if (const auto failure = m_platform.rendering().failure()) {
+            return operationFailure(*failure);
+        }
         return document ? printOutput(*document)
                         : CommandResult<void>(usageFailure(document.error()));
     }
@@ -190,8 +197,8 @@ private:
     WidgetSession m_session;
 };
 
-CommandResult<void> runHeadlessCommand(const CommandLine& line) {
-    const CommandResult<ProgramSetup> setup = makeProgramSetup(line);
+CommandResult<void> runHeadlessCommand(const CommandLine& line, const ProgramParts& parts) {
+    const CommandResult<ProgramSetup> setup = makeProgramSetup(line, parts.makeRendering);
     if (!setup) {
         return setup.error();
     }
@@ -199,6 +206,9 @@ CommandResult<void> runHeadlessCommand(const CommandLine& line) {
         return refreshed;
     }
     FreedesktopPlatform platform(setup->platform);
+    if (line.command == Command::snapshot) {
+        platform.rendering().prepare();
+    }
     const CommandResult<ProgramBundle> bundle =
         loadProgramBundle(platform, setup->bundleFolder, line.controller);
     if (!bundle) {
@@ -208,7 +218,7 @@ CommandResult<void> runHeadlessCommand(const CommandLine& line) {
     return result && line.refreshes ? checkRefreshed(setup->platform) : result;
 }
 
-CommandResult<void> runCommand(int argc, const char* const* argv, const ShowCommand& show) {
+CommandResult<void> runCommand(int argc, const char* const* argv, const ProgramParts& parts) {
     const Result<CommandLine> line = parseCommandLine(argc, argv);
     if (!line) {
         return usageFailure(line.error());
@@ -223,18 +233,18 @@ CommandResult<void> runCommand(int argc, const char* const* argv, const ShowComm
         return runSubscriptionCommand(*line);
     }
     if (line->command == Command::settings && !isAboutCalendars(*line)) {
-        return runSettingsCommand(*line);
+        return runSettingsCommand(*line, parts.makeRendering);
     }
-    return line->command == Command::show ? show(*line) : runHeadlessCommand(*line);
+    return line->command == Command::show ? parts.show(*line) : runHeadlessCommand(*line, parts);
 }
 
 } // namespace
 
-int runProgram(int argc, const char* const* argv, const ShowCommand& show) {
+int runProgram(int argc, const char* const* argv, const ProgramParts& parts) {
     // A write to a pipe whose reader has closed it then fails instead of ending the process.
     std::signal(SIGPIPE, SIG_IGN);
     try {
-        const CommandResult<void> result = runCommand(argc, argv, show);
+        const CommandResult<void> result = runCommand(argc, argv, parts);
         if (result) {
             return EXIT_SUCCESS;
         }

@@ -4,16 +4,21 @@
 #include <functional>
 
 #include "app/failure.h"
+#include "freedesktop/rendering/rendering.h"
 
 namespace quorvel::app {
 
 struct CommandLine;
 
-// Runs the command `show`, which needs a toolkit; each program has its own way to do that.
-using ShowCommand = std::function<CommandResult<void>(const CommandLine& line)>;
+// What the programs that run commands do in different ways.
+struct ProgramParts {
+    // Runs the command `show`, which needs a toolkit.
+    std::function<CommandResult<void>(const CommandLine& line)> show;
+    freedesktop::RenderingFactory makeRendering;
+};
 
 // Returns the exit status: 0, 1 where something cannot be read or written, 2 for wrong usage.
 // Throws nothing.
-int runProgram(int argc, const char* const* argv, const ShowCommand& show);
+int runProgram(int argc, const char* const* argv, const ProgramParts& parts);
 
 } // namespace quorvel::app

@@ -23,7 +23,6 @@
 #include "freedesktop/log/standard_error_log.h"
 #include "freedesktop/log/syslog_log.h"
 #include "freedesktop/session/desktop_settings.h"
-#include "freedesktop/text/fonts.h"
 #include "freedesktop/user_options.h"
 #include "shells/headless/color_text.h"
 
@@ -34,6 +33,7 @@ using freedesktop::CalendarSource;
 using freedesktop::FreedesktopOptions;
 using freedesktop::hostTimeZone;
 using freedesktop::namedTimeZone;
+using freedesktop::RenderingFactory;
 using freedesktop::TimeZone;
 using freedesktop::translated;
 using platform::NSDate;
@@ -77,8 +77,16 @@ CommandResult<std::string> localeOf(const CommandLine& line) {
     return *locale;
 }
 
-CommandResult<void> checkFont(const CommandLine& line) {
-    if (line.font && !freedesktop::isFontInstalled(*line.font)) {
+CommandResult<void> checkFont(const CommandLine& line, const RenderingFactory& makeRendering) {
+    if (!line.font) {
+        return {};
+    }
+    const std::unique_ptr<freedesktop::Rendering> rendering = makeRendering({});
+    const bool isInstalled = rendering->isFontInstalled(*line.font);
+    if (const auto failure = rendering->failure()) {
+        return operationFailure(*failure);
+    }
+    if (!isInstalled) {
         return usageFailure({filled(translated("there is no font '{1}'"), {*line.font}),
                              {},
                              translated("'fc-list : family' names those that are installed")});
@@ -283,8 +291,6 @@ FreedesktopOptions uncheckedOptions(const CommandLine& line,
     options.followsLocale = !line.locale;
     options.clockFormat =
         line.locale ? freedesktop::ClockFormat::ofLocale : freedesktop::desktopClockFormat();
-    options.measuresText = line.command != Command::agenda && line.command != Command::calendars &&
-                           line.command != Command::settings;
     options.clockRuns = line.command == Command::show;
     if (line.command == Command::show) {
         options.calendarWaits.emplace();
@@ -292,9 +298,14 @@ FreedesktopOptions uncheckedOptions(const CommandLine& line,
     return options;
 }
 
+bool measuresText(Command command) {
+    return command == Command::show || command == Command::snapshot || command == Command::inspect;
+}
+
 CommandResult<FreedesktopOptions> platformOptions(const CommandLine& line,
                                                   const freedesktop::ProgramFolders& folders,
-                                                  std::shared_ptr<const TimeZone> zone) {
+                                                  std::shared_ptr<const TimeZone> zone,
+                                                  const RenderingFactory& makeRendering) {
     const CommandResult<std::string> locale = localeOf(line);
     if (!locale) {
         return locale.error();
@@ -303,7 +314,7 @@ CommandResult<FreedesktopOptions> platformOptions(const CommandLine& line,
     if (!now) {
         return now.error();
     }
-    if (const CommandResult<void> checked = checkFont(line); !checked) {
+    if (const CommandResult<void> checked = checkFont(line, makeRendering); !checked) {
         return checked.error();
     }
     CommandResult<std::vector<CalendarSource>> calendars =
@@ -321,12 +332,16 @@ CommandResult<FreedesktopOptions> platformOptions(const CommandLine& line,
     options.now = *now;
     options.calendars = *std::move(calendars);
     options.logs = *std::move(logs);
+    if (measuresText(line.command)) {
+        options.makeRendering = makeRendering;
+    }
     return options;
 }
 
 } // namespace
 
-CommandResult<ProgramSetup> makeProgramSetup(const CommandLine& line) {
+CommandResult<ProgramSetup> makeProgramSetup(const CommandLine& line,
+                                             const RenderingFactory& makeRendering) {
     if (const CommandResult<void> checked = checkPreferencesFolder(line); !checked) {
         return checked.error();
     }
@@ -354,7 +369,8 @@ CommandResult<ProgramSetup> makeProgramSetup(const CommandLine& line) {
     if (!layer) {
         return layer.error();
     }
-    CommandResult<FreedesktopOptions> platform = platformOptions(line, folders, *std::move(zone));
+    CommandResult<FreedesktopOptions> platform =
+        platformOptions(line, folders, *std::move(zone), makeRendering);
     if (!platform) {
         return platform.error();
     }

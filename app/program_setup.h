@@ -26,6 +26,7 @@ struct ProgramSetup {
 };
 
 // Checks every value before a file is read or written.
-CommandResult<ProgramSetup> makeProgramSetup(const CommandLine& line);
+CommandResult<ProgramSetup> makeProgramSetup(const CommandLine& line,
+                                             const freedesktop::RenderingFactory& makeRendering);
 
 } // namespace quorvel::app

@@ -6,8 +6,6 @@
 #include <utility>
 
 #include "base/likeliest_name.h"
-#include "freedesktop/bundle/program_folders.h"
-#include "freedesktop/graphics/pixbuf_image_files.h"
 #include "freedesktop/language/messages.h"
 #include "freedesktop/preferences/calendar_selection.h"
 #include "freedesktop/preferences/reported_property_list.h"
@@ -17,6 +15,7 @@
 
 namespace quorvel::app {
 
+using freedesktop::Rendering;
 using freedesktop::SettingDescription;
 using freedesktop::SettingsFile;
 using freedesktop::translated;
@@ -37,28 +36,32 @@ Error unknownKey(const std::string& key, std::string place) {
 }
 
 // The widget shows no icon where the file is no picture.
-std::optional<Error> checkIcon(const SettingDescription& setting, const PropertyListValue& value) {
+std::optional<Error> checkIcon(const SettingDescription& setting, const PropertyListValue& value,
+                               Rendering& rendering) {
     const auto path = platform::stringValue(value);
     if (!setting.takesPaths || !path || freedesktop::settingLabel(setting, value)) {
         return std::nullopt;
     }
-    freedesktop::PixbufImageFiles pictures(freedesktop::programFolders().data);
-    if (pictures.imageWithContentsOfFile(*path) != nullptr) {
+    if (rendering.imageFiles().imageWithContentsOfFile(*path) != nullptr) {
         return std::nullopt;
+    }
+    if (auto failure = rendering.failure()) {
+        return failure;
     }
     return Error{filled(translated("'{1}' is no picture"), {*path}), {}, settingAdvice(setting)};
 }
 
-std::optional<Error> checkEntry(const std::string& key, const PropertyListValue& value) {
+std::optional<Error> checkEntry(const std::string& key, const PropertyListValue& value,
+                                Rendering& rendering) {
     const SettingDescription* const setting = freedesktop::settingDescription(key);
     if (setting == nullptr) {
         return unknownKey(key, {});
     }
     auto problem = checkSettingValue(*setting, value);
-    return problem ? problem : checkIcon(*setting, value);
+    return problem ? problem : checkIcon(*setting, value, rendering);
 }
 
-std::vector<Error> problemsOfSettings(const std::string& folder) {
+std::vector<Error> problemsOfSettings(const std::string& folder, Rendering& rendering) {
     const SettingsFile file(folder);
     const auto settings = file.read();
     if (!settings) {
@@ -66,7 +69,7 @@ std::vector<Error> problemsOfSettings(const std::string& folder) {
     }
     std::vector<Error> problems;
     for (const auto& [key, value] : *settings) {
-        if (auto problem = checkEntry(key, value)) {
+        if (auto problem = checkEntry(key, value, rendering)) {
             problem->where = file.placeOf(key);
             problems.push_back(*std::move(problem));
         }
@@ -135,10 +138,9 @@ std::optional<std::string_view> likeliestSetting(std::string_view misspelt) {
     return likeliestName(misspelt, keys);
 }
 
-std::vector<Error> settingProblems(const std::string& preferencesFolder) {
-    std::vector<Error> problems;
-    for (const auto& problemsOf :
-         {problemsOfSettings, problemsOfSelection, problemsOfStockCalendar}) {
+std::vector<Error> settingProblems(const std::string& preferencesFolder, Rendering& rendering) {
+    std::vector<Error> problems = problemsOfSettings(preferencesFolder, rendering);
+    for (const auto& problemsOf : {problemsOfSelection, problemsOfStockCalendar}) {
         std::ranges::move(problemsOf(preferencesFolder), std::back_inserter(problems));
     }
     return problems;

@@ -1,6 +1,7 @@
 #include "app/settings_command.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,6 +12,7 @@
 #include "app/preferences_choice.h"
 #include "app/setting_problems.h"
 #include "app/subscription_command.h"
+#include "freedesktop/bundle/program_folders.h"
 #include "freedesktop/language/messages.h"
 #include "freedesktop/plain_text/terminal_line.h"
 #include "freedesktop/preferences/setting_descriptions.h"
@@ -20,6 +22,7 @@
 
 namespace quorvel::app {
 
+using freedesktop::Rendering;
 using freedesktop::SettingChanges;
 using freedesktop::SettingDescription;
 using freedesktop::SettingsFile;
@@ -57,8 +60,8 @@ CommandResult<void> printText(const std::string& text) {
 }
 
 // A mistake in the file is easy to overlook, since the widget uses another value.
-void noteProblems(const std::string& folder) {
-    const auto problems = settingProblems(folder).size();
+void noteProblems(const std::string& folder, Rendering& rendering) {
+    const auto problems = settingProblems(folder, rendering).size();
     if (problems > 0) {
         printError(
             {filled(freedesktop::translatedPlural("{1} mistake is in the settings",
@@ -69,7 +72,8 @@ void noteProblems(const std::string& folder) {
     }
 }
 
-CommandResult<void> listSettings(const CommandLine& line, const std::string& folder) {
+CommandResult<void> listSettings(const CommandLine& line, const std::string& folder,
+                                 Rendering& rendering) {
     const auto settings = SettingsFile(folder).read();
     if (!settings) {
         return operationFailure(settings.error());
@@ -80,7 +84,7 @@ CommandResult<void> listSettings(const CommandLine& line, const std::string& fol
     }
     const auto printed =
         printText(line.json ? headless::settingsDocument(list) : headless::settingsText(list));
-    noteProblems(folder);
+    noteProblems(folder, rendering);
     return printed;
 }
 
@@ -126,8 +130,8 @@ CommandResult<void> resetSettings(const std::vector<std::string>& keys, const st
     return change(folder, changes);
 }
 
-CommandResult<void> checkSettings(const std::string& folder) {
-    std::vector<Error> problems = settingProblems(folder);
+CommandResult<void> checkSettings(const std::string& folder, Rendering& rendering) {
+    std::vector<Error> problems = settingProblems(folder, rendering);
     if (problems.empty()) {
         return printText(filled(translated("The settings in '{1}' are right.\n"),
                                 {freedesktop::terminalLine(folder)}));
@@ -255,19 +259,22 @@ Result<void> checkSettingsLine(const CommandLine& line) {
     return {};
 }
 
-CommandResult<void> runSettingsCommand(const CommandLine& line) {
+CommandResult<void> runSettingsCommand(const CommandLine& line,
+                                       const freedesktop::RenderingFactory& makeRendering) {
     if (const CommandResult<void> checked = checkPreferencesFolder(line); !checked) {
         return checked;
     }
     const std::string folder = preferencesFolderOf(line);
+    const std::unique_ptr<Rendering> rendering =
+        makeRendering({{}, {}, 1, freedesktop::programFolders().data});
     if (line.checksSettings) {
-        return checkSettings(folder);
+        return checkSettings(folder, *rendering);
     }
     if (!line.resetSettings.empty()) {
         return resetSettings(line.resetSettings, folder);
     }
     if (line.settingsWords.empty()) {
-        return listSettings(line, folder);
+        return listSettings(line, folder, *rendering);
     }
     const std::string& key = line.settingsWords.front();
     const SettingDescription* const setting = freedesktop::settingDescription(key);

@@ -3,6 +3,7 @@
 
 #include "app/command_line.h"
 #include "app/failure.h"
+#include "freedesktop/rendering/rendering.h"
 
 namespace quorvel::app {
 
@@ -16,6 +17,7 @@ bool changesSettings(const CommandLine& line);
 Result<void> checkSettingsLine(const CommandLine& line);
 
 // Not for calendars.
-CommandResult<void> runSettingsCommand(const CommandLine& line);
+CommandResult<void> runSettingsCommand(const CommandLine& line,
+                                       const freedesktop::RenderingFactory& makeRendering);
 
 } // namespace quorvel::app

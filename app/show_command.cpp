@@ -15,6 +15,7 @@
 #include "freedesktop/bundle/program_folders.h"
 #include "freedesktop/freedesktop_platform.h"
 #include "freedesktop/language/messages.h"
+#include "freedesktop/rendering/linked_rendering.h"
 #include "freedesktop/user_options.h"
 #include "shells/window/show_agenda.h"
 
@@ -83,7 +84,8 @@ std::uint64_t identityOf(const CommandLine& line) {
 } // namespace
 
 CommandResult<void> showInWindow(const CommandLine& line) {
-    const CommandResult<ProgramSetup> setup = makeProgramSetup(line);
+    const CommandResult<ProgramSetup> setup =
+        makeProgramSetup(line, freedesktop::makeLinkedRendering);
     if (!setup) {
         return setup.error();
     }

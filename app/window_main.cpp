@@ -3,11 +3,13 @@
 #include "app/language_choice.h"
 #include "app/show_command.h"
 #include "freedesktop/log/library_messages.h"
+#include "freedesktop/rendering/linked_rendering.h"
 #include "shells/window/toolkit.h"
 
 int main(int argc, char** argv) {
     quorvel::freedesktop::printLibraryMessagesOnOneLine();
     quorvel::app::chooseProgramLanguage(argc, argv);
     quorvel::window::prepareToolkit();
-    return quorvel::app::runProgram(argc, argv, quorvel::app::showInWindow);
+    return quorvel::app::runProgram(
+        argc, argv, {quorvel::app::showInWindow, quorvel::freedesktop::makeLinkedRendering});
 }

@@ -17,6 +17,7 @@
 
 #include "agenda/quorvel_view.h"
 #include "freedesktop/freedesktop_platform.h"
+#include "freedesktop/rendering/linked_rendering.h"
 #include "hosting/quorvel_view_controller_new.h"
 #include "platform/ui/ui_window.h"
 
@@ -34,6 +35,7 @@ freedesktop::FreedesktopOptions optionsFor(const std::string& folder, const std:
     options.timeZone = freedesktop::namedTimeZone("Europe/Berlin");
     options.locale = "en_GB";
     options.fontFamily = "Inter";
+    options.makeRendering = freedesktop::makeLinkedRendering;
     options.dataFolder = DATA_FOLDER;
     options.preferencesFolder = PREFERENCES_FOLDER;
     options.calendars = {freedesktop::CalendarSource::at(folder)};

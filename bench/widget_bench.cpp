@@ -21,6 +21,7 @@
 
 #include "agenda/quorvel_view.h"
 #include "freedesktop/freedesktop_platform.h"
+#include "freedesktop/rendering/linked_rendering.h"
 #include "hosting/quorvel_view_controller_new.h"
 #include "platform/graphics_context.h"
 #include "platform/memory/memory_platform.h"
@@ -110,6 +111,7 @@ private:
         options.timeZone = freedesktop::utcTimeZone();
         options.locale = "en_US";
         options.fontFamily = "Inter";
+        options.makeRendering = freedesktop::makeLinkedRendering;
         options.dataFolder = DATA_FOLDER;
         options.preferencesFolder = PREFERENCES_FOLDER;
         options.calendars = {freedesktop::CalendarSource::inMemory("work", icsText(events))};

@@ -6,13 +6,10 @@
 #include "freedesktop/bundle/loaded_bundles.h"
 #include "freedesktop/dates/clocks.h"
 #include "freedesktop/dates/icu_date_services.h"
-#include "freedesktop/graphics/cairo_graphics_contexts.h"
-#include "freedesktop/graphics/pixbuf_image_files.h"
 #include "freedesktop/launch/desktop_launcher.h"
 #include "freedesktop/log/combined_log.h"
 #include "freedesktop/preferences/preferences_folder.h"
-#include "freedesktop/text/pango_text_measurer.h"
-#include "freedesktop/text/rough_text_measurer.h"
+#include "freedesktop/rendering/unseen_rendering.h"
 #include "freedesktop/user_calendars.h"
 #include "platform/screen.h"
 
@@ -34,12 +31,12 @@ private:
     CGFloat m_scale;
 };
 
-std::unique_ptr<platform::TextMeasurer>
-makeTextMeasurer(const std::shared_ptr<TextLines>& textLines, bool measuresText) {
-    if (measuresText) {
-        return std::make_unique<PangoTextMeasurer>(textLines);
+std::unique_ptr<Rendering> makeRendering(const FreedesktopOptions& options) {
+    if (!options.makeRendering) {
+        return std::make_unique<UnseenRendering>();
     }
-    return std::make_unique<RoughTextMeasurer>();
+    return options.makeRendering(
+        {options.fontFamily, options.locale, options.textScale, options.dataFolder});
 }
 
 // The files of a copy of a calendar.
@@ -56,21 +53,16 @@ struct FreedesktopPlatform::Services {
         , timeZone(options.timeZone)
         , locale(options.locale)
         , clockFormat(options.clockFormat)
-        , textLines(std::make_shared<TextLines>(options.fontFamily, options.locale,
-                                                options.measuresText ? FontLoading::early
-                                                                     : FontLoading::late))
+        , rendering(freedesktop::makeRendering(options))
         , systemLog(std::move(options.logs))
         , dateServices(clock, timeZone, locale)
         , calendars({timeZone, std::move(options.calendarProblemHandler),
                      std::move(options.dataServerModule), options.dataServerWaits,
                      options.backgroundServerWaits, options.subscriptions})
         , preferences(options.preferencesFolder, options.foundationVersionNumber, systemLog)
-        , textMeasurer(makeTextMeasurer(textLines, options.measuresText))
-        , imageFiles(options.dataFolder)
         , screen(options.scale)
-        , graphicsContexts(screen, textLines)
+        , graphicsContexts(rendering->makeGraphicsContexts(screen))
         , launcher(systemLog) {
-        textLines->setTextScale(options.textScale);
         dateServices.setClockFormat(clockFormat);
         launcher.setLinkProgram(std::move(options.linkProgram));
         calendars.setSources(std::move(options.calendars));
@@ -95,22 +87,29 @@ struct FreedesktopPlatform::Services {
     std::shared_ptr<const TimeZone> timeZone;
     std::string locale;
     ClockFormat clockFormat;
-    // The first service, because it loads the list of fonts in the background.
-    std::shared_ptr<TextLines> textLines;
+    // The first service, because it may load the list of fonts in the background. Never null.
+    std::unique_ptr<Rendering> rendering;
     CombinedLog systemLog;
     AdjustableClock clock;
     IcuDateServices dateServices;
     UserCalendars calendars;
     PreferencesFolder preferences;
-    std::unique_ptr<platform::TextMeasurer> textMeasurer; // never null
-    PixbufImageFiles imageFiles;
     ScaledScreen screen;
-    CairoGraphicsContexts graphicsContexts;
+    std::unique_ptr<platform::GraphicsContexts> graphicsContexts; // never null
     LoadedBundles bundles;
     DesktopLauncher launcher;
-    Platform platform{clock,         dateServices, calendars.stores(), preferences,
-                      *textMeasurer, imageFiles,   graphicsContexts,   screen,
-                      systemLog,     bundles,      launcher,           launcher};
+    Platform platform{clock,
+                      dateServices,
+                      calendars.stores(),
+                      preferences,
+                      rendering->textMeasurer(),
+                      rendering->imageFiles(),
+                      *graphicsContexts,
+                      screen,
+                      systemLog,
+                      bundles,
+                      launcher,
+                      launcher};
 };
 
 FreedesktopPlatform::FreedesktopPlatform(FreedesktopOptions options)
@@ -122,8 +121,8 @@ const Platform& FreedesktopPlatform::platform() const {
     return m_services->platform;
 }
 
-const std::shared_ptr<TextLines>& FreedesktopPlatform::textLines() const {
-    return m_services->textLines;
+Rendering& FreedesktopPlatform::rendering() const {
+    return *m_services->rendering;
 }
 
 Result<std::shared_ptr<const LoadedBundle>>
@@ -177,7 +176,7 @@ void FreedesktopPlatform::setTimeZone(std::shared_ptr<const TimeZone> zone) {
 void FreedesktopPlatform::setLocale(const std::string& locale) {
     m_services->locale = locale;
     m_services->dateServices.setLocale(locale);
-    m_services->textLines->setLocale(locale);
+    m_services->rendering->setLocale(locale);
 }
 
 void FreedesktopPlatform::setClockFormat(ClockFormat clockFormat) {
@@ -190,11 +189,11 @@ void FreedesktopPlatform::setScale(CGFloat scale) {
 }
 
 void FreedesktopPlatform::setTextScale(CGFloat scale) {
-    m_services->textLines->setTextScale(scale);
+    m_services->rendering->setTextScale(scale);
 }
 
 void FreedesktopPlatform::reloadFonts() {
-    m_services->textLines->reloadFonts();
+    m_services->rendering->reloadFonts();
 }
 
 bool FreedesktopPlatform::followsTimeZone() const {

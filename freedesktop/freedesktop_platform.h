@@ -14,9 +14,9 @@
 #include "freedesktop/dates/clock_format.h"
 #include "freedesktop/dates/time_zone.h"
 #include "freedesktop/glib/child_program.h"
+#include "freedesktop/rendering/rendering.h"
 #include "freedesktop/session/watched_path.h"
 #include "freedesktop/subscribed_calendars.h"
-#include "freedesktop/text/text_lines.h"
 #include "platform/ns_date.h"
 #include "platform/platform.h"
 #include "platform/system_log.h"
@@ -34,7 +34,7 @@ struct FreedesktopOptions {
     ClockFormat clockFormat = ClockFormat::ofLocale;
     std::optional<std::string> fontFamily; // absent: the desktop's
     platform::CGFloat textScale = 1;       // see TextLines::setTextScale()
-    bool measuresText = true;              // false: for a host that shows no text
+    RenderingFactory makeRendering;        // null: for a host that shows nothing
     std::string dataFolder;                // with the pictures that come with the program
     std::string preferencesFolder;
     double foundationVersionNumber = 1047.25;
@@ -70,8 +70,8 @@ public:
     FreedesktopPlatform& operator=(const FreedesktopPlatform&) = delete;
 
     const platform::Platform& platform() const;
-    // The text renderer, for pictures of the widget.
-    const std::shared_ptr<TextLines>& textLines() const;
+    // For pictures of the widget.
+    Rendering& rendering() const;
 
     // Afterwards the platform finds the bundle by its classes. The bundle is not null.
     Result<std::shared_ptr<const LoadedBundle>> loadBundle(const std::string& path);

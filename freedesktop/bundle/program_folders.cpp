@@ -51,6 +51,8 @@ ProgramFolders programFolders(const std::string& executableFolder) {
                           commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "quorvel-eds.so"),
         besideOrInstalled(folder / "quorvel-layer-shell.so",
                           commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "quorvel-layer-shell.so"),
+        besideOrInstalled(folder / "quorvel-rendering.so",
+                          commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "quorvel-rendering.so"),
         besideOrInstalled(folder / "share/locale", commands / QUORVEL_RELATIVE_CATALOG_FOLDER)};
 }
 

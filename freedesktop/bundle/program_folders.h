@@ -14,6 +14,7 @@ struct ProgramFolders {
     std::string settings;         // the program `quorvel-settings`; it need not be installed
     std::string dataServerModule; // the module that wraps the calendar server's library
     std::string layerModule;      // the module that wraps the layer shell's library
+    std::string renderingModule;  // the module that wraps the libraries of texts and pictures
     std::string catalogs;         // translations: LANGUAGE/LC_MESSAGES/quorvel.mo
 };
 

@@ -1,4 +1,4 @@
-#include "freedesktop/text/rough_text_measurer.h"
+#include "freedesktop/rendering/rough_text_measurer.h"
 
 namespace quorvel::freedesktop {
 

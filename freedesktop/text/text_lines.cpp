@@ -191,14 +191,9 @@ private:
     LeastRecentlyUsed<LineKey, LineView, LineMetrics, LineHash> m_metrics{64, std::size_t{1} << 16};
 };
 
-TextLines::TextLines(std::optional<std::string> family, const std::string& locale,
-                     FontLoading loading)
+TextLines::TextLines(std::optional<std::string> family, const std::string& locale)
     : m_family(std::move(family))
-    , m_locale(locale) {
-    if (loading == FontLoading::early) {
-        shaper();
-    }
-}
+    , m_locale(locale) {}
 
 TextLines::~TextLines() = default;
 

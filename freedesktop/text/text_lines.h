@@ -15,13 +15,10 @@ struct _cairo; // cairo_t
 
 namespace quorvel::freedesktop {
 
-// When the list of fonts is loaded: at once in the background, or with the first text.
-enum class FontLoading { early, late };
-
 inline constexpr platform::CGFloat leastTextScale = 0.5;
 inline constexpr platform::CGFloat greatestTextScale = 3;
 
-// A process needs one object, best constructed early if it shows texts.
+// A process needs one object.
 class TextLines {
 public:
     // `family`: the family for UIFont's empty name, installed or not. Absent: systemFontFamily()
@@ -29,10 +26,13 @@ public:
     // `locale`, such as "ja_JP", chooses between the forms of a character in different languages.
     // Empty: the environment's.
     explicit TextLines(std::optional<std::string> family = std::nullopt,
-                       const std::string& locale = {}, FontLoading loading = FontLoading::early);
+                       const std::string& locale = {});
     ~TextLines();
     TextLines(const TextLines&) = delete;
     TextLines& operator=(const TextLines&) = delete;
+
+    // Starts to load the list of fonts in the background, which else happens with the first text.
+    void prepare() { shaper(); }
 
     // As in the constructor. Drops all cached lines.
     void setLocale(const std::string& locale);
@@ -64,7 +64,7 @@ private:
     std::optional<std::string> m_family;
     std::string m_locale;
     platform::CGFloat m_textScale = 1;
-    std::unique_ptr<Shaper> m_shaper; // null before the first text with FontLoading::late
+    std::unique_ptr<Shaper> m_shaper; // null before the first text
 };
 
 } // namespace quorvel::freedesktop

@@ -212,7 +212,7 @@ void EmbeddedAgenda::Parts::paint(const PixelBuffer& pixels) {
     cairo_scale(context.get(), scale, scale);
     const CGRect all{{}, {pixels.width / scale, pixels.height / scale}};
     shells::paintBackdrop(context.get(), all, m_host->appearance().backdrop, true);
-    shells::paintAgenda(context.get(), *m_host, m_platform.textLines(),
+    shells::paintAgenda(context.get(), *m_host, m_platform.rendering().textLines(),
                         m_indicator.opacity(frameTime()));
     cairo_surface_flush(surface.get());
 }

@@ -12,6 +12,7 @@
 #include "freedesktop/language/messages.h"
 #include "freedesktop/log/syslog_log.h"
 #include "freedesktop/named_calendars.h"
+#include "freedesktop/rendering/linked_rendering.h"
 #include "freedesktop/user_options.h"
 #include "shells/embedding/embedded_agenda.h"
 
@@ -109,6 +110,7 @@ Result<FreedesktopOptions> platformOptions(const EmbeddedAgendaOptions& chosen,
     options.clockRuns = !chosen.now;
     options.now = chosen.now;
     options.scale = chosen.scale;
+    options.makeRendering = freedesktop::makeLinkedRendering;
     if (!chosen.fontFamily.empty()) {
         options.fontFamily = chosen.fontFamily;
     }

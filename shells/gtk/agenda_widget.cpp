@@ -36,7 +36,7 @@ void AgendaWidget::setContent(freedesktop::FreedesktopPlatform& platform,
     m_presenter = std::make_unique<shells::LivePresenter>(platform, [this] { presentSafely(); });
     updatePause();
     m_host->setObserver(this);
-    setAgendaHost(m_area, m_host, platform.textLines());
+    setAgendaHost(m_area, m_host, platform.rendering().textLines());
     describeNotices(); // of an earlier presentation
 }
 

@@ -6,6 +6,7 @@
 
 #include "freedesktop/bundle/loaded_bundle.h"
 #include "freedesktop/bundle/program_folders.h"
+#include "freedesktop/rendering/linked_rendering.h"
 #include "freedesktop/user_options.h"
 #include "platform/graphics_context.h"
 #include "platform/screen.h"
@@ -44,6 +45,7 @@ FreedesktopOptions optionsOf(const ShellServices& shell,
         log->log(describe(problem));
     };
     options.logs = {shell.log};
+    options.makeRendering = freedesktop::makeLinkedRendering;
     return options;
 }
 

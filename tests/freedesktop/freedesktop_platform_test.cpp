@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include "freedesktop/dates/instant_text.h"
+#include "freedesktop/rendering/linked_rendering.h"
 #include "platform/calendar_store.h"
 #include "platform/clock.h"
 #include "platform/date_services.h"
@@ -29,6 +30,7 @@ protected:
         options.timeZone = namedTimeZone("Europe/Berlin");
         options.locale = "en_US";
         options.preferencesFolder = "/nonexistent/Preferences";
+        options.makeRendering = makeLinkedRendering;
     }
 
     void make() { made = std::make_unique<FreedesktopPlatform>(options); }
@@ -155,7 +157,7 @@ TEST_F(FreedesktopPlatformTest, AHostThatPrintsReadsNoFonts) {
     };
     make();
     EXPECT_GT(width("WWWWWWWW"), width("iiiiiiii"));
-    options.measuresText = false;
+    options.makeRendering = nullptr;
     make();
     EXPECT_EQ(width("WWWWWWWW"), width("iiiiiiii"));
     EXPECT_GT(width("iiiiiiii"), 0);

@@ -1,4 +1,5 @@
 // Draws a row that a finger pulls, less and more than its effect needs, as the hosts paint it.
+#include "freedesktop/rendering/linked_rendering.h"
 #include "tests/golden/golden_picture.h"
 
 #include <gtest/gtest.h>
@@ -43,6 +44,7 @@ freedesktop::FreedesktopOptions options(CGFloat scale) {
     options.timeZone = freedesktop::namedTimeZone("Europe/Berlin");
     options.locale = "en_US";
     options.fontFamily = "Inter";
+    options.makeRendering = freedesktop::makeLinkedRendering;
     options.dataFolder = QUORVEL_DATA;
     options.preferencesFolder = std::string(GOLDEN_FOLDER) + "/preferences/dots";
     options.calendars = {
@@ -85,7 +87,7 @@ protected:
             m_host->window().render(context);
         };
         ASSERT_TRUE(freedesktop::writeSnapshot(drawnPicture(GetParam().name), snapshot,
-                                               m_platform.textLines()));
+                                               m_platform.rendering().textLines()));
     }
 
     freedesktop::FreedesktopPlatform m_platform;

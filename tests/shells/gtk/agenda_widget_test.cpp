@@ -8,6 +8,7 @@
 
 #include "freedesktop/bundle/loaded_bundle.h"
 #include "freedesktop/freedesktop_platform.h"
+#include "freedesktop/rendering/linked_rendering.h"
 #include "shells/gtk/key_command.h"
 #include "tests/freedesktop/session/session_testing.h"
 
@@ -42,6 +43,7 @@ protected:
         options.preferencesFolder = folder / "Preferences";
         options.clockRuns = true;
         options.logs = {log};
+        options.makeRendering = freedesktop::makeLinkedRendering;
         platform.emplace(options);
         bundle = platform->loadBundle(QUORVEL_BUNDLE).value();
         shells::AgendaHostOptions hostOptions;

@@ -9,6 +9,7 @@
 #include "freedesktop/bundle/loaded_bundle.h"
 #include "freedesktop/dates/instant_text.h"
 #include "freedesktop/freedesktop_platform.h"
+#include "freedesktop/rendering/linked_rendering.h"
 #include "platform/clock.h"
 #include "shells/window/main_loop.h"
 #include "tests/freedesktop/session/session_testing.h"
@@ -84,6 +85,7 @@ protected:
     TemporaryFolder folder;
     std::shared_ptr<RecordedLog> log = std::make_shared<RecordedLog>();
     freedesktop::FreedesktopOptions options;
+    options.makeRendering = freedesktop::makeLinkedRendering;
     std::optional<freedesktop::FreedesktopPlatform> platform;
     std::shared_ptr<const freedesktop::LoadedBundle> bundle;
     std::optional<MainLoop> loop;

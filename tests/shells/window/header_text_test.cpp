@@ -20,7 +20,6 @@ freedesktop::FreedesktopOptions optionsAt(const char* instant, const char* zone,
     options.followsTimeZone = false;
     options.locale = locale;
     options.followsLocale = false;
-    options.measuresText = false;
     options.now = freedesktop::parseInstant(instant, *options.timeZone);
     return options;
 }

@@ -17,6 +17,7 @@
 #include "freedesktop/bundle/loaded_bundle.h"
 #include "freedesktop/dates/instant_text.h"
 #include "freedesktop/freedesktop_platform.h"
+#include "freedesktop/rendering/linked_rendering.h"
 #include "shells/window/main_loop.h"
 
 namespace quorvel::window {
@@ -60,6 +61,7 @@ protected:
 
     freedesktop::FreedesktopOptions options() const {
         freedesktop::FreedesktopOptions result;
+        result.makeRendering = freedesktop::makeLinkedRendering;
         result.timeZone = freedesktop::utcTimeZone();
         result.locale = "en_US";
         result.preferencesFolder = folder / "Preferences";

@@ -10,6 +10,7 @@
 
 #include "freedesktop/bundle/loaded_bundle.h"
 #include "freedesktop/freedesktop_platform.h"
+#include "freedesktop/rendering/linked_rendering.h"
 #include "platform/system_log.h"
 #include "shells/window/main_loop.h"
 
@@ -26,6 +27,7 @@ public:
 TEST(PresentationThreadTest, IsTheThreadThatShowsTheWindow) {
     const auto recorder = std::make_shared<ThreadRecorder>();
     freedesktop::FreedesktopOptions options;
+    options.makeRendering = freedesktop::makeLinkedRendering;
     options.timeZone = freedesktop::utcTimeZone();
     options.locale = "en_US";
     options.preferencesFolder = "/nonexistent";
