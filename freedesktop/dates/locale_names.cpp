@@ -6,6 +6,7 @@
 #include <unicode/locid.h>
 #include <unicode/uenum.h>
 #include <unicode/uloc.h>
+#include <unicode/ures.h>
 
 #include "base/ascii_text.h"
 
@@ -95,7 +96,36 @@ std::optional<icu::Locale> fromLanguageTag(std::string_view name) {
     return icu::Locale(identifier.c_str());
 }
 
+// ICU names the files with a language's data after the language. Its other files have longer names.
+bool hasLanguageFile(const std::string& language) {
+    constexpr std::size_t longestLanguage = 3;
+    if (language.empty() || language.size() > longestLanguage) {
+        return false;
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::LocalUResourceBundlePointer file(ures_open(nullptr, language.c_str(), &status));
+    return status == U_ZERO_ERROR; // a warning where there is another language's
+}
+
+bool isIsoCountry(std::string_view region) {
+    for (const char* const* country = uloc_getISOCountries(); *country != nullptr; ++country) {
+        if (region == *country) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// The usual locales, without the list of all, which takes a fifth of a short program's time.
+bool isUsual(const icu::Locale& locale) {
+    const std::string_view region = locale.getCountry();
+    return hasLanguageFile(locale.getLanguage()) && (region.empty() || isIsoCountry(region));
+}
+
 bool isKnown(const icu::Locale& locale) {
+    if (!locale.isBogus() && isUsual(locale)) {
+        return true;
+    }
     const KnownNames& known = knownNames();
     const std::string_view region = locale.getCountry();
     return !locale.isBogus() && known.languages.count(std::string_view(locale.getLanguage())) > 0 &&

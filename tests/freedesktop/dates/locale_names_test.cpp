@@ -1,7 +1,13 @@
 // Locales as users, desktops and libraries write them.
 #include "freedesktop/dates/locale_names.h"
 
+#include <set>
+#include <string>
+
 #include <gtest/gtest.h>
+#include <unicode/locid.h>
+#include <unicode/uenum.h>
+#include <unicode/uloc.h>
 
 namespace quorvel::freedesktop {
 namespace {
@@ -49,6 +55,30 @@ TEST(LocaleNames, UnknownLocalesAreRefused) {
         EXPECT_EQ(canonical(name), "absent") << name;
     }
     EXPECT_EQ(canonical("de_" + std::string(1 << 20, 'D')), "absent");
+}
+
+// Whichever way a language is found by, its data or the list of all locales.
+TEST(LocaleNames, EveryLanguageOfIcuIsKnownAndNoOther) {
+    std::set<std::string> languages;
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::LocalUEnumerationPointer locales(
+        uloc_openAvailableByType(ULOC_AVAILABLE_WITH_LEGACY_ALIASES, &status));
+    while (const char* const name = uenum_next(locales.getAlias(), nullptr, &status)) {
+        languages.insert(icu::Locale(name).getLanguage());
+    }
+    ASSERT_GT(languages.size(), 200U);
+    const std::string letters = "abcdefghijklmnopqrstuvwxyz";
+    for (const char first : letters) {
+        for (const char second : letters) {
+            std::string name{first, second};
+            EXPECT_EQ(canonical(name) == name, languages.contains(name)) << name;
+            name += letters[static_cast<std::size_t>(second - 'a' + first - 'a') % letters.size()];
+            EXPECT_EQ(canonical(name) == name, languages.contains(name)) << name;
+        }
+    }
+    for (const std::string& language : languages) {
+        EXPECT_EQ(canonical(language) == language, !language.empty()) << language;
+    }
 }
 
 TEST(LocaleNames, VariablesHaveAnOrder) {
