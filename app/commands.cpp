@@ -18,6 +18,7 @@
 #include "app/settings_calendars.h"
 #include "app/settings_command.h"
 #include "app/subscription_command.h"
+#include "app/version_text.h"
 #include "freedesktop/freedesktop_platform.h"
 #include "freedesktop/graphics/snapshot.h"
 #include "freedesktop/language/messages.h"
@@ -227,7 +228,7 @@ CommandResult<void> runCommand(int argc, const char* const* argv, const ProgramP
         return printOutput(line->hasCommand ? commandHelp(line->command) : programHelp());
     }
     if (line->wantsVersion) {
-        return printOutput(versionText());
+        return printOutput(std::string(versionText));
     }
     if (isAboutSubscriptions(*line)) {
         return runSubscriptionCommand(*line);

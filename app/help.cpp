@@ -345,8 +345,4 @@ std::string commandHelp(Command command) {
     return text + translated(exitStatusHelp);
 }
 
-std::string versionText() {
-    return "quorvel " QUORVEL_VERSION "\n";
-}
-
 } // namespace quorvel::app

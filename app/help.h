@@ -16,6 +16,5 @@ bool commandTakesOption(Command command, std::string_view option);
 
 std::string programHelp();
 std::string commandHelp(Command command);
-std::string versionText();
 
 } // namespace quorvel::app

@@ -1,30 +1,62 @@
-// The command `quorvel`.
-#include <memory>
+// The program `quorvel`: it answers --version, and loads the module with the commands for
+// everything else. It names the files that it loads, so that the loader searches no folder for
+// them.
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
 
-#include "app/commands.h"
-#include "app/language_choice.h"
-#include "app/window_start.h"
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include "app/version_text.h"
 #include "freedesktop/bundle/program_folders.h"
-#include "freedesktop/log/library_messages.h"
-#include "freedesktop/rendering/loaded_rendering.h"
 
 namespace {
 
 using namespace quorvel;
+using RunCommand = int (*)(int argc, char** argv);
 
-std::unique_ptr<freedesktop::Rendering>
-makeLoadedRendering(const freedesktop::RenderingOptions& options) {
-    return std::make_unique<freedesktop::LoadedRendering>(
-        freedesktop::programFolders().renderingModule, options);
+bool asksOnlyForVersion(int argc, char** argv) {
+    return argc == 2 && std::string_view(argv[1]) == "--version";
+}
+
+// Written without a buffer, so that a failure leaves nothing behind: the commands report it.
+bool printVersion() {
+    const std::string_view text = app::versionText;
+    return ::write(STDOUT_FILENO, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+}
+
+// A packager may install the library where the loader finds it by itself.
+void loadPlatform(const std::string& file) {
+    if (::access(file.c_str(), F_OK) == 0) {
+        ::dlopen(file.c_str(), RTLD_NOW);
+    }
+}
+
+RunCommand loadCommands(const std::string& file) {
+    void* const module = ::dlopen(file.c_str(), RTLD_NOW);
+    return module != nullptr ? reinterpret_cast<RunCommand>(::dlsym(module, "quorvelRunCommand"))
+                             : nullptr;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    freedesktop::printLibraryMessagesOnOneLine();
-    app::chooseProgramLanguage(argc, argv);
-    const auto show = [argv](const app::CommandLine&) -> app::CommandResult<void> {
-        return app::replaceByWindowProgram(argv);
-    };
-    return app::runProgram(argc, argv, {show, makeLoadedRendering});
+    if (asksOnlyForVersion(argc, argv) && printVersion()) {
+        return EXIT_SUCCESS;
+    }
+    const freedesktop::ProgramFolders folders = freedesktop::programFolders();
+    loadPlatform(folders.platformLibrary);
+    const RunCommand run = loadCommands(folders.commandModule);
+    if (run == nullptr) {
+        const char* const reason = ::dlerror();
+        std::fprintf(
+            stderr,
+            "quorvel: the part of Quorvel with the commands cannot be loaded (%s): install "
+            "Quorvel again (on Debian the package quorvel)\n",
+            reason != nullptr ? reason : folders.commandModule.c_str());
+        return EXIT_FAILURE;
+    }
+    return run(argc, argv);
 }

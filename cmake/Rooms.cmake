@@ -35,6 +35,26 @@ function(quorvel_room name)
   target_link_libraries(${name} PUBLIC ${room_LINK} PRIVATE ${room_LINK_PRIVATE})
 endfunction()
 
+# quorvel_module(NAME SOURCES file... EXPORTS file LINK library...): what a program loads when it needs
+# it, beside the programs after a build. It exports the names of the file and nothing else.
+function(quorvel_module name)
+  cmake_parse_arguments(module "" "EXPORTS" "SOURCES;LINK" ${ARGN})
+  set(exports ${CMAKE_CURRENT_SOURCE_DIR}/${module_EXPORTS})
+  add_library(${name} MODULE ${module_SOURCES})
+  quorvel_compile_options(${name})
+  target_link_libraries(${name} PRIVATE ${module_LINK})
+  target_link_options(${name} PRIVATE LINKER:--version-script=${exports})
+  if(NOT QUORVEL_SANITIZE) # a sanitizer's own symbols come from the program
+    target_link_options(${name} PRIVATE LINKER:--no-undefined)
+  endif()
+  set_target_properties(${name} PROPERTIES
+    PREFIX ""
+    LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}
+    BUILD_WITH_INSTALL_RPATH ON # without one: the program has loaded our own libraries already
+    LINK_DEPENDS ${exports})
+  install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/quorvel)
+endfunction()
+
 # quorvel_test(NAME SOURCES file... LINK library... [SLOW]): one test program of a room. It gets the
 # label `unit` unless it is SLOW, so that `ctest -L unit` takes less than a minute. The target
 # `unit_tests` builds all that have it.

@@ -11,11 +11,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string besideOrInstalled(const fs::path& beside, const fs::path& installed) {
-    std::error_code error;
-    return (fs::exists(beside, error) ? beside : installed.lexically_normal()).string();
-}
-
 // The installation's folder of commands; `folder` is either of its folders of executables.
 fs::path commandFolder(const fs::path& folder) {
     const fs::path commands = (folder / QUORVEL_RELATIVE_COMMAND_FOLDER).lexically_normal();
@@ -32,28 +27,41 @@ fs::path folderOfLibrary(const void* code) {
     return file.parent_path();
 }
 
+constexpr const char* platformLibraryName =
+    "libquorvel_platform.so." QUORVEL_PLATFORM_LIBRARY_VERSION;
+
+ProgramFolders foldersOf(const fs::path& commands, const fs::path& helpers, const fs::path& modules,
+                         const fs::path& platform, const fs::path& data, const fs::path& catalogs) {
+    const auto file = [](const fs::path& folder, const char* name) {
+        return (folder / name).lexically_normal().string();
+    };
+    return {file(modules, "Quorvel.bundle"),       data.lexically_normal().string(),
+            file(helpers, "quorvel-window"),       file(commands, "quorvel"),
+            file(helpers, "quorvel-refresh"),      file(commands, "quorvel-settings"),
+            file(modules, "quorvel-eds.so"),       file(modules, "quorvel-layer-shell.so"),
+            file(modules, "quorvel-rendering.so"), file(modules, "quorvel-command.so"),
+            file(platform, platformLibraryName),   catalogs.lexically_normal().string()};
+}
+
+ProgramFolders builtFolders(const fs::path& folder) {
+    return foldersOf(folder, folder, folder, folder / "platform", folder / "share/quorvel",
+                     folder / "share/locale");
+}
+
+ProgramFolders installedFolders(const fs::path& commands) {
+    return foldersOf(
+        commands, commands / QUORVEL_RELATIVE_HELPER_FOLDER,
+        commands / QUORVEL_RELATIVE_MODULE_FOLDER, commands / QUORVEL_RELATIVE_LIBRARY_FOLDER,
+        commands / QUORVEL_RELATIVE_DATA_FOLDER, commands / QUORVEL_RELATIVE_CATALOG_FOLDER);
+}
+
 } // namespace
 
 ProgramFolders programFolders(const std::string& executableFolder) {
     const fs::path folder(executableFolder);
-    const fs::path commands = commandFolder(folder);
-    return {
-        besideOrInstalled(folder / "Quorvel.bundle",
-                          commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "Quorvel.bundle"),
-        besideOrInstalled(folder / "share/quorvel", commands / QUORVEL_RELATIVE_DATA_FOLDER),
-        besideOrInstalled(folder / "quorvel-window",
-                          commands / QUORVEL_RELATIVE_HELPER_FOLDER / "quorvel-window"),
-        besideOrInstalled(folder / "quorvel", commands / "quorvel"),
-        besideOrInstalled(folder / "quorvel-refresh",
-                          commands / QUORVEL_RELATIVE_HELPER_FOLDER / "quorvel-refresh"),
-        besideOrInstalled(folder / "quorvel-settings", commands / "quorvel-settings"),
-        besideOrInstalled(folder / "quorvel-eds.so",
-                          commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "quorvel-eds.so"),
-        besideOrInstalled(folder / "quorvel-layer-shell.so",
-                          commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "quorvel-layer-shell.so"),
-        besideOrInstalled(folder / "quorvel-rendering.so",
-                          commands / QUORVEL_RELATIVE_LIBRARY_FOLDER / "quorvel-rendering.so"),
-        besideOrInstalled(folder / "share/locale", commands / QUORVEL_RELATIVE_CATALOG_FOLDER)};
+    std::error_code error;
+    return fs::exists(folder / "Quorvel.bundle", error) ? builtFolders(folder)
+                                                        : installedFolders(commandFolder(folder));
 }
 
 ProgramFolders programFolders() {

@@ -15,11 +15,13 @@ struct ProgramFolders {
     std::string dataServerModule; // the module that wraps the calendar server's library
     std::string layerModule;      // the module that wraps the layer shell's library
     std::string renderingModule;  // the module that wraps the libraries of texts and pictures
+    std::string commandModule;    // the module that the program `quorvel` consists of
+    std::string platformLibrary;  // the library that hosts and bundles share
     std::string catalogs;         // translations: LANGUAGE/LC_MESSAGES/quorvel.mo
 };
 
-// Each path is beside the executable if it exists there, as after a build, else where an
-// installation puts it. An installation has two folders of executables: one for the commands, and
+// All paths are beside the executable if the bundle is there, as after a build, else where an
+// installation puts them. An installation has two folders of executables: one for the commands, and
 // one for the programs that only the commands start.
 ProgramFolders programFolders(const std::string& executableFolder);
 // For the running process.

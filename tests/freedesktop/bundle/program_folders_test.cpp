@@ -4,14 +4,13 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 namespace quorvel::freedesktop {
 namespace {
 
 namespace fs = std::filesystem;
 
-TEST(ProgramFolders, PrefersWhatStandsBesideTheProgram) {
+TEST(ProgramFolders, AreBesideTheProgramWhereTheBundleIs) {
     std::string name = (fs::temp_directory_path() / "quorvel-folders-XXXXXX").string();
     ASSERT_NE(mkdtemp(name.data()), nullptr);
     const fs::path bin = fs::path(name) / "bin";
@@ -29,15 +28,14 @@ TEST(ProgramFolders, PrefersWhatStandsBesideTheProgram) {
     EXPECT_TRUE(installed.dataServerModule.starts_with(name + "/lib"));
     EXPECT_TRUE(installed.layerModule.ends_with("/quorvel/quorvel-layer-shell.so"));
     EXPECT_TRUE(installed.layerModule.starts_with(name + "/lib"));
+    EXPECT_TRUE(installed.renderingModule.ends_with("/quorvel/quorvel-rendering.so"));
+    EXPECT_TRUE(installed.commandModule.ends_with("/quorvel/quorvel-command.so"));
+    EXPECT_TRUE(installed.platformLibrary.starts_with(name + "/lib"));
+    EXPECT_EQ(installed.platformLibrary.find("/quorvel/libquorvel_platform.so."), std::string::npos)
+        << "it is no module";
     EXPECT_EQ(installed.catalogs, name + "/share/locale");
 
     fs::create_directories(bin / "Quorvel.bundle");
-    fs::create_directories(bin / "share/quorvel");
-    fs::create_directories(bin / "share/locale");
-    std::ofstream(bin / "quorvel-window") << "a program";
-    std::ofstream(bin / "quorvel-refresh") << "a program";
-    std::ofstream(bin / "quorvel-eds.so") << "a module";
-    std::ofstream(bin / "quorvel-layer-shell.so") << "a module";
     const ProgramFolders beside = programFolders(bin.string());
     EXPECT_EQ(beside.bundle, (bin / "Quorvel.bundle").string());
     EXPECT_EQ(beside.data, (bin / "share/quorvel").string());
@@ -45,6 +43,11 @@ TEST(ProgramFolders, PrefersWhatStandsBesideTheProgram) {
     EXPECT_EQ(beside.refresh, (bin / "quorvel-refresh").string());
     EXPECT_EQ(beside.dataServerModule, (bin / "quorvel-eds.so").string());
     EXPECT_EQ(beside.layerModule, (bin / "quorvel-layer-shell.so").string());
+    EXPECT_EQ(beside.renderingModule, (bin / "quorvel-rendering.so").string());
+    EXPECT_EQ(beside.commandModule, (bin / "quorvel-command.so").string());
+    EXPECT_EQ(beside.settings, (bin / "quorvel-settings").string());
+    EXPECT_TRUE(
+        beside.platformLibrary.starts_with((bin / "platform/libquorvel_platform.so.").string()));
     EXPECT_EQ(beside.catalogs, (bin / "share/locale").string());
     fs::remove_all(name);
 }

@@ -29,6 +29,7 @@ protected:
         std::filesystem::create_directories(folder / "calendars");
         writeCalendar("Before");
         writeGarbage(0);
+        options.makeRendering = freedesktop::makeLinkedRendering;
         options.timeZone = freedesktop::namedTimeZone("UTC");
         options.followsTimeZone = false;
         options.locale = "en_US";
@@ -85,7 +86,6 @@ protected:
     TemporaryFolder folder;
     std::shared_ptr<RecordedLog> log = std::make_shared<RecordedLog>();
     freedesktop::FreedesktopOptions options;
-    options.makeRendering = freedesktop::makeLinkedRendering;
     std::optional<freedesktop::FreedesktopPlatform> platform;
     std::shared_ptr<const freedesktop::LoadedBundle> bundle;
     std::optional<MainLoop> loop;
