@@ -13,6 +13,7 @@
 #include "freedesktop/graphics/cairo_graphics_context.h"
 #include "freedesktop/graphics/cairo_handles.h"
 #include "freedesktop/graphics/pixel_length.h"
+#include "freedesktop/graphics/png_encoding.h"
 #include "freedesktop/io/file_replacement.h"
 #include "freedesktop/language/messages.h"
 
@@ -92,27 +93,29 @@ void paintOn(cairo_surface_t* surface, const Snapshot& snapshot,
     snapshot.paint(graphics);
 }
 
-Result<std::string, cairo_status_t> render(Format format, CGSize size, const Snapshot& snapshot,
-                                           const std::shared_ptr<TextLines>& lines) {
-    std::string contents;
-    const SurfaceHandle surface = createSurface(format, size, contents);
-    cairo_status_t status = cairo_surface_status(surface.get());
-    if (status != CAIRO_STATUS_SUCCESS)
-        return status;
-    paintOn(surface.get(), snapshot, lines);
-    if (format == Format::png) {
-        status = cairo_surface_write_to_png_stream(surface.get(), append, &contents);
-    } else {
-        cairo_surface_finish(surface.get());
-        status = cairo_surface_status(surface.get());
-    }
-    if (status != CAIRO_STATUS_SUCCESS)
-        return status;
-    return contents;
-}
-
 Error failure(std::string what) {
     return {std::move(what), {}, {}};
+}
+
+Result<void> statusOf(cairo_surface_t* surface) {
+    const cairo_status_t status = cairo_surface_status(surface);
+    return status == CAIRO_STATUS_SUCCESS ? Result<void>()
+                                          : Result<void>(failure(cairo_status_to_string(status)));
+}
+
+Result<std::string> render(Format format, CGSize size, const Snapshot& snapshot,
+                           const std::shared_ptr<TextLines>& lines) {
+    std::string contents;
+    const SurfaceHandle surface = createSurface(format, size, contents);
+    if (const Result<void> created = statusOf(surface.get()); !created)
+        return created.error();
+    paintOn(surface.get(), snapshot, lines);
+    if (format == Format::png)
+        return pngOf(surface.get());
+    cairo_surface_finish(surface.get());
+    if (const Result<void> finished = statusOf(surface.get()); !finished)
+        return finished.error();
+    return contents;
 }
 
 } // namespace
@@ -139,8 +142,7 @@ Result<void> writeSnapshot(const std::string& path, const Snapshot& snapshot,
             {std::to_string(std::llround(size.width)), std::to_string(std::llround(size.height))}));
     const auto contents = render(*format, size, snapshot, lines);
     if (!contents)
-        return failure(filled(translated("cannot draw the picture: {1}"),
-                              {cairo_status_to_string(contents.error())}));
+        return failure(filled(translated("cannot draw the picture: {1}"), {contents.error().what}));
     if (const auto replaced = replaceFile(path, *contents); !replaced)
         return failure(filled(translated("cannot write \"{1}\": {2}"),
                               {path, translated(replaced.error().what)}));

@@ -222,7 +222,7 @@ TEST_F(SubscriptionRefreshTest, MissingProgramIsLoggedOnce) {
     runFor(0.2);
     ASSERT_EQ(log->lines().size(), 1U);
     EXPECT_TRUE(log->lines()[0].starts_with("QRV: the program '" + folder / "refresh" +
-                                          "' cannot be started: "))
+                                            "' cannot be started: "))
         << log->lines()[0];
 }
 
