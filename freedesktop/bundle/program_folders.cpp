@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include <dlfcn.h>
+#include <sys/auxv.h>
 
 namespace quorvel::freedesktop {
 
@@ -16,6 +17,12 @@ fs::path commandFolder(const fs::path& folder) {
     const fs::path commands = (folder / QUORVEL_RELATIVE_COMMAND_FOLDER).lexically_normal();
     const fs::path helpers = (commands / QUORVEL_RELATIVE_HELPER_FOLDER).lexically_normal();
     return helpers == folder ? commands : folder;
+}
+
+// As the process was started; relative to the folder that it was started in.
+const char* nameOfExecution() {
+    const auto address = ::getauxval(AT_EXECFN);
+    return address != 0 ? reinterpret_cast<const char*>(address) : "";
 }
 
 fs::path folderOfLibrary(const void* code) {
@@ -66,7 +73,10 @@ ProgramFolders programFolders(const std::string& executableFolder) {
 
 ProgramFolders programFolders() {
     std::error_code error;
-    const fs::path executable = fs::read_symlink("/proc/self/exe", error);
+    fs::path executable = fs::read_symlink("/proc/self/exe", error);
+    if (error) { // there is no /proc, as in some containers
+        executable = fs::canonical(nameOfExecution(), error);
+    }
     return programFolders(error ? std::string(".") : executable.parent_path().string());
 }
 
