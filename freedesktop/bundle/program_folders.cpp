@@ -22,6 +22,7 @@ fs::path commandFolder(const fs::path& folder) {
 // As the process was started; relative to the folder that it was started in.
 const char* nameOfExecution() {
     const auto address = ::getauxval(AT_EXECFN);
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the kernel passes it as a number
     return address != 0 ? reinterpret_cast<const char*>(address) : "";
 }
 
