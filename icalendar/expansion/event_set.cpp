@@ -2,6 +2,7 @@
 #include "icalendar/expansion/event_set.h"
 
 #include <algorithm>
+#include <bit>
 #include <functional>
 #include <limits>
 #include <tuple>
@@ -32,28 +33,49 @@ void forEachEvent(const Files& files, Use use) {
     }
 }
 
+// Of the UIDs of all events, by their numbers.
+std::vector<std::uint32_t> uidHashes(const Files& files, std::size_t count) {
+    std::vector<std::uint32_t> hashes;
+    hashes.reserve(count);
+    forEachEvent(files, [&](std::uint32_t, const EventReference& one, const EventEntry&) {
+        const std::string_view uid = one.file->ics.slice(one.event->uid);
+        hashes.push_back(static_cast<std::uint32_t>(std::hash<std::string_view>()(uid)));
+    });
+    return hashes;
+}
+
+// A set of hashes that may take others for its own, but few of them: one bit for several hashes
+// stays in the processor's cache where the hashes themselves would not.
+class HashFilter {
+public:
+    explicit HashFilter(std::size_t hashes)
+        : m_bits(std::bit_ceil(hashes * bitsPerHash + 1)) {}
+
+    void insert(std::uint32_t hash) { m_bits[place(hash)] = true; }
+    bool mayContain(std::uint32_t hash) const { return m_bits[place(hash)]; }
+
+private:
+    static constexpr std::size_t bitsPerHash = 16;
+
+    std::size_t place(std::uint32_t hash) const { return hash & (m_bits.size() - 1); }
+
+    std::vector<bool> m_bits;
+};
+
 // Which of the main events, by their numbers, share a UID with another, or may do so: by the UIDs'
 // hashes, as nearly all have one of their own.
-std::vector<bool> findContested(const Files& files, std::size_t count) {
-    struct Key {
-        std::size_t hash;
-        std::uint32_t number;
-    };
-    std::vector<Key> keys;
-    keys.reserve(count);
+std::vector<bool> findContested(const Files& files, const std::vector<std::uint32_t>& hashes) {
+    HashFilter once(hashes.size());
+    HashFilter again(hashes.size());
     forEachEvent(files, [&](std::uint32_t number, const EventReference& one, const EventEntry&) {
         if (!one.event->recurrenceId) {
-            const std::string_view uid = one.file->ics.slice(one.event->uid);
-            keys.push_back({std::hash<std::string_view>()(uid), number});
+            (once.mayContain(hashes[number]) ? again : once).insert(hashes[number]);
         }
     });
-    std::sort(keys.begin(), keys.end(), [](const Key& a, const Key& b) { return a.hash < b.hash; });
-    std::vector<bool> isContested(count);
-    for (std::size_t i = 1; i < keys.size(); ++i) {
-        if (keys[i].hash == keys[i - 1].hash) {
-            isContested[keys[i].number] = isContested[keys[i - 1].number] = true;
-        }
-    }
+    std::vector<bool> isContested(hashes.size());
+    forEachEvent(files, [&](std::uint32_t number, const EventReference& one, const EventEntry&) {
+        isContested[number] = !one.event->recurrenceId && again.mayContain(hashes[number]);
+    });
     return isContested;
 }
 
@@ -81,8 +103,8 @@ struct Version {
 };
 
 // Which of the events, by their numbers, give way to another version of themselves.
-std::vector<bool> findSuperseded(const Files& files, std::size_t count) {
-    const std::vector<bool> isContested = findContested(files, count);
+std::vector<bool> findSuperseded(const Files& files, const std::vector<std::uint32_t>& hashes) {
+    const std::vector<bool> isContested = findContested(files, hashes);
     std::vector<Version> versions;
     versions.reserve(
         static_cast<std::size_t>(std::count(isContested.begin(), isContested.end(), true)));
@@ -92,7 +114,7 @@ std::vector<bool> findSuperseded(const Files& files, std::size_t count) {
         }
     });
     std::sort(versions.begin(), versions.end());
-    std::vector<bool> isSuperseded(count);
+    std::vector<bool> isSuperseded(hashes.size());
     const Version* newest = nullptr; // of the same UID
     const Version* before = nullptr;
     for (const Version& one : versions) {
@@ -162,9 +184,12 @@ EventSet collectEvents(const std::vector<std::shared_ptr<LoadedFile>>& files) {
         count += file->ics.events.size();
     }
     EventSet result;
-    const std::vector<bool> isSuperseded = findSuperseded(files, count);
-    forEachEvent(files, [&](std::uint32_t, const EventReference& one, const EventEntry&) {
+    const std::vector<std::uint32_t> hashes = uidHashes(files, count);
+    const std::vector<bool> isSuperseded = findSuperseded(files, hashes);
+    HashFilter overridden(count);
+    forEachEvent(files, [&](std::uint32_t number, const EventReference& one, const EventEntry&) {
         if (one.event->recurrenceId) {
+            overridden.insert(hashes[number]);
             result.overrides[one.file->ics.slice(one.event->uid)].all.push_back(one);
         }
     });
@@ -178,7 +203,7 @@ EventSet collectEvents(const std::vector<std::shared_ptr<LoadedFile>>& files) {
                          return;
                      }
                      result.entries.push_back(entry);
-                     if (!one.event->recurrenceId && !result.overrides.empty()) {
+                     if (!one.event->recurrenceId && overridden.mayContain(hashes[number])) {
                          followMainEvent(one, result.overrides, result.entries.back());
                      }
                  });
