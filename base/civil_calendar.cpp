@@ -10,6 +10,7 @@ constexpr std::int64_t daysPerEra = 146097; // of 400 years
 constexpr std::int64_t yearsPerEra = 400;
 constexpr std::int64_t monthsPerYear = 12;
 constexpr std::int64_t daysPerWeek = 7;
+constexpr std::int64_t lastPlainYear = 9999;
 constexpr std::int64_t marchFirstYearZero = 719468; // days before 1970-01-01
 
 // Days from 1 March to the first of a month that counts from March.
@@ -17,10 +18,25 @@ std::int64_t daysBeforeMonthFromMarch(std::int64_t monthFromMarch) {
     return (153 * monthFromMarch + 2) / 5;
 }
 
+// In small numbers, as nearly all dates are such ones.
+std::int64_t dayNumberOfPlainDate(std::uint32_t year, std::uint32_t month, std::int64_t day) {
+    const bool isBeforeMarch = month < 3;
+    const std::uint32_t marchYear = year - (isBeforeMarch ? 1 : 0);
+    const std::uint32_t monthFromMarch = isBeforeMarch ? month + 9 : month - 3;
+    const std::uint32_t centuries = marchYear / 100;
+    const std::uint32_t firstOfMonth = marchYear * 365 + marchYear / 4 - centuries +
+                                       centuries / 4 + (153 * monthFromMarch + 2) / 5;
+    return firstOfMonth + day - 1 - marchFirstYearZero;
+}
+
 } // namespace
 
 // Years begin in March here, so that the leap day is the last day of its year.
 std::int64_t dayNumber(std::int64_t year, std::int64_t month, std::int64_t day) {
+    if (year >= 1 && year <= lastPlainYear && month >= 1 && month <= monthsPerYear) {
+        return dayNumberOfPlainDate(static_cast<std::uint32_t>(year),
+                                    static_cast<std::uint32_t>(month), day);
+    }
     const std::int64_t monthsFromMarch = year * monthsPerYear + month - 3;
     const std::int64_t marchYear = floorDivision(monthsFromMarch, monthsPerYear);
     const std::int64_t monthFromMarch = monthsFromMarch - marchYear * monthsPerYear;

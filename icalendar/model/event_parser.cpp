@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "base/ascii_text.h"
 #include "base/civil_calendar.h"
 #include "base/stable_hash.h"
 #include "base/time_units.h"
@@ -16,6 +17,14 @@
 #include "icalendar/text/property_values.h"
 
 namespace quorvel::icalendar {
+namespace {
+
+int sequenceNumber(std::string_view text) {
+    const bool isOneDigit = text.size() == 1 && isAsciiDigit(text.front()); // nearly always
+    return isOneDigit ? text.front() - '0' : std::atoi(std::string(text).c_str());
+}
+
+} // namespace
 
 void EventParser::begin(const CalendarContext& calendar, std::size_t line) {
     m_calendar = calendar;
@@ -62,7 +71,7 @@ void EventParser::addProperty(Property property, const ContentLine& content, std
             m_calendar.cancels || equalsIgnoringCase(trimmed(content.value), "CANCELLED");
         break;
     case Property::sequence:
-        m_event.sequence = std::atoi(std::string(content.value.substr(0, 9)).c_str());
+        m_event.sequence = sequenceNumber(content.value.substr(0, 9));
         break;
     case Property::dtstamp:
         if (const auto stamp = parseTime(content.value)) {
@@ -175,13 +184,31 @@ EventTime EventParser::eventTime(const TimeValue& value, const ContentLine& cont
         time.kind = TimeKind::date;
     } else if (value.isUtc) {
         time.kind = TimeKind::utc;
-    } else if (const auto zone = zoneParameter(content.parameters); zone && !zone->empty()) {
+    } else if (const auto zone = zoneIndex(content.parameters)) {
         time.kind = TimeKind::zoned;
-        time.zone = m_builder.zoneIndex(*zone, m_calendar.number);
+        time.zone = *zone;
     } else {
         time.zone = m_calendar.number;
     }
     return time;
+}
+
+// Absent where the parameters name no zone.
+std::optional<std::uint32_t> EventParser::zoneIndex(std::string_view parameters) {
+    if (parameters.empty()) {
+        return std::nullopt;
+    }
+    LatestZone& latest = m_latestZone;
+    if (parameters != latest.parameters || latest.calendar != m_calendar.number) {
+        const auto zone = zoneParameter(parameters);
+        if (!zone || zone->empty()) {
+            return std::nullopt;
+        }
+        latest.index = m_builder.zoneIndex(*zone, m_calendar.number);
+        latest.parameters = parameters;
+        latest.calendar = m_calendar.number;
+    }
+    return latest.index;
 }
 
 void EventParser::end() {

@@ -42,6 +42,12 @@ private:
         const char* property; // DTEND or DURATION
         TranslatableText value;
     };
+    // The latest that was looked up; most times have the zone of the time before.
+    struct LatestZone {
+        std::string parameters;
+        std::uint32_t calendar = 0;
+        std::uint32_t index = 0; // of IcsFile::zoneNames
+    };
 
     void addDefiningTime(Property property, const ContentLine& content, std::size_t line);
     void addEnd(const ContentLine& content, std::size_t line);
@@ -49,6 +55,7 @@ private:
     void addRule(RuleKind kind, const ContentLine& content, std::size_t line);
     Slice appendDecodedText(const ContentLine& content, std::size_t line);
     EventTime eventTime(const TimeValue& value, const ContentLine& content);
+    std::optional<std::uint32_t> zoneIndex(std::string_view parameters);
     void leaveOut(std::size_t line, TranslatableText why);
     void noteUnusableEnd(const char* property, std::string_view value, std::size_t line);
     void reportUnusableEnds();
@@ -64,6 +71,7 @@ private:
     bool m_hasUid = false;
     bool m_isLeftOut = false;
     std::vector<UnusableEnd> m_unusableEnds;
+    LatestZone m_latestZone;
 };
 
 } // namespace quorvel::icalendar

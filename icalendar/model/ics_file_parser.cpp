@@ -1,5 +1,5 @@
-// Most lines of a calendar are of no interest. Their first two characters nearly always decide
-// that, before anything is unfolded or split.
+// Most lines of a calendar are of no interest. Their names decide that, before anything is unfolded
+// or split.
 #include "icalendar/model/ics_file_parser.h"
 
 #include <optional>
@@ -108,10 +108,21 @@ private:
     }
 
     void parseContentLine(const RawLine& line) {
-        std::string_view text = line.text;
-        if (text.empty() || (!line.folded && isOfNoInterest(text))) {
-            return;
+        const PropertyName* const known = propertyTable.find(line.text);
+        if (known != nullptr && isNameEnd(line.text, known->name.size())) {
+            parseProperty({known->name.size(), known->property}, line.text, line);
+        } else if (line.folded || mayBeMalformed(line.text)) {
+            parseOtherLine(line);
         }
+    }
+
+    static bool mayBeMalformed(std::string_view text) {
+        return !text.empty() && (isNameEnd(text, 0) || text.find(':') == std::string_view::npos);
+    }
+
+    // Its name is none of those that are stored, or there is a fold in it.
+    void parseOtherLine(const RawLine& line) {
+        std::string_view text = line.text;
         LineName name = nameOf(text);
         // A fold may stand in the name already; else the name decides whether to unfold at all.
         if (line.folded && !isNameEnd(text, name.length)) {
@@ -129,17 +140,21 @@ private:
         }
     }
 
-    // False also where the line may have to be reported as malformed.
-    static bool isOfNoInterest(std::string_view text) {
-        return !propertyTable.isOfInterest(text) && text.front() != ':' && text.front() != ';' &&
-               text.find(':') != std::string_view::npos;
-    }
-
     // The text is the line's, unfolded where a fold stands in its name.
     void parseProperty(const LineName& name, std::string_view text, const RawLine& line) {
+        if (line.folded) {
+            parseFoldedProperty(name, text, line);
+        } else if (ContentLine content; m_splitter.split(text, name.length, content)) {
+            m_components.addLine(name.property, content, line.number);
+        } else {
+            reportMalformedLine(text, line.number);
+        }
+    }
+
+    void parseFoldedProperty(const LineName& name, std::string_view text, const RawLine& line) {
         std::string quotedPrintable;
         auto content = splitContentLine(unfolded(line, m_unfolded), name.length);
-        if (content && line.folded &&
+        if (content &&
             transferEncoding(content->parameters) == TransferEncoding::quotedPrintable) {
             quotedPrintable = unfoldedQuotedPrintable(line.text);
             content = splitContentLine(quotedPrintable, name.length);
@@ -163,6 +178,7 @@ private:
     std::string m_decoded;                 // UTF-8 of which no whole line was parsed yet
     std::size_t m_bytesParsed = 0;
     RawLine m_line; // the latest
+    ContentLineSplitter m_splitter;
     std::string m_unfolded;
     QuotedPrintableLine m_quotedPrintable;
 };

@@ -2,9 +2,13 @@
 // the name of a line. In line, as the name of every line is looked up here.
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <iterator>
 #include <string_view>
 
 #include "icalendar/text/content_lines.h"
@@ -73,50 +77,81 @@ inline constexpr PropertyName propertyNames[] = {
     {"COLOR", Property::calendarColour},
 };
 
-// Regardless of the case of letters.
-constexpr std::uint32_t nameHash(std::uint32_t hash, char c) {
-    return hash * 31 + (static_cast<unsigned char>(c) & 0xDFU);
-}
-
-// The places of the names in their table, by hash: every line of a calendar is asked for here, and
-// most of them are of no interest, which nearly always shows by their first two characters.
-class PropertyTable {
+// The first characters of a name as a number, so that they are compared at once.
+class NameWord {
 public:
-    constexpr PropertyTable() {
-        std::uint8_t number = 0;
-        for (const PropertyName& entry : propertyNames) {
-            std::uint32_t hash = 0;
-            for (const char c : entry.name) {
-                hash = nameHash(hash, c);
-            }
-            while (m_places[hash % size] != 0) {
-                ++hash;
-            }
-            m_places[hash % size] = ++number;
-            m_beginnings[beginningOf(entry.name)] = true;
+    static constexpr std::size_t size = sizeof(std::uint64_t);
+
+    constexpr NameWord() = default;
+    explicit constexpr NameWord(std::string_view name)
+        : m_isWholeName(name.size() <= size) {
+        std::array<char, size> characters{};
+        std::array<char, size> mask{};
+        for (std::size_t i = 0; i < std::min(name.size(), size); ++i) {
+            characters[i] = name[i];
+            mask[i] = static_cast<char>(0xFF);
         }
+        m_word = std::bit_cast<std::uint64_t>(characters);
+        m_mask = std::bit_cast<std::uint64_t>(mask);
     }
-    bool isOfInterest(std::string_view line) const {
-        return line.size() < 2 || m_beginnings[beginningOf(line)];
-    }
-    // The hash is that of all its characters.
-    Property find(std::string_view name, std::uint32_t hash) const {
-        for (; m_places[hash % size] != 0; ++hash) {
-            const PropertyName& entry = propertyNames[m_places[hash % size] - 1U];
-            if (equalsIgnoringCase(name, entry.name)) {
-                return entry.property;
-            }
-        }
-        return Property::none;
+    // The line has at least that size. False also where the name is longer, or in lower case.
+    bool isWholeBeginningOf(std::string_view line) const {
+        std::uint64_t word = 0;
+        std::memcpy(&word, line.data(), size);
+        return m_isWholeName && (word & m_mask) == m_word;
     }
 
 private:
-    static constexpr std::uint32_t size = 256;
-    static constexpr std::size_t beginningOf(std::string_view name) {
-        return nameHash(nameHash(0, name[0]), name[1]) % 1024;
+    std::uint64_t m_word = 0;
+    std::uint64_t m_mask = 0;
+    bool m_isWholeName = false;
+};
+
+// The names by their first two characters, which are those of few names only: every line of a
+// calendar is looked up here, and most of them are of no interest.
+class PropertyTable {
+public:
+    constexpr PropertyTable() {
+        for (std::uint8_t i = 0; i < std::size(propertyNames); ++i) {
+            std::uint8_t& first = m_first[beginningOf(propertyNames[i].name)];
+            m_next[i] = first;
+            m_words[i] = NameWord(propertyNames[i].name);
+            first = i + 1;
+        }
     }
-    std::array<std::uint8_t, size> m_places{}; // from 1; 0: none
-    std::array<bool, 1024> m_beginnings{};
+    // Null where the name at the beginning of the line, up to its value, its parameters, a fold or
+    // the line's end, is none of them.
+    const PropertyName* find(std::string_view line) const {
+        if (line.size() < 2) {
+            return nullptr;
+        }
+        for (std::size_t i = m_first[beginningOf(line)]; i != 0; i = m_next[i - 1]) {
+            const PropertyName& entry = propertyNames[i - 1];
+            const std::size_t length = entry.name.size();
+            const bool mayBeIt = line.size() > length ? endsName(line[length])
+                                                      : line.size() == length;
+            if (mayBeIt &&
+                ((line.size() >= NameWord::size && m_words[i - 1].isWholeBeginningOf(line)) ||
+                 equalsIgnoringCase(line.substr(0, length), entry.name))) {
+                return &entry;
+            }
+        }
+        return nullptr;
+    }
+    static constexpr bool endsName(char c) {
+        return c == ':' || c == ';' || c == '\r' || c == '\n';
+    }
+
+private:
+    // Regardless of the case of letters.
+    static constexpr std::size_t beginningOf(std::string_view name) {
+        const auto first = static_cast<unsigned char>(name[0]) & 0xDFU;
+        const auto second = static_cast<unsigned char>(name[1]) & 0xDFU;
+        return (first * 31 + second) % 1024;
+    }
+    std::array<std::uint8_t, 1024> m_first{}; // of propertyNames, from 1; 0: none
+    std::array<std::uint8_t, std::size(propertyNames)> m_next{}; // likewise
+    std::array<NameWord, std::size(propertyNames)> m_words{};
 };
 
 inline constexpr PropertyTable propertyTable;
@@ -128,16 +163,11 @@ struct LineName {
 };
 
 inline LineName nameOf(std::string_view line) {
-    std::size_t length = 0;
-    std::uint32_t hash = 0;
-    for (const char c : line) {
-        if (c == ':' || c == ';' || c == '\r' || c == '\n') {
-            break;
-        }
-        hash = nameHash(hash, c);
-        ++length;
+    if (const PropertyName* const known = propertyTable.find(line)) {
+        return {known->name.size(), known->property};
     }
-    return {length, propertyTable.find(line.substr(0, length), hash)};
+    const auto* const end = std::find_if(line.begin(), line.end(), PropertyTable::endsName);
+    return {static_cast<std::size_t>(end - line.begin()), Property::none};
 }
 
 } // namespace quorvel::icalendar

@@ -9,12 +9,7 @@ namespace quorvel::icalendar {
 namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-constexpr std::size_t longestLine = std::size_t{4} << 20U; // bytes
 constexpr std::size_t blockSize = 1024;
-
-bool isFold(char c) {
-    return c == ' ' || c == '\t';
-}
 
 bool isLineBreak(char c) {
     return c == '\n' || c == '\r';
@@ -162,7 +157,8 @@ inline void ContentLineReader::takeTo(const LineBreak& end) {
     m_number += isOpen(end) ? 0 : 1;
 }
 
-bool ContentLineReader::next(RawLine& line) {
+bool ContentLineReader::nextAtAnyPlace(RawLine& line) {
+    m_isWithinText = false;
     if ((!m_hasBegun && !begin()) || (m_isSkipping && !skipLine()) || m_rest.empty()) {
         return false;
     }
@@ -182,6 +178,7 @@ bool ContentLineReader::next(RawLine& line) {
     line.number = m_number + 1;
     m_number += folds;
     takeTo(end);
+    m_isWithinText = !m_isSkipping;
     return true;
 }
 
@@ -248,6 +245,23 @@ std::optional<ContentLine> splitContentLine(std::string_view line, std::size_t n
     result.parameters = rest.substr(0, colon);
     result.value = rest.substr(colon + 1);
     return result;
+}
+
+// Neither a quote nor an offset such as "(UTC+01:00)" is in parameters without these characters.
+bool ContentLineSplitter::splitAnew(std::string_view line, std::size_t nameEnd,
+                                    ContentLine& content) {
+    constexpr std::size_t longestToRecognise = 100;
+    const auto found = splitContentLine(line, nameEnd);
+    if (!found) {
+        return false;
+    }
+    content = *found;
+    const auto isSpecial = [](char c) { return c == '"' || c == '('; };
+    if (content.parameters.size() <= longestToRecognise &&
+        findIf(content.parameters, isSpecial) == std::string_view::npos) {
+        m_latest.assign(content.parameters).push_back(':');
+    }
+    return true;
 }
 
 namespace {

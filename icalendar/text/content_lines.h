@@ -9,6 +9,11 @@
 
 namespace quorvel::icalendar {
 
+// At the beginning of a line: it continues the line before.
+inline bool isFold(char c) {
+    return c == ' ' || c == '\t';
+}
+
 // One content line with its continuation lines, line breaks between them included.
 struct RawLine {
     std::string_view text;
@@ -31,9 +36,11 @@ public:
 
     // False at the end of the text, and where the line's end is in a piece to come, which has to be
     // given before the next call.
-    bool next(RawLine& line);
+    bool next(RawLine& line) { return nextWithoutFold(line) || nextAtAnyPlace(line); }
 
 private:
+    static constexpr std::size_t longestLine = std::size_t{4} << 20U; // bytes
+
     // Of the text that remains. Without an end it does not show yet which break it is, or whether a
     // fold follows; without a beginning there is none.
     struct LineBreak {
@@ -41,6 +48,25 @@ private:
         std::size_t end = std::string_view::npos;
     };
 
+    // In line, as nearly every line is one of these. False where the line has a fold, is too long, or
+    // is at the beginning or end of the piece.
+    bool nextWithoutFold(RawLine& line) {
+        if (!m_isWithinText) {
+            return false;
+        }
+        const std::size_t feed = m_rest.substr(0, m_loneReturn).find('\n');
+        const std::size_t end = feed + 1; // 0 where there is none
+        if (end == 0 || end >= m_rest.size() || feed > longestLine || isFold(m_rest[end])) {
+            return false;
+        }
+        const bool hasReturn = feed > 0 && m_rest[feed - 1] == '\r';
+        line = {m_rest.substr(0, feed - (hasReturn ? 1 : 0)), false, ++m_number};
+        m_rest.remove_prefix(end);
+        m_loneReturn -= end;
+        return true;
+    }
+
+    bool nextAtAnyPlace(RawLine& line);
     bool begin();
     LineBreak findBreak(std::size_t from);
     LineBreak breakAtLoneReturn();
@@ -55,6 +81,7 @@ private:
     bool m_isLast = false;
     bool m_hasBegun = false;
     bool m_isSkipping = false;    // the rest of a line that is too long
+    bool m_isWithinText = false;  // has begun, and is not skipping
     std::size_t m_loneReturn = 0; // of the text that remains, the next CR without an LF behind it
     std::size_t m_number = 0;     // of the lines taken
 };
@@ -72,6 +99,32 @@ struct ContentLine {
 std::optional<ContentLine> splitContentLine(std::string_view line);
 // Of a line whose name is known to end at a colon or semicolon there.
 std::optional<ContentLine> splitContentLine(std::string_view line, std::size_t nameEnd);
+
+// As splitContentLine(), for many lines: the parameters of the latest one are recognised, as nearly
+// all times of a calendar are in a few zones.
+class ContentLineSplitter {
+public:
+    // False where there is no colon behind the name.
+    bool split(std::string_view line, std::size_t nameEnd, ContentLine& content) {
+        const std::string_view rest = line.substr(nameEnd + 1);
+        if (line[nameEnd] == ':') {
+            content = {line.substr(0, nameEnd), {}, rest};
+            return true;
+        }
+        const std::size_t known = m_latest.size();
+        if (known != 0 && rest.substr(0, known) == m_latest) {
+            content = {line.substr(0, nameEnd), rest.substr(0, known - 1), rest.substr(known)};
+            return true;
+        }
+        return splitAnew(line, nameEnd, content);
+    }
+
+private:
+    bool splitAnew(std::string_view line, std::size_t nameEnd, ContentLine& content);
+
+    // With the colon behind them, and only such as end at their first colon whatever follows.
+    std::string m_latest;
+};
 
 // The first value of a parameter, without its quotes. Names are compared regardless of case.
 std::optional<std::string_view> parameterValue(std::string_view parameters, std::string_view name);

@@ -1,6 +1,7 @@
 #include "icalendar/text/property_values.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/ascii_text.h"
 #include "base/time_units.h"
@@ -13,20 +14,26 @@ namespace {
 constexpr int lastYear = 9999; // the four digits of a date
 constexpr std::size_t mostDurationDigits = 9;
 
+// Without a loop, as nearly all values of a calendar are times.
+template <std::size_t... Places>
+int numberOf(const char* digits, std::index_sequence<Places...>) {
+    unsigned value = 0;
+    bool isNumber = true;
+    const auto add = [&](char c) {
+        const auto digit = static_cast<unsigned char>(c - '0');
+        isNumber &= digit <= 9;
+        value = value * 10 + digit;
+    };
+    (add(digits[Places]), ...);
+    return isNumber ? static_cast<int>(value) : -1;
+}
+
 // -1 unless there are that many digits at that place.
 template <std::size_t digits>
 int number(std::string_view text, std::size_t at) {
-    if (at + digits > text.size()) {
-        return -1;
-    }
-    int value = 0;
-    bool isNumber = true;
-    for (std::size_t i = 0; i < digits; ++i) {
-        const char c = text[at + i];
-        isNumber = isNumber && isAsciiDigit(c);
-        value = value * 10 + (c - '0');
-    }
-    return isNumber ? value : -1;
+    return at + digits > text.size()
+               ? -1
+               : numberOf(text.data() + at, std::make_index_sequence<digits>());
 }
 
 bool isDay(int year, int month, int day) {
@@ -99,10 +106,11 @@ bool makeNextMidnight(CivilTime& time) {
 
 std::optional<TimeValue> parseTime(std::string_view text) {
     text = trimmed(text);
-    const int year = number<4>(text, 0);
-    const int month = number<2>(text, 4);
-    const int day = number<2>(text, 6);
-    if (!isDay(year, month, day)) {
+    const int date = number<8>(text, 0);
+    const int year = date / 10000;
+    const int month = date / 100 % 100;
+    const int day = date % 100;
+    if (date < 0 || !isDay(year, month, day)) {
         return std::nullopt;
     }
     TimeValue result;
@@ -111,12 +119,12 @@ std::optional<TimeValue> parseTime(std::string_view text) {
         result.isDate = true;
         return result;
     }
-    const int hour = number<2>(text, 9);
-    const int minute = number<2>(text, 11);
-    const int second = number<2>(text, 13);
+    const int clock = number<6>(text, 9);
+    const int hour = clock / 10000;
+    const int minute = clock / 100 % 100;
+    const int second = clock % 100;
     const bool separated = text[8] == 'T' || text[8] == 't';
-    if (!separated || hour < 0 || minute < 0 || second < 0 || hour > 24 || minute > 59 ||
-        second > 60) {
+    if (!separated || clock < 0 || hour > 24 || minute > 59 || second > 60) {
         return std::nullopt;
     }
     result.civil.hour = hour;
