@@ -24,8 +24,8 @@ std::int64_t dayNumberOfPlainDate(std::uint32_t year, std::uint32_t month, std::
     const std::uint32_t marchYear = year - (isBeforeMarch ? 1 : 0);
     const std::uint32_t monthFromMarch = isBeforeMarch ? month + 9 : month - 3;
     const std::uint32_t centuries = marchYear / 100;
-    const std::uint32_t firstOfMonth = marchYear * 365 + marchYear / 4 - centuries +
-                                       centuries / 4 + (153 * monthFromMarch + 2) / 5;
+    const std::uint32_t firstOfMonth = marchYear * 365 + marchYear / 4 - centuries + centuries / 4 +
+                                       (153 * monthFromMarch + 2) / 5;
     return firstOfMonth + day - 1 - marchFirstYearZero;
 }
 

@@ -22,7 +22,7 @@ public:
     ComponentParser(IcsFileBuilder& builder,
                     const std::function<bool(std::string_view)>& zoneIsKnown)
         : m_builder(builder)
-        , m_event(builder)
+        , m_event(builder, zoneIsKnown)
         , m_zone(builder, zoneIsKnown) {}
 
     // The line's number counts from 1 within the file.

@@ -16,7 +16,8 @@ struct DayRange {
 
 // No occurrence of the event lies outside of these days, in whatever time zones its start, its end
 // and the user are. A rule without UNTIL reaches to the end of time. The event's text and rules are
-// those of the file.
-DayRange daysOf(const IcsFile& file, const IcsEvent& event);
+// those of the file. COUNT is followed only where expanding the event has nothing to report, which
+// takes that all its zones are known.
+DayRange daysOf(const IcsFile& file, const IcsEvent& event, bool zonesAreKnown);
 
 } // namespace quorvel::icalendar

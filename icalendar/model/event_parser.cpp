@@ -19,6 +19,9 @@
 namespace quorvel::icalendar {
 namespace {
 
+// Of a file; to look for a zone may open files.
+constexpr std::uint32_t mostZonesToKnow = 100;
+
 int sequenceNumber(std::string_view text) {
     const bool isOneDigit = text.size() == 1 && isAsciiDigit(text.front()); // nearly always
     return isOneDigit ? text.front() - '0' : std::atoi(std::string(text).c_str());
@@ -36,6 +39,7 @@ void EventParser::begin(const CalendarContext& calendar, std::size_t line) {
     m_textBefore = m_builder.file().text.size();
     m_unusableEnds.clear();
     m_hasStart = m_hasUid = m_isLeftOut = false;
+    m_hasKnownZones = true;
 }
 
 void EventParser::addProperty(Property property, const ContentLine& content, std::size_t line) {
@@ -154,6 +158,10 @@ void EventParser::addRule(RuleKind kind, const ContentLine& content, std::size_t
         std::replace(text.end() - rule.value.length, text.end(), ';', ',');
     }
     rule.line = static_cast<std::uint32_t>(line);
+    if (zoneParameter(content.parameters)) {
+        m_hasKnownZones = m_hasKnownZones && content.parameters == m_latestZone.parameters &&
+                          m_latestZone.isKnown;
+    }
     m_builder.file().rules.push_back(rule);
     ++m_event.ruleCount;
     m_event.repeats = m_event.repeats || kind == RuleKind::rrule || kind == RuleKind::rdate;
@@ -184,31 +192,34 @@ EventTime EventParser::eventTime(const TimeValue& value, const ContentLine& cont
         time.kind = TimeKind::date;
     } else if (value.isUtc) {
         time.kind = TimeKind::utc;
-    } else if (const auto zone = zoneIndex(content.parameters)) {
+    } else if (const LatestZone* const zone = findZone(content.parameters)) {
         time.kind = TimeKind::zoned;
-        time.zone = *zone;
+        time.zone = zone->index;
+        m_hasKnownZones = m_hasKnownZones && zone->isKnown;
     } else {
         time.zone = m_calendar.number;
+        m_hasKnownZones = false; // the calendar's zone may not be read yet
     }
     return time;
 }
 
-// Absent where the parameters name no zone.
-std::optional<std::uint32_t> EventParser::zoneIndex(std::string_view parameters) {
+// Null where the parameters name no zone.
+const EventParser::LatestZone* EventParser::findZone(std::string_view parameters) {
     if (parameters.empty()) {
-        return std::nullopt;
+        return nullptr;
     }
     LatestZone& latest = m_latestZone;
     if (parameters != latest.parameters || latest.calendar != m_calendar.number) {
         const auto zone = zoneParameter(parameters);
         if (!zone || zone->empty()) {
-            return std::nullopt;
+            return nullptr;
         }
         latest.index = m_builder.zoneIndex(*zone, m_calendar.number);
+        latest.isKnown = latest.index < mostZonesToKnow && m_zoneIsKnown(*zone);
         latest.parameters = parameters;
         latest.calendar = m_calendar.number;
     }
-    return latest.index;
+    return &latest;
 }
 
 void EventParser::end() {
@@ -228,7 +239,7 @@ void EventParser::end() {
             m_event.line,
             translatable("DTEND lies before DTSTART; the event is shown without a length"));
     }
-    const DayRange days = daysOf(m_builder.file(), m_event);
+    const DayRange days = daysOf(m_builder.file(), m_event, m_hasKnownZones);
     m_event.firstDay = days.first;
     m_event.lastDay = days.last;
     m_builder.addEvent(m_event);

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,11 +23,13 @@ struct CalendarContext {
     bool isVCalendar1 = false; // vCalendar 1.0
 };
 
-// One event after the other. The builder must outlive it.
+// One event after the other. The builder and the function must outlive it.
 class EventParser {
 public:
-    explicit EventParser(IcsFileBuilder& builder)
-        : m_builder(builder) {}
+    // The function returns whether a time zone is known by that exact name.
+    EventParser(IcsFileBuilder& builder, const std::function<bool(std::string_view)>& zoneIsKnown)
+        : m_builder(builder)
+        , m_zoneIsKnown(zoneIsKnown) {}
 
     // Lines are numbers from 1 within the file.
     void begin(const CalendarContext& calendar, std::size_t line);
@@ -47,6 +50,7 @@ private:
         std::string parameters;
         std::uint32_t calendar = 0;
         std::uint32_t index = 0; // of IcsFile::zoneNames
+        bool isKnown = false;    // by that exact name
     };
 
     void addDefiningTime(Property property, const ContentLine& content, std::size_t line);
@@ -55,7 +59,7 @@ private:
     void addRule(RuleKind kind, const ContentLine& content, std::size_t line);
     Slice appendDecodedText(const ContentLine& content, std::size_t line);
     EventTime eventTime(const TimeValue& value, const ContentLine& content);
-    std::optional<std::uint32_t> zoneIndex(std::string_view parameters);
+    const LatestZone* findZone(std::string_view parameters);
     void leaveOut(std::size_t line, TranslatableText why);
     void noteUnusableEnd(const char* property, std::string_view value, std::size_t line);
     void reportUnusableEnds();
@@ -64,6 +68,7 @@ private:
     void removeFromFile();
 
     IcsFileBuilder& m_builder;
+    const std::function<bool(std::string_view)>& m_zoneIsKnown;
     CalendarContext m_calendar;
     IcsEvent m_event;
     std::size_t m_textBefore = 0; // the size of the file's text before the event
@@ -72,6 +77,7 @@ private:
     bool m_isLeftOut = false;
     std::vector<UnusableEnd> m_unusableEnds;
     LatestZone m_latestZone;
+    bool m_hasKnownZones = false; // all times of the event are dates, in UTC or in zones known
 };
 
 } // namespace quorvel::icalendar

@@ -154,8 +154,7 @@ private:
     void parseFoldedProperty(const LineName& name, std::string_view text, const RawLine& line) {
         std::string quotedPrintable;
         auto content = splitContentLine(unfolded(line, m_unfolded), name.length);
-        if (content &&
-            transferEncoding(content->parameters) == TransferEncoding::quotedPrintable) {
+        if (content && transferEncoding(content->parameters) == TransferEncoding::quotedPrintable) {
             quotedPrintable = unfoldedQuotedPrintable(line.text);
             content = splitContentLine(quotedPrintable, name.length);
         }

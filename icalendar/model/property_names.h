@@ -128,8 +128,8 @@ public:
         for (std::size_t i = m_first[beginningOf(line)]; i != 0; i = m_next[i - 1]) {
             const PropertyName& entry = propertyNames[i - 1];
             const std::size_t length = entry.name.size();
-            const bool mayBeIt = line.size() > length ? endsName(line[length])
-                                                      : line.size() == length;
+            const bool mayBeIt =
+                line.size() > length ? endsName(line[length]) : line.size() == length;
             if (mayBeIt &&
                 ((line.size() >= NameWord::size && m_words[i - 1].isWholeBeginningOf(line)) ||
                  equalsIgnoringCase(line.substr(0, length), entry.name))) {

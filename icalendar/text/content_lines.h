@@ -48,8 +48,8 @@ private:
         std::size_t end = std::string_view::npos;
     };
 
-    // In line, as nearly every line is one of these. False where the line has a fold, is too long, or
-    // is at the beginning or end of the piece.
+    // In line, as nearly every line is one of these. False where the line has a fold, is too long,
+    // or is at the beginning or end of the piece.
     bool nextWithoutFold(RawLine& line) {
         if (!m_isWithinText) {
             return false;

@@ -136,7 +136,7 @@ void FileLoader::loadOneByOne(const std::vector<UnreadFile>& unread, std::size_t
 }
 
 void FileLoader::storeLater(const UnreadFile& unread) {
-    const auto calendar = unread.file->calendar();
+    const auto calendar = m_index.isUsed() ? unread.file->calendar() : nullptr;
     if (calendar && unread.file->parsed->isSettled &&
         calendar->ics.sizeInMemory() <= mostStoredBytes) {
         m_index.storeLater({IndexKind::file, keyOfFile(unread.realPath),
