@@ -1,7 +1,8 @@
 #include "icalendar/text/property_values.h"
 
 #include <algorithm>
-#include <utility>
+#include <cstring>
+#include <limits>
 
 #include "base/ascii_text.h"
 #include "base/time_units.h"
@@ -14,26 +15,29 @@ namespace {
 constexpr int lastYear = 9999; // the four digits of a date
 constexpr std::size_t mostDurationDigits = 9;
 
-// Without a loop, as nearly all values of a calendar are times.
-template <std::size_t... Places>
-int numberOf(const char* digits, std::index_sequence<Places...>) {
-    unsigned value = 0;
-    bool isNumber = true;
-    const auto add = [&](char c) {
-        const auto digit = static_cast<unsigned char>(c - '0');
-        isNumber &= digit <= 9;
-        value = value * 10 + digit;
+// Whether so many characters as the type has bytes are digits: the upper half of each is 3, and
+// stays so when 6 is added to the lower one. Together, as nearly all values of a calendar are
+// times.
+template <typename Word>
+bool areDigits(const char* characters) {
+    constexpr auto ofEach = [](unsigned byte) {
+        return static_cast<Word>(std::numeric_limits<Word>::max() / 0xFF * byte);
     };
-    (add(digits[Places]), ...);
-    return isNumber ? static_cast<int>(value) : -1;
+    Word word = 0;
+    std::memcpy(&word, characters, sizeof word);
+    const auto moved = static_cast<Word>(word + ofEach(0x06));
+    return (word & ofEach(0xF0)) == ofEach(0x30) && (moved & ofEach(0xF0)) == ofEach(0x30);
 }
 
-// -1 unless there are that many digits at that place.
-template <std::size_t digits>
+int twoDigits(const char* digits) {
+    return (digits[0] - '0') * 10 + (digits[1] - '0');
+}
+
+// Of two digits at that place; -1 where there are none.
 int number(std::string_view text, std::size_t at) {
-    return at + digits > text.size()
-               ? -1
-               : numberOf(text.data() + at, std::make_index_sequence<digits>());
+    const bool isNumber =
+        at + 2 <= text.size() && isAsciiDigit(text[at]) && isAsciiDigit(text[at + 1]);
+    return isNumber ? twoDigits(text.data() + at) : -1;
 }
 
 bool isDay(int year, int month, int day) {
@@ -106,11 +110,14 @@ bool makeNextMidnight(CivilTime& time) {
 
 std::optional<TimeValue> parseTime(std::string_view text) {
     text = trimmed(text);
-    const int date = number<8>(text, 0);
-    const int year = date / 10000;
-    const int month = date / 100 % 100;
-    const int day = date % 100;
-    if (date < 0 || !isDay(year, month, day)) {
+    const char* const at = text.data();
+    if (text.size() < 8 || !areDigits<std::uint64_t>(at)) {
+        return std::nullopt;
+    }
+    const int year = twoDigits(at) * 100 + twoDigits(at + 2);
+    const int month = twoDigits(at + 4);
+    const int day = twoDigits(at + 6);
+    if (!isDay(year, month, day)) {
         return std::nullopt;
     }
     TimeValue result;
@@ -119,12 +126,15 @@ std::optional<TimeValue> parseTime(std::string_view text) {
         result.isDate = true;
         return result;
     }
-    const int clock = number<6>(text, 9);
-    const int hour = clock / 10000;
-    const int minute = clock / 100 % 100;
-    const int second = clock % 100;
     const bool separated = text[8] == 'T' || text[8] == 't';
-    if (!separated || clock < 0 || hour > 24 || minute > 59 || second > 60) {
+    if (!separated || text.size() < 15 || !areDigits<std::uint32_t>(at + 9) ||
+        !areDigits<std::uint16_t>(at + 13)) {
+        return std::nullopt;
+    }
+    const int hour = twoDigits(at + 9);
+    const int minute = twoDigits(at + 11);
+    const int second = twoDigits(at + 13);
+    if (hour > 24 || minute > 59 || second > 60) {
         return std::nullopt;
     }
     result.civil.hour = hour;
@@ -212,9 +222,9 @@ std::optional<int> parseUtcOffset(std::string_view text) {
     if (text.size() != 5 && text.size() != 7) {
         return std::nullopt;
     }
-    const int hours = number<2>(text, 1);
-    const int minutes = number<2>(text, 3);
-    const int seconds = text.size() == 7 ? number<2>(text, 5) : 0;
+    const int hours = number(text, 1);
+    const int minutes = number(text, 3);
+    const int seconds = text.size() == 7 ? number(text, 5) : 0;
     if ((text[0] != '+' && text[0] != '-') || hours < 0 || minutes < 0 || seconds < 0) {
         return std::nullopt;
     }
