@@ -6,6 +6,7 @@
 #include <functional>
 #include <limits>
 #include <tuple>
+#include <utility>
 
 #include "icalendar/expansion/bounds.h"
 
@@ -19,29 +20,43 @@ std::int64_t overriddenLocalTime(const EventReference& reference) {
 
 using Files = std::vector<std::shared_ptr<LoadedFile>>;
 
-// In the files' order, by the number of each among all events.
-template <typename Use>
-void forEachEvent(const Files& files, Use use) {
-    std::uint32_t number = 0;
+// What decides about the events, by their numbers among those of all files, in the files' order:
+// the events themselves are too large to be gone through more than once.
+struct EventList {
+    std::vector<EventEntry> entries;
+    std::vector<std::uint32_t> uidHashes;
+    std::vector<bool> areOverrides;
+};
+
+EventList listEvents(const Files& files) {
+    std::size_t count = 0;
+    for (const auto& file : files) {
+        count += file->ics.events.size();
+    }
+    EventList list;
+    list.entries.reserve(count);
+    list.uidHashes.reserve(count);
+    list.areOverrides.reserve(count);
     for (std::uint32_t fileNumber = 0; fileNumber < files.size(); ++fileNumber) {
-        LoadedFile& file = *files[fileNumber];
-        for (std::uint32_t event = 0; event < file.ics.events.size(); ++event) {
-            use(number++, EventReference{&file, &file.ics.events[event]},
-                EventEntry{file.ics.events[event].firstDay, file.ics.events[event].lastDay,
-                           fileNumber, event});
+        const IcsFile& file = files[fileNumber]->ics;
+        for (std::uint32_t number = 0; number < file.events.size(); ++number) {
+            const IcsEvent& event = file.events[number];
+            const std::size_t hash = std::hash<std::string_view>()(file.slice(event.uid));
+            list.entries.push_back({event.firstDay, event.lastDay, fileNumber, number});
+            list.uidHashes.push_back(static_cast<std::uint32_t>(hash));
+            list.areOverrides.push_back(event.recurrenceId.has_value());
         }
     }
+    return list;
 }
 
-// Of the UIDs of all events, by their numbers.
-std::vector<std::uint32_t> uidHashes(const Files& files, std::size_t count) {
-    std::vector<std::uint32_t> hashes;
-    hashes.reserve(count);
-    forEachEvent(files, [&](std::uint32_t, const EventReference& one, const EventEntry&) {
-        const std::string_view uid = one.file->ics.slice(one.event->uid);
-        hashes.push_back(static_cast<std::uint32_t>(std::hash<std::string_view>()(uid)));
-    });
-    return hashes;
+EventReference referenceTo(const Files& files, const EventEntry& entry) {
+    LoadedFile& file = *files[entry.file];
+    return {&file, &file.ics.events[entry.event]};
+}
+
+std::string_view uidOf(const EventReference& reference) {
+    return reference.file->ics.slice(reference.event->uid);
 }
 
 // A set of hashes that may take others for its own, but few of them: one bit for several hashes
@@ -64,18 +79,19 @@ private:
 
 // Which of the main events, by their numbers, share a UID with another, or may do so: by the UIDs'
 // hashes, as nearly all have one of their own.
-std::vector<bool> findContested(const Files& files, const std::vector<std::uint32_t>& hashes) {
-    HashFilter once(hashes.size());
-    HashFilter again(hashes.size());
-    forEachEvent(files, [&](std::uint32_t number, const EventReference& one, const EventEntry&) {
-        if (!one.event->recurrenceId) {
-            (once.mayContain(hashes[number]) ? again : once).insert(hashes[number]);
+std::vector<bool> findContested(const EventList& list) {
+    const std::size_t count = list.entries.size();
+    HashFilter once(count);
+    HashFilter again(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!list.areOverrides[i]) {
+            (once.mayContain(list.uidHashes[i]) ? again : once).insert(list.uidHashes[i]);
         }
-    });
-    std::vector<bool> isContested(hashes.size());
-    forEachEvent(files, [&](std::uint32_t number, const EventReference& one, const EventEntry&) {
-        isContested[number] = !one.event->recurrenceId && again.mayContain(hashes[number]);
-    });
+    }
+    std::vector<bool> isContested(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        isContested[i] = !list.areOverrides[i] && again.mayContain(list.uidHashes[i]);
+    }
     return isContested;
 }
 
@@ -103,18 +119,19 @@ struct Version {
 };
 
 // Which of the events, by their numbers, give way to another version of themselves.
-std::vector<bool> findSuperseded(const Files& files, const std::vector<std::uint32_t>& hashes) {
-    const std::vector<bool> isContested = findContested(files, hashes);
+std::vector<bool> findSuperseded(const Files& files, const EventList& list) {
+    const std::vector<bool> isContested = findContested(list);
     std::vector<Version> versions;
     versions.reserve(
         static_cast<std::size_t>(std::count(isContested.begin(), isContested.end(), true)));
-    forEachEvent(files, [&](std::uint32_t number, const EventReference& one, const EventEntry&) {
-        if (isContested[number]) {
-            versions.push_back({one.file->ics.slice(one.event->uid), one.event, number});
+    for (std::uint32_t i = 0; i < list.entries.size(); ++i) {
+        if (isContested[i]) {
+            const EventReference one = referenceTo(files, list.entries[i]);
+            versions.push_back({uidOf(one), one.event, i});
         }
-    });
+    }
     std::sort(versions.begin(), versions.end());
-    std::vector<bool> isSuperseded(hashes.size());
+    std::vector<bool> isSuperseded(list.entries.size());
     const Version* newest = nullptr; // of the same UID
     const Version* before = nullptr;
     for (const Version& one : versions) {
@@ -178,35 +195,34 @@ void followMainEvent(const EventReference& mainEvent, Overrides& overrides, Even
 
 } // namespace
 
-EventSet collectEvents(const std::vector<std::shared_ptr<LoadedFile>>& files) {
-    std::size_t count = 0;
-    for (const auto& file : files) {
-        count += file->ics.events.size();
-    }
+EventSet collectEvents(const Files& files) {
+    EventList list = listEvents(files);
+    const std::vector<bool> isSuperseded = findSuperseded(files, list);
+    const std::size_t count = list.entries.size();
     EventSet result;
-    const std::vector<std::uint32_t> hashes = uidHashes(files, count);
-    const std::vector<bool> isSuperseded = findSuperseded(files, hashes);
     HashFilter overridden(count);
-    forEachEvent(files, [&](std::uint32_t number, const EventReference& one, const EventEntry&) {
-        if (one.event->recurrenceId) {
-            overridden.insert(hashes[number]);
-            result.overrides[one.file->ics.slice(one.event->uid)].all.push_back(one);
+    for (std::size_t i = 0; i < count; ++i) {
+        if (list.areOverrides[i]) {
+            overridden.insert(list.uidHashes[i]);
+            const EventReference one = referenceTo(files, list.entries[i]);
+            result.overrides[uidOf(one)].all.push_back(one);
         }
-    });
+    }
     for (auto& [uid, set] : result.overrides) {
         sortOverrides(set);
     }
-    result.entries.reserve(count);
-    forEachEvent(files,
-                 [&](std::uint32_t number, const EventReference& one, const EventEntry& entry) {
-                     if (isSuperseded[number]) {
-                         return;
-                     }
-                     result.entries.push_back(entry);
-                     if (!one.event->recurrenceId && overridden.mayContain(hashes[number])) {
-                         followMainEvent(one, result.overrides, result.entries.back());
-                     }
-                 });
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (isSuperseded[i]) {
+            continue;
+        }
+        EventEntry& entry = list.entries[kept++] = list.entries[i];
+        if (!list.areOverrides[i] && overridden.mayContain(list.uidHashes[i])) {
+            followMainEvent(referenceTo(files, entry), result.overrides, entry);
+        }
+    }
+    list.entries.resize(kept);
+    result.entries = std::move(list.entries);
     return result;
 }
 
