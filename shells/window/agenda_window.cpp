@@ -54,17 +54,6 @@ GdkMonitor* monitorOf(GtkWidget* window) {
     return primary != nullptr ? primary : gdk_display_get_monitor(display, 0);
 }
 
-shells::Appearance appearanceOf(const freedesktop::DesktopAppearance& desktop) {
-    return shells::standardAppearance(
-        shells::appearanceKind(desktop.colorScheme(), desktop.hasHighContrast()));
-}
-
-// The header and the menus belong to the agenda.
-void preferThemeOf(const shells::Appearance& appearance) {
-    const gboolean isDark = appearance.backdrop.green < appearance.title.green ? TRUE : FALSE;
-    g_object_set(gtk_settings_get_default(), "gtk-application-prefer-dark-theme", isDark, nullptr);
-}
-
 shells::AgendaHostOptions hostOptions(const AgendaWindowOptions& window,
                                       freedesktop::FreedesktopPlatform& platform) {
     shells::AgendaHostOptions options;
@@ -91,14 +80,14 @@ void AgendaWindow::guarded(Work work) noexcept {
 
 AgendaWindow::AgendaWindow(freedesktop::FreedesktopPlatform& platform,
                            const freedesktop::LoadedBundle& bundle, AgendaWindowOptions options,
-                           std::unique_ptr<WindowPlacement> placement, MainLoop& loop)
+                           std::unique_ptr<WindowPlacement> placement, WindowAppearance& appearance,
+                           MainLoop& loop)
     : m_platform(platform)
     , m_bundle(bundle)
     , m_options(std::move(options))
     , m_placement(std::move(placement))
     , m_loop(loop)
-    , m_desktopAppearance([this] { guarded([this] { followDesktop(); }); })
-    , m_appearance(appearanceOf(m_desktopAppearance))
+    , m_appearance(appearance)
     , m_host(bundle, platform.platform(), hostOptions(m_options, m_platform))
     , m_agenda(*this)
     , m_rowAction([this] {
@@ -108,6 +97,7 @@ AgendaWindow::AgendaWindow(freedesktop::FreedesktopPlatform& platform,
             }
         });
     }) {
+    m_appearance.setOnChange([this] { guarded([this] { followDesktop(); }); });
     m_agenda.setContent(m_platform, m_host);
     m_platform.setLaunchContext(&m_launchContext);
     m_platform.setLaunchFailureHandler([this](const Error&) {
@@ -118,6 +108,7 @@ AgendaWindow::AgendaWindow(freedesktop::FreedesktopPlatform& platform,
 }
 
 AgendaWindow::~AgendaWindow() {
+    m_appearance.setOnChange(nullptr);
     m_platform.setLaunchFailureHandler(nullptr);
     m_platform.setLaunchContext(nullptr);
     if (m_window != nullptr) {
@@ -279,9 +270,8 @@ void AgendaWindow::show() {
     limitHeightToMonitor();
     connectSignals();
     connectScreenSignals();
-    m_host.setAppearance(m_appearance);
-    m_platform.setTextScale(m_desktopAppearance.textScale());
-    preferThemeOf(m_appearance);
+    m_host.setAppearance(m_appearance.colors());
+    m_platform.setTextScale(m_appearance.textScale());
     m_agenda.show();
     resizeToWantedSize();
     gtk_widget_grab_focus(m_agenda.widget()); // instead of the first button of the header
@@ -293,11 +283,9 @@ void AgendaWindow::followDesktop() {
     if (m_window == nullptr) {
         return;
     }
-    m_appearance = appearanceOf(m_desktopAppearance);
-    m_agenda.setAppearance(m_appearance);
-    preferThemeOf(m_appearance);
+    m_agenda.setAppearance(m_appearance.colors());
     m_platform.reloadFonts();
-    m_agenda.setTextScale(m_desktopAppearance.textScale());
+    m_agenda.setTextScale(m_appearance.textScale());
     gtk_widget_queue_draw(m_window);
 }
 
@@ -355,7 +343,8 @@ CGRect AgendaWindow::frameOfContent() const {
 }
 
 void AgendaWindow::paintBackground(cairo_t* context) {
-    const auto backdrop = m_options.backdrop.value_or(shells::windowBackdrop(m_appearance));
+    const auto backdrop =
+        m_options.backdrop.value_or(shells::windowBackdrop(m_appearance.colors()));
     shells::paintBackdrop(context, frameOfContent(), backdrop, isTranslucent());
 }
 

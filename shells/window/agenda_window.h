@@ -10,14 +10,13 @@
 #include <gtk/gtk.h>
 
 #include "freedesktop/glib/delayed_call.h"
-#include "freedesktop/session/desktop_appearance.h"
 #include "freedesktop/session/feedback_device.h"
 #include "platform/geometry.h"
 #include "shells/gtk/agenda_widget.h"
 #include "shells/gtk/desktop_launch_context.h"
 #include "shells/host/agenda_host.h"
-#include "shells/widget/appearance.h"
 #include "shells/window/agenda_window_options.h"
+#include "shells/window/window_appearance.h"
 #include "shells/window/window_placement.h"
 
 namespace quorvel::freedesktop {
@@ -40,11 +39,12 @@ enum class WindowKey;
 // exception of the widget while it is open ends the loop, which throws it again.
 class AgendaWindow final : private gtk::AgendaWidgetObserver {
 public:
-    // The platform, the bundle and the loop outlive the window. Call startToolkit() before. The
-    // bundle has the controller's class.
+    // What is referred to outlives the window. Call startToolkit() before. The bundle has the
+    // controller's class.
     AgendaWindow(freedesktop::FreedesktopPlatform& platform,
                  const freedesktop::LoadedBundle& bundle, AgendaWindowOptions options,
-                 std::unique_ptr<WindowPlacement> placement, MainLoop& loop);
+                 std::unique_ptr<WindowPlacement> placement, WindowAppearance& appearance,
+                 MainLoop& loop);
     ~AgendaWindow() override;
     AgendaWindow(const AgendaWindow&) = delete;
     AgendaWindow& operator=(const AgendaWindow&) = delete;
@@ -93,8 +93,7 @@ private:
     AgendaWindowOptions m_options;
     std::unique_ptr<WindowPlacement> m_placement;
     MainLoop& m_loop;
-    freedesktop::DesktopAppearance m_desktopAppearance;
-    shells::Appearance m_appearance;
+    WindowAppearance& m_appearance;
     shells::AgendaHost m_host;
     gtk::AgendaWidget m_agenda;
     gtk::DesktopLaunchContext m_launchContext;

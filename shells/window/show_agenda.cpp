@@ -13,6 +13,7 @@
 #include "shells/window/main_loop.h"
 #include "shells/window/single_instance.h"
 #include "shells/window/toolkit.h"
+#include "shells/window/window_appearance.h"
 
 namespace quorvel::window {
 
@@ -46,6 +47,7 @@ Result<InstanceRole> showAgenda(freedesktop::FreedesktopPlatform& platform,
     if (!placement) {
         return placement.error();
     }
+    WindowAppearance appearance;
     std::optional<SingleInstance> instance; // absent for a layer: each output may have one
     if (!windowOptions.layer) {
         instance.emplace(options);
@@ -60,7 +62,7 @@ Result<InstanceRole> showAgenda(freedesktop::FreedesktopPlatform& platform,
     const auto hungUp = quitAtSignal(SIGHUP, loop);
     {
         AgendaWindow window(platform, bundle, std::move(windowOptions), *std::move(placement),
-                            loop);
+                            appearance, loop);
         window.show();
         if (instance) {
             instance->setWindow(window.window(), [&window] { window.bringToFront(); });

@@ -60,8 +60,10 @@ protected:
         platform.emplace(options);
         bundle = platform->loadBundle(QUORVEL_BUNDLE).value();
         loop.emplace();
-        window = std::make_unique<AgendaWindow>(*platform, *bundle, AgendaWindowOptions{},
-                                                makeWindowPlacement({}).value(), *loop);
+        appearance.emplace();
+        window =
+            std::make_unique<AgendaWindow>(*platform, *bundle, AgendaWindowOptions{},
+                                           makeWindowPlacement({}).value(), *appearance, *loop);
         window->show();
     }
     // As the user closes it.
@@ -89,6 +91,7 @@ protected:
     std::optional<freedesktop::FreedesktopPlatform> platform;
     std::shared_ptr<const freedesktop::LoadedBundle> bundle;
     std::optional<MainLoop> loop;
+    std::optional<WindowAppearance> appearance;
     std::unique_ptr<AgendaWindow> window;
 };
 

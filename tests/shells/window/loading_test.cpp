@@ -127,7 +127,9 @@ TEST_F(LoadingTest, NoFrameIsLateAndTheRowsAppear) {
         freedesktop::FreedesktopPlatform platform(options());
         const auto bundle = platform.loadBundle(QUORVEL_BUNDLE).value();
         MainLoop loop;
-        AgendaWindow window(platform, *bundle, {}, makeWindowPlacement({}).value(), loop);
+        WindowAppearance appearance;
+        AgendaWindow window(platform, *bundle, {}, makeWindowPlacement({}).value(), appearance,
+                            loop);
         window.show();
         const int heightAtFirst = heightOfWindow();
         const Frames frames;

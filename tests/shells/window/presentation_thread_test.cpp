@@ -36,7 +36,8 @@ TEST(PresentationThreadTest, IsTheThreadThatShowsTheWindow) {
     freedesktop::FreedesktopPlatform platform(options);
     const auto bundle = platform.loadBundle(QUORVEL_BUNDLE).value();
     MainLoop loop;
-    AgendaWindow window(platform, *bundle, {}, makeWindowPlacement({}).value(), loop);
+    WindowAppearance appearance;
+    AgendaWindow window(platform, *bundle, {}, makeWindowPlacement({}).value(), appearance, loop);
     window.show();
     ASSERT_FALSE(recorder->threads.empty());
     for (const std::thread::id& thread : recorder->threads) {
