@@ -13,7 +13,6 @@
 #include "shells/host/painting.h"
 #include "shells/window/dialogs.h"
 #include "shells/window/main_loop.h"
-#include "shells/window/menus.h"
 #include "shells/window/notice_line.h"
 #include "shells/window/row_actions.h"
 #include "shells/window/settings_start.h"
@@ -117,6 +116,9 @@ AgendaWindow::~AgendaWindow() {
         m_actions.reset();
         m_notice.reset();
         g_signal_handlers_disconnect_by_data(gtk_widget_get_screen(m_window), this);
+        if (GdkFrameClock* const clock = gtk_widget_get_frame_clock(m_window)) {
+            g_signal_handlers_disconnect_by_data(clock, this);
+        }
         gtk_widget_destroy(m_window);
         guarded([this] { m_agenda.hide(); });
     }
@@ -133,10 +135,9 @@ void AgendaWindow::makeWindow() {
         gtk_widget_set_visual(m_window, visual);
     }
     if (m_placement->hasHeader()) {
-        m_header = std::make_unique<WindowHeader>(windowMenu().get());
+        m_header = std::make_unique<WindowHeader>();
         gtk_window_set_titlebar(GTK_WINDOW(m_window), m_header->widget());
     }
-    gtk_window_set_icon_name(GTK_WINDOW(m_window), applicationId);
     makeContent();
     addActions();
 }
@@ -154,9 +155,6 @@ void AgendaWindow::makeContent() {
     gtk_box_pack_start(GTK_BOX(m_content), overlay, TRUE, TRUE, 0);
     gtk_box_pack_end(GTK_BOX(m_content), m_manualButton, FALSE, FALSE, 0);
     gtk_container_add(GTK_CONTAINER(m_window), m_content);
-    m_rowActions = std::make_unique<RowActions>(
-        m_agenda.widget(), m_platform.platform(),
-        [this](std::exception_ptr failure) { m_loop.fail(std::move(failure)); });
 }
 
 void AgendaWindow::addActions() {
@@ -182,6 +180,7 @@ void AgendaWindow::connectSignals() {
     };
     const Painter drawEnded = [](GtkWidget*, cairo_t* context, AgendaWindow* window) -> gboolean {
         window->guarded([&] { window->clearRoundedCorners(context); });
+        window->m_isDrawn = true;
         return FALSE;
     };
     using KeyHandler = gboolean (*)(GtkWidget*, GdkEventKey*, AgendaWindow*);
@@ -258,6 +257,29 @@ void AgendaWindow::connectScreenSignals() {
     g_signal_connect(screen, "monitors-changed", G_CALLBACK(monitorsChanged), this);
 }
 
+// The first frame: what it does not show is made after it.
+
+void AgendaWindow::connectFirstFrame() {
+    using FrameHandler = void (*)(GdkFrameClock*, AgendaWindow*);
+    const FrameHandler frameEnded = [](GdkFrameClock* clock, AgendaWindow* window) {
+        if (window->m_isDrawn) {
+            g_signal_handlers_disconnect_by_data(clock, window);
+            window->completeAfterFirstFrame();
+        }
+    };
+    g_signal_connect(gtk_widget_get_frame_clock(m_window), "after-paint", G_CALLBACK(frameEnded),
+                     this);
+}
+
+// The main loop has handled no input yet.
+void AgendaWindow::completeAfterFirstFrame() {
+    gdk_display_flush(gtk_widget_get_display(m_window));
+    if (m_header) {
+        m_header->makeMenu();
+    }
+    gtk_window_set_icon_name(window(), applicationId); // the picture of a theme takes long to read
+}
+
 // Presenting.
 
 // Presents the widget on the thread of the window: apart from the calendars, the platform belongs
@@ -276,6 +298,7 @@ void AgendaWindow::show() {
     resizeToWantedSize();
     gtk_widget_grab_focus(m_agenda.widget()); // instead of the first button of the header
     gtk_widget_show_all(m_window);
+    connectFirstFrame();
     updateScale(); // the window may have appeared on another monitor
 }
 
@@ -453,6 +476,11 @@ void AgendaWindow::openRowMenu(std::size_t row, const GdkEvent* event) {
     shells::AgendaRows& rows = m_host.rows();
     rows.focusRow(row);
     if (const auto content = rows.content(row)) {
+        if (!m_rowActions) {
+            m_rowActions = std::make_unique<RowActions>(
+                m_agenda.widget(), m_platform.platform(),
+                [this](std::exception_ptr failure) { m_loop.fail(std::move(failure)); });
+        }
         m_rowActions->openMenu(*content, rows.rowFrame(row), event);
     }
 }

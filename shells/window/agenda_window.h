@@ -64,6 +64,8 @@ private:
     void addActions();
     void connectSignals();
     void connectScreenSignals();
+    void connectFirstFrame();
+    void completeAfterFirstFrame();
     void followDesktop();
     bool isTranslucent() const;
     platform::CGRect frameOfContent() const;
@@ -105,7 +107,8 @@ private:
     std::unique_ptr<WindowHeader> m_header;
     std::unique_ptr<NoticeLine> m_notice;
     std::unique_ptr<WindowActions> m_actions;
-    std::unique_ptr<RowActions> m_rowActions;
+    std::unique_ptr<RowActions> m_rowActions; // null until a row's menu has been opened
+    bool m_isDrawn = false;
     std::unique_ptr<SettingsStart> m_settings;
     freedesktop::DelayedCall m_rowAction; // after a double click
     std::optional<std::size_t> m_clickedRow;

@@ -5,6 +5,7 @@
 
 #include "freedesktop/glib/handles.h"
 #include "freedesktop/language/messages.h"
+#include "shells/window/menus.h"
 #include "shells/window/window_text.h"
 
 namespace quorvel::window {
@@ -30,11 +31,12 @@ void addSlimStyle(GtkWidget* bar) {
     gtk_style_context_add_class(gtk_widget_get_style_context(bar), "agenda-header");
 }
 
-GtkWidget* makeMenuButton(GMenuModel* menu) {
+// It can be pressed before it has its menu.
+GtkWidget* makeMenuButton() {
     GtkWidget* const button = gtk_menu_button_new();
     // A popover of X11 does not reach beyond its window, which may be a single row high.
     gtk_menu_button_set_use_popover(GTK_MENU_BUTTON(button), FALSE);
-    gtk_menu_button_set_menu_model(GTK_MENU_BUTTON(button), menu);
+    gtk_widget_set_sensitive(button, TRUE);
     gtk_container_add(GTK_CONTAINER(button),
                       gtk_image_new_from_icon_name("open-menu-symbolic", GTK_ICON_SIZE_BUTTON));
     gtk_button_set_relief(GTK_BUTTON(button), GTK_RELIEF_NONE);
@@ -64,11 +66,11 @@ std::string decorationLayout(GtkWidget* bar) {
 
 } // namespace
 
-WindowHeader::WindowHeader(GMenuModel* menu)
+WindowHeader::WindowHeader()
     : m_bar(gtk_header_bar_new())
     , m_picture(gtk_image_new())
     , m_date(makeDateLabel())
-    , m_menuButton(makeMenuButton(menu)) {
+    , m_menuButton(makeMenuButton()) {
     GtkHeaderBar* const bar = GTK_HEADER_BAR(m_bar);
     gtk_header_bar_set_show_close_button(bar, TRUE);
     gtk_header_bar_set_has_subtitle(bar, FALSE);
@@ -99,7 +101,15 @@ void WindowHeader::setDate(const std::string& date) {
     gtk_widget_set_tooltip_text(m_date, date.c_str()); // in a narrow window the end is cut off
 }
 
+void WindowHeader::makeMenu() {
+    GtkMenuButton* const button = GTK_MENU_BUTTON(m_menuButton);
+    if (gtk_menu_button_get_menu_model(button) == nullptr) {
+        gtk_menu_button_set_menu_model(button, windowMenu().get());
+    }
+}
+
 void WindowHeader::openMenu() {
+    makeMenu();
     gtk_toggle_button_set_active(GTK_TOGGLE_BUTTON(m_menuButton), TRUE);
 }
 

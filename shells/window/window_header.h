@@ -10,8 +10,7 @@ namespace quorvel::window {
 
 class WindowHeader {
 public:
-    // The menu's actions are those of the window that contains the header.
-    explicit WindowHeader(GMenuModel* menu);
+    WindowHeader();
     WindowHeader(const WindowHeader&) = delete;
     WindowHeader& operator=(const WindowHeader&) = delete;
 
@@ -20,6 +19,9 @@ public:
     // A picture file for that number of pixels per point; one that cannot be read shows nothing.
     void setPicture(const std::string& path, int scale);
     void setDate(const std::string& date);
+    // The toolkit takes long to make the menu, which is seen only when it is opened. Its actions
+    // are those of the window that contains the header. Without effect if there is one.
+    void makeMenu();
     void openMenu();
     int height() const; // points
 
