@@ -1,6 +1,9 @@
 // What the window costs, seen from outside, on the display of the environment:
 //   window_bench start PAIRS PEER PROGRAM ARGUMENT...
 //     from the start of the process to the first picture on the screen, in turn with the peer
+//   window_bench first PROGRAM ARGUMENT...
+//     stops the process at its first picture, prints its number and the seconds since its start,
+//     and ends it when the standard input has ended
 //   window_bench idle SECONDS PROGRAM ARGUMENT...
 //     frames drawn and processor time spent while nothing happens
 
@@ -45,12 +48,13 @@ using DisplayHandle = std::unique_ptr<Display, DisplayClose>;
 // A program that is ended with this object.
 class Child {
 public:
-    explicit Child(char** argv) {
+    explicit Child(char** argv, int endingSignal = SIGTERM)
+        : m_endingSignal(endingSignal) {
         if (posix_spawnp(&m_process, argv[0], nullptr, nullptr, argv, environ) != 0)
             fail(std::string("cannot start ") + argv[0]);
     }
     ~Child() {
-        kill(m_process, SIGTERM);
+        kill(m_process, m_endingSignal);
         waitpid(m_process, nullptr, 0);
     }
     Child(const Child&) = delete;
@@ -60,6 +64,7 @@ public:
 
 private:
     pid_t m_process = 0;
+    int m_endingSignal;
 };
 
 std::vector<Window> windowsOnScreen(Display* display) {
@@ -104,16 +109,21 @@ bool isDrawn(Display* display, Window window) {
     return (pixel & 0xFFFFFFU) != 0;
 }
 
-Milliseconds timeToFirstPicture(Display* display, char** argv) {
+Clock::time_point waitForFirstPicture(Display* display, const char* program) {
     const auto start = Clock::now();
-    const Child child(argv);
     while (Clock::now() - start < longestStart) {
         const auto window = shownWindow(display);
         if (window && isDrawn(display, *window))
-            return Clock::now() - start;
+            return Clock::now();
         std::this_thread::sleep_for(std::chrono::microseconds(200));
     }
-    fail(std::string("no picture of ") + argv[0]);
+    fail(std::string("no picture of ") + program);
+}
+
+Milliseconds timeToFirstPicture(Display* display, char** argv) {
+    const auto start = Clock::now();
+    const Child child(argv);
+    return waitForFirstPicture(display, argv[0]) - start;
 }
 
 void waitUntilGone(Display* display) {
@@ -146,6 +156,22 @@ void measureStart(Display* display, int pairs, char* peer, char** program) {
     std::printf("  quorvel show     %7.1f ms\n", median(own));
     std::printf("  an empty window  %7.1f ms\n", median(others));
     std::printf("  ratio            %7.2f\n", median(ratios));
+}
+
+// While it is stopped, what it has used is what its first picture took. It is killed, so that an
+// orderly end adds nothing.
+void stopAtFirstPicture(Display* display, char** argv) {
+    const auto start = Clock::now();
+    {
+        const Child child(argv, SIGKILL);
+        const Milliseconds elapsed = waitForFirstPicture(display, argv[0]) - start;
+        kill(child.process(), SIGSTOP);
+        std::printf("%d %.6f\n", static_cast<int>(child.process()), elapsed.count() / 1000);
+        std::fflush(stdout);
+        while (std::getchar() != EOF) {
+        }
+    }
+    waitUntilGone(display);
 }
 
 // Of all its threads, those that have ended included.
@@ -210,15 +236,18 @@ int ignoreError(Display*, XErrorEvent*) {
 
 int main(int argc, char** argv) {
     const std::string what = argc > 1 ? argv[1] : "";
-    if (!(what == "start" && argc > 4) && !(what == "idle" && argc > 3))
+    if (!(what == "start" && argc > 4) && !(what == "first" && argc > 2) &&
+        !(what == "idle" && argc > 3))
         fail("usage: window_bench start PAIRS PEER PROGRAM ARGUMENT... | "
-             "idle SECONDS PROGRAM ARGUMENT...");
+             "first PROGRAM ARGUMENT... | idle SECONDS PROGRAM ARGUMENT...");
     const DisplayHandle display(XOpenDisplay(nullptr));
     if (!display)
         fail("there is no display: run bench/window");
     XSetErrorHandler(ignoreError);
     if (what == "start")
         measureStart(display.get(), numberFrom(argv[2]), argv[3], argv + 4);
+    else if (what == "first")
+        stopAtFirstPicture(display.get(), argv + 2);
     else
         measureIdle(display.get(), numberFrom(argv[2]), argv + 3);
     return 0;
