@@ -1,6 +1,5 @@
 #include "freedesktop/graphics/png_encoding.h"
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -14,27 +13,57 @@ namespace quorvel::freedesktop {
 
 namespace {
 
-constexpr png_uint_32 pixelFormat =
-    std::endian::native == std::endian::little ? PNG_FORMAT_BGRA : PNG_FORMAT_ARGB;
+constexpr std::uint32_t opaque = 0xFF;
+
+std::uint32_t opacityOf(std::uint32_t pixel) {
+    return pixel >> 24U;
+}
 
 // cairo multiplies each colour by the opacity, a PNG does not.
-std::uint32_t withoutOpacity(std::uint32_t pixel) {
-    const std::uint32_t opacity = pixel >> 24U;
+unsigned char colourOf(std::uint32_t pixel, unsigned shift) {
+    const std::uint32_t colour = pixel >> shift & 0xFFU;
+    const std::uint32_t opacity = opacityOf(pixel);
     if (opacity == 0) {
         return 0;
     }
-    const auto colour = [&](unsigned shift) {
-        const std::uint32_t value = ((pixel >> shift & 0xFFU) * 255 + opacity / 2) / opacity;
-        return (value & 0xFFU) << shift;
-    };
-    return opacity << 24U | colour(16) | colour(8) | colour(0);
+    return static_cast<unsigned char>(
+        opacity == opaque ? colour : (colour * opaque + opacity / 2) / opacity);
 }
 
-void divideByOpacity(unsigned char* line, int width) {
-    auto* const pixels = reinterpret_cast<std::uint32_t*>(line); // cairo aligns its lines
+// An image in memory, line by line; cairo aligns its lines for pixels of 32 bits.
+struct Pixels {
+    unsigned char* data;
+    int width;
+    int height;
+    int stride; // bytes
+
+    unsigned char* line(int y) const { return data + static_cast<std::ptrdiff_t>(y) * stride; }
+    static std::uint32_t at(const unsigned char* line, int x) {
+        return reinterpret_cast<const std::uint32_t*>(line)[x];
+    }
+};
+
+bool isOpaque(const Pixels& pixels) {
+    for (int y = 0; y < pixels.height; ++y) {
+        for (int x = 0; x < pixels.width; ++x) {
+            if (opacityOf(Pixels::at(pixels.line(y), x)) != opaque) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+// To red, green, blue and, unless it is opaque, opacity; each line from where it began.
+void convertLine(unsigned char* line, int width, bool withOpacity) {
+    unsigned char* place = line;
     for (int x = 0; x < width; ++x) {
-        if (pixels[x] < 0xFF000000U) {
-            pixels[x] = withoutOpacity(pixels[x]);
+        const std::uint32_t pixel = Pixels::at(line, x);
+        *place++ = colourOf(pixel, 16);
+        *place++ = colourOf(pixel, 8);
+        *place++ = colourOf(pixel, 0);
+        if (withOpacity) {
+            *place++ = static_cast<unsigned char>(opacityOf(pixel));
         }
     }
 }
@@ -74,12 +103,12 @@ constexpr const char* notEnoughMemory = "out of memory";
 
 Result<std::string> pngOf(cairo_surface_t* image) {
     cairo_surface_flush(image);
-    unsigned char* const data = cairo_image_surface_get_data(image);
-    const int width = cairo_image_surface_get_width(image);
-    const int height = cairo_image_surface_get_height(image);
-    const int stride = cairo_image_surface_get_stride(image);
-    for (int y = 0; y < height; ++y) {
-        divideByOpacity(data + static_cast<std::ptrdiff_t>(y) * stride, width);
+    const Pixels pixels{cairo_image_surface_get_data(image), cairo_image_surface_get_width(image),
+                        cairo_image_surface_get_height(image),
+                        cairo_image_surface_get_stride(image)};
+    const bool withOpacity = !isOpaque(pixels);
+    for (int y = 0; y < pixels.height; ++y) {
+        convertLine(pixels.line(y), pixels.width, withOpacity);
     }
     MemoryFile file;
     if (file.get() == nullptr) {
@@ -87,11 +116,11 @@ Result<std::string> pngOf(cairo_surface_t* image) {
     }
     png_image png{};
     png.version = PNG_IMAGE_VERSION;
-    png.width = static_cast<png_uint_32>(width);
-    png.height = static_cast<png_uint_32>(height);
-    png.format = pixelFormat;
+    png.width = static_cast<png_uint_32>(pixels.width);
+    png.height = static_cast<png_uint_32>(pixels.height);
+    png.format = withOpacity ? PNG_FORMAT_RGBA : PNG_FORMAT_RGB;
     png.flags = PNG_IMAGE_FLAG_FAST;
-    if (png_image_write_to_stdio(&png, file.get(), 0, data, stride, nullptr) == 0) {
+    if (png_image_write_to_stdio(&png, file.get(), 0, pixels.data, pixels.stride, nullptr) == 0) {
         return Error{png.message, {}, {}};
     }
     auto contents = file.contents();

@@ -11,7 +11,7 @@
 namespace quorvel::freedesktop {
 
 // The surface is an image in CAIRO_FORMAT_ARGB32 and is not painted on afterwards, as its pixels
-// are changed. Transparent pixels are written as cairo writes them. The error has only
+// are changed. As cairo's, the file has no opacities if all pixels are opaque. The error has only
 // `what`, one line in English.
 Result<std::string> pngOf(cairo_surface_t* image);
 

@@ -77,6 +77,25 @@ TEST(PngEncoding, HasThePixelsThatCairoWrites) {
     EXPECT_TRUE(pixels == pixelsOf(expected));
 }
 
+// The second byte behind the size says which colours a file has: 2 without opacities, 6 with them.
+TEST(PngEncoding, HasOpacitiesOnlyIfAPixelIsNotOpaque) {
+    constexpr std::size_t placeOfColours = 25;
+    const auto coloursOf = [](std::uint32_t last) {
+        const SurfaceHandle image(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 3, 2));
+        unsigned char* const data = cairo_image_surface_get_data(image.get());
+        for (std::size_t i = 0; i < 6; ++i) {
+            const std::uint32_t pixel = i < 5 ? 0xFF102030U : last;
+            std::memcpy(data + 4 * i, &pixel, 4); // the stride of three pixels is 12
+        }
+        const std::string png = *pngOf(image.get());
+        EXPECT_EQ(pixelsOf(png).front(), 0xFF102030U);
+        EXPECT_EQ(pixelsOf(png).back(), last);
+        return static_cast<int>(png.at(placeOfColours));
+    };
+    EXPECT_EQ(coloursOf(0xFF405060U), 2);
+    EXPECT_EQ(coloursOf(0xFE000000U), 6);
+}
+
 TEST(PngEncoding, APictureOfOnePixel) {
     const SurfaceHandle image(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 1, 1));
     const auto written = pngOf(image.get());
