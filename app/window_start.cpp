@@ -16,8 +16,6 @@ using freedesktop::translated;
 
 namespace {
 
-constexpr const char* toolkitLibrary = "libgtk-3.so.0"; // the window's, of every GTK 3
-
 // Where the library is missing, the loader would end the window's program with a message of its
 // own. A package may leave it to the user to install the library.
 Result<void> checkToolkit() {
