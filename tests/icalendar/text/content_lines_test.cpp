@@ -201,6 +201,34 @@ TEST(ContentLines, NameAZoneInAnyWay) {
     EXPECT_EQ(zoneOf("DTSTART;VALUE=DATE:2024"), "none");
 }
 
+// Whatever the lines before were.
+TEST(ContentLines, AreSplitAlikeOneAfterTheOther) {
+    const std::string_view parameters[] = {
+        "TZID=Europe/Berlin", "TZID=Europe/Berlin;X=1", "TZID=Europe",  "X=\"a:b",
+        "X=\"a:b\"",          "TZID=(UTC+01:00) Bern",  "TZID=(UTC+01", "",
+        "VALUE=DATE"};
+    const std::string_view values[] = {"", "20240101", "00) Bern:20240101", "a\":b", ":x"};
+    ContentLineSplitter splitter;
+    for (int round = 0; round < 2; ++round) {
+        for (const std::string_view one : parameters) {
+            for (const std::string_view value : values) {
+                for (const char* colon : {":", ""}) {
+                    const std::string line =
+                        "DTSTART;" + std::string(one) + colon + std::string(value);
+                    const auto expected = splitContentLine(line, 7);
+                    ContentLine content;
+                    ASSERT_EQ(splitter.split(line, 7, content), expected.has_value()) << line;
+                    if (expected) {
+                        EXPECT_EQ(content.name, expected->name) << line;
+                        EXPECT_EQ(content.parameters, expected->parameters) << line;
+                        EXPECT_EQ(content.value, expected->value) << line;
+                    }
+                }
+            }
+        }
+    }
+}
+
 TEST(ContentLines, WithoutNameOrColonAreNone) {
     EXPECT_FALSE(splitContentLine("just words"));
     EXPECT_FALSE(splitContentLine(":value"));
