@@ -85,8 +85,8 @@ Result<std::size_t, std::error_code> RegularFile::read(char* place, std::size_t 
     return total;
 }
 
-void RegularFile::rewind() const {
-    ::lseek(m_descriptor.get(), 0, SEEK_SET);
+void RegularFile::skipTo(std::size_t place) const {
+    ::lseek(m_descriptor.get(), static_cast<off_t>(place), SEEK_SET);
 }
 
 Result<MaybeBytes> readRegularFile(const std::string& path, std::size_t most) {

@@ -34,7 +34,8 @@ public:
     // Continues where the last call ended, and repeats a system call that was interrupted. The
     // error is an errno.
     Result<std::size_t, std::error_code> read(char* place, std::size_t size) const;
-    void rewind() const; // to the beginning of the file
+    void rewind() const { skipTo(0); } // to the beginning of the file
+    void skipTo(std::size_t place) const;
 
 private:
     RegularFile(FileDescriptor descriptor, const FileVersion& version)

@@ -25,6 +25,20 @@ public:
         , m_event(builder, zoneIsKnown)
         , m_zone(builder, zoneIsKnown) {}
 
+    // As behind a line BEGIN:VCALENDAR.
+    void beginWithinCalendar() { m_hasCalendar = m_isCalendarOpen = true; }
+    // Whether all that was taken so far has no other effect on what follows than that line.
+    bool isWithinPlainCalendar() const {
+        return isBetweenComponents() && m_hasCalendar && m_isCalendarOpen &&
+               m_calendar == CalendarContext();
+    }
+    bool isBetweenComponents() const { return m_place == Place::calendar; }
+    // Once the lines that another parser has taken are taken as well.
+    void continueBehind(const ComponentParser& other) {
+        m_calendar = other.m_calendar;
+        m_isCalendarOpen = other.m_isCalendarOpen;
+    }
+
     // The line's number counts from 1 within the file.
     void addLine(Property property, const ContentLine& content, std::size_t line);
     // Once, at the end of the text.

@@ -21,6 +21,7 @@ struct CalendarContext {
     std::uint32_t number = 0;  // counts from 0 within the file
     bool cancels = false;      // METHOD:CANCEL, of all its events
     bool isVCalendar1 = false; // vCalendar 1.0
+    bool operator==(const CalendarContext&) const = default;
 };
 
 // One event after the other. The builder and the function must outlive it.

@@ -23,7 +23,7 @@ public:
     IcsFile& file() { return m_file; }
 
     // Whether the file takes more memory than allowed; nothing more is then to be added.
-    bool isFull() const;
+    bool isFull();
     // Reserves memory for this many times what is stored already.
     void reserveMore(double times);
 
@@ -39,11 +39,19 @@ public:
     // So that observances that are not in the file yet count too.
     void countZoneBytes(std::size_t bytes) { m_zoneBytes += bytes; }
 
+    // Adds what was built of the text that follows behind so many lines. False, and nothing is
+    // added, where the result could be another one than that of building all of it here.
+    bool append(const IcsFileBuilder& rest, std::size_t lines);
+
     // Once, at the end of the text; the last line's number is 0 for an empty text.
     IcsFile finish(bool hasCalendar, std::size_t lastLine);
 
 private:
+    bool mayAppend(const IcsFileBuilder& rest) const;
+    void appendEvents(const IcsFile& rest, std::size_t lines);
+
     std::size_t m_mostBytes;
+    std::size_t m_mostUsed = 0; // of memory, whenever it was asked whether the file is full
     IcsFile m_file;
     std::size_t m_overrides = 0;
     std::size_t m_zoneBytes = 0; // estimated

@@ -36,6 +36,24 @@ public:
         return mayLackItsMark ? 0 : parse(piece, false);
     }
 
+    void beginWithinCalendar() { m_components.beginWithinCalendar(); }
+
+    // UTF-16 has no lines before it is decoded.
+    std::size_t readLines(std::string_view piece) { return parse(piece, !m_decoder); }
+
+    bool append(const Impl& second) {
+        const std::size_t lines = m_lines.linesTaken();
+        if (m_decoder || m_quotedPrintable.isOpen() || second.m_quotedPrintable.isOpen() ||
+            second.m_line.number == 0 || !m_components.isWithinPlainCalendar() ||
+            !second.m_components.isBetweenComponents() ||
+            !m_builder.append(second.m_builder, lines)) {
+            return false;
+        }
+        m_components.continueBehind(second.m_components);
+        m_line.number = lines + second.m_line.number;
+        return true;
+    }
+
     void expect(std::size_t bytes) {
         if (m_bytesParsed != 0) {
             m_builder.reserveMore(static_cast<double>(bytes) / static_cast<double>(m_bytesParsed));
@@ -190,6 +208,18 @@ IcsFileParser::~IcsFileParser() = default;
 
 std::size_t IcsFileParser::read(std::string_view piece) {
     return m_impl->read(piece);
+}
+
+void IcsFileParser::beginWithinCalendar() {
+    m_impl->beginWithinCalendar();
+}
+
+std::size_t IcsFileParser::readLines(std::string_view piece) {
+    return m_impl->readLines(piece);
+}
+
+bool IcsFileParser::append(const IcsFileParser& second) {
+    return m_impl->append(*second.m_impl);
 }
 
 void IcsFileParser::expect(std::size_t bytes) {

@@ -29,6 +29,15 @@ public:
 
     // Returns how many bytes of the piece were parsed; the next piece begins with the rest.
     std::size_t read(std::string_view piece);
+    // For a text that two threads parse in two parts, of which the second one begins with a line
+    // BEGIN:VEVENT. Its parser begins as if it stood within a VCALENDAR of which nothing else is
+    // known. Each part's last piece is passed to readLines(), which takes its end for a line's end.
+    void beginWithinCalendar();
+    std::size_t readLines(std::string_view piece);
+    // Adds what another parser made of the second part. False, and nothing is added, where the
+    // result could differ from that of parsing all of it here; then the part is to be parsed here.
+    bool append(const IcsFileParser& second);
+
     // Reserves memory for so many more bytes of text, which are taken to be like those before.
     void expect(std::size_t bytes);
     // Once, with the last piece.

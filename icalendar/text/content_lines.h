@@ -33,6 +33,8 @@ public:
     void continueWith(std::string_view text, bool isLast);
     // The part of the piece of which no line was made yet.
     std::string_view remaining() const { return m_rest; }
+    // With their folds.
+    std::size_t linesTaken() const { return m_number; }
 
     // False at the end of the text, and where the line's end is in a piece to come, which has to be
     // given before the next call.

@@ -6,6 +6,8 @@
 #include <utility>
 
 #include "base/content_hash.h"
+#include "freedesktop/calendars/files/file_pieces.h"
+#include "freedesktop/calendars/files/file_tail.h"
 #include "freedesktop/io/regular_file.h"
 
 namespace quorvel::freedesktop::calendars {
@@ -13,7 +15,6 @@ namespace {
 
 constexpr std::size_t largestFile = std::size_t{2} << 30U; // bytes
 constexpr std::size_t largestMetadata = 4096;
-constexpr std::size_t largestPiece = std::size_t{256} << 10U;
 
 std::uint64_t versionHash(const FileVersion& version) {
     ContentHash hash;
@@ -25,88 +26,42 @@ std::uint64_t versionHash(const FileVersion& version) {
     return hash.value();
 }
 
-// The bytes of a file in pieces, up to the size that the file had when it was opened: what another
-// program appends meanwhile is read the next time.
-class FilePieces {
-public:
-    // That size is at most `largest`.
-    FilePieces(const RegularFile& file, std::size_t largest, bool isHashed)
-        : m_file(file)
-        , m_isHashed(isHashed)
-        , m_left(file.size() == 0 ? largest + 1 // some file systems report no size
-                                  : static_cast<std::size_t>(file.size()))
-        , m_largest(largest) {}
+bool isCancelled(const ReadContext& context) {
+    return context.isCancelled != nullptr && *context.isCancelled;
+}
 
-    std::size_t pieceSize() const { return std::min(m_left, largestPiece); }
-    // Returns fewer bytes than asked for only at the end or after an error.
-    std::size_t read(char* place, std::size_t size) {
-        size = isDone() ? 0 : std::min(size, m_left);
-        const auto read = m_file.read(place, size);
-        if (!read) {
-            m_error = read.error().value();
-            return 0;
-        }
-        m_left -= *read;
-        m_total += *read;
-        if (*read < size) {
-            m_left = 0; // the file has become shorter
-        }
-        if (m_total > m_largest && m_error == 0) {
-            m_error = EFBIG;
-        }
-        if (m_isHashed) {
-            m_hash.add(std::string_view(place, *read));
-        }
-        return *read;
+// Whether the file is parsed to its end by that.
+bool appendTail(icalendar::IcsFileParser& reader, PieceBuffer& buffer, FilePieces& pieces,
+                const FileVersion& version, FileTail& tail) {
+    buffer.removePrefix(reader.readLines(buffer.text()));
+    const auto rest = tail.take(version);
+    if (rest == nullptr || !reader.append(*rest)) {
+        return false;
     }
-    void fail(int error) { m_error = error; }
-    std::size_t bytesLeft() const { return m_left; }
-    bool isDone() const { return m_left == 0 || m_error != 0; }
-    int error() const { return m_error; } // an errno; 0: none
-    std::uint64_t hash() const { return m_isHashed ? m_hash.value() : 0; }
+    pieces.skipRest();
+    return true;
+}
 
-private:
-    const RegularFile& m_file;
-    bool m_isHashed;
-    std::size_t m_left;
-    std::size_t m_largest;
-    std::size_t m_total = 0;
-    int m_error = 0;
-    ContentHash m_hash;
-};
-
-// A piece of a file behind the rest of the piece before, which ended within a line.
-class PieceBuffer {
-public:
-    std::string_view text() const { return std::string_view(m_bytes).substr(0, m_used); }
-    void append(FilePieces& pieces) {
-        const std::size_t size = pieces.pieceSize();
-        if (m_bytes.size() < m_used + size) {
-            m_bytes.resize(m_used + size);
-        }
-        m_used += pieces.read(m_bytes.data() + m_used, size);
-    }
-    void removePrefix(std::size_t count) {
-        m_used -= count;
-        std::memmove(m_bytes.data(), m_bytes.data() + count, m_used);
-    }
-
-private:
-    std::string m_bytes;
-    std::size_t m_used = 0;
-};
-
-icalendar::IcsFile parseCalendar(FilePieces& pieces, const ReadContext& context) {
+// A null tail: there is none.
+icalendar::IcsFile parseCalendar(FilePieces& pieces, const ReadContext& context,
+                                 const FileVersion& version, FileTail* tail) {
     icalendar::IcsFileParser reader(context.zoneIsKnown, context.mostBytes);
     PieceBuffer buffer;
     buffer.append(pieces);
     while (!pieces.isDone()) {
-        if (context.isCancelled != nullptr && *context.isCancelled) {
+        if (isCancelled(context)) {
             pieces.fail(ECANCELED);
         }
         buffer.removePrefix(reader.read(buffer.text()));
         reader.expect(pieces.bytesLeft());
-        buffer.append(pieces);
+        if (tail != nullptr && tail->beginsAt(pieces.place())) {
+            if (appendTail(reader, buffer, pieces, version, *tail)) {
+                break;
+            }
+            tail = nullptr;
+        }
+        const std::size_t size = pieces.pieceSize();
+        buffer.append(pieces, tail != nullptr ? tail->bytesBefore(pieces.place(), size) : size);
     }
     return reader.finish(buffer.text());
 }
@@ -116,10 +71,10 @@ const std::string& labelOf(const CalendarFile& file, const std::string& path) {
 }
 
 FileContent readContent(const std::string& label, FileKind kind, const FileVersion& version,
-                        FilePieces& pieces, const ReadContext& context) {
+                        FilePieces& pieces, const ReadContext& context, FileTail* tail) {
     if (kind == FileKind::calendar) {
-        return {std::make_shared<icalendar::LoadedFile>(label, versionHash(version),
-                                                        parseCalendar(pieces, context)),
+        return {std::make_shared<icalendar::LoadedFile>(
+                    label, versionHash(version), parseCalendar(pieces, context, version, tail)),
                 nullptr};
     }
     std::string bytes(largestMetadata + 1, '\0');
@@ -182,7 +137,7 @@ void CalendarFile::leaveOutForLackOfRoom() {
 }
 
 void readCalendarFile(CalendarFile& file, const std::string& path, FileKind kind,
-                      const ReadContext& context) {
+                      const ReadContext& context, FileTail* tail) {
     const std::int64_t readAt = context.fileClock();
     const auto result = RegularFile::open(path);
     if (!result) {
@@ -197,10 +152,15 @@ void readCalendarFile(CalendarFile& file, const std::string& path, FileKind kind
     }
     const bool mayBeSame = file.parsed && file.parsed->version == opened.version();
     const bool willBeSettled = isSettled(opened.version(), readAt);
-    FilePieces pieces(opened, largest, !willBeSettled || mayBeSame);
+    const bool isHashed = !willBeSettled || mayBeSame;
+    if (tail != nullptr && isHashed) { // a hash needs all bytes here
+        tail->refuse();
+        tail = nullptr;
+    }
+    FilePieces pieces(opened, largest, isHashed);
     if (!mayBeSame || !hasSameBytes(file, opened, pieces)) {
         FileContent content =
-            readContent(labelOf(file, path), kind, opened.version(), pieces, context);
+            readContent(labelOf(file, path), kind, opened.version(), pieces, context, tail);
         file.parsed = {opened.version(), false, pieces.hash(), std::move(content)};
     }
     if (pieces.error() != 0) {

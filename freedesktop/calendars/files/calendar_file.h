@@ -18,6 +18,8 @@
 
 namespace quorvel::freedesktop::calendars {
 
+class FileTail;
+
 enum class FileKind { calendar, metadata };
 
 // One of the two, by the file's kind; the other is null.
@@ -64,8 +66,9 @@ struct ReadContext {
 };
 
 // Reads the file at the path into `file.parsed`. Opens nothing but a regular file, and holds about
-// a line of it in memory at a time. A file with the same bytes as before is not parsed again.
+// a line of it in memory at a time. A file with the same bytes as before is not parsed again. A
+// second thread may parse the tail of it; null: there is none.
 void readCalendarFile(CalendarFile& file, const std::string& path, FileKind kind,
-                      const ReadContext& context);
+                      const ReadContext& context, FileTail* tail = nullptr);
 
 } // namespace quorvel::freedesktop::calendars

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/helper_thread.h"
+#include "freedesktop/calendars/files/file_tail.h"
 #include "freedesktop/calendars/index/stored_file.h"
 
 namespace quorvel::freedesktop::calendars {
@@ -42,7 +43,20 @@ bool areWorthASecondThread(const std::vector<UnreadFile>& files) {
     for (const UnreadFile& unread : files) {
         bytes += listedSize(*unread.file) + costOfOpening;
     }
-    return bytes > fewestBytes && files.size() > 1;
+    return bytes > fewestBytes;
+}
+
+std::size_t indexOfLargest(const std::vector<UnreadFile>& files) {
+    const auto largest =
+        std::max_element(files.begin(), files.end(), [](const auto& one, const auto& other) {
+            return listedSize(*one.file) < listedSize(*other.file);
+        });
+    return static_cast<std::size_t>(largest - files.begin());
+}
+
+bool mayHaveATail(const UnreadFile& unread) {
+    return unread.kind == FileKind::calendar &&
+           listedSize(*unread.file) >= static_cast<std::int64_t>(FileTail::smallestFile);
 }
 
 // The index may have any version of the file. A file that this process has read before has changed
@@ -84,33 +98,53 @@ void FileLoader::load(const std::vector<UnreadFile>& unread, std::size_t bytesIn
     }
 }
 
+// The largest file comes last: its tail is parsed by the thread that has no file left, so that both
+// threads end at about the same time.
 void FileLoader::loadTogether(const std::vector<UnreadFile>& unread) {
+    const std::size_t largest = indexOfLargest(unread);
+    const auto atPlace = [&unread, largest](std::size_t place) {
+        const std::size_t last = unread.size() - 1;
+        return place == last ? largest : place == largest ? last : place;
+    };
     std::vector<std::optional<std::string>> stored(unread.size());
     if (auto transaction = m_index.transaction()) {
         std::transform(unread.begin(), unread.end(), stored.begin(),
                        [&](const UnreadFile& one) { return storedBytes(one, *transaction); });
     }
-    std::vector<UnreadFile> fromDisk;
+    std::vector<const UnreadFile*> fromDisk;
     std::mutex mutex; // guards fromDisk
     std::atomic<std::size_t> next = 0;
+    const bool areTwo = unread.size() > 1 && areWorthASecondThread(unread);
+    std::optional<FileTail> tail; // of the largest file
+    if (!unread.empty() && !stored[largest] && mayHaveATail(unread[largest])) {
+        tail.emplace(unread[largest].path, m_context);
+    }
     const auto loadMany = [&] {
-        for (std::size_t i = next++; i < unread.size() && !isCancelled(); i = next++) {
+        bool hasReadLargest = false;
+        for (std::size_t place = next++; place < unread.size() && !isCancelled(); place = next++) {
+            const std::size_t i = atPlace(place);
+            const UnreadFile& one = unread[i];
             const auto bytes = std::exchange(stored[i], std::nullopt);
-            if (!bytes || !useStoredBytes(unread[i], *bytes, mostBytesInMemory)) {
-                readCalendarFile(*unread[i].file, unread[i].path, unread[i].kind, m_context);
+            if (!bytes || !useStoredBytes(one, *bytes, mostBytesInMemory)) {
+                hasReadLargest = i == largest;
+                readCalendarFile(*one.file, one.path, one.kind, m_context,
+                                 hasReadLargest && tail ? &*tail : nullptr);
                 const std::lock_guard lock(mutex);
-                fromDisk.push_back(unread[i]);
+                fromDisk.push_back(&one);
             }
+        }
+        if (tail && !hasReadLargest) {
+            tail->parse();
         }
     };
     HelperThread helper;
-    if (areWorthASecondThread(unread)) {
+    if (areTwo || tail) {
         helper.start(loadMany);
     }
     loadMany();
     helper.join();
-    for (const UnreadFile& one : fromDisk) {
-        storeLater(one);
+    for (const UnreadFile* const one : fromDisk) {
+        storeLater(*one);
     }
 }
 

@@ -1,6 +1,11 @@
 // What is stored of a text, and which problems are reported.
 #include "icalendar/model/ics_file_parser.h"
 
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <string>
+
 #include <gtest/gtest.h>
 
 namespace quorvel::icalendar {
@@ -269,6 +274,126 @@ TEST(IcsFile, ObservanceWithoutEndLendsItsStartToNoOther) {
     const std::string startless = "BEGIN:VTIMEZONE\r\nTZID:Startless\r\nBEGIN:STANDARD\r\n"
                                   "TZOFFSETTO:+0200\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\n";
     EXPECT_TRUE(read(calendar(open + startless)).zones.empty());
+}
+
+std::int32_t lastDayOf(const std::string& more) {
+    const IcsFile file = read(calendar(event("a", more)));
+    return file.events.size() == 1 && file.events[0].firstDay == 19721 ? file.events[0].lastDay
+                                                                       : -1;
+}
+
+// 2024-01-01 is day 19723.
+TEST(IcsFile, KnowsWhenAPlainRuleHasCountedToItsEnd) {
+    const std::string start = "DTSTART;TZID=Europe/Berlin:20240101T100000\r\n";
+    const std::int32_t daily = lastDayOf(start + "RRULE:FREQ=DAILY;COUNT=5\r\n");
+    EXPECT_GE(daily, 19727);
+    EXPECT_LE(daily, 19750);
+    const std::int32_t weekly = lastDayOf(start + "RRULE:FREQ=WEEKLY;INTERVAL=2;COUNT=10;WKST=SU;"
+                                                  "BYDAY=MO,FR\r\nEXDATE:20240101T090000Z\r\n");
+    EXPECT_GE(weekly, 19723 + 18 * 7);
+    EXPECT_LE(weekly, 19723 + 25 * 7);
+    EXPECT_GE(lastDayOf("DTSTART:20240101\r\nRRULE:FREQ=DAILY;COUNT=10000\r\n"), 19723 + 9999);
+}
+
+// What expanding such an event has to report would not be seen otherwise.
+TEST(IcsFile, ExpectsAnyOtherRuleToGoOn) {
+    const std::string start = "DTSTART;TZID=Europe/Berlin:20240101T100000\r\n";
+    const std::string rule = "RRULE:FREQ=DAILY;COUNT=5\r\n";
+    constexpr std::int32_t forever = std::numeric_limits<std::int32_t>::max();
+    for (const std::string& other :
+         {"DTSTART;TZID=Nowhere:20240101T100000\r\n" + rule, "DTSTART:20240101T100000\r\n" + rule,
+          start + "DTEND;TZID=Nowhere:20240101T110000\r\n" + rule,
+          start + rule + "EXDATE;TZID=Nowhere:20240102T100000\r\n",
+          start + rule + "EXDATE:tomorrow\r\n", start + rule + rule,
+          start + rule + "RRULE:FREQ=YEARLY\r\n", start + rule + "EXRULE:FREQ=DAILY;INTERVAL=2\r\n",
+          start + rule + "RECURRENCE-ID:20240101T090000Z\r\n",
+          start + "RRULE:FREQ=DAILY;COUNT=5;UNTIL=never\r\n",
+          start + "RRULE:FREQ=DAILY;COUNT=5;BYDAY=MO\r\n",
+          start + "RRULE:FREQ=WEEKLY;COUNT=5;BYDAY=1MO\r\n",
+          start + "RRULE:FREQ=MONTHLY;COUNT=5\r\n", start + "RRULE:FREQ=DAILY;COUNT=0\r\n",
+          start + "RRULE:FREQ=DAILY;COUNT=10001\r\n", start + "RRULE:FREQ=DAILY;COUNT=5;\r\n",
+          start + "RRULE:FREQ=DAILY;COUNT=5;NEW\r\n", start + "RRULE:COUNT=5\r\n"}) {
+        const bool isPlain = other == start + "RRULE:FREQ=DAILY;COUNT=5;\r\n";
+        EXPECT_EQ(lastDayOf(other) == forever, !isPlain) << other;
+    }
+}
+
+struct Parts {
+    IcsFile file;
+    bool isJoined = false;
+};
+
+const std::function<bool(std::string_view)> knowsNothing = [](std::string_view) { return false; };
+
+Parts readInParts(const std::string& text, std::size_t cut,
+                  std::size_t most = IcsFileParser::mostBytesOfAFile) {
+    IcsFileParser first(knowsNothing, most);
+    IcsFileParser second(knowsNothing, most);
+    const std::size_t read = first.read(std::string_view(text).substr(0, cut));
+    first.readLines(std::string_view(text).substr(read, cut - read));
+    second.beginWithinCalendar();
+    second.readLines(std::string_view(text).substr(cut));
+    Parts parts;
+    parts.isJoined = first.append(second);
+    parts.file =
+        first.finish(parts.isJoined ? std::string_view() : std::string_view(text).substr(cut));
+    return parts;
+}
+
+// How many of the cuts before an event are joined; all of them have the same result.
+int joinedCuts(const std::string& text, std::size_t most = IcsFileParser::mostBytesOfAFile) {
+    const IcsFile whole = IcsFileParser(knowsNothing, most).finish(text);
+    int joined = 0;
+    for (std::size_t at = text.find("BEGIN:VEVENT"); at != std::string::npos;
+         at = text.find("BEGIN:VEVENT", at + 1)) {
+        const Parts parts = readInParts(text, at, most);
+        EXPECT_TRUE(parts.file == whole) << text << at;
+        joined += parts.isJoined ? 1 : 0;
+    }
+    return joined;
+}
+
+std::string someEvents() {
+    return event("a", "DTSTART;TZID=X:20240101T100000\r\nRRULE:FREQ=DAILY\r\nSUMMARY:a\r\n b\r\n") +
+           event("b", "DTSTART:20240101T100000\r\nDTEND:never\r\nLOCATION:here\r\n") +
+           event("c", "DTSTART;TZID=Y:20240101T100000\r\nDTEND;TZID=X:20240101T100000\r\n"
+                      "EXDATE;TZID=Y:20240102T100000\r\nRECURRENCE-ID;TZID=Y:20240101T100000\r\n") +
+           event("d", "SUMMARY:no start\r\n");
+}
+
+TEST(IcsFile, InTwoPartsIsTheSame) {
+    EXPECT_EQ(joinedCuts(calendar(someEvents())), 4);
+    EXPECT_EQ(joinedCuts(calendar("VERSION:2.0\r\nX-WR-CALNAME:n\r\nX-WR-TIMEZONE:Z\r\n" +
+                                  someEvents() + someEvents())),
+              8);
+    EXPECT_EQ(joinedCuts("BEGIN:VCALENDAR\n" + someEvents()), 4);
+    EXPECT_EQ(joinedCuts(calendar(someEvents()) + calendar(someEvents())), 4 + 0);
+    std::string problems;
+    for (int i = 0; i < 70; ++i) {
+        problems += event("p", "DTSTART:never\r\n");
+    }
+    EXPECT_EQ(joinedCuts(calendar(problems)), 70);
+}
+
+TEST(IcsFile, InTwoPartsThatDependOnEachOtherIsReadInOne) {
+    EXPECT_EQ(joinedCuts(someEvents()), 0);
+    EXPECT_EQ(joinedCuts(calendar("METHOD:CANCEL\r\n" + someEvents())), 0);
+    EXPECT_EQ(joinedCuts(calendar("VERSION:1.0\r\n" + someEvents())), 0);
+    EXPECT_EQ(joinedCuts(calendar(event("a") + "X-WR-TIMEZONE:Z\r\n")), 0);
+    EXPECT_EQ(joinedCuts(calendar(event("a") + "COLOR:red\r\n")), 0);
+    EXPECT_EQ(joinedCuts(calendar("BEGIN:VEVENT\r\nUID:a\r\n" + event("b"))), 1); // the first
+    EXPECT_EQ(joinedCuts(calendar(event("a") + "BEGIN:VTIMEZONE\r\nTZID:Q\r\nBEGIN:STANDARD\r\n"
+                                               "DTSTART:20240101\r\nTZOFFSETTO:+0100\r\n"
+                                               "END:STANDARD\r\nEND:VTIMEZONE\r\n")),
+              0);
+    EXPECT_EQ(joinedCuts(calendar("SUMMARY;ENCODING=QUOTED-PRINTABLE:a=\r\n" + event("a"))), 0);
+    EXPECT_EQ(joinedCuts(utf16(calendar(event("a")), false)), 0);
+    std::string zones;
+    for (int i = 0; i < 20; ++i) {
+        zones += event("z", "DTSTART;TZID=Z" + std::to_string(i % 17) + ":20240101T100000\r\n");
+    }
+    EXPECT_EQ(joinedCuts(calendar(zones)), 0);
+    EXPECT_EQ(joinedCuts(calendar(someEvents() + someEvents()), 1000), 0);
 }
 
 TEST(IcsFile, OfHostileShapeIsReadInALine) {
