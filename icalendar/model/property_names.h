@@ -112,11 +112,11 @@ private:
 class PropertyTable {
 public:
     constexpr PropertyTable() {
-        for (std::uint8_t i = 0; i < std::size(propertyNames); ++i) {
+        for (std::size_t i = 0; i < std::size(propertyNames); ++i) {
             std::uint8_t& first = m_first[beginningOf(propertyNames[i].name)];
             m_next[i] = first;
             m_words[i] = NameWord(propertyNames[i].name);
-            first = i + 1;
+            first = static_cast<std::uint8_t>(i + 1);
         }
     }
     // Null where the name at the beginning of the line, up to its value, its parameters, a fold or

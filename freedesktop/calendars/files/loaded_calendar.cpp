@@ -1,8 +1,11 @@
 #include "freedesktop/calendars/files/loaded_calendar.h"
 
 #include <algorithm>
+#include <atomic>
+#include <cstddef>
 #include <utility>
 
+#include "base/helper_thread.h"
 #include "base/stable_hash.h"
 #include "freedesktop/calendars/files/calendar_colours.h"
 
@@ -32,6 +35,18 @@ std::string slugOf(std::string_view name) {
     return slug.empty() ? "calendar" : slug;
 }
 
+// Going through the events takes longer than starting a second thread.
+bool areWorthASecondThread(const std::vector<std::shared_ptr<LoadedCalendar>>& calendars) {
+    constexpr std::size_t fewestEvents = 20'000;
+    std::size_t events = 0;
+    for (const auto& calendar : calendars) {
+        for (const auto& file : calendar->files) {
+            events += file->ics.events.size();
+        }
+    }
+    return events > fewestEvents;
+}
+
 } // namespace
 
 std::string calendarIdentifier(std::string_view name, std::string_view realPath) {
@@ -53,15 +68,30 @@ std::shared_ptr<const platform::EKCalendar> namedCalendar(const CalendarNames& n
     return calendar;
 }
 
+void collectEvents(const std::vector<std::shared_ptr<LoadedCalendar>>& calendars) {
+    std::atomic<std::size_t> next = 0;
+    const auto collectMany = [&] {
+        for (std::size_t i = next++; i < calendars.size(); i = next++) {
+            icalendar::EventSet set = icalendar::collectEvents(calendars[i]->files);
+            calendars[i]->entries = std::move(set.entries);
+            calendars[i]->overrides = std::move(set.overrides);
+        }
+    };
+    HelperThread helper;
+    if (calendars.size() > 1 && areWorthASecondThread(calendars)) {
+        helper.start(collectMany);
+    }
+    collectMany();
+    helper.join();
+}
+
 std::shared_ptr<LoadedCalendar>
 makeLoadedCalendar(std::shared_ptr<const platform::EKCalendar> calendar,
                    std::vector<std::shared_ptr<icalendar::LoadedFile>> files) {
     auto result = std::make_shared<LoadedCalendar>();
     result->calendar = std::move(calendar);
     result->files = std::move(files);
-    icalendar::EventSet set = icalendar::collectEvents(result->files);
-    result->entries = std::move(set.entries);
-    result->overrides = std::move(set.overrides);
+    collectEvents({result});
     return result;
 }
 

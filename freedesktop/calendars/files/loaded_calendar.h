@@ -43,4 +43,8 @@ std::shared_ptr<LoadedCalendar>
 makeLoadedCalendar(std::shared_ptr<const platform::EKCalendar> calendar,
                    std::vector<std::shared_ptr<icalendar::LoadedFile>> files);
 
+// Finds out what a search needs to know about the events of calendars that have nothing but their
+// names and files; with a second thread where there are many events.
+void collectEvents(const std::vector<std::shared_ptr<LoadedCalendar>>& calendars);
+
 } // namespace quorvel::freedesktop::calendars

@@ -190,6 +190,7 @@ void SourceFiles::build() {
         addCalendarOfFile(m_file->calendar(), stemOf(lastComponent(m_source.name)), m_realPath);
     }
     m_previousCalendars.clear();
+    collectEvents(std::exchange(m_newCalendars, {}));
 }
 
 void SourceFiles::buildFolder(const CalendarFolder& folder, bool isRoot) {
@@ -237,8 +238,14 @@ void SourceFiles::addCalendar(const CalendarNames& names, const std::string& sto
                              previous->second->calendar->title == calendar->title &&
                              previous->second->calendar->CGColor == calendar->CGColor &&
                              previous->second->files == files;
-    m_calendars.push_back(isUnchanged ? previous->second
-                                      : makeLoadedCalendar(std::move(calendar), std::move(files)));
+    if (isUnchanged) {
+        m_calendars.push_back(previous->second);
+    } else {
+        m_calendars.push_back(std::make_shared<LoadedCalendar>());
+        m_calendars.back()->calendar = std::move(calendar);
+        m_calendars.back()->files = std::move(files);
+        m_newCalendars.push_back(m_calendars.back());
+    }
     m_calendars.back()->store = store;
 }
 

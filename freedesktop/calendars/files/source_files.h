@@ -62,6 +62,7 @@ private:
     std::vector<std::shared_ptr<LoadedCalendar>> m_calendars;
     // By identifier, while build() runs.
     std::unordered_map<std::string, std::shared_ptr<LoadedCalendar>> m_previousCalendars;
+    std::vector<std::shared_ptr<LoadedCalendar>> m_newCalendars; // likewise: those that are none
 };
 
 } // namespace quorvel::freedesktop::calendars
