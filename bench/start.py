@@ -238,7 +238,7 @@ def traced(command, program, folder):
     return Counts(len(libraries), opens, *failed)
 
 
-Relocations = collections.namedtuple("Relocations", "symbols relative cycles")
+Relocations = collections.namedtuple("Relocations", "symbols relative share_of_loader")
 
 
 def relocated(command, program, folder):
@@ -249,9 +249,11 @@ def relocated(command, program, folder):
     text = "".join(path.read_text() for path in folder.glob("statistics.*"))
     for path in folder.glob("statistics.*"):
         path.unlink()
-    return Relocations(*(sum(int(number) for number in re.findall(rf"\t *{what}: (\d+)", text))
-                         for what in ("number of relocations", "number of relative relocations",
-                                      "total startup time in dynamic loader")))
+    symbols, relative, relocating, loading = (
+        sum(int(number) for number in re.findall(rf"\t *{what}: (\d+)", text))
+        for what in ("number of relocations", "number of relative relocations",
+                     "time needed for relocation", "total startup time in dynamic loader"))
+    return Relocations(symbols, relative, relocating / loading)
 
 
 # The samples.
@@ -429,8 +431,8 @@ def print_counts(table):
     table.add("libraries mapped", lambda side: side.counts.libraries)
     table.add("relocations by name", lambda side: side.relocations.symbols)
     table.add("relative relocations", lambda side: side.relocations.relative)
-    table.add("million cycles of the loader at the start",
-              lambda side: side.relocations.cycles / 1e6, "{:.2f}")
+    table.add("relocation's share of the loader's time",
+              lambda side: side.relocations.share_of_loader * 100, "{:.0f} %")
     table.add("opens", lambda side: side.counts.opens)
     table.add("paths not there, asked for by the loader", lambda side: side.counts.failed_loader)
     table.add("paths not there, asked for by others", lambda side: side.counts.failed_others)
@@ -456,13 +458,13 @@ def measure(command, builds, folder, runs):
         print_libraries(command, measured)
 
 
-def compare_with_peer(command, build, peer, peer_program, runs):
+def compare_with_peer(side, command, build, peer, peer_program, runs):
     pairs = []
     for i in range(-1, runs):
         pair = peer.run(peer_program), command.run(build.folder / command.program)
         if i >= 0:
             pairs.append(pair)
-    row(command.title, peer.title,
+    row(f"{command.title}, {side}", peer.title,
         *(f"{statistics.median(run.seconds for run in side) * 1000:.2f} ms"
           for side in (list(zip(*pairs))[1], list(zip(*pairs))[0])),
         f"{statistics.median(own.seconds / other.seconds for other, own in pairs):.2f}",
@@ -506,13 +508,12 @@ def main():
             measure(command, builds, folder, runs)
         header("Beside the least that there can be", "what", "beside", "time", "beside it",
                "ratio", "ratio of processor time")
-        for build in builds:
-            compare_with_peer(todo[0], build,
-                              Command("a program that prints a line", [], environment),
-                              BENCH / "print_line", runs)
-            compare_with_peer(todo[-1], build,
-                              WindowCommand("an empty window", [], todo[-1].environment),
-                              BENCH / "empty_window", runs)
+        version, window = todo[0], todo[-1]
+        line = Command("a program that prints a line", [], environment)
+        empty = WindowCommand("an empty window", [], window.environment)
+        for side, build in zip(("now", "before"), builds):
+            compare_with_peer(side, version, build, line, BENCH / "print_line", runs)
+            compare_with_peer(side, window, build, empty, BENCH / "empty_window", runs)
 
 
 if __name__ == "__main__":
