@@ -26,6 +26,8 @@ SAMPLES_A_SECOND = 2999
 STACK_BYTES = 16384
 LIBRARIES_LISTED = 10
 FEWEST_FOLLOWED = 0.75  # of the stacks of a process
+FEWEST_PROCESSES = 7  # whose stacks are followed
+MOST_RECORDINGS = 20
 
 LOADER = "the loader"
 CONSTRUCTORS = "libraries' constructors"
@@ -350,7 +352,7 @@ def followed_processes(text):
             yield stacks
 
 
-def sampled(command, build, folder, runs):
+def recorded_text(command, build, folder, runs):
     data = folder / "samples"
     command.run_often_under(["perf", "record", "-e", "cpu-clock", "-F", str(SAMPLES_A_SECOND),
                              "--call-graph", f"dwarf,{STACK_BYTES}", "-o", str(data), "--"],
@@ -359,13 +361,20 @@ def sampled(command, build, folder, runs):
                            "comm,pid,tid,time,ip,sym,dso", "-i", str(data)], check=True,
                           capture_output=True, text=True).stdout
     data.unlink()
+    return text
+
+
+def sampled(command, build, folder, runs):
     samples = Samples(build.phases)
-    for stacks in followed_processes(text):
-        for stack in stacks:
-            samples.add(stack, leaves_out_end=isinstance(command, WindowCommand))
-    if samples.total() == 0:
-        fail(f"perf could not follow the stacks of {command.title}: try again with more runs")
-    return samples
+    processes = 0
+    for _ in range(MOST_RECORDINGS):
+        for stacks in followed_processes(recorded_text(command, build, folder, runs)):
+            processes += 1
+            for stack in stacks:
+                samples.add(stack, leaves_out_end=isinstance(command, WindowCommand))
+        if processes >= FEWEST_PROCESSES:
+            return samples
+    fail(f"perf cannot follow the stacks of {command.title}")
 
 
 # The tables.
