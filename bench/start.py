@@ -243,18 +243,25 @@ def traced(command, program, folder):
 Relocations = collections.namedtuple("Relocations", "symbols relative share_of_loader")
 
 
+def symbols_relocated(text):
+    """Those of modules that are loaded later too, which only a process that ends by itself reports."""
+    final = re.findall(r"\t *final number of relocations: (\d+)", text)
+    return sum(map(int, final or re.findall(r"\t *number of relocations: (\d+)", text)))
+
+
 def relocated(command, program, folder):
-    """What the loader does before the first function of each program; `show` is two programs."""
+    """What the loader does, mostly before the first function of each program; `show` is two."""
     prefix = folder / "statistics"
     command.run_under([], program, {**command.environment, "LD_DEBUG": "statistics",
                                     "LD_DEBUG_OUTPUT": str(prefix)})
-    text = "".join(path.read_text() for path in folder.glob("statistics.*"))
+    texts = [path.read_text() for path in folder.glob("statistics.*")]
     for path in folder.glob("statistics.*"):
         path.unlink()
-    symbols, relative, relocating, loading = (
-        sum(int(number) for number in re.findall(rf"\t *{what}: (\d+)", text))
-        for what in ("number of relocations", "number of relative relocations",
-                     "time needed for relocation", "total startup time in dynamic loader"))
+    symbols = sum(map(symbols_relocated, texts))
+    relative, relocating, loading = (
+        sum(int(number) for number in re.findall(rf"\t *{what}: (\d+)", "".join(texts)))
+        for what in ("number of relative relocations", "time needed for relocation",
+                     "total startup time in dynamic loader"))
     return Relocations(symbols, relative, relocating / loading)
 
 
@@ -439,8 +446,8 @@ def print_phases(table, measured):
 def print_counts(table):
     table.add("libraries mapped", lambda side: side.counts.libraries)
     table.add("relocations by name", lambda side: side.relocations.symbols)
-    table.add("relative relocations", lambda side: side.relocations.relative)
-    table.add("relocation's share of the loader's time",
+    table.add("relative relocations before main()", lambda side: side.relocations.relative)
+    table.add("relocation's share of the loader's time before main()",
               lambda side: side.relocations.share_of_loader * 100, "{:.0f} %")
     table.add("opens", lambda side: side.counts.opens)
     table.add("paths not there, asked for by the loader", lambda side: side.counts.failed_loader)

@@ -3,6 +3,7 @@
 
 #include <thread>
 
+#include "freedesktop/io/regular_file.h"
 #include "tests/freedesktop/calendars/store/store_fixture.h"
 
 namespace quorvel::freedesktop::calendars {
