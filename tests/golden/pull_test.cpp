@@ -1,5 +1,4 @@
 // Draws a row that a finger pulls, less and more than its effect needs, as the hosts paint it.
-#include "freedesktop/rendering/linked_rendering.h"
 #include "tests/golden/golden_picture.h"
 
 #include <gtest/gtest.h>
@@ -13,6 +12,7 @@
 #include "freedesktop/dates/instant_text.h"
 #include "freedesktop/freedesktop_platform.h"
 #include "freedesktop/graphics/snapshot.h"
+#include "freedesktop/rendering/linked_rendering.h"
 #include "shells/host/agenda_host.h"
 #include "shells/host/row_pull.h"
 #include "shells/widget/appearance.h"
