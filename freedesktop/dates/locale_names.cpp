@@ -104,7 +104,7 @@ bool hasLanguageFile(const std::string& language) {
     }
     UErrorCode status = U_ZERO_ERROR;
     const icu::LocalUResourceBundlePointer file(ures_open(nullptr, language.c_str(), &status));
-    return status == U_ZERO_ERROR; // a warning where there is another language's
+    return status == U_ZERO_ERROR; // ICU warns if it has opened another language's file
 }
 
 bool isIsoCountry(std::string_view region) {
