@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include "freedesktop/graphics/snapshot.h"
+#include "platform/memory/fixed_screen.h"
 #include "platform/ui_font.h"
 #include "tests/freedesktop/session/session_testing.h"
 
@@ -23,11 +24,6 @@ bool isLibraryMapped(std::string_view name) {
     return maps.find(name) != std::string::npos;
 }
 
-class FixedScreen final : public platform::Screen {
-public:
-    platform::CGFloat scale() const override { return 2; }
-};
-
 class LoadedRenderingTest : public testing::Test {
 protected:
     platform::CGFloat width(std::string_view text) {
@@ -35,7 +31,7 @@ protected:
     }
 
     LoadedRendering rendering{QUORVEL_RENDERING_MODULE, {{}, "en_US", 1, QUORVEL_DATA}};
-    FixedScreen screen;
+    platform::memory::FixedScreen screen;
 };
 
 // The first test of the program, as what is loaded stays.
@@ -68,6 +64,7 @@ TEST_F(LoadedRenderingTest, ReadsPicturesAndPaints) {
     const auto picture =
         rendering.imageFiles().imageWithContentsOfFile(QUORVEL_DATA "/icon-about@2x.png");
     ASSERT_NE(picture, nullptr);
+    screen.setScale(2);
     const auto contexts = rendering.makeGraphicsContexts(screen);
     const auto painted = contexts->beginImageContext({10, 5}, false, 0);
     ASSERT_NE(painted, nullptr);
