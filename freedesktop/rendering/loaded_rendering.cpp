@@ -2,8 +2,7 @@
 
 #include <utility>
 
-#include <dlfcn.h>
-
+#include "freedesktop/io/module_function.h"
 #include "freedesktop/language/messages.h"
 #include "freedesktop/rendering/module.h"
 #include "freedesktop/rendering/unseen_rendering.h"
@@ -17,25 +16,21 @@ using platform::UIImage;
 
 namespace {
 
-Error loadFailure(const char* reason) {
+Error loadFailure(const std::string& reason) {
     return {filled(translated("the part of Quorvel that draws cannot be loaded ({1})"), {reason}),
             {},
             translated("install Quorvel again (on Debian the package quorvel)")};
 }
 
-// The module is never unloaded, as the libraries leave threads and types behind.
 Result<std::unique_ptr<Rendering>> renderingOfModule(const std::string& file,
                                                      const RenderingOptions& options) {
-    void* const handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-    if (handle == nullptr) {
-        const char* const reason = dlerror();
-        return loadFailure(reason != nullptr ? reason : file.c_str());
+    const auto function = moduleFunction(file, makeRenderingSymbol);
+    if (!function) {
+        return loadFailure(function.error());
     }
-    const auto make = reinterpret_cast<MakeRendering>(dlsym(handle, makeRenderingSymbol));
-    std::unique_ptr<Rendering> rendering(make != nullptr ? make(options) : nullptr);
-    dlclose(handle);
+    std::unique_ptr<Rendering> rendering(reinterpret_cast<MakeRendering>(*function)(options));
     if (!rendering) {
-        return loadFailure(file.c_str());
+        return loadFailure(file);
     }
     return rendering;
 }

@@ -2,9 +2,8 @@
 
 #include <utility>
 
-#include <dlfcn.h>
-
 #include "freedesktop/glib/handles.h"
+#include "freedesktop/io/module_function.h"
 #include "freedesktop/language/messages.h"
 #include "shells/window/layer/layer_shell.h"
 
@@ -50,26 +49,15 @@ private:
     freedesktop::ObjectHandle<GdkMonitor> m_monitor; // may be null
 };
 
-// The module stays loaded, as the toolkit calls back into its library until the end.
 Result<const LayerShell*> loadedLayerShell(const std::string& module) {
-    void* const handle = dlopen(module.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-    const char* const reason = handle == nullptr ? dlerror() : nullptr;
-    const auto make = handle != nullptr
-                          ? reinterpret_cast<LayerShellFunction>(dlsym(handle, layerShellSymbol))
-                          : nullptr;
-    if (handle != nullptr) {
-        dlclose(handle);
+    const auto function = freedesktop::moduleFunction(module, layerShellSymbol);
+    if (!function) {
+        return Error{filled(translated("the layer shell's library cannot be loaded: {1}"),
+                            {function.error()}),
+                     {},
+                     translated("install gtk-layer-shell, or start without --layer")};
     }
-    if (make == nullptr) {
-        const char* const toDo = translated("install gtk-layer-shell, or start without --layer");
-        return reason == nullptr
-                   ? Error{translated("the layer shell's library cannot be loaded"), {}, toDo}
-                   : Error{filled(translated("the layer shell's library cannot be loaded: {1}"),
-                                  {reason}),
-                           {},
-                           toDo};
-    }
-    return make();
+    return reinterpret_cast<LayerShellFunction>(*function)();
 }
 
 } // namespace
