@@ -1,11 +1,6 @@
 #include "freedesktop/glib/session_bus.h"
 
-#include <cstdlib>
-#include <string>
-#include <string_view>
 #include <utility>
-
-#include <unistd.h>
 
 #include "freedesktop/glib/delayed_call.h"
 #include "freedesktop/glib/weak_reference.h"
@@ -14,8 +9,7 @@ namespace quorvel::freedesktop {
 
 namespace {
 
-constexpr double longestConnecting = 2;               // seconds
-constexpr std::string_view disabledBus = "disabled:"; // the address that stands for no bus
+constexpr double longestConnecting = 2; // seconds
 
 // By default the library ends the process when the bus closes the connection.
 void outliveBus(GDBusConnection* bus) {
@@ -25,15 +19,6 @@ void outliveBus(GDBusConnection* bus) {
 }
 
 } // namespace
-
-bool mayHaveSessionBus() {
-    const char* const address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
-    if (address != nullptr && *address != '\0') {
-        return std::string_view(address) != disabledBus;
-    }
-    const char* const folder = std::getenv("XDG_RUNTIME_DIR");
-    return folder != nullptr && access((std::string(folder) + "/bus").c_str(), F_OK) == 0;
-}
 
 // The library calls back even after cancellation, so its callback has only a weak reference.
 class SessionBusRequest::Connecting : public std::enable_shared_from_this<Connecting> {

@@ -16,10 +16,6 @@ using BusHandle = ObjectHandle<GDBusConnection>;
 constexpr int longestAnswer = 3000; // milliseconds that a desktop service has for its reply
 constexpr int standardAnswer = -1;  // the library's default, 25 seconds
 
-// False if the environment shows that there is no session bus. Does not connect and never starts a
-// bus.
-bool mayHaveSessionBus();
-
 // Connects on the default main context, within a few seconds.
 class SessionBusRequest {
 public:

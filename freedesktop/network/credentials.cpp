@@ -6,6 +6,7 @@
 
 #include "freedesktop/glib/handles.h"
 #include "freedesktop/glib/session_bus.h"
+#include "freedesktop/glib/session_bus_address.h"
 #include "freedesktop/glib/text_hash.h"
 #include "freedesktop/language/messages.h"
 

@@ -5,7 +5,7 @@
 #include <gio/gio.h>
 
 #include "freedesktop/glib/handles.h"
-#include "freedesktop/glib/session_bus.h"
+#include "freedesktop/glib/session_bus_address.h"
 
 namespace quorvel::freedesktop {
 

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "freedesktop/glib/session_bus_address.h"
+
 namespace quorvel::freedesktop {
 
 namespace {

@@ -9,6 +9,7 @@
 
 #include "freedesktop/glib/handles.h"
 #include "freedesktop/glib/session_bus.h"
+#include "freedesktop/glib/session_bus_address.h"
 #include "freedesktop/glib/weak_reference.h"
 
 namespace quorvel::freedesktop {

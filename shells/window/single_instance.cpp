@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "freedesktop/glib/session_bus.h"
+#include "freedesktop/glib/session_bus_address.h"
 #include "shells/window/toolkit.h"
 
 namespace quorvel::window {

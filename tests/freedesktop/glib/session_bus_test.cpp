@@ -1,4 +1,5 @@
 #include "freedesktop/glib/session_bus.h"
+#include "freedesktop/glib/session_bus_address.h"
 
 #include <gtest/gtest.h>
 
