@@ -1,10 +1,13 @@
 #include "freedesktop/calendars/subscriptions/calendar_address.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <optional>
 #include <utility>
 
-#include <gio/gio.h>
+#include <arpa/inet.h>
+#include <glib.h>
+#include <netinet/in.h>
 
 #include "base/ascii_text.h"
 #include "freedesktop/glib/handles.h"
@@ -53,8 +56,13 @@ bool isOnThisMachine(const std::string& host) {
     if (host == "localhost") {
         return true;
     }
-    const ObjectHandle<GInetAddress> address(g_inet_address_new_from_string(host.c_str()));
-    return address && g_inet_address_get_is_loopback(address.get()) != FALSE;
+    constexpr std::uint32_t loopbackNetwork = 127; // of IPv4, its first byte
+    in_addr address{};
+    in6_addr longAddress{};
+    return (inet_pton(AF_INET, host.c_str(), &address) == 1 &&
+            ntohl(address.s_addr) >> 24U == loopbackNetwork) ||
+           (inet_pton(AF_INET6, host.c_str(), &longAddress) == 1 &&
+            IN6_IS_ADDR_LOOPBACK(&longAddress));
 }
 
 Result<CalendarAddress> fileAddress(const std::string& url) {

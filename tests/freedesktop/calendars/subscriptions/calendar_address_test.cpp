@@ -55,11 +55,13 @@ TEST(CalendarAddress, WebcalIsRead) {
 TEST(CalendarAddress, HttpIsReadOnThisMachineOnly) {
     EXPECT_EQ(parsed("http://localhost:5232/a"), "remote: http://localhost:5232/a at localhost");
     EXPECT_EQ(parsed("http://127.0.0.1/a"), "remote: http://127.0.0.1/a at 127.0.0.1");
+    EXPECT_EQ(parsed("http://127.3.2.1/a"), "remote: http://127.3.2.1/a at 127.3.2.1");
     EXPECT_EQ(parsed("http://[::1]/a"), "remote: http://[::1]/a at ::1");
     const std::string refused =
         "error: an address that begins with 'http:' is not protected on its way";
     EXPECT_EQ(parsed("http://example.org/a"), refused);
     EXPECT_EQ(parsed("http://192.168.1.2/a"), refused);
+    EXPECT_EQ(parsed("http://[::2]/a"), refused);
     EXPECT_EQ(parsed("http://localhost.example.org/a"), refused);
     EXPECT_EQ(parsed("http://127.0.0.1.example.org/a"), refused);
 }
