@@ -5,6 +5,7 @@
 #include "app/language_choice.h"
 #include "app/window_start.h"
 #include "freedesktop/bundle/program_folders.h"
+#include "freedesktop/desktop/loaded_desktop.h"
 #include "freedesktop/log/library_messages.h"
 #include "freedesktop/rendering/loaded_rendering.h"
 
@@ -27,5 +28,8 @@ extern "C" [[gnu::visibility("default")]] int quorvelRunCommand(int argc, char**
     const auto show = [argv](const app::CommandLine&) -> app::CommandResult<void> {
         return app::replaceByWindowProgram(argv);
     };
-    return app::runProgram(argc, argv, {show, makeLoadedRendering});
+    return app::runProgram(argc, argv,
+                           {show, makeLoadedRendering,
+                            std::make_shared<freedesktop::LoadedDesktop>(
+                                freedesktop::programFolders().desktopModule)});
 }

@@ -199,7 +199,8 @@ private:
 };
 
 CommandResult<void> runHeadlessCommand(const CommandLine& line, const ProgramParts& parts) {
-    const CommandResult<ProgramSetup> setup = makeProgramSetup(line, parts.makeRendering);
+    const CommandResult<ProgramSetup> setup =
+        makeProgramSetup(line, parts.makeRendering, parts.desktop);
     if (!setup) {
         return setup.error();
     }

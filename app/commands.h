@@ -2,8 +2,10 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
 #include "app/failure.h"
+#include "freedesktop/desktop/desktop.h"
 #include "freedesktop/rendering/rendering.h"
 
 namespace quorvel::app {
@@ -15,6 +17,7 @@ struct ProgramParts {
     // Runs the command `show`, which needs a toolkit.
     std::function<CommandResult<void>(const CommandLine& line)> show;
     freedesktop::RenderingFactory makeRendering;
+    std::shared_ptr<freedesktop::Desktop> desktop; // never null
 };
 
 // Returns the exit status: 0, 1 where something cannot be read or written, 2 for wrong usage.

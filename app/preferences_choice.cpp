@@ -7,7 +7,7 @@
 #include "app/settings_command.h"
 #include "freedesktop/bundle/program_folders.h"
 #include "freedesktop/language/messages.h"
-#include "freedesktop/user_options.h"
+#include "freedesktop/user_environment.h"
 
 namespace quorvel::app {
 

@@ -22,14 +22,15 @@
 #include "freedesktop/log/file_log.h"
 #include "freedesktop/log/standard_error_log.h"
 #include "freedesktop/log/syslog_log.h"
-#include "freedesktop/session/desktop_settings.h"
-#include "freedesktop/user_options.h"
+#include "freedesktop/user_environment.h"
 #include "shells/headless/color_text.h"
 
 namespace quorvel::app {
 
 using freedesktop::CalendarProblem;
 using freedesktop::CalendarSource;
+using freedesktop::ClockFormat;
+using freedesktop::Desktop;
 using freedesktop::FreedesktopOptions;
 using freedesktop::hostTimeZone;
 using freedesktop::namedTimeZone;
@@ -75,6 +76,14 @@ CommandResult<std::string> localeOf(const CommandLine& line) {
                              translated("give one such as de_DE")});
     }
     return *locale;
+}
+
+CommandResult<ClockFormat> clockFormatOf(const CommandLine& line, Desktop& desktop) {
+    const ClockFormat format = line.locale ? ClockFormat::ofLocale : desktop.clockFormat();
+    if (const auto failure = desktop.failure()) {
+        return operationFailure(*failure);
+    }
+    return format;
 }
 
 CommandResult<void> checkFont(const CommandLine& line, const RenderingFactory& makeRendering) {
@@ -289,8 +298,6 @@ FreedesktopOptions uncheckedOptions(const CommandLine& line,
     options.textScale = line.textScale.value_or(1);
     options.followsTimeZone = !line.timeZone;
     options.followsLocale = !line.locale;
-    options.clockFormat =
-        line.locale ? freedesktop::ClockFormat::ofLocale : freedesktop::desktopClockFormat();
     options.clockRuns = line.command == Command::show;
     if (line.command == Command::show) {
         options.calendarWaits.emplace();
@@ -305,10 +312,15 @@ bool measuresText(Command command) {
 CommandResult<FreedesktopOptions> platformOptions(const CommandLine& line,
                                                   const freedesktop::ProgramFolders& folders,
                                                   std::shared_ptr<const TimeZone> zone,
-                                                  const RenderingFactory& makeRendering) {
+                                                  const RenderingFactory& makeRendering,
+                                                  std::shared_ptr<Desktop> desktop) {
     const CommandResult<std::string> locale = localeOf(line);
     if (!locale) {
         return locale.error();
+    }
+    const CommandResult<ClockFormat> clockFormat = clockFormatOf(line, *desktop);
+    if (!clockFormat) {
+        return clockFormat.error();
     }
     const CommandResult<std::optional<NSDate>> now = nowOf(line, *zone);
     if (!now) {
@@ -329,6 +341,8 @@ CommandResult<FreedesktopOptions> platformOptions(const CommandLine& line,
     FreedesktopOptions options = uncheckedOptions(line, folders);
     options.timeZone = std::move(zone);
     options.locale = *locale;
+    options.clockFormat = *clockFormat;
+    options.desktop = std::move(desktop);
     options.now = *now;
     options.calendars = *std::move(calendars);
     options.logs = *std::move(logs);
@@ -341,7 +355,8 @@ CommandResult<FreedesktopOptions> platformOptions(const CommandLine& line,
 } // namespace
 
 CommandResult<ProgramSetup> makeProgramSetup(const CommandLine& line,
-                                             const RenderingFactory& makeRendering) {
+                                             const RenderingFactory& makeRendering,
+                                             std::shared_ptr<Desktop> desktop) {
     if (const CommandResult<void> checked = checkPreferencesFolder(line); !checked) {
         return checked.error();
     }
@@ -370,7 +385,7 @@ CommandResult<ProgramSetup> makeProgramSetup(const CommandLine& line,
         return layer.error();
     }
     CommandResult<FreedesktopOptions> platform =
-        platformOptions(line, folders, *std::move(zone), makeRendering);
+        platformOptions(line, folders, *std::move(zone), makeRendering, std::move(desktop));
     if (!platform) {
         return platform.error();
     }

@@ -1,6 +1,7 @@
 // Checks the values of the command line and turns them into what the commands work with.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,8 +26,9 @@ struct ProgramSetup {
     std::string layerModule;
 };
 
-// Checks every value before a file is read or written.
+// Checks every value before a file is read or written. The desktop is not null.
 CommandResult<ProgramSetup> makeProgramSetup(const CommandLine& line,
-                                             const freedesktop::RenderingFactory& makeRendering);
+                                             const freedesktop::RenderingFactory& makeRendering,
+                                             std::shared_ptr<freedesktop::Desktop> desktop);
 
 } // namespace quorvel::app

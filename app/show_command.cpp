@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -13,10 +14,12 @@
 #include "app/program_setup.h"
 #include "base/stable_hash.h"
 #include "freedesktop/bundle/program_folders.h"
+#include "freedesktop/desktop/linked_desktop.h"
 #include "freedesktop/freedesktop_platform.h"
 #include "freedesktop/language/messages.h"
+#include "freedesktop/launch/desktop_launcher.h"
 #include "freedesktop/rendering/linked_rendering.h"
-#include "freedesktop/user_options.h"
+#include "freedesktop/user_environment.h"
 #include "shells/window/show_agenda.h"
 
 namespace quorvel::app {
@@ -84,11 +87,12 @@ std::uint64_t identityOf(const CommandLine& line) {
 } // namespace
 
 CommandResult<void> showInWindow(const CommandLine& line) {
-    const CommandResult<ProgramSetup> setup =
-        makeProgramSetup(line, freedesktop::makeLinkedRendering);
+    CommandResult<ProgramSetup> setup = makeProgramSetup(
+        line, freedesktop::makeLinkedRendering, std::make_shared<freedesktop::LinkedDesktop>());
     if (!setup) {
         return setup.error();
     }
+    setup->platform.makeLauncher = freedesktop::makeDesktopLauncher;
     freedesktop::FreedesktopPlatform platform(setup->platform);
     const CommandResult<ProgramBundle> bundle =
         loadProgramBundle(platform, setup->bundleFolder, line.controller);

@@ -18,6 +18,7 @@
 
 #include <libecal/libecal.h>
 
+#include "freedesktop/calendars/server/bus_sources_search.h"
 #include "freedesktop/calendars/server/started_data_server.h"
 #include "freedesktop/calendars/store/server_calendar_stores.h"
 #include "freedesktop/dates/instant_text.h"
@@ -151,7 +152,9 @@ int main(int argc, char** argv) {
     };
     const auto makeStores = [&] {
         return std::make_unique<ServerCalendarStores>(
-            std::make_unique<freedesktop::eds::StartedDataServer>(argv[2]), zone,
+            std::make_unique<freedesktop::eds::StartedDataServer>(
+                argv[2], std::make_unique<freedesktop::eds::BusSourcesSearch>()),
+            zone,
             [](const freedesktop::CalendarProblem& problem) {
                 fail(problem.file + ": " + problem.what.english());
             },

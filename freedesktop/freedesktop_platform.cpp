@@ -6,7 +6,7 @@
 #include "freedesktop/bundle/loaded_bundles.h"
 #include "freedesktop/dates/clocks.h"
 #include "freedesktop/dates/icu_date_services.h"
-#include "freedesktop/launch/desktop_launcher.h"
+#include "freedesktop/launch/no_launcher.h"
 #include "freedesktop/log/combined_log.h"
 #include "freedesktop/preferences/preferences_folder.h"
 #include "freedesktop/rendering/unseen_rendering.h"
@@ -39,6 +39,11 @@ std::unique_ptr<Rendering> makeRendering(const FreedesktopOptions& options) {
         {options.fontFamily, options.locale, options.textScale, options.dataFolder});
 }
 
+std::unique_ptr<Launcher> makeLauncher(const FreedesktopOptions& options,
+                                       platform::SystemLog& log) {
+    return options.makeLauncher ? options.makeLauncher(log) : std::make_unique<NoLauncher>();
+}
+
 // The files of a copy of a calendar.
 bool mayBelongToCopy(std::string_view name) {
     return name == "calendar.ics" || name == "state";
@@ -57,14 +62,14 @@ struct FreedesktopPlatform::Services {
         , systemLog(std::move(options.logs))
         , dateServices(clock, timeZone, locale)
         , calendars({timeZone, std::move(options.calendarProblemHandler),
-                     std::move(options.dataServerModule), options.dataServerWaits,
+                     std::move(options.dataServerModule), options.desktop, options.dataServerWaits,
                      options.backgroundServerWaits, options.subscriptions})
         , preferences(options.preferencesFolder, options.foundationVersionNumber, systemLog)
         , screen(options.scale)
         , graphicsContexts(rendering->makeGraphicsContexts(screen))
-        , launcher(systemLog) {
+        , launcher(freedesktop::makeLauncher(options, systemLog)) {
         dateServices.setClockFormat(clockFormat);
-        launcher.setLinkProgram(std::move(options.linkProgram));
+        launcher->setLinkProgram(std::move(options.linkProgram));
         calendars.setSources(std::move(options.calendars));
         if (!options.calendarIndexFolder.empty()) {
             calendars.setIndex(options.calendarIndexFolder,
@@ -97,7 +102,7 @@ struct FreedesktopPlatform::Services {
     ScaledScreen screen;
     std::unique_ptr<platform::GraphicsContexts> graphicsContexts; // never null
     LoadedBundles bundles;
-    DesktopLauncher launcher;
+    std::unique_ptr<Launcher> launcher; // never null
     Platform platform{clock,
                       dateServices,
                       calendars.stores(),
@@ -108,8 +113,8 @@ struct FreedesktopPlatform::Services {
                       screen,
                       systemLog,
                       bundles,
-                      launcher,
-                      launcher};
+                      *launcher,
+                      *launcher};
 };
 
 FreedesktopPlatform::FreedesktopPlatform(FreedesktopOptions options)
@@ -248,15 +253,15 @@ void FreedesktopPlatform::setCalendarsChangedHandler(std::function<void()> onCha
 }
 
 void FreedesktopPlatform::setLaunchContext(LaunchContext* context) {
-    m_services->launcher.setLaunchContext(context);
+    m_services->launcher->setLaunchContext(context);
 }
 
 void FreedesktopPlatform::setLaunchFailureHandler(std::function<void(const Error&)> onFailure) {
-    m_services->launcher.setFailureHandler(std::move(onFailure));
+    m_services->launcher->setFailureHandler(std::move(onFailure));
 }
 
 bool FreedesktopPlatform::waitForLaunches(double seconds) {
-    return m_services->launcher.waitForLaunches(seconds);
+    return m_services->launcher->waitForLaunches(seconds);
 }
 
 } // namespace quorvel::freedesktop

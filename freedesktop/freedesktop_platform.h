@@ -13,7 +13,9 @@
 #include "freedesktop/calendars/store/server_calendar_stores.h"
 #include "freedesktop/dates/clock_format.h"
 #include "freedesktop/dates/time_zone.h"
+#include "freedesktop/desktop/desktop.h"
 #include "freedesktop/glib/child_program.h"
+#include "freedesktop/launch/launcher.h"
 #include "freedesktop/rendering/rendering.h"
 #include "freedesktop/session/watched_path.h"
 #include "freedesktop/subscribed_calendars.h"
@@ -35,6 +37,8 @@ struct FreedesktopOptions {
     std::optional<std::string> fontFamily; // absent: the desktop's
     platform::CGFloat textScale = 1;       // see TextLines::setTextScale()
     RenderingFactory makeRendering;        // null: for a host that shows nothing
+    std::shared_ptr<Desktop> desktop;      // null: as where there is no session bus
+    LauncherFactory makeLauncher;          // null: for a host that opens nothing
     std::string dataFolder;                // with the pictures that come with the program
     std::string preferencesFolder;
     double foundationVersionNumber = 1047.25;

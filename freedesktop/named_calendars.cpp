@@ -3,7 +3,7 @@
 #include <utility>
 #include <variant>
 
-#include "freedesktop/calendars/server/sources_service.h"
+#include "freedesktop/calendars/server/server_check.h"
 #include "freedesktop/calendars/store/server_calendar_stores.h"
 #include "freedesktop/calendars/subscriptions/calendar_address.h"
 #include "freedesktop/calendars/subscriptions/copied_sources.h"

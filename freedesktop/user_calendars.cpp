@@ -13,6 +13,23 @@
 
 namespace quorvel::freedesktop {
 
+namespace {
+
+// For a host without a desktop.
+class NoSourcesSearch final : public eds::SourcesSearch {
+public:
+    Result<std::string, TranslatableText> find() override {
+        return TranslatableText(translatable("there is no session bus"));
+    }
+    void cancel() override {}
+};
+
+std::unique_ptr<eds::SourcesSearch> makeSourcesSearch(const std::shared_ptr<Desktop>& desktop) {
+    return desktop ? desktop->makeSourcesSearch() : std::make_unique<NoSourcesSearch>();
+}
+
+} // namespace
+
 UserCalendars::UserCalendars(UserCalendarOptions options)
     : m_options(std::move(options))
     , m_subscriptions(m_options.subscriptions)
@@ -82,8 +99,9 @@ void UserCalendars::makeServer() {
 std::unique_ptr<LiveCalendarStores> UserCalendars::makeServerStores() const {
     const auto makeStores = [options = m_options] {
         return std::make_unique<ServerCalendarStores>(
-            std::make_unique<eds::StartedDataServer>(options.dataServerModule), options.timeZone,
-            options.problemHandler, options.dataServerWaits);
+            std::make_unique<eds::StartedDataServer>(options.dataServerModule,
+                                                     makeSourcesSearch(options.desktop)),
+            options.timeZone, options.problemHandler, options.dataServerWaits);
     };
     if (!m_options.backgroundServerWaits) {
         return makeStores();

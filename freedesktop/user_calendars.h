@@ -12,6 +12,7 @@
 #include "freedesktop/calendars/store/file_calendar_stores.h"
 #include "freedesktop/calendars/store/live_calendar_stores.h"
 #include "freedesktop/dates/time_zone.h"
+#include "freedesktop/desktop/desktop.h"
 #include "freedesktop/session/watched_path.h"
 #include "freedesktop/subscribed_calendars.h"
 
@@ -22,7 +23,8 @@ class ThreadSignal;
 struct UserCalendarOptions {
     std::shared_ptr<const TimeZone> timeZone; // never null
     CalendarProblemHandler problemHandler;
-    std::string dataServerModule; // the file that wraps the data server's library
+    std::string dataServerModule;     // the file that wraps the data server's library
+    std::shared_ptr<Desktop> desktop; // see FreedesktopOptions
     DataServerWaits dataServerWaits;
     // See FreedesktopOptions.
     std::optional<DataServerWaits> backgroundServerWaits;

@@ -12,7 +12,7 @@
 #include "freedesktop/language/messages.h"
 #include "freedesktop/log/library_messages.h"
 #include "freedesktop/plain_text/terminal_line.h"
-#include "freedesktop/user_options.h"
+#include "freedesktop/user_environment.h"
 
 namespace {
 

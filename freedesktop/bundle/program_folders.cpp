@@ -47,8 +47,9 @@ ProgramFolders foldersOf(const fs::path& commands, const fs::path& helpers, cons
             file(helpers, "quorvel-window"),       file(commands, "quorvel"),
             file(helpers, "quorvel-refresh"),      file(commands, "quorvel-settings"),
             file(modules, "quorvel-eds.so"),       file(modules, "quorvel-layer-shell.so"),
-            file(modules, "quorvel-rendering.so"), file(modules, "quorvel-command.so"),
-            file(platform, platformLibraryName),   catalogs.lexically_normal().string()};
+            file(modules, "quorvel-rendering.so"), file(modules, "quorvel-desktop.so"),
+            file(modules, "quorvel-command.so"),   file(platform, platformLibraryName),
+            catalogs.lexically_normal().string()};
 }
 
 ProgramFolders builtFolders(const fs::path& folder) {

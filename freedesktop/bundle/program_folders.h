@@ -15,6 +15,7 @@ struct ProgramFolders {
     std::string dataServerModule; // the module that wraps the calendar server's library
     std::string layerModule;      // the module that wraps the layer shell's library
     std::string renderingModule;  // the module that wraps the libraries of texts and pictures
+    std::string desktopModule;    // the module that wraps the library that asks the desktop
     std::string commandModule;    // the module that the program `quorvel` consists of
     std::string platformLibrary;  // the library that hosts and bundles share
     std::string catalogs;         // translations: LANGUAGE/LC_MESSAGES/quorvel.mo

@@ -183,4 +183,8 @@ bool DesktopLauncher::waitForLaunches(double seconds) {
     return !m_launches->isPending();
 }
 
+std::unique_ptr<Launcher> makeDesktopLauncher(SystemLog& log) {
+    return std::make_unique<DesktopLauncher>(log);
+}
+
 } // namespace quorvel::freedesktop

@@ -4,17 +4,19 @@
 #include <system_error>
 #include <utility>
 
-#include <dlfcn.h>
+#include "freedesktop/calendars/server/server_check.h"
+#include "freedesktop/io/module_function.h"
 
 namespace quorvel::freedesktop::eds {
 
-StartedDataServer::StartedDataServer(std::string module)
-    : m_module(std::move(module)) {
+StartedDataServer::StartedDataServer(std::string module, std::unique_ptr<SourcesSearch> search)
+    : m_module(std::move(module))
+    , m_search(std::move(search)) {
     begin();
 }
 
 StartedDataServer::~StartedDataServer() {
-    m_cancellation.cancel();
+    m_search->cancel();
     if (m_thread.joinable()) {
         m_thread.join();
     }
@@ -26,7 +28,7 @@ void StartedDataServer::begin() {
     }
     m_isRunning = true;
     try {
-        m_thread = std::thread([this] { end(start(m_module, m_cancellation)); });
+        m_thread = std::thread([this] { end(start(m_module, *m_search)); });
     } catch (const std::system_error& error) {
         m_isRunning = false;
         m_result =
@@ -53,9 +55,8 @@ void StartedDataServer::end(StartResult result) {
     }
 }
 
-// The module is never unloaded, as the library leaves threads and types behind.
 StartedDataServer::StartResult StartedDataServer::start(const std::string& module,
-                                                        SearchCancellation& cancellation) {
+                                                        SourcesSearch& search) {
     if (auto check = checkDataServer(); !check) {
         return ServerFailure{ServerFailure::Kind::absent, std::move(check).error()};
     }
@@ -65,20 +66,18 @@ StartedDataServer::StartResult StartedDataServer::start(const std::string& modul
             ServerFailure::Kind::absent,
             translatable("the part of Quorvel for it, quorvel-eds, is not installed")};
     }
-    auto service = findSourcesService(cancellation);
+    auto service = search.find();
     if (!service) {
         return ServerFailure{ServerFailure::Kind::absent, std::move(service).error()};
     }
-    void* const handle = dlopen(module.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-    if (handle == nullptr) {
-        const char* const reason = dlerror();
+    const auto function = moduleFunction(module, makeDataServerSymbol);
+    if (!function) {
         return ServerFailure{ServerFailure::Kind::failed,
                              {translatable("its library cannot be loaded: {1}"),
-                              {TranslatableText::verbatim(reason != nullptr ? reason : "")}}};
+                              {TranslatableText::verbatim(function.error())}}};
     }
-    const auto make = reinterpret_cast<MakeDataServer>(dlsym(handle, makeDataServerSymbol));
-    std::unique_ptr<DataServer> server(make != nullptr ? make(service->c_str()) : nullptr);
-    dlclose(handle);
+    std::unique_ptr<DataServer> server(
+        reinterpret_cast<MakeDataServer>(*function)(service->c_str()));
     if (!server) {
         return ServerFailure{ServerFailure::Kind::failed,
                              translatable("its library does not work")};

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "freedesktop/calendars/server/data_server.h"
-#include "freedesktop/calendars/server/sources_service.h"
+#include "freedesktop/calendars/server/sources_search.h"
 
 namespace quorvel::freedesktop::eds {
 
@@ -19,8 +19,8 @@ namespace quorvel::freedesktop::eds {
 // the mutex guards.
 class StartedDataServer final : public DataServer {
 public:
-    // Starts at once. `module`: the file that wraps the server's library.
-    explicit StartedDataServer(std::string module);
+    // Starts at once. `module`: the file that wraps the server's library. The search is not null.
+    StartedDataServer(std::string module, std::unique_ptr<SourcesSearch> search);
     ~StartedDataServer() override;
 
     // Where there was no server the last time, it is looked for again.
@@ -34,12 +34,12 @@ private:
 
     void begin();
     void end(StartResult result);
-    static StartResult start(const std::string& module, SearchCancellation& cancellation);
+    static StartResult start(const std::string& module, SourcesSearch& search);
     DataServer* server() const { return m_result ? m_result->get() : nullptr; }
 
     std::string m_module;
-    SearchCancellation m_cancellation;
-    std::mutex m_mutex; // guards the members below, except the thread
+    std::unique_ptr<SourcesSearch> m_search; // never null
+    std::mutex m_mutex;                      // guards the members below, except the thread
     std::condition_variable m_ended;
     bool m_isRunning = false;
     bool m_isAwaited = true; // false: a call has given up waiting, so that its answer is late

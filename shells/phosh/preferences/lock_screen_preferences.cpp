@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "freedesktop/glib/handles.h"
-#include "freedesktop/user_options.h"
+#include "freedesktop/user_environment.h"
 #include "shells/phosh/plugin_folders.h"
 #include "shells/phosh/preferences/lock_screen_group.h"
 #include "shells/phosh/preferences/preferences_host.h"

@@ -29,6 +29,7 @@ TEST(ProgramFolders, AreBesideTheProgramWhereTheBundleIs) {
     EXPECT_TRUE(installed.layerModule.ends_with("/quorvel/quorvel-layer-shell.so"));
     EXPECT_TRUE(installed.layerModule.starts_with(name + "/lib"));
     EXPECT_TRUE(installed.renderingModule.ends_with("/quorvel/quorvel-rendering.so"));
+    EXPECT_TRUE(installed.desktopModule.ends_with("/quorvel/quorvel-desktop.so"));
     EXPECT_TRUE(installed.commandModule.ends_with("/quorvel/quorvel-command.so"));
     EXPECT_TRUE(installed.platformLibrary.starts_with(name + "/lib"));
     EXPECT_EQ(installed.platformLibrary.find("/quorvel/libquorvel_platform.so."), std::string::npos)
@@ -44,6 +45,7 @@ TEST(ProgramFolders, AreBesideTheProgramWhereTheBundleIs) {
     EXPECT_EQ(beside.dataServerModule, (bin / "quorvel-eds.so").string());
     EXPECT_EQ(beside.layerModule, (bin / "quorvel-layer-shell.so").string());
     EXPECT_EQ(beside.renderingModule, (bin / "quorvel-rendering.so").string());
+    EXPECT_EQ(beside.desktopModule, (bin / "quorvel-desktop.so").string());
     EXPECT_EQ(beside.commandModule, (bin / "quorvel-command.so").string());
     EXPECT_EQ(beside.settings, (bin / "quorvel-settings").string());
     EXPECT_TRUE(

@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include "freedesktop/calendars/server/bus_sources_search.h"
 #include "freedesktop/calendars/server/started_data_server.h"
 #include "freedesktop/calendars/store/server_calendar_stores.h"
 #include "freedesktop/dates/instant_text.h"
@@ -33,7 +34,9 @@ protected:
 
     void makeStores(DataServerWaits waits = {}) {
         stores = std::make_unique<ServerCalendarStores>(
-            std::make_unique<eds::StartedDataServer>(QUORVEL_EDS_MODULE), zone,
+            std::make_unique<eds::StartedDataServer>(QUORVEL_EDS_MODULE,
+                                                     std::make_unique<eds::BusSourcesSearch>()),
+            zone,
             [this](const CalendarProblem& problem) {
                 problems += problem.file + ": " + problem.what.english() + "\n";
             },

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "freedesktop/dates/instant_text.h"
+#include "freedesktop/desktop/linked_desktop.h"
 #include "freedesktop/freedesktop_platform.h"
 #include "shells/live/live_presenter.h"
 #include "tests/freedesktop/calendars/server/server_fixture.h"
@@ -34,6 +35,7 @@ protected:
         options.preferencesFolder = "/nonexistent/Preferences";
         options.calendars = {CalendarSource::at("eds:")};
         options.dataServerModule = QUORVEL_EDS_MODULE;
+        options.desktop = std::make_shared<freedesktop::LinkedDesktop>();
         platform = std::make_unique<FreedesktopPlatform>(options);
         presenter = std::make_unique<LivePresenter>(*platform, [this] { present(); });
         present();

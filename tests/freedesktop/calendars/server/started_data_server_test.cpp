@@ -6,6 +6,7 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
+#include "freedesktop/calendars/server/bus_sources_search.h"
 #include "freedesktop/io/file_descriptor.h"
 #include "tests/freedesktop/session/session_testing.h"
 
@@ -29,7 +30,7 @@ constexpr const char* presentFile = "/dev/null";
 TEST(StartedDataServer, WithoutABusThereIsNoServer) {
     const EnvironmentVariable noAddress("DBUS_SESSION_BUS_ADDRESS", nullptr);
     const EnvironmentVariable noFolder("XDG_RUNTIME_DIR", nullptr);
-    StartedDataServer server("/nonexistent.so");
+    StartedDataServer server("/nonexistent.so", std::make_unique<BusSourcesSearch>());
     const auto list = server.calendars(inSeconds(5));
     ASSERT_FALSE(list);
     EXPECT_EQ(list.error().kind, ServerFailure::Kind::absent);
@@ -39,7 +40,7 @@ TEST(StartedDataServer, WithoutABusThereIsNoServer) {
 
 TEST(StartedDataServer, AMissingModuleIsNamedAndTheBusLeftAlone) {
     const EnvironmentVariable address("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
-    StartedDataServer server("/nonexistent.so");
+    StartedDataServer server("/nonexistent.so", std::make_unique<BusSourcesSearch>());
     const auto list = server.calendars(inSeconds(5));
     ASSERT_FALSE(list);
     EXPECT_EQ(list.error().kind, ServerFailure::Kind::absent);
@@ -48,7 +49,7 @@ TEST(StartedDataServer, AMissingModuleIsNamedAndTheBusLeftAlone) {
 
 TEST(StartedDataServer, ABusThatCannotBeReachedIsNamed) {
     const EnvironmentVariable address("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
-    StartedDataServer server(presentFile);
+    StartedDataServer server(presentFile, std::make_unique<BusSourcesSearch>());
     const auto list = server.calendars(inSeconds(5));
     ASSERT_FALSE(list);
     EXPECT_EQ(list.error().kind, ServerFailure::Kind::absent);
@@ -67,7 +68,7 @@ TEST(StartedDataServer, ABusThatDoesNotAnswerIsNotWaitedFor) {
     const EnvironmentVariable address("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + path).c_str());
     const auto begin = std::chrono::steady_clock::now();
     {
-        StartedDataServer server(presentFile);
+        StartedDataServer server(presentFile, std::make_unique<BusSourcesSearch>());
         EXPECT_EQ(server.calendars(inSeconds(0.1)).error().kind, ServerFailure::Kind::silent);
         EXPECT_EQ(server.calendars(inSeconds(0.1)).error().kind, ServerFailure::Kind::silent);
     }

@@ -1,4 +1,4 @@
-#include "freedesktop/calendars/server/sources_service.h"
+#include "freedesktop/calendars/server/bus_sources_search.h"
 
 #include <optional>
 #include <string_view>
@@ -36,26 +36,19 @@ std::optional<std::string> serviceIn(GDBusConnection* bus, const char* list,
 
 } // namespace
 
-Result<void, TranslatableText> checkDataServer() {
-    if (!mayHaveSessionBus()) {
-        return TranslatableText(translatable("there is no session bus"));
-    }
-    return {};
-}
-
-SearchCancellation::SearchCancellation()
+BusSourcesSearch::BusSourcesSearch()
     : m_cancellable(g_cancellable_new()) {}
 
-SearchCancellation::~SearchCancellation() {
+BusSourcesSearch::~BusSourcesSearch() {
     g_object_unref(m_cancellable);
 }
 
-void SearchCancellation::cancel() {
+void BusSourcesSearch::cancel() {
     g_cancellable_cancel(G_CANCELLABLE(m_cancellable));
 }
 
-Result<std::string, TranslatableText> findSourcesService(SearchCancellation& cancellation) {
-    GCancellable* const cancellable = G_CANCELLABLE(cancellation.m_cancellable);
+Result<std::string, TranslatableText> BusSourcesSearch::find() {
+    GCancellable* const cancellable = G_CANCELLABLE(m_cancellable);
     const auto bus = connectToSessionBus(cancellable);
     if (!bus) {
         return TranslatableText{translatable("the session bus cannot be reached: {1}"),

@@ -1,5 +1,5 @@
-// The user's folders and locale, from the environment.
-#include "freedesktop/user_options.h"
+// The user's folders and locale, from the environment, and the options that have them.
+#include "freedesktop/user_environment.h"
 
 #include <cstdlib>
 #include <map>
@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 
 #include "freedesktop/bundle/program_folders.h"
+#include "freedesktop/user_options.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -80,6 +81,8 @@ TEST_F(UserOptionsTest, OptionsHaveThem) {
                                        &CalendarSource::name, "/home/ana/.local/share/calendars")));
     EXPECT_EQ(options.calendars.back().name, "thunderbird:");
     EXPECT_TRUE(options.calendars.back().isOptional);
+    EXPECT_NE(options.desktop, nullptr);
+    EXPECT_TRUE(options.makeLauncher);
 }
 
 } // namespace
