@@ -100,57 +100,97 @@ void reset(SqliteDatabase& database) {
     sqlite3_db_config(database.get(), SQLITE_DBCONFIG_RESET_DATABASE, 0, nullptr);
 }
 
-// Why nothing must be opened at the path; absent where there is a regular file or nothing. The
-// folders above it may be links, as a home folder may be.
-std::optional<std::string> obstacleAt(const std::string& path) {
+// What is at the path. The folders above it may be links, as a home folder may be.
+struct FileStatus {
+    std::optional<std::string> obstacle; // why nothing must be opened
+    bool exists = false;                 // as a regular file
+    std::pair<dev_t, ino_t> identity;
+};
+
+FileStatus statusOf(const std::string& path) {
     struct stat status {};
     if (lstat(path.c_str(), &status) != 0) {
-        return errno == ENOENT ? std::nullopt
-                               : std::optional(std::generic_category().message(errno));
+        return {errno == ENOENT ? std::nullopt
+                                : std::optional(std::generic_category().message(errno)),
+                false,
+                {}};
     }
-    return S_ISREG(status.st_mode) ? std::nullopt
-                                   : std::optional<std::string>("it is not a regular file");
-}
-
-bool exists(const std::string& path) {
-    struct stat status {};
-    return lstat(path.c_str(), &status) == 0;
+    if (!S_ISREG(status.st_mode)) {
+        return {"it is not a regular file", false, {}};
+    }
+    return {std::nullopt, true, {status.st_dev, status.st_ino}};
 }
 
 } // namespace
 
-struct CalendarIndex::Transaction::Connection {
-    explicit Connection(const std::string& path)
-        : database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX) {
+struct CalendarIndex::Connection {
+    Connection(const std::string& path, const FileStatus& file)
+        : identity(file.identity)
+        , database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX) {
         sqlite3_busy_timeout(database.get(), longestReadWait);
-        transaction.emplace(database, "BEGIN");
     }
+
+    // Releases the lock and most of the memory. The file cannot be another one with the same inode
+    // as long as it is open.
+    void rest() {
+        for (auto& statement : statements) {
+            if (statement) {
+                statement->reset();
+            }
+        }
+        transaction.reset();
+        sqlite3_db_release_memory(database.get());
+    }
+
+    std::pair<dev_t, ino_t> identity;
     SqliteDatabase database;
     std::optional<SqliteTransaction> transaction;
     std::array<std::optional<SqliteStatement>, queries.size()> statements;
 };
 
+std::unique_ptr<CalendarIndex::Connection> CalendarIndex::takeConnection() {
+    std::unique_ptr<Connection> connection = std::move(m_idle);
+    const FileStatus file = statusOf(path());
+    if (file.obstacle) {
+        fail(SQLITE_CANTOPEN, *file.obstacle);
+    }
+    if (!file.exists || m_isDamaged) {
+        return nullptr;
+    }
+    if (!connection || connection->identity != file.identity) {
+        connection = std::make_unique<Connection>(path(), file);
+    }
+    connection->transaction.emplace(connection->database, "BEGIN");
+    return connection;
+}
+
+bool CalendarIndex::isCurrent(Connection& connection) {
+    const int version = versionOf(connection.database);
+    if (const auto& error = connection.database.error()) {
+        fail(error->code, error->reason);
+        return false;
+    }
+    if (version != m_version && version != 0) {
+        report("was written by another version of the program, and will be rebuilt");
+    }
+    return version == m_version;
+}
+
 CalendarIndex::Transaction::Transaction(CalendarIndex& index)
-    : m_index(index) {
-    if (const auto obstacle = obstacleAt(m_index.path())) {
-        m_index.fail(SQLITE_CANTOPEN, *obstacle);
-        return;
-    }
-    if (m_index.m_isDamaged || !exists(m_index.path())) {
-        return;
-    }
-    auto connection = std::make_unique<Connection>(m_index.path());
-    const int version = versionOf(connection->database);
-    if (const auto& error = connection->database.error()) {
-        m_index.fail(error->code, error->reason);
-    } else if (version == m_index.m_version) {
-        m_connection = std::move(connection);
-    } else if (version != 0) {
-        m_index.report("was written by another version of the program, and will be rebuilt");
+    : m_index(index)
+    , m_connection(index.takeConnection()) {
+    if (m_connection && !index.isCurrent(*m_connection)) {
+        m_connection = nullptr;
     }
 }
 
-CalendarIndex::Transaction::~Transaction() = default;
+CalendarIndex::Transaction::~Transaction() {
+    if (m_connection) {
+        m_connection->rest();
+        m_index.m_idle = std::move(m_connection);
+    }
+}
+
 CalendarIndex::Transaction::Transaction(Transaction&&) noexcept = default;
 
 std::optional<std::string> CalendarIndex::Transaction::find(IndexKind kind, const Signature& key) {
@@ -210,7 +250,7 @@ void CalendarIndex::store(std::vector<IndexEntry> entries) {
     }
     if (failure) {
         fail(SQLITE_CANTOPEN, failure.message());
-    } else if (const auto obstacle = obstacleAt(path())) {
+    } else if (const auto obstacle = statusOf(path()).obstacle) {
         fail(SQLITE_CANTOPEN, *obstacle);
     } else {
         write(std::move(entries));
@@ -218,6 +258,7 @@ void CalendarIndex::store(std::vector<IndexEntry> entries) {
 }
 
 void CalendarIndex::write(std::vector<IndexEntry> entries) {
+    m_idle = nullptr;
     SqliteDatabase database(path(),
                             SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX);
     sqlite3_busy_timeout(database.get(), longestWriteWait);

@@ -21,10 +21,13 @@ struct IndexEntry {
     std::function<std::string()> content;
 };
 
-// Belongs to one thread. It waits a few milliseconds at most for other processes. The first problem
-// is reported, and the index is not used then; one that is damaged, or that another version of the
-// program has written, is rebuilt by the next store().
+// Belongs to one thread. The file stays open between transactions, without a lock. It waits a few
+// milliseconds at most for other processes. The first problem is reported, and the index is not
+// used then; one that is damaged, or that another version of the program has written, is rebuilt by
+// the next store().
 class CalendarIndex {
+    struct Connection;
+
 public:
     using ProblemHandler = std::function<void(const std::string&)>;
 
@@ -45,7 +48,6 @@ public:
         std::optional<std::string> find(IndexKind kind, const Signature& key);
 
     private:
-        struct Connection;
         CalendarIndex& m_index;
         std::unique_ptr<Connection> m_connection; // null where there is nothing to read
     };
@@ -59,12 +61,15 @@ private:
     void report(const std::string& what);
     void fail(int code, const std::string& reason); // an error of the database
     void write(std::vector<IndexEntry> entries);
+    std::unique_ptr<Connection> takeConnection(); // null where there is no database
+    bool isCurrent(Connection& connection);       // reports why not
 
     std::string m_folder;
     int m_version; // above 0
     ProblemHandler m_onProblem;
     bool m_hasReported = false;
     bool m_isDamaged = false;
+    std::unique_ptr<Connection> m_idle; // of the last transaction; null: none
 };
 
 } // namespace quorvel::freedesktop::calendars

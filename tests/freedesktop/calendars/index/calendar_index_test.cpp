@@ -204,6 +204,79 @@ TEST_F(CalendarIndexTest, DeletedMeanwhileIsRebuilt) {
     EXPECT_EQ(find(*index, IndexKind::file, 1), "one");
 }
 
+// How often this process has the file open.
+std::size_t openFiles(const std::string& path) {
+    std::size_t count = 0;
+    for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+        std::error_code ignored;
+        count += fs::read_symlink(entry, ignored) == path ? 1 : 0;
+    }
+    return count;
+}
+
+TEST_F(CalendarIndexTest, StaysOpenWithoutALock) {
+    storeOne();
+    const auto index = open();
+    EXPECT_EQ(openFiles(path()), 0U);
+    EXPECT_EQ(find(*index, IndexKind::file, 1), "one");
+    EXPECT_EQ(openFiles(path()), 1U);
+    SqliteDatabase other(path(), SQLITE_OPEN_READWRITE);
+    other.run("BEGIN EXCLUSIVE");
+    EXPECT_FALSE(other.hasFailed());
+    EXPECT_EQ(find(*index, IndexKind::file, 1), std::nullopt) << "locked";
+    other.run("ROLLBACK");
+    EXPECT_EQ(find(*index, IndexKind::file, 1), "one");
+    EXPECT_EQ(find(*index, IndexKind::file, 1), "one");
+    index->store({entry(IndexKind::file, 1, "two")});
+    EXPECT_EQ(find(*index, IndexKind::file, 1), "two");
+    EXPECT_EQ(openFiles(path()), 2U) << "one is of the other connection";
+    EXPECT_EQ(reported, "");
+}
+
+TEST_F(CalendarIndexTest, WrittenMeanwhileIsReadAnew) {
+    storeOne();
+    const auto index = open();
+    EXPECT_EQ(find(*index, IndexKind::file, 1), "one");
+    open()->store({entry(IndexKind::file, 1, "two"), entry(IndexKind::search, 1, "new")});
+    EXPECT_EQ(find(*index, IndexKind::file, 1), "two");
+    EXPECT_EQ(find(*index, IndexKind::search, 1), "new");
+    open(2)->store({entry(IndexKind::file, 1, "of another version")});
+    EXPECT_EQ(find(*index, IndexKind::file, 1), std::nullopt);
+    storeOne();
+    EXPECT_EQ(find(*index, IndexKind::file, 1), "one");
+}
+
+TEST_F(CalendarIndexTest, ReplacedMeanwhileIsOpenedAnew) {
+    storeOne();
+    fs::copy_file(path(), top / "first");
+    open()->store({entry(IndexKind::file, 1, "two")});
+    const auto index = open();
+    EXPECT_EQ(find(*index, IndexKind::file, 1), "two");
+    fs::rename(top / "first", path());
+    EXPECT_EQ(find(*index, IndexKind::file, 1), "one");
+    EXPECT_EQ(openFiles(path()), 1U);
+    fs::remove(path());
+    fs::create_directory(path());
+    EXPECT_EQ(find(*index, IndexKind::file, 1), std::nullopt);
+    EXPECT_NE(reported.find("it is not a regular file"), std::string::npos);
+}
+
+TEST_F(CalendarIndexTest, DamagedMeanwhileIsRebuilt) {
+    storeOne();
+    const auto index = open();
+    EXPECT_EQ(find(*index, IndexKind::file, 1), "one");
+    std::string damaged = bytes();
+    for (std::size_t place = damaged.find("one") - 8; place < damaged.size(); ++place) {
+        damaged[place] = static_cast<char>(damaged[place] ^ 1);
+    }
+    setBytes(damaged);
+    EXPECT_EQ(find(*index, IndexKind::file, 1), std::nullopt);
+    setBytes("damaged");
+    EXPECT_EQ(find(*index, IndexKind::file, 1), std::nullopt);
+    index->store({entry(IndexKind::file, 1, "two")});
+    EXPECT_EQ(find(*index, IndexKind::file, 1), "two");
+}
+
 TEST_F(CalendarIndexTest, LockedByAnotherProcessIsNotWaitedForLong) {
     storeOne();
     SqliteDatabase holder(path(), SQLITE_OPEN_READWRITE);
