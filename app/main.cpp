@@ -64,7 +64,7 @@ int main(int argc, char** argv) {
     if (asksOnlyForVersion(argc, argv) && printVersion()) {
         return EXIT_SUCCESS;
     }
-    const freedesktop::ProgramFolders folders = freedesktop::programFolders();
+    const freedesktop::ProgramFolders& folders = freedesktop::programFolders();
     if (asksForWindow(argc, argv)) {
         replaceByWindow(folders.window, argv);
     }

@@ -360,7 +360,7 @@ CommandResult<ProgramSetup> makeProgramSetup(const CommandLine& line,
     if (const CommandResult<void> checked = checkPreferencesFolder(line); !checked) {
         return checked.error();
     }
-    const freedesktop::ProgramFolders folders = freedesktop::programFolders();
+    const freedesktop::ProgramFolders& folders = freedesktop::programFolders();
     CommandResult<std::shared_ptr<const TimeZone>> zone = timeZoneOf(line);
     if (!zone) {
         return zone.error();

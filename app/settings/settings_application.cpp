@@ -17,7 +17,7 @@ constexpr const char* applicationId = "org.quorvel.Settings";
 constexpr const char* programName = "quorvel-settings";
 
 SettingsWindowOptions optionsFor(const std::string& preferencesFolder) {
-    const freedesktop::ProgramFolders folders = freedesktop::programFolders();
+    const freedesktop::ProgramFolders& folders = freedesktop::programFolders();
     return {preferencesFolder, folders.command, folders.data, QUORVEL_VERSION};
 }
 

@@ -35,6 +35,15 @@ fs::path folderOfLibrary(const void* code) {
     return file.parent_path();
 }
 
+std::string executableFolder() {
+    std::error_code error;
+    fs::path executable = fs::read_symlink("/proc/self/exe", error);
+    if (error) { // there is no /proc, as in some containers
+        executable = fs::canonical(nameOfExecution(), error);
+    }
+    return error ? std::string(".") : executable.parent_path().string();
+}
+
 constexpr const char* platformLibraryName =
     "libquorvel_platform.so." QUORVEL_PLATFORM_LIBRARY_VERSION;
 
@@ -73,13 +82,9 @@ ProgramFolders programFolders(const std::string& executableFolder) {
                                                         : installedFolders(commandFolder(folder));
 }
 
-ProgramFolders programFolders() {
-    std::error_code error;
-    fs::path executable = fs::read_symlink("/proc/self/exe", error);
-    if (error) { // there is no /proc, as in some containers
-        executable = fs::canonical(nameOfExecution(), error);
-    }
-    return programFolders(error ? std::string(".") : executable.parent_path().string());
+const ProgramFolders& programFolders() {
+    static const ProgramFolders folders = programFolders(executableFolder());
+    return folders;
 }
 
 ProgramFolders programFoldersOfLibrary(const void* code, const std::string& builtCommands,

@@ -25,8 +25,8 @@ struct ProgramFolders {
 // installation puts them. An installation has two folders of executables: one for the commands, and
 // one for the programs that only the commands start.
 ProgramFolders programFolders(const std::string& executableFolder);
-// For the running process.
-ProgramFolders programFolders();
+// For the running process. Looked up once, as its executable stays where it is. On any thread.
+const ProgramFolders& programFolders();
 // For a library or module in a program of others. `code`: any function in it. The other two are the
 // folders of the commands, seen from the library's own, after a build and in an installation.
 ProgramFolders programFoldersOfLibrary(const void* code, const std::string& builtCommands,

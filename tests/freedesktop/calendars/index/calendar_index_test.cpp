@@ -233,6 +233,22 @@ TEST_F(CalendarIndexTest, StaysOpenWithoutALock) {
     EXPECT_EQ(reported, "");
 }
 
+TEST_F(CalendarIndexTest, MayHaveSeveralTransactionsAtOnce) {
+    storeOne();
+    const auto index = open();
+    {
+        auto outer = index->beginReading();
+        EXPECT_EQ(outer.find(IndexKind::file, {1, 7}), "one");
+        auto inner = index->beginReading();
+        EXPECT_EQ(inner.find(IndexKind::file, {1, 7}), "one");
+        EXPECT_EQ(outer.find(IndexKind::file, {1, 7}), "one");
+        EXPECT_EQ(openFiles(path()), 2U);
+    }
+    EXPECT_EQ(openFiles(path()), 1U);
+    EXPECT_EQ(find(*index, IndexKind::file, 1), "one");
+    EXPECT_EQ(reported, "");
+}
+
 TEST_F(CalendarIndexTest, WrittenMeanwhileIsReadAnew) {
     storeOne();
     const auto index = open();
