@@ -11,6 +11,7 @@
 #include <unicode/timezone.h>
 
 #include "base/civil_calendar.h"
+#include "freedesktop/dates/hour_pattern.h"
 #include "freedesktop/dates/relative_day_words.h"
 #include "freedesktop/dates/time_patterns.h"
 
@@ -130,6 +131,8 @@ private:
         return finished(std::move(result));
     }
 
+    icu::UnicodeString generatedPattern(std::string_view skeleton);
+
     icu::UnicodeString relativePattern(bool withTime, std::int64_t day) {
         if (!m_words) {
             m_words.emplace(m_locale);
@@ -157,6 +160,25 @@ private:
     Format m_relative; // has the pattern of the last relative day; null before the first
 };
 
+// Empty: none.
+icu::UnicodeString IcuDateServices::Formats::generatedPattern(std::string_view skeleton) {
+    if (skeleton == "j") {
+        if (auto pattern = hourPattern(m_locale, m_clockFormat)) {
+            return *std::move(pattern);
+        }
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    if (!m_generator) {
+        m_generator.reset(icu::DateTimePatternGenerator::createInstance(m_locale, status));
+    }
+    if (U_FAILURE(status) || !m_generator) {
+        return {};
+    }
+    const icu::UnicodeString pattern =
+        m_generator->getBestPattern(skeletonWithClock(fromUtf8(skeleton), m_clockFormat), status);
+    return U_SUCCESS(status) ? pattern : icu::UnicodeString();
+}
+
 std::optional<std::string> IcuDateServices::Formats::bestPattern(std::string_view skeleton) {
     if (const auto found = m_bestPatterns.find(skeleton); found != m_bestPatterns.end()) {
         return found->second;
@@ -164,18 +186,10 @@ std::optional<std::string> IcuDateServices::Formats::bestPattern(std::string_vie
     if (skeleton.size() > longestPattern) {
         return std::nullopt;
     }
-    UErrorCode status = U_ZERO_ERROR;
-    if (!m_generator) {
-        m_generator.reset(icu::DateTimePatternGenerator::createInstance(m_locale, status));
-    }
-    std::optional<std::string> result;
-    if (U_SUCCESS(status) && m_generator) {
-        const icu::UnicodeString pattern = m_generator->getBestPattern(
-            skeletonWithClock(fromUtf8(skeleton), m_clockFormat), status);
-        if (U_SUCCESS(status) && !pattern.isEmpty()) {
-            result = utf8(withPlainSpaces(withUsersClock(pattern)));
-        }
-    }
+    const icu::UnicodeString pattern = generatedPattern(skeleton);
+    const auto result = pattern.isEmpty()
+                            ? std::nullopt
+                            : std::optional(utf8(withPlainSpaces(withUsersClock(pattern))));
     makeRoom(m_bestPatterns);
     return m_bestPatterns.emplace(skeleton, result).first->second;
 }
