@@ -51,7 +51,13 @@ icu::DateFormat::EStyle icuStyle(NSDateFormatterStyle style) {
     return style == NSDateFormatterStyle::none ? icu::DateFormat::kNone : icu::DateFormat::kShort;
 }
 
-// The platform's calendar does not have the reform of 1582.
+// Whether the reform of 1582 may matter, also to the number of a week.
+bool mayPrecedeReform(NSDate date) {
+    constexpr double startOf1584 = -12'181'017'600;
+    return platform::timeIntervalSince1970(date) < startOf1584;
+}
+
+// The platform's calendar does not have the reform. Costs the format new names of months and days.
 void makeProleptic(icu::SimpleDateFormat& format) {
     const icu::Calendar* const calendar = format.getCalendar();
     if (dynamic_cast<const icu::GregorianCalendar*>(calendar) == nullptr) {
@@ -97,15 +103,20 @@ private:
     // The formatters use UTC and get the local time as if it were UTC, because ICU's time zone data
     // may be older than the machine's.
     std::string print(const Format& format, NSDate date) const {
-        icu::UnicodeString text;
+        if (!format) {
+            return {};
+        }
         const NSDate shifted = date.dateByAddingTimeInterval(offsetAt(*m_zone, date));
-        return format ? utf8(format->format(printable(shifted), text)) : std::string();
+        if (mayPrecedeReform(shifted)) {
+            makeProleptic(*format);
+        }
+        icu::UnicodeString text;
+        return utf8(format->format(printable(shifted), text));
     }
 
     static Format finished(Format format) {
         if (format) {
             format->setTimeZone(*icu::TimeZone::getGMT());
-            makeProleptic(*format);
         }
         return format;
     }

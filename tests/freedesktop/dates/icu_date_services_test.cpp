@@ -376,6 +376,40 @@ TEST(IcuDateServices, DatesBeforeTheReformAreGregorian) {
     EXPECT_EQ(utc.fixed("yyyy-MM-dd EEE", "0001-01-01"), "0001-01-01 Mon");
 }
 
+std::string inManyForms(const Fixture& fixture, const char* date) {
+    return fixture.dateAndTime(date) + '|' + fixture.relative(date) + '|' + fixture.date(date) +
+           '|' + fixture.fixed("GGGG yyyy MMMM d EEEE w e Y", date);
+}
+
+// A format prints later dates by the calendar that has the reform until it prints one before it.
+void expectReformDoesNotMatter(const std::string& locale, const char* date) {
+    const Fixture fixture(locale, "UTC");
+    const std::string before = inManyForms(fixture, date);
+    inManyForms(fixture, "1500-01-01");
+    EXPECT_EQ(inManyForms(fixture, date), before) << locale << ' ' << date;
+}
+
+TEST(IcuDateServices, EarlyDatesLeaveLaterOnesAsTheyAre) {
+    std::int32_t count = 0;
+    const icu::Locale* const locales = icu::Locale::getAvailableLocales(count);
+    for (std::int32_t i = 0; i < count; ++i) {
+        expectReformDoesNotMatter(locales[i].getName(), "2026-03-10T10:00");
+    }
+    for (const char* const locale :
+         {"en_US", "de_DE", "fa_IR", "th_TH", "ja_JP@calendar=japanese", "zh_TW@calendar=roc",
+          "en_GB@calendar=buddhist", "de_DE@calendar=iso8601", "he_IL@calendar=hebrew"}) {
+        for (const char* const date : {"1584-01-01", "1584-12-31", "1700-03-01", "9999-12-31"}) {
+            expectReformDoesNotMatter(locale, date);
+        }
+    }
+}
+
+TEST(IcuDateServices, DatesBetweenTheReformAndItsNewYearAreGregorian) {
+    Fixture utc("en_US", "UTC");
+    EXPECT_EQ(utc.fixed("yyyy-MM-dd EEE D", "1582-12-31"), "1582-12-31 Fri 365");
+    EXPECT_EQ(utc.fixed("yyyy-MM-dd EEE D", "1584-01-01"), "1584-01-01 Sun 1");
+}
+
 TEST(IcuDateServices, PrintsWhateverItIsGiven) {
     for (const char* locale : {"en_US", "ar_SA", "fa_IR", "zh_CN@calendar=chinese"}) {
         Fixture fixture(locale);
