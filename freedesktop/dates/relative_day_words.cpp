@@ -75,7 +75,9 @@ void RelativeDayWords::readPatterns() {
     const auto pattern = [this](UDateFormatStyle date, UDateFormatStyle time) {
         return patternOf(openFormat(m_locale, date, time, UDISPCTX_CAPITALIZATION_NONE));
     };
-    m_datePattern = pattern(UDAT_SHORT_RELATIVE, UDAT_NONE);
+    m_plainFormat =
+        openFormat(m_locale, UDAT_SHORT_RELATIVE, UDAT_NONE, UDISPCTX_CAPITALIZATION_NONE);
+    m_datePattern = patternOf(m_plainFormat);
     m_timePattern = pattern(UDAT_NONE, UDAT_SHORT);
     const icu::UnicodeString both = pattern(UDAT_SHORT_RELATIVE, UDAT_SHORT);
     const std::int32_t date = both.indexOf(m_datePattern);
@@ -100,8 +102,6 @@ void RelativeDayWords::readPatterns() {
 void RelativeDayWords::openFormats() {
     m_listItemFormat = openFormat(m_locale, UDAT_SHORT_RELATIVE, UDAT_NONE,
                                   UDISPCTX_CAPITALIZATION_FOR_UI_LIST_OR_MENU);
-    m_plainFormat =
-        openFormat(m_locale, UDAT_SHORT_RELATIVE, UDAT_NONE, UDISPCTX_CAPITALIZATION_NONE);
     m_dateFormat = openFormat(m_locale, UDAT_SHORT, UDAT_NONE, UDISPCTX_CAPITALIZATION_NONE);
 }
 

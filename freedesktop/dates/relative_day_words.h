@@ -36,9 +36,9 @@ private:
     void openFormats();
 
     icu::Locale m_locale;
+    icu::LocalUDateFormatPointer m_plainFormat;
     // Null before the first word.
     icu::LocalUDateFormatPointer m_listItemFormat;
-    icu::LocalUDateFormatPointer m_plainFormat;
     icu::LocalUDateFormatPointer m_dateFormat;
     icu::UnicodeString m_datePattern;
     icu::UnicodeString m_timePattern;
