@@ -4,12 +4,10 @@
 #include <thread>
 
 #include <gmock/gmock.h>
-#include <sys/socket.h>
-#include <sys/un.h>
 
-#include "freedesktop/io/file_descriptor.h"
 #include "tests/freedesktop/session/session_testing.h"
 #include "tests/freedesktop/session/settings_writer.h"
+#include "tests/freedesktop/session/silent_bus.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -18,6 +16,7 @@ using testing::HasSubstr;
 using testing::StartsWith;
 using testing_session::EnvironmentVariable;
 using testing_session::SettingsWriter;
+using testing_session::SilentBus;
 using testing_session::TemporaryFolder;
 
 constexpr const char* missingModule = "/nonexistent/quorvel-desktop.so";
@@ -74,27 +73,8 @@ TEST(LoadedDesktop, ASearchOutlivesTheDesktopAndNamesTheBus) {
     }
 }
 
-// A bus that accepts a connection and never answers.
-class SilentBus {
-public:
-    SilentBus() {
-        const std::string path = m_folder / "bus";
-        sockaddr_un name{};
-        name.sun_family = AF_UNIX;
-        path.copy(name.sun_path, sizeof name.sun_path - 1);
-        EXPECT_EQ(bind(m_socket.get(), reinterpret_cast<const sockaddr*>(&name), sizeof name), 0);
-        EXPECT_EQ(listen(m_socket.get(), 1), 0);
-        m_address.emplace("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + path).c_str());
-    }
-
-private:
-    TemporaryFolder m_folder;
-    FileDescriptor m_socket{socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)};
-    std::optional<EnvironmentVariable> m_address;
-};
-
 TEST(LoadedDesktop, ASearchIsCancelledBeforeAndWhileItRuns) {
-    SilentBus bus;
+    const SilentBus bus;
     const auto search = LoadedDesktop(QUORVEL_DESKTOP_MODULE).makeSourcesSearch();
     search->cancel();
     EXPECT_FALSE(search->find());

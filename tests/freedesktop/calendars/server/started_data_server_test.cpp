@@ -3,12 +3,10 @@
 #include <chrono>
 
 #include <gmock/gmock.h>
-#include <sys/socket.h>
-#include <sys/un.h>
 
 #include "freedesktop/calendars/server/bus_sources_search.h"
-#include "freedesktop/io/file_descriptor.h"
 #include "tests/freedesktop/session/session_testing.h"
+#include "tests/freedesktop/session/silent_bus.h"
 
 namespace quorvel::freedesktop::eds {
 namespace {
@@ -16,7 +14,7 @@ namespace {
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing_session::EnvironmentVariable;
-using testing_session::TemporaryFolder;
+using testing_session::SilentBus;
 
 Deadline inSeconds(double seconds) {
     return std::chrono::steady_clock::now() +
@@ -57,15 +55,7 @@ TEST(StartedDataServer, ABusThatCannotBeReachedIsNamed) {
 }
 
 TEST(StartedDataServer, ABusThatDoesNotAnswerIsNotWaitedFor) {
-    const TemporaryFolder folder;
-    const std::string path = folder / "bus";
-    sockaddr_un name{};
-    name.sun_family = AF_UNIX;
-    path.copy(name.sun_path, sizeof name.sun_path - 1);
-    const FileDescriptor listening(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    ASSERT_EQ(bind(listening.get(), reinterpret_cast<const sockaddr*>(&name), sizeof name), 0);
-    ASSERT_EQ(listen(listening.get(), 1), 0);
-    const EnvironmentVariable address("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + path).c_str());
+    const SilentBus bus;
     const auto begin = std::chrono::steady_clock::now();
     {
         StartedDataServer server(presentFile, std::make_unique<BusSourcesSearch>());
