@@ -13,16 +13,28 @@ std::string loaderMessage() {
 
 } // namespace
 
-Result<void*, std::string> moduleFunction(const std::string& file, const char* name) {
+Result<LoadedModule, std::string> LoadedModule::load(const std::string& file) {
     void* const handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (handle == nullptr) {
         return loaderMessage();
     }
-    void* const function = dlsym(handle, name);
+    return LoadedModule(handle);
+}
+
+Result<void*, std::string> LoadedModule::function(const char* name) const {
+    void* const function = dlsym(m_handle, name);
     if (function == nullptr) {
         return loaderMessage();
     }
     return function;
+}
+
+Result<void*, std::string> moduleFunction(const std::string& file, const char* name) {
+    const auto module = LoadedModule::load(file);
+    if (!module) {
+        return module.error();
+    }
+    return module->function(name);
 }
 
 } // namespace quorvel::freedesktop

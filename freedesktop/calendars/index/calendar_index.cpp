@@ -95,9 +95,9 @@ bool isTooLarge(SqliteDatabase& database) {
 
 // Makes the database empty, whatever it contains.
 void reset(SqliteDatabase& database) {
-    sqlite3_db_config(database.get(), SQLITE_DBCONFIG_RESET_DATABASE, 1, nullptr);
+    database.set(SQLITE_DBCONFIG_RESET_DATABASE, true);
     database.run("VACUUM");
-    sqlite3_db_config(database.get(), SQLITE_DBCONFIG_RESET_DATABASE, 0, nullptr);
+    database.set(SQLITE_DBCONFIG_RESET_DATABASE, false);
 }
 
 // What is at the path. The folders above it may be links, as a home folder may be.
@@ -127,7 +127,7 @@ struct CalendarIndex::Connection {
     Connection(const std::string& path, const FileStatus& file)
         : identity(file.identity)
         , database(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX) {
-        sqlite3_busy_timeout(database.get(), longestReadWait);
+        database.waitForLocks(longestReadWait);
     }
 
     // Releases the lock and most of the memory. The file cannot be another one with the same inode
@@ -139,7 +139,7 @@ struct CalendarIndex::Connection {
             }
         }
         transaction.reset();
-        sqlite3_db_release_memory(database.get());
+        database.releaseMemory();
     }
 
     std::pair<dev_t, ino_t> identity;
@@ -261,7 +261,7 @@ void CalendarIndex::write(std::vector<IndexEntry> entries) {
     m_idle = nullptr;
     SqliteDatabase database(path(),
                             SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX);
-    sqlite3_busy_timeout(database.get(), longestWriteWait);
+    database.waitForLocks(longestWriteWait);
     if (m_isDamaged || isTooLarge(database)) {
         reset(database);
         m_isDamaged = database.hasFailed();

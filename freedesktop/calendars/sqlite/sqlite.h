@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-#include <sqlite3.h>
+#include "freedesktop/calendars/sqlite/sqlite_functions.h"
 
 namespace quorvel::freedesktop::calendars {
 
@@ -22,8 +22,12 @@ struct SqliteError {
 class SqliteDatabase {
 public:
     SqliteDatabase(const std::string& path, int flags) {
+        if (!sqliteFunctions()) {
+            m_error = {SQLITE_CANTOPEN, sqliteFunctions().error()};
+            return;
+        }
         sqlite3* database = nullptr;
-        const int code = sqlite3_open_v2(path.c_str(), &database, flags, nullptr);
+        const int code = sqlite().open_v2(path.c_str(), &database, flags, nullptr);
         m_database.reset(database);
         check(code);
     }
@@ -34,22 +38,51 @@ public:
     void check(int code) {
         const int primary = code & 0xFF;
         if (primary != SQLITE_OK && primary != SQLITE_ROW && primary != SQLITE_DONE && !m_error) {
-            m_error = {primary, sqlite3_errstr(code)};
+            m_error = {primary, sqlite().errstr(code)};
         }
     }
 
     bool isOpen() const { return m_database != nullptr && !hasFailed(); }
-    sqlite3* get() const { return m_database.get(); }
+    sqlite3* get() const { return m_database.get(); } // null: it could not be opened
+
+    // These do nothing where it could not be opened.
+    void waitForLocks(int milliseconds) {
+        if (m_database) {
+            sqlite().busy_timeout(get(), milliseconds);
+        }
+    }
+    void set(int option, bool isOn) { // SQLITE_DBCONFIG_...
+        if (m_database) {
+            sqlite().db_config(get(), option, isOn ? 1 : 0, nullptr);
+        }
+    }
+    void limit(int category, int value) { // SQLITE_LIMIT_...
+        if (m_database) {
+            sqlite().limit(get(), category, value);
+        }
+    }
+    // Calls in between, and interrupts what runs where the result is not 0.
+    void callBetweenSteps(int steps, int (*function)(void*), void* context) {
+        if (m_database) {
+            sqlite().progress_handler(get(), steps, function, context);
+        }
+    }
+    void releaseMemory() {
+        if (m_database) {
+            sqlite().db_release_memory(get());
+        }
+    }
+
     void run(const char* text) {
         if (!hasFailed()) {
-            check(sqlite3_exec(get(), text, nullptr, nullptr, nullptr));
+            check(sqlite().exec(get(), text, nullptr, nullptr, nullptr));
         }
     }
     std::int64_t number(const char* query); // 0 where there is no row
 
 private:
     struct Close {
-        void operator()(sqlite3* database) const { sqlite3_close(database); }
+        void operator()(sqlite3* database) const { sqlite().close(database); }
     };
     std::unique_ptr<sqlite3, Close> m_database;
     std::optional<SqliteError> m_error;
@@ -62,30 +95,30 @@ public:
         : m_database(database) {
         if (!database.hasFailed()) {
             sqlite3_stmt* statement = nullptr;
-            database.check(sqlite3_prepare_v2(database.get(), text, -1, &statement, nullptr));
+            database.check(sqlite().prepare_v2(database.get(), text, -1, &statement, nullptr));
             m_statement.reset(statement);
         }
     }
 
     SqliteStatement& bind(int parameter, std::int64_t value) {
         if (m_statement) {
-            m_database.check(sqlite3_bind_int64(m_statement.get(), parameter, value));
+            m_database.check(sqlite().bind_int64(m_statement.get(), parameter, value));
         }
         return *this;
     }
     // The bytes outlive the run.
     SqliteStatement& bind(int parameter, std::string_view bytes) {
         if (m_statement) {
-            m_database.check(sqlite3_bind_blob64(m_statement.get(), parameter, bytes.data(),
-                                                 bytes.size(), SQLITE_STATIC));
+            m_database.check(sqlite().bind_blob64(m_statement.get(), parameter, bytes.data(),
+                                                  bytes.size(), SQLITE_STATIC));
         }
         return *this;
     }
     // A text; in SQLite no text equals a blob. The characters outlive the run.
     SqliteStatement& bindText(int parameter, std::string_view text) {
         if (m_statement) {
-            m_database.check(sqlite3_bind_text64(m_statement.get(), parameter, text.data(),
-                                                 text.size(), SQLITE_STATIC, SQLITE_UTF8));
+            m_database.check(sqlite().bind_text64(m_statement.get(), parameter, text.data(),
+                                                  text.size(), SQLITE_STATIC, SQLITE_UTF8));
         }
         return *this;
     }
@@ -94,7 +127,7 @@ public:
         if (!m_statement || m_database.hasFailed()) {
             return false;
         }
-        const int code = sqlite3_step(m_statement.get());
+        const int code = sqlite().step(m_statement.get());
         m_database.check(code);
         return code == SQLITE_ROW;
     }
@@ -103,30 +136,34 @@ public:
         }
         reset();
     }
-    void reset() { sqlite3_reset(m_statement.get()); }
+    void reset() {
+        if (m_statement) {
+            sqlite().reset(m_statement.get());
+        }
+    }
 
     // Of the current row.
-    std::int64_t number(int column) { return sqlite3_column_int64(m_statement.get(), column); }
-    double realNumber(int column) { return sqlite3_column_double(m_statement.get(), column); }
-    int typeOf(int column) { return sqlite3_column_type(m_statement.get(), column); }
+    std::int64_t number(int column) { return sqlite().column_int64(m_statement.get(), column); }
+    double realNumber(int column) { return sqlite().column_double(m_statement.get(), column); }
+    int typeOf(int column) { return sqlite().column_type(m_statement.get(), column); }
     // A text or a number as UTF-8, a blob as it is; until the next step.
     std::string_view text(int column) {
-        const unsigned char* const start = sqlite3_column_text(m_statement.get(), column);
-        const int size = sqlite3_column_bytes(m_statement.get(), column);
+        const unsigned char* const start = sqlite().column_text(m_statement.get(), column);
+        const int size = sqlite().column_bytes(m_statement.get(), column);
         return {reinterpret_cast<const char*>(start),
                 start == nullptr ? 0 : static_cast<std::size_t>(size)};
     }
     // Until the next step.
     std::string_view bytes(int column) {
-        const void* const start = sqlite3_column_blob(m_statement.get(), column);
-        const int size = sqlite3_column_bytes(m_statement.get(), column);
+        const void* const start = sqlite().column_blob(m_statement.get(), column);
+        const int size = sqlite().column_bytes(m_statement.get(), column);
         return {static_cast<const char*>(start),
                 start == nullptr ? 0 : static_cast<std::size_t>(size)};
     }
 
 private:
     struct Finalize {
-        void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+        void operator()(sqlite3_stmt* statement) const { sqlite().finalize(statement); }
     };
     SqliteDatabase& m_database;
     std::unique_ptr<sqlite3_stmt, Finalize> m_statement; // null after an error
@@ -146,7 +183,7 @@ public:
     }
     ~SqliteTransaction() {
         if (!m_isCommitted && m_database.get() != nullptr) {
-            sqlite3_exec(m_database.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+            sqlite().exec(m_database.get(), "ROLLBACK", nullptr, nullptr, nullptr);
         }
     }
     SqliteTransaction(const SqliteTransaction&) = delete;

@@ -59,14 +59,14 @@ int isOver(void* deadline) {
 
 // A database may define views and triggers that run for ever, or call functions with effects.
 void protect(SqliteDatabase& database, Deadline& deadline) {
-    for (const auto& [option, value] :
-         {std::pair{SQLITE_DBCONFIG_DEFENSIVE, 1}, std::pair{SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
-          std::pair{SQLITE_DBCONFIG_ENABLE_TRIGGER, 0},
-          std::pair{SQLITE_DBCONFIG_ENABLE_VIEW, 0}}) {
-        sqlite3_db_config(database.get(), option, value, nullptr);
+    for (const auto& [option, value] : {std::pair{SQLITE_DBCONFIG_DEFENSIVE, true},
+                                        std::pair{SQLITE_DBCONFIG_TRUSTED_SCHEMA, false},
+                                        std::pair{SQLITE_DBCONFIG_ENABLE_TRIGGER, false},
+                                        std::pair{SQLITE_DBCONFIG_ENABLE_VIEW, false}}) {
+        database.set(option, value);
     }
-    sqlite3_limit(database.get(), SQLITE_LIMIT_LENGTH, longestRow);
-    sqlite3_progress_handler(database.get(), stepsBetweenChecks, isOver, &deadline);
+    database.limit(SQLITE_LIMIT_LENGTH, longestRow);
+    database.callBetweenSteps(stepsBetweenChecks, isOver, &deadline);
     database.run("PRAGMA cell_size_check = ON");
 }
 
