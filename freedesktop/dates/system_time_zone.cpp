@@ -11,6 +11,7 @@
 #include "base/civil_calendar.h"
 #include "base/integer_division.h"
 #include "base/time_units.h"
+#include "freedesktop/dates/recent_offsets.h"
 
 namespace quorvel::freedesktop {
 namespace {
@@ -41,9 +42,9 @@ public:
             instant -=
                 (floorDivision(instant - lastEvaluated, secondsPerCycle) + 1) * secondsPerCycle;
         }
-        const int interval =
-            g_time_zone_find_interval(m_zone.get(), G_TIME_TYPE_UNIVERSAL, instant);
-        return interval < 0 ? 0 : g_time_zone_get_offset(m_zone.get(), interval);
+        const std::int64_t block = RecentOffsets::blockOf(instant);
+        const auto recent = m_recent.find(block);
+        return recent ? *recent : findOffset(instant, block);
     }
 
     std::int64_t instant(const CivilTime& localTime) const override {
@@ -51,6 +52,19 @@ public:
     }
 
 private:
+    int intervalAt(std::int64_t instant) const {
+        return g_time_zone_find_interval(m_zone.get(), G_TIME_TYPE_UNIVERSAL, instant);
+    }
+    int findOffset(std::int64_t instant, std::int64_t block) const {
+        const int interval = intervalAt(instant);
+        const int offset = interval < 0 ? 0 : g_time_zone_get_offset(m_zone.get(), interval);
+        if (intervalAt(RecentOffsets::firstInstantOf(block)) == interval &&
+            intervalAt(RecentOffsets::lastInstantOf(block)) == interval) {
+            m_recent.remember(block, offset);
+        }
+        return offset;
+    }
+
     std::int64_t instantOf(std::int64_t local) const {
         const int before = offsetAt(local - margin);
         const std::int64_t late = local - offsetAt(local + margin);
@@ -64,6 +78,7 @@ private:
 
     ZoneHandle m_zone;
     std::string m_identifier;
+    mutable RecentOffsets m_recent;
 };
 
 bool isCapital(char c) {

@@ -9,9 +9,8 @@
 namespace quorvel::freedesktop {
 
 // Null if the machine has no such zone or the name is not a plain IANA name: parts of letters,
-// digits,
-// '_', '+' and '-' separated by slashes, starting with a capital letter. The zone is immutable, so
-// threads may share it.
+// digits, '_', '+' and '-' separated by slashes, starting with a capital letter. Threads may share
+// the zone.
 std::shared_ptr<const TimeZone> makeSystemTimeZone(const std::string& name);
 
 // The edition of the machine's zone files, such as "# version 2025b". Empty: unknown.
