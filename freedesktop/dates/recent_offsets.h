@@ -9,8 +9,8 @@
 
 namespace quorvel::freedesktop {
 
-// Time is divided into blocks of twelve days, of which the last 64, two years, are remembered if
-// they are neighbours. Any number of threads may read and write.
+// Time is divided into blocks of twelve days, of which 256, eight years, are remembered at most.
+// Any number of threads may read and write.
 class RecentOffsets {
 public:
     static std::int64_t blockOf(std::int64_t instant) { return instant >> blockBits; }
@@ -40,7 +40,7 @@ private:
     static constexpr int offsetBits = 20;
     static constexpr std::uint64_t offsetMask = (std::uint64_t{1} << offsetBits) - 1;
     static constexpr int largestOffset = 1 << (offsetBits - 1);
-    static constexpr std::size_t slots = 64;
+    static constexpr std::size_t slots = 256;
 
     static std::size_t slotOf(std::int64_t block) {
         return static_cast<std::uint64_t>(block) % slots;

@@ -25,7 +25,7 @@ TEST(RecentOffsets, BlocksMeet) {
 
 TEST(RecentOffsets, NothingIsRememberedAtFirst) {
     const RecentOffsets offsets;
-    for (const std::int64_t block : {-65, -64, -1, 0, 1, 64, 1690}) {
+    for (const std::int64_t block : {-257, -256, -1, 0, 1, 256, 1690}) {
         EXPECT_FALSE(offsets.find(block));
     }
 }
@@ -33,13 +33,13 @@ TEST(RecentOffsets, NothingIsRememberedAtFirst) {
 TEST(RecentOffsets, KeepAnOffsetUntilAnotherTakesItsPlace) {
     RecentOffsets offsets;
     offsets.remember(-3, -43200);
-    offsets.remember(61 + 64, 50400);
+    offsets.remember(253 + 256, 50400);
     EXPECT_FALSE(offsets.find(-3));
-    EXPECT_FALSE(offsets.find(61));
-    EXPECT_EQ(offsets.find(61 + 64), 50400);
+    EXPECT_FALSE(offsets.find(253));
+    EXPECT_EQ(offsets.find(253 + 256), 50400);
     offsets.remember(-3, -43200);
     EXPECT_EQ(offsets.find(-3), -43200);
-    EXPECT_FALSE(offsets.find(61 + 64));
+    EXPECT_FALSE(offsets.find(253 + 256));
 }
 
 TEST(RecentOffsets, FarTimesAreDistinguished) {
@@ -48,7 +48,7 @@ TEST(RecentOffsets, FarTimesAreDistinguished) {
     for (const std::int64_t block : {farthest, -farthest}) {
         offsets.remember(block, 0);
         EXPECT_EQ(offsets.find(block), 0);
-        EXPECT_FALSE(offsets.find(block % 64));
+        EXPECT_FALSE(offsets.find(block % 256));
     }
 }
 
