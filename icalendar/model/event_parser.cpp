@@ -159,8 +159,9 @@ void EventParser::addRule(RuleKind kind, const ContentLine& content, std::size_t
     }
     rule.line = static_cast<std::uint32_t>(line);
     if (zoneParameter(content.parameters)) {
-        m_hasKnownZones = m_hasKnownZones && content.parameters == m_latestZone.parameters &&
-                          m_latestZone.isKnown;
+        const NamedZone& latest = m_recentZones[m_latestZone];
+        m_hasKnownZones =
+            m_hasKnownZones && content.parameters == latest.parameters && latest.isKnown;
     }
     m_builder.file().rules.push_back(rule);
     ++m_event.ruleCount;
@@ -192,7 +193,7 @@ EventTime EventParser::eventTime(const TimeValue& value, const ContentLine& cont
         time.kind = TimeKind::date;
     } else if (value.isUtc) {
         time.kind = TimeKind::utc;
-    } else if (const LatestZone* const zone = findZone(content.parameters)) {
+    } else if (const NamedZone* const zone = findZone(content.parameters)) {
         time.kind = TimeKind::zoned;
         time.zone = zone->index;
         m_hasKnownZones = m_hasKnownZones && zone->isKnown;
@@ -204,22 +205,43 @@ EventTime EventParser::eventTime(const TimeValue& value, const ContentLine& cont
 }
 
 // Null where the parameters name no zone.
-const EventParser::LatestZone* EventParser::findZone(std::string_view parameters) {
+const EventParser::NamedZone* EventParser::findZone(std::string_view parameters) {
     if (parameters.empty()) {
         return nullptr;
     }
-    LatestZone& latest = m_latestZone;
-    if (parameters != latest.parameters || latest.calendar != m_calendar.number) {
-        const auto zone = zoneParameter(parameters);
-        if (!zone || zone->empty()) {
-            return nullptr;
-        }
-        latest.index = m_builder.zoneIndex(*zone, m_calendar.number);
-        latest.isKnown = latest.index < mostZonesToKnow && m_zoneIsKnown(*zone);
-        latest.parameters = parameters;
-        latest.calendar = m_calendar.number;
+    if (const NamedZone* const recent = findRecentZone(parameters)) {
+        return recent;
     }
-    return &latest;
+    const auto zone = zoneParameter(parameters);
+    if (!zone || zone->empty()) {
+        return nullptr;
+    }
+    const std::uint32_t index = m_builder.zoneIndex(*zone, m_calendar.number);
+    m_latestZone = (m_latestZone + 1) % m_recentZones.size();
+    m_recentZones[m_latestZone] = {std::string(parameters), m_calendar.number, index,
+                                   isKnown(index)};
+    return &m_recentZones[m_latestZone];
+}
+
+const EventParser::NamedZone* EventParser::findRecentZone(std::string_view parameters) {
+    for (std::size_t i = 0; i < m_recentZones.size(); ++i) {
+        const std::size_t place = (m_latestZone + i) % m_recentZones.size();
+        const NamedZone& zone = m_recentZones[place];
+        if (zone.parameters == parameters && zone.calendar == m_calendar.number) {
+            m_latestZone = place;
+            return &zone;
+        }
+    }
+    return nullptr;
+}
+
+// Each name is asked for once, as all threads ask the same directory.
+bool EventParser::isKnown(std::uint32_t zone) {
+    const auto& names = m_builder.file().zoneNames;
+    while (m_knownZones.size() <= zone && m_knownZones.size() < mostZonesToKnow) {
+        m_knownZones.push_back(m_zoneIsKnown(names[m_knownZones.size()].name));
+    }
+    return zone < mostZonesToKnow && m_knownZones[zone];
 }
 
 void EventParser::end() {

@@ -2,6 +2,7 @@
 // file, or to the reason why it is left out.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -46,8 +47,8 @@ private:
         const char* property; // DTEND or DURATION
         TranslatableText value;
     };
-    // The latest that was looked up; most times have the zone of the time before.
-    struct LatestZone {
+    // One that was looked up.
+    struct NamedZone {
         std::string parameters;
         std::uint32_t calendar = 0;
         std::uint32_t index = 0; // of IcsFile::zoneNames
@@ -60,7 +61,9 @@ private:
     void addRule(RuleKind kind, const ContentLine& content, std::size_t line);
     Slice appendDecodedText(const ContentLine& content, std::size_t line);
     EventTime eventTime(const TimeValue& value, const ContentLine& content);
-    const LatestZone* findZone(std::string_view parameters);
+    const NamedZone* findZone(std::string_view parameters);
+    const NamedZone* findRecentZone(std::string_view parameters);
+    bool isKnown(std::uint32_t zone);
     void leaveOut(std::size_t line, TranslatableText why);
     void noteUnusableEnd(const char* property, std::string_view value, std::size_t line);
     void reportUnusableEnds();
@@ -77,8 +80,11 @@ private:
     bool m_hasUid = false;
     bool m_isLeftOut = false;
     std::vector<UnusableEnd> m_unusableEnds;
-    LatestZone m_latestZone;
-    bool m_hasKnownZones = false; // all times of the event are dates, in UTC or in zones known
+    // The latest that were looked up, as nearly all times of a calendar are in a few zones.
+    std::array<NamedZone, 4> m_recentZones;
+    std::size_t m_latestZone = 0;   // of these
+    std::vector<bool> m_knownZones; // of IcsFile::zoneNames, those that were asked for
+    bool m_hasKnownZones = false;   // all times of the event are dates, in UTC or in zones known
 };
 
 } // namespace quorvel::icalendar

@@ -242,6 +242,32 @@ TEST(IcsFile, KeepsDefinitionsOfUnknownZonesOnly) {
     EXPECT_EQ(file.zones[0].observances[0].dates.size(), 1U);
 }
 
+// The answer may come from a directory that all threads share.
+TEST(IcsFile, AsksOnceForEachZone) {
+    std::string events;
+    for (int i = 0; i < 12; ++i) {
+        const std::string zone = std::to_string(i % 6);
+        events +=
+            event(std::to_string(i), "DTSTART;TZID=Z" + zone + ":20240101T100000\r\nDTEND;TZID=Z" +
+                                         zone + ":20240101T110000\r\nRRULE:FREQ=DAILY;COUNT=3\r\n");
+    }
+    std::string asked;
+    const IcsFile file = parseIcsFile(calendar(events), [&asked](std::string_view name) {
+        asked += std::string(name) + " ";
+        return name != "Z1";
+    });
+    EXPECT_EQ(asked, "Z0 Z1 Z2 Z3 Z4 Z5 ");
+    ASSERT_EQ(file.zoneNames.size(), 6U);
+    ASSERT_EQ(file.events.size(), 12U);
+    for (std::size_t i = 0; i < 12; ++i) {
+        const IcsEvent& one = file.events[i];
+        EXPECT_EQ(file.zoneNames[one.start.zone].name, "Z" + std::to_string(i % 6));
+        EXPECT_EQ(file.zoneNames[one.end->zone].name, "Z" + std::to_string(i % 6));
+        // Of an unknown zone COUNT is not followed.
+        EXPECT_EQ(one.lastDay == std::numeric_limits<std::int32_t>::max(), i % 6 == 1) << i;
+    }
+}
+
 TEST(IcsFile, BeyondWhatIsToBeKeptIsCutAndSaysSo) {
     std::string events;
     for (int i = 0; i < 1000; ++i) {
