@@ -93,57 +93,57 @@ bool isWithinOffset(std::string_view text, std::size_t colon) {
 } // namespace
 
 void ContentLineReader::continueWith(std::string_view text, bool isLast) {
-    m_rest = text;
+    m_text = text;
+    m_at = 0;
     m_isLast = isLast;
-    m_loneReturn = findLoneReturn(m_rest, 0);
+    m_loneReturn = findLoneReturn(m_text, 0);
 }
 
 // A byte-order mark is passed over once all of it could be there.
 bool ContentLineReader::begin() {
-    const std::string_view first = m_rest.substr(0, byteOrderMark.size());
+    const std::string_view first = m_text.substr(0, byteOrderMark.size());
     if (first != byteOrderMark.substr(0, first.size())) {
         return m_hasBegun = true;
     }
     if (first.size() < byteOrderMark.size()) {
         return m_hasBegun = m_isLast;
     }
-    m_rest.remove_prefix(byteOrderMark.size());
-    m_loneReturn -= byteOrderMark.size();
+    m_at = byteOrderMark.size();
     return m_hasBegun = true;
 }
 
 // In line, as it is asked for every line.
 inline ContentLineReader::LineBreak ContentLineReader::findBreak(std::size_t from) {
-    const std::size_t feed = m_rest.substr(0, m_loneReturn).find('\n', from);
+    const std::size_t feed = m_text.substr(0, m_loneReturn).find('\n', from);
     if (feed == std::string_view::npos) {
         return breakAtLoneReturn();
     }
-    const bool hasReturn = feed > from && m_rest[feed - 1] == '\r';
+    const bool hasReturn = feed > from && m_text[feed - 1] == '\r';
     return {feed - (hasReturn ? 1 : 0), feed + 1};
 }
 
 ContentLineReader::LineBreak ContentLineReader::breakAtLoneReturn() {
     LineBreak found;
-    if (m_loneReturn == m_rest.size()) {
+    if (m_loneReturn == m_text.size()) {
         return found;
     }
     found.begin = m_loneReturn;
-    const std::string_view behind = m_rest.substr(found.begin + 1, 2);
+    const std::string_view behind = m_text.substr(found.begin + 1, 2);
     if (m_isLast || (!behind.empty() && behind != "\r")) {
         found.end = found.begin + (behind == "\r\n" ? 3 : 1);
-        m_loneReturn = findLoneReturn(m_rest, found.end);
+        m_loneReturn = findLoneReturn(m_text, found.end);
     }
     return found;
 }
 
 // Past the folds.
 ContentLineReader::LineBreak ContentLineReader::findLineEnd(std::size_t& folds) {
-    LineBreak found = findBreak(0);
-    while (found.end < m_rest.size() && isFold(m_rest[found.end])) {
+    LineBreak found = findBreak(m_at);
+    while (found.end < m_text.size() && isFold(m_text[found.end])) {
         ++folds;
         found = findBreak(found.end + 1);
     }
-    if (found.end == m_rest.size() && !m_isLast) {
+    if (found.end == m_text.size() && !m_isLast) {
         found.end = std::string_view::npos;
     }
     return found;
@@ -151,26 +151,24 @@ ContentLineReader::LineBreak ContentLineReader::findLineEnd(std::size_t& folds) 
 
 // A break that is not certain yet stays.
 inline void ContentLineReader::takeTo(const LineBreak& end) {
-    const std::size_t count = std::min(isOpen(end) ? end.begin : end.end, m_rest.size());
-    m_rest.remove_prefix(count);
-    m_loneReturn -= count;
+    m_at = std::min(isOpen(end) ? end.begin : end.end, m_text.size());
     m_number += isOpen(end) ? 0 : 1;
 }
 
 bool ContentLineReader::nextAtAnyPlace(RawLine& line) {
     m_isWithinText = false;
-    if ((!m_hasBegun && !begin()) || (m_isSkipping && !skipLine()) || m_rest.empty()) {
+    if ((!m_hasBegun && !begin()) || (m_isSkipping && !skipLine()) || m_at == m_text.size()) {
         return false;
     }
     std::size_t folds = 0;
     const LineBreak end = findLineEnd(folds);
     if (isOpen(end)) {
-        m_isSkipping = m_rest.size() > longestLine;
+        m_isSkipping = m_text.size() - m_at > longestLine;
         if (!m_isSkipping) {
             return false;
         }
     }
-    line.text = m_rest.substr(0, end.begin);
+    line.text = m_text.substr(m_at, end.begin - m_at);
     if (line.text.size() > longestLine) {
         line.text = withoutTrailingBreaks(line.text.substr(0, longestLine));
     }
@@ -247,21 +245,34 @@ std::optional<ContentLine> splitContentLine(std::string_view line, std::size_t n
     return result;
 }
 
-// Neither a quote nor an offset such as "(UTC+01:00)" is in parameters without these characters.
-bool ContentLineSplitter::splitAnew(std::string_view line, std::size_t nameEnd,
-                                    ContentLine& content) {
-    constexpr std::size_t longestToRecognise = 100;
+bool ContentLineSplitter::splitParameters(std::string_view line, std::size_t nameEnd,
+                                          ContentLine& content) {
+    const std::string_view rest = line.substr(nameEnd + 1);
+    for (std::size_t i = 0; i < m_known.size(); ++i) {
+        const std::size_t place = (m_latest + i) % m_known.size();
+        const std::size_t size = m_known[place].size();
+        if (size != 0 && rest.substr(0, size) == m_known[place]) {
+            m_latest = place;
+            content = {line.substr(0, nameEnd), rest.substr(0, size - 1), rest.substr(size)};
+            return true;
+        }
+    }
     const auto found = splitContentLine(line, nameEnd);
-    if (!found) {
-        return false;
+    if (found) {
+        content = *found;
+        remember(content.parameters);
     }
-    content = *found;
+    return found.has_value();
+}
+
+// Neither a quote nor an offset such as "(UTC+01:00)" is in parameters without these characters.
+void ContentLineSplitter::remember(std::string_view parameters) {
+    constexpr std::size_t longest = 100;
     const auto isSpecial = [](char c) { return c == '"' || c == '('; };
-    if (content.parameters.size() <= longestToRecognise &&
-        findIf(content.parameters, isSpecial) == std::string_view::npos) {
-        m_latest.assign(content.parameters).push_back(':');
+    if (parameters.size() <= longest && findIf(parameters, isSpecial) == std::string_view::npos) {
+        m_latest = (m_latest + 1) % m_known.size();
+        m_known[m_latest].assign(parameters).push_back(':');
     }
-    return true;
 }
 
 namespace {

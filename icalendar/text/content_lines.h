@@ -2,6 +2,7 @@
 // parameters and value. Only folded lines are copied; the others are views of the text.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -32,7 +33,7 @@ public:
     // The next piece of a text; it begins with what remained of the piece before.
     void continueWith(std::string_view text, bool isLast);
     // The part of the piece of which no line was made yet.
-    std::string_view remaining() const { return m_rest; }
+    std::string_view remaining() const { return m_text.substr(m_at); }
     // With their folds.
     std::size_t linesTaken() const { return m_number; }
 
@@ -43,8 +44,8 @@ public:
 private:
     static constexpr std::size_t longestLine = std::size_t{4} << 20U; // bytes
 
-    // Of the text that remains. Without an end it does not show yet which break it is, or whether a
-    // fold follows; without a beginning there is none.
+    // Places in the piece. Without an end it does not show yet which break it is, or whether a fold
+    // follows; without a beginning there is none.
     struct LineBreak {
         std::size_t begin = std::string_view::npos;
         std::size_t end = std::string_view::npos;
@@ -56,15 +57,15 @@ private:
         if (!m_isWithinText) {
             return false;
         }
-        const std::size_t feed = m_rest.substr(0, m_loneReturn).find('\n');
+        const std::size_t feed = m_text.substr(0, m_loneReturn).find('\n', m_at);
         const std::size_t end = feed + 1; // 0 where there is none
-        if (end == 0 || end >= m_rest.size() || feed > longestLine || isFold(m_rest[end])) {
+        const std::size_t size = feed - m_at;
+        if (end == 0 || end >= m_text.size() || size > longestLine || isFold(m_text[end])) {
             return false;
         }
-        const bool hasReturn = feed > 0 && m_rest[feed - 1] == '\r';
-        line = {m_rest.substr(0, feed - (hasReturn ? 1 : 0)), false, ++m_number};
-        m_rest.remove_prefix(end);
-        m_loneReturn -= end;
+        const bool hasReturn = size > 0 && m_text[feed - 1] == '\r';
+        line = {{m_text.data() + m_at, size - (hasReturn ? 1 : 0)}, false, ++m_number};
+        m_at = end;
         return true;
     }
 
@@ -79,12 +80,13 @@ private:
     void takeTo(const LineBreak& end);
     bool skipLine();
 
-    std::string_view m_rest;
+    std::string_view m_text; // the piece
+    std::size_t m_at = 0;    // up to which lines were made of it
     bool m_isLast = false;
     bool m_hasBegun = false;
     bool m_isSkipping = false;    // the rest of a line that is too long
     bool m_isWithinText = false;  // has begun, and is not skipping
-    std::size_t m_loneReturn = 0; // of the text that remains, the next CR without an LF behind it
+    std::size_t m_loneReturn = 0; // the next CR without an LF behind it, or the piece's end
     std::size_t m_number = 0;     // of the lines taken
 };
 
@@ -102,30 +104,27 @@ std::optional<ContentLine> splitContentLine(std::string_view line);
 // Of a line whose name is known to end at a colon or semicolon there.
 std::optional<ContentLine> splitContentLine(std::string_view line, std::size_t nameEnd);
 
-// As splitContentLine(), for many lines: the parameters of the latest one are recognised, as nearly
-// all times of a calendar are in a few zones.
+// As splitContentLine(), for many lines: the latest parameters are recognised, as nearly all times
+// of a calendar are in a few zones.
 class ContentLineSplitter {
 public:
     // False where there is no colon behind the name.
     bool split(std::string_view line, std::size_t nameEnd, ContentLine& content) {
-        const std::string_view rest = line.substr(nameEnd + 1);
-        if (line[nameEnd] == ':') {
-            content = {line.substr(0, nameEnd), {}, rest};
-            return true;
+        if (line[nameEnd] != ':') {
+            return splitParameters(line, nameEnd, content);
         }
-        const std::size_t known = m_latest.size();
-        if (known != 0 && rest.substr(0, known) == m_latest) {
-            content = {line.substr(0, nameEnd), rest.substr(0, known - 1), rest.substr(known)};
-            return true;
-        }
-        return splitAnew(line, nameEnd, content);
+        content = {
+            {line.data(), nameEnd}, {}, {line.data() + nameEnd + 1, line.size() - nameEnd - 1}};
+        return true;
     }
 
 private:
-    bool splitAnew(std::string_view line, std::size_t nameEnd, ContentLine& content);
+    bool splitParameters(std::string_view line, std::size_t nameEnd, ContentLine& content);
+    void remember(std::string_view parameters);
 
     // With the colon behind them, and only such as end at their first colon whatever follows.
-    std::string m_latest;
+    std::array<std::string, 4> m_known;
+    std::size_t m_latest = 0; // of them, the one that was found or added last
 };
 
 // The first value of a parameter, without its quotes. Names are compared regardless of case.
@@ -138,6 +137,9 @@ std::optional<std::string_view> zoneParameter(std::string_view parameters);
 inline bool equalsIgnoringCase(std::string_view text, std::string_view upperCase) {
     if (text.size() != upperCase.size()) {
         return false;
+    }
+    if (text == upperCase) { // nearly always, where it is the same at all
+        return true;
     }
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];

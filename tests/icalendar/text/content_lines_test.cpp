@@ -229,6 +229,24 @@ TEST(ContentLines, AreSplitAlikeOneAfterTheOther) {
     }
 }
 
+TEST(ContentLines, OfSeveralZonesInTurnAreSplitAlike) {
+    const std::string zones[] = {"TZID=A", "TZID=A;X=1", "VALUE=DATE", "TZID=Europe/Berlin",
+                                 "TZID=America/New_York"};
+    ContentLineSplitter splitter;
+    for (const std::size_t count : {2U, 3U, 4U, 5U}) {
+        for (std::size_t i = 0; i < 3 * count; ++i) {
+            const std::string& zone = zones[i % count];
+            const std::string value = "2024:" + std::to_string(i);
+            const std::string line = "DTEND;" + zone + ":" + value;
+            ContentLine content;
+            ASSERT_TRUE(splitter.split(line, 5, content)) << line;
+            EXPECT_EQ(content.name, "DTEND");
+            EXPECT_EQ(content.parameters, zone);
+            EXPECT_EQ(content.value, value);
+        }
+    }
+}
+
 TEST(ContentLines, WithoutNameOrColonAreNone) {
     EXPECT_FALSE(splitContentLine("just words"));
     EXPECT_FALSE(splitContentLine(":value"));
