@@ -138,55 +138,10 @@ private:
         return !text.empty() && (isNameEnd(text, 0) || text.find(':') == std::string_view::npos);
     }
 
-    // Its name is none of those that are stored, or there is a fold in it.
-    void parseOtherLine(const RawLine& line) {
-        std::string_view text = line.text;
-        LineName name = nameOf(text);
-        // A fold may stand in the name already; else the name decides whether to unfold at all.
-        if (line.folded && !isNameEnd(text, name.length)) {
-            text = unfolded(line, m_unfolded);
-            name = nameOf(text);
-        }
-        if (name.length == 0 || !isNameEnd(text, name.length)) {
-            if (!trimmed(text).empty()) {
-                reportMalformedLine(text, line.number);
-            }
-        } else if (name.property != Property::none) {
-            parseProperty(name, text, line);
-        } else if (text[name.length] == ';' && text.find(':', name.length) == text.npos) {
-            reportMalformedLine(text, line.number);
-        }
-    }
-
-    // The text is the line's, unfolded where a fold stands in its name.
-    void parseProperty(const LineName& name, std::string_view text, const RawLine& line) {
-        if (line.folded) {
-            parseFoldedProperty(name, text, line);
-        } else if (ContentLine content; m_splitter.split(text, name.length, content)) {
-            m_components.addLine(name.property, content, line.number);
-        } else {
-            reportMalformedLine(text, line.number);
-        }
-    }
-
-    void parseFoldedProperty(const LineName& name, std::string_view text, const RawLine& line) {
-        std::string quotedPrintable;
-        auto content = splitContentLine(unfolded(line, m_unfolded), name.length);
-        if (content && transferEncoding(content->parameters) == TransferEncoding::quotedPrintable) {
-            quotedPrintable = unfoldedQuotedPrintable(line.text);
-            content = splitContentLine(quotedPrintable, name.length);
-        }
-        if (content) {
-            m_components.addLine(name.property, *content, line.number);
-        } else {
-            reportMalformedLine(text, line.number);
-        }
-    }
-
-    void reportMalformedLine(std::string_view text, std::size_t line) {
-        m_builder.addProblem(
-            line, {translatable("a line without a name and a value: {1}"), {quoted(text)}});
-    }
+    void parseOtherLine(const RawLine& line);
+    void parseProperty(LineName name, std::string_view text, const RawLine& line);
+    void parseFoldedProperty(LineName name, std::string_view text, const RawLine& line);
+    void reportMalformedLine(std::string_view text, std::size_t line);
 
     IcsFileBuilder m_builder;
     ComponentParser m_components;
@@ -199,6 +154,57 @@ private:
     std::string m_unfolded;
     QuotedPrintableLine m_quotedPrintable;
 };
+
+// Its name is none of those that are stored, or there is a fold in it.
+void IcsFileParser::Impl::parseOtherLine(const RawLine& line) {
+    std::string_view text = line.text;
+    LineName name = nameOf(text);
+    // A fold may stand in the name already; else the name decides whether to unfold at all.
+    if (line.folded && !isNameEnd(text, name.length)) {
+        text = unfolded(line, m_unfolded);
+        name = nameOf(text);
+    }
+    if (name.length == 0 || !isNameEnd(text, name.length)) {
+        if (!trimmed(text).empty()) {
+            reportMalformedLine(text, line.number);
+        }
+    } else if (name.property != Property::none) {
+        parseProperty(name, text, line);
+    } else if (text[name.length] == ';' && text.find(':', name.length) == text.npos) {
+        reportMalformedLine(text, line.number);
+    }
+}
+
+// The text is the line's, unfolded where a fold stands in its name.
+void IcsFileParser::Impl::parseProperty(LineName name, std::string_view text, const RawLine& line) {
+    if (line.folded) {
+        parseFoldedProperty(name, text, line);
+    } else if (ContentLine content; m_splitter.split(text, name.length, content)) {
+        m_components.addLine(name.property, content, line.number);
+    } else {
+        reportMalformedLine(text, line.number);
+    }
+}
+
+void IcsFileParser::Impl::parseFoldedProperty(LineName name, std::string_view text,
+                                              const RawLine& line) {
+    std::string quotedPrintable;
+    auto content = splitContentLine(unfolded(line, m_unfolded), name.length);
+    if (content && transferEncoding(content->parameters) == TransferEncoding::quotedPrintable) {
+        quotedPrintable = unfoldedQuotedPrintable(line.text);
+        content = splitContentLine(quotedPrintable, name.length);
+    }
+    if (content) {
+        m_components.addLine(name.property, *content, line.number);
+    } else {
+        reportMalformedLine(text, line.number);
+    }
+}
+
+void IcsFileParser::Impl::reportMalformedLine(std::string_view text, std::size_t line) {
+    m_builder.addProblem(line,
+                         {translatable("a line without a name and a value: {1}"), {quoted(text)}});
+}
 
 IcsFileParser::IcsFileParser(const std::function<bool(std::string_view)>& zoneIsKnown,
                              std::size_t mostBytes)

@@ -77,34 +77,37 @@ inline constexpr PropertyName propertyNames[] = {
     {"COLOR", Property::calendarColour},
 };
 
-// The first characters of a name as a number, so that they are compared at once.
+// A name of so many characters or fewer as a number, so that they are compared at once.
 class NameWord {
 public:
     static constexpr std::size_t size = sizeof(std::uint64_t);
 
     constexpr NameWord() = default;
-    explicit constexpr NameWord(std::string_view name)
-        : m_isWholeName(name.size() <= size) {
+    explicit constexpr NameWord(std::string_view name) {
+        if (name.size() > size) {
+            return;
+        }
         std::array<char, size> characters{};
         std::array<char, size> mask{};
-        for (std::size_t i = 0; i < std::min(name.size(), size); ++i) {
+        for (std::size_t i = 0; i < name.size(); ++i) {
             characters[i] = name[i];
             mask[i] = static_cast<char>(0xFF);
         }
         m_word = std::bit_cast<std::uint64_t>(characters);
         m_mask = std::bit_cast<std::uint64_t>(mask);
     }
-    // The line has at least that size. False also where the name is longer, or in lower case.
-    bool isWholeBeginningOf(std::string_view line) const {
+    // The line has at least that size.
+    static std::uint64_t beginningOf(std::string_view line) {
         std::uint64_t word = 0;
         std::memcpy(&word, line.data(), size);
-        return m_isWholeName && (word & m_mask) == m_word;
+        return word;
     }
+    // Whether the whole name is there. False also where it is longer, or in lower case.
+    bool isAt(std::uint64_t beginning) const { return (beginning & m_mask) == m_word; }
 
 private:
-    std::uint64_t m_word = 0;
+    std::uint64_t m_word = 1; // without a mask it is nowhere
     std::uint64_t m_mask = 0;
-    bool m_isWholeName = false;
 };
 
 // The names by their first two characters, which are those of few names only: every line of a
@@ -125,29 +128,35 @@ public:
         if (line.size() < 2) {
             return nullptr;
         }
-        for (std::size_t i = m_first[beginningOf(line)]; i != 0; i = m_next[i - 1]) {
-            const PropertyName& entry = propertyNames[i - 1];
-            const std::size_t length = entry.name.size();
-            const bool mayBeIt =
-                line.size() > length ? endsName(line[length]) : line.size() == length;
-            if (mayBeIt &&
-                ((line.size() >= NameWord::size && m_words[i - 1].isWholeBeginningOf(line)) ||
-                 equalsIgnoringCase(line.substr(0, length), entry.name))) {
-                return &entry;
-            }
-        }
-        return nullptr;
+        const std::size_t first = m_first[beginningOf(line)];
+        return first == 0 ? nullptr : findFrom(first, line);
     }
     static constexpr bool endsName(char c) {
         return c == ':' || c == ';' || c == '\r' || c == '\n';
     }
 
 private:
-    // Regardless of the case of letters.
+    const PropertyName* findFrom(std::size_t first, std::string_view line) const {
+        if (line.size() < NameWord::size) {
+            return findInAnyCase(first, line);
+        }
+        const std::uint64_t beginning = NameWord::beginningOf(line);
+        for (std::size_t i = first; i != 0; i = m_next[i - 1]) {
+            if (m_words[i - 1].isAt(beginning) && endsAt(propertyNames[i - 1].name.size(), line)) {
+                return &propertyNames[i - 1];
+            }
+        }
+        return findInAnyCase(first, line);
+    }
+    const PropertyName* findInAnyCase(std::size_t first, std::string_view line) const;
+    static bool endsAt(std::size_t length, std::string_view line) {
+        return line.size() > length ? endsName(line[length]) : line.size() == length;
+    }
+    // The lower five bits of each character, which are the same for both cases of a letter.
     static constexpr std::size_t beginningOf(std::string_view name) {
-        const auto first = static_cast<unsigned char>(name[0]) & 0xDFU;
-        const auto second = static_cast<unsigned char>(name[1]) & 0xDFU;
-        return (first * 31 + second) % 1024;
+        const auto first = static_cast<unsigned char>(name[0]) & 0x1FU;
+        const auto second = static_cast<unsigned char>(name[1]) & 0x1FU;
+        return first * 32 + second;
     }
     std::array<std::uint8_t, 1024> m_first{}; // of propertyNames, from 1; 0: none
     std::array<std::uint8_t, std::size(propertyNames)> m_next{}; // likewise

@@ -268,6 +268,20 @@ TEST(IcsFile, AsksOnceForEachZone) {
     }
 }
 
+TEST(IcsFile, ReadsNamesInAnyCase) {
+    const IcsFile file =
+        read("Begin:VCALENDAR\nx-wr-calname:Own\nBEGIN:vevent\nuid:1\nDtStart:20240102\n"
+             "RECURRENCE-id:20240101\nSUMMARY:a\nsummaryx:b\nSummaries:c\nend:VEVENT\n"
+             "END:vcalendar\n");
+    ASSERT_EQ(uidsOf(file), "1");
+    EXPECT_EQ(problemsOf(file), "");
+    EXPECT_EQ(file.calendarName, "Own");
+    EXPECT_EQ(file.slice(*file.events[0].title), "a");
+    EXPECT_EQ(file.events[0].start.localTime, 1704153600);
+    ASSERT_TRUE(file.events[0].recurrenceId);
+    EXPECT_EQ(file.events[0].recurrenceId->localTime, 1704067200);
+}
+
 TEST(IcsFile, BeyondWhatIsToBeKeptIsCutAndSaysSo) {
     std::string events;
     for (int i = 0; i < 1000; ++i) {
