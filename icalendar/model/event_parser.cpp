@@ -169,6 +169,9 @@ void EventParser::addRule(RuleKind kind, const ContentLine& content, std::size_t
 }
 
 Slice EventParser::appendDecodedText(const ContentLine& content, std::size_t line) {
+    if (content.parameters.empty()) { // nearly always
+        return m_builder.appendText(content.value);
+    }
     const auto decoded = decodedText(content);
     if (!decoded) {
         return m_builder.appendText(content.value);

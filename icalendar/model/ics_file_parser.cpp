@@ -158,7 +158,7 @@ private:
 // Its name is none of those that are stored, or there is a fold in it.
 void IcsFileParser::Impl::parseOtherLine(const RawLine& line) {
     std::string_view text = line.text;
-    LineName name = nameOf(text);
+    LineName name{lengthOfName(text), Property::none};
     // A fold may stand in the name already; else the name decides whether to unfold at all.
     if (line.folded && !isNameEnd(text, name.length)) {
         text = unfolded(line, m_unfolded);

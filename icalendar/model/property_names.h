@@ -171,12 +171,16 @@ struct LineName {
     Property property = Property::none;
 };
 
+inline std::size_t lengthOfName(std::string_view line) {
+    const auto* const end = std::find_if(line.begin(), line.end(), PropertyTable::endsName);
+    return static_cast<std::size_t>(end - line.begin());
+}
+
 inline LineName nameOf(std::string_view line) {
     if (const PropertyName* const known = propertyTable.find(line)) {
         return {known->name.size(), known->property};
     }
-    const auto* const end = std::find_if(line.begin(), line.end(), PropertyTable::endsName);
-    return {static_cast<std::size_t>(end - line.begin()), Property::none};
+    return {lengthOfName(line), Property::none};
 }
 
 } // namespace quorvel::icalendar
