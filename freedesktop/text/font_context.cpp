@@ -1,5 +1,9 @@
 #include "freedesktop/text/font_context.h"
 
+#include <fontconfig/fontconfig.h>
+#include <hb.h>
+#include <pango/pangofc-font.h>
+
 namespace quorvel::freedesktop {
 
 ObjectHandle<PangoContext> createFontContext(const std::string& locale) {
@@ -26,6 +30,27 @@ FontDescriptionHandle describeFont(const std::string& family) {
     pango_font_description_set_family(description.get(), family.c_str());
     pango_font_description_set_absolute_size(description.get(), shapedSize * PANGO_SCALE);
     return description;
+}
+
+namespace {
+
+// A font of bitmaps is stretched to its size.
+double stretchOf(PangoFont* font) {
+    FcMatrix* matrix = nullptr;
+    return FcPatternGetMatrix(pango_fc_font_get_pattern(PANGO_FC_FONT(font)), FC_MATRIX, 0,
+                              &matrix) == FcResultMatch
+               ? matrix->yy
+               : 1;
+}
+
+} // namespace
+
+FontExtents extentsOf(PangoFont* font) {
+    hb_font_extents_t extents{};
+    hb_font_get_extents_for_direction(pango_font_get_hb_font(font), HB_DIRECTION_LTR, &extents);
+    const double stretch = stretchOf(font);
+    return {static_cast<int>(extents.ascender * stretch),
+            static_cast<int>(-extents.descender * stretch)};
 }
 
 } // namespace quorvel::freedesktop

@@ -17,6 +17,14 @@ ObjectHandle<PangoContext> createFontContext(const std::string& locale);
 
 FontDescriptionHandle describeFont(const std::string& family);
 
+// How far a font reaches above and below its line, in Pango's units. What Pango calls a font's
+// metrics says the same, but shapes a sample text to know widths too.
+struct FontExtents {
+    int ascent = 0;
+    int descent = 0;
+};
+FontExtents extentsOf(PangoFont* font);
+
 // The requested family, unchecked; else the desktop's interface font if a desktop session runs and
 // the font is installed; else the first installed of Inter, Cantarell, Noto Sans and DejaVu Sans;
 // else "sans-serif".

@@ -16,9 +16,14 @@ struct FontDescriptionFree {
 };
 using FontDescriptionHandle = std::unique_ptr<PangoFontDescription, FontDescriptionFree>;
 
-struct FontMetricsUnref {
-    void operator()(PangoFontMetrics* metrics) const { pango_font_metrics_unref(metrics); }
+struct ItemFree {
+    void operator()(PangoItem* item) const { pango_item_free(item); }
 };
-using FontMetricsHandle = std::unique_ptr<PangoFontMetrics, FontMetricsUnref>;
+using ItemHandle = std::unique_ptr<PangoItem, ItemFree>;
+
+struct GlyphsFree {
+    void operator()(PangoGlyphString* glyphs) const { pango_glyph_string_free(glyphs); }
+};
+using GlyphsHandle = std::unique_ptr<PangoGlyphString, GlyphsFree>;
 
 } // namespace quorvel::freedesktop

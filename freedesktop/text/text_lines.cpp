@@ -10,6 +10,7 @@
 #include "freedesktop/text/font_context.h"
 #include "freedesktop/text/least_recently_used.h"
 #include "freedesktop/text/line_text.h"
+#include "freedesktop/text/shaped_line.h"
 
 namespace quorvel::freedesktop {
 
@@ -82,17 +83,17 @@ struct LineMetrics {
     CGFloat height() const { return ascent + descent; }
 };
 
-struct ShapedLine {
-    ObjectHandle<PangoLayout> layout;
-    CGFloat width = 0; // at the shaped size
-};
-
 bool isShown(std::string_view text, const UIFont& font) {
     return !text.empty() && font.pointSize > 0;
 }
 
 CGFloat toPoints(int units) {
     return static_cast<CGFloat>(units) / PANGO_SCALE;
+}
+
+// At the shaped size.
+CGFloat widthOf(const ShapedLine& line) {
+    return std::max(0.0, toPoints(line.width));
 }
 
 int toUnits(CGFloat points) {
@@ -112,14 +113,14 @@ public:
         const LineView view(text, font, notTruncated);
         if (const CGFloat* known = m_widths.find(view))
             return *known;
-        return m_widths.insert(LineKey(view), line(view, text).width, view.text.size());
+        return m_widths.insert(LineKey(view), widthOf(line(view, text)), view.text.size());
     }
 
     // The line, truncated if it is wider than that width when it is enlarged.
     const ShapedLine& lineOfWidth(std::string_view text, const UIFont& font, CGFloat width,
                                   CGFloat enlargement) {
         const ShapedLine& whole = line(LineView(text, font, notTruncated), text);
-        if (enlargement * whole.width <= width + widthTolerance)
+        if (enlargement * widthOf(whole) <= width + widthTolerance)
             return whole;
         return line(LineView(text, font, toUnits(width / enlargement)), text);
     }
@@ -148,29 +149,18 @@ private:
     }
 
     ShapedLine shaped(std::string_view text, const std::string& family, int truncationWidth) {
-        ShapedLine line{ObjectHandle<PangoLayout>(pango_layout_new(m_context.get()))};
-        PangoLayout* layout = line.layout.get();
-        pango_layout_set_font_description(layout, description(family).get());
-        pango_layout_set_single_paragraph_mode(layout, TRUE);
-        if (truncationWidth != notTruncated) {
-            pango_layout_set_ellipsize(layout, PANGO_ELLIPSIZE_END);
-            pango_layout_set_width(layout, truncationWidth);
-        }
-        const std::string shown = lineText(text);
-        pango_layout_set_text(layout, shown.data(), static_cast<int>(shown.size()));
-        PangoRectangle extents = {};
-        pango_layout_line_get_extents(pango_layout_get_line_readonly(layout, 0), nullptr, &extents);
-        line.width = std::max(0.0, toPoints(extents.width));
-        return line;
+        pango_context_set_font_description(m_context.get(), description(family).get());
+        return truncationWidth == notTruncated
+                   ? shapedLine(m_context.get(), lineText(text))
+                   : truncatedLine(m_context.get(), lineText(text), truncationWidth);
     }
 
     LineMetrics measuredMetrics(const std::string& family) {
         const ObjectHandle<PangoFont> font(
             pango_context_load_font(m_context.get(), description(family).get()));
         if (font) {
-            const FontMetricsHandle found(pango_font_get_metrics(font.get(), nullptr));
-            const LineMetrics metrics = {toPoints(pango_font_metrics_get_ascent(found.get())),
-                                         toPoints(pango_font_metrics_get_descent(found.get()))};
+            const FontExtents extents = extentsOf(font.get());
+            const LineMetrics metrics = {toPoints(extents.ascent), toPoints(extents.descent)};
             if (metrics.height() >= shapedSize / 2 && metrics.height() <= shapedSize * 4)
                 return metrics;
         }
@@ -245,7 +235,7 @@ void TextLines::paint(struct _cairo* context, std::string_view text, const UIFon
     const CGFloat baseline = CGRectGetMinY(rect) +
                              (rect.size.height - scale * metrics.height()) / 2 +
                              scale * metrics.ascent;
-    const bool isWider = scale * line.width > rect.size.width + widthTolerance;
+    const bool isWider = scale * widthOf(line) > rect.size.width + widthTolerance;
     cairo_save(context);
     if (isWider) { // not even the ellipsis fits
         cairo_new_path(context);
@@ -256,7 +246,7 @@ void TextLines::paint(struct _cairo* context, std::string_view text, const UIFon
     cairo_set_source_rgba(context, color.red, color.green, color.blue, color.alpha);
     cairo_move_to(context, CGRectGetMinX(rect), baseline);
     cairo_scale(context, scale, scale);
-    pango_cairo_show_layout_line(context, pango_layout_get_line_readonly(line.layout.get(), 0));
+    showLine(context, line);
     cairo_restore(context);
     cairo_new_path(context);
 }
