@@ -14,7 +14,9 @@ std::string loaderMessage() {
 } // namespace
 
 Result<LoadedModule, std::string> LoadedModule::load(const std::string& file) {
-    void* const handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+    // Lazily for the libraries that a module brings: of most of their functions few are called. The
+    // module itself is linked to be bound at once.
+    void* const handle = dlopen(file.c_str(), RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
     if (handle == nullptr) {
         return loaderMessage();
     }
