@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <endian.h>
 #include <optional>
 #include <utility>
 
@@ -43,28 +45,44 @@ struct Pixels {
     }
 };
 
+// Without a decision for each pixel, which takes longer than reading it.
+bool isOpaque(const unsigned char* line, int width) {
+    std::uint32_t common = ~std::uint32_t{0};
+    for (int x = 0; x < width; ++x) {
+        common &= Pixels::at(line, x);
+    }
+    return opacityOf(common) == opaque;
+}
+
 bool isOpaque(const Pixels& pixels) {
     for (int y = 0; y < pixels.height; ++y) {
-        for (int x = 0; x < pixels.width; ++x) {
-            if (opacityOf(Pixels::at(pixels.line(y), x)) != opaque) {
-                return false;
-            }
+        if (!isOpaque(pixels.line(y), pixels.width)) {
+            return false;
         }
     }
     return true;
 }
 
-// To red, green, blue and, unless it is opaque, opacity; each line from where it began.
-void convertLine(unsigned char* line, int width, bool withOpacity) {
+// To red, green and blue, from where the line began. Of the four bytes that a pixel is written as,
+// the next one overwrites the last; none reaches behind the pixel that was read.
+void convertOpaqueLine(unsigned char* line, int width) {
+    unsigned char* place = line;
+    for (int x = 0; x < width; ++x) {
+        const std::uint32_t bytes = htobe32(Pixels::at(line, x) << 8U);
+        std::memcpy(place, &bytes, sizeof bytes);
+        place += 3;
+    }
+}
+
+// To red, green, blue and opacity.
+void convertLine(unsigned char* line, int width) {
     unsigned char* place = line;
     for (int x = 0; x < width; ++x) {
         const std::uint32_t pixel = Pixels::at(line, x);
         *place++ = colourOf(pixel, 16);
         *place++ = colourOf(pixel, 8);
         *place++ = colourOf(pixel, 0);
-        if (withOpacity) {
-            *place++ = static_cast<unsigned char>(opacityOf(pixel));
-        }
+        *place++ = static_cast<unsigned char>(opacityOf(pixel));
     }
 }
 
@@ -108,7 +126,8 @@ Result<std::string> pngOf(cairo_surface_t* image) {
                         cairo_image_surface_get_stride(image)};
     const bool withOpacity = !isOpaque(pixels);
     for (int y = 0; y < pixels.height; ++y) {
-        convertLine(pixels.line(y), pixels.width, withOpacity);
+        withOpacity ? convertLine(pixels.line(y), pixels.width)
+                    : convertOpaqueLine(pixels.line(y), pixels.width);
     }
     MemoryFile file;
     if (file.get() == nullptr) {
