@@ -4,6 +4,7 @@
 #include <array>
 
 #include <fontconfig/fontconfig.h>
+#include <pango/pangofc-fontmap.h>
 
 #include "freedesktop/session/desktop_settings.h"
 #include "freedesktop/text/font_context.h"
@@ -42,11 +43,10 @@ bool isFamilyOfAnyFont(const std::string& family) {
     return false;
 }
 
-// Pango loads the list of fonts in the background. Loading a font waits for it, and costs nothing
-// if the font is used anyway.
-void waitForFonts(PangoContext* context, const std::string& likelyFamily) {
-    const ObjectHandle<PangoFont> font(
-        pango_context_load_font(context, describeFont(likelyFamily).get()));
+// Pango loads the list of fonts in the background, and would load it a second time for whoever asks
+// fontconfig first.
+void waitForFonts(PangoContext* context) {
+    pango_fc_font_map_get_config(PANGO_FC_FONT_MAP(pango_context_get_font_map(context)));
 }
 
 std::optional<std::string> desktopFontFamily() {
@@ -65,12 +65,12 @@ std::optional<std::string> desktopFontFamily() {
 bool isFontInstalled(const std::string& family) {
     if (family.empty() || g_utf8_validate(family.c_str(), -1, nullptr) == 0)
         return false;
-    waitForFonts(createFontContext({}).get(), family);
+    waitForFonts(createFontContext({}).get());
     return isGenericName(family) || isFamilyOfAnyFont(family);
 }
 
 bool areFontsInstalled() {
-    waitForFonts(createFontContext({}).get(), "Inter");
+    waitForFonts(createFontContext({}).get());
     const FcFontSet* fonts = FcConfigGetFonts(nullptr, FcSetSystem);
     return fonts != nullptr && fonts->nfont > 0;
 }
@@ -79,7 +79,7 @@ std::string systemFontFamily(PangoContext* context, const std::optional<std::str
     if (requested && !requested->empty())
         return *requested;
     const std::optional<std::string> desktopFamily = desktopFontFamily();
-    waitForFonts(context, desktopFamily.value_or("Inter"));
+    waitForFonts(context);
     if (desktopFamily && isFamilyOfAnyFont(*desktopFamily))
         return *desktopFamily;
     for (const char* family : {"Inter", "Cantarell", "Noto Sans", "DejaVu Sans"}) {
