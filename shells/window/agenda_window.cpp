@@ -229,7 +229,10 @@ void AgendaWindow::connectSignals() {
     };
     using ScaleHandler = void (*)(GtkWidget*, GParamSpec*, AgendaWindow*);
     const ScaleHandler scaleChanged = [](GtkWidget*, GParamSpec*, AgendaWindow* window) {
-        window->guarded([&] { window->updateScale(); });
+        window->guarded([&] {
+            window->updateScale();
+            window->updateHeaderPicture();
+        });
     };
     // The theme's background of the window lies below that of the content.
     g_signal_connect(m_content, "draw", G_CALLBACK(drawBegan), this);
@@ -275,9 +278,24 @@ void AgendaWindow::connectFirstFrame() {
 void AgendaWindow::completeAfterFirstFrame() {
     gdk_display_flush(gtk_widget_get_display(m_window));
     if (m_header) {
+        showHeaderContents();
         m_header->makeMenu();
     }
     gtk_window_set_icon_name(window(), applicationId); // the picture of a theme takes long to read
+}
+
+// The rows keep their room where the bar becomes higher, as with large fonts.
+void AgendaWindow::showHeaderContents() {
+    const int heightBefore = m_header->height();
+    updateHeaderPicture();
+    m_header->showContents();
+    if (m_header->height() != heightBefore) {
+        int width = 0;
+        int height = 0;
+        gtk_window_get_size(window(), &width, &height);
+        limitHeightToMonitor();
+        gtk_window_resize(window(), width, height);
+    }
 }
 
 // Presenting.
@@ -394,11 +412,13 @@ void AgendaWindow::limitHeightToMonitor() {
 }
 
 void AgendaWindow::updateScale() {
-    const int scale = gtk_widget_get_scale_factor(m_agenda.widget());
-    m_agenda.setScale(scale);
+    m_agenda.setScale(gtk_widget_get_scale_factor(m_agenda.widget()));
+}
+
+void AgendaWindow::updateHeaderPicture() {
     const auto picture = m_bundle.pathForResource("Calendar", "png");
     if (m_header && picture) {
-        m_header->setPicture(*picture, scale);
+        m_header->setPicture(*picture, gtk_widget_get_scale_factor(m_agenda.widget()));
     }
 }
 

@@ -66,6 +66,7 @@ private:
     void connectScreenSignals();
     void connectFirstFrame();
     void completeAfterFirstFrame();
+    void showHeaderContents();
     void followDesktop();
     bool isTranslucent() const;
     platform::CGRect frameOfContent() const;
@@ -81,6 +82,7 @@ private:
     bool handleButton(const GdkEventButton& event);
     void updateHeader();
     void updateScale();
+    void updateHeaderPicture();
     void handleStateChange(const GdkEventWindowState& event);
     void limitHeightToMonitor();
     GdkMonitor* currentMonitor() const; // null where there is none

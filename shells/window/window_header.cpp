@@ -16,8 +16,9 @@ namespace {
 
 constexpr int pictureSize = 20; // points
 
-// The themes' title bars are made for windows of many controls.
-constexpr const char* slimStyle = ".agenda-header { min-height: 35px; padding: 0 4px; }"
+// The themes' title bars are made for windows of many controls. The empty bar is as high as its
+// contents are in the toolkit's own theme.
+constexpr const char* slimStyle = ".agenda-header { min-height: 36px; padding: 0 4px; }"
                                   ".agenda-header button { min-height: 24px; min-width: 24px;"
                                   " padding: 1px; margin: 4px 0; }"
                                   ".agenda-header image { padding: 0; }";
@@ -72,7 +73,6 @@ WindowHeader::WindowHeader()
     , m_date(makeDateLabel())
     , m_menuButton(makeMenuButton()) {
     GtkHeaderBar* const bar = GTK_HEADER_BAR(m_bar);
-    gtk_header_bar_set_show_close_button(bar, TRUE);
     gtk_header_bar_set_has_subtitle(bar, FALSE);
     gtk_header_bar_pack_start(bar, m_picture);
     // Beside the picture instead of in the middle, where the buttons would take room on both sides.
@@ -81,7 +81,19 @@ WindowHeader::WindowHeader()
     gtk_header_bar_set_decoration_layout(bar, decorationLayout(m_bar).c_str());
     gtk_header_bar_pack_end(bar, m_menuButton);
     addSlimStyle(m_bar);
+    for (GtkWidget* const widget : {m_picture, m_date, m_menuButton}) {
+        gtk_widget_show_all(widget);
+        gtk_widget_hide(widget);
+        gtk_widget_set_no_show_all(widget, TRUE);
+    }
     gtk_widget_show_all(m_bar);
+}
+
+void WindowHeader::showContents() {
+    for (GtkWidget* const widget : {m_picture, m_date, m_menuButton}) {
+        gtk_widget_show(widget);
+    }
+    gtk_header_bar_set_show_close_button(GTK_HEADER_BAR(m_bar), TRUE);
 }
 
 void WindowHeader::setPicture(const std::string& path, int scale) {

@@ -16,6 +16,8 @@ public:
 
     // Owned by the window that it becomes the title bar of.
     GtkWidget* widget() const { return m_bar; }
+    // Until then the bar is empty: what it contains takes the toolkit as long as all the rows.
+    void showContents();
     // A picture file for that number of pixels per point; one that cannot be read shows nothing.
     void setPicture(const std::string& path, int scale);
     void setDate(const std::string& date);
