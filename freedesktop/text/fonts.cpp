@@ -43,8 +43,8 @@ bool isFamilyOfAnyFont(const std::string& family) {
     return false;
 }
 
-// Pango loads the list of fonts in the background, and would load it a second time for whoever asks
-// fontconfig first.
+// Pango loads the list of fonts in the background. A program that asks fontconfig before that has
+// ended loads the list a second time.
 void waitForFonts(PangoContext* context) {
     pango_fc_font_map_get_config(PANGO_FC_FONT_MAP(pango_context_get_font_map(context)));
 }

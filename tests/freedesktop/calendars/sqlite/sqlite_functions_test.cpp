@@ -1,4 +1,4 @@
-// SQLite's library where it is installed, is missing, or is another one.
+// Looks up SQLite's functions in the installed library, in a missing one, and in one without them.
 #include "freedesktop/calendars/sqlite/sqlite_functions.h"
 
 #include <string>
