@@ -81,7 +81,7 @@ public:
     void append(FilePieces& pieces) { append(pieces, pieces.pieceSize()); }
     void append(FilePieces& pieces, std::size_t size) {
         if (m_bytes.size() < m_used + size) {
-            m_bytes.resize(m_used + size + usualRest);
+            m_bytes.resize(m_used + size);
         }
         m_used += pieces.read(m_bytes.data() + m_used, size);
     }
@@ -91,9 +91,6 @@ public:
     }
 
 private:
-    // Of a piece: the next one needs no more memory then.
-    static constexpr std::size_t usualRest = 4096;
-
     std::string m_bytes;
     std::size_t m_used = 0;
 };
