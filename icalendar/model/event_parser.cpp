@@ -159,7 +159,7 @@ void EventParser::addRule(RuleKind kind, const ContentLine& content, std::size_t
     }
     rule.line = static_cast<std::uint32_t>(line);
     if (zoneParameter(content.parameters)) {
-        const NamedZone& latest = m_recentZones[m_latestZone];
+        const NamedZone& latest = m_latestZones.latest();
         m_hasKnownZones =
             m_hasKnownZones && content.parameters == latest.parameters && latest.isKnown;
     }
@@ -212,30 +212,20 @@ const EventParser::NamedZone* EventParser::findZone(std::string_view parameters)
     if (parameters.empty()) {
         return nullptr;
     }
-    if (const NamedZone* const recent = findRecentZone(parameters)) {
-        return recent;
+    const auto isIt = [&](const NamedZone& zone) {
+        return zone.parameters == parameters && zone.calendar == m_calendar.number;
+    };
+    if (const NamedZone* const latest = m_latestZones.find(isIt)) {
+        return latest;
     }
     const auto zone = zoneParameter(parameters);
     if (!zone || zone->empty()) {
         return nullptr;
     }
     const std::uint32_t index = m_builder.zoneIndex(*zone, m_calendar.number);
-    m_latestZone = (m_latestZone + 1) % m_recentZones.size();
-    m_recentZones[m_latestZone] = {std::string(parameters), m_calendar.number, index,
-                                   isKnown(index)};
-    return &m_recentZones[m_latestZone];
-}
-
-const EventParser::NamedZone* EventParser::findRecentZone(std::string_view parameters) {
-    for (std::size_t i = 0; i < m_recentZones.size(); ++i) {
-        const std::size_t place = (m_latestZone + i) % m_recentZones.size();
-        const NamedZone& zone = m_recentZones[place];
-        if (zone.parameters == parameters && zone.calendar == m_calendar.number) {
-            m_latestZone = place;
-            return &zone;
-        }
-    }
-    return nullptr;
+    NamedZone& added = m_latestZones.add();
+    added = {std::string(parameters), m_calendar.number, index, isKnown(index)};
+    return &added;
 }
 
 // Each name is asked for once, as all threads ask the same directory.

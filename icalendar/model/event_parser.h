@@ -2,7 +2,6 @@
 // file, or to the reason why it is left out.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -14,6 +13,7 @@
 #include "icalendar/model/ics_file_builder.h"
 #include "icalendar/model/property_names.h"
 #include "icalendar/text/content_lines.h"
+#include "icalendar/text/latest_few.h"
 
 namespace quorvel::icalendar {
 
@@ -62,7 +62,6 @@ private:
     Slice appendDecodedText(const ContentLine& content, std::size_t line);
     EventTime eventTime(const TimeValue& value, const ContentLine& content);
     const NamedZone* findZone(std::string_view parameters);
-    const NamedZone* findRecentZone(std::string_view parameters);
     bool isKnown(std::uint32_t zone);
     void leaveOut(std::size_t line, TranslatableText why);
     void noteUnusableEnd(const char* property, std::string_view value, std::size_t line);
@@ -81,8 +80,7 @@ private:
     bool m_isLeftOut = false;
     std::vector<UnusableEnd> m_unusableEnds;
     // The latest that were looked up, as nearly all times of a calendar are in a few zones.
-    std::array<NamedZone, 4> m_recentZones;
-    std::size_t m_latestZone = 0;   // of these
+    LatestFew<NamedZone> m_latestZones;
     std::vector<bool> m_knownZones; // of IcsFile::zoneNames, those that were asked for
     bool m_hasKnownZones = false;   // all times of the event are dates, in UTC or in zones known
 };

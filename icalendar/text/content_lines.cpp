@@ -248,14 +248,13 @@ std::optional<ContentLine> splitContentLine(std::string_view line, std::size_t n
 bool ContentLineSplitter::splitParameters(std::string_view line, std::size_t nameEnd,
                                           ContentLine& content) {
     const std::string_view rest = line.substr(nameEnd + 1);
-    for (std::size_t i = 0; i < m_known.size(); ++i) {
-        const std::size_t place = (m_latest + i) % m_known.size();
-        const std::size_t size = m_known[place].size();
-        if (size != 0 && rest.substr(0, size) == m_known[place]) {
-            m_latest = place;
-            content = {line.substr(0, nameEnd), rest.substr(0, size - 1), rest.substr(size)};
-            return true;
-        }
+    const auto isThere = [rest](const std::string& known) {
+        return !known.empty() && rest.substr(0, known.size()) == known;
+    };
+    if (const std::string* const known = m_latest.find(isThere)) {
+        const std::size_t size = known->size();
+        content = {line.substr(0, nameEnd), rest.substr(0, size - 1), rest.substr(size)};
+        return true;
     }
     const auto found = splitContentLine(line, nameEnd);
     if (found) {
@@ -270,8 +269,7 @@ void ContentLineSplitter::remember(std::string_view parameters) {
     constexpr std::size_t longest = 100;
     const auto isSpecial = [](char c) { return c == '"' || c == '('; };
     if (parameters.size() <= longest && findIf(parameters, isSpecial) == std::string_view::npos) {
-        m_latest = (m_latest + 1) % m_known.size();
-        m_known[m_latest].assign(parameters).push_back(':');
+        m_latest.add().assign(parameters).push_back(':');
     }
 }
 

@@ -2,11 +2,12 @@
 // parameters and value. Only folded lines are copied; the others are views of the text.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "icalendar/text/latest_few.h"
 
 namespace quorvel::icalendar {
 
@@ -113,6 +114,7 @@ public:
         if (line[nameEnd] != ':') {
             return splitParameters(line, nameEnd, content);
         }
+        // Without substr(), whose checks are one in a hundred instructions of reading a calendar.
         content = {
             {line.data(), nameEnd}, {}, {line.data() + nameEnd + 1, line.size() - nameEnd - 1}};
         return true;
@@ -123,8 +125,7 @@ private:
     void remember(std::string_view parameters);
 
     // With the colon behind them, and only such as end at their first colon whatever follows.
-    std::array<std::string, 4> m_known;
-    std::size_t m_latest = 0; // of them, the one that was found or added last
+    LatestFew<std::string> m_latest;
 };
 
 // The first value of a parameter, without its quotes. Names are compared regardless of case.
@@ -138,7 +139,7 @@ inline bool equalsIgnoringCase(std::string_view text, std::string_view upperCase
     if (text.size() != upperCase.size()) {
         return false;
     }
-    if (text == upperCase) { // nearly always, where it is the same at all
+    if (text == upperCase) { // as nearly all calendars write names
         return true;
     }
     for (std::size_t i = 0; i < text.size(); ++i) {
