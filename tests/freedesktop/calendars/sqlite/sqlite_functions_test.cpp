@@ -19,10 +19,6 @@ TEST(SqliteFunctions, AreThoseOfTheInstalledLibrary) {
     EXPECT_STREQ(sqlite().errstr(SQLITE_CORRUPT), "database disk image is malformed");
 }
 
-TEST(SqliteFunctions, AreFoundOnce) {
-    EXPECT_EQ(&sqliteFunctions(), &sqliteFunctions());
-}
-
 TEST(SqliteFunctions, NameThePackageThatIsMissing) {
     const auto functions = sqliteFunctionsOf("libquorvel-none.so.0");
     ASSERT_FALSE(functions);
