@@ -50,7 +50,7 @@ private:
         return static_cast<std::uint64_t>(block) & (~std::uint64_t{0} >> offsetBits);
     }
 
-    std::array<std::atomic<std::uint64_t>, slots> m_entries{}; // 0: empty; an offset is not 0 there
+    std::array<std::atomic<std::uint64_t>, slots> m_entries{}; // 0: empty, as no offset is stored
 };
 
 } // namespace quorvel::freedesktop

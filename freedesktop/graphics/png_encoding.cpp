@@ -125,9 +125,9 @@ Result<std::string> pngOf(cairo_surface_t* image) {
                         cairo_image_surface_get_height(image),
                         cairo_image_surface_get_stride(image)};
     const bool withOpacity = !isOpaque(pixels);
+    const auto convert = withOpacity ? convertLine : convertOpaqueLine;
     for (int y = 0; y < pixels.height; ++y) {
-        withOpacity ? convertLine(pixels.line(y), pixels.width)
-                    : convertOpaqueLine(pixels.line(y), pixels.width);
+        convert(pixels.line(y), pixels.width);
     }
     MemoryFile file;
     if (file.get() == nullptr) {

@@ -14,7 +14,7 @@ std::string loaderMessage() {
 } // namespace
 
 Result<LoadedModule, std::string> LoadedModule::load(const std::string& file) {
-    // Lazily for the libraries that a module brings: of most of their functions few are called. The
+    // Lazily for the libraries that a module brings, as few of their functions are called. The
     // module itself is linked to be bound at once.
     void* const handle = dlopen(file.c_str(), RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
     if (handle == nullptr) {

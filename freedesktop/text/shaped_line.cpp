@@ -25,7 +25,7 @@ GlyphsHandle shapedGlyphs(const std::string& text, PangoItem* item) {
     return glyphs;
 }
 
-bool isSeveralFonts(const GList* items) {
+bool hasSeveralFonts(const GList* items) {
     const auto fontOf = [](const GList* at) {
         return static_cast<const PangoItem*>(at->data)->analysis.font;
     };
@@ -62,7 +62,7 @@ bool hasTableOfBaselines(const PangoItem* item) {
 
 // Pango's layout moves the fonts of a line up or down, to the baseline of the first one's script.
 bool areFontsMoved(const GList* items) {
-    if (!isSeveralFonts(items)) {
+    if (!hasSeveralFonts(items)) {
         return false;
     }
     bool areMoved = !isOnBaseline(static_cast<const PangoItem*>(items->data));

@@ -52,7 +52,7 @@ TEST(RecentOffsets, FarTimesAreDistinguished) {
     }
 }
 
-// A zone that is made anew has nothing to remember.
+// A new zone remembers nothing yet.
 TEST(RecentOffsets, AreThoseOfTheZone) {
     for (const char* const name : {"Europe/Berlin", "Africa/Casablanca", "Australia/Lord_Howe",
                                    "Antarctica/Troll", "Asia/Kolkata"}) {
