@@ -1,8 +1,10 @@
 #include "freedesktop/freedesktop_platform.h"
 
 #include <atomic>
+#include <future>
 #include <memory>
 #include <mutex>
+#include <utility>
 
 #include <gmock/gmock.h>
 
@@ -106,12 +108,42 @@ TEST_F(FreedesktopPlatformTest, WholeDaysFollowTheZone) {
     EXPECT_EQ(start(), at("2031-07-16T02:00"));
 }
 
+// A desktop that answers the search for the calendar server when the test says so.
+class HeldDesktop final : public Desktop {
+public:
+    ClockFormat clockFormat() override { return ClockFormat::ofLocale; }
+    std::unique_ptr<eds::SourcesSearch> makeSourcesSearch() const override {
+        return std::make_unique<Search>(m_future);
+    }
+    void answer() { m_answer.set_value("nobody answers"); }
+
+private:
+    class Search final : public eds::SourcesSearch {
+    public:
+        explicit Search(std::shared_future<std::string> answer)
+            : m_answer(std::move(answer)) {}
+        Result<std::string, TranslatableText> find() override {
+            return TranslatableText::verbatim(m_answer.get());
+        }
+        void cancel() override {}
+
+    private:
+        std::shared_future<std::string> m_answer;
+    };
+
+    std::promise<std::string> m_answer;
+    std::shared_future<std::string> m_future = m_answer.get_future().share();
+};
+
 // Nobody waits for it, so that it is not known at first that there is none.
 TEST_F(FreedesktopPlatformTest, AServerThatIsReadInTheBackgroundIsReportedLater) {
-    const testing_session::EnvironmentVariable noAddress("DBUS_SESSION_BUS_ADDRESS", nullptr);
-    const testing_session::EnvironmentVariable noFolder("XDG_RUNTIME_DIR", nullptr);
+    const testing_session::EnvironmentVariable address("DBUS_SESSION_BUS_ADDRESS",
+                                                       "unix:path=/nonexistent/bus");
     std::mutex mutex;
     std::vector<std::string> problems;
+    const auto desktop = std::make_shared<HeldDesktop>();
+    options.desktop = desktop;
+    options.dataServerModule = "/dev/null"; // exists, and is not loaded
     options.calendars = {CalendarSource::at("eds:")};
     options.backgroundServerWaits = DataServerWaits{0, 0};
     options.calendarProblemHandler = [&](const CalendarProblem& problem) {
@@ -122,10 +154,11 @@ TEST_F(FreedesktopPlatformTest, AServerThatIsReadInTheBackgroundIsReportedLater)
     bool isChanged = false;
     made->setCalendarsChangedHandler([&] { isChanged = true; });
     EXPECT_THAT(made->platform().calendarStores.makeEventStore()->calendars(), testing::IsEmpty());
+    desktop->answer();
     EXPECT_TRUE(testing_session::runUntil([&] { return isChanged; }));
     EXPECT_FALSE(made->hasReadableCalendars());
     made.reset();
-    EXPECT_THAT(problems, ElementsAre("Evolution Data Server: there is no session bus"));
+    EXPECT_THAT(problems, ElementsAre("Evolution Data Server: nobody answers"));
 }
 
 TEST_F(FreedesktopPlatformTest, AServerInTheBackgroundMayBeMissing) {
