@@ -108,7 +108,7 @@ TEST_F(FreedesktopPlatformTest, WholeDaysFollowTheZone) {
     EXPECT_EQ(start(), at("2031-07-16T02:00"));
 }
 
-// A desktop that answers the search for the calendar server when the test says so.
+// A desktop whose search for the calendar server ends when answer() is called.
 class HeldDesktop final : public Desktop {
 public:
     ClockFormat clockFormat() override { return ClockFormat::ofLocale; }
